@@ -1,0 +1,31 @@
+// The notification centre of the default platform. Private to this folder.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "Platform/NotificationCenter.h"
+
+namespace hlv {
+
+/// Threading: as NotificationCenter.
+class DefaultNotificationCenter final
+    : public NotificationCenter,
+      public std::enable_shared_from_this<DefaultNotificationCenter> {
+ public:
+  std::unique_ptr<Observation> observe(const NullableString& name, Handler handler) override;
+  void post(const Notification& notification) override;
+
+ private:
+  struct Observer;
+  class Entry;
+  void remove(const std::string& name, const std::shared_ptr<Observer>& observer);
+
+  std::mutex mutex_;
+  std::map<std::string, std::vector<std::shared_ptr<Observer>>> observers_;
+};
+
+}  // namespace hlv

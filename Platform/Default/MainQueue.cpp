@@ -1,0 +1,41 @@
+#include "Platform/Default/MainQueue.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <utility>
+
+namespace hlv {
+
+MainQueue::~MainQueue() { context_.abandon(); }
+
+void MainQueue::async(Block block) {
+  ++context_.unfinished;
+  asio::post(context_, [this, block = std::move(block)]() mutable {
+    block();
+    block = nullptr;
+    --context_.unfinished;
+  });
+  std::function<void()> hook;
+  {
+    const std::lock_guard lock(hookMutex_);
+    hook = hook_;
+  }
+  if (hook) hook();
+}
+
+std::size_t MainQueue::runPending() {
+  context_.restart();
+  return context_.poll();
+}
+
+void MainQueue::runOne() {
+  const auto stayReady = asio::make_work_guard(context_);
+  context_.restart();
+  context_.run_one();
+}
+
+void MainQueue::setPostHook(std::function<void()> hook) {
+  const std::lock_guard lock(hookMutex_);
+  hook_.swap(hook);
+}
+
+}  // namespace hlv

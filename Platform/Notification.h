@@ -1,0 +1,22 @@
+// What a notification centre delivers.
+//
+// Threading: immutable; any thread.
+#pragma once
+
+#include <string>
+
+#include "Platform/Export.h"
+#include "Platform/Value.h"
+
+namespace hlv {
+
+/// Posted by the application framework when the app is about to return to the foreground.
+inline constexpr const char* UIApplicationWillEnterForegroundNotification =
+    "UIApplicationWillEnterForegroundNotification";
+
+struct HLV_EXPORT Notification {
+  std::string name;
+  Dictionary userInfo;
+};
+
+}  // namespace hlv
