@@ -1,0 +1,31 @@
+#include "Host/Host.h"
+
+#include <atomic>
+#include <cstdio>
+
+#include "Platform/SharedSlot.h"
+
+namespace hlv {
+namespace {
+
+SharedSlot<Host>& installed() {
+  static SharedSlot<Host> slot;
+  return slot;
+}
+
+}  // namespace
+
+std::shared_ptr<Host> Host::current() { return installed().load(); }
+
+void Host::install(std::shared_ptr<Host> host) { installed().store(std::move(host)); }
+
+void Host::sayOnceThatNoneIsInstalled() {
+  static std::atomic_flag said;
+  if (said.test_and_set()) return;
+  std::fputs(
+      "HLVSDKPaylevenKit: no host is installed, so host services answer nothing. Call "
+      "hlv::Host::install() before enabling the kit.\n",
+      stderr);
+}
+
+}  // namespace hlv
