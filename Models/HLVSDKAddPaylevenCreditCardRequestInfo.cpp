@@ -1,0 +1,56 @@
+#include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
+
+#include <utility>
+
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+#include "Host/Halvo_Meta/HLVUtilities.h"
+#include "Platform/Send.h"
+
+namespace hlv {
+
+std::shared_ptr<HLVSDKAddPaylevenCreditCardRequestInfo>
+HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
+    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address, NullableString paylevenToken) {
+  auto body = makeBody(instrument, address);
+  if (!body) return nullptr;
+  std::shared_ptr<HLVSDKAddPaylevenCreditCardRequestInfo> request(
+      new HLVSDKAddPaylevenCreditCardRequestInfo(std::move(body)));
+  request->setPaylevenToken(std::move(paylevenToken));
+  request->setProvider(0);
+  return request;
+}
+
+HLVSDKAddPaylevenCreditCardRequestInfo::HLVSDKAddPaylevenCreditCardRequestInfo(
+    std::shared_ptr<Body> body)
+    : HLVSDKAddCreditCardRequestInfo(std::move(body)) {}
+
+NullableString HLVSDKAddPaylevenCreditCardRequestInfo::paylevenToken() const {
+  return paylevenToken_;
+}
+
+void HLVSDKAddPaylevenCreditCardRequestInfo::setPaylevenToken(NullableString token) {
+  paylevenToken_ = std::move(token);
+}
+
+Dictionary HLVSDKAddPaylevenCreditCardRequestInfo::JSONRepresentation() const {
+  Dictionary body = HLVSDKAddCreditCardRequestInfo::JSONRepresentation();
+  const Dictionary* hostCard = valueForKey(body, "credit_card").dictionary();
+  if (!hostCard) return body;
+
+  Dictionary card = *hostCard;
+  HLVUtilities::dictionary(card, paylevenToken_, "plv_token");
+  HLVUtilities::dictionary(body, std::move(card), "credit_card");
+  return body;
+}
+
+bool HLVSDKAddPaylevenCreditCardRequestInfo::isValid(ErrorPtr* error) const {
+  if (!HLVSDKAddCreditCardRequestInfo::isValid(error)) return false;
+  if (length(paylevenToken_) > 0) return true;
+  HLVUtilities::error(error,
+                      send(HLVErrorFacade::make(), &HLVErrorFacade::invalidArgumentErrorWithName,
+                           "paylevenToken", paylevenToken_, std::nullopt));
+  return false;
+}
+
+}  // namespace hlv
