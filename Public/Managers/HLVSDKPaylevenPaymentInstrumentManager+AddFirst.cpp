@@ -1,0 +1,169 @@
+// The first card of a guest: the provider creates the user token with it.
+#include <mutex>
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
+#include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
+#include "Platform/AnswerOnce.h"
+#include "Platform/Deliver.h"
+#include "Platform/Group.h"
+#include "Platform/Send.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
+#include "Public/Managers/KitErrors.h"
+#include "Public/Managers/ProviderInstrument.h"
+
+namespace hlv {
+
+using Manager = HLVSDKPaylevenPaymentInstrumentManager;
+
+namespace {
+
+constexpr const char* addFirstMethod =
+    "-[HLVSDKPaylevenPaymentInstrumentManager "
+    "addFirstPaymentInstrument:billingAddress:forGuest:completion:]";
+constexpr const char* addFirstToPaylevenMethod =
+    "-[HLVSDKPaylevenPaymentInstrumentManager "
+    "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:]";
+
+/// Where the two answers of the backend meet. They may come on two threads at the same time.
+class BackendAnswers {
+ public:
+  void guestUpdated(const ErrorPtr& error) {
+    const std::lock_guard lock(mutex_);
+    keepFirst(error);
+  }
+
+  void cardAdded(const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
+    const std::lock_guard lock(mutex_);
+    keepFirst(error);
+    // A card that came before the first error stays: card and error are then reported together.
+    card_ = firstError_ ? nullptr : card;
+  }
+
+  void deliverTo(const HLVSDKGuestCardCompletion& completion,
+                 const std::shared_ptr<HLVSDKGuest>& guest) const {
+    // Both answers have left the group; nothing writes any more.
+    deliver(completion, guest, card_, firstError_);
+  }
+
+ private:
+  void keepFirst(const ErrorPtr& error) {
+    if (!firstError_) firstError_ = error;
+  }
+
+  std::mutex mutex_;
+  ErrorPtr firstError_;
+  std::shared_ptr<HLVSDKCreditCard> card_;
+};
+
+/// What waits while the provider works.
+struct FirstCard {
+  std::weak_ptr<Manager> manager;
+  std::shared_ptr<HLVSDKGuest> guest;
+  std::shared_ptr<HLVSDKPaymentInstrument> card;
+  std::shared_ptr<HLVSDKPaymentBillingAddress> address;
+  HLVSDKGuestCardCompletion completion;
+
+  /// Stores the token on the guest and registers the card, neither waiting for the other. Without
+  /// the manager no request goes out, the group never empties, and nobody hears of it.
+  void registerAtBackend(const NullableString& token) const {
+    const auto strongManager = manager.lock();
+    const auto apiManager = send(strongManager, &Manager::apiManager);
+    const auto answers = std::make_shared<BackendAnswers>();
+    const auto group = std::make_shared<Group>();
+
+    group->enter();
+    const auto update = HLVSDKUpdateGuestRequestInfo::make();
+    send(update, &HLVSDKUpdateGuestRequestInfo::setPaymentToken, token);
+    send(apiManager, &HLVSDKAPIManager::updateCurrentGuestWithRequest, update,
+         answerOnce([answers, group](const std::shared_ptr<HLVSDKGuest>&, const ErrorPtr& error) {
+           answers->guestUpdated(error);
+           group->leave();
+         }));
+
+    group->enter();
+    const auto request =
+        HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, token);
+    send(apiManager, &HLVSDKAPIManager::addCreditCardForGuest, guest, request,
+         answerOnce([answers, group](const std::shared_ptr<HLVSDKGuest>&,
+                                     const std::shared_ptr<HLVSDKCreditCard>& added,
+                                     const ErrorPtr& error) {
+           answers->cardAdded(added, error);
+           group->leave();
+         }));
+
+    group->notify(Platform::current()->mainQueue(),
+                  [answers, guest = guest, completion = completion] {
+                    answers->deliverTo(completion, guest);
+                  });
+  }
+};
+
+}  // namespace
+
+void Manager::addFirstPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+                                        const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                                        const std::shared_ptr<HLVSDKGuest>& guest,
+                                        HLVSDKGuestCardCompletion completion) {
+  auto firstCard = std::make_shared<const FirstCard>(
+      FirstCard{weak_from_this(), guest, card, address, completion});
+
+  addFirstPaymentInstrumentToPayleven(
+      card, send(guest, &HLVSDKGuest::email),
+      [completion, card, firstCard](
+          const NullableString& token,
+          const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+          const ErrorPtr& error) {
+        if (error) {
+          deliver(completion, nullptr, nullptr, error);
+          return;
+        }
+        const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
+        if (identifier) {
+          send(card, &HLVSDKPaymentInstrument::setExternalIdentifier, identifier);
+          firstCard->registerAtBackend(token);
+          return;
+        }
+        deliverBuilt(completion, [](Delivery delivery) {
+          return std::tuple(
+              nullptr, nullptr,
+              requiredArgumentError(
+                  "identifier",
+                  "Added instrument to external payment system doesn't have identifier",
+                  HLV_HERE(functionName(addFirstMethod, delivery))));
+        });
+      });
+}
+
+void Manager::addFirstPaymentInstrumentToPayleven(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& email,
+    HLVSDKPaylevenInstrumentCompletion completion) {
+  const auto instrument = makeProviderInstrument(card);
+  const auto useCase = send(card, &HLVSDKPaymentInstrument::instrumentUseCaseString);
+
+  send(paymentClient(), &PLVInAppClient::createUserToken, email, instrument, useCase,
+       answerOnce([completion, card, weakManager = weak_from_this()](const NullableString& token,
+                                                                     const ErrorPtr& error) {
+         if (error) {
+           deliverBuilt(completion, [error](Delivery) {
+             return std::tuple(std::nullopt, nullptr, paymentProviderError(error));
+           });
+         } else if (token) {
+           send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token,
+                completion);
+         } else {
+           HLVSDKAsserts::handleParameterAssert("userToken", std::nullopt);
+           deliverBuilt(completion, [](Delivery delivery) {
+             return std::tuple(
+                 std::nullopt, nullptr,
+                 requiredArgumentError("userToken", std::nullopt,
+                                       HLV_HERE(functionName(addFirstToPaylevenMethod, delivery))));
+           });
+         }
+       }));
+}
+
+}  // namespace hlv

@@ -1,0 +1,101 @@
+// A further card of a guest who has a provider user token.
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
+#include "Platform/AnswerOnce.h"
+#include "Platform/Deliver.h"
+#include "Platform/Send.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
+#include "Public/Managers/KitErrors.h"
+#include "Public/Managers/Log.h"
+#include "Public/Managers/ProviderInstrument.h"
+
+namespace hlv {
+
+using Manager = HLVSDKPaylevenPaymentInstrumentManager;
+
+namespace {
+
+constexpr const char* addNewMethod =
+    "-[HLVSDKPaylevenPaymentInstrumentManager "
+    "addNewPaymentInstrument:billingAddress:forGuest:completion:]";
+
+void logFailure(const CallSite& site, const ErrorPtr& error) {
+  log(LogLevel::failure, site, "Failed to add new payment instrument. %@", {error});
+}
+
+}  // namespace
+
+void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+                                      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                                      const std::shared_ptr<HLVSDKGuest>& guest,
+                                      HLVSDKGuestCardCompletion completion) {
+  addNewPaymentInstrumentToPayleven(
+      card, send(guest, &HLVSDKGuest::paylevenToken),
+      [completion, card, guest, address, weakManager = weak_from_this()](
+          const NullableString& token,
+          const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+          const ErrorPtr& providerError) {
+        const auto manager = weakManager.lock();
+        if (providerError) {
+          logFailure(HLV_HERE(functionName(addNewMethod, 1)), providerError);
+          deliver(completion, nullptr, nullptr, providerError);
+          return;
+        }
+        const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
+        if (!identifier) {
+          log(LogLevel::failure, HLV_HERE(functionName(addNewMethod, 1)),
+              "Failed to add new payment instrument. Added instrument to external payment system "
+              "doesn't have identifier");
+          deliverBuilt(completion, [](Delivery delivery) {
+            return std::tuple(
+                nullptr, nullptr,
+                requiredArgumentError(
+                    "identifier",
+                    "Added instrument to external payment system doesn't have identifier",
+                    HLV_HERE(functionName(addNewMethod, delivery, 1))));
+          });
+          return;
+        }
+        send(card, &HLVSDKPaymentInstrument::setExternalIdentifier, identifier);
+        const auto request =
+            HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, token);
+        send(send(manager, &Manager::apiManager), &HLVSDKAPIManager::addCreditCardForGuest, guest,
+             request,
+             answerOnce(
+                 [completion, providerError](const std::shared_ptr<HLVSDKGuest>& backendGuest,
+                                             const std::shared_ptr<HLVSDKCreditCard>& backendCard,
+                                             const ErrorPtr& backendError) {
+                   // By design it is the provider's error that counts here, and there was none: a
+                   // registration that the backend refuses is reported without an error.
+                   if (providerError) {
+                     logFailure(HLV_HERE(functionName(addNewMethod, 2)), backendError);
+                     deliver(completion, nullptr, nullptr, backendError);
+                     return;
+                   }
+                   deliver(completion, backendGuest, backendCard, nullptr);
+                 }));
+      });
+}
+
+void Manager::addNewPaymentInstrumentToPayleven(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& token,
+    HLVSDKPaylevenInstrumentCompletion completion) {
+  const auto instrument = makeProviderInstrument(card);
+  const auto useCase = send(card, &HLVSDKPaymentInstrument::instrumentUseCaseString);
+
+  send(paymentClient(), &PLVInAppClient::addPaymentInstrument, instrument, token, useCase,
+       answerOnce([completion, card, token, weakManager = weak_from_this()](const ErrorPtr& error) {
+         if (error) {
+           deliverBuilt(completion, [error](Delivery) {
+             return std::tuple(std::nullopt, nullptr, paymentProviderError(error));
+           });
+           return;
+         }
+         send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token, completion);
+       }));
+}
+
+}  // namespace hlv

@@ -1,0 +1,66 @@
+// Confirming an added card: the provider's answer to an add names no instrument, so it is looked
+// for among those that are stored now.
+#include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/Halvo_Errors/HLVErrorDomains.h"
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+#include "Matching/HLVSDKPaylevenPaymentInstrumentFinder.h"
+#include "Platform/AnswerOnce.h"
+#include "Platform/Deliver.h"
+#include "Platform/Send.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
+#include "Public/Managers/KitErrors.h"
+
+namespace hlv {
+namespace {
+
+constexpr const char* processMethod =
+    "-[HLVSDKPaylevenPaymentInstrumentManager "
+    "processAddedPaymentInstrument:paylevenToken:completion:]";
+
+/// Reports a missing argument to the assertion handler and then, with the token that there is, to
+/// the completion.
+void refuse(const char* argument, const NullableString& token,
+            const HLVSDKPaylevenInstrumentCompletion& completion) {
+  HLVSDKAsserts::handleParameterAssert(argument, std::nullopt);
+  deliverBuilt(completion, [argument, token](Delivery delivery) {
+    return std::tuple(token, nullptr,
+                      requiredArgumentError(argument, std::nullopt,
+                                            HLV_HERE(functionName(processMethod, delivery))));
+  });
+}
+
+}  // namespace
+
+void HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& paylevenToken,
+    HLVSDKPaylevenInstrumentCompletion completion) {
+  if (!card) return refuse("paymentInstrument", paylevenToken, completion);
+  if (!paylevenToken) return refuse("paylevenToken", std::nullopt, completion);
+
+  send(paymentClient(), &PLVInAppClient::getPaymentInstrumentsList, paylevenToken,
+       card->instrumentUseCaseString(),
+       answerOnce([completion, token = paylevenToken, card](
+                      const NullableList<PLVCreditCardPaymentInstrument>& instruments,
+                      const ErrorPtr& error) {
+         if (error) {
+           deliverBuilt(completion, [token, error](Delivery) {
+             return std::tuple(token, nullptr, paymentProviderError(error));
+           });
+           return;
+         }
+         const auto instrument =
+             HLVSDKPaylevenPaymentInstrumentFinder::findPaylevenPaymentInstrumentIn(instruments,
+                                                                                    card);
+         // Today's finder passes over such instruments; should it ever return one, it is refused.
+         if (send(instrument, &PLVCreditCardPaymentInstrument::state) != 0) {
+           const auto invalid = send(
+               HLVErrorFacade::make(), &HLVErrorFacade::errorWithCode, 5, HLVPaymentErrorDomain(),
+               "Failed to add payment instrument. Payment instrument information is invalid");
+           deliver(completion, std::nullopt, nullptr, invalid);
+           return;
+         }
+         deliver(completion, token, instrument, nullptr);
+       }));
+}
+
+}  // namespace hlv

@@ -1,0 +1,124 @@
+// Deleting a card: at the backend first, then its instrument at the provider.
+#include <algorithm>
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Matching/HLVSDKPaylevenPaymentInstrumentFinder.h"
+#include "Platform/AnswerOnce.h"
+#include "Platform/Deliver.h"
+#include "Platform/Send.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
+#include "Public/Managers/KitErrors.h"
+
+namespace hlv {
+
+using Manager = HLVSDKPaylevenPaymentInstrumentManager;
+using Card = HLVSDKCreditCard;
+
+namespace {
+
+constexpr const char* deleteMethod =
+    "-[HLVSDKPaylevenPaymentInstrumentManager "
+    "deletePaymentInstrumentWithID:useCase:fromGuest:completion:]";
+
+/// Reports a missing argument to the assertion handler and then to the completion, which by design
+/// may be told another name.
+void refuse(const char* assertedName, const char* reportedName,
+            const HLVSDKGuestCompletion& completion) {
+  HLVSDKAsserts::handleParameterAssert(assertedName, std::nullopt);
+  deliverBuilt(completion, [reportedName](Delivery delivery) {
+    return std::tuple(nullptr,
+                      requiredArgumentError(reportedName, std::nullopt,
+                                            HLV_HERE(functionName(deleteMethod, delivery))));
+  });
+}
+
+std::shared_ptr<Card> firstCardWithID(const std::shared_ptr<HLVSDKGuest>& guest,
+                                      const NullableString& ID) {
+  const auto cards = send(guest, &HLVSDKGuest::creditCards).value_or(List<Card>());
+  const auto found = std::find_if(cards.begin(), cards.end(), [&](const auto& card) {
+    return isEqualToString(send(card, &Card::halvoID), ID);
+  });
+  return found == cards.end() ? nullptr : *found;
+}
+
+/// The provider's half, once the backend has deleted the card.
+struct ProviderRemoval {
+  std::shared_ptr<Manager> manager;
+  std::shared_ptr<Card> card;
+  NullableString useCase;
+  std::shared_ptr<HLVSDKGuest> updatedGuest;
+  HLVSDKGuestCompletion completion;
+
+  void removeFrom(const NullableList<PLVCreditCardPaymentInstrument>& instruments) const {
+    const auto instrument = HLVSDKPaylevenPaymentInstrumentFinder::findPaylevenPaymentInstrumentIn(
+        instruments, send(card, &Card::lastFourDigits), send(card, &Card::brand));
+    if (!instrument) {
+      deliver(completion, updatedGuest, nullptr);
+      return;
+    }
+    send(manager->paymentClient(), &PLVInAppClient::removePaymentInstrument, instrument, useCase,
+         send(updatedGuest, &HLVSDKGuest::paylevenToken),
+         answerOnce([completion = completion, updatedGuest = updatedGuest](const ErrorPtr& error) {
+           deliver(completion, updatedGuest, error ? paymentProviderError(error) : nullptr);
+         }));
+  }
+};
+
+}  // namespace
+
+void Manager::deletePaymentInstrumentWithID(const NullableString& ID, const NullableString& useCase,
+                                            const std::shared_ptr<HLVSDKGuest>& guest,
+                                            HLVSDKGuestCompletion completion) {
+  refreshConnection();
+
+  if (!send(guest, &HLVSDKGuest::paylevenToken)) {
+    return refuse("guest.paylevenToken", "paymentToken", completion);
+  }
+  if (!ID) return refuse("halvoID", "halvoID", completion);
+  if (!useCase) return refuse("useCase", "useCase", completion);
+
+  const auto card = firstCardWithID(guest, ID);
+  if (!card) {
+    const auto unknownCard = requiredArgumentError(
+        "existedCard", "Given guest must have credit card with the given halvoID",
+        HLV_HERE(deleteMethod));
+    deliver(completion, nullptr, unknownCard);
+    return;
+  }
+  if (!isConnectionAvailable()) {
+    deliverBuilt(completion, [](Delivery) { return std::tuple(nullptr, noConnectionError()); });
+    return;
+  }
+
+  send(apiManager(), &HLVSDKAPIManager::deleteCreditCardWithID, ID, guest,
+       answerOnce(
+           [completion, useCase, card, weakManager = weak_from_this()](
+               const std::shared_ptr<HLVSDKGuest>& updatedGuest, const ErrorPtr& backendError) {
+             if (backendError) {
+               deliver(completion, nullptr, backendError);
+               return;
+             }
+             const auto manager = weakManager.lock();
+             if (!manager) return;
+
+             const ProviderRemoval removal{manager, card, useCase, updatedGuest, completion};
+             send(manager->paymentClient(), &PLVInAppClient::getPaymentInstrumentsList,
+                  send(updatedGuest, &HLVSDKGuest::paylevenToken), useCase,
+                  answerOnce([removal, backendError](
+                                 const NullableList<PLVCreditCardPaymentInstrument>& instruments,
+                                 const ErrorPtr& listError) {
+                    // By design it is the backend's error that counts here, and there was none: a
+                    // list that failed goes on as it came, and finds nothing to remove.
+                    if (backendError) {
+                      deliver(removal.completion, nullptr, paymentProviderError(listError));
+                      return;
+                    }
+                    removal.removeFrom(instruments);
+                  }));
+           }));
+}
+
+}  // namespace hlv

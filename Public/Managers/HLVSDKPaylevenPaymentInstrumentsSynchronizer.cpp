@@ -1,0 +1,259 @@
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
+#include "Host/Halvo_Meta/HLVUtilities.h"
+#include "Platform/AnswerOnce.h"
+#include "Platform/Deliver.h"
+#include "Platform/Group.h"
+#include "Platform/Platform.h"
+#include "Platform/Send.h"
+#include "Public/Managers/KitErrors.h"
+#include "Public/Managers/Log.h"
+
+namespace hlv {
+
+using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
+using Pair = HLVSDKPLVPaymentInstrument;
+using Instrument = PLVCreditCardPaymentInstrument;
+using Card = HLVSDKCreditCard;
+
+namespace {
+
+constexpr const char* synchronizeMethod =
+    "-[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
+    "synchronizePaymentInstrumentsForGuest:completion:]";
+
+constexpr const char* creationLabel =
+    "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
+// Differs from the label above on purpose: it tells a queue that was made late.
+constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
+
+bool standsFor(const std::shared_ptr<Card>& card, const std::shared_ptr<Pair>& pair) {
+  const auto instrument = send(pair, &Pair::paymentInstrument);
+  if (const auto externalIdentifier = send(card, &Card::externalIdentifier)) {
+    return isEqualToString(externalIdentifier, send(instrument, &Instrument::identifier));
+  }
+  return hasSuffix(send(instrument, &Instrument::pan), send(card, &Card::lastFourDigits)) &&
+         isEqualToString(send(instrument, &Instrument::cardBrand), send(card, &Card::brand)) &&
+         isEqualToString(send(pair, &Pair::useCase), send(card, &Card::useCase));
+}
+
+/// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
+class ProviderLists {
+ public:
+  void take(const NullableList<Instrument>& instruments, const NullableString& useCase) {
+    const std::lock_guard lock(mutex_);
+    for (const auto& instrument : instruments.value_or(List<Instrument>())) {
+      HLVUtilities::array(pairs_, Pair::initWithPaymentInstrument(instrument, useCase));
+    }
+  }
+
+  void fail(ErrorPtr error) {
+    const std::lock_guard lock(mutex_);
+    error_ = std::move(error);
+  }
+
+  /// Once every answer has come.
+  void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) const {
+    if (!completion) return;
+    if (error_) {
+      completion(std::nullopt, error_);
+    } else {
+      completion(pairs_, nullptr);
+    }
+  }
+
+ private:
+  std::mutex mutex_;
+  List<Pair> pairs_;
+  ErrorPtr error_;
+};
+
+}  // namespace
+
+/// What the two fetches of one synchronisation bring, and whom to tell. Each fetch writes its own
+/// list, and either may write the error.
+struct Synchronizer::Run {
+  std::shared_ptr<HLVSDKGuest> guest;
+  HLVSDKSuccessCompletion completion;
+  NullableList<Pair> providerInstruments = List<Pair>();
+  NullableList<Card> guestCards = List<Card>();
+
+  void fail(ErrorPtr newError) {
+    const std::lock_guard lock(mutex);
+    error = std::move(newError);
+  }
+
+  std::mutex mutex;
+  ErrorPtr error;
+};
+
+std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
+    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient) {
+  std::shared_ptr<Synchronizer> synchronizer(new Synchronizer);
+  synchronizer->setApiManager(std::move(apiManager));
+  synchronizer->setPaylevenClient(std::move(paylevenClient));
+  synchronizer->setSynchronizationQueue(Platform::current()->makeSerialQueue(creationLabel));
+  return synchronizer;
+}
+
+std::shared_ptr<HLVSDKAPIManager> Synchronizer::apiManager() const { return apiManager_; }
+
+void Synchronizer::setApiManager(std::shared_ptr<HLVSDKAPIManager> apiManager) {
+  apiManager_ = std::move(apiManager);
+}
+
+std::shared_ptr<PLVInAppClient> Synchronizer::paylevenClient() const { return paylevenClient_; }
+
+void Synchronizer::setPaylevenClient(std::shared_ptr<PLVInAppClient> client) {
+  paylevenClient_ = std::move(client);
+}
+
+std::shared_ptr<Queue> Synchronizer::synchronizationQueue() const { return synchronizationQueue_; }
+
+void Synchronizer::setSynchronizationQueue(std::shared_ptr<Queue> queue) {
+  synchronizationQueue_ = std::move(queue);
+}
+
+bool Synchronizer::isSynchronizing() const {
+  return synchronizing_.load(std::memory_order_relaxed);
+}
+
+void Synchronizer::setSynchronizing(bool synchronizing) {
+  synchronizing_.store(synchronizing, std::memory_order_relaxed);
+}
+
+void Synchronizer::synchronizePaymentInstrumentsForGuest(
+    const std::shared_ptr<HLVSDKGuest>& guest) {
+  synchronizePaymentInstrumentsForGuest(guest, [](bool, const ErrorPtr&) {});
+}
+
+void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
+                                                         HLVSDKSuccessCompletion completion) {
+  if (isSynchronizing()) return;
+  if (!guest) {
+    HLVSDKAsserts::handleParameterAssert(
+        "guest", "Can not synchronize payment instruments for guest if guest is nil");
+    return;
+  }
+  if (!guest->paylevenToken()) {
+    HLVSDKAsserts::handleParameterAssert(
+        "guest.paylevenToken",
+        "Can not synchronize payment instruments for guest without payleven token");
+    return;
+  }
+  log(LogLevel::workAboutToStart, HLV_HERE(synchronizeMethod),
+      "Will start synchrozation between external payment system and halvo");
+  setSynchronizing(true);
+  if (!synchronizationQueue()) {
+    setSynchronizationQueue(Platform::current()->makeSerialQueue(fallbackLabel));
+  }
+
+  const auto run = std::make_shared<Run>();
+  run->guest = guest;
+  run->completion = std::move(completion);
+  const auto group = std::make_shared<Group>();
+  group->enter();
+  group->enter();
+  group->notify(synchronizationQueue(), [self = shared_from_this(), run] { self->finish(*run); });
+
+  fetchAllPaylevenPaymentInstrumentsForGuest(
+      guest, [run, group](const NullableList<Pair>& instruments, const ErrorPtr& error) {
+        if (error) {
+          run->fail(error);
+        } else {
+          run->providerInstruments = instruments;
+        }
+        group->leave();
+      });
+  send(apiManager(), &HLVSDKAPIManager::fetchGuestCreditCards, guest,
+       answerOnce([run, group](const NullableList<Card>& cards, const ErrorPtr& error) {
+         if (error) {
+           run->fail(error);
+         } else {
+           run->guestCards = cards;
+         }
+         group->leave();
+       }));
+}
+
+void Synchronizer::finish(const Run& run) {
+  const auto function = functionName(synchronizeMethod, 1);
+  if (run.error) {
+    log(LogLevel::failure, HLV_HERE(function), "Failed to synchronize payment instruments. %@",
+        {run.error->developerMessage()});
+    deliver(run.completion, false, run.error);
+    return;
+  }
+  if (!run.providerInstruments || run.providerInstruments->empty()) {
+    log(LogLevel::outcome, HLV_HERE(function),
+        "Nothing to synchronize. No external payment instruments");
+    deliver(run.completion, true, nullptr);
+    return;
+  }
+  removeOrphans(run);
+  log(LogLevel::outcome, HLV_HERE(function),
+      "Successfully synchronized external payment system with halvo");
+  deliver(run.completion, true, nullptr);
+  setSynchronizing(false);
+}
+
+void Synchronizer::removeOrphans(const Run& run) {
+  for (const auto& pair : *run.providerInstruments) {
+    if (isCreditCardExistsInArray(run.guestCards, pair)) continue;
+    const auto instrument = send(pair, &Pair::paymentInstrument);
+    log(LogLevel::workAboutToStart, HLV_HERE(functionName(synchronizeMethod, 1)),
+        "Will remove payment instrument with identifier %@ from external payment system",
+        {send(instrument, &Instrument::identifier)});
+    send(paylevenClient(), &PLVInAppClient::removePaymentInstrument, instrument,
+         send(pair, &Pair::useCase), run.guest->paylevenToken(),
+         answerOnce([](const ErrorPtr& error) {
+           const auto function = functionName(synchronizeMethod, 2);
+           if (error) {
+             log(LogLevel::outcome, HLV_HERE(function),
+                 "Failed to remove payment instrument from external payment system. %@",
+                 {error->localizedDescription()});
+           } else {
+             log(LogLevel::outcome, HLV_HERE(function),
+                 "Successfully remove payment instrument from external payment system");
+           }
+         }));
+  }
+}
+
+bool Synchronizer::isCreditCardExistsInArray(
+    const NullableList<HLVSDKCreditCard>& cards,
+    const std::shared_ptr<HLVSDKPLVPaymentInstrument>& paymentInstrument) const {
+  return cards && std::any_of(cards->begin(), cards->end(),
+                              [&](const auto& card) { return standsFor(card, paymentInstrument); });
+}
+
+void Synchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(
+    const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKPLVPaymentInstrumentsCompletion completion) {
+  const auto lists = std::make_shared<ProviderLists>();
+  const auto group = std::make_shared<Group>();
+  for (const auto& useCase : {kHLVSDKCreditCardUseCasePrivate(), kHLVSDKCreditCardUseCaseBusiness(),
+                              kHLVSDKCreditCardUseCaseDefault()}) {
+    group->enter();
+    send(paylevenClient(), &PLVInAppClient::getPaymentInstrumentsList,
+         send(guest, &HLVSDKGuest::paylevenToken), useCase,
+         answerOnce([lists, group, useCase](const NullableList<Instrument>& instruments,
+                                            const ErrorPtr& error) {
+           if (error) {
+             lists->fail(paymentProviderError(error));
+           } else {
+             lists->take(instruments, useCase);
+           }
+           group->leave();
+         }));
+  }
+  group->notify(Platform::current()->mainQueue(),
+                [lists, completion = std::move(completion)] { lists->reportTo(completion); });
+}
+
+}  // namespace hlv

@@ -1,0 +1,24 @@
+#include "Public/Managers/KitErrors.h"
+
+#include "Host/Halvo_Errors/HLVErrorDomains.h"
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+#include "Platform/Send.h"
+
+namespace hlv {
+
+ErrorPtr requiredArgumentError(const char* name, const NullableString& message,
+                               const CallSite& builder) {
+  return send(HLVErrorFacade::make(), &HLVErrorFacade::requiredArgumentErrorWithName, name, message,
+              builder.function.c_str(), builder.path);
+}
+
+ErrorPtr paymentProviderError(const ErrorPtr& error) {
+  return send(HLVErrorFacade::make(), &HLVErrorFacade::paymentProviderErrorWithError, error);
+}
+
+ErrorPtr noConnectionError() {
+  return send(HLVErrorFacade::make(), &HLVErrorFacade::errorWithCode, 1, HLVURLErrorDomain(),
+              std::nullopt);
+}
+
+}  // namespace hlv

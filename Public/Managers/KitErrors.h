@@ -1,0 +1,23 @@
+// The errors that the managers report, each made by a facade of its own.
+//
+// Threading: any. Null while no host is installed.
+#pragma once
+
+#include "Platform/Error.h"
+#include "Platform/NullableString.h"
+#include "Public/Managers/CallSite.h"
+
+namespace hlv {
+
+/// A step was called without something it needs. `builder` names the function and the source file
+/// that build the error; `message` may be missing.
+ErrorPtr requiredArgumentError(const char* name, const NullableString& message,
+                               const CallSite& builder);
+
+/// Wraps an error of the payment provider.
+ErrorPtr paymentProviderError(const ErrorPtr& error);
+
+/// No connection is available.
+ErrorPtr noConnectionError();
+
+}  // namespace hlv
