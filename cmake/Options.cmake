@@ -1,0 +1,25 @@
+# What a build can choose, and the flags that every wing shares.
+option(BUILD_SHARED_LIBS "Build the kit as a shared library" OFF)
+option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox and the paylevenkit command"
+       ${PROJECT_IS_TOP_LEVEL})
+option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
+# On in the presets; a consumer's newer compiler must not fail over a new warning.
+option(HLVSDKPAYLEVENKIT_STRICT "Treat warnings as errors" OFF)
+set(HLVSDKPAYLEVENKIT_SANITIZE "" CACHE STRING "Sanitizers, e.g. address,undefined or thread")
+
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_library(hlv_flags INTERFACE)
+target_compile_features(hlv_flags INTERFACE cxx_std_20)
+target_compile_options(hlv_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+  $<$<BOOL:${HLVSDKPAYLEVENKIT_STRICT}>:-Werror>
+  # Errors and log lines carry source paths; those of the build machine are nobody's business.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+if(HLVSDKPAYLEVENKIT_SANITIZE)
+  target_compile_options(hlv_flags INTERFACE
+    -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(hlv_flags INTERFACE -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE})
+endif()
