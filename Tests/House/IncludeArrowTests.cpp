@@ -1,0 +1,95 @@
+// The arrows between the folders: who may include whom.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Folders = std::set<std::string>;
+
+// A folder may always include itself. `Platform/Default` is the body that `Platform` falls back on.
+const std::map<std::string, Folders> allowed = {
+    {"Platform", {}},
+    {"Host", {"Platform"}},
+    {"Matching", {"Host", "Platform"}},
+    {"Models", {"Host", "Platform"}},
+    {"Public/Managers", {"Models", "Matching", "Host", "Platform"}},
+    {"Public", {"Public/Managers", "Models", "Matching", "Host", "Platform"}},
+    {"Sandbox", {"Host", "Platform"}},
+    {"Tools", {"Public", "Sandbox", "Host", "Platform"}},
+    {"Examples", {"Public", "Sandbox", "Host", "Platform"}},
+};
+
+/// The folder of the table that a path lies in, or an empty string.
+std::string folderOf(const std::string& path) {
+  if (path.starts_with("Public/Managers/")) return "Public/Managers";
+  const auto folder = path.substr(0, path.find('/'));
+  return allowed.contains(folder) ? folder : "";
+}
+
+/// The arrows of one file that the table does not have.
+std::vector<std::string> strayArrows(const std::string& path, std::istream& source) {
+  std::vector<std::string> strays;
+  const auto from = folderOf(path);
+  for (std::string line; std::getline(source, line);) {
+    if (!line.starts_with("#include \"")) continue;
+    const auto included = line.substr(10, line.rfind('"') - 10);
+    const auto to = folderOf(included);
+    if (to != from && !allowed.at(from).contains(to)) {
+      strays.push_back(path + " includes " + included);
+    }
+  }
+  return strays;
+}
+
+TEST(IncludeArrows, RunOnlyAsTheTableSays) {
+  const fs::path root = HLV_SOURCE_DIR;
+  int files = 0;
+  for (const auto& [folder, targets] : allowed) {
+    for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
+      const auto extension = entry.path().extension();
+      if (extension != ".h" && extension != ".cpp") continue;
+      ++files;
+      std::ifstream source(entry.path());
+      const auto path = fs::relative(entry.path(), root).generic_string();
+      for (const auto& stray : strayArrows(path, source)) ADD_FAILURE() << stray;
+    }
+  }
+  EXPECT_GT(files, 80) << "the folders were not found";
+}
+
+TEST(IncludeArrows, AnArrowUpwardsIsSeen) {
+  std::istringstream source(
+      "#include <vector>\n#include \"Host/Host.h\"\n#include \"Sandbox/Store.h\"\n"
+      "#include \"Unknown/File.h\"\n");
+  EXPECT_EQ(strayArrows("Public/Managers/X.cpp", source),
+            (std::vector<std::string>{"Public/Managers/X.cpp includes Sandbox/Store.h",
+                                      "Public/Managers/X.cpp includes Unknown/File.h"}));
+}
+
+// What the kit links is the standard library and the platform; the queue library stays behind the
+// default platform.
+TEST(IncludeArrows, TheKitShowsNoLibrary) {
+  for (const std::string folder : {"Platform", "Host", "Matching", "Models", "Public"}) {
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(HLV_SOURCE_DIR) / folder)) {
+      const auto path = fs::relative(entry.path(), HLV_SOURCE_DIR).generic_string();
+      if (!entry.is_regular_file() || path.starts_with("Platform/Default/")) continue;
+      std::ifstream source(entry.path());
+      for (std::string line; std::getline(source, line);) {
+        const bool foreign =
+            line.starts_with("#include <") && line.find_first_of("/.") != std::string::npos;
+        EXPECT_FALSE(foreign) << path << ": " << line;
+      }
+    }
+  }
+}
+
+}  // namespace

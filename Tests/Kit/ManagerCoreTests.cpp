@@ -1,0 +1,94 @@
+// The manager's connectivity flag, its address check and the update of a card.
+#include "Tests/Support/KitTest.h"
+
+namespace hlv::testing {
+namespace {
+
+class ManagerCoreTest : public KitTest {
+ protected:
+  void postState(Value state) {
+    platform->notificationCenter()->post({"reachability", {{"state", state}}});
+  }
+  std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager = makeManager();
+};
+
+TEST_F(ManagerCoreTest, TheFlagFollowsTheLowestEightBitsOfTheNotifiedState) {
+  EXPECT_FALSE(manager->isConnectionAvailable()) << "until it is first set";
+  const std::pair<Value, bool> rows[] = {{2, true},    {0, false},  {1, true},
+                                         {256, false}, {257, true}, {Value(), false}};
+  for (const auto& [state, available] : rows) {
+    postState(state);
+    EXPECT_EQ(manager->isConnectionAvailable(), available);
+  }
+  manager.reset();
+  postState(1);  // Reaches nobody.
+}
+
+TEST_F(ManagerCoreTest, TheFirstEmptyOrMissingFieldIsTheOneReported) {
+  const struct {
+    NullableString FakeAddress::*field;
+    const char* name;
+  } rows[] = {{&FakeAddress::zipCode, "zip"},
+              {&FakeAddress::cityName, "city"},
+              {&FakeAddress::streetName, "street"},
+              {&FakeAddress::country, "countryCode"}};
+  for (const auto& row : rows) {  // Each spoils one more, from the last to the first.
+    ErrorPtr error;
+    (*address).*row.field = "";
+    EXPECT_FALSE(manager->validateBillingAddress(address, &error));
+    EXPECT_EQ(madeAs(error), "invalid '" + std::string(row.name) + "' value '', message nil");
+    (*address).*row.field = std::nullopt;
+    EXPECT_FALSE(manager->validateBillingAddress(address, nullptr));
+  }
+  ErrorPtr error;
+  EXPECT_FALSE(manager->validateBillingAddress(nullptr, &error));
+  EXPECT_EQ(madeAs(error), "invalid 'countryCode' value nil, message nil");
+}
+
+TEST_F(ManagerCoreTest, ACompleteAddressIsValidUnlessTheVariableAlreadyHoldsAnError) {
+  address->business.reset();
+  ErrorPtr error;
+  EXPECT_TRUE(manager->validateBillingAddress(address, &error));
+  const auto before = error = makeError("before");
+  EXPECT_FALSE(manager->validateBillingAddress(address, &error));
+  EXPECT_EQ(error, before);
+}
+
+TEST_F(ManagerCoreTest, AnUpdateSendsThePresentFieldsUnderTheHostsKeysAndNothingToTheProvider) {
+  host->network->state = 0;  // Not looked at.
+  address->business.reset();
+  address->zipCode = "";
+  manager->updatePaymentInstrument("card-1", address, guest, guestCard());
+  EXPECT_EQ(host->takeTrace(), "backend update card-1 of guest@example.com");
+  EXPECT_EQ(backend.lastAddress,
+            (Dictionary{{"k0", "Street 1"}, {"k1", "Berlin"}, {"k2", "DE"}, {"k3", ""}}));
+  manager->updatePaymentInstrument(std::nullopt, nullptr, nullptr, nullptr);
+  EXPECT_EQ(backend.lastAddress, Dictionary());
+}
+
+TEST_F(ManagerCoreTest, AnUpdateHandsTheCompletionOverUnwrapped) {
+  manager->updatePaymentInstrument("card-1", address, guest, guestCard());
+  const auto completion = backend.cardUpdates.take();
+  platform->offMain([&] { completion(updatedGuest, backendCard, makeError("refused")); });
+  EXPECT_EQ(told(), "1x guest another, card backend's, error refused");
+  EXPECT_FALSE(outcome.onMainThread) << "the backend client chooses the thread";
+  completion(nullptr, nullptr, nullptr);
+  EXPECT_EQ(outcome.count, 2) << "and how often it calls";
+}
+
+TEST_F(ManagerCoreTest, WithoutServicesNothingAnswersAndNothingBreaks) {
+  const auto alone =
+      HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(nullptr, nullptr, nullptr);
+  guest->token = "tok";
+  alone->addPaymentInstrument(card, address, guest, guestCard());
+  EXPECT_EQ(madeAs(outcome.error), "code 1 in 'URL', message nil") << "no monitor, no connection";
+  alone->addFirstPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
+  alone->addNewPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
+  alone->updatePaymentInstrument("card-1", address, guest, guestCard());
+  alone->processAddedPaymentInstrument(card, "tok", tokenInstrument());
+  platform->runEverything();
+  EXPECT_EQ(outcome.count, 1);
+}
+
+}  // namespace
+}  // namespace hlv::testing

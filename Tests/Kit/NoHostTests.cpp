@@ -1,0 +1,36 @@
+// The kit with no host installed.
+#include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+#include "Public/HLVSDKPayleven.h"
+#include "Tests/Support/KitTest.h"
+
+namespace hlv::testing {
+namespace {
+
+TEST_F(KitTest, WithoutAHostEverythingAnswersNullAndItIsSaidOnce) {
+  Host::install(nullptr);
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(HLVSDKAPIManager::manager(), nullptr);
+  EXPECT_EQ(PLVInAppClient::sharedInstance(), nullptr);
+  EXPECT_EQ(HLVErrorFacade::make(), nullptr);
+  EXPECT_EQ(kHLVSDKCreditCardUseCaseDefault(), std::nullopt);
+  EXPECT_EQ(HLVSDKCreditCardBusinessAddressJSONKeyes(0), std::nullopt);
+  HLVSDKAsserts::handleAssertWithMessage("heard by nobody");
+  const auto said = ::testing::internal::GetCapturedStderr();
+  EXPECT_NE(said.find("no host is installed"), std::string::npos);
+  EXPECT_EQ(said.find('\n'), said.size() - 1) << "one line";
+
+  const auto kit = HLVSDKPayleven::initWithConfiguration(nullptr, nullptr);
+  platform->notificationCenter()->post({UIApplicationWillEnterForegroundNotification, {}});
+  guest->token = "tok";
+  kit->paymentInstrumentManager()->addPaymentInstrument(card, address, guest, guestCard());
+  kit->paymentInstrumentManager()->deletePaymentInstrumentWithID("card-1", "default", guest,
+                                                                 guestOnly());
+  kit->paymentInstrumentsSynchronizer()->synchronizePaymentInstrumentsForGuest(guest, succeeded());
+  platform->runEverything();
+  EXPECT_EQ(told(), "2x guest none, card none, error none")
+      << "both are refused offline, with no facade to make an error";
+}
+
+}  // namespace
+}  // namespace hlv::testing

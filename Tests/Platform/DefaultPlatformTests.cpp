@@ -1,0 +1,143 @@
+// The platform on Linux: pumping, serial queues, and no thread before there is work.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <future>
+#include <iterator>
+#include <string>
+#include <thread>
+
+#include "Platform/Default/DefaultPlatform.h"
+#include "Platform/Deliver.h"
+
+namespace hlv::testing {
+namespace {
+
+std::ptrdiff_t threadsOfThisProcess() {
+  using std::filesystem::directory_iterator;
+  return std::distance(directory_iterator("/proc/self/task"), directory_iterator());
+}
+
+class DefaultPlatformTest : public ::testing::Test {
+ protected:
+  ~DefaultPlatformTest() override { Platform::install(nullptr); }
+  const std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
+};
+
+TEST_F(DefaultPlatformTest, TheMainThreadIsTheProcesssUnlessAnotherIsAdopted) {
+  EXPECT_TRUE(platform->isMainThread());
+  std::thread([&] {
+    EXPECT_FALSE(platform->isMainThread());
+    platform->adoptMainThread();
+    EXPECT_TRUE(platform->isMainThread());
+  }).join();
+  EXPECT_FALSE(platform->isMainThread());
+}
+
+TEST_F(DefaultPlatformTest, TheMainQueueRunsOnlyWhenPumpedAndWithWhatItsBlocksPost) {
+  std::string order;
+  const auto queue = platform->mainQueue();
+  queue->async([&] {
+    order += "a";
+    queue->async([&] { order += "c"; });
+  });
+  queue->async([&] { order += "b"; });
+  EXPECT_EQ(order, "");
+  EXPECT_FALSE(platform->isIdle());
+  EXPECT_EQ(platform->runPending(), 3u);
+  EXPECT_EQ(order, "abc");
+  EXPECT_TRUE(platform->isIdle());
+  EXPECT_EQ(platform->runPending(), 0u);
+}
+
+TEST_F(DefaultPlatformTest, AnAppsOwnLoopIsWokenByEveryPost) {
+  int wakes = 0;
+  platform->setPostHook([&] { ++wakes; });
+  platform->mainQueue()->async([] {});
+  platform->mainQueue()->async([] {});
+  EXPECT_EQ(wakes, 2);
+  platform->setPostHook(nullptr);
+  platform->mainQueue()->async([] {});
+  EXPECT_EQ(wakes, 2);
+}
+
+TEST_F(DefaultPlatformTest, ASerialQueueStartsNoThreadBeforeItsFirstBlock) {
+  const auto before = threadsOfThisProcess();
+  const auto queue = platform->makeSerialQueue("label");
+  EXPECT_EQ(queue->label(), "label");
+  EXPECT_EQ(threadsOfThisProcess(), before);
+  bool ran = false;
+  queue->async([&] { ran = true; });
+  EXPECT_GT(threadsOfThisProcess(), before);
+  platform->runUntil([&] { return platform->isIdle(); });
+  EXPECT_TRUE(ran);
+}
+
+TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMainThread) {
+  const auto queue = platform->makeSerialQueue("label");
+  std::string order;  // Written without a lock: each block sees what the one before wrote.
+  std::atomic<bool> onMain{false};
+  for (const char mark : std::string("abcdefgh")) {
+    queue->async([&, mark] {
+      order += mark;
+      if (platform->isMainThread()) onMain = true;
+    });
+  }
+  queue->async([&] { queue->async([&] { order += "!"; }); });
+  platform->runUntil([&] { return platform->isIdle(); });
+  EXPECT_EQ(order, "abcdefgh!");
+  EXPECT_FALSE(onMain);
+}
+
+TEST_F(DefaultPlatformTest, AQueueMayBeFreedInABlockOfItsOwn) {
+  auto queue = platform->makeSerialQueue("label");
+  std::promise<void> mayRun;
+  queue->async([&, wait = mayRun.get_future().share()] { wait.wait(); });
+  auto* const raw = queue.get();
+  raw->async([owner = std::move(queue)]() mutable { owner.reset(); });
+  mayRun.set_value();
+  platform->runUntil([&] { return platform->isIdle(); });
+}
+
+TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
+  auto alone = DefaultPlatform::make();
+  const auto held = std::make_shared<int>();
+  const auto queue = alone->makeSerialQueue("label");
+  std::promise<void> mayRun;
+  std::promise<void> running;
+  queue->async([&running, wait = mayRun.get_future().share()] {
+    running.set_value();
+    wait.wait();
+  });
+  running.get_future().wait();
+  queue->async([held, queue] {});
+  alone->mainQueue()->async([held] {});
+  // The platform goes away while a block still runs, and waits for it.
+  std::thread release([&] { mayRun.set_value(); });
+  alone.reset();
+  release.join();
+  queue->async([held] {});  // Goes nowhere.
+  EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST_F(DefaultPlatformTest, ACompletionIsCalledDirectlyOnTheMainThreadAndPostedElsewhere) {
+  Platform::install(platform);
+  std::string heard;
+  const std::function<void(std::string)> completion = [&](const std::string& how) {
+    heard += how;
+    EXPECT_TRUE(platform->isMainThread());
+  };
+  const auto build = [](Delivery delivery) {
+    return std::tuple(delivery == Delivery::direct ? "direct " : "posted ");
+  };
+  deliverBuilt(completion, build);
+  EXPECT_EQ(heard, "direct ");
+  std::thread([&] { deliverBuilt(completion, build); }).join();
+  EXPECT_EQ(heard, "direct ");
+  platform->runPending();
+  EXPECT_EQ(heard, "direct posted ");
+}
+
+}  // namespace
+}  // namespace hlv::testing

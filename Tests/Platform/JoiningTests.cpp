@@ -1,0 +1,114 @@
+// Groups, the run-once guard, single answers and the small value types.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "Platform/AnswerOnce.h"
+#include "Platform/Group.h"
+#include "Platform/NullableString.h"
+#include "Platform/Once.h"
+#include "Platform/Value.h"
+#include "Tests/Support/ManualPlatform.h"
+
+namespace hlv::testing {
+namespace {
+
+using ManualQueue = ManualPlatform::ManualQueue;
+
+TEST(GroupTest, PostsWhenTheLastHasLeftAndOnceOnly) {
+  const auto queue = std::make_shared<ManualQueue>("queue", nullptr);
+  Group group;
+  group.enter();
+  group.enter();
+  group.notify(queue, [] {});
+  group.leave();
+  EXPECT_EQ(queue->waiting(), 0u);
+  group.leave();
+  EXPECT_EQ(queue->waiting(), 1u);
+  group.leave();  // A host that answers too often.
+  group.enter();
+  group.leave();
+  EXPECT_EQ(queue->waiting(), 1u);
+  group.notify(queue, [] {});
+  EXPECT_EQ(queue->waiting(), 2u) << "an empty group posts at once";
+}
+
+TEST(GroupTest, OneThatNeverEmptiesIsFreedWithWhatItHolds) {
+  const auto held = std::make_shared<int>();
+  {
+    Group group;
+    group.enter();
+    group.notify(std::make_shared<ManualQueue>("queue", nullptr), [held] {});
+    EXPECT_EQ(held.use_count(), 2);
+  }
+  EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(OnceTest, RunsOnceAmongThreadsThatAllWaitForIt) {
+  Once once;
+  std::atomic<int> runs{0};
+  std::atomic<int> sawItDone{0};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&] {
+      once.run([&] { ++runs; });
+      if (runs == 1) ++sawItDone;
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(runs, 1);
+  EXPECT_EQ(sawItDone, 8);
+  once.reset();
+  once.run([&] {
+    ++runs;
+    once.run([&] { ++runs; });  // Comes back to its own guard.
+  });
+  EXPECT_EQ(runs, 2);
+}
+
+TEST(AnswerOnceTest, HearsTheFirstAnswerAndLetsGoOfWhatItHeld) {
+  const auto held = std::make_shared<int>();
+  int sum = 0;
+  const auto answer = answerOnce([held, &sum](int value) { sum += value; });
+  const auto copy = answer;
+  copy(1);
+  EXPECT_EQ(held.use_count(), 1);
+  answer(2);
+  EXPECT_EQ(sum, 1);
+}
+
+TEST(AnswerOnceTest, OfAnswersFromManyThreadsOneIsHeard) {
+  std::atomic<int> heard{0};
+  const auto answer = answerOnce([&heard] { ++heard; });
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) threads.emplace_back([answer] { answer(); });
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(heard, 1);
+}
+
+TEST(NullableStringTest, MissingAndEmptyAreDifferentThings) {
+  EXPECT_EQ(length(std::nullopt), 0u);
+  EXPECT_FALSE(isEqualToString(std::nullopt, std::nullopt));
+  EXPECT_FALSE(isEqualToString("", std::nullopt));
+  EXPECT_TRUE(isEqualToString("", ""));
+  EXPECT_TRUE(hasSuffix("1111", ""));
+  EXPECT_FALSE(hasSuffix(std::nullopt, ""));
+  EXPECT_FALSE(hasSuffix("1111", std::nullopt));
+}
+
+TEST(ValueTest, OnlyNumbersAndBooleansReadAsNumbers) {
+  EXPECT_EQ(Value(true).integerValue(), 1);
+  EXPECT_EQ(Value(-3).integerValue(), -3);
+  EXPECT_EQ(Value(2.9).integerValue(), 2);
+  EXPECT_EQ(Value(1e300).integerValue(), 0);
+  EXPECT_EQ(Value("7").integerValue(), 0);
+  EXPECT_TRUE(Value(0.5).boolValue());
+  EXPECT_FALSE(Value().boolValue());
+  EXPECT_TRUE(Value(NullableString()).isNull());
+  EXPECT_TRUE(valueForKey({{"key", 1}}, std::nullopt).isNull());
+}
+
+}  // namespace
+}  // namespace hlv::testing

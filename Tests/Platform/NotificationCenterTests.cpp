@@ -1,0 +1,64 @@
+// The contract of a notification centre, on the default platform's.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "Platform/Default/DefaultPlatform.h"
+
+namespace hlv::testing {
+namespace {
+
+class NotificationCenterTest : public ::testing::Test {
+ protected:
+  std::unique_ptr<Observation> observe(const std::string& mark) {
+    return center->observe("name", [this, mark](const Notification&) { heard += mark; });
+  }
+
+  const std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
+  const std::shared_ptr<NotificationCenter> center = platform->notificationCenter();
+  std::string heard;
+};
+
+TEST_F(NotificationCenterTest, DeliversInOrderByNameBeforePostReturns) {
+  const auto first = observe("a");
+  const auto second = observe("b");
+  center->post({"name", {}});
+  center->post({"other", {}});
+  EXPECT_EQ(heard, "ab");
+  EXPECT_EQ(center->observe(std::nullopt, [](const Notification&) {}), nullptr);
+}
+
+TEST_F(NotificationCenterTest, AnObservationEndsWithItsObject) {
+  auto first = observe("a");
+  const auto second = observe("b");
+  first.reset();
+  center->post({"name", {}});
+  EXPECT_EQ(heard, "b");
+}
+
+TEST_F(NotificationCenterTest, ObserversMayComeGoAndPostDuringAPost) {
+  std::unique_ptr<Observation> self, later, added;
+  self = center->observe("name", [&](const Notification&) {
+    heard += "a";
+    added = observe("new");
+    later.reset();
+    self.reset();
+    center->post({"other", {}});
+  });
+  later = observe("removed before its turn");
+  const auto other = center->observe("other", [&](const Notification&) { heard += "b"; });
+  center->post({"name", {}});
+  EXPECT_EQ(heard, "ab");
+  center->post({"name", {}});
+  EXPECT_EQ(heard, "abnew");
+}
+
+TEST_F(NotificationCenterTest, AnObservationMayOutliveItsCentre) {
+  auto alone = DefaultPlatform::make();
+  const auto observation = alone->notificationCenter()->observe("name", [](const auto&) {});
+  alone.reset();
+}
+
+}  // namespace
+}  // namespace hlv::testing

@@ -1,0 +1,55 @@
+// Errors that say how they were made, and the facade that makes them.
+//
+// Threading: one thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+
+namespace hlv::testing {
+
+struct FakeError final : Error {
+  explicit FakeError(std::string description) : text(std::move(description)) {}
+  std::string text;
+
+  std::string domain() const override { return "test"; }
+  std::int64_t code() const override { return 7; }
+  NullableString localizedDescription() const override { return "localized " + text; }
+  NullableString developerMessage() const override { return "developer " + text; }
+};
+
+inline ErrorPtr makeError(std::string text) { return std::make_shared<FakeError>(std::move(text)); }
+
+/// How an error was made, in one line; "none" for no error.
+inline std::string madeAs(const ErrorPtr& error) {
+  const auto* fake = dynamic_cast<const FakeError*>(error.get());
+  return fake ? fake->text : "none";
+}
+
+struct FakeErrorFacade final : HLVErrorFacade {
+  static std::string shown(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
+
+  ErrorPtr errorWithCode(std::int64_t code, const NullableString& domain,
+                         const NullableString& message) override {
+    return makeError("code " + std::to_string(code) + " in " + shown(domain) + ", message " +
+                     shown(message));
+  }
+  ErrorPtr invalidArgumentErrorWithName(const NullableString& name, const NullableString& value,
+                                        const NullableString& message) override {
+    return makeError("invalid " + shown(name) + " value " + shown(value) + ", message " +
+                     shown(message));
+  }
+  ErrorPtr requiredArgumentErrorWithName(const NullableString& name, const NullableString& message,
+                                         const char* functionName, const char* fileName) override {
+    return makeError("required " + shown(name) + ", message " + shown(message) + ", by " +
+                     functionName + " in " + fileName);
+  }
+  ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override {
+    return makeError("provider(" + madeAs(error) + ")");
+  }
+};
+
+}  // namespace hlv::testing

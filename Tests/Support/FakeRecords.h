@@ -1,0 +1,114 @@
+// Host and provider records with fields that a test sets.
+//
+// Threading: one thread.
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Host/HLVSDKCoreKit/HLVSDKConfiguration.h"
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
+#include "Host/PaylevenFramework/PLVPaymentInstrument.h"
+
+namespace hlv::testing {
+
+struct FakeGuest final : HLVSDKGuest {
+  NullableString emailText = "guest@example.com";
+  NullableString token;
+  NullableList<HLVSDKCreditCard> cards;
+
+  NullableString email() const override { return emailText; }
+  NullableString paylevenToken() const override { return token; }
+  NullableList<HLVSDKCreditCard> creditCards() const override { return cards; }
+};
+
+struct FakeEnteredCard final : HLVSDKPaymentInstrument {
+  NullableString number = "4111111111111111";
+  NullableString month = "09";
+  NullableString year = "2031";
+  NullableString useCase = "default";
+  NullableString identifier;
+  bool valid = true;
+  ErrorPtr ownError;
+
+  NullableString pan() const override { return number; }
+  NullableString expiryMonth() const override { return month; }
+  NullableString expiryYear() const override { return year; }
+  NullableString cvv() const override { return "737"; }
+  NullableString cardHolder() const override { return "A. Guest"; }
+  NullableString instrumentUseCaseString() const override { return useCase; }
+  bool isValid(ErrorPtr* error) const override {
+    if (!valid) *error = ownError;
+    return valid;
+  }
+  void setExternalIdentifier(const NullableString& external) override { identifier = external; }
+};
+
+struct FakeStoredCard final : HLVSDKCreditCard {
+  NullableString id = "card-1";
+  NullableString digits = "1111";
+  NullableString brandName = "visa";
+  NullableString useCaseName = "default";
+  NullableString external;
+
+  NullableString halvoID() const override { return id; }
+  NullableString lastFourDigits() const override { return digits; }
+  NullableString brand() const override { return brandName; }
+  NullableString useCase() const override { return useCaseName; }
+  NullableString externalIdentifier() const override { return external; }
+};
+
+struct FakeAddress final : HLVSDKPaymentBillingAddress {
+  NullableString country = "DE", streetName = "Street 1", cityName = "Berlin", zipCode = "10115";
+  NullableString business = "Halvo GmbH";
+
+  NullableString countryCode() const override { return country; }
+  NullableString street() const override { return streetName; }
+  NullableString city() const override { return cityName; }
+  NullableString zip() const override { return zipCode; }
+  NullableString businessName() const override { return business; }
+};
+
+struct FakeInstrument final : PLVCreditCardPaymentInstrument {
+  NullableString id = "plv-1";
+  NullableString number = "************1111";
+  NullableString brand = "visa";
+  NullableString month = "09";
+  NullableString year = "2031";
+  std::uint64_t stateNumber = 0;
+
+  NullableString identifier() const override { return id; }
+  NullableString pan() const override { return number; }
+  NullableString cardBrand() const override { return brand; }
+  NullableString expiryMonth() const override { return month; }
+  NullableString expiryYear() const override { return year; }
+  std::uint64_t state() const override { return stateNumber; }
+};
+
+struct FakeUpdateRequest final : HLVSDKUpdateGuestRequestInfo {
+  NullableString token;
+  void setPaymentToken(const NullableString& newToken) override { token = newToken; }
+};
+
+struct FakeKitEntry final : HLVSDKKitEntry {
+  HLVSDKKitClass kitClass;
+  std::shared_ptr<Object> kitConfiguration;
+
+  FakeKitEntry(HLVSDKKitClass kit, std::shared_ptr<Object> configuration)
+      : kitClass(kit), kitConfiguration(std::move(configuration)) {}
+  HLVSDKKitClass kit() const override { return kitClass; }
+  std::shared_ptr<Object> configuration() const override { return kitConfiguration; }
+};
+
+struct FakeConfiguration final : HLVSDKConfiguration {
+  NullableList<HLVSDKKitEntry> entries;
+  explicit FakeConfiguration(NullableList<HLVSDKKitEntry> kits) : entries(std::move(kits)) {}
+  NullableList<HLVSDKKitEntry> kits() const override { return entries; }
+};
+
+}  // namespace hlv::testing

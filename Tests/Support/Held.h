@@ -1,0 +1,47 @@
+// Callbacks of a service that wait until the test answers them.
+//
+// Threading: one thread.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+namespace hlv::testing {
+
+template <class... Results>
+class Held {
+ public:
+  using Callback = std::function<void(Results...)>;
+
+  void hold(Callback callback) { callbacks_.push_back(std::move(callback)); }
+  std::size_t count() const { return callbacks_.size(); }
+  /// Frees the callbacks; they will never be answered.
+  void drop() { callbacks_.clear(); }
+
+  /// Takes the oldest callback, so that the test can call it as often as it likes.
+  Callback take() {
+    if (callbacks_.empty()) throw std::logic_error("no call waits for this answer");
+    Callback callback = std::move(callbacks_.front());
+    callbacks_.pop_front();
+    return callback;
+  }
+  /// Answers the oldest call.
+  void answer(std::type_identity_t<Results>... results) { take()(std::move(results)...); }
+
+ private:
+  std::deque<Callback> callbacks_;
+};
+
+/// The held callbacks of one completion type.
+template <class Completion>
+struct HeldFor;
+template <class... Results>
+struct HeldFor<std::function<void(Results...)>> {
+  using Type = Held<Results...>;
+};
+
+}  // namespace hlv::testing

@@ -1,0 +1,93 @@
+// A platform whose every source of order is in the test's hands.
+//
+// Threading: one thread plays all of them.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/Default/DefaultNotificationCenter.h"
+#include "Platform/Platform.h"
+
+namespace hlv::testing {
+
+class ManualPlatform final : public Platform, public std::enable_shared_from_this<ManualPlatform> {
+ public:
+  class ManualQueue final : public Queue {
+   public:
+    ManualQueue(std::string label, std::vector<std::string>* made) : label_(std::move(label)) {
+      if (made) made->push_back(label_);
+    }
+    void async(Block block) override { blocks_.push_back(std::move(block)); }
+    std::string label() const override { return label_; }
+
+    std::size_t waiting() const { return blocks_.size(); }
+    bool runOne() {
+      if (blocks_.empty()) return false;
+      const Block block = std::move(blocks_.front());
+      blocks_.pop_front();
+      block();
+      return true;
+    }
+
+   private:
+    const std::string label_;
+    std::deque<Block> blocks_;
+  };
+
+  /// Whether the test plays the main thread just now.
+  bool onMainThread = true;
+  std::vector<std::string> labelsMade;
+
+  bool isMainThread() const override { return onMainThread; }
+  std::shared_ptr<Queue> mainQueue() override { return main; }
+  std::shared_ptr<Queue> makeSerialQueue(std::string label) override {
+    auto queue = std::make_shared<ManualQueue>(std::move(label), &labelsMade);
+    serialQueues.push_back(queue);
+    return queue;
+  }
+  std::shared_ptr<NotificationCenter> notificationCenter() override { return center_; }
+
+  /// Runs what waits on the main queue, on the main thread, and returns how much that was.
+  std::size_t runMain() { return runAll(*main, true); }
+  /// Runs what waits on every serial queue, off the main thread.
+  std::size_t runSerial() {
+    std::size_t ran = 0;
+    for (std::size_t i = 0; i < serialQueues.size(); ++i) {
+      if (const auto queue = serialQueues[i].lock()) ran += runAll(*queue, false);
+    }
+    return ran;
+  }
+  void runEverything() {
+    while (runMain() + runSerial() > 0) {
+    }
+  }
+
+  /// Plays another thread for the length of `work`.
+  template <class Work>
+  void offMain(Work work) {
+    const bool before = std::exchange(onMainThread, false);
+    work();
+    onMainThread = before;
+  }
+
+  const std::shared_ptr<ManualQueue> main = std::make_shared<ManualQueue>("main", nullptr);
+  std::vector<std::weak_ptr<ManualQueue>> serialQueues;
+
+ private:
+  std::size_t runAll(ManualQueue& queue, bool asMain) {
+    const bool before = std::exchange(onMainThread, asMain);
+    std::size_t ran = 0;
+    while (queue.runOne()) ++ran;
+    onMainThread = before;
+    return ran;
+  }
+
+  const std::shared_ptr<DefaultNotificationCenter> center_ =
+      std::make_shared<DefaultNotificationCenter>();
+};
+
+}  // namespace hlv::testing

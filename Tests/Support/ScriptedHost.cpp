@@ -1,0 +1,209 @@
+#include "Tests/Support/ScriptedHost.h"
+
+#include <utility>
+
+#include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
+#include "Platform/Send.h"
+
+namespace hlv::testing {
+namespace {
+
+std::string shown(const NullableString& text) { return text ? *text : "nil"; }
+
+std::string shown(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument) {
+  return shown(send(instrument, &PLVCreditCardPaymentInstrument::identifier));
+}
+
+class TracingLogger final : public HLVSDKLogger {
+ public:
+  TracingLogger(Trace* trace, std::string name) : trace_(trace), name_(std::move(name)) {}
+
+  void logWithLevel(int level, const char* path, int line, const char* function, const char* format,
+                    const std::vector<HLVSDKLogArgument>& arguments) override {
+    std::string entry = name_ + " " + std::to_string(level) + " \"" + format + "\"";
+    for (const auto& argument : arguments) {
+      const auto* text = std::get_if<NullableString>(&argument);
+      entry += " <" + (text ? shown(*text) : madeAs(std::get<ErrorPtr>(argument))) + ">";
+    }
+    trace_->push_back(entry + " at " + function);
+    if (line <= 0 || std::string(path).find("Public/Managers/") == std::string::npos) {
+      trace_->push_back("a log line without its call site");
+    }
+  }
+
+ private:
+  Trace* const trace_;
+  const std::string name_;
+};
+
+class TracingRequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
+ public:
+  explicit TracingRequestBody(ScriptedHost* host) : host_(host) {}
+  void setProvider(std::int64_t provider) override { host_->requestProvider = provider; }
+  Dictionary JSONRepresentation() const override { return *host_->requestBody; }
+  bool isValid(ErrorPtr* error) const override {
+    if (host_->requestError && error) *error = host_->requestError;
+    return host_->requestError == nullptr;
+  }
+
+ private:
+  ScriptedHost* const host_;
+};
+
+}  // namespace
+
+void ScriptedBackend::updateCurrentGuestWithRequest(
+    const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
+    HLVSDKGuestCompletion completion) {
+  const auto fake = std::dynamic_pointer_cast<FakeUpdateRequest>(request);
+  trace_->push_back("backend update guest token=" + (fake ? shown(fake->token) : "no request"));
+  guestUpdates.hold(std::move(completion));
+}
+
+void ScriptedBackend::addCreditCardForGuest(
+    const std::shared_ptr<HLVSDKGuest>& guest,
+    const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
+    HLVSDKGuestCardCompletion completion) {
+  const auto request =
+      std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(requestInfo);
+  trace_->push_back("backend add card for " + shown(send(guest, &HLVSDKGuest::email)) +
+                    " token=" + (request ? shown(request->paylevenToken()) : "no request"));
+  lastAddRequest = requestInfo;
+  cardAdds.hold(std::move(completion));
+}
+
+void ScriptedBackend::deleteCreditCardWithID(const NullableString& ID,
+                                             const std::shared_ptr<HLVSDKGuest>& guest,
+                                             HLVSDKGuestCompletion completion) {
+  trace_->push_back("backend delete " + shown(ID) + " of " +
+                    shown(send(guest, &HLVSDKGuest::email)));
+  deletions.hold(std::move(completion));
+}
+
+void ScriptedBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
+                                       const std::shared_ptr<HLVSDKGuest>& guest,
+                                       HLVSDKGuestCardCompletion completion) {
+  trace_->push_back("backend update " + shown(ID) + " of " +
+                    shown(send(guest, &HLVSDKGuest::email)));
+  lastAddress = address;
+  cardUpdates.hold(std::move(completion));
+}
+
+void ScriptedBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
+                                            HLVSDKCreditCardsCompletion completion) {
+  trace_->push_back("backend fetch cards of " + shown(send(guest, &HLVSDKGuest::email)));
+  cardFetches.hold(std::move(completion));
+}
+
+void ScriptedProvider::registerWithAPIKey(const NullableString& key) {
+  trace_->push_back("provider register '" + shown(key) + "'");
+}
+
+void ScriptedProvider::createUserToken(
+    const NullableString& email, const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+    const NullableString& useCase, PLVUserTokenCompletion completion) {
+  trace_->push_back("provider create token for " + shown(email) + " with " + shown(instrument) +
+                    " use case " + shown(useCase));
+  tokens.hold(std::move(completion));
+}
+
+void ScriptedProvider::addPaymentInstrument(
+    const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+    const NullableString& userToken, const NullableString& useCase, PLVErrorCompletion completion) {
+  trace_->push_back("provider add " + shown(instrument) + " under " + shown(userToken) +
+                    " use case " + shown(useCase));
+  adds.hold(std::move(completion));
+}
+
+void ScriptedProvider::getPaymentInstrumentsList(const NullableString& userToken,
+                                                 const NullableString& useCase,
+                                                 PLVPaymentInstrumentsCompletion completion) {
+  trace_->push_back("provider list " + shown(userToken) + " use case " + shown(useCase));
+  lists.hold(std::move(completion));
+}
+
+void ScriptedProvider::removePaymentInstrument(
+    const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+    const NullableString& useCase, const NullableString& userToken, PLVErrorCompletion completion) {
+  trace_->push_back("provider remove " + shown(instrument) + " from " + shown(useCase) + " of " +
+                    shown(userToken));
+  removals.hold(std::move(completion));
+}
+
+ScriptedHost::ScriptedHost()
+    : requestBody(std::make_shared<Dictionary>(Dictionary{
+          {"credit_card", Dictionary{{"brand", "visa"}, {"last", "1111"}}}, {"provider", 0}})),
+      constants_(std::make_shared<const HLVSDKConstants>(
+          HLVSDKConstants{.useCaseDefault = "default",
+                          .useCasePrivate = "private",
+                          .useCaseBusiness = "business",
+                          .businessAddressJSONKeyes = {"k0", "k1", "k2", "k3", "k4"},
+                          .urlErrorDomain = "URL",
+                          .paymentErrorDomain = "Payment",
+                          .authorizationStatusNotification = "authorization",
+                          .isAuthorizedKey = "isAuthorized",
+                          .reachabilityStateNotification = "reachability",
+                          .reachabilityStateKey = "state",
+                          .reachabilityPreviousStateKey = "previous"})),
+      remoteLogger_(std::make_shared<TracingLogger>(&trace, "remote")),
+      consoleLogger_(std::make_shared<TracingLogger>(&trace, "console")) {}
+
+void ScriptedHost::dropEverything() {
+  backend->guestUpdates.drop();
+  backend->deletions.drop();
+  backend->cardAdds.drop();
+  backend->cardUpdates.drop();
+  backend->cardFetches.drop();
+  provider->tokens.drop();
+  provider->adds.drop();
+  provider->removals.drop();
+  provider->lists.drop();
+}
+
+std::string ScriptedHost::takeTrace() {
+  std::string joined;
+  for (const auto& line : std::exchange(trace, {})) joined += (joined.empty() ? "" : "\n") + line;
+  return joined;
+}
+
+std::shared_ptr<HLVSDKGuest> ScriptedHost::currentGuest() {
+  trace.push_back("host current guest");
+  return guest;
+}
+
+NullableString ScriptedHost::cardBrandFromNumber(const NullableString& number) {
+  if (!number) return std::nullopt;
+  return number->starts_with("5") ? "mastercard" : "visa";
+}
+
+std::shared_ptr<HLVSDKUpdateGuestRequestInfo> ScriptedHost::makeUpdateGuestRequestInfo() {
+  return std::make_shared<FakeUpdateRequest>();
+}
+
+void ScriptedHost::handleAssertWithMessage(const NullableString& message) {
+  trace.push_back("assert \"" + shown(message) + "\"");
+}
+
+void ScriptedHost::handleParameterAssert(const NullableString& parameter,
+                                         const NullableString& message) {
+  trace.push_back("assert parameter " + shown(parameter) + ": " + shown(message));
+}
+
+std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCreditCardRequestBody(
+    const std::shared_ptr<HLVSDKPaymentInstrument>&,
+    const std::shared_ptr<HLVSDKPaymentBillingAddress>&) {
+  return requestBody ? std::make_shared<TracingRequestBody>(this) : nullptr;
+}
+
+std::shared_ptr<PLVCreditCardPaymentInstrument> ScriptedHost::makeCreditCardPaymentInstrument(
+    const NullableString& pan, const NullableString& expiryMonth, const NullableString& expiryYear,
+    const NullableString& cvv, const NullableString& cardHolder) {
+  auto instrument = std::make_shared<FakeInstrument>();
+  // Named by what it was made of, masked.
+  instrument->id = "new[" + (pan ? ".." + pan->substr(pan->size() - 4) : "nil") + " " +
+                   shown(expiryMonth) + "/" + shown(expiryYear) + (cvv ? " cvv" : " nil") + " " +
+                   shown(cardHolder) + "]";
+  return instrument;
+}
+
+}  // namespace hlv::testing

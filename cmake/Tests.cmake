@@ -1,0 +1,44 @@
+# The tests. Each wing's test program links that wing and nothing above it.
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+function(hlv_add_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE hlv_flags ${arg_LIBRARIES} GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()
+
+hlv_add_tests(PlatformTests
+  SOURCES
+    Tests/Platform/DefaultPlatformTests.cpp
+    Tests/Platform/JoiningTests.cpp
+    Tests/Platform/NotificationCenterTests.cpp
+  LIBRARIES HLVSDKPaylevenKit)
+# The tests look into the default platform's notification centre and onto its queues.
+hlv_add_tests(KitTests
+  SOURCES
+    Tests/Support/ScriptedHost.cpp
+    Tests/Kit/AddDispatchTests.cpp
+    Tests/Kit/AddFirstTests.cpp
+    Tests/Kit/AddNewTests.cpp
+    Tests/Kit/ConfirmTests.cpp
+    Tests/Kit/DeleteTests.cpp
+    Tests/Kit/EnablingTests.cpp
+    Tests/Kit/EntryPointTests.cpp
+    Tests/Kit/FinderTests.cpp
+    Tests/Kit/KitConfigurationTests.cpp
+    Tests/Kit/ManagerCoreTests.cpp
+    Tests/Kit/ModelsTests.cpp
+    Tests/Kit/NoHostTests.cpp
+    Tests/Kit/SynchronizerTests.cpp
+  LIBRARIES HLVSDKPaylevenKit)
+hlv_add_tests(HouseTests
+  SOURCES Tests/House/IncludeArrowTests.cpp
+  LIBRARIES HLVSDKPaylevenKit)
+target_compile_definitions(HouseTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+
+if(HLVSDKPAYLEVENKIT_SANDBOX)
+  include(cmake/SandboxTests.cmake)
+  include(cmake/ToolTests.cmake)
+endif()
