@@ -37,8 +37,9 @@ target_compile_features(HLVSDKPaylevenKit PUBLIC cxx_std_20)
 target_include_directories(HLVSDKPaylevenKit
   PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/HLVSDKPaylevenKit>)
-# The queue library is headers only and stays inside Platform/Default.
-target_compile_definitions(HLVSDKPaylevenKit PRIVATE ASIO_STANDALONE ASIO_NO_DEPRECATED)
+# The queue library is headers only and stays inside Platform/Default, its symbols included.
+target_compile_definitions(HLVSDKPaylevenKit PRIVATE
+  ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_VISIBILITY)
 target_link_libraries(HLVSDKPaylevenKit
   PRIVATE $<BUILD_INTERFACE:hlv_flags> PUBLIC Threads::Threads)
 set_target_properties(HLVSDKPaylevenKit PROPERTIES

@@ -16,6 +16,8 @@ add_library(hlv_flags INTERFACE)
 target_compile_features(hlv_flags INTERFACE cxx_std_20)
 target_compile_options(hlv_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+  # g++ 12 sees overlaps in std::string's own code when it optimises (its bug 105651).
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
   $<$<BOOL:${HLVSDKPAYLEVENKIT_STRICT}>:-Werror>
   # Errors and log lines carry source paths; those of the build machine are nobody's business.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)

@@ -15,7 +15,6 @@ hlv_add_tests(PlatformTests
     Tests/Platform/JoiningTests.cpp
     Tests/Platform/NotificationCenterTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
-# The tests look into the default platform's notification centre and onto its queues.
 hlv_add_tests(KitTests
   SOURCES
     Tests/Support/ScriptedHost.cpp
@@ -27,6 +26,7 @@ hlv_add_tests(KitTests
     Tests/Kit/EnablingTests.cpp
     Tests/Kit/EntryPointTests.cpp
     Tests/Kit/FinderTests.cpp
+    Tests/Kit/InsideTheCallTests.cpp
     Tests/Kit/KitConfigurationTests.cpp
     Tests/Kit/ManagerCoreTests.cpp
     Tests/Kit/ModelsTests.cpp
@@ -41,4 +41,13 @@ target_compile_definitions(HouseTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_D
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   include(cmake/SandboxTests.cmake)
   include(cmake/ToolTests.cmake)
+endif()
+
+# Builds release libraries of its own, so one of the presets is enough.
+if(NOT HLVSDKPAYLEVENKIT_SANITIZE MATCHES "thread")
+  add_test(NAME InstalledPackage.BuildsAndRunsTheExamples
+    COMMAND ${PROJECT_SOURCE_DIR}/Tests/Install/installed-package.sh
+            ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/installed)
+  set_tests_properties(InstalledPackage.BuildsAndRunsTheExamples PROPERTIES
+    TIMEOUT 900 RUN_SERIAL ON)
 endif()

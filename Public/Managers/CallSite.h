@@ -15,7 +15,7 @@ namespace hlv {
 inline std::string functionName(const char* method, int block) {
   std::string name = method;
   if (block > 0) name += "_block_invoke";
-  if (block > 1) name += "_" + std::to_string(block);
+  if (block > 1) name.append("_").append(std::to_string(block));
   return name;
 }
 

@@ -42,6 +42,7 @@ std::vector<std::string> strayArrows(const std::string& path, std::istream& sour
   for (std::string line; std::getline(source, line);) {
     if (!line.starts_with("#include \"")) continue;
     const auto included = line.substr(10, line.rfind('"') - 10);
+    if (included.find('/') == std::string::npos) continue;  // A neighbour in the same folder.
     const auto to = folderOf(included);
     if (to != from && !allowed.at(from).contains(to)) {
       strays.push_back(path + " includes " + included);

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Installs the kit, static with the sandbox and shared without, into a temporary prefix, and builds
+# and runs the examples against it as a stranger would.
+# Usage: installed-package.sh SOURCE_DIR BUILD_DIR
+set -euo pipefail
+source_dir=$1
+build_dir=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+install_kit() {  # NAME OPTION...
+  local name=$1
+  shift
+  cmake -S "$source_dir" -B "$build_dir/$name" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DHLVSDKPAYLEVENKIT_STRICT=ON -DHLVSDKPAYLEVENKIT_TESTS=OFF "$@" >"$work/configure.log"
+  cmake --build "$build_dir/$name" >"$work/build.log" || { cat "$work/build.log"; exit 1; }
+  cmake --install "$build_dir/$name" --prefix "$work/$name" >"$work/install.log"
+}
+
+build_examples() {  # NAME
+  cmake -S "$source_dir/Examples" -B "$work/examples-$1" -G Ninja \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$work/$1" >"$work/configure.log"
+  cmake --build "$work/examples-$1" >"$work/build.log" || { cat "$work/build.log"; exit 1; }
+}
+
+echo "== static, with the sandbox"
+install_kit static -DBUILD_SHARED_LIBS=OFF -DHLVSDKPAYLEVENKIT_SANDBOX=ON
+build_examples static
+"$work/examples-static/KitOnly"
+"$work/examples-static/AddACard" "$work/store.sqlite"
+"$work/examples-static/OwnLoop" "$work/store.sqlite"
+"$work/static/bin/paylevenkit" --store "$work/store.sqlite" cards
+
+echo "== shared, the kit alone"
+install_kit shared -DBUILD_SHARED_LIBS=ON -DHLVSDKPAYLEVENKIT_SANDBOX=OFF
+build_examples shared
+"$work/examples-shared/KitOnly"
+library=$(find "$work/shared" -name 'libHLVSDKPaylevenKit.so')
+strangers=$(nm -D --defined-only -C "$library" | grep -c 'asio' || true)
+[ "$strangers" -eq 0 ] || { echo "the queue library leaks out of the shared kit"; exit 1; }
+nm -D --defined-only "$library" | grep -q ' HLVSDKPaylevenKitVersionString$'
+
+echo "== pkg-config"
+PKG_CONFIG_PATH=$(dirname "$(find "$work/shared" -name 'HLVSDKPaylevenKit.pc')")
+export PKG_CONFIG_PATH
+# shellcheck disable=SC2046
+g++ -std=c++20 "$source_dir/Examples/KitOnly.cpp" -o "$work/kit-only" \
+  $(pkg-config --cflags --libs HLVSDKPaylevenKit) -Wl,-rpath,"$(dirname "$library")"
+"$work/kit-only"

@@ -1,0 +1,60 @@
+# The headers that an app sees. What is not listed here is the kit's own business.
+target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
+  Host/HLVSDKCoreKit/HLVSDKAPIManager.h
+  Host/HLVSDKCoreKit/HLVSDKAsserts.h
+  Host/HLVSDKCoreKit/HLVSDKCompletions.h
+  Host/HLVSDKCoreKit/HLVSDKConfiguration.h
+  Host/HLVSDKCoreKit/HLVSDKConstants.h
+  Host/HLVSDKCoreKit/HLVSDKCreditCard.h
+  Host/HLVSDKCoreKit/HLVSDKGuest.h
+  Host/HLVSDKCoreKit/HLVSDKKit.h
+  Host/HLVSDKCoreKit/HLVSDKKitClass.h
+  Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h
+  Host/HLVSDKCoreKit/HLVSDKLogger.h
+  Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h
+  Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h
+  Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentManager.h
+  Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h
+  Host/HLVSDKCoreKit/HLVSDKReachability.h
+  Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h
+  Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h
+  Host/Halvo_Authentication/HLVSession.h
+  Host/Halvo_Errors/HLVErrorDomains.h
+  Host/Halvo_Errors/HLVErrorFacade.h
+  Host/Halvo_Meta/HLVUtilities.h
+  Host/Host.h
+  Host/PaylevenFramework/PLVInAppClient.h
+  Host/PaylevenFramework/PLVPaymentInstrument.h
+  Matching/HLVSDKPaylevenPaymentInstrumentFinder.h
+  Models/HLVSDKAddPaylevenCreditCardRequestInfo.h
+  Models/HLVSDKPLVPaymentInstrument.h
+  Platform/Default/DefaultPlatform.h
+  Platform/Error.h
+  Platform/Export.h
+  Platform/List.h
+  Platform/Notification.h
+  Platform/NotificationCenter.h
+  Platform/NullableString.h
+  Platform/Object.h
+  Platform/Platform.h
+  Platform/Queue.h
+  Platform/Value.h
+  Public/HLVSDKPayleven.h
+  Public/HLVSDKPaylevenKit.h
+  Public/HLVSDKPaylevenKitConfiguration.h
+  Public/HLVSDKPaylevenKitVersion.h
+  Public/HLVSDKPaymentManager.h
+  Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h
+  Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h)
+
+if(HLVSDKPAYLEVENKIT_SANDBOX)
+  target_sources(HLVSDKPaylevenSandbox PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
+    Sandbox/BackendCard.h
+    Sandbox/EnteredAddress.h
+    Sandbox/EnteredCard.h
+    Sandbox/Fault.h
+    Sandbox/Journal.h
+    Sandbox/ProviderInstrument.h
+    Sandbox/Sandbox.h
+    Sandbox/TestCards.h)
+endif()
