@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include "Tools/SideBySide.h"
+#include "Tools/Timeline.h"
+
+namespace hlv::tool {
+namespace {
+
+using sandbox::BackendCard;
+using sandbox::Event;
+using sandbox::ProviderInstrument;
+
+BackendCard card(const std::string& lastFour, const std::string& useCase,
+                 std::optional<std::string> externalIdentifier) {
+  BackendCard result;
+  result.halvoID = "crd_" + lastFour;
+  result.brand = "visa";
+  result.lastFourDigits = lastFour;
+  result.useCase = useCase;
+  result.externalIdentifier = std::move(externalIdentifier);
+  return result;
+}
+
+ProviderInstrument instrument(const std::string& lastFour, const std::string& useCase,
+                              std::optional<std::string> identifier) {
+  ProviderInstrument result;
+  result.identifier = std::move(identifier);
+  result.brand = "visa";
+  result.maskedPan = "************" + lastFour;
+  result.useCase = useCase;
+  return result;
+}
+
+TEST(ToolSides, JoinWhatBelongsTogether) {
+  const struct {
+    const char* name;
+    std::vector<BackendCard> cards;
+    std::vector<ProviderInstrument> instruments;
+    std::size_t unmatched;
+  } rows[] = {
+      {"nothing on either side", {}, {}, 0},
+      {"the identifier decides, whatever the digits",
+       {card("1111", "default", "ins_a")},
+       {instrument("2222", "private", "ins_a")},
+       0},
+      {"a card with an identifier is not tried by its digits",
+       {card("1111", "default", "ins_a")},
+       {instrument("1111", "default", "ins_b")},
+       2},
+      {"a card without one is tried by digits, brand and use case",
+       {card("1111", "default", {})},
+       {instrument("1111", "default", "ins_a")},
+       0},
+      {"another use case is another instrument",
+       {card("1111", "default", {})},
+       {instrument("1111", "private", "ins_a")},
+       2},
+      {"an instrument belongs to one card only",
+       {card("1111", "default", {}), card("1111", "default", {})},
+       {instrument("1111", "default", "ins_a")},
+       1},
+      {"a card without identifier does not meet an instrument without one by that",
+       {card("1111", "default", {})},
+       {instrument("2222", "default", {})},
+       2},
+  };
+  for (const auto& row : rows) {
+    const SideBySide sides(row.cards, row.instruments);
+    EXPECT_EQ(sides.unmatched(), row.unmatched) << row.name;
+    EXPECT_EQ(sides.verdict() == "Both sides agree.", row.unmatched == 0) << row.name;
+  }
+}
+
+TEST(ToolSides, MarkWhatHasNoCounterpartInAlignedColumns) {
+  const SideBySide sides({card("1111", "default", "ins_a"), card("22", "default", {})},
+                         {instrument("1111", "default", "ins_a")});
+  EXPECT_EQ(sides.table(Terminal().columns()).text(Terminal()),
+            "  backend                                provider\n"
+            "  crd_1111  visa •••• 1111 / default  ═  ins_a     visa •••• 1111 / default\n"
+            "  crd_22    visa •••• 22 / default    ✗  –\n");
+  EXPECT_EQ(sides.table(80).text(Terminal()),
+            "  backend                           provider\n"
+            "  crd_1111  visa ••1111 default  ═  ins_a     visa ••1111 default\n"
+            "  crd_22    visa ••22 default    ✗  –\n");
+}
+
+TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
+  const auto event = [](const char* from, const char* to, const char* what, const char* result) {
+    return Event{1, from, to, what, result, "main"};
+  };
+  const std::vector<Event> events = {
+      event("app", "kit", "add", ""),
+      event("kit", "provider", "register", ""),
+      event("kit", "backend", "updateGuest", ""),
+      event("kit", "backend", "addCard visa", ""),
+      event("backend", "kit", "addCard", "card crd_1"),
+      event("kit", "log", "all is done", "info"),
+      event("backend", "kit", "updateGuest", "done"),
+      event("backend", "kit", "updateGuest", "done"),
+      event("kit", "app", "add", "card crd_1"),
+  };
+  EXPECT_EQ(Timeline::table(events).text(Terminal()),
+            "  ┌    app → kit       main  add\n"
+            "  │·   kit → provider  main  register\n"
+            "  │┌   kit → backend   main  updateGuest\n"
+            "  ││┌  kit → backend   main  addCard visa\n"
+            "  ││└  backend → kit   main  addCard: card crd_1\n"
+            "  ││·  kit → log       main  info: all is done\n"
+            "  │└   backend → kit   main  updateGuest: done\n"
+            "  │·   backend → kit   main  updateGuest: done\n"
+            "  └    kit → app       main  add: card crd_1\n");
+}
+
+}  // namespace
+}  // namespace hlv::tool

@@ -1,0 +1,35 @@
+// The kit's card operations and the synchronisation, each told as a report.
+//
+// Threading: the main thread.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Tools/Report.h"
+#include "Tools/Session.h"
+
+namespace hlv::tool {
+
+/// Every argument may be null: what the kit makes of that is what a tester wants to see.
+class CardOperations {
+ public:
+  static Report add(Session& session, const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+                    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                    const std::shared_ptr<HLVSDKGuest>& guest);
+  static Report update(Session& session, const NullableString& ID,
+                       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                       const std::shared_ptr<HLVSDKGuest>& guest);
+  static Report remove(Session& session, const NullableString& ID, const NullableString& useCase,
+                       const std::shared_ptr<HLVSDKGuest>& guest);
+
+  /// Does what makes an app synchronise: "foreground", "authorization" or "reachability".
+  static Report synchronize(Session& session, const std::string& by);
+
+  /// The use case of the guest's card at the backend.
+  static NullableString useCaseOf(Session& session, const std::string& ID);
+};
+
+}  // namespace hlv::tool

@@ -1,0 +1,50 @@
+// The command's arguments: which command, with which options.
+//
+// Threading: the main thread.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Tools/GlobalOptions.h"
+#include "Tools/Printer.h"
+#include "Tools/Report.h"
+#include "Tools/Session.h"
+
+namespace hlv::tool {
+
+class CommandLine {
+ public:
+  CommandLine();
+  CommandLine(const CommandLine&) = delete;
+  CommandLine& operator=(const CommandLine&) = delete;
+
+  /// Runs what the arguments ask for and returns the exit status.
+  int run(int argc, const char* const* argv);
+
+  // For the command groups.
+
+  CLI::App& app() { return app_; }
+  /// Adds a command with a paragraph of examples.
+  static CLI::App& add(CLI::App& parent, const std::string& name, const std::string& description,
+                       const std::string& examples);
+  /// What `command` does, with the store open.
+  void whenChosen(CLI::App& command, std::function<Report(Session&)> act);
+  /// The same for a command that deals with the store's files itself.
+  void whenChosenWithoutStore(CLI::App& command,
+                              std::function<Report(const GlobalOptions&, const Printer&)> act);
+
+ private:
+  using Action = std::function<Report(const GlobalOptions&, const Printer&)>;
+
+  std::string refusal(int argc, const char* const* argv) const;
+  std::string explained(const CLI::ParseError& error) const;
+
+  CLI::App app_;
+  GlobalOptions options_;
+  Action chosen_;
+};
+
+}  // namespace hlv::tool

@@ -1,0 +1,217 @@
+#include "Tools/Demo.h"
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "Sandbox/EnteredAddress.h"
+#include "Tools/CardOperations.h"
+#include "Tools/CardSource.h"
+#include "Tools/CommandLine.h"
+#include "Tools/Problem.h"
+#include "Tools/Prompt.h"
+#include "Tools/SideBySide.h"
+#include "Tools/StoreFiles.h"
+
+namespace hlv::tool {
+namespace {
+
+struct DemoOptions {
+  bool testCards = false;
+  bool typed = false;
+  bool keep = false;
+};
+
+/// A fresh store: the named one, or one in a folder of its own that goes away with this object.
+class DemoStore {
+ public:
+  DemoStore(const std::string& named, bool keep) : path_(named) {
+    if (!named.empty()) {
+      if (std::filesystem::exists(named)) {
+        throw Problem("The demo begins with a fresh store, and this file is there already.");
+      }
+      return;
+    }
+    auto folder = (std::filesystem::temp_directory_path() / "paylevenkit-XXXXXX").string();
+    if (!::mkdtemp(folder.data())) throw Problem("No temporary folder can be made for the demo.");
+    path_ = folder + "/store.sqlite";
+    if (!keep) folder_ = folder;
+  }
+  ~DemoStore() {
+    std::error_code ignored;
+    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
+  }
+  DemoStore(const DemoStore&) = delete;
+  DemoStore& operator=(const DemoStore&) = delete;
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+  std::string folder_;
+};
+
+/// What a person or standard input gives for one card; everything that is not given is the test
+/// card's.
+sandbox::CardFields card(const DemoOptions& options, const std::string& testCard) {
+  auto fields = CardSource::testCard(testCard);
+  const bool asks = Prompt::isPossible();
+  if (options.testCards || !(asks || options.typed)) return fields;
+
+  const auto hidden = [asks](const std::string& what) {
+    auto line = asks ? Prompt::askHidden(what) : Prompt::readLine();
+    if (!line) throw Problem("The input ended before the story did.");
+    return *line;
+  };
+  const auto shown = [](const std::string& what, const std::string& proposal) {
+    const auto line = Prompt::ask(what + ", or Enter for " + proposal);
+    return line && !line->empty() ? *line : proposal;
+  };
+  const auto number = hidden("Card number, or Enter for the test card " + testCard);
+  if (number.empty()) return fields;
+  fields.pan = number;
+  fields.cvv = hidden("Security code");
+  if (asks) {
+    fields.expiryMonth = shown("Month of expiry", fields.expiryMonth);
+    fields.expiryYear = shown("Year of expiry", fields.expiryYear);
+    fields.cardHolder = shown("Name on the card", fields.cardHolder);
+  }
+  return fields;
+}
+
+class Story {
+ public:
+  Story(Session& session, const Printer& printer, const DemoOptions& options)
+      : session_(session), printer_(printer), options_(options) {}
+
+  Report tell() {
+    step("A guest signs in", [&] { return signIn(); });
+    step("A first card: the provider makes a token for the guest",
+         [&] { return add("visa", "default"); });
+    step("A second card, for business, under the same token",
+         [&] { return add("mastercard", "business"); });
+    step("The billing address of the first card changes", [&] {
+      return CardOperations::update(session_, cardOf("default"),
+                                    sandbox::EnteredAddress::make({.street = "Harbour Road 1",
+                                                                   .city = "Hamburg",
+                                                                   .countryCode = "DE",
+                                                                   .zip = "20457",
+                                                                   .businessName = {}}),
+                                    session_.guest());
+    });
+    step("The second card goes, on both sides", [&] {
+      return CardOperations::remove(session_, cardOf("business"), "business", session_.guest());
+    });
+    step("The provider holds an instrument that the backend does not know",
+         [&] { return plant(); });
+    step("The app returns to the foreground, and the kit synchronises",
+         [&] { return CardOperations::synchronize(session_, "foreground"); });
+    return end();
+  }
+
+ private:
+  void step(const std::string& heading, const std::function<Report()>& act) {
+    if (failed_) return;
+    printer_.heading(heading);
+    auto report = act();
+    printer_.step(report);
+    failed_ = report.isFailure() || report.outcome != Report::Outcome::succeeded;
+    auto document = Printer::document(report);
+    document["heading"] = heading;
+    steps_.push_back(std::move(document));
+  }
+
+  Report signIn() {
+    const std::string email = "guest@example.com";
+    session_.begin("sign-in");
+    const auto problem = session_.sandbox().signIn(email);
+    if (!problem.empty()) return session_.report(Report::Outcome::failed, problem);
+    // The kit reads the guest when it is enabled, and never again.
+    session_.enableKit();
+    session_.settle();
+    return session_.report(Report::Outcome::succeeded, email + " is signed in.");
+  }
+
+  Report add(const std::string& testCard, const std::string& useCase) {
+    auto fields = card(options_, testCard);
+    fields.useCase = useCase;
+    return CardOperations::add(session_, sandbox::EnteredCard::make(std::move(fields)),
+                               sandbox::EnteredAddress::make({.street = "Market Square 2",
+                                                              .city = "Berlin",
+                                                              .countryCode = "DE",
+                                                              .zip = "10178",
+                                                              .businessName = {}}),
+                               session_.guest());
+  }
+
+  Report plant() {
+    session_.begin("plant");
+    auto fields = CardSource::testCard("amex");
+    fields.useCase = "private";
+    const auto problem = session_.sandbox().plantInstrument(fields);
+    auto report = session_.report(Report::Outcome::succeeded, "The two sides disagree.");
+    if (problem.empty() && SideBySide(report.backend, report.provider).unmatched() > 0) {
+      return report;
+    }
+    report.outcome = Report::Outcome::failed;
+    report.sentence = problem.empty() ? "The two sides should disagree now." : problem;
+    return report;
+  }
+
+  Report end() {
+    auto report = session_.report(Report::Outcome::failed, "The story ended before its end.");
+    const SideBySide sides(report.backend, report.provider);
+    if (!failed_ && sides.unmatched() == 0) {
+      report.outcome = Report::Outcome::succeeded;
+      report.sentence = "The story is told. " + sides.verdict();
+    } else if (!failed_) {
+      report.sentence = "The story is told, but " + sides.verdict();
+    }
+    report.operation = "demo";
+    report.timeline.clear();
+    report.listing = [](const Terminal&) { return std::string(); };
+    report.details["steps"] = steps_;
+    return report;
+  }
+
+  NullableString cardOf(const std::string& useCase) const {
+    for (const auto& card : session_.sandbox().backendCards()) {
+      if (card.useCase == useCase) return card.halvoID;
+    }
+    return std::nullopt;
+  }
+
+  Session& session_;
+  const Printer& printer_;
+  const DemoOptions& options_;
+  nlohmann::ordered_json steps_ = nlohmann::ordered_json::array();
+  bool failed_ = false;
+};
+
+}  // namespace
+
+void Demo::define(CommandLine& line) {
+  auto& command = CommandLine::add(line.app(), "demo",
+                                   "Tell the whole story of a guest's cards on a fresh store",
+                                   "  paylevenkit demo\n"
+                                   "  paylevenkit demo --test-cards --store story.sqlite\n"
+                                   "  paylevenkit demo --typed < numbers-and-codes.txt\n");
+  const auto options = std::make_shared<DemoOptions>();
+  command.add_flag("--test-cards", options->testCards, "Do not ask for cards");
+  command.add_flag("--typed", options->typed,
+                   "Read a number and a security code for each card from standard input");
+  command.add_flag("--keep", options->keep, "Keep the store, and say where it is");
+  line.whenChosenWithoutStore(command, [options](GlobalOptions global, const Printer& printer) {
+    const DemoStore store(global.storePath, options->keep);
+    global.storePath = store.path();
+    Session session(global);
+    auto report = Story(session, printer, *options).tell();
+    if (options->keep) report.sentence += " The store is " + store.path() + ".";
+    return report;
+  });
+}
+
+}  // namespace hlv::tool

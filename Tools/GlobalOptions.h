@@ -1,0 +1,20 @@
+// What can be said with every command.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace hlv::tool {
+
+struct GlobalOptions {
+  /// Empty means the store in the user's data folder.
+  std::string storePath;
+  bool json = false;
+  std::optional<std::uint64_t> seed;
+  /// How the kit is enabled: one of `Enabling::ways()`.
+  std::string enabling = "normal";
+  bool logToConsole = false;
+};
+
+}  // namespace hlv::tool

@@ -1,0 +1,33 @@
+// Shows reports, for a person or for a program.
+//
+// Threading: the main thread.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "Tools/Report.h"
+
+namespace hlv::tool {
+
+/// As text, or as exactly one JSON document.
+class Printer {
+ public:
+  explicit Printer(bool json) : json_(json) {}
+
+  // The steps of a longer story; in JSON its one document holds them.
+  void heading(const std::string& text) const;
+  void step(const Report& report) const;
+
+  void print(const Report& report) const;
+  /// A sentence on standard error, and an error document where one is expected.
+  void printProblem(const std::string& sentence) const;
+
+  static nlohmann::ordered_json document(const Report& report);
+  static nlohmann::ordered_json timeline(const std::vector<sandbox::Event>& events);
+
+ private:
+  const bool json_;
+};
+
+}  // namespace hlv::tool

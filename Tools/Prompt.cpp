@@ -1,0 +1,91 @@
+#include "Tools/Prompt.h"
+
+#include <signal.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <iostream>
+
+namespace hlv::tool {
+namespace {
+
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+// A signal handler can reach only what is static.
+termios shownSettings;
+
+extern "C" void showTypingAndEnd(int signal) {
+  ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
+  [[maybe_unused]] const auto written = ::write(STDERR_FILENO, "\n", 1);
+  ::signal(signal, SIG_DFL);
+  ::raise(signal);
+}
+
+/// While it lives, the terminal does not show what is typed.
+class HiddenTyping {
+ public:
+  HiddenTyping() {
+    ::tcgetattr(STDIN_FILENO, &shownSettings);
+    struct sigaction ending {};
+    ending.sa_handler = showTypingAndEnd;
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+      ::sigaction(endingSignals[i], &ending, &before_[i]);
+    }
+    termios hidden = shownSettings;
+    hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    // A stopped process would leave a terminal that hides everything.
+    hidden.c_cc[VSUSP] = _POSIX_VDISABLE;
+    ::tcsetattr(STDIN_FILENO, TCSADRAIN, &hidden);
+  }
+  ~HiddenTyping() {
+    ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+      ::sigaction(endingSignals[i], &before_[i], nullptr);
+    }
+    std::cerr << "\n" << std::flush;
+  }
+  HiddenTyping(const HiddenTyping&) = delete;
+  HiddenTyping& operator=(const HiddenTyping&) = delete;
+
+ private:
+  std::array<struct sigaction, endingSignals.size()> before_{};
+};
+
+std::string withoutBlanksAround(const std::string& line) {
+  const auto first = line.find_first_not_of(" \t\r");
+  if (first == std::string::npos) return {};
+  return line.substr(first, line.find_last_not_of(" \t\r") - first + 1);
+}
+
+}  // namespace
+
+bool Prompt::isPossible() { return ::isatty(STDIN_FILENO) == 1; }
+
+std::optional<std::string> Prompt::ask(const std::string& question) {
+  std::cerr << question << ": " << std::flush;
+  return readLine();
+}
+
+std::optional<std::string> Prompt::askHidden(const std::string& question) {
+  // Hidden before it is asked for, so that not even a quick answer shows.
+  const HiddenTyping hidden;
+  std::cerr << question << ": " << std::flush;
+  return readLine();
+}
+
+std::optional<std::string> Prompt::readLine() {
+  std::string line;
+  char byte = 0;
+  for (;;) {
+    const auto got = ::read(STDIN_FILENO, &byte, 1);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0 && line.empty()) return std::nullopt;
+    if (got <= 0 || byte == '\n') return withoutBlanksAround(line);
+    line.push_back(byte);
+  }
+}
+
+}  // namespace hlv::tool

@@ -1,0 +1,56 @@
+// How a command came out.
+//
+// Threading: plain value; any thread.
+#pragma once
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "Platform/Error.h"
+#include "Sandbox/Journal.h"
+#include "Sandbox/Sandbox.h"
+#include "Tools/Table.h"
+#include "Tools/Terminal.h"
+
+namespace hlv::tool {
+
+struct Report {
+  enum class Outcome {
+    succeeded,
+    /// The completion brought neither an error nor what was asked for.
+    broughtNothing,
+    failed,
+    neverCompleted
+  };
+
+  std::string operation;
+  Outcome outcome = Outcome::succeeded;
+  /// What happened, for a person.
+  std::string sentence;
+  /// What the operation reported; may stand beside a success of its first half.
+  ErrorPtr error;
+  std::vector<sandbox::Event> timeline;
+  std::vector<sandbox::BackendCard> backend;
+  std::vector<sandbox::ProviderInstrument> provider;
+  /// What a command that only lists something shows in place of the timeline and the two sides.
+  std::function<std::string(const Terminal&)> listing;
+  /// What the command adds to the JSON document.
+  nlohmann::ordered_json details = nlohmann::ordered_json::object();
+
+  /// Shows `table` instead, or the sentence `empty`.
+  void list(Table table, const std::string& empty) {
+    listing = [table = std::move(table), empty](const Terminal& terminal) {
+      return table.isEmpty() ? empty + "\n" : table.text(terminal);
+    };
+  }
+
+  /// Whether an error was reported, or nothing at all.
+  bool isFailure() const {
+    return error || outcome == Outcome::failed || outcome == Outcome::neverCompleted;
+  }
+  int exitStatus() const { return isFailure() ? 1 : 0; }
+};
+
+}  // namespace hlv::tool

@@ -1,0 +1,122 @@
+#include "Tools/Session.h"
+
+#include <mutex>
+
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Platform/Default/DefaultPlatform.h"
+#include "Public/HLVSDKPayleven.h"
+#include "Tools/Enabling.h"
+#include "Tools/Problem.h"
+#include "Tools/StoreFiles.h"
+
+namespace hlv::tool {
+namespace {
+
+std::shared_ptr<sandbox::Sandbox> openSandbox(const GlobalOptions& options) {
+  sandbox::SandboxOptions sandboxOptions;
+  sandboxOptions.storePath = StoreFiles::pathOrDefault(options.storePath);
+  sandboxOptions.seed = options.seed;
+  sandboxOptions.logToConsole = options.logToConsole;
+  const auto opened = sandbox::Sandbox::open(sandboxOptions);
+  if (!opened.sandbox) throw Problem(opened.problem);
+  return opened.sandbox;
+}
+
+std::string described(const Session::Answer& answer) {
+  std::string text;
+  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+  if (answer.error) {
+    add("error " + answer.error->domain() + " " + std::to_string(answer.error->code()));
+  }
+  if (answer.guest) add("guest");
+  if (answer.card) add("card " + answer.card->halvoID().value_or("without ID"));
+  return text.empty() ? "nothing" : text;
+}
+
+/// Where a completion writes, from whatever thread and however late.
+struct Heard {
+  std::mutex mutex;
+  Session::Answer answer;
+};
+
+}  // namespace
+
+Session::Session(const GlobalOptions& options) : options_(options), sandbox_(openSandbox(options)) {
+  Host::install(sandbox_->host());
+}
+
+std::shared_ptr<HLVSDKGuest> Session::guest() const {
+  auto guest = HLVSDKGuest::currentGuest();
+  if (!guest) throw Problem("Nobody is signed in; begin with `paylevenkit sign-in EMAIL`.");
+  return guest;
+}
+
+void Session::begin(const std::string& operation) {
+  operation_ = operation;
+  firingsBefore_ = sandbox_->faults().firings().size();
+  sandbox_->journal().beginOperation(operation);
+}
+
+void Session::enableKit() { Enabling::enable(options_.enabling); }
+
+bool Session::kitIsEnabled() { return HLVSDKPayleven::sharedInstance() != nullptr; }
+
+void Session::settle() {
+  const auto platform = DefaultPlatform::shared();
+  // A request that goes out between the first two looks shows in the third. Whatever it posts to
+  // the main queue waits there, because this is the main thread.
+  platform->runUntil(
+      [&] { return sandbox_->isQuiet() && platform->isIdle() && sandbox_->isQuiet(); });
+}
+
+Session::Answer Session::call(const std::string& what,
+                              const std::function<void(HLVSDKGuestCardCompletion)>& start) {
+  sandbox_->journal().record("app", "kit", what);
+  const auto heard = std::make_shared<Heard>();
+  start([heard, what, weakSandbox = std::weak_ptr(sandbox_)](std::shared_ptr<HLVSDKGuest> guest,
+                                                             std::shared_ptr<HLVSDKCreditCard> card,
+                                                             ErrorPtr error) {
+    Answer answer{1, std::move(guest), std::move(card), std::move(error)};
+    if (const auto open = weakSandbox.lock()) {
+      open->journal().record("kit", "app", what, described(answer));
+    }
+    const std::lock_guard lock(heard->mutex);
+    answer.times += heard->answer.times;
+    heard->answer = std::move(answer);
+  });
+  settle();
+  const std::lock_guard lock(heard->mutex);
+  return heard->answer;
+}
+
+std::string Session::whyNothingCame() const {
+  if (!kitIsEnabled()) return "the kit is not enabled, so the call reached nobody";
+  const auto firings = sandbox_->faults().firings();
+  for (auto i = firingsBefore_; i < firings.size(); ++i) {
+    if (firings[i].kind == "never") {
+      return "the service never answered " + firings[i].operation + " (armed fault " +
+             std::to_string(firings[i].faultNumber) + ")";
+    }
+  }
+  return "nothing is on its way any more";
+}
+
+Report Session::report(const std::string& command) const {
+  Report report;
+  report.operation = command;
+  report.backend = sandbox_->backendCards();
+  report.provider = sandbox_->providerInstruments();
+  return report;
+}
+
+Report Session::report(Report::Outcome outcome, std::string sentence, ErrorPtr error) const {
+  auto result = report(operation_);
+  result.outcome = outcome;
+  result.sentence = std::move(sentence);
+  result.error = std::move(error);
+  const auto operations = sandbox_->journal().last(1);
+  if (!operations.empty()) result.timeline = operations.back().events;
+  return result;
+}
+
+}  // namespace hlv::tool

@@ -1,0 +1,63 @@
+// One run of the app that the command plays: the sandbox, the kit over it, and the main queue.
+//
+// Threading: the main thread.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Sandbox/Sandbox.h"
+#include "Tools/GlobalOptions.h"
+#include "Tools/Report.h"
+
+namespace hlv::tool {
+
+class Session {
+ public:
+  /// Opens the store and installs the sandbox as the host. Throws Problem when it cannot.
+  explicit Session(const GlobalOptions& options);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  sandbox::Sandbox& sandbox() { return *sandbox_; }
+  /// The signed-in guest. Throws Problem when nobody is.
+  std::shared_ptr<HLVSDKGuest> guest() const;
+
+  /// Begins an operation in the journal.
+  void begin(const std::string& operation);
+  /// Enables the kit, for the guest who is signed in now. Later calls change nothing.
+  void enableKit();
+  static bool kitIsEnabled();
+  /// Pumps the main queue until every answer has come and nothing more can happen.
+  void settle();
+
+  /// What a completion brought.
+  struct Answer {
+    int times = 0;
+    std::shared_ptr<HLVSDKGuest> guest;
+    std::shared_ptr<HLVSDKCreditCard> card;
+    ErrorPtr error;
+  };
+  /// Lets `start` call the kit, and settles.
+  Answer call(const std::string& what, const std::function<void(HLVSDKGuestCardCompletion)>& start);
+
+  /// Why the current operation will not complete, as far as that is known.
+  std::string whyNothingCame() const;
+
+  /// A command that is no operation: the two sides as they are now, and no timeline.
+  Report report(const std::string& command) const;
+  /// The current operation with its timeline and the two sides.
+  Report report(Report::Outcome outcome, std::string sentence, ErrorPtr error = nullptr) const;
+
+ private:
+  const GlobalOptions options_;
+  const std::shared_ptr<sandbox::Sandbox> sandbox_;
+  std::string operation_;
+  std::size_t firingsBefore_ = 0;
+};
+
+}  // namespace hlv::tool

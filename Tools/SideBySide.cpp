@@ -1,0 +1,117 @@
+#include "Tools/SideBySide.h"
+
+#include <algorithm>
+
+namespace hlv::tool {
+namespace {
+
+using sandbox::BackendCard;
+using sandbox::ProviderInstrument;
+
+std::string lastFour(const std::string& pan) {
+  return pan.size() > 4 ? pan.substr(pan.size() - 4) : pan;
+}
+
+bool belongTogether(const BackendCard& card, const ProviderInstrument& instrument) {
+  if (card.externalIdentifier) return card.externalIdentifier == instrument.identifier;
+  return card.lastFourDigits == lastFour(instrument.maskedPan) && card.brand == instrument.brand &&
+         card.useCase == instrument.useCase;
+}
+
+/// What a card and an instrument are told by.
+struct Told {
+  std::string brand;
+  std::string digits;
+  std::string expiry;
+  std::string rest;
+
+  explicit Told(const BackendCard& card)
+      : brand(card.brand),
+        digits(card.lastFourDigits),
+        expiry(card.expiryMonth + "/" + card.expiryYear),
+        rest(card.useCase) {}
+  explicit Told(const ProviderInstrument& instrument)
+      : brand(instrument.brand),
+        digits(lastFour(instrument.maskedPan)),
+        expiry(instrument.expiryMonth + "/" + instrument.expiryYear),
+        rest(instrument.useCase) {
+    if (instrument.state != 0) rest += " (state " + std::to_string(instrument.state) + ")";
+  }
+
+  std::string inFull() const { return brand + " •••• " + digits + " " + expiry + " " + rest; }
+  std::string inShort() const { return brand + " ••" + digits + " " + rest; }
+};
+
+/// The widest row of two long brands, in full.
+constexpr std::size_t columnsInFull = 130;
+
+std::string shortened(const std::string& identifier) {
+  constexpr std::size_t shown = 7;
+  return identifier.size() <= shown + 1 ? identifier : identifier.substr(0, shown) + "…";
+}
+
+}  // namespace
+
+std::string describe(const BackendCard& card) { return Told(card).inFull(); }
+std::string describe(const ProviderInstrument& instrument) { return Told(instrument).inFull(); }
+
+std::string describe(const sandbox::AddressFields& address) {
+  std::string line;
+  for (const auto* field : {&address.businessName, &address.street, &address.zip, &address.city,
+                            &address.countryCode}) {
+    if (*field && !(*field)->empty()) line += (line.empty() ? "" : ", ") + **field;
+  }
+  return line.empty() ? "no billing address" : line;
+}
+
+SideBySide::SideBySide(std::vector<BackendCard> cards, std::vector<ProviderInstrument> instruments)
+    : cards_(std::move(cards)), instruments_(std::move(instruments)) {
+  std::vector<const ProviderInstrument*> left;
+  for (const auto& instrument : instruments_) left.push_back(&instrument);
+  for (const auto& card : cards_) {
+    const auto found = std::find_if(left.begin(), left.end(), [&](const auto* instrument) {
+      return belongTogether(card, *instrument);
+    });
+    pairs_.push_back({&card, found == left.end() ? nullptr : *found});
+    if (found != left.end()) left.erase(found);
+  }
+  for (const auto* instrument : left) pairs_.push_back({nullptr, instrument});
+}
+
+std::size_t SideBySide::unmatched() const {
+  return static_cast<std::size_t>(std::count_if(pairs_.begin(), pairs_.end(), [](const Pair& pair) {
+    return !pair.card || !pair.instrument;
+  }));
+}
+
+std::string SideBySide::verdict() const {
+  const auto count = unmatched();
+  if (count == 0) return "Both sides agree.";
+  return count == 1 ? "1 does not match." : std::to_string(count) + " do not match.";
+}
+
+Table SideBySide::table(std::size_t columns) const {
+  const bool full = columns >= columnsInFull;
+  const auto name = [&](const std::string& identifier) {
+    return full ? identifier : shortened(identifier);
+  };
+  const auto text = [&](const auto& one) {
+    return full ? Told(one).inFull() : Told(one).inShort();
+  };
+
+  Table table;
+  table.add({{"backend", Colour::dim}, "", "", {"provider", Colour::dim}});
+  if (pairs_.empty()) table.add({{"nothing", Colour::dim}, "", "", {"nothing", Colour::dim}});
+  for (const auto& [card, instrument] : pairs_) {
+    const bool matched = card && instrument;
+    const auto colour = matched ? Colour::plain : Colour::yellow;
+    table.add({{card ? name(card->halvoID) : "–", colour},
+               {card ? text(*card) : "", colour},
+               {matched ? "═" : "✗", matched ? Colour::green : Colour::red},
+               {instrument ? name(instrument->identifier.value_or("no identifier")) : "–", colour},
+               {instrument ? text(*instrument) : "", colour}});
+  }
+  return table;
+}
+
+}  // namespace hlv::tool

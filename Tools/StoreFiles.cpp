@@ -1,0 +1,59 @@
+#include "Tools/StoreFiles.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+#include "Tools/Problem.h"
+
+namespace hlv::tool {
+namespace {
+
+std::filesystem::path dataFolder() {
+  const char* data = std::getenv("XDG_DATA_HOME");
+  if (data && *data == '/') return data;
+  const char* home = std::getenv("HOME");
+  if (home && *home == '/') return std::filesystem::path(home) / ".local" / "share";
+  throw Problem("There is no data folder for the store; name a file with --store FILE.");
+}
+
+}  // namespace
+
+std::string StoreFiles::pathOrDefault(const std::string& path) {
+  if (!path.empty()) return path;
+  const auto folder = dataFolder() / "paylevenkit";
+  std::error_code failure;
+  std::filesystem::create_directories(folder.parent_path(), failure);
+  if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+    throw Problem(std::string("The folder for the store cannot be made: ") + std::strerror(errno) +
+                  "; name a file with --store FILE.");
+  }
+  return (folder / "store.sqlite").string();
+}
+
+bool StoreFiles::isStore(const std::string& path) {
+  std::array<char, 72> header{};
+  std::ifstream file(path, std::ios::binary);
+  if (!file.read(header.data(), header.size())) return false;
+  // SQLite's own mark stands first, and the application's at byte 68.
+  return std::string_view(header.data(), 15) == "SQLite format 3" &&
+         std::string_view(header.data() + 68, 4) == "HLVS";
+}
+
+void StoreFiles::remove(const std::string& path) {
+  // The store itself goes last: while it is there, a removal that failed can be repeated.
+  for (const char* suffix : {"-wal", "-shm", ".log", ""}) {
+    std::error_code failure;
+    std::filesystem::remove(path + suffix, failure);
+    if (failure) throw Problem("The store cannot be removed: " + failure.message() + ".");
+  }
+}
+
+}  // namespace hlv::tool

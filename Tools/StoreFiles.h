@@ -1,0 +1,22 @@
+// Where a sandbox store lies, and how it goes away.
+//
+// Threading: any thread, one process at a time.
+#pragma once
+
+#include <string>
+
+namespace hlv::tool {
+
+class StoreFiles {
+ public:
+  /// `path`, or the store in the user's data folder, which is made for its owner only. Throws
+  /// Problem when there is no such folder.
+  static std::string pathOrDefault(const std::string& path);
+  /// Whether the file is a sandbox store, of whatever version.
+  static bool isStore(const std::string& path);
+  /// Removes the store and what stands beside it: write-ahead log, shared memory and log file.
+  /// Throws Problem when one of them cannot be removed.
+  static void remove(const std::string& path);
+};
+
+}  // namespace hlv::tool

@@ -1,0 +1,213 @@
+#include "Tools/TesterCommands.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "Tools/CardSource.h"
+#include "Tools/CommandLine.h"
+#include "Tools/Problem.h"
+#include "Tools/Prompt.h"
+#include "Tools/StoreFiles.h"
+#include "Tools/Table.h"
+#include "Tools/Timeline.h"
+
+namespace hlv::tool {
+namespace {
+
+using json = nlohmann::ordered_json;
+using sandbox::Fault;
+
+/// Something done that is no operation: one sentence is all there is to show.
+Report said(Report report, const std::string& sentence) {
+  report.sentence = sentence;
+  report.listing = [](const Terminal&) { return std::string(); };
+  return report;
+}
+
+void definePlant(CommandLine& line) {
+  auto& command = CommandLine::add(
+      line.app(), "plant", "Store an instrument at the provider that the backend does not know",
+      "  paylevenkit plant --test-card mastercard\n");
+  const auto source = std::make_shared<CardSource>();
+  source->addOptions(command);
+  line.whenChosen(command, [source](Session& session) {
+    session.guest();
+    const auto card = source->read();
+    session.begin("plant");
+    const auto problem = session.sandbox().plantInstrument(card);
+    if (!problem.empty()) return session.report(Report::Outcome::failed, problem);
+    return session.report(Report::Outcome::succeeded,
+                          "The provider holds an instrument that the backend does not know.");
+  });
+}
+
+std::string times(const Fault& fault) {
+  if (!fault.remaining) return "every call";
+  return std::to_string(*fault.remaining) + (*fault.remaining == 1 ? " call" : " calls");
+}
+
+Report armedFaults(Session& session) {
+  Table table;
+  json list = json::array();
+  for (const auto& fault : session.sandbox().faults().armed()) {
+    std::string more;
+    if (fault.kind == "error") more += "code " + std::to_string(fault.code) + " ";
+    if (fault.delayMilliseconds > 0) more += std::to_string(fault.delayMilliseconds) + " ms ";
+    if (fault.useCase) more += "only " + *fault.useCase;
+    table.add({std::to_string(fault.number), fault.operation, fault.kind, times(fault), more});
+    list.push_back({{"number", fault.number},
+                    {"operation", fault.operation},
+                    {"kind", fault.kind},
+                    {"remaining", fault.remaining ? json(*fault.remaining) : json()},
+                    {"delayMilliseconds", fault.delayMilliseconds},
+                    {"code", fault.code},
+                    {"useCase", fault.useCase ? json(*fault.useCase) : json()}});
+  }
+  auto report = session.report("fault list");
+  report.list(std::move(table), "No fault is armed.");
+  report.details["faults"] = std::move(list);
+  return report;
+}
+
+Report faultFirings(Session& session) {
+  Table table;
+  json list = json::array();
+  for (const auto& firing : session.sandbox().faults().firings()) {
+    table.add({std::to_string(firing.faultNumber), firing.operation, firing.kind});
+    list.push_back(
+        {{"fault", firing.faultNumber}, {"operation", firing.operation}, {"kind", firing.kind}});
+  }
+  auto report = session.report("fault firings");
+  report.list(std::move(table), "No fault has met a call.");
+  report.details["firings"] = std::move(list);
+  return report;
+}
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const auto& word : words) text += (text.empty() ? "" : ", ") + word;
+  return text;
+}
+
+void defineArm(CommandLine& line, CLI::App& parent) {
+  struct Options {
+    Fault fault;
+    bool always = false;
+  };
+  auto& command =
+      CommandLine::add(parent, "arm", "Let calls of an operation fail",
+                       "  paylevenkit fault arm createUserToken no-token\n"
+                       "  paylevenkit fault arm addCreditCardForGuest error --code 409\n"
+                       "  paylevenkit fault arm getPaymentInstrumentsList never "
+                       "--use-case business --always\n\n"
+                       "Operations: " +
+                           joined(sandbox::Faults::operations()) +
+                           "\nKinds: " + joined(sandbox::Faults::kinds()) + "\n");
+  const auto options = std::make_shared<Options>();
+  auto& fault = options->fault;
+  command.add_option("OPERATION", fault.operation, "The operation of a service")->required();
+  command.add_option("KIND", fault.kind, "What happens to its calls")->required();
+  auto* count = command.add_option("--times", fault.remaining, "How many calls it meets (1)");
+  command.add_flag("--always", options->always, "Meet every call")->excludes(count);
+  command.add_option("--delay", fault.delayMilliseconds, "How long the answer waits")
+      ->type_name("MS");
+  command.add_option("--code", fault.code, "The code of an error (500)");
+  command.add_option("--use-case", fault.useCase, "Meet only calls for this use case");
+  line.whenChosen(command, [options](Session& session) {
+    auto armed = options->fault;
+    if (options->always) armed.remaining.reset();
+    const auto problem = session.sandbox().faults().arm(armed);
+    if (!problem.empty()) throw Problem(problem);
+    return said(session.report("fault arm"), "The fault is armed: " + armed.operation + " " +
+                                                 armed.kind + ", " + times(armed) + ".");
+  });
+}
+
+void defineFault(CommandLine& line) {
+  auto& fault = CommandLine::add(line.app(), "fault", "Arm faults of the services, or list them",
+                                 "  paylevenkit fault\n"
+                                 "  paylevenkit fault arm removePaymentInstrument error\n"
+                                 "  paylevenkit fault firings\n"
+                                 "  paylevenkit fault clear\n");
+  fault.require_subcommand(0, 1);
+  line.whenChosen(fault, armedFaults);
+  defineArm(line, fault);
+  line.whenChosen(
+      CommandLine::add(fault, "list", "List what is armed", "  paylevenkit fault list\n"),
+      armedFaults);
+  line.whenChosen(CommandLine::add(fault, "firings", "List the calls that met a fault",
+                                   "  paylevenkit fault firings\n"),
+                  faultFirings);
+  line.whenChosen(
+      CommandLine::add(fault, "clear", "Disarm everything", "  paylevenkit fault clear\n"),
+      [](Session& session) {
+        session.sandbox().faults().clear();
+        return said(session.report("fault clear"), "No fault is armed.");
+      });
+}
+
+void defineTrace(CommandLine& line) {
+  auto& command = CommandLine::add(line.app(), "trace", "Tell the last operations again",
+                                   "  paylevenkit trace\n"
+                                   "  paylevenkit trace --last 3\n");
+  const auto count = std::make_shared<std::size_t>(1);
+  command.add_option("--last", *count, "How many operations (1)")->type_name("N");
+  line.whenChosen(command, [count](Session& session) {
+    const auto operations = session.sandbox().journal().last(*count);
+    auto report = session.report("trace");
+    report.listing = [operations](const Terminal& terminal) {
+      std::string text = operations.empty() ? "Nothing has happened yet.\n" : "";
+      for (const auto& operation : operations) {
+        text +=
+            terminal.paint(Colour::bold, std::to_string(operation.number) + " " + operation.name) +
+            "\n" + Timeline::table(operation.events).text(terminal);
+      }
+      return text;
+    };
+    report.details["operations"] = json::array();
+    for (const auto& operation : operations) {
+      report.details["operations"].push_back({{"number", operation.number},
+                                              {"name", operation.name},
+                                              {"timeline", Printer::timeline(operation.events)}});
+    }
+    return report;
+  });
+}
+
+Report removedStore(const std::string& path, bool sure) {
+  Report report;
+  report.operation = "reset";
+  if (!std::filesystem::exists(path)) return said(report, "There is no store to remove.");
+  if (!StoreFiles::isStore(path)) throw Problem("This file is not a sandbox store; it stays.");
+  if (!sure) {
+    if (!Prompt::isPossible()) throw Problem("Say --yes to remove the store.");
+    const auto answer = Prompt::ask("Remove the store with everything in it? (yes/no)");
+    if (answer != "yes") throw Problem("Nothing was removed.");
+  }
+  StoreFiles::remove(path);
+  return said(report, "The store is removed.");
+}
+
+void defineReset(CommandLine& line) {
+  auto& command = CommandLine::add(line.app(), "reset", "Remove the store",
+                                   "  paylevenkit reset\n"
+                                   "  paylevenkit reset --yes --store FILE\n");
+  const auto sure = std::make_shared<bool>(false);
+  command.add_flag("--yes", *sure, "Do not ask");
+  line.whenChosenWithoutStore(command, [sure](const GlobalOptions& options, const Printer&) {
+    return removedStore(StoreFiles::pathOrDefault(options.storePath), *sure);
+  });
+}
+
+}  // namespace
+
+void TesterCommands::define(CommandLine& line) {
+  definePlant(line);
+  defineFault(line);
+  defineTrace(line);
+  defineReset(line);
+}
+
+}  // namespace hlv::tool

@@ -1,0 +1,97 @@
+#include "Tools/Timeline.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace hlv::tool {
+namespace {
+
+using sandbox::Event;
+
+/// A call may say more than its answer repeats.
+bool answers(const Event& answer, const Event& call) {
+  return call.result.empty() && !answer.result.empty() && answer.from == call.to &&
+         answer.to == call.from && (call.what + " ").starts_with(answer.what + " ");
+}
+
+/// For each event the one that it answers or is answered by.
+std::vector<std::optional<std::size_t>> pairs(const std::vector<Event>& events) {
+  std::vector<std::optional<std::size_t>> partner(events.size());
+  for (std::size_t answer = 0; answer < events.size(); ++answer) {
+    for (std::size_t call = 0; call < answer; ++call) {
+      if (partner[call] || !answers(events[answer], events[call])) continue;
+      partner[call] = answer;
+      partner[answer] = call;
+      break;
+    }
+  }
+  return partner;
+}
+
+/// The lines that join calls and answers, as they stand beside one event after the other.
+class Lanes {
+ public:
+  std::string begin(std::size_t call) {
+    const auto free = std::find(lanes_.begin(), lanes_.end(), std::nullopt);
+    const auto lane = static_cast<std::size_t>(free - lanes_.begin());
+    if (free == lanes_.end()) lanes_.emplace_back();
+    lanes_[lane] = call;
+    return drawn(lane, "┌");
+  }
+
+  std::string end(std::size_t call) {
+    const auto lane =
+        static_cast<std::size_t>(std::find(lanes_.begin(), lanes_.end(), call) - lanes_.begin());
+    const auto drawing = drawn(lane, "└");
+    lanes_[lane] = std::nullopt;
+    while (!lanes_.empty() && !lanes_.back()) lanes_.pop_back();
+    return drawing;
+  }
+
+  std::string pass() const { return drawn(lanes_.size(), "·"); }
+
+ private:
+  std::string drawn(std::size_t lane, const char* corner) const {
+    std::string drawing;
+    for (std::size_t i = 0; i < std::max(lanes_.size(), lane + 1); ++i) {
+      drawing += i == lane ? corner : lanes_[i] ? "│" : " ";
+    }
+    return drawing;
+  }
+
+  std::vector<std::optional<std::size_t>> lanes_;
+};
+
+std::string textOf(const Event& event) {
+  if (event.result.empty()) return event.what;
+  return event.to == "log" ? event.result + ": " + event.what : event.what + ": " + event.result;
+}
+
+Colour colourOf(const Event& event) {
+  if (event.to == "assert" || event.result.starts_with("error")) return Colour::red;
+  return event.to == "log" ? Colour::dim : Colour::plain;
+}
+
+}  // namespace
+
+Table Timeline::table(const std::vector<Event>& events) {
+  const auto partner = pairs(events);
+  Lanes lanes;
+  Table table;
+  for (std::size_t i = 0; i < events.size(); ++i) {
+    const auto& event = events[i];
+    const auto lane = !partner[i]       ? lanes.pass()
+                      : *partner[i] > i ? lanes.begin(i)
+                                        : lanes.end(*partner[i]);
+    const auto colour = colourOf(event);
+    table.add({{lane, Colour::dim},
+               {event.from + " → " + event.to, colour},
+               {event.thread, Colour::dim},
+               {textOf(event), colour}});
+  }
+  return table;
+}
+
+}  // namespace hlv::tool

@@ -1,0 +1,20 @@
+// The story of one operation, line by line.
+//
+// Threading: one thread at a time.
+#pragma once
+
+#include <vector>
+
+#include "Sandbox/Journal.h"
+#include "Tools/Table.h"
+
+namespace hlv::tool {
+
+class Timeline {
+ public:
+  /// One row an event. A call and its answer are joined by a line at the left, so that calls that
+  /// run side by side can be told apart.
+  static Table table(const std::vector<sandbox::Event>& events);
+};
+
+}  // namespace hlv::tool

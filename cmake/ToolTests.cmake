@@ -1,0 +1,16 @@
+# The tests of the paylevenkit command: the built program from outside, and its tables from inside.
+hlv_add_tests(ToolTests
+  SOURCES
+    Tests/Tools/BadInputTests.cpp
+    Tests/Tools/Command.cpp
+    Tests/Tools/InterruptionTests.cpp
+    Tests/Tools/SecrecyTests.cpp
+    Tests/Tools/SidesTests.cpp
+    Tests/Tools/StoryTests.cpp
+    Tools/SideBySide.cpp
+    Tools/Table.cpp
+    Tools/Terminal.cpp
+    Tools/Timeline.cpp
+  LIBRARIES HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json)
+target_compile_definitions(ToolTests PRIVATE PAYLEVENKIT="$<TARGET_FILE:paylevenkit>")
+add_dependencies(ToolTests paylevenkit)

@@ -1,0 +1,24 @@
+# The paylevenkit command.
+find_package(CLI11 REQUIRED)
+find_package(nlohmann_json REQUIRED)
+
+add_executable(paylevenkit
+  Tools/CardCommands.cpp
+  Tools/CardOperations.cpp
+  Tools/CardSource.cpp
+  Tools/CommandLine.cpp
+  Tools/Demo.cpp
+  Tools/Enabling.cpp
+  Tools/GuestCommands.cpp
+  Tools/Printer.cpp
+  Tools/Prompt.cpp
+  Tools/Session.cpp
+  Tools/SideBySide.cpp
+  Tools/StoreFiles.cpp
+  Tools/Table.cpp
+  Tools/Terminal.cpp
+  Tools/TesterCommands.cpp
+  Tools/Timeline.cpp
+  Tools/main.cpp)
+target_link_libraries(paylevenkit PRIVATE
+  hlv_flags HLVSDKPaylevenSandbox CLI11::CLI11 nlohmann_json::nlohmann_json)
