@@ -1,0 +1,57 @@
+// The provider's instruments as objects: one made from an entered card, one listed. Private to this
+// folder.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "Host/PaylevenFramework/PLVPaymentInstrument.h"
+#include "Sandbox/EnteredCard.h"
+#include "Sandbox/ProviderInstrument.h"
+
+namespace hlv::sandbox {
+
+/// On its way to the provider. Shows a masked number, as a stored one does.
+///
+/// Threading: immutable; any.
+class NewInstrument final : public PLVCreditCardPaymentInstrument {
+ public:
+  explicit NewInstrument(std::shared_ptr<EnteredCard> card) : card_(std::move(card)) {}
+
+  NullableString identifier() const override { return std::nullopt; }
+  NullableString pan() const override;
+  NullableString cardBrand() const override;
+  NullableString expiryMonth() const override { return card_->expiryMonth(); }
+  NullableString expiryYear() const override { return card_->expiryYear(); }
+  std::uint64_t state() const override { return 0; }
+
+  const EnteredCard& card() const { return *card_; }
+
+ private:
+  const std::shared_ptr<EnteredCard> card_;
+};
+
+/// As the provider had it when it was listed.
+///
+/// Threading: immutable; any.
+class ListedInstrument final : public PLVCreditCardPaymentInstrument {
+ public:
+  /// `row` tells instruments apart that have no identifier.
+  ListedInstrument(std::int64_t row, ProviderInstrument values)
+      : row_(row), values_(std::move(values)) {}
+
+  NullableString identifier() const override { return values_.identifier; }
+  NullableString pan() const override { return values_.maskedPan; }
+  NullableString cardBrand() const override { return values_.brand; }
+  NullableString expiryMonth() const override { return values_.expiryMonth; }
+  NullableString expiryYear() const override { return values_.expiryYear; }
+  std::uint64_t state() const override { return values_.state; }
+
+  std::int64_t row() const { return row_; }
+
+ private:
+  const std::int64_t row_;
+  const ProviderInstrument values_;
+};
+
+}  // namespace hlv::sandbox

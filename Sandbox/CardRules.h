@@ -1,0 +1,38 @@
+// What makes a typed card acceptable.
+//
+// Threading: pure functions; any.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Sandbox/EnteredCard.h"
+#include "Sandbox/ErrorCodes.h"
+
+namespace hlv::sandbox {
+
+/// The first rule that a card breaks.
+struct BrokenRule {
+  CardErrorCode code;
+  /// For the person who typed; tells nothing of the number or the security code.
+  std::string sentence;
+  /// For the developer, with the same restraint.
+  std::string detail;
+};
+
+/// Checks number, expiry, security code and holder, in this order. Expects normalised fields.
+std::optional<BrokenRule> brokenRule(const CardFields& card);
+/// Whether instruments are stored under this use case.
+bool isUseCase(std::string_view name);
+BrokenRule unknownUseCase();
+
+/// The same card with blanks and hyphens taken out of the number, a two-digit month and a
+/// four-digit year. What cannot be read stays as it was typed.
+CardFields normalised(const CardFields& card);
+
+/// Asterisks, and the last four digits.
+std::string maskedPan(std::string_view pan);
+std::string lastFourDigits(std::string_view pan);
+
+}  // namespace hlv::sandbox

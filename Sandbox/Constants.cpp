@@ -1,0 +1,26 @@
+#include "Sandbox/Constants.h"
+
+#include "Sandbox/AddressKeys.h"
+#include "Sandbox/ErrorCodes.h"
+
+namespace hlv::sandbox {
+
+std::shared_ptr<const HLVSDKConstants> sandboxConstants() {
+  static const auto constants = std::make_shared<const HLVSDKConstants>(HLVSDKConstants{
+      .useCaseDefault = "default",
+      .useCasePrivate = "private",
+      .useCaseBusiness = "business",
+      .businessAddressJSONKeyes = {addressKeys::street, addressKeys::city, addressKeys::countryCode,
+                                   addressKeys::zip, addressKeys::businessName},
+      .urlErrorDomain = urlErrorDomain,
+      .paymentErrorDomain = paymentErrorDomain,
+      .authorizationStatusNotification = "HLVSDKDidChangeAuthorizationStatusNotification",
+      .isAuthorizedKey = "HLVSDKNotificationUserInfoIsAuthorizedKey",
+      .reachabilityStateNotification = "HLVSDKReachabilityDidChangeReachabilityStateNotification",
+      .reachabilityStateKey = "HLVSDKReachabilityDidChangeReachabilityNotificationStateKey",
+      .reachabilityPreviousStateKey =
+          "HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey"});
+  return constants;
+}
+
+}  // namespace hlv::sandbox

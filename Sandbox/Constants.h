@@ -1,0 +1,13 @@
+// The texts of the sandbox's host. Private to this folder.
+#pragma once
+
+#include <memory>
+
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
+
+namespace hlv::sandbox {
+
+/// Threading: any. Never null.
+std::shared_ptr<const HLVSDKConstants> sandboxConstants();
+
+}  // namespace hlv::sandbox

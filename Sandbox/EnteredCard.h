@@ -1,0 +1,51 @@
+// A card as a person typed it, which checks itself.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+
+namespace hlv::sandbox {
+
+/// What a person types. The use case is one of "default", "private" and "business".
+struct CardFields {
+  std::string pan;
+  std::string expiryMonth;
+  std::string expiryYear;
+  std::string cvv;
+  std::string cardHolder;
+  std::string useCase = "default";
+};
+
+/// Checks its number (digits, length and IIN range of a known brand, Luhn where the brand has it),
+/// expiry, security code, holder and use case. Spaces and hyphens in the number are taken out.
+/// Number and security code are wiped from memory when the card goes away.
+///
+/// Threading: any.
+class EnteredCard final : public HLVSDKPaymentInstrument {
+ public:
+  static std::shared_ptr<EnteredCard> make(CardFields fields);
+  ~EnteredCard() override;
+
+  NullableString pan() const override;
+  NullableString expiryMonth() const override;
+  NullableString expiryYear() const override;
+  NullableString cvv() const override;
+  NullableString cardHolder() const override;
+  NullableString instrumentUseCaseString() const override;
+  bool isValid(ErrorPtr* error) const override;
+  void setExternalIdentifier(const NullableString& identifier) override;
+  NullableString externalIdentifier() const;
+
+ private:
+  explicit EnteredCard(CardFields fields);
+
+  CardFields fields_;
+  mutable std::mutex mutex_;
+  NullableString externalIdentifier_;
+};
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,179 @@
+#include "Sandbox/Fault.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Sandbox/CardRules.h"
+#include "Sandbox/Store.h"
+
+namespace hlv::sandbox {
+namespace {
+
+/// What one operation can be made to do.
+struct Possible {
+  std::string operation;
+  bool hasUseCase;
+  /// Beyond what every operation can: "error", "delay", "never", "twice".
+  std::vector<std::string> kinds;
+};
+
+const std::vector<Possible>& possibilities() {
+  static const std::vector<Possible> all = {
+      {"updateCurrentGuestWithRequest", false, {}},
+      {"addCreditCardForGuest", true, {}},
+      {"deleteCreditCardWithID", false, {}},
+      {"updateCreditCard", false, {}},
+      {"fetchGuestCreditCards", false, {"no-list"}},
+      {"createUserToken", true, {"no-token", "no-identifier", "other-state"}},
+      {"addPaymentInstrument", true, {"no-identifier", "other-state"}},
+      {"getPaymentInstrumentsList", true, {"no-list", "no-identifier", "other-state"}},
+      {"removePaymentInstrument", true, {}},
+  };
+  return all;
+}
+
+bool contains(const std::vector<std::string>& list, const std::string& text) {
+  return std::find(list.begin(), list.end(), text) != list.end();
+}
+
+std::string listed(const std::vector<std::string>& list) {
+  std::string text;
+  for (const auto& item : list) text += (text.empty() ? "" : ", ") + item;
+  return text;
+}
+
+std::vector<std::string> kindsOf(const Possible& possible) {
+  std::vector<std::string> kinds = {"error", "delay", "never", "twice"};
+  kinds.insert(kinds.end(), possible.kinds.begin(), possible.kinds.end());
+  return kinds;
+}
+
+/// One plain sentence about what is wrong with a fault, or an empty string.
+std::string problemOf(const Fault& fault) {
+  const auto& all = possibilities();
+  const auto possible = std::find_if(all.begin(), all.end(), [&](const Possible& candidate) {
+    return candidate.operation == fault.operation;
+  });
+  if (possible == all.end()) {
+    return "There is no operation '" + fault.operation +
+           "'; possible are: " + listed(Faults::operations()) + ".";
+  }
+  if (!contains(kindsOf(*possible), fault.kind)) {
+    return "The fault '" + fault.kind + "' makes no sense for " + fault.operation +
+           "; possible are: " + listed(kindsOf(*possible)) + ".";
+  }
+  if (fault.useCase && !possible->hasUseCase) {
+    return "Calls of " + fault.operation + " have no use case.";
+  }
+  if (fault.useCase && !isUseCase(*fault.useCase)) return unknownUseCase().sentence;
+  if (fault.remaining && *fault.remaining < 1) return "A fault must meet at least one call.";
+  constexpr std::int64_t longestDelay = 24LL * 60 * 60 * 1000;
+  if (fault.delayMilliseconds < 0 || fault.delayMilliseconds > longestDelay) {
+    return "A delay lies between 0 and " + std::to_string(longestDelay) + " milliseconds.";
+  }
+  if (fault.kind == "delay" && fault.delayMilliseconds == 0) {
+    return "A delay needs its milliseconds.";
+  }
+  return "";
+}
+
+constexpr const char* faultColumns =
+    "SELECT number, operation, kind, remaining, delay, code, use_case FROM faults ";
+
+Fault readFault(const Statement& row) {
+  Fault fault;
+  fault.number = row.integer(0);
+  fault.operation = row.text(1);
+  fault.kind = row.text(2);
+  fault.remaining = row.integerOrNull(3);
+  fault.delayMilliseconds = row.integer(4);
+  fault.code = row.integer(5);
+  fault.useCase = row.textOrNull(6);
+  return fault;
+}
+
+std::optional<Fault> oldestFault(Database& database, const std::string& operation,
+                                 const std::optional<std::string>& useCase) {
+  auto row = database.query(std::string(faultColumns) +
+                                "WHERE operation = ? AND (use_case IS NULL OR use_case = ?) "
+                                "ORDER BY number LIMIT 1",
+                            operation, useCase);
+  return row.next() ? std::optional<Fault>(readFault(row)) : std::nullopt;
+}
+
+}  // namespace
+
+Faults::Faults(std::shared_ptr<Store> store) : store_(std::move(store)) {}
+
+const std::vector<std::string>& Faults::operations() {
+  static const auto names = [] {
+    std::vector<std::string> all;
+    for (const auto& possible : possibilities()) all.push_back(possible.operation);
+    return all;
+  }();
+  return names;
+}
+
+const std::vector<std::string>& Faults::kinds() {
+  static const std::vector<std::string> all = {
+      "error", "delay", "no-token", "no-identifier", "other-state", "no-list", "never", "twice"};
+  return all;
+}
+
+std::string Faults::arm(const Fault& fault) {
+  auto problem = problemOf(fault);
+  if (!problem.empty()) return problem;
+  try {
+    store_->write([&](Database& database) {
+      database.run(
+          "INSERT INTO faults (operation, kind, remaining, delay, code, use_case) "
+          "VALUES (?, ?, ?, ?, ?, ?)",
+          fault.operation, fault.kind, fault.remaining, fault.delayMilliseconds, fault.code,
+          fault.useCase);
+    });
+  } catch (const StoreFailure& failure) {
+    return failure.what();
+  }
+  return "";
+}
+
+std::vector<Fault> Faults::armed() const {
+  return store_->read([](Database& database) {
+    std::vector<Fault> faults;
+    auto row = database.query(std::string(faultColumns) + "ORDER BY number");
+    while (row.next()) faults.push_back(readFault(row));
+    return faults;
+  });
+}
+
+void Faults::clear() {
+  store_->write([](Database& database) { database.run("DELETE FROM faults"); });
+}
+
+std::vector<Firing> Faults::firings() const {
+  return store_->read([](Database& database) {
+    std::vector<Firing> firings;
+    auto row = database.query("SELECT fault, operation, kind FROM firings ORDER BY number");
+    while (row.next()) firings.push_back({row.integer(0), row.text(1), row.text(2)});
+    return firings;
+  });
+}
+
+std::optional<Fault> Faults::take(const std::string& operation,
+                                  const std::optional<std::string>& useCase) {
+  return store_->write([&](Database& database) {
+    auto fault = oldestFault(database, operation, useCase);
+    if (!fault) return fault;
+    if (fault->remaining) {
+      --*fault->remaining;
+      database.run("UPDATE faults SET remaining = ? WHERE number = ?", *fault->remaining,
+                   fault->number);
+      database.run("DELETE FROM faults WHERE remaining = 0");
+    }
+    database.run("INSERT INTO firings (fault, operation, kind) VALUES (?, ?, ?)", fault->number,
+                 fault->operation, fault->kind);
+    return fault;
+  });
+}
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,58 @@
+// What happened, in order: the calls, answers, log lines, assertions and notifications of every
+// operation.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace hlv::sandbox {
+
+/// One line of the story. No text of it holds a card number beyond its last four digits, or a
+/// security code.
+struct Event {
+  std::int64_t operation = 0;
+  /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log", "assert". A
+  /// service that meets a fault says so to itself.
+  std::string from;
+  std::string to;
+  /// What is said, e.g. "createUserToken".
+  std::string what;
+  /// How it came out, e.g. "token tok_1f…" or "error HLVURLErrorDomain 1"; empty for a call.
+  std::string result;
+  /// "main", or the name of the thread.
+  std::string thread;
+};
+
+class Store;
+
+/// The story that one store tells.
+///
+/// Threading: any; events stand in the order in which they were recorded.
+class Journal {
+ public:
+  explicit Journal(std::shared_ptr<Store> store);
+
+  /// Begins a new operation; later events of this journal belong to it. Events before the first one
+  /// make an operation called "start". The store keeps the last two hundred operations.
+  void beginOperation(const std::string& name);
+  /// Records an event of the current operation, on the calling thread. Masks card numbers.
+  void record(const std::string& from, const std::string& to, const std::string& what,
+              const std::string& result = {});
+
+  struct Operation {
+    std::int64_t number = 0;
+    std::string name;
+    std::vector<Event> events;
+  };
+  /// The last `count` operations, oldest first.
+  std::vector<Operation> last(std::size_t count) const;
+
+ private:
+  const std::shared_ptr<Store> store_;
+  std::atomic<std::int64_t> operation_{0};
+};
+
+}  // namespace hlv::sandbox

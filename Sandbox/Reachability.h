@@ -1,0 +1,26 @@
+// Whether the sandbox's network is on. Private to this folder.
+#pragma once
+
+#include <memory>
+
+#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
+#include "Sandbox/Store.h"
+
+namespace hlv::sandbox {
+
+/// State 0 is off, state 1 is on. Kept in the store, so every process sees the same network.
+///
+/// Threading: any.
+class Reachability final : public HLVSDKReachability {
+ public:
+  explicit Reachability(std::shared_ptr<Store> store) : store_(std::move(store)) {}
+
+  std::int64_t currentState() const override;
+  /// Answers the state before.
+  std::int64_t setState(std::int64_t state);
+
+ private:
+  const std::shared_ptr<Store> store_;
+};
+
+}  // namespace hlv::sandbox

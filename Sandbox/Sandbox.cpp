@@ -1,0 +1,120 @@
+#include "Sandbox/Sandbox.h"
+
+#include <utility>
+
+#include "Platform/Platform.h"
+#include "Sandbox/Constants.h"
+#include "Sandbox/Identifiers.h"
+#include "Sandbox/SandboxError.h"
+#include "Sandbox/SandboxHost.h"
+
+namespace hlv::sandbox {
+namespace {
+
+bool isAddress(const std::string& email) {
+  const auto at = email.find('@');
+  return at != std::string::npos && at > 0 && at + 1 < email.size() &&
+         email.find_first_of(" \t\r\n") == std::string::npos;
+}
+
+void post(const NullableString& name, Dictionary userInfo = {}) {
+  Platform::current()->notificationCenter()->post({name.value_or(""), std::move(userInfo)});
+}
+
+std::string sentenceOf(const ErrorPtr& error) {
+  return error->localizedDescription().value_or("The provider refuses it.");
+}
+
+}  // namespace
+
+Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
+  auto opened = Store::open(options.storePath);
+  if (!opened.store) return {nullptr, opened.problem};
+  try {
+    if (opened.isNew && options.seed) {
+      opened.store->write([&](Database& database) { plantSeed(database, *options.seed); });
+    }
+    auto remote = LogSink::toFile(options.remoteLogPath.empty() ? options.storePath + ".log"
+                                                                : options.remoteLogPath);
+    auto console = options.logToConsole ? LogSink::toStandardError() : LogSink::toNowhere();
+    auto parts = std::make_shared<Parts>(opened.store, std::move(remote), std::move(console));
+    return {std::shared_ptr<Sandbox>(new Sandbox(std::move(parts))), ""};
+  } catch (const std::runtime_error& failure) {
+    return {nullptr, failure.what()};
+  }
+}
+
+Sandbox::Sandbox(std::shared_ptr<Parts> parts)
+    : parts_(std::move(parts)), host_(std::make_shared<SandboxHost>(parts_)) {}
+
+Sandbox::~Sandbox() = default;
+
+std::shared_ptr<Host> Sandbox::host() const { return host_; }
+
+std::string Sandbox::signIn(const std::string& email) {
+  if (!isAddress(email)) return "A guest signs in with an e-mail address.";
+  parts_->backend->signIn(email);
+  parts_->journal->record("app", "kit", "authorisation changed", "authorised");
+  const auto constants = sandboxConstants();
+  post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, true}});
+  return "";
+}
+
+void Sandbox::signOut() {
+  parts_->backend->signOut();
+  parts_->journal->record("app", "kit", "authorisation changed", "not authorised");
+  const auto constants = sandboxConstants();
+  post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, false}});
+}
+
+std::optional<std::string> Sandbox::signedInEmail() const {
+  return parts_->backend->signedInEmail();
+}
+
+void Sandbox::setReachable(bool reachable) {
+  const std::int64_t state = reachable ? 1 : 0;
+  const auto before = parts_->reachability->setState(state);
+  parts_->journal->record("app", "kit", "reachability changed",
+                          "from " + std::to_string(before) + " to " + std::to_string(state));
+  const auto constants = sandboxConstants();
+  post(constants->reachabilityStateNotification,
+       {{*constants->reachabilityStateKey, state},
+        {*constants->reachabilityPreviousStateKey, before}});
+}
+
+bool Sandbox::isReachable() const { return hlv::isReachable(parts_->reachability->currentState()); }
+
+void Sandbox::enterForeground() {
+  parts_->journal->record("app", "kit", "will enter foreground");
+  post(UIApplicationWillEnterForegroundNotification);
+}
+
+Faults& Sandbox::faults() { return *parts_->faults; }
+
+Journal& Sandbox::journal() { return *parts_->journal; }
+
+std::string Sandbox::plantInstrument(const CardFields& card) {
+  const auto email = signedInEmail();
+  if (!email) return "Nobody is signed in.";
+  try {
+    parts_->provider->plant(*email, EnteredCard::make(card));
+  } catch (const Refusal& refusal) {
+    return sentenceOf(refusal.error);
+  }
+  parts_->journal->record("app", "provider", "plant an instrument");
+  return "";
+}
+
+std::vector<BackendCard> Sandbox::backendCards() const {
+  const auto email = signedInEmail();
+  return email ? parts_->backend->cardsOf(*email) : std::vector<BackendCard>();
+}
+
+std::vector<ProviderInstrument> Sandbox::providerInstruments() const {
+  const auto email = signedInEmail();
+  return email ? parts_->provider->instrumentsOf(*email) : std::vector<ProviderInstrument>();
+}
+
+bool Sandbox::isQuiet() const { return parts_->answers->isQuiet(); }
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,97 @@
+// A whole host SDK and a whole payment provider, embedded: what the kit runs against without a
+// phone, an account or a network.
+//
+// Threading: any thread, except where a member says otherwise. Services answer on threads of the
+// sandbox's own, which start with the first request. A member that reads or writes throws
+// std::runtime_error, with one plain sentence, when the store stops working under it: a full disk,
+// a file that was taken away.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Host/Host.h"
+#include "Sandbox/BackendCard.h"
+#include "Sandbox/EnteredAddress.h"
+#include "Sandbox/EnteredCard.h"
+#include "Sandbox/Fault.h"
+#include "Sandbox/Journal.h"
+#include "Sandbox/ProviderInstrument.h"
+
+namespace hlv::sandbox {
+
+struct SandboxOptions {
+  /// The SQLite file; created, readable by its owner only, when it is not there.
+  std::string storePath;
+  /// Makes tokens and identifiers repeatable; random without one. A new store remembers its
+  /// seed; a store that is there already keeps what it was made with.
+  std::optional<std::uint64_t> seed;
+  /// Where the remote logger appends; empty means the store's path followed by ".log".
+  std::string remoteLogPath;
+  /// Whether the console logger writes to standard error.
+  bool logToConsole = false;
+};
+
+struct Parts;
+
+class Sandbox {
+ public:
+  struct Opened {
+    /// Null when the store could not be opened.
+    std::shared_ptr<Sandbox> sandbox;
+    /// One plain sentence when it could not.
+    std::string problem;
+  };
+
+  /// Opens a store, or makes one. Whatever an earlier process was told is still there.
+  static Opened open(const SandboxOptions& options);
+  ~Sandbox();
+  Sandbox(const Sandbox&) = delete;
+  Sandbox& operator=(const Sandbox&) = delete;
+
+  /// What to install with `Host::install` before the kit is enabled. Keeps the sandbox's services
+  /// alive by itself.
+  std::shared_ptr<Host> host() const;
+
+  // What an app does.
+
+  /// Signs a guest in, creating one for a new address, and posts the authorisation notification.
+  /// Returns one plain sentence when it cannot, or an empty string.
+  std::string signIn(const std::string& email);
+  void signOut();
+  /// The signed-in guest's address.
+  std::optional<std::string> signedInEmail() const;
+  /// Turns the network on or off and posts the reachability notification.
+  void setReachable(bool reachable);
+  bool isReachable() const;
+  /// Posts the notification that the app returns to the foreground.
+  void enterForeground();
+
+  // What a tester does.
+
+  Faults& faults();
+  Journal& journal();
+  /// Stores an instrument at the provider that the backend does not know. Returns one plain
+  /// sentence when it cannot, or an empty string.
+  std::string plantInstrument(const CardFields& card);
+
+  // The two sides of the signed-in guest, as the services have them now. At the provider that is
+  // what it keeps for the guest's address, whether or not the backend knows the token.
+
+  std::vector<BackendCard> backendCards() const;
+  std::vector<ProviderInstrument> providerInstruments() const;
+
+  /// Whether no answer of a service is still to come. A fault that never answers is not awaited.
+  bool isQuiet() const;
+
+ private:
+  explicit Sandbox(std::shared_ptr<Parts> parts);
+
+  const std::shared_ptr<Parts> parts_;
+  const std::shared_ptr<Host> host_;
+};
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,75 @@
+// The host that an app installs to run against the sandbox. Private to this folder.
+#pragma once
+
+#include <memory>
+
+#include "Host/Host.h"
+#include "Sandbox/Answers.h"
+#include "Sandbox/Backend.h"
+#include "Sandbox/BackendClient.h"
+#include "Sandbox/ConsoleLogger.h"
+#include "Sandbox/Fault.h"
+#include "Sandbox/Journal.h"
+#include "Sandbox/Provider.h"
+#include "Sandbox/ProviderClient.h"
+#include "Sandbox/Reachability.h"
+#include "Sandbox/RemoteFileLogger.h"
+#include "Sandbox/Store.h"
+
+namespace hlv::sandbox {
+
+/// Everything that runs on one store.
+///
+/// Threading: any.
+struct Parts {
+  Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink);
+
+  const std::shared_ptr<Store> store;
+  const std::shared_ptr<Journal> journal;
+  const std::shared_ptr<Faults> faults;
+  const std::shared_ptr<Reachability> reachability;
+  const std::shared_ptr<Answers> answers;
+  const std::shared_ptr<Backend> backend;
+  const std::shared_ptr<Provider> provider;
+  const std::shared_ptr<BackendClient> backendClient;
+  const std::shared_ptr<ProviderClient> providerClient;
+  const std::shared_ptr<RemoteFileLogger> remoteLog;
+  const std::shared_ptr<ConsoleLogger> consoleLog;
+};
+
+/// Threading: any.
+class SandboxHost final : public Host {
+ public:
+  explicit SandboxHost(std::shared_ptr<Parts> parts) : parts_(std::move(parts)) {}
+
+  std::shared_ptr<const HLVSDKConstants> constants() override;
+  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return parts_->backendClient; }
+  std::shared_ptr<HLVSDKReachability> reachability() override { return parts_->reachability; }
+  std::shared_ptr<HLVSDKGuest> currentGuest() override;
+  NullableString cardBrandFromNumber(const NullableString& number) override;
+  std::shared_ptr<HLVSDKUpdateGuestRequestInfo> makeUpdateGuestRequestInfo() override;
+  void handleAssertWithMessage(const NullableString& message) override;
+  void handleParameterAssert(const NullableString& parameter,
+                             const NullableString& message) override;
+  std::shared_ptr<HLVSDKLogger> remoteLogger() override { return parts_->remoteLog; }
+  std::shared_ptr<HLVSDKLogger> consoleLogger() override { return parts_->consoleLog; }
+
+  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
+      const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
+      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override;
+  std::shared_ptr<HLVSession> activeSession() override;
+  std::shared_ptr<HLVErrorFacade> makeErrorFacade() override;
+
+  std::shared_ptr<PLVInAppClient> inAppClient() override { return parts_->providerClient; }
+  std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
+      const NullableString& pan, const NullableString& expiryMonth,
+      const NullableString& expiryYear, const NullableString& cvv,
+      const NullableString& cardHolder) override;
+
+ private:
+  void report(const std::string& assertion);
+
+  const std::shared_ptr<Parts> parts_;
+};
+
+}  // namespace hlv::sandbox

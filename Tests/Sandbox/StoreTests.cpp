@@ -1,0 +1,138 @@
+#include <signal.h>
+#include <sqlite3.h>
+#include <stdlib.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "Tests/Sandbox/SandboxTest.h"
+
+namespace hlv::sandbox {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentOf(const std::string& path) {
+  if (!fs::is_regular_file(path)) return "";
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class StoreTest : public SandboxTest {
+ protected:
+  static std::string problemWith(const std::string& store, const std::string& log = {}) {
+    SandboxOptions options;
+    options.storePath = store;
+    options.remoteLogPath = log;
+    const auto opened = Sandbox::open(options);
+    EXPECT_EQ(opened.sandbox == nullptr, !opened.problem.empty());
+    return opened.problem;
+  }
+
+  static void makeDatabase(const std::string& file, const char* sql) {
+    sqlite3* connection = nullptr;
+    ASSERT_EQ(sqlite3_open(file.c_str(), &connection), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(connection);
+  }
+
+  std::string dump() const {
+    std::string text;
+    for (const auto& instrument : sandbox->providerInstruments()) {
+      text += instrument.identifier.value_or("-") + instrument.maskedPan + instrument.useCase;
+    }
+    for (const auto& card : sandbox->backendCards()) text += card.halvoID + card.lastFourDigits;
+    return text + guest->paylevenToken().value_or("");
+  }
+};
+
+TEST_F(StoreTest, EveryFileBelongsToItsOwnerAlone) {
+  start();
+  addFirstCard("visa");
+  int files = 0;
+  for (const auto& entry : fs::directory_iterator(path(""))) {
+    EXPECT_EQ(entry.status().permissions(), fs::perms::owner_read | fs::perms::owner_write)
+        << entry.path();
+    ++files;
+  }
+  EXPECT_GE(files, 3) << "the store, its write-ahead log and the remote log";
+}
+
+TEST_F(StoreTest, WhatWasAnsweredIsThereAfterReopeningAndInASecondSandboxAtOnce) {
+  start();
+  addFirstCard("visa");
+  const auto before = dump();
+  const auto first = sandbox;
+  start();
+  EXPECT_EQ(dump(), before);
+  addInstrument("amex", guest->paylevenToken());
+  EXPECT_EQ(first->providerInstruments().size(), 2U);
+  first->setReachable(false);
+  EXPECT_FALSE(sandbox->isReachable());
+}
+
+TEST_F(StoreTest, WhatWasAnsweredSurvivesAKillInsideTheAnswer) {
+  // The statement runs in a process that begins this test anew, in this one's directory.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  ::setenv(directoryVariable, path("").c_str(), 1);
+  EXPECT_EXIT(
+      {
+        start();
+        provider->createUserToken(email, newInstrument(findTestCard("visa")->fields), "default",
+                                  [](const NullableString&, const ErrorPtr&) { ::raise(SIGKILL); });
+        pumpUntilQuiet();
+      },
+      ::testing::KilledBySignal(SIGKILL), "");
+  ::unsetenv(directoryVariable);
+  start();
+  EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
+}
+
+TEST_F(StoreTest, WhatIsNoStoreIsRefusedInOneSentenceAndLeftAsItWas) {
+  std::ofstream(path("garbage")) << "This is not a database, whatever its name says.";
+  std::ofstream(path("short")) << "x";
+  makeDatabase(path("other"), "PRAGMA journal_mode=WAL; CREATE TABLE t (x); PRAGMA user_version=1");
+  makeDatabase(path("newer"), "PRAGMA application_id=1212962387; PRAGMA user_version=99");
+  makeDatabase(path("damaged"), "PRAGMA application_id=1212962387; PRAGMA user_version=1");
+  const std::pair<const char*, const char*> rows[] = {
+      {"garbage", "it is no database"},  {"short", "is not a store"}, {"other", "another program"},
+      {"newer", "version 99"},           {"damaged", "is damaged"},   {"", "is a directory"},
+      {"missing/store", "No such file"},
+  };
+  for (const auto& [name, part] : rows) {
+    const auto content = contentOf(path(name));
+    const auto problem = problemWith(path(name));
+    EXPECT_NE(problem.find(part), std::string::npos) << name << ": " << problem;
+    EXPECT_EQ(problem.find('\n'), std::string::npos);
+    EXPECT_EQ(contentOf(path(name)), content) << name;
+    EXPECT_FALSE(fs::exists(path(std::string(name) + ".log"))) << name;
+  }
+  EXPECT_NE(problemWith(storePath(), path("missing/log")).find("The log"), std::string::npos);
+}
+
+TEST_F(StoreTest, AnEmptyFileBecomesAStoreOfItsOwner) {
+  std::ofstream(storePath()).close();
+  fs::permissions(storePath(), fs::perms::others_read, fs::perm_options::add);
+  start();
+  EXPECT_EQ(fs::status(storePath()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(StoreTest, IdentifiersRepeatUnderASeedWhichAStoreKeepsAndDifferWithoutOne) {
+  std::vector<std::string> dumps;
+  for (const auto seed : std::vector<std::optional<std::uint64_t>>{7, 7, 8, {}, {}}) {
+    start(seed);
+    addFirstCard("visa");
+    start(seed ? std::optional<std::uint64_t>(99) : std::nullopt);
+    addFirstCard("amex");
+    dumps.push_back(dump());
+    sandbox.reset();
+    Host::install(nullptr);
+    for (const auto& entry : fs::directory_iterator(path(""))) fs::remove(entry.path());
+  }
+  EXPECT_EQ(dumps[0], dumps[1]);
+  EXPECT_NE(dumps[0], dumps[2]);
+  EXPECT_NE(dumps[3], dumps[4]);
+}
+
+}  // namespace
+}  // namespace hlv::sandbox
