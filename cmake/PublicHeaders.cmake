@@ -52,9 +52,11 @@ if(HLVSDKPAYLEVENKIT_SANDBOX)
     Sandbox/BackendCard.h
     Sandbox/EnteredAddress.h
     Sandbox/EnteredCard.h
+    Sandbox/ErrorCodes.h
     Sandbox/Fault.h
     Sandbox/Journal.h
     Sandbox/ProviderInstrument.h
     Sandbox/Sandbox.h
+    Sandbox/SandboxError.h
     Sandbox/TestCards.h)
 endif()
