@@ -1,4 +1,5 @@
-// An app that embeds the kit: it signs a guest in, adds a test card and prints what both sides have.
+// An app that embeds the kit: it signs a guest in, adds a test card and prints what both sides
+// have.
 #include <cstdio>
 #include <filesystem>
 #include <memory>

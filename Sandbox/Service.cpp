@@ -2,11 +2,11 @@
 
 namespace hlv::sandbox {
 
-void Service::Desk::tell(const Call& call) const {
-  auto what = call.operation;
-  if (!call.subject.empty()) what += " " + call.subject;
-  if (call.useCase) what += " use case " + *call.useCase;
-  journal->record("kit", name, what);
+std::string Call::told() const {
+  auto what = operation;
+  if (!subject.empty()) what += " " + subject;
+  if (useCase) what += " use case " + *useCase;
+  return what;
 }
 
 std::optional<Fault> Service::Desk::meet(const Call& call) const {

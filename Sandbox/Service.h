@@ -29,6 +29,9 @@ struct Call {
   NullableString useCase;
   /// What else the story should tell of it; may be empty.
   std::string subject;
+
+  /// As the journal tells it; the answer says the same again, so that the two can be joined.
+  std::string told() const;
 };
 
 /// What the service does with a call. The variation is the kind of a fault that changes the results
@@ -61,9 +64,11 @@ class Service {
   template <class... Results>
   void take(Call call, std::function<void(Results...)> completion,
             std::type_identity_t<Handling<Results...>> handling) const {
-    desk_->tell(call);
+    auto what = call.told();
+    desk_->journal->record("kit", desk_->name, what);
     answers_->call(lane_,
-                   [desk = desk_, call = std::move(call), completion = std::move(completion),
+                   [desk = desk_, call = std::move(call), what = std::move(what),
+                    completion = std::move(completion),
                     handling = std::move(handling)]() mutable -> std::optional<Delivery> {
                      const auto fault = desk->meet(call);
                      if (fault && fault->kind == "never") return std::nullopt;
@@ -71,11 +76,10 @@ class Service {
                      const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
                      const int times = fault && fault->kind == "twice" ? 2 : 1;
                      return Delivery{
-                         delay, [desk, operation = call.operation, times,
+                         delay, [desk, what = std::move(what), times,
                                  completion = std::move(completion), results = std::move(results)] {
                            for (int i = 0; i < times; ++i) {
-                             desk->journal->record(desk->name, "kit", operation,
-                                                   summaryOf(results));
+                             desk->journal->record(desk->name, "kit", what, summaryOf(results));
                              if (completion) std::apply(completion, results);
                            }
                          }};
@@ -91,7 +95,6 @@ class Service {
     std::shared_ptr<Faults> faults;
     std::shared_ptr<Reachability> reachability;
 
-    void tell(const Call& call) const;
     /// A call that does not leave the phone meets no fault.
     std::optional<Fault> meet(const Call& call) const;
     /// Throws the refusal that stands before every handling.

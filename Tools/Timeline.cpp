@@ -10,10 +10,10 @@ namespace {
 
 using sandbox::Event;
 
-/// A call may say more than its answer repeats.
+/// An answer repeats what its call said.
 bool answers(const Event& answer, const Event& call) {
   return call.result.empty() && !answer.result.empty() && answer.from == call.to &&
-         answer.to == call.from && (call.what + " ").starts_with(answer.what + " ");
+         answer.to == call.from && answer.what == call.what;
 }
 
 /// For each event the one that it answers or is answered by.

@@ -23,7 +23,7 @@ class InsideTheCallTest : public KitTest {
     backend.cardAdds.answerInside = [this](const auto& answer) {
       answer(guest, backendCard, nullptr);
     };
-    backend.cardFetches.answerInside = [this](const auto& answer) {
+    backend.cardFetches.answerInside = [](const auto& answer) {
       answer(List<HLVSDKCreditCard>{}, nullptr);
     };
   }

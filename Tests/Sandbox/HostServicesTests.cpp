@@ -78,14 +78,16 @@ TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
   }
   HLVSDKAsserts::handleParameterAssert("guest", "Who?");
   sandbox->enterForeground();
-  EXPECT_EQ(story(), (std::vector<std::string>{
-                         "kit > provider: getPaymentInstrumentsList use case private",
-                         "provider > provider: fault 'error' met getPaymentInstrumentsList",
-                         "provider > kit: getPaymentInstrumentsList = error PLVErrorDomain 500",
-                         "kit > log: Removed (null) = info",
-                         "kit > assert: guest: Who?",
-                         "app > kit: will enter foreground",
-                     }));
+  EXPECT_EQ(
+      story(),
+      (std::vector<std::string>{
+          "kit > provider: getPaymentInstrumentsList use case private",
+          "provider > provider: fault 'error' met getPaymentInstrumentsList",
+          "provider > kit: getPaymentInstrumentsList use case private = error PLVErrorDomain 500",
+          "kit > log: Removed (null) = info",
+          "kit > assert: guest: Who?",
+          "app > kit: will enter foreground",
+      }));
   sandbox->journal().beginOperation("next");
   EXPECT_EQ(sandbox->journal().last(5).size(), 3U) << "start, look and next";
 }

@@ -93,7 +93,7 @@ TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
       event("kit", "provider", "register", ""),
       event("kit", "backend", "updateGuest", ""),
       event("kit", "backend", "addCard visa", ""),
-      event("backend", "kit", "addCard", "card crd_1"),
+      event("backend", "kit", "addCard visa", "card crd_1"),
       event("kit", "log", "all is done", "info"),
       event("backend", "kit", "updateGuest", "done"),
       event("backend", "kit", "updateGuest", "done"),
@@ -104,7 +104,7 @@ TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
             "  │·   kit → provider  main  register\n"
             "  │┌   kit → backend   main  updateGuest\n"
             "  ││┌  kit → backend   main  addCard visa\n"
-            "  ││└  backend → kit   main  addCard: card crd_1\n"
+            "  ││└  backend → kit   main  addCard visa: card crd_1\n"
             "  ││·  kit → log       main  info: all is done\n"
             "  │└   backend → kit   main  updateGuest: done\n"
             "  │·   backend → kit   main  updateGuest: done\n"
