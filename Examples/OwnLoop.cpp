@@ -6,29 +6,13 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 
-#include "KitConfiguration.h"
-#include "Public/HLVSDKPaylevenKit.h"
-#include "Sandbox/Sandbox.h"
 #include "Sandbox/TestCards.h"
+#include "SandboxApp.h"
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: OwnLoop STORE\n");
-    return 2;
-  }
-  hlv::sandbox::SandboxOptions options;
-  options.storePath = argv[1];
-  const auto opened = hlv::sandbox::Sandbox::open(options);
-  if (!opened.sandbox) {
-    std::fprintf(stderr, "%s\n", opened.problem.c_str());
-    return 2;
-  }
-  hlv::Host::install(opened.sandbox->host());
-  opened.sandbox->signIn("guest@example.com");
-  hlv::HLVSDKPayleven::enableWithConfiguration(
-      std::make_shared<HostConfiguration>("a-payment-key"));
+  const auto sandbox = startApp(argc, argv);
+  if (!sandbox) return 2;
 
   const int wakeUp = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
   const auto platform = hlv::DefaultPlatform::shared();

@@ -130,10 +130,7 @@ void Manager::addFirstPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstr
         deliverBuilt(completion, [](Delivery delivery) {
           return std::tuple(
               nullptr, nullptr,
-              requiredArgumentError(
-                  "identifier",
-                  "Added instrument to external payment system doesn't have identifier",
-                  HLV_HERE(functionName(addFirstMethod, delivery))));
+              missingIdentifierError(HLV_HERE(functionName(addFirstMethod, delivery))));
         });
       });
 }
@@ -148,9 +145,7 @@ void Manager::addFirstPaymentInstrumentToPayleven(
        answerOnce([completion, card, weakManager = weak_from_this()](const NullableString& token,
                                                                      const ErrorPtr& error) {
          if (error) {
-           deliverBuilt(completion, [error](Delivery) {
-             return std::tuple(std::nullopt, nullptr, paymentProviderError(error));
-           });
+           deliverProviderError(completion, std::nullopt, error);
          } else if (token) {
            send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token,
                 completion);

@@ -52,10 +52,7 @@ void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrum
           deliverBuilt(completion, [](Delivery delivery) {
             return std::tuple(
                 nullptr, nullptr,
-                requiredArgumentError(
-                    "identifier",
-                    "Added instrument to external payment system doesn't have identifier",
-                    HLV_HERE(functionName(addNewMethod, delivery, 1))));
+                missingIdentifierError(HLV_HERE(functionName(addNewMethod, delivery, 1))));
           });
           return;
         }
@@ -89,9 +86,7 @@ void Manager::addNewPaymentInstrumentToPayleven(
   send(paymentClient(), &PLVInAppClient::addPaymentInstrument, instrument, token, useCase,
        answerOnce([completion, card, token, weakManager = weak_from_this()](const ErrorPtr& error) {
          if (error) {
-           deliverBuilt(completion, [error](Delivery) {
-             return std::tuple(std::nullopt, nullptr, paymentProviderError(error));
-           });
+           deliverProviderError(completion, std::nullopt, error);
            return;
          }
          send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token, completion);

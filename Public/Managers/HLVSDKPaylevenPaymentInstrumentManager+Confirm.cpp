@@ -31,6 +31,14 @@ void refuse(const char* argument, const NullableString& token,
 
 }  // namespace
 
+void HLVSDKPaylevenPaymentInstrumentManager::deliverProviderError(
+    const HLVSDKPaylevenInstrumentCompletion& completion, const NullableString& token,
+    const ErrorPtr& error) {
+  deliverBuilt(completion, [token, error](Delivery) {
+    return std::tuple(token, nullptr, paymentProviderError(error));
+  });
+}
+
 void HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument(
     const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& paylevenToken,
     HLVSDKPaylevenInstrumentCompletion completion) {
@@ -43,9 +51,7 @@ void HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument(
                       const NullableList<PLVCreditCardPaymentInstrument>& instruments,
                       const ErrorPtr& error) {
          if (error) {
-           deliverBuilt(completion, [token, error](Delivery) {
-             return std::tuple(token, nullptr, paymentProviderError(error));
-           });
+           deliverProviderError(completion, token, error);
            return;
          }
          const auto instrument =

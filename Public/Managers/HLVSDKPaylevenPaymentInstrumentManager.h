@@ -144,6 +144,9 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   HLVSDKPaylevenPaymentInstrumentManager() = default;
 
   void refreshConnection();
+  /// Reports the token that there is and the wrapped error; wraps it at delivery time.
+  static void deliverProviderError(const HLVSDKPaylevenInstrumentCompletion& completion,
+                                   const NullableString& token, const ErrorPtr& error);
 
   std::shared_ptr<HLVSDKReachability> reachability_;
   std::shared_ptr<HLVSDKAPIManager> apiManager_;

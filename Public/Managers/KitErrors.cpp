@@ -12,6 +12,11 @@ ErrorPtr requiredArgumentError(const char* name, const NullableString& message,
               builder.function.c_str(), builder.path);
 }
 
+ErrorPtr missingIdentifierError(const CallSite& builder) {
+  return requiredArgumentError(
+      "identifier", "Added instrument to external payment system doesn't have identifier", builder);
+}
+
 ErrorPtr paymentProviderError(const ErrorPtr& error) {
   return send(HLVErrorFacade::make(), &HLVErrorFacade::paymentProviderErrorWithError, error);
 }

@@ -14,6 +14,9 @@ namespace hlv {
 ErrorPtr requiredArgumentError(const char* name, const NullableString& message,
                                const CallSite& builder);
 
+/// The provider stored a card without saying under which identifier.
+ErrorPtr missingIdentifierError(const CallSite& builder);
+
 /// Wraps an error of the payment provider.
 ErrorPtr paymentProviderError(const ErrorPtr& error);
 
