@@ -16,7 +16,7 @@ struct CardBrand {
   std::string_view ranges;
   /// Bit n is set when a number may have n digits.
   std::uint32_t lengths = 0;
-  std::size_t securityCodeLength = 3;
+  std::uint32_t securityCodeLength = 3;
   bool hasLuhn = true;
 
   bool allowsLength(std::size_t digits) const {

@@ -1,6 +1,6 @@
 #include "Sandbox/EnteredCard.h"
 
-#include <string.h>
+#include <cstring>
 
 #include "Sandbox/CardRules.h"
 #include "Sandbox/SandboxError.h"

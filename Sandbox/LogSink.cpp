@@ -8,8 +8,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace hlv::sandbox {
@@ -33,8 +33,8 @@ spdlog::level::level_enum levelOf(int level) {
 LogSink LogSink::toFile(const std::string& path) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
   if (file < 0) {
-    throw std::runtime_error("The log '" + path + "' cannot be written: " + std::strerror(errno) +
-                             ".");
+    throw std::runtime_error("The log '" + path + "' cannot be written: " +
+                             std::generic_category().message(errno) + ".");
   }
   ::close(file);
   return LogSink(std::make_shared<spdlog::logger>(

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 #include "Sandbox/Schema.h"
 
@@ -28,19 +28,19 @@ bool prepareFile(const std::string& path) {
     return true;
   }
   if (errno != EEXIST && errno != EISDIR) {
-    throw Unusable{"The store " + quoted(path) + " cannot be created: " + std::strerror(errno) +
-                   "."};
+    throw Unusable{"The store " + quoted(path) +
+                   " cannot be created: " + std::generic_category().message(errno) + "."};
   }
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) {
-    throw Unusable{"The store " + quoted(path) + " cannot be opened: " + std::strerror(errno) +
-                   "."};
+    throw Unusable{"The store " + quoted(path) +
+                   " cannot be opened: " + std::generic_category().message(errno) + "."};
   }
   if (S_ISDIR(status.st_mode)) throw Unusable{quoted(path) + " is a directory, not a store."};
   if (!S_ISREG(status.st_mode)) throw Unusable{quoted(path) + " is not a file."};
   if (::access(path.c_str(), R_OK | W_OK) != 0) {
     throw Unusable{"The store " + quoted(path) +
-                   " cannot be read and written: " + std::strerror(errno) + "."};
+                   " cannot be read and written: " + std::generic_category().message(errno) + "."};
   }
   // An empty file is what a process leaves that was killed while it made a store.
   if (status.st_size == 0) ::chmod(path.c_str(), 0600);

@@ -5,7 +5,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -32,8 +31,8 @@ std::string StoreFiles::pathOrDefault(const std::string& path) {
   std::error_code failure;
   std::filesystem::create_directories(folder.parent_path(), failure);
   if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
-    throw Problem(std::string("The folder for the store cannot be made: ") + std::strerror(errno) +
-                  "; name a file with --store FILE.");
+    throw Problem(std::string("The folder for the store cannot be made: ") +
+                  std::generic_category().message(errno) + "; name a file with --store FILE.");
   }
   return (folder / "store.sqlite").string();
 }

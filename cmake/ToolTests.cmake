@@ -3,6 +3,7 @@ hlv_add_tests(ToolTests
   SOURCES
     Tests/Tools/BadInputTests.cpp
     Tests/Tools/Command.cpp
+    Tests/Tools/FailureRowTests.cpp
     Tests/Tools/InterruptionTests.cpp
     Tests/Tools/SecrecyTests.cpp
     Tests/Tools/SidesTests.cpp

@@ -1,5 +1,6 @@
 // The first card of a guest.
-#include "Platform/Send.h"
+#include <ostream>
+
 #include "Tests/Support/KitTest.h"
 
 namespace hlv::testing {
@@ -60,6 +61,8 @@ struct BackendAnswers {
   bool updateAnswersFirst;
   const char* told;
 };
+
+void PrintTo(const BackendAnswers& row, std::ostream* out) { *out << row.claim; }
 
 class FirstErrorTest : public AddFirstTest, public ::testing::WithParamInterface<BackendAnswers> {};
 
