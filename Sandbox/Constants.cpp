@@ -1,6 +1,6 @@
 #include "Sandbox/Constants.h"
 
-#include "Sandbox/AddressKeys.h"
+#include "Sandbox/Backend/AddressKeys.h"
 #include "Sandbox/ErrorCodes.h"
 
 namespace hlv::sandbox {

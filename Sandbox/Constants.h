@@ -1,4 +1,4 @@
-// The texts of the sandbox's host. Private to this folder.
+// The texts of the sandbox's host. Private to the sandbox.
 #pragma once
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "Sandbox/CardRules.h"
+#include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/SandboxError.h"
 
 namespace hlv::sandbox {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "Sandbox/CardRules.h"
-#include "Sandbox/Store.h"
+#include "Sandbox/Cards/CardRules.h"
+#include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "Platform/Platform.h"
-#include "Sandbox/MaskedText.h"
-#include "Sandbox/Store.h"
+#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -1,6 +1,6 @@
 #include "Sandbox/Reachability.h"
 
-#include "Sandbox/Settings.h"
+#include "Sandbox/Store/Settings.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -1,10 +1,10 @@
-// Whether the sandbox's network is on. Private to this folder.
+// Whether the sandbox's network is on. Private to the sandbox.
 #pragma once
 
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
-#include "Sandbox/Store.h"
+#include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
 

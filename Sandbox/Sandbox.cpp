@@ -4,9 +4,9 @@
 
 #include "Platform/Platform.h"
 #include "Sandbox/Constants.h"
-#include "Sandbox/Identifiers.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/SandboxHost.h"
+#include "Sandbox/Store/Identifiers.h"
 
 namespace hlv::sandbox {
 namespace {

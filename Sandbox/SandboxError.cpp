@@ -1,7 +1,7 @@
 #include "Sandbox/SandboxError.h"
 
 #include "Sandbox/ErrorCodes.h"
-#include "Sandbox/MaskedText.h"
+#include "Sandbox/Logging/MaskedText.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -1,12 +1,12 @@
 #include "Sandbox/SandboxHost.h"
 
-#include "Sandbox/AddCardBody.h"
-#include "Sandbox/CardBrands.h"
-#include "Sandbox/CardInstruments.h"
+#include "Sandbox/Backend/AddCardBody.h"
+#include "Sandbox/Backend/UpdateGuestRequest.h"
+#include "Sandbox/Cards/CardBrands.h"
 #include "Sandbox/Constants.h"
 #include "Sandbox/ErrorFacade.h"
+#include "Sandbox/Provider/CardInstruments.h"
 #include "Sandbox/Session.h"
-#include "Sandbox/UpdateGuestRequest.h"
 
 namespace hlv::sandbox {
 

@@ -1,20 +1,20 @@
-// The host that an app installs to run against the sandbox. Private to this folder.
+// The host that an app installs to run against the sandbox. Private to the sandbox.
 #pragma once
 
 #include <memory>
 
 #include "Host/Host.h"
-#include "Sandbox/Answers.h"
-#include "Sandbox/Backend.h"
-#include "Sandbox/BackendClient.h"
-#include "Sandbox/ConsoleLogger.h"
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/BackendClient.h"
 #include "Sandbox/Fault.h"
 #include "Sandbox/Journal.h"
-#include "Sandbox/Provider.h"
-#include "Sandbox/ProviderClient.h"
+#include "Sandbox/Logging/ConsoleLogger.h"
+#include "Sandbox/Logging/RemoteFileLogger.h"
+#include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Provider/ProviderClient.h"
 #include "Sandbox/Reachability.h"
-#include "Sandbox/RemoteFileLogger.h"
-#include "Sandbox/Store.h"
+#include "Sandbox/Service/Answers.h"
+#include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
 

@@ -1,11 +1,11 @@
-// The session of the signed-in guest. Private to this folder.
+// The session of the signed-in guest. Private to the sandbox.
 #pragma once
 
 #include <memory>
 #include <utility>
 
 #include "Host/Halvo_Authentication/HLVSession.h"
-#include "Sandbox/Backend.h"
+#include "Sandbox/Backend/Backend.h"
 
 namespace hlv::sandbox {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Sandbox/Calendar.h"
-#include "Sandbox/CardBrands.h"
-#include "Sandbox/CardRules.h"
-#include "Sandbox/SpecialCards.h"
+#include "Sandbox/Cards/Calendar.h"
+#include "Sandbox/Cards/CardBrands.h"
+#include "Sandbox/Cards/CardRules.h"
+#include "Sandbox/Cards/SpecialCards.h"
 
 namespace hlv::sandbox {
 namespace {

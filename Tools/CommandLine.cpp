@@ -144,7 +144,7 @@ std::string CommandLine::explained(const CLI::ParseError& error) const {
   std::string command = "paylevenkit ";
   for (auto chosen = app_.get_subcommands(); !chosen.empty();
        chosen = chosen.front()->get_subcommands()) {
-    command += chosen.front()->get_name() + " ";
+    command.append(chosen.front()->get_name()).append(" ");
   }
   const auto help = "; see `" + command + "--help`.";
   const bool namesNone = app_.get_subcommands().empty();
@@ -155,7 +155,9 @@ std::string CommandLine::explained(const CLI::ParseError& error) const {
   // What was typed by mistake may be secret, so only the name of an option is repeated.
   for (const auto& argument : app_.remaining(true)) {
     const auto name = argument.substr(0, argument.find('='));
-    if (isOptionName(name)) return "The option " + name + " is not known" + help;
+    if (isOptionName(name)) {
+      return std::string("The option ").append(name).append(" is not known").append(help);
+    }
   }
   return "An argument is not known here" + help;
 }

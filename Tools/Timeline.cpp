@@ -44,7 +44,7 @@ class Lanes {
   std::string end(std::size_t call) {
     const auto lane =
         static_cast<std::size_t>(std::find(lanes_.begin(), lanes_.end(), call) - lanes_.begin());
-    const auto drawing = drawn(lane, "└");
+    auto drawing = drawn(lane, "└");
     lanes_[lane] = std::nullopt;
     while (!lanes_.empty() && !lanes_.back()) lanes_.pop_back();
     return drawing;

@@ -6,40 +6,40 @@ add_library(HLVSDKPaylevenSandbox STATIC)
 add_library(HLVSDKPaylevenKit::Sandbox ALIAS HLVSDKPaylevenSandbox)
 set_target_properties(HLVSDKPaylevenSandbox PROPERTIES EXPORT_NAME Sandbox)
 target_sources(HLVSDKPaylevenSandbox PRIVATE
-  Sandbox/AddCardBody.cpp
-  Sandbox/Answers.cpp
-  Sandbox/Backend.cpp
-  Sandbox/BackendClient.cpp
-  Sandbox/BackendTables.cpp
-  Sandbox/Calendar.cpp
-  Sandbox/CardBrands.cpp
-  Sandbox/CardInstruments.cpp
-  Sandbox/CardRules.cpp
-  Sandbox/ConsoleLogger.cpp
+  Sandbox/Backend/AddCardBody.cpp
+  Sandbox/Backend/Backend.cpp
+  Sandbox/Backend/BackendClient.cpp
+  Sandbox/Backend/BackendTables.cpp
+  Sandbox/Backend/Guest.cpp
+  Sandbox/Cards/Calendar.cpp
+  Sandbox/Cards/CardBrands.cpp
+  Sandbox/Cards/CardRules.cpp
+  Sandbox/Logging/ConsoleLogger.cpp
+  Sandbox/Logging/LogLine.cpp
+  Sandbox/Logging/LogSink.cpp
+  Sandbox/Logging/MaskedText.cpp
+  Sandbox/Logging/RemoteFileLogger.cpp
+  Sandbox/Provider/CardInstruments.cpp
+  Sandbox/Provider/Provider.cpp
+  Sandbox/Provider/ProviderClient.cpp
+  Sandbox/Service/Answers.cpp
+  Sandbox/Service/Service.cpp
+  Sandbox/Service/Summary.cpp
+  Sandbox/Store/Database.cpp
+  Sandbox/Store/Identifiers.cpp
+  Sandbox/Store/Schema.cpp
+  Sandbox/Store/Settings.cpp
+  Sandbox/Store/Store.cpp
   Sandbox/Constants.cpp
-  Sandbox/Database.cpp
   Sandbox/EnteredAddress.cpp
   Sandbox/EnteredCard.cpp
   Sandbox/ErrorFacade.cpp
   Sandbox/Fault.cpp
-  Sandbox/Guest.cpp
-  Sandbox/Identifiers.cpp
   Sandbox/Journal.cpp
-  Sandbox/LogLine.cpp
-  Sandbox/LogSink.cpp
-  Sandbox/MaskedText.cpp
-  Sandbox/Provider.cpp
-  Sandbox/ProviderClient.cpp
   Sandbox/Reachability.cpp
-  Sandbox/RemoteFileLogger.cpp
   Sandbox/Sandbox.cpp
   Sandbox/SandboxError.cpp
   Sandbox/SandboxHost.cpp
-  Sandbox/Schema.cpp
-  Sandbox/Service.cpp
-  Sandbox/Settings.cpp
-  Sandbox/Store.cpp
-  Sandbox/Summary.cpp
   Sandbox/TestCards.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit

@@ -69,10 +69,10 @@ TEST(IncludeArrows, RunOnlyAsTheTableSays) {
 
 TEST(IncludeArrows, AnArrowUpwardsIsSeen) {
   std::istringstream source(
-      "#include <vector>\n#include \"Host/Host.h\"\n#include \"Sandbox/Store.h\"\n"
+      "#include <vector>\n#include \"Host/Host.h\"\n#include \"Sandbox/Store/Store.h\"\n"
       "#include \"Unknown/File.h\"\n");
   EXPECT_EQ(strayArrows("Public/Managers/X.cpp", source),
-            (std::vector<std::string>{"Public/Managers/X.cpp includes Sandbox/Store.h",
+            (std::vector<std::string>{"Public/Managers/X.cpp includes Sandbox/Store/Store.h",
                                       "Public/Managers/X.cpp includes Unknown/File.h"}));
 }
 

@@ -3,8 +3,8 @@
 #include <set>
 #include <tuple>
 
-#include "Sandbox/CardBrands.h"
-#include "Sandbox/CardRules.h"
+#include "Sandbox/Cards/CardBrands.h"
+#include "Sandbox/Cards/CardRules.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {

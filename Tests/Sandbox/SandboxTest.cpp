@@ -6,7 +6,7 @@
 
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Platform/Default/DefaultPlatform.h"
-#include "Sandbox/Calendar.h"
+#include "Sandbox/Cards/Calendar.h"
 
 namespace hlv::sandbox {
 

@@ -4,7 +4,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
-#include "Sandbox/MaskedText.h"
+#include "Sandbox/Logging/MaskedText.h"
 #include "Sandbox/SandboxError.h"
 #include "Tests/Sandbox/SandboxTest.h"
 

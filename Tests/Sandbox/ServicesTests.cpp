@@ -2,7 +2,7 @@
 #include <thread>
 
 #include "Platform/Platform.h"
-#include "Sandbox/CardRules.h"
+#include "Sandbox/Cards/CardRules.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {

@@ -1,0 +1,72 @@
+#include "Sandbox/Backend/AddCardBody.h"
+
+#include "Host/Halvo_Meta/HLVUtilities.h"
+#include "Platform/Send.h"
+#include "Sandbox/Backend/AddressKeys.h"
+#include "Sandbox/Cards/CardBrands.h"
+#include "Sandbox/Cards/CardRules.h"
+#include "Sandbox/EnteredCard.h"
+#include "Sandbox/ErrorFacade.h"
+
+namespace hlv::sandbox {
+namespace {
+
+NullableString externalIdentifierOf(const std::shared_ptr<HLVSDKPaymentInstrument>& card) {
+  const auto entered = std::dynamic_pointer_cast<EnteredCard>(card);
+  return entered ? entered->externalIdentifier() : std::nullopt;
+}
+
+Dictionary writeAddress(const HLVSDKPaymentBillingAddress& address) {
+  Dictionary fields;
+  HLVUtilities::dictionary(fields, address.street(), addressKeys::street);
+  HLVUtilities::dictionary(fields, address.city(), addressKeys::city);
+  HLVUtilities::dictionary(fields, address.countryCode(), addressKeys::countryCode);
+  HLVUtilities::dictionary(fields, address.zip(), addressKeys::zip);
+  HLVUtilities::dictionary(fields, address.businessName(), addressKeys::businessName);
+  return fields;
+}
+
+}  // namespace
+
+Dictionary AddCardBody::JSONRepresentation() const {
+  Dictionary card;
+  const auto put = [&card](const char* key, const NullableString& text) {
+    HLVUtilities::dictionary(card, text, key);
+  };
+  if (const auto pan = send(card_, &HLVSDKPaymentInstrument::pan)) {
+    put("last_four_digits", lastFourDigits(*pan));
+    if (const auto* brand = findCardBrand(*pan)) put("brand", std::string(brand->name));
+  }
+  put("use_case", send(card_, &HLVSDKPaymentInstrument::instrumentUseCaseString));
+  put("external_identifier", externalIdentifierOf(card_));
+  put("card_holder", send(card_, &HLVSDKPaymentInstrument::cardHolder));
+  put("expiry_month", send(card_, &HLVSDKPaymentInstrument::expiryMonth));
+  put("expiry_year", send(card_, &HLVSDKPaymentInstrument::expiryYear));
+  if (address_) card.insert_or_assign("billing_address", writeAddress(*address_));
+  return {{"credit_card", std::move(card)}, {"provider", provider_}};
+}
+
+bool AddCardBody::isValid(ErrorPtr* error) const {
+  const auto refuse = [error](const ErrorPtr& problem) {
+    HLVUtilities::error(error, problem);
+    return false;
+  };
+  ErrorFacade errors;
+  if (!card_) {
+    return refuse(
+        errors.invalidArgumentErrorWithName("paymentInstrument", std::nullopt, std::nullopt));
+  }
+  if (!std::dynamic_pointer_cast<EnteredCard>(card_)) {
+    return refuse(errors.invalidArgumentErrorWithName(
+        "paymentInstrument", "(an object)",
+        "The sandbox registers cards of its own class only, hlv::sandbox::EnteredCard."));
+  }
+  const auto identifier = externalIdentifierOf(card_);
+  if (length(identifier) == 0) {
+    return refuse(
+        errors.invalidArgumentErrorWithName("externalIdentifier", identifier, std::nullopt));
+  }
+  return true;
+}
+
+}  // namespace hlv::sandbox

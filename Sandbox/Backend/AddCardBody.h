@@ -1,0 +1,33 @@
+// What the sandbox's host writes into a request to register a card. Private to the sandbox.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
+
+namespace hlv::sandbox {
+
+/// Speaks for an `EnteredCard`: of other cards the external identifier cannot be read, so they are
+/// refused.
+///
+/// Threading: one thread at a time.
+class AddCardBody final : public HLVSDKAddCreditCardRequestInfo::Body {
+ public:
+  AddCardBody(std::shared_ptr<HLVSDKPaymentInstrument> card,
+              std::shared_ptr<HLVSDKPaymentBillingAddress> address)
+      : card_(std::move(card)), address_(std::move(address)) {}
+
+  void setProvider(std::int64_t provider) override { provider_ = provider; }
+  Dictionary JSONRepresentation() const override;
+  bool isValid(ErrorPtr* error) const override;
+
+ private:
+  const std::shared_ptr<HLVSDKPaymentInstrument> card_;
+  const std::shared_ptr<HLVSDKPaymentBillingAddress> address_;
+  std::int64_t provider_ = 0;
+};
+
+}  // namespace hlv::sandbox

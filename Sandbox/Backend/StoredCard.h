@@ -1,0 +1,26 @@
+// A card as the backend answers it. Private to the sandbox.
+#pragma once
+
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Sandbox/BackendCard.h"
+
+namespace hlv::sandbox {
+
+/// Threading: immutable; any.
+class StoredCard final : public HLVSDKCreditCard {
+ public:
+  explicit StoredCard(BackendCard card) : card_(std::move(card)) {}
+
+  NullableString halvoID() const override { return card_.halvoID; }
+  NullableString lastFourDigits() const override { return card_.lastFourDigits; }
+  NullableString brand() const override { return card_.brand; }
+  NullableString useCase() const override { return card_.useCase; }
+  NullableString externalIdentifier() const override { return card_.externalIdentifier; }
+
+ private:
+  const BackendCard card_;
+};
+
+}  // namespace hlv::sandbox

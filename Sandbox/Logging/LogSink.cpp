@@ -1,0 +1,63 @@
+#include "Sandbox/Logging/LogSink.h"
+
+#include <fcntl.h>
+#include <spdlog/logger.h>
+#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/null_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace hlv::sandbox {
+namespace {
+
+spdlog::level::level_enum levelOf(int level) {
+  switch (level) {
+    case 1:
+      return spdlog::level::err;
+    case 2:
+      return spdlog::level::warn;
+    case 3:
+      return spdlog::level::info;
+    default:
+      return spdlog::level::debug;
+  }
+}
+
+}  // namespace
+
+LogSink LogSink::toFile(const std::string& path) {
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  if (file < 0) {
+    throw std::runtime_error("The log '" + path + "' cannot be written: " +
+                             std::generic_category().message(errno) + ".");
+  }
+  ::close(file);
+  return LogSink(std::make_shared<spdlog::logger>(
+      "remote", std::make_shared<spdlog::sinks::basic_file_sink_mt>(path)));
+}
+
+LogSink LogSink::toStandardError() {
+  return LogSink(std::make_shared<spdlog::logger>(
+      "console", std::make_shared<spdlog::sinks::stderr_sink_mt>()));
+}
+
+LogSink LogSink::toNowhere() {
+  return LogSink(
+      std::make_shared<spdlog::logger>("nowhere", std::make_shared<spdlog::sinks::null_sink_mt>()));
+}
+
+LogSink::LogSink(std::shared_ptr<spdlog::logger> logger) : logger_(std::move(logger)) {
+  logger_->set_level(spdlog::level::debug);
+  logger_->flush_on(spdlog::level::debug);
+}
+
+void LogSink::write(int level, const std::string& line) const {
+  logger_->log(levelOf(level), "{}", line);
+}
+
+}  // namespace hlv::sandbox

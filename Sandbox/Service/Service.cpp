@@ -1,0 +1,36 @@
+#include "Sandbox/Service/Service.h"
+
+namespace hlv::sandbox {
+
+std::string Call::told() const {
+  auto what = operation;
+  if (!subject.empty()) what += " " + subject;
+  if (useCase) what += " use case " + *useCase;
+  return what;
+}
+
+std::optional<Fault> Service::Desk::meet(const Call& call) const {
+  if (!isReachable(reachability->currentState())) return std::nullopt;
+  try {
+    auto fault = faults->take(call.operation, call.useCase);
+    if (fault) journal->record(name, name, "fault '" + fault->kind + "' met " + fault->operation);
+    return fault;
+  } catch (const StoreFailure&) {
+    return std::nullopt;
+  }
+}
+
+void Service::Desk::checkWayIn(const std::optional<Fault>& fault) const {
+  if (!isReachable(reachability->currentState())) throw Refusal{notConnectedError()};
+  if (fault && fault->kind == "error") {
+    throw Refusal{SandboxError::make(errorDomain, fault->code,
+                                     "The service failed, as the armed fault demands.")};
+  }
+}
+
+ErrorPtr Service::Desk::errorFor(const StoreFailure& failure) const {
+  return SandboxError::make(errorDomain, BackendErrorCode::storeFailed,
+                            "The service cannot be used at the moment.", failure.what());
+}
+
+}  // namespace hlv::sandbox

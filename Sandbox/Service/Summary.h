@@ -1,0 +1,33 @@
+// How an answer reads in the journal. Private to the sandbox.
+//
+// Threading: any.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <tuple>
+
+#include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
+#include "Host/PaylevenFramework/PLVInAppClient.h"
+
+namespace hlv::sandbox {
+
+std::string summary(const ErrorPtr& error);
+std::string summary(const NullableString& token);
+/// A guest says nothing new.
+std::string summary(const std::shared_ptr<HLVSDKGuest>& guest);
+std::string summary(const std::shared_ptr<HLVSDKCreditCard>& card);
+std::string summary(const NullableList<HLVSDKCreditCard>& cards);
+std::string summary(const NullableList<PLVCreditCardPaymentInstrument>& instruments);
+
+/// The error, or what came instead of one, e.g. "card crd_k…" or "2 instruments".
+template <class... Results>
+std::string summaryOf(const std::tuple<Results...>& results) {
+  const auto& error = std::get<sizeof...(Results) - 1>(results);
+  if (error) return summary(error);
+  const auto text = std::apply(
+      [](const auto&... result) { return (std::string() + ... + summary(result)); }, results);
+  return text.empty() ? "done" : text;
+}
+
+}  // namespace hlv::sandbox
