@@ -75,9 +75,10 @@ void DefaultPlatform::adoptMainThread() { state_->adoptedMainThread = std::this_
 std::size_t DefaultPlatform::runPending() { return state_->mainQueue->runPending(); }
 
 void DefaultPlatform::runUntil(const std::function<bool()>& done) {
-  state_->waker->somebodyWaits = true;
+  // A block that is pumped here may wait in turn.
+  const bool outerWaits = state_->waker->somebodyWaits.exchange(true);
   while (!done()) state_->mainQueue->runOne();
-  state_->waker->somebodyWaits = false;
+  state_->waker->somebodyWaits = outerWaits;
 }
 
 void DefaultPlatform::wake() { state_->waker->wake(); }

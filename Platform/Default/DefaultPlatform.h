@@ -38,7 +38,8 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
   std::size_t runPending();
 
   /// Pumps the main queue and waits for more until `done` answers true. It is asked before the
-  /// first wait and again after every block of any queue and after every `wake`.
+  /// first wait and again after every block of any queue and after every `wake`. A block that it
+  /// runs may call it, or `runPending`, again.
   void runUntil(const std::function<bool()>& done);
   /// Lets a `runUntil` ask its question again.
   void wake();

@@ -1,11 +1,13 @@
 #include "Platform/Default/MainQueue.h"
 
-#include <asio/executor_work_guard.hpp>
 #include <utility>
 
 namespace hlv {
 
-MainQueue::~MainQueue() { context_.abandon(); }
+MainQueue::~MainQueue() {
+  stayReady_.reset();
+  context_.abandon();
+}
 
 void MainQueue::async(Block block) {
   ++context_.unfinished;
@@ -22,16 +24,9 @@ void MainQueue::async(Block block) {
   if (hook) hook();
 }
 
-std::size_t MainQueue::runPending() {
-  context_.restart();
-  return context_.poll();
-}
+std::size_t MainQueue::runPending() { return context_.poll(); }
 
-void MainQueue::runOne() {
-  const auto stayReady = asio::make_work_guard(context_);
-  context_.restart();
-  context_.run_one();
-}
+void MainQueue::runOne() { context_.run_one(); }
 
 void MainQueue::setPostHook(std::function<void()> hook) {
   const std::lock_guard lock(hookMutex_);

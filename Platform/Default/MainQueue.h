@@ -1,8 +1,8 @@
 // The main queue that the app pumps. Private to this folder.
 #pragma once
 
+#include <asio/executor_work_guard.hpp>
 #include <functional>
-#include <memory>
 #include <mutex>
 
 #include "Platform/Default/BlockContext.h"
@@ -10,7 +10,8 @@
 
 namespace hlv {
 
-/// Threading: as Queue; `runPending` and `runOne` on the main thread.
+/// Threading: as Queue; `runPending` and `runOne` on the main thread, where a running block may
+/// call them too.
 class MainQueue final : public Queue {
  public:
   ~MainQueue() override;
@@ -25,6 +26,7 @@ class MainQueue final : public Queue {
 
  private:
   BlockContext context_;
+  asio::executor_work_guard<asio::io_context::executor_type> stayReady_{context_.get_executor()};
   std::mutex hookMutex_;
   std::function<void()> hook_;
 };

@@ -51,6 +51,22 @@ TEST_F(DefaultPlatformTest, TheMainQueueRunsOnlyWhenPumpedAndWithWhatItsBlocksPo
   EXPECT_EQ(platform->runPending(), 0u);
 }
 
+TEST_F(DefaultPlatformTest, ABlockOfTheMainQueueMayPumpItAndWait) {
+  const auto queue = platform->makeSerialQueue("label");
+  bool inner = false;
+  bool outer = false;
+  platform->mainQueue()->async([&] {
+    platform->mainQueue()->async([&] { inner = true; });
+    EXPECT_EQ(platform->runPending(), 1u);
+    std::atomic<bool> ran{false};
+    queue->async([&] { ran = true; });
+    platform->runUntil([&] { return ran.load(); });
+    queue->async([&] { outer = true; });
+  });
+  platform->runUntil([&] { return inner && platform->isIdle(); });
+  EXPECT_TRUE(outer);
+}
+
 TEST_F(DefaultPlatformTest, AnAppsOwnLoopIsWokenByEveryPost) {
   int wakes = 0;
   platform->setPostHook([&] { ++wakes; });
