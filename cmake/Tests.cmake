@@ -32,6 +32,7 @@ hlv_add_tests(KitTests
     Tests/Kit/ModelsTests.cpp
     Tests/Kit/NoHostTests.cpp
     Tests/Kit/SynchronizerTests.cpp
+    Tests/Kit/ThreadTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 hlv_add_tests(HouseTests
   SOURCES Tests/House/IncludeArrowTests.cpp
