@@ -21,6 +21,13 @@ void post(const NullableString& name, Dictionary userInfo = {}) {
   Platform::current()->notificationCenter()->post({name.value_or(""), std::move(userInfo)});
 }
 
+void announceAuthorisation(Journal& journal, bool isAuthorised) {
+  journal.record("app", "kit", "authorisation changed",
+                 isAuthorised ? "authorised" : "not authorised");
+  const auto constants = sandboxConstants();
+  post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, isAuthorised}});
+}
+
 std::string sentenceOf(const ErrorPtr& error) {
   return error->localizedDescription().value_or("The provider refuses it.");
 }
@@ -54,17 +61,13 @@ std::shared_ptr<Host> Sandbox::host() const { return host_; }
 std::string Sandbox::signIn(const std::string& email) {
   if (!isAddress(email)) return "A guest signs in with an e-mail address.";
   parts_->backend->signIn(email);
-  parts_->journal->record("app", "kit", "authorisation changed", "authorised");
-  const auto constants = sandboxConstants();
-  post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, true}});
+  announceAuthorisation(*parts_->journal, true);
   return "";
 }
 
 void Sandbox::signOut() {
   parts_->backend->signOut();
-  parts_->journal->record("app", "kit", "authorisation changed", "not authorised");
-  const auto constants = sandboxConstants();
-  post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, false}});
+  announceAuthorisation(*parts_->journal, false);
 }
 
 std::optional<std::string> Sandbox::signedInEmail() const {

@@ -37,12 +37,7 @@ target_compile_features(HLVSDKPaylevenKit PUBLIC cxx_std_20)
 target_include_directories(HLVSDKPaylevenKit
   PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/HLVSDKPaylevenKit>)
-# The queue library is headers only and stays inside Platform/Default, its symbols included. Left to
-# itself it chooses its allocator by the headers that come before its own, and two sources of one
-# program may then disagree.
-target_compile_definitions(HLVSDKPaylevenKit PRIVATE
-  ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_VISIBILITY ASIO_DISABLE_STD_ALIGNED_ALLOC)
 target_link_libraries(HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_flags> PUBLIC Threads::Threads)
+  PRIVATE $<BUILD_INTERFACE:hlv_flags> $<BUILD_INTERFACE:hlv_asio> PUBLIC Threads::Threads)
 set_target_properties(HLVSDKPaylevenKit PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})

@@ -26,3 +26,10 @@ if(HLVSDKPAYLEVENKIT_SANITIZE)
     -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(hlv_flags INTERFACE -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE})
 endif()
+
+# The queue library is headers only, and its symbols stay inside. Left to itself it chooses its
+# allocator by the headers that come before its own, and two sources of one program may then
+# disagree; so every wing that uses it takes it from here.
+add_library(hlv_asio INTERFACE)
+target_compile_definitions(hlv_asio INTERFACE
+  ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_VISIBILITY ASIO_DISABLE_STD_ALIGNED_ALLOC)

@@ -43,8 +43,4 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/TestCards.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_flags> SQLite::SQLite3 spdlog::spdlog)
-# The queue library is headers only. Whether it allocates with aligned_alloc depends by default on
-# which header a file includes first, so that has to be said, and said as the kit says it.
-target_compile_definitions(HLVSDKPaylevenSandbox PRIVATE
-  ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_VISIBILITY ASIO_DISABLE_STD_ALIGNED_ALLOC)
+  PRIVATE $<BUILD_INTERFACE:hlv_flags> $<BUILD_INTERFACE:hlv_asio> SQLite::SQLite3 spdlog::spdlog)

@@ -81,8 +81,6 @@ void DefaultPlatform::runUntil(const std::function<bool()>& done) {
   state_->waker->somebodyWaits = outerWaits;
 }
 
-void DefaultPlatform::wake() { state_->waker->wake(); }
-
 void DefaultPlatform::setPostHook(std::function<void()> hook) {
   state_->mainQueue->setPostHook(std::move(hook));
 }

@@ -38,11 +38,9 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
   std::size_t runPending();
 
   /// Pumps the main queue and waits for more until `done` answers true. It is asked before the
-  /// first wait and again after every block of any queue and after every `wake`. A block that it
-  /// runs may call it, or `runPending`, again.
+  /// first wait and again after every block of any queue; an empty block on the main queue makes it
+  /// ask. A block that it runs may call it, or `runPending`, again.
   void runUntil(const std::function<bool()>& done);
-  /// Lets a `runUntil` ask its question again.
-  void wake();
 
   /// For an app that owns its loop: `hook` is called after each post to the main queue, on the
   /// posting thread, so that the loop can wake up and call `runPending`. Empty removes it.
