@@ -4,6 +4,7 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Platform/Secret.h"
 #include "Platform/Send.h"
 
 namespace hlv {
@@ -24,8 +25,9 @@ std::shared_ptr<Instrument> lastMatch(const List<Instrument>& instruments, Match
 
 bool isUsableCard(const std::shared_ptr<Instrument>& instrument, const NullableString& lastDigits,
                   const NullableString& brand) {
-  return send(instrument, &Instrument::state) == 0 &&
-         hasSuffix(send(instrument, &Instrument::pan), lastDigits) &&
+  if (send(instrument, &Instrument::state) != 0) return false;
+  const Secret number(instrument, &Instrument::pan);
+  return hasSuffix(number.text(), lastDigits) &&
          isEqualToString(send(instrument, &Instrument::cardBrand), brand);
 }
 
@@ -57,8 +59,9 @@ HLVSDKPaylevenPaymentInstrumentFinder::findPaylevenPaymentInstrumentIn(
   if (isMissing(halvoInstrument != nullptr, "halvoInstrument")) return nullptr;
   if (isMissing(paylevenInstruments.has_value(), "paylevenInstruments")) return nullptr;
 
-  const auto lastFourDigits = lastFourDigitsOf(halvoInstrument->pan());
-  const auto brand = HLVSDKCreditCard::cardBrandFromNumber(halvoInstrument->pan());
+  const Secret number(halvoInstrument, &HLVSDKPaymentInstrument::pan);
+  const auto lastFourDigits = lastFourDigitsOf(number.text());
+  const auto brand = HLVSDKCreditCard::cardBrandFromNumber(number.text());
   return lastMatch(*paylevenInstruments, [&](const std::shared_ptr<Instrument>& instrument) {
     return isUsableCard(instrument, lastFourDigits, brand) &&
            isEqualToString(send(instrument, &Instrument::expiryMonth),

@@ -14,8 +14,12 @@ HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address, NullableString paylevenToken) {
   auto body = makeBody(instrument, address);
   if (!body) return nullptr;
-  std::shared_ptr<HLVSDKAddPaylevenCreditCardRequestInfo> request(
-      new HLVSDKAddPaylevenCreditCardRequestInfo(std::move(body)));
+  // The constructor is private; what is made here takes one allocation all the same.
+  struct Made final : HLVSDKAddPaylevenCreditCardRequestInfo {
+    explicit Made(std::shared_ptr<Body> made)
+        : HLVSDKAddPaylevenCreditCardRequestInfo(std::move(made)) {}
+  };
+  auto request = std::make_shared<Made>(std::move(body));
   request->setPaylevenToken(std::move(paylevenToken));
   request->setProvider(0);
   return request;

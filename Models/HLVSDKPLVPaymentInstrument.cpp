@@ -6,7 +6,9 @@ namespace hlv {
 
 std::shared_ptr<HLVSDKPLVPaymentInstrument> HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(
     std::shared_ptr<PLVCreditCardPaymentInstrument> instrument, NullableString useCase) {
-  std::shared_ptr<HLVSDKPLVPaymentInstrument> pair(new HLVSDKPLVPaymentInstrument);
+  // The constructor is private; what is made here takes one allocation all the same.
+  struct Made final : HLVSDKPLVPaymentInstrument {};
+  auto pair = std::make_shared<Made>();
   pair->setPaymentInstrument(std::move(instrument));
   pair->setUseCase(std::move(useCase));
   return pair;

@@ -2,11 +2,67 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
+#include <functional>
 #include <memory>
-#include <optional>
+#include <new>
+#include <type_traits>
 #include <utility>
 
 namespace hlv {
+
+/// A callback until it is answered. It lies in the object itself and is reached through two plain
+/// functions, so that one class serves every callback that hears the same results.
+template <class... Results>
+class PendingAnswer {
+ public:
+  /// Takes `callback` over.
+  template <class Callback>
+  explicit PendingAnswer(Callback& callback) : run_(&runAs<Callback>), free_(&freeAs<Callback>) {
+    static_assert(sizeof(Callback) <= sizeof(place_));
+    new (place_) Callback(std::move(callback));
+  }
+  PendingAnswer(const PendingAnswer&) = delete;
+  PendingAnswer& operator=(const PendingAnswer&) = delete;
+  ~PendingAnswer() {
+    if (!answered_.test_and_set()) free_(place_);
+  }
+
+  void answer(Results&... results) {
+    if (!answered_.test_and_set()) run_(place_, results...);
+  }
+
+ private:
+  template <class Callback>
+  static void runAs(void* place, Results&... results) {
+    Callback answered = std::move(*static_cast<Callback*>(place));
+    freeAs<Callback>(place);
+    answered(std::move(results)...);
+  }
+  template <class Callback>
+  static void freeAs(void* place) {
+    static_cast<Callback*>(place)->~Callback();
+  }
+
+  std::atomic_flag answered_;
+  void (*const run_)(void*, Results&...);
+  void (*const free_)(void*);
+  /// Room for the largest callback of the kit.
+  alignas(std::max_align_t) std::byte place_[160];
+};
+
+/// What a service gets to hold: copies share the one answer.
+template <class... Results>
+struct AnswerOnce {
+  std::shared_ptr<PendingAnswer<Results...>> pending;
+  void operator()(Results... results) const { pending->answer(results...); }
+};
+
+template <class Callback, class... Parameters>
+auto answerOnceAs(Callback& callback, const std::function<void(Parameters...)>*) {
+  using Pending = PendingAnswer<std::decay_t<Parameters>...>;
+  return AnswerOnce<std::decay_t<Parameters>...>{std::make_shared<Pending>(callback)};
+}
 
 /// Wraps what the kit hands to a service as a callback. The first answer runs `callback`; a second
 /// one, from whatever thread, does nothing. So an operation reports once whatever the service does,
@@ -14,17 +70,8 @@ namespace hlv {
 /// alive with it.
 template <class Callback>
 auto answerOnce(Callback callback) {
-  struct Pending {
-    explicit Pending(Callback waiting) : callback(std::move(waiting)) {}
-    std::atomic_flag answered;
-    std::optional<Callback> callback;
-  };
-  return [pending = std::make_shared<Pending>(std::move(callback))](auto&&... results) {
-    if (pending->answered.test_and_set()) return;
-    Callback answered = std::move(*pending->callback);
-    pending->callback.reset();
-    answered(std::forward<decltype(results)>(results)...);
-  };
+  using Shape = decltype(std::function(std::declval<Callback>()));
+  return answerOnceAs(callback, static_cast<const Shape*>(nullptr));
 }
 
 }  // namespace hlv

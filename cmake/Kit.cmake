@@ -2,18 +2,19 @@
 find_package(Threads REQUIRED)
 
 add_library(HLVSDKPaylevenKit
+  Platform/Default/BlockLine.cpp
   Platform/Default/DefaultNotificationCenter.cpp
   Platform/Default/DefaultPlatform.cpp
-  Platform/Default/MainQueue.cpp
-  Platform/Default/SerialQueue.cpp
   Platform/Default/WorkerThreads.cpp
   Platform/Group.cpp
   Platform/Once.cpp
   Platform/Platform.cpp
+  Platform/Secret.cpp
   Platform/Value.cpp
   Host/HLVSDKCoreKit/HLVSDKConstants.cpp
   Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.cpp
   Host/Host.cpp
+  Matching/CardIndex.cpp
   Matching/HLVSDKPaylevenPaymentInstrumentFinder.cpp
   Models/HLVSDKAddPaylevenCreditCardRequestInfo.cpp
   Models/HLVSDKPLVPaymentInstrument.cpp
@@ -38,6 +39,22 @@ target_include_directories(HLVSDKPaylevenKit
   PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/HLVSDKPaylevenKit>)
 target_link_libraries(HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_flags> $<BUILD_INTERFACE:hlv_asio> PUBLIC Threads::Threads)
+  PRIVATE $<BUILD_INTERFACE:hlv_flags> PUBLIC Threads::Threads)
 set_target_properties(HLVSDKPaylevenKit PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+
+# A shared kit is optimised as a whole, binds its own calls and shows its own names only. Packed
+# relocations need a loader that knows them (glibc 2.36); a linker without them does without.
+if(BUILD_SHARED_LIBS)
+  include(CheckIPOSupported)
+  include(CheckLinkerFlag)
+  check_ipo_supported(RESULT can_optimise_as_a_whole OUTPUT ignored LANGUAGES CXX)
+  check_linker_flag(CXX LINKER:-z,pack-relative-relocs can_pack_relocations)
+  set(exported_names ${PROJECT_SOURCE_DIR}/cmake/ExportedNames.map)
+  set_target_properties(HLVSDKPaylevenKit PROPERTIES
+    INTERPROCEDURAL_OPTIMIZATION ${can_optimise_as_a_whole} LINK_DEPENDS ${exported_names})
+  target_compile_options(HLVSDKPaylevenKit PRIVATE -fno-semantic-interposition)
+  target_link_options(HLVSDKPaylevenKit PRIVATE
+    LINKER:-Bsymbolic-functions LINKER:--version-script=${exported_names}
+    $<$<BOOL:${can_pack_relocations}>:LINKER:-z,pack-relative-relocs>)
+endif()

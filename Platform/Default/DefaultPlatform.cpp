@@ -12,35 +12,21 @@
 #include "Platform/Default/WorkerThreads.h"
 
 namespace hlv {
-namespace {
-
-/// Wakes the main queue's wait when a block of another queue has finished.
-struct Waker {
-  std::weak_ptr<MainQueue> mainQueue;
-  std::atomic<bool> somebodyWaits{false};
-
-  void wake() {
-    if (!somebodyWaits) return;
-    if (const auto queue = mainQueue.lock()) queue->async([] {});
-  }
-};
-
-}  // namespace
 
 struct DefaultPlatform::State {
-  const std::shared_ptr<MainQueue> mainQueue = std::make_shared<MainQueue>();
-  const std::shared_ptr<Waker> waker = std::make_shared<Waker>();
+  const std::shared_ptr<BlockLine> mainLine = std::make_shared<BlockLine>();
+  const std::shared_ptr<MainQueue> mainQueue = std::make_shared<MainQueue>(mainLine);
   const std::shared_ptr<DefaultNotificationCenter> notificationCenter =
       std::make_shared<DefaultNotificationCenter>();
-  const std::shared_ptr<WorkerThreads> workers = std::make_shared<WorkerThreads>();
+  // Whoever waits for the main queue asks again after every block.
+  const std::shared_ptr<WorkerThreads> workers =
+      std::make_shared<WorkerThreads>([line = mainLine] { line->wake(); });
   // No thread has the empty id: none was adopted.
   std::atomic<std::thread::id> adoptedMainThread{};
 };
 
 std::shared_ptr<DefaultPlatform> DefaultPlatform::make() {
-  auto state = std::make_unique<State>();
-  state->waker->mainQueue = state->mainQueue;
-  return std::shared_ptr<DefaultPlatform>(new DefaultPlatform(std::move(state)));
+  return std::shared_ptr<DefaultPlatform>(new DefaultPlatform);
 }
 
 std::shared_ptr<DefaultPlatform> DefaultPlatform::shared() {
@@ -48,7 +34,7 @@ std::shared_ptr<DefaultPlatform> DefaultPlatform::shared() {
   return platform;
 }
 
-DefaultPlatform::DefaultPlatform(std::unique_ptr<State> state) : state_(std::move(state)) {}
+DefaultPlatform::DefaultPlatform() : state_(std::make_unique<State>()) {}
 
 DefaultPlatform::~DefaultPlatform() = default;
 
@@ -62,8 +48,7 @@ bool DefaultPlatform::isMainThread() const {
 std::shared_ptr<Queue> DefaultPlatform::mainQueue() { return state_->mainQueue; }
 
 std::shared_ptr<Queue> DefaultPlatform::makeSerialQueue(std::string label) {
-  return std::make_shared<SerialQueue>(std::move(label), state_->workers,
-                                       [waker = state_->waker] { waker->wake(); });
+  return std::make_shared<SerialQueue>(std::move(label), state_->workers);
 }
 
 std::shared_ptr<NotificationCenter> DefaultPlatform::notificationCenter() {
@@ -72,13 +57,16 @@ std::shared_ptr<NotificationCenter> DefaultPlatform::notificationCenter() {
 
 void DefaultPlatform::adoptMainThread() { state_->adoptedMainThread = std::this_thread::get_id(); }
 
-std::size_t DefaultPlatform::runPending() { return state_->mainQueue->runPending(); }
+std::size_t DefaultPlatform::runPending() {
+  std::size_t ran = 0;
+  const auto line = state_->mainLine;  // A block may let go of the platform.
+  while (line->runOne(BlockLine::Wait::no)) ++ran;
+  return ran;
+}
 
 void DefaultPlatform::runUntil(const std::function<bool()>& done) {
-  // A block that is pumped here may wait in turn.
-  const bool outerWaits = state_->waker->somebodyWaits.exchange(true);
-  while (!done()) state_->mainQueue->runOne();
-  state_->waker->somebodyWaits = outerWaits;
+  const auto line = state_->mainLine;
+  while (!done()) line->runOne(BlockLine::Wait::forBlock);
 }
 
 void DefaultPlatform::setPostHook(std::function<void()> hook) {
@@ -86,7 +74,8 @@ void DefaultPlatform::setPostHook(std::function<void()> hook) {
 }
 
 bool DefaultPlatform::isIdle() const {
-  return state_->mainQueue->isIdle() && state_->workers->context()->unfinished == 0;
+  // In this order: the last block of a serial queue may have posted to the main queue.
+  return state_->workers->isIdle() && state_->mainLine->isIdle();
 }
 
 }  // namespace hlv

@@ -51,7 +51,7 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
 
  private:
   struct State;
-  explicit DefaultPlatform(std::unique_ptr<State> state);
+  DefaultPlatform();
 
   const std::unique_ptr<State> state_;
 };

@@ -1,34 +1,33 @@
 // The main queue that the app pumps. Private to this folder.
 #pragma once
 
-#include <asio/executor_work_guard.hpp>
-#include <functional>
-#include <mutex>
+#include <memory>
+#include <string>
+#include <utility>
 
-#include "Platform/Default/BlockContext.h"
-#include "Platform/Queue.h"
+#include "Platform/Default/BlockLine.h"
+#include "Platform/SharedSlot.h"
 
 namespace hlv {
 
-/// Threading: as Queue; `runPending` and `runOne` on the main thread, where a running block may
-/// call them too.
+/// Its blocks have no lane: a running one may pump the queue in turn.
+///
+/// Threading: as Queue.
 class MainQueue final : public Queue {
  public:
-  ~MainQueue() override;
-  void async(Block block) override;
+  explicit MainQueue(std::weak_ptr<BlockLine> line) : line_(std::move(line)) {}
   std::string label() const override { return "main"; }
-
-  std::size_t runPending();
-  /// Waits for a block and runs it.
-  void runOne();
-  void setPostHook(std::function<void()> hook);
-  bool isIdle() const { return context_.unfinished == 0; }
+  void async(Block block) override {
+    const auto line = line_.lock();
+    if (!line) return;
+    line->post(std::move(block));
+    if (const auto hook = hook_.load(); hook && *hook) (*hook)();
+  }
+  void setPostHook(Block hook) { hook_.store(std::make_shared<const Block>(std::move(hook))); }
 
  private:
-  BlockContext context_;
-  asio::executor_work_guard<asio::io_context::executor_type> stayReady_{context_.get_executor()};
-  std::mutex hookMutex_;
-  std::function<void()> hook_;
+  const std::weak_ptr<BlockLine> line_;
+  SharedSlot<const Block> hook_;
 };
 
 }  // namespace hlv

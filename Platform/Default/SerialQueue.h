@@ -1,32 +1,32 @@
 // A labelled serial queue on the shared threads. Private to this folder.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Platform/Default/WorkerThreads.h"
-#include "Platform/Queue.h"
 
 namespace hlv {
 
+/// A lane on threads that belong to the platform: a queue that is freed in a block of its own never
+/// waits for the thread it runs on.
+///
 /// Threading: as Queue.
 class SerialQueue final : public Queue {
  public:
-  /// `finished` is called after every block, on the block's thread.
-  SerialQueue(std::string label, const std::shared_ptr<WorkerThreads>& workers,
-              std::function<void()> finished);
-  void async(Block block) override;
+  SerialQueue(std::string label, std::weak_ptr<WorkerThreads> workers)
+      : label_(std::move(label)), workers_(std::move(workers)) {}
   std::string label() const override { return label_; }
+  void async(Block block) override {
+    // The block may free this queue before the call returns.
+    if (const auto workers = workers_.lock()) workers->post(std::move(block), lane_);
+  }
 
  private:
   const std::string label_;
-  // The context outlives the strand; the threads belong to the platform, so that a queue which is
-  // freed in a block of its own never waits for the thread it runs on.
-  const std::shared_ptr<BlockContext> context_;
   const std::weak_ptr<WorkerThreads> workers_;
-  const std::function<void()> finished_;
-  asio::strand<asio::io_context::executor_type> strand_;
+  const std::shared_ptr<BlockLine::Lane> lane_ = std::make_shared<BlockLine::Lane>();
 };
 
 }  // namespace hlv

@@ -4,32 +4,24 @@
 
 namespace hlv {
 
-WorkerThreads::WorkerThreads()
-    : context_(std::make_shared<BlockContext>()), stayReady_(context_->get_executor()) {}
-
 WorkerThreads::~WorkerThreads() {
-  stayReady_.reset();
-  context_->stop();
+  line_->close();
   for (auto& thread : threads_) {
-    if (thread.get_id() == std::this_thread::get_id()) {
-      thread.detach();
-    } else {
-      thread.join();
-    }
+    const bool isThisOne = thread.get_id() == std::this_thread::get_id();
+    isThisOne ? thread.detach() : thread.join();
   }
-  context_->abandon();
 }
 
-void WorkerThreads::start() {
-  std::call_once(started_, [this] {
-    constexpr int count = 2;
-    for (int i = 0; i < count; ++i) {
-      threads_.emplace_back([context = context_] {
-        pthread_setname_np(pthread_self(), "serial-queue");
-        context->run();
-      });
-    }
-  });
+void WorkerThreads::post(Block block, std::shared_ptr<BlockLine::Lane> lane) {
+  line_->post(std::move(block), std::move(lane));
+  constexpr std::size_t count = 2;
+  const std::lock_guard lock(starting_);
+  while (threads_.size() < count) {
+    threads_.emplace_back([line = line_, finished = finished_] {
+      pthread_setname_np(pthread_self(), "serial-queue");
+      while (line->runOne(BlockLine::Wait::forBlock)) finished();
+    });
+  }
 }
 
 }  // namespace hlv

@@ -1,34 +1,34 @@
 // The threads that serial queues share. Private to this folder.
 #pragma once
 
-#include <asio/executor_work_guard.hpp>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
-#include "Platform/Default/BlockContext.h"
+#include "Platform/Default/BlockLine.h"
 
 namespace hlv {
 
-/// Two threads, so that one slow block does not hold up every queue; none before `start`.
+/// Two threads, so that one slow block does not hold up every queue; none before the first block.
 ///
 /// Threading: any; it may be destroyed on one of its own threads.
 class WorkerThreads {
  public:
-  WorkerThreads();
+  /// `finished` is called after every block, on the block's thread.
+  explicit WorkerThreads(std::function<void()> finished) : finished_(std::move(finished)) {}
   ~WorkerThreads();
-  WorkerThreads(const WorkerThreads&) = delete;
-  WorkerThreads& operator=(const WorkerThreads&) = delete;
 
-  void start();
-  const std::shared_ptr<BlockContext>& context() const { return context_; }
+  void post(Block block, std::shared_ptr<BlockLine::Lane> lane);
+  bool isIdle() const { return line_->isIdle(); }
 
  private:
-  const std::shared_ptr<BlockContext> context_;
-  asio::executor_work_guard<asio::io_context::executor_type> stayReady_;
-  std::once_flag started_;
+  // A thread on which this object is destroyed goes on without it to the end of its block.
+  const std::shared_ptr<BlockLine> line_ = std::make_shared<BlockLine>();
+  const std::function<void()> finished_;
+  std::mutex starting_;
   std::vector<std::thread> threads_;
 };
 

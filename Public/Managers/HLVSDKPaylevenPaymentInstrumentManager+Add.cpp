@@ -1,4 +1,6 @@
 // Adding a card: which way it goes.
+#include <utility>
+
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Platform/Deliver.h"
 #include "Platform/Send.h"
@@ -15,11 +17,11 @@ void HLVSDKPaylevenPaymentInstrumentManager::addPaymentInstrument(
 
   ErrorPtr cardError;
   if (!send(card, &HLVSDKPaymentInstrument::isValid, &cardError)) {
-    deliver(completion, nullptr, nullptr, cardError);
+    deliver(std::move(completion), nullptr, nullptr, cardError);
     return;
   }
   if (!isConnectionAvailable()) {
-    deliverBuilt(completion,
+    deliverBuilt(std::move(completion),
                  [](Delivery) { return std::tuple(nullptr, nullptr, noConnectionError()); });
     return;
   }

@@ -43,10 +43,10 @@ class BackendAnswers {
     card_ = firstError_ ? nullptr : card;
   }
 
-  void deliverTo(const HLVSDKGuestCardCompletion& completion,
+  void deliverTo(HLVSDKGuestCardCompletion completion,
                  const std::shared_ptr<HLVSDKGuest>& guest) const {
     // Both answers have left the group; nothing writes any more.
-    deliver(completion, guest, card_, firstError_);
+    deliver(std::move(completion), guest, card_, firstError_);
   }
 
  private:
@@ -69,7 +69,7 @@ struct FirstCard {
 
   /// Stores the token on the guest and registers the card, neither waiting for the other. Without
   /// the manager no request goes out, the group never empties, and nobody hears of it.
-  void registerAtBackend(const NullableString& token) const {
+  void registerAtBackend(const NullableString& token) {
     const auto strongManager = manager.lock();
     const auto apiManager = send(strongManager, &Manager::apiManager);
     const auto answers = std::make_shared<BackendAnswers>();
@@ -95,10 +95,10 @@ struct FirstCard {
            group->leave();
          }));
 
-    group->notify(Platform::current()->mainQueue(),
-                  [answers, guest = guest, completion = completion] {
-                    answers->deliverTo(completion, guest);
-                  });
+    group->notify(Platform::current()->mainQueue(), [answers, guest = std::move(guest),
+                                                     completion = std::move(completion)]() mutable {
+      answers->deliverTo(std::move(completion), guest);
+    });
   }
 };
 
@@ -108,26 +108,23 @@ void Manager::addFirstPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstr
                                         const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
                                         const std::shared_ptr<HLVSDKGuest>& guest,
                                         HLVSDKGuestCardCompletion completion) {
-  auto firstCard = std::make_shared<const FirstCard>(
-      FirstCard{weak_from_this(), guest, card, address, completion});
-
   addFirstPaymentInstrumentToPayleven(
       card, send(guest, &HLVSDKGuest::email),
-      [completion, card, firstCard](
+      [firstCard = FirstCard{weak_from_this(), guest, card, address, std::move(completion)}](
           const NullableString& token,
           const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
-          const ErrorPtr& error) {
+          const ErrorPtr& error) mutable {
         if (error) {
-          deliver(completion, nullptr, nullptr, error);
+          deliver(std::move(firstCard.completion), nullptr, nullptr, error);
           return;
         }
         const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
         if (identifier) {
-          send(card, &HLVSDKPaymentInstrument::setExternalIdentifier, identifier);
-          firstCard->registerAtBackend(token);
+          send(firstCard.card, &HLVSDKPaymentInstrument::setExternalIdentifier, identifier);
+          firstCard.registerAtBackend(token);
           return;
         }
-        deliverBuilt(completion, [](Delivery delivery) {
+        deliverBuilt(std::move(firstCard.completion), [](Delivery delivery) {
           return std::tuple(
               nullptr, nullptr,
               missingIdentifierError(HLV_HERE(functionName(addFirstMethod, delivery))));
@@ -142,16 +139,16 @@ void Manager::addFirstPaymentInstrumentToPayleven(
   const auto useCase = send(card, &HLVSDKPaymentInstrument::instrumentUseCaseString);
 
   send(paymentClient(), &PLVInAppClient::createUserToken, email, instrument, useCase,
-       answerOnce([completion, card, weakManager = weak_from_this()](const NullableString& token,
-                                                                     const ErrorPtr& error) {
+       answerOnce([completion = std::move(completion), card, weakManager = weak_from_this()](
+                      const NullableString& token, const ErrorPtr& error) mutable {
          if (error) {
-           deliverProviderError(completion, std::nullopt, error);
+           deliverProviderError(std::move(completion), std::nullopt, error);
          } else if (token) {
            send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token,
-                completion);
+                std::move(completion));
          } else {
            HLVSDKAsserts::handleParameterAssert("userToken", std::nullopt);
-           deliverBuilt(completion, [](Delivery delivery) {
+           deliverBuilt(std::move(completion), [](Delivery delivery) {
              return std::tuple(
                  std::nullopt, nullptr,
                  requiredArgumentError("userToken", std::nullopt,

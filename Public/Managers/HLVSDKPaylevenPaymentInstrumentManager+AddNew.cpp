@@ -34,14 +34,14 @@ void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrum
                                       HLVSDKGuestCardCompletion completion) {
   addNewPaymentInstrumentToPayleven(
       card, send(guest, &HLVSDKGuest::paylevenToken),
-      [completion, card, guest, address, weakManager = weak_from_this()](
+      [completion = std::move(completion), card, guest, address, weakManager = weak_from_this()](
           const NullableString& token,
           const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
-          const ErrorPtr& providerError) {
+          const ErrorPtr& providerError) mutable {
         const auto manager = weakManager.lock();
         if (providerError) {
           logFailure(HLV_HERE(functionName(addNewMethod, 1)), providerError);
-          deliver(completion, nullptr, nullptr, providerError);
+          deliver(std::move(completion), nullptr, nullptr, providerError);
           return;
         }
         const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
@@ -49,7 +49,7 @@ void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrum
           log(LogLevel::failure, HLV_HERE(functionName(addNewMethod, 1)),
               "Failed to add new payment instrument. Added instrument to external payment system "
               "doesn't have identifier");
-          deliverBuilt(completion, [](Delivery delivery) {
+          deliverBuilt(std::move(completion), [](Delivery delivery) {
             return std::tuple(
                 nullptr, nullptr,
                 missingIdentifierError(HLV_HERE(functionName(addNewMethod, delivery, 1))));
@@ -61,19 +61,19 @@ void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrum
             HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, token);
         send(send(manager, &Manager::apiManager), &HLVSDKAPIManager::addCreditCardForGuest, guest,
              request,
-             answerOnce(
-                 [completion, providerError](const std::shared_ptr<HLVSDKGuest>& backendGuest,
-                                             const std::shared_ptr<HLVSDKCreditCard>& backendCard,
-                                             const ErrorPtr& backendError) {
-                   // By design it is the provider's error that counts here, and there was none: a
-                   // registration that the backend refuses is reported without an error.
-                   if (providerError) {
-                     logFailure(HLV_HERE(functionName(addNewMethod, 2)), backendError);
-                     deliver(completion, nullptr, nullptr, backendError);
-                     return;
-                   }
-                   deliver(completion, backendGuest, backendCard, nullptr);
-                 }));
+             answerOnce([completion = std::move(completion), providerError](
+                            const std::shared_ptr<HLVSDKGuest>& backendGuest,
+                            const std::shared_ptr<HLVSDKCreditCard>& backendCard,
+                            const ErrorPtr& backendError) mutable {
+               // By design it is the provider's error that counts here, and there was none: a
+               // registration that the backend refuses is reported without an error.
+               if (providerError) {
+                 logFailure(HLV_HERE(functionName(addNewMethod, 2)), backendError);
+                 deliver(std::move(completion), nullptr, nullptr, backendError);
+                 return;
+               }
+               deliver(std::move(completion), backendGuest, backendCard, nullptr);
+             }));
       });
 }
 
@@ -84,12 +84,14 @@ void Manager::addNewPaymentInstrumentToPayleven(
   const auto useCase = send(card, &HLVSDKPaymentInstrument::instrumentUseCaseString);
 
   send(paymentClient(), &PLVInAppClient::addPaymentInstrument, instrument, token, useCase,
-       answerOnce([completion, card, token, weakManager = weak_from_this()](const ErrorPtr& error) {
+       answerOnce([completion = std::move(completion), card, token,
+                   weakManager = weak_from_this()](const ErrorPtr& error) mutable {
          if (error) {
-           deliverProviderError(completion, std::nullopt, error);
+           deliverProviderError(std::move(completion), std::nullopt, error);
            return;
          }
-         send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token, completion);
+         send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token,
+              std::move(completion));
        }));
 }
 

@@ -1,5 +1,7 @@
 // Confirming an added card: the provider's answer to an add names no instrument, so it is looked
 // for among those that are stored now.
+#include <utility>
+
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/Halvo_Errors/HLVErrorDomains.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
@@ -20,9 +22,9 @@ constexpr const char* processMethod =
 /// Reports a missing argument to the assertion handler and then, with the token that there is, to
 /// the completion.
 void refuse(const char* argument, const NullableString& token,
-            const HLVSDKPaylevenInstrumentCompletion& completion) {
+            HLVSDKPaylevenInstrumentCompletion completion) {
   HLVSDKAsserts::handleParameterAssert(argument, std::nullopt);
-  deliverBuilt(completion, [argument, token](Delivery delivery) {
+  deliverBuilt(std::move(completion), [argument, token](Delivery delivery) {
     return std::tuple(token, nullptr,
                       requiredArgumentError(argument, std::nullopt,
                                             HLV_HERE(functionName(processMethod, delivery))));
@@ -32,9 +34,9 @@ void refuse(const char* argument, const NullableString& token,
 }  // namespace
 
 void HLVSDKPaylevenPaymentInstrumentManager::deliverProviderError(
-    const HLVSDKPaylevenInstrumentCompletion& completion, const NullableString& token,
+    HLVSDKPaylevenInstrumentCompletion completion, const NullableString& token,
     const ErrorPtr& error) {
-  deliverBuilt(completion, [token, error](Delivery) {
+  deliverBuilt(std::move(completion), [token, error](Delivery) {
     return std::tuple(token, nullptr, paymentProviderError(error));
   });
 }
@@ -42,16 +44,16 @@ void HLVSDKPaylevenPaymentInstrumentManager::deliverProviderError(
 void HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument(
     const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& paylevenToken,
     HLVSDKPaylevenInstrumentCompletion completion) {
-  if (!card) return refuse("paymentInstrument", paylevenToken, completion);
-  if (!paylevenToken) return refuse("paylevenToken", std::nullopt, completion);
+  if (!card) return refuse("paymentInstrument", paylevenToken, std::move(completion));
+  if (!paylevenToken) return refuse("paylevenToken", std::nullopt, std::move(completion));
 
   send(paymentClient(), &PLVInAppClient::getPaymentInstrumentsList, paylevenToken,
        card->instrumentUseCaseString(),
-       answerOnce([completion, token = paylevenToken, card](
+       answerOnce([completion = std::move(completion), token = paylevenToken, card](
                       const NullableList<PLVCreditCardPaymentInstrument>& instruments,
-                      const ErrorPtr& error) {
+                      const ErrorPtr& error) mutable {
          if (error) {
-           deliverProviderError(completion, token, error);
+           deliverProviderError(std::move(completion), token, error);
            return;
          }
          const auto instrument =
@@ -62,10 +64,10 @@ void HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument(
            const auto invalid = send(
                HLVErrorFacade::make(), &HLVErrorFacade::errorWithCode, 5, HLVPaymentErrorDomain(),
                "Failed to add payment instrument. Payment instrument information is invalid");
-           deliver(completion, std::nullopt, nullptr, invalid);
+           deliver(std::move(completion), std::nullopt, nullptr, invalid);
            return;
          }
-         deliver(completion, token, instrument, nullptr);
+         deliver(std::move(completion), token, instrument, nullptr);
        }));
 }
 

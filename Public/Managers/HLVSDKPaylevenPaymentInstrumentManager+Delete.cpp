@@ -25,10 +25,9 @@ constexpr const char* deleteMethod =
 
 /// Reports a missing argument to the assertion handler and then to the completion, which by design
 /// may be told another name.
-void refuse(const char* assertedName, const char* reportedName,
-            const HLVSDKGuestCompletion& completion) {
+void refuse(const char* assertedName, const char* reportedName, HLVSDKGuestCompletion completion) {
   HLVSDKAsserts::handleParameterAssert(assertedName, std::nullopt);
-  deliverBuilt(completion, [reportedName](Delivery delivery) {
+  deliverBuilt(std::move(completion), [reportedName](Delivery delivery) {
     return std::tuple(nullptr,
                       requiredArgumentError(reportedName, std::nullopt,
                                             HLV_HERE(functionName(deleteMethod, delivery))));
@@ -52,17 +51,19 @@ struct ProviderRemoval {
   std::shared_ptr<HLVSDKGuest> updatedGuest;
   HLVSDKGuestCompletion completion;
 
-  void removeFrom(const NullableList<PLVCreditCardPaymentInstrument>& instruments) const {
+  void removeFrom(const NullableList<PLVCreditCardPaymentInstrument>& instruments) {
     const auto instrument = HLVSDKPaylevenPaymentInstrumentFinder::findPaylevenPaymentInstrumentIn(
         instruments, send(card, &Card::lastFourDigits), send(card, &Card::brand));
     if (!instrument) {
-      deliver(completion, updatedGuest, nullptr);
+      deliver(std::move(completion), updatedGuest, nullptr);
       return;
     }
     send(manager->paymentClient(), &PLVInAppClient::removePaymentInstrument, instrument, useCase,
          send(updatedGuest, &HLVSDKGuest::paylevenToken),
-         answerOnce([completion = completion, updatedGuest = updatedGuest](const ErrorPtr& error) {
-           deliver(completion, updatedGuest, error ? paymentProviderError(error) : nullptr);
+         answerOnce([completion = std::move(completion),
+                     updatedGuest = updatedGuest](const ErrorPtr& error) mutable {
+           deliver(std::move(completion), updatedGuest,
+                   error ? paymentProviderError(error) : nullptr);
          }));
   }
 };
@@ -75,50 +76,51 @@ void Manager::deletePaymentInstrumentWithID(const NullableString& ID, const Null
   refreshConnection();
 
   if (!send(guest, &HLVSDKGuest::paylevenToken)) {
-    return refuse("guest.paylevenToken", "paymentToken", completion);
+    return refuse("guest.paylevenToken", "paymentToken", std::move(completion));
   }
-  if (!ID) return refuse("halvoID", "halvoID", completion);
-  if (!useCase) return refuse("useCase", "useCase", completion);
+  if (!ID) return refuse("halvoID", "halvoID", std::move(completion));
+  if (!useCase) return refuse("useCase", "useCase", std::move(completion));
 
   const auto card = firstCardWithID(guest, ID);
   if (!card) {
     const auto unknownCard = requiredArgumentError(
         "existedCard", "Given guest must have credit card with the given halvoID",
         HLV_HERE(deleteMethod));
-    deliver(completion, nullptr, unknownCard);
+    deliver(std::move(completion), nullptr, unknownCard);
     return;
   }
   if (!isConnectionAvailable()) {
-    deliverBuilt(completion, [](Delivery) { return std::tuple(nullptr, noConnectionError()); });
+    deliverBuilt(std::move(completion),
+                 [](Delivery) { return std::tuple(nullptr, noConnectionError()); });
     return;
   }
 
   send(apiManager(), &HLVSDKAPIManager::deleteCreditCardWithID, ID, guest,
-       answerOnce(
-           [completion, useCase, card, weakManager = weak_from_this()](
-               const std::shared_ptr<HLVSDKGuest>& updatedGuest, const ErrorPtr& backendError) {
-             if (backendError) {
-               deliver(completion, nullptr, backendError);
-               return;
-             }
-             const auto manager = weakManager.lock();
-             if (!manager) return;
+       answerOnce([completion = std::move(completion), useCase, card,
+                   weakManager = weak_from_this()](const std::shared_ptr<HLVSDKGuest>& updatedGuest,
+                                                   const ErrorPtr& backendError) mutable {
+         if (backendError) {
+           deliver(std::move(completion), nullptr, backendError);
+           return;
+         }
+         const auto manager = weakManager.lock();
+         if (!manager) return;
 
-             const ProviderRemoval removal{manager, card, useCase, updatedGuest, completion};
-             send(manager->paymentClient(), &PLVInAppClient::getPaymentInstrumentsList,
-                  send(updatedGuest, &HLVSDKGuest::paylevenToken), useCase,
-                  answerOnce([removal, backendError](
-                                 const NullableList<PLVCreditCardPaymentInstrument>& instruments,
-                                 const ErrorPtr& listError) {
-                    // By design it is the backend's error that counts here, and there was none: a
-                    // list that failed goes on as it came, and finds nothing to remove.
-                    if (backendError) {
-                      deliver(removal.completion, nullptr, paymentProviderError(listError));
-                      return;
-                    }
-                    removal.removeFrom(instruments);
-                  }));
-           }));
+         ProviderRemoval removal{manager, card, useCase, updatedGuest, std::move(completion)};
+         send(manager->paymentClient(), &PLVInAppClient::getPaymentInstrumentsList,
+              send(updatedGuest, &HLVSDKGuest::paylevenToken), useCase,
+              answerOnce([removal = std::move(removal), backendError](
+                             const NullableList<PLVCreditCardPaymentInstrument>& instruments,
+                             const ErrorPtr& listError) mutable {
+                // By design it is the backend's error that counts here, and there was none: a
+                // list that failed goes on as it came, and finds nothing to remove.
+                if (backendError) {
+                  deliver(std::move(removal.completion), nullptr, paymentProviderError(listError));
+                  return;
+                }
+                removal.removeFrom(instruments);
+              }));
+       }));
 }
 
 }  // namespace hlv

@@ -145,7 +145,7 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
 
   void refreshConnection();
   /// Reports the token that there is and the wrapped error; wraps it at delivery time.
-  static void deliverProviderError(const HLVSDKPaylevenInstrumentCompletion& completion,
+  static void deliverProviderError(HLVSDKPaylevenInstrumentCompletion completion,
                                    const NullableString& token, const ErrorPtr& error);
 
   std::shared_ptr<HLVSDKReachability> reachability_;

@@ -1,12 +1,12 @@
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
-#include <algorithm>
 #include <mutex>
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/Halvo_Meta/HLVUtilities.h"
+#include "Matching/CardIndex.h"
 #include "Platform/AnswerOnce.h"
 #include "Platform/Deliver.h"
 #include "Platform/Group.h"
@@ -33,22 +33,14 @@ constexpr const char* creationLabel =
 // Differs from the label above on purpose: it tells a queue that was made late.
 constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
 
-bool standsFor(const std::shared_ptr<Card>& card, const std::shared_ptr<Pair>& pair) {
-  const auto instrument = send(pair, &Pair::paymentInstrument);
-  if (const auto externalIdentifier = send(card, &Card::externalIdentifier)) {
-    return isEqualToString(externalIdentifier, send(instrument, &Instrument::identifier));
-  }
-  return hasSuffix(send(instrument, &Instrument::pan), send(card, &Card::lastFourDigits)) &&
-         isEqualToString(send(instrument, &Instrument::cardBrand), send(card, &Card::brand)) &&
-         isEqualToString(send(pair, &Pair::useCase), send(card, &Card::useCase));
-}
-
 /// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
 class ProviderLists {
  public:
   void take(const NullableList<Instrument>& instruments, const NullableString& useCase) {
+    if (!instruments) return;
     const std::lock_guard lock(mutex_);
-    for (const auto& instrument : instruments.value_or(List<Instrument>())) {
+    pairs_.reserve(pairs_.size() + instruments->size());
+    for (const auto& instrument : *instruments) {
       HLVUtilities::array(pairs_, Pair::initWithPaymentInstrument(instrument, useCase));
     }
   }
@@ -59,12 +51,12 @@ class ProviderLists {
   }
 
   /// Once every answer has come.
-  void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) const {
+  void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) {
     if (!completion) return;
     if (error_) {
       completion(std::nullopt, error_);
     } else {
-      completion(pairs_, nullptr);
+      completion(std::move(pairs_), nullptr);
     }
   }
 
@@ -163,20 +155,20 @@ void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<H
   group->notify(synchronizationQueue(), [self = shared_from_this(), run] { self->finish(*run); });
 
   fetchAllPaylevenPaymentInstrumentsForGuest(
-      guest, [run, group](const NullableList<Pair>& instruments, const ErrorPtr& error) {
+      guest, [run, group](NullableList<Pair> instruments, const ErrorPtr& error) {
         if (error) {
           run->fail(error);
         } else {
-          run->providerInstruments = instruments;
+          run->providerInstruments = std::move(instruments);
         }
         group->leave();
       });
   send(apiManager(), &HLVSDKAPIManager::fetchGuestCreditCards, guest,
-       answerOnce([run, group](const NullableList<Card>& cards, const ErrorPtr& error) {
+       answerOnce([run, group](NullableList<Card> cards, const ErrorPtr& error) {
          if (error) {
            run->fail(error);
          } else {
-           run->guestCards = cards;
+           run->guestCards = std::move(cards);
          }
          group->leave();
        }));
@@ -204,15 +196,16 @@ void Synchronizer::finish(const Run& run) {
 }
 
 void Synchronizer::removeOrphans(const Run& run) {
+  const CardIndex cards(run.guestCards);
   for (const auto& pair : *run.providerInstruments) {
-    if (isCreditCardExistsInArray(run.guestCards, pair)) continue;
     const auto instrument = send(pair, &Pair::paymentInstrument);
+    const auto useCase = send(pair, &Pair::useCase);
+    if (cards.hasCardFor(instrument, useCase)) continue;
     log(LogLevel::workAboutToStart, HLV_HERE(functionName(synchronizeMethod, 1)),
         "Will remove payment instrument with identifier %@ from external payment system",
         {send(instrument, &Instrument::identifier)});
-    send(paylevenClient(), &PLVInAppClient::removePaymentInstrument, instrument,
-         send(pair, &Pair::useCase), run.guest->paylevenToken(),
-         answerOnce([](const ErrorPtr& error) {
+    send(paylevenClient(), &PLVInAppClient::removePaymentInstrument, instrument, useCase,
+         run.guest->paylevenToken(), answerOnce([](const ErrorPtr& error) {
            const auto function = functionName(synchronizeMethod, 2);
            if (error) {
              log(LogLevel::outcome, HLV_HERE(function),
@@ -229,8 +222,8 @@ void Synchronizer::removeOrphans(const Run& run) {
 bool Synchronizer::isCreditCardExistsInArray(
     const NullableList<HLVSDKCreditCard>& cards,
     const std::shared_ptr<HLVSDKPLVPaymentInstrument>& paymentInstrument) const {
-  return cards && std::any_of(cards->begin(), cards->end(),
-                              [&](const auto& card) { return standsFor(card, paymentInstrument); });
+  return CardIndex(cards).hasCardFor(send(paymentInstrument, &Pair::paymentInstrument),
+                                     send(paymentInstrument, &Pair::useCase));
 }
 
 void Synchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(

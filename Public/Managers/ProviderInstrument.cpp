@@ -1,5 +1,6 @@
 #include "Public/Managers/ProviderInstrument.h"
 
+#include "Platform/Secret.h"
 #include "Platform/Send.h"
 
 namespace hlv {
@@ -7,9 +8,11 @@ namespace hlv {
 std::shared_ptr<PLVCreditCardPaymentInstrument> makeProviderInstrument(
     const std::shared_ptr<HLVSDKPaymentInstrument>& card) {
   using Card = HLVSDKPaymentInstrument;
+  const Secret pan(card, &Card::pan);
+  const Secret cvv(card, &Card::cvv);
   return PLVPaymentInstrument::createCreditCardPaymentInstrumentWithPan(
-      send(card, &Card::pan), send(card, &Card::expiryMonth), send(card, &Card::expiryYear),
-      send(card, &Card::cvv), send(card, &Card::cardHolder));
+      pan.text(), send(card, &Card::expiryMonth), send(card, &Card::expiryYear), cvv.text(),
+      send(card, &Card::cardHolder));
 }
 
 }  // namespace hlv

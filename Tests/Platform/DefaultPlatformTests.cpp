@@ -128,7 +128,7 @@ TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
   });
   running.get_future().wait();
   queue->async([held, queue] {});
-  alone->mainQueue()->async([held] {});
+  alone->mainQueue()->async([held, main = alone->mainQueue()] {});
   // The platform goes away while a block still runs, and waits for it.
   std::thread release([&] { mayRun.set_value(); });
   alone.reset();
