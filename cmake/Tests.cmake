@@ -6,7 +6,7 @@ function(hlv_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE hlv_flags ${arg_LIBRARIES} GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS ${name})
 endfunction()
 
 hlv_add_tests(PlatformTests
@@ -18,27 +18,35 @@ hlv_add_tests(PlatformTests
 hlv_add_tests(KitTests
   SOURCES
     Tests/Support/ScriptedHost.cpp
-    Tests/Kit/AddDispatchTests.cpp
-    Tests/Kit/AddFirstTests.cpp
-    Tests/Kit/AddNewTests.cpp
-    Tests/Kit/ConfirmTests.cpp
-    Tests/Kit/DeleteTests.cpp
     Tests/Kit/EnablingTests.cpp
     Tests/Kit/EntryPointTests.cpp
     Tests/Kit/FinderTests.cpp
-    Tests/Kit/InsideTheCallTests.cpp
     Tests/Kit/KitConfigurationTests.cpp
     Tests/Kit/ManagerCoreTests.cpp
     Tests/Kit/ModelsTests.cpp
     Tests/Kit/NoHostTests.cpp
     Tests/Kit/SynchronizerTests.cpp
-    Tests/Kit/ThreadTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
+hlv_add_tests(SecrecyTests
+  SOURCES
+    Tests/Secrecy/CardDataSearch.cpp
+    Tests/Secrecy/CardDataSearchTests.cpp
+    Tests/Secrecy/ProcessMemory.cpp
+    Tests/Secrecy/ProcessMemoryTests.cpp
+    Tests/Support/ScriptedHost.cpp
+  LIBRARIES HLVSDKPaylevenKit)
+hlv_add_tests(StressTests
+  SOURCES
+    Tests/Stress/StressHost.cpp
+    Tests/Stress/StressTests.cpp
+    Tests/Support/ScriptedHost.cpp
+  LIBRARIES HLVSDKPaylevenKit hlv_asio)
 hlv_add_tests(HouseTests
   SOURCES Tests/House/IncludeArrowTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 target_compile_definitions(HouseTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 
+include(cmake/Explorer.cmake)
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   include(cmake/SandboxTests.cmake)
   include(cmake/ToolTests.cmake)

@@ -46,20 +46,5 @@ TEST_F(EntryPointTest, EveryCallReachesTheManagerOfTheInstanceOfTheMoment) {
   }
 }
 
-TEST_F(EntryPointTest, TheHostMayReleaseTheKitInsideACompletion) {
-  HLVSDKPayleven::setSharedInstance(makeKit());
-  door->addPaymentInstrument(card, address, guest, [&](auto, auto, auto) {
-    HLVSDKPayleven::resetSharedInstance();
-    ++outcome.count;
-  });
-  provider.tokens.answer("tok", nullptr);
-  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument}, nullptr);
-  backend.guestUpdates.answer(nullptr, nullptr);
-  backend.cardAdds.answer(nullptr, backendCard, nullptr);
-  platform->runEverything();
-  EXPECT_EQ(outcome.count, 1);
-  EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), nullptr);
-}
-
 }  // namespace
 }  // namespace hlv::testing

@@ -66,14 +66,12 @@ TEST_F(ManagerCoreTest, AnUpdateSendsThePresentFieldsUnderTheHostsKeysAndNothing
   EXPECT_EQ(backend.lastAddress, Dictionary());
 }
 
-TEST_F(ManagerCoreTest, AnUpdateHandsTheCompletionOverUnwrapped) {
-  manager->updatePaymentInstrument("card-1", address, guest, guestCard());
-  const auto completion = backend.cardUpdates.take();
-  platform->offMain([&] { completion(updatedGuest, backendCard, makeError("refused")); });
-  EXPECT_EQ(told(), "1x guest another, card backend's, error refused");
-  EXPECT_FALSE(outcome.onMainThread) << "the backend client chooses the thread";
-  completion(nullptr, nullptr, nullptr);
-  EXPECT_EQ(outcome.count, 2) << "and how often it calls";
+TEST_F(ManagerCoreTest, AFurtherCardWithoutATokenIsRefusedByTheConfirmation) {
+  manager->addNewPaymentInstrument(card, address, guest, guestCard());
+  host->takeTrace();
+  provider.adds.answer(nullptr);
+  EXPECT_TRUE(host->takeTrace().starts_with("assert parameter paylevenToken: nil\nremote 1 "));
+  EXPECT_TRUE(madeAs(outcome.error).starts_with("required 'paylevenToken'"));
 }
 
 TEST_F(ManagerCoreTest, WithoutServicesNothingAnswersAndNothingBreaks) {

@@ -27,7 +27,7 @@ struct FakeGuest final : HLVSDKGuest {
   NullableList<HLVSDKCreditCard> creditCards() const override { return cards; }
 };
 
-struct FakeEnteredCard final : HLVSDKPaymentInstrument {
+struct FakeEnteredCard : HLVSDKPaymentInstrument {
   NullableString number = "4111111111111111";
   NullableString month = "09";
   NullableString year = "2031";

@@ -119,6 +119,7 @@ void ScriptedProvider::getPaymentInstrumentsList(const NullableString& userToken
                                                  const NullableString& useCase,
                                                  PLVPaymentInstrumentsCompletion completion) {
   trace_->push_back("provider list " + shown(userToken) + " use case " + shown(useCase));
+  lastUseCase = shown(useCase);
   lists.hold(std::move(completion));
 }
 
@@ -190,8 +191,10 @@ void ScriptedHost::handleParameterAssert(const NullableString& parameter,
 }
 
 std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCreditCardRequestBody(
-    const std::shared_ptr<HLVSDKPaymentInstrument>&,
-    const std::shared_ptr<HLVSDKPaymentBillingAddress>&) {
+    const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
+    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
+  requestedCard = instrument.get();
+  requestedAddress = address.get();
   return requestBody ? std::make_shared<TracingRequestBody>(this) : nullptr;
 }
 

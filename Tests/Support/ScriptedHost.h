@@ -58,6 +58,8 @@ class ScriptedProvider final : public PLVInAppClient {
   HeldFor<PLVUserTokenCompletion>::Type tokens;
   HeldFor<PLVErrorCompletion>::Type adds, removals;
   HeldFor<PLVPaymentInstrumentsCompletion>::Type lists;
+  /// The use case of the last list call.
+  std::string lastUseCase;
 
   void registerWithAPIKey(const NullableString& key) override;
   void createUserToken(const NullableString& email,
@@ -78,7 +80,12 @@ class ScriptedProvider final : public PLVInAppClient {
 
 struct ScriptedReachability final : HLVSDKReachability {
   std::int64_t state = 1;
-  std::int64_t currentState() const override { return state; }
+  /// Where the question is written down, if anywhere.
+  Trace* trace = nullptr;
+  std::int64_t currentState() const override {
+    if (trace) trace->push_back("network asked");
+    return state;
+  }
 };
 
 struct ScriptedSession final : HLVSession {
@@ -97,6 +104,9 @@ class ScriptedHost final : public Host {
   /// The host's add-card body and its own verdict; no body makes the base initialiser fail.
   std::shared_ptr<Dictionary> requestBody;
   ErrorPtr requestError;
+  /// What the last request was made of; only to compare with.
+  const void* requestedCard = nullptr;
+  const void* requestedAddress = nullptr;
   /// The provider value that the last request was marked with.
   std::int64_t requestProvider = -1;
 

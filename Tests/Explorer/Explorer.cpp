@@ -1,0 +1,180 @@
+// Explores every order of events that a scenario has. Exit status 1 when a history is not as it
+// must be, or when the number of histories is not the one on record.
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <new>
+#include <sstream>
+
+#include "Tests/Explorer/Exploration.h"
+
+namespace {
+
+using namespace hlv::testing;
+
+struct Options {
+  Exploration::Limits limits;
+  unsigned jobs = 2;
+  bool stopAtFirstFailure = false;
+  std::string replay;
+  std::vector<std::string> scenarios;
+};
+
+/// What the workers and their parent share.
+struct Board {
+  std::atomic<std::size_t> next{0};
+  std::atomic<bool> stop{false};
+  Exploration::Progress lines[256];
+
+  std::uint64_t total() const {
+    std::uint64_t total = 0;
+    for (const auto& line : lines) total += line.histories;
+    return total;
+  }
+};
+
+/// The numbers of histories on record, by scenario and by added disturbances.
+using Record = std::map<std::string, std::vector<std::uint64_t>>;
+
+Record readRecord(const std::string& file) {
+  Record record;
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    const auto colon = line.find(": ");
+    if (line.starts_with("#") || colon == std::string::npos) continue;
+    std::istringstream numbers(line.substr(colon + 2));
+    for (std::uint64_t number = 0; numbers >> number;) {
+      record[line.substr(0, colon)].push_back(number);
+    }
+  }
+  return record;
+}
+
+std::uint64_t onRecord(const Record& record, const std::string& scenario, const Options& options) {
+  const auto found = record.find(scenario);
+  if (found == record.end() || found->second.size() <= options.limits.disturbances) return 0;
+  return std::min(found->second[options.limits.disturbances], options.limits.histories);
+}
+
+int replay(const std::string& line) {
+  const auto first = line.find("; ");
+  const auto second = line.find("; ", first + 1);
+  const auto& scenarios = allScenarios();
+  const auto scenario = std::find_if(scenarios.begin(), scenarios.end(), [&](const auto& one) {
+    return one.name == line.substr(0, first);
+  });
+  const auto choices =
+      second == std::string::npos ? std::nullopt : DepthFirst::along(line.substr(second + 2));
+  if (scenario == scenarios.end() || !choices) {
+    std::cerr << "A replay line is: SCENARIO; DISTURBANCES; PATH\n";
+    return 2;
+  }
+  World world;
+  auto path = *choices;
+  const auto& history =
+      world.play(*scenario, std::strtoul(line.c_str() + first + 2, nullptr, 10), path);
+  const auto violation = violationOf(*scenario, history);
+  std::cout << textOf(history, violation);
+  return violation ? 1 : 0;
+}
+
+void explore(const std::vector<const Scenario*>& scenarios, const Options& options, Board& board) {
+  for (std::size_t i = board.next++; i < scenarios.size() && !board.stop; i = board.next++) {
+    Exploration exploration(*scenarios[i], options.limits);
+    if (const auto failure = exploration.run(board.lines[i], board.stop)) {
+      std::fputs(("\n" + scenarios[i]->name + "\n" + *failure).c_str(), stdout);
+      std::fflush(stdout);
+    }
+  }
+}
+
+/// Starts the workers and shows how far they are until all have ended; false if one has died.
+bool runWorkers(const std::vector<const Scenario*>& scenarios, const Options& options,
+                Board& board) {
+  int ends[2];
+  if (pipe(ends) != 0) return false;
+  for (unsigned job = 0; job < options.jobs; ++job) {
+    if (fork() == 0) {
+      close(ends[0]);
+      explore(scenarios, options, board);
+      std::_Exit(0);
+    }
+  }
+  close(ends[1]);
+  // The workers hold the other end, so it hangs up when the last of them has ended.
+  pollfd hangUp{ends[0], POLLIN, 0};
+  while (poll(&hangUp, 1, 200) == 0) {
+    const bool failed = std::any_of(std::begin(board.lines), std::end(board.lines),
+                                    [](const auto& line) { return line.failed.load(); });
+    board.stop = failed && options.stopAtFirstFailure;
+    if (isatty(STDERR_FILENO)) std::cerr << "\r" << board.total() << " histories " << std::flush;
+  }
+  bool fine = true;
+  for (int status = 0; wait(&status) > 0;) fine = fine && status == 0;
+  return fine;
+}
+
+int report(const std::vector<const Scenario*>& scenarios, const Options& options,
+           const Board& board) {
+  const auto record = readRecord(HLV_HISTORIES_ON_RECORD);
+  bool fine = true;
+  std::printf("%12s %12s  %s\n", "histories", "on record", "scenario");
+  for (std::size_t i = 0; i < scenarios.size(); ++i) {
+    const auto& line = board.lines[i];
+    const auto& name = scenarios[i]->name;
+    const auto expected = onRecord(record, name, options);
+    const bool asRecorded = line.histories == expected;
+    fine = fine && asRecorded && !line.failed;
+    std::printf("%12lu %12lu  %s%s\n", line.histories.load(), expected, name.c_str(),
+                line.failed  ? "  VIOLATED"
+                : asRecorded ? ""
+                             : "  NOT AS ON RECORD");
+  }
+  std::printf("%12lu histories, %s\n", board.total(), fine ? "no violation" : "NOT FINE");
+  return fine ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("Explores every order of events of the kit's operations.", "Explorer");
+  app.add_option("--disturbances", options.limits.disturbances,
+                 "how many more things may come in between in each history");
+  app.add_option("--at-most", options.limits.histories, "histories of each scenario");
+  app.add_flag("--first", options.stopAtFirstFailure,
+               "stop at the first failure instead of looking for the shortest");
+  app.add_option("--jobs", options.jobs, "processes")->check(CLI::Range(1, 64));
+  app.add_option("--replay", options.replay,
+                 "show one history, from the line that a failure prints");
+  app.add_option("scenarios", options.scenarios, "only these; all by default");
+  CLI11_PARSE(app, argc, argv);
+  if (!options.replay.empty()) return replay(options.replay);
+
+  std::vector<const Scenario*> scenarios;
+  for (const auto& scenario : allScenarios()) {
+    const auto& wanted = options.scenarios;
+    if (wanted.empty() || std::find(wanted.begin(), wanted.end(), scenario.name) != wanted.end()) {
+      scenarios.push_back(&scenario);
+    }
+  }
+  if (scenarios.size() < std::max<std::size_t>(1, options.scenarios.size())) {
+    std::cerr << "There is no such scenario.\n";
+    return 2;
+  }
+  void* shared =
+      mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (shared == MAP_FAILED) return 2;
+  auto& board = *new (shared) Board;
+  const bool ended = runWorkers(scenarios, options, board);
+  const int status = report(scenarios, options, board);
+  return ended ? status : 3;
+}

@@ -1,0 +1,122 @@
+// Follows a history and keeps the books of what it should look like: whose turn it is on which
+// queue, which answers are still owed, and who is alive.
+//
+// Threading: one thread.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Tests/Explorer/History.h"
+
+namespace hlv::testing {
+
+class Follower {
+ public:
+  /// Where in the history something is wrong, and what should stand there.
+  struct Violation {
+    std::size_t event;
+    std::string expected;
+  };
+
+ protected:
+  using Text = std::string;
+  /// Lives as long as somebody holds it.
+  using Life = std::shared_ptr<const char>;
+
+  /// Which operation it is, how it was asked for, and the manager that serves it, not kept.
+  struct Asking {
+    std::size_t operation;
+    const Request* request;
+    std::weak_ptr<const char> manager;
+
+    Text card() const { return "card " + std::to_string(operation); }
+    Text guest(const char* otherwise) const { return request->guest ? "guest" : otherwise; }
+  };
+  /// The request of the kit itself, whose completion says nothing.
+  static constexpr std::size_t byTheKit = static_cast<std::size_t>(-1);
+
+  /// What a service brought. Errors are told by how they were made, and "none" is no error.
+  struct Brought {
+    const Answer& answer;
+    Text error;
+
+    bool failed() const { return error != "none"; }
+    Text guest() const { return answer.guest ? *answer.guest->emailText : "none"; }
+    Text card() const { return answer.card ? *answer.card->id : "none"; }
+  };
+  using Continuation = std::function<void(const Brought&)>;
+  /// The kit hears a service once; an app whose completion a service has got hears it always.
+  enum class Heard { once, always };
+
+  /// Answers that wait for one another. One that never comes frees what would be done then.
+  class Join {
+   public:
+    void enter() { ++entered_; }
+    void leave();
+    void whenEmpty(std::function<void()> then);
+
+   private:
+    std::size_t entered_ = 0;
+    std::function<void()> then_;
+  };
+
+  Follower(const Scenario& scenario, const History& history)
+      : scenario_(scenario), history_(history) {}
+  ~Follower() = default;
+
+  /// Follows to the end.
+  std::optional<Violation> follow();
+
+  virtual void start(OperationKind kind, const Asking& who) = 0;
+  virtual void hear(const Posted& notification) = 0;
+
+  void bringToLife();
+  /// The kit says or does this now.
+  void expect(const Text& line);
+  /// It calls a service, on the thread that it is on.
+  void call(const Text& line, Continuation then, Heard heard = Heard::once);
+  /// The main-thread rule: now, if this is the main thread, and otherwise posted.
+  void onMainThread(std::function<void(bool posted)> work);
+  void postToMainQueue(std::function<void()> work) { mainQueue_.push_back(std::move(work)); }
+  void postToSerialQueue(std::function<void()> work) { serialQueue_.push_back(std::move(work)); }
+  /// Tells the caller by that rule. A missing completion is skipped, and builds and posts nothing.
+  void tell(const Asking& who, const Text& results);
+  void tellBuilt(const Asking& who, std::function<Text(bool posted)> results);
+  /// Tells the caller here and now.
+  void tellHere(const Asking& who, const Text& results);
+  /// Writes to the remote logger and then to the console, with the same words.
+  void log(int level, const Text& format, const Text& argument, const Text& function);
+
+  const Scenario& scenario_;
+  std::int64_t network_ = 1;
+  NullableString guestToken_;
+  /// What the app holds; an object whose last holder goes is seen no more.
+  Life kit_, manager_, synchronizer_;
+  std::weak_ptr<const char> kitSeen_, managerSeen_, synchronizerSeen_;
+  bool enabledOnce_ = false, connected_ = false, synchronizing_ = false;
+
+ private:
+  void takeMoves();
+  void take(const Move& move);
+  Text state() const;
+
+  struct Waiting {
+    Continuation then;
+    Heard heard;
+  };
+  const History& history_;
+  std::size_t position_ = 0;
+  std::size_t depth_ = 0;
+  std::optional<Violation> violation_;
+  bool onMain_ = true;
+  std::deque<std::function<void()>> mainQueue_, serialQueue_;
+  std::vector<Waiting> waiting_;
+};
+
+}  // namespace hlv::testing

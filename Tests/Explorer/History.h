@@ -1,0 +1,57 @@
+// What happened, in order: what the world did to the kit, and what the kit did to the world.
+//
+// Threading: plain values.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "Tests/Explorer/Scenario.h"
+
+namespace hlv::testing {
+
+/// One thing that the world does.
+struct Move {
+  enum class Kind {
+    goOn,
+    end,
+    start,
+    runMainQueue,
+    runSerialQueue,
+    answer,
+    answerAgain,
+    neverAnswer,
+    releaseManager,
+    releaseSynchronizer,
+    releaseKit,
+    post
+  };
+
+  Kind kind;
+  /// The thread that it happens on.
+  bool onMain = true;
+  std::size_t operation = 0;
+  const Request* request = nullptr;
+  /// Calls to the services are numbered from 0.
+  std::size_t call = 0;
+  const Answer* answer = nullptr;
+  const Posted* notification = nullptr;
+
+  std::string text() const;
+};
+
+/// A move, or a line about what the kit did. What happens inside a call of the kit's, or inside a
+/// completion, lies one level deeper than that.
+struct Event {
+  bool isMove = false;
+  Move move{};
+  std::size_t depth = 0;
+  std::string output;
+
+  std::string text() const;
+};
+
+using History = std::vector<Event>;
+
+}  // namespace hlv::testing

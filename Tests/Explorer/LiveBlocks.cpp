@@ -1,0 +1,29 @@
+#include "Tests/Explorer/LiveBlocks.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+std::atomic<std::size_t> live{0};
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* block = std::malloc(size == 0 ? 1 : size);
+  if (!block) throw std::bad_alloc();
+  live.fetch_add(1, std::memory_order_relaxed);
+  return block;
+}
+
+void operator delete(void* block) noexcept {
+  if (block) live.fetch_sub(1, std::memory_order_relaxed);
+  std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+
+namespace hlv::testing {
+
+std::size_t liveBlocks() { return live.load(std::memory_order_relaxed); }
+
+}  // namespace hlv::testing

@@ -1,0 +1,340 @@
+#include "Tests/Explorer/Scenario.h"
+
+namespace hlv::testing {
+namespace {
+
+std::shared_ptr<FakeInstrument> instrument(const char* identifier, const char* digits,
+                                           std::uint64_t state = 0) {
+  const auto made = std::make_shared<FakeInstrument>();
+  made->id = identifier ? NullableString(identifier) : std::nullopt;
+  made->number = std::string("************") + digits;
+  made->stateNumber = state;
+  return made;
+}
+
+using Instruments = List<PLVCreditCardPaymentInstrument>;
+using Cards = List<HLVSDKCreditCard>;
+
+std::shared_ptr<FakeStoredCard> storedCard(NullableString external, const char* digits = "1111",
+                                           const char* useCase = "default") {
+  const auto made = std::make_shared<FakeStoredCard>();
+  made->external = std::move(external);
+  made->digits = digits;
+  made->useCaseName = useCase;
+  return made;
+}
+
+// The instruments that lists are made of: two that match the card, and those that do not.
+const auto matching = instrument("plv-1", "1111");
+const auto laterMatch = instrument("plv-2", "1111");
+const auto unidentified = instrument(nullptr, "1111");
+const auto unusable = instrument("plv-3", "1111", 1);
+const auto another = instrument("plv-4", "2222");
+
+/// Everything that the services may answer to operations on a card.
+Menu everyAnswer() {
+  const auto& cast = Cast::shared();
+  const Menu::Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
+  return {.createToken = {{.name = "a token", .token = "tok"},
+                          {.name = "an empty token", .token = ""},
+                          {.name = "nothing"},
+                          {.name = "a token and an error", .fails = true, .token = "tok"}},
+          .addInstrument = doneOrNot,
+          .removeInstrument = doneOrNot,
+          .updateGuest = {{.name = "the guest", .guest = cast.addedTo},
+                          {.name = "an error", .fails = true}},
+          .addCard = {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
+                      {.name = "nothing"},
+                      {.name = "the card and an error",
+                       .fails = true,
+                       .guest = cast.addedTo,
+                       .card = cast.registered},
+                      {.name = "an error", .fails = true}},
+          .deleteCard = {{.name = "the guest", .guest = cast.deletedFrom},
+                         {.name = "a guest without token", .guest = cast.tokenless},
+                         {.name = "nobody"},
+                         {.name = "an error", .fails = true}},
+          .updateCard = {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
+                         {.name = "an error", .fails = true}},
+          .defaultList = {
+              {.name = "two matches", .instruments = Instruments{matching, laterMatch, another}},
+              {.name = "one usable match", .instruments = Instruments{matching, unusable}},
+              {.name = "an unidentified match", .instruments = Instruments{unidentified}},
+              {.name = "no match", .instruments = Instruments{another, unusable}},
+              {.name = "no list"},
+              {.name = "a list and an error", .fails = true, .instruments = Instruments{matching}},
+              {.name = "an error", .fails = true}}};
+}
+
+/// Success, or an error.
+Menu successOrError() {
+  const auto& cast = Cast::shared();
+  auto menu = everyAnswer();
+  menu.createToken = {{.name = "a token", .token = "tok"}, {.name = "an error", .fails = true}};
+  menu.addCard.erase(menu.addCard.begin() + 1, menu.addCard.begin() + 3);
+  menu.deleteCard.erase(menu.deleteCard.begin() + 1, menu.deleteCard.begin() + 3);
+  const Menu::Answers lists{{.name = "a match", .instruments = Instruments{matching}},
+                            {.name = "an error", .fails = true}};
+  menu.defaultList = lists;
+  menu.privateList = menu.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
+  menu.fetchCards = {{.name = "no cards", .cards = Cards{}}};
+  (void)cast;
+  return menu;
+}
+
+/// `count` instruments over the three use cases, the first of which the backend may know by its
+/// identifier, by its digits, or not at all.
+Menu instruments(std::size_t count) {
+  std::vector<Instruments> lists(3);
+  const std::shared_ptr<FakeInstrument> all[] = {matching, another, laterMatch, unidentified};
+  for (std::size_t i = 0; i < count; ++i) lists[i % 3].push_back(all[i]);
+  const auto answers = [&](const Instruments& list) {
+    return Menu::Answers{{.name = "its list", .instruments = list},
+                         {.name = "no list"},
+                         {.name = "a list and an error", .fails = true, .instruments = list}};
+  };
+  Menu menu;
+  menu.privateList = answers(lists[0]);
+  menu.businessList = answers(lists[1]);
+  menu.defaultList = answers(lists[2]);
+  menu.fetchCards = {{.name = "cards known by identifier",
+                      .cards = Cards{storedCard("plv-1"), storedCard("plv-2")}},
+                     {.name = "cards known by digits",
+                      .cards = Cards{storedCard("plv-9", "1111", "private"),
+                                     storedCard(std::nullopt, "1111", "private"),
+                                     storedCard(std::nullopt, "2222", "private")}},
+                     {.name = "no cards", .cards = Cards{}},
+                     {.name = "no list"},
+                     {.name = "an error", .fails = true}};
+  menu.removeInstrument = {{.name = "done"}, {.name = "an error", .fails = true}};
+  return menu;
+}
+
+const Posted foreground{Posted::Name::foreground};
+const Posted lost{Posted::Name::reachability, 0, 1};
+const Posted found{Posted::Name::reachability, 1, 0};
+
+const Operation addFirst{OperationKind::add,
+                         {{.name = "a first card", .guestToken = std::nullopt}}};
+const Operation addFurther{OperationKind::add, {{.name = "a further card"}}};
+const Operation remove{OperationKind::remove, {{.name = "delete"}}};
+const Operation update{OperationKind::update, {{.name = "update"}}};
+const Operation synchronize{OperationKind::synchronize, {{.name = "synchronise"}}};
+
+std::vector<Scenario> singleOperations() {
+  const auto addFirstOtherwise =
+      Operation{OperationKind::add,
+                {{.name = "an empty token", .guestToken = ""},
+                 {.name = "without a completion", .completion = false, .guestToken = std::nullopt},
+                 {.name = "without a guest", .guest = false}}};
+  const auto addFurtherAnyhow = Operation{
+      OperationKind::add,
+      {{.name = "a further card"}, {.name = "without a completion", .completion = false}}};
+  const auto addRefused =
+      Operation{OperationKind::add,
+                {{.name = "invalid", .valid = false},
+                 {.name = "invalid and offline", .valid = false, .network = 0},
+                 {.name = "offline", .network = 0},
+                 {.name = "offline in eight bits", .network = 256},
+                 {.name = "no card", .card = false},
+                 {.name = "offline, without a completion", .completion = false, .network = 0}}};
+  const auto deleteAnyhow = Operation{OperationKind::remove,
+                                      {{.name = "delete"},
+                                       {.name = "with an empty token", .guestToken = ""},
+                                       {.name = "without a completion", .completion = false}}};
+  const auto deleteRefused = Operation{
+      OperationKind::remove,
+      {{.name = "nothing given", .guest = false, .id = std::nullopt, .useCase = std::nullopt},
+       {.name = "no token", .guestToken = std::nullopt, .id = std::nullopt},
+       {.name = "no identifier", .id = std::nullopt, .useCase = std::nullopt},
+       {.name = "no use case", .id = "unknown", .useCase = std::nullopt},
+       {.name = "an unknown card, offline", .network = 0, .id = "unknown"},
+       {.name = "offline", .network = 0},
+       {.name = "no use case, no completion", .completion = false, .useCase = std::nullopt}}};
+  const auto updateAnyhow = Operation{OperationKind::update,
+                                      {{.name = "update"},
+                                       {.name = "without a completion", .completion = false},
+                                       {.name = "offline", .network = 0}}};
+  const auto confirmAnyhow = Operation{
+      OperationKind::confirm,
+      {{.name = "confirm"},
+       {.name = "without a completion", .completion = false},
+       {.name = "no card", .card = false},
+       {.name = "no token", .confirmToken = std::nullopt},
+       {.name = "nothing", .card = false, .confirmToken = std::nullopt},
+       {.name = "no token, no completion", .completion = false, .confirmToken = std::nullopt}}};
+  std::vector<Scenario> scenarios;
+  const auto alone = [&](const char* name, const Operation& operation,
+                         std::size_t disturbances = 1) {
+    scenarios.push_back({.name = name,
+                         .operations = {operation},
+                         .menu = everyAnswer(),
+                         .notifications = {lost, found},
+                         .disturbances = disturbances});
+  };
+  alone("a first card", addFirst);
+  alone("a first card, asked for otherwise", addFirstOtherwise, 0);
+  alone("a further card", addFurtherAnyhow);
+  alone("a card that is refused", addRefused);
+  alone("a deletion", deleteAnyhow);
+  alone("a deletion that is refused", deleteRefused);
+  alone("an update", updateAnyhow);
+  alone("a confirmation", confirmAnyhow);
+  return scenarios;
+}
+
+std::vector<Scenario> pairsOfOperations() {
+  const Operation operations[] = {addFirst, addFurther, remove, update, synchronize};
+  auto menu = successOrError();
+  // The join of a first card is explored alone.
+  menu.updateGuest.resize(1);
+  std::vector<Scenario> scenarios;
+  for (const auto& one : operations) {
+    for (const auto& other : operations) {
+      scenarios.push_back(
+          {.name = std::string(one.requests[0].name) + ", then " + other.requests[0].name,
+           .operations = {one, other},
+           .menu = menu,
+           .bothThreads = false});
+    }
+  }
+  return scenarios;
+}
+
+std::vector<Scenario> synchronisations() {
+  std::vector<Scenario> scenarios;
+  for (std::size_t count = 0; count <= 4; ++count) {
+    const std::string name = "a synchronisation of " + std::to_string(count);
+    auto fetching = instruments(count);
+    fetching.removeInstrument.resize(1);
+    scenarios.push_back({.name = name + ", every fetch",
+                         .operations = {synchronize},
+                         .menu = fetching,
+                         .bothThreads = count == 3});
+    auto removing = instruments(count);
+    for (auto* list : {&removing.privateList, &removing.businessList, &removing.defaultList}) {
+      list->resize(1);
+    }
+    scenarios.push_back({.name = name + ", every removal",
+                         .operations = {synchronize},
+                         .menu = removing,
+                         .bothThreads = count < 4});
+  }
+  const auto withRequests = [&](const char* name, OperationKind kind,
+                                const std::vector<Request>& requests) {
+    auto menu = instruments(2);
+    menu.privateList.resize(1);
+    menu.businessList.resize(1);
+    for (auto* answers : {&menu.defaultList, &menu.fetchCards}) {
+      answers->erase(answers->begin() + 1, answers->end() - 1);
+    }
+    scenarios.push_back({.name = name,
+                         .operations = {{kind, requests}},
+                         .menu = menu,
+                         .bothThreads = false,
+                         .notifications = {foreground, {Posted::Name::authorization, 1}},
+                         .disturbances = 1,
+                         .kitGuestHasToken = true});
+  };
+  const Request silent{.name = "without a completion", .completion = false};
+  withRequests("a synchronisation and a notification", OperationKind::synchronize, {{}, silent});
+  withRequests("a synchronisation that is refused", OperationKind::synchronize,
+               {{.name = "without a guest", .guest = false},
+                {.name = "without a token", .guestToken = std::nullopt},
+                {.name = "with neither", .guestToken = std::nullopt, .guest = false}});
+  withRequests("a fetch of all instruments", OperationKind::fetchAll,
+               {{}, silent, {.name = "without a guest", .guest = false}});
+  return scenarios;
+}
+
+std::vector<Scenario> enablings() {
+  const Operation enable{OperationKind::enable,
+                         {{.name = "no kits", .kits = {}},
+                          {.name = "another kit", .kits = {"another kit"}},
+                          {.name = "no configuration", .kits = {"key", "nothing"}},
+                          {.name = "a wrong configuration", .kits = {"a guest"}},
+                          {.name = "no key", .kits = {"no key"}},
+                          {.name = "an empty key", .kits = {""}},
+                          {.name = "two keys", .kits = {"nothing", "key", "last", "another kit"}}}};
+  std::vector<Posted> notifications{foreground, lost, found};
+  for (const int state : {-1, 0, 1}) {
+    notifications.push_back({Posted::Name::authorization, state});
+  }
+  for (const auto& [previous, state] : {std::pair{1, 1}, {1, 2}, {257, 1}, {1, 256}}) {
+    notifications.push_back({Posted::Name::reachability, state, previous});
+  }
+  auto atOnce = successOrError();
+  atOnce.defaultList.resize(1);
+  atOnce.removeInstrument.resize(1);
+  std::vector<Scenario> scenarios;
+  for (const bool authorized : {true, false}) {
+    for (const bool token : {true, false}) {
+      scenarios.push_back({.name = std::string("enabling ") + (authorized ? "with" : "without") +
+                                   " a session, " + (token ? "with" : "without") + " a token",
+                           .operations = {enable, enable},
+                           .menu = atOnce,
+                           .notifications = notifications,
+                           .disturbances = 2,
+                           .kitGuestHasToken = token,
+                           .authorized = authorized});
+    }
+  }
+  return scenarios;
+}
+
+}  // namespace
+
+Cast& Cast::shared() {
+  static Cast cast;
+  return cast;
+}
+
+Cast::Cast() {
+  guest->emailText = "guest";
+  addedTo->emailText = "added-to";
+  deletedFrom->emailText = "deleted-from";
+  deletedFrom->token = "new-tok";
+  tokenless->emailText = "tokenless";
+  namesake->digits = "2222";
+  registered->id = "registered";
+  guest->cards = List<HLVSDKCreditCard>{stored, namesake};
+}
+
+const Menu::Answers& Menu::of(Service service, const std::string& useCase) const {
+  switch (service) {
+    case Service::createToken:
+      return createToken;
+    case Service::addInstrument:
+      return addInstrument;
+    case Service::list:
+      return useCase == "private"    ? privateList
+             : useCase == "business" ? businessList
+                                     : defaultList;
+    case Service::removeInstrument:
+      return removeInstrument;
+    case Service::updateGuest:
+      return updateGuest;
+    case Service::addCard:
+      return addCard;
+    case Service::deleteCard:
+      return deleteCard;
+    case Service::updateCard:
+      return updateCard;
+    case Service::fetchCards:
+      break;
+  }
+  return fetchCards;
+}
+
+const std::vector<Scenario>& allScenarios() {
+  static const std::vector<Scenario> scenarios = [] {
+    auto all = singleOperations();
+    for (auto& more : {pairsOfOperations(), synchronisations(), enablings()}) {
+      all.insert(all.end(), more.begin(), more.end());
+    }
+    return all;
+  }();
+  return scenarios;
+}
+
+}  // namespace hlv::testing

@@ -1,0 +1,117 @@
+// What a history is made of: who asks the kit for what, and what the services may answer.
+//
+// Threading: immutable once made; one thread.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Tests/Support/FakeRecords.h"
+
+namespace hlv::testing {
+
+/// The people and things of every history. Each guest is told from the others by its e-mail
+/// address.
+struct Cast {
+  static Cast& shared();
+  Cast();
+
+  const std::shared_ptr<FakeGuest> guest = std::make_shared<FakeGuest>();
+  /// The guest as the backend returns it after an add, and after a deletion.
+  const std::shared_ptr<FakeGuest> addedTo = std::make_shared<FakeGuest>();
+  const std::shared_ptr<FakeGuest> deletedFrom = std::make_shared<FakeGuest>();
+  const std::shared_ptr<FakeGuest> tokenless = std::make_shared<FakeGuest>();
+  const std::shared_ptr<FakeAddress> address = std::make_shared<FakeAddress>();
+  /// The cards of the guest: two with one identifier, of which the first counts.
+  const std::shared_ptr<FakeStoredCard> stored = std::make_shared<FakeStoredCard>();
+  const std::shared_ptr<FakeStoredCard> namesake = std::make_shared<FakeStoredCard>();
+  const std::shared_ptr<FakeStoredCard> registered = std::make_shared<FakeStoredCard>();
+};
+
+/// What a service brings with its answer; an answer that fails brings an error as well.
+struct Answer {
+  const char* name;
+  bool fails = false;
+  NullableString token = std::nullopt;
+  NullableList<PLVCreditCardPaymentInstrument> instruments = std::nullopt;
+  NullableList<HLVSDKCreditCard> cards = std::nullopt;
+  std::shared_ptr<FakeGuest> guest = nullptr;
+  std::shared_ptr<FakeStoredCard> card = nullptr;
+};
+
+enum class Service {
+  createToken,
+  addInstrument,
+  list,
+  removeInstrument,
+  updateGuest,
+  addCard,
+  deleteCard,
+  updateCard,
+  fetchCards
+};
+
+/// What each service may answer. The lists are told apart by the use case they are asked for.
+struct Menu {
+  using Answers = std::vector<Answer>;
+  Answers createToken = {}, addInstrument = {}, removeInstrument = {}, updateGuest = {},
+          addCard = {}, deleteCard = {}, updateCard = {}, fetchCards = {}, privateList = {},
+          businessList = {}, defaultList = {};
+
+  const Answers& of(Service service, const std::string& useCase) const;
+};
+
+enum class OperationKind { enable, add, remove, update, confirm, fetchAll, synchronize };
+
+/// How an operation is asked for: what is given, and what the card and the network say.
+struct Request {
+  const char* name = "plain";
+  bool completion = true;
+  NullableString guestToken = "tok";
+  bool guest = true;
+  bool card = true;
+  bool valid = true;
+  std::int64_t network = 1;
+  NullableString id = "card-1";
+  NullableString useCase = "default";
+  NullableString confirmToken = "tok";
+  /// Keys of the kits array for enabling: "ours" has one, "null" and "other" have none.
+  std::vector<std::string> kits = {};
+};
+
+struct Operation {
+  OperationKind kind;
+  std::vector<Request> requests;
+};
+
+/// A notification that may come at any time. The host changes what it says of the network first.
+struct Posted {
+  enum class Name { foreground, authorization, reachability };
+  Name name;
+  /// Under the notification's key; negative for nothing.
+  int state = -1;
+  int previous = -1;
+};
+
+/// A family of histories. The kit is enabled before it begins, unless an operation enables it. A
+/// service that has only one answer on its menu gives it at once; every other one chooses.
+struct Scenario {
+  std::string name;
+  std::vector<Operation> operations;
+  Menu menu;
+  /// Whether services answer on both threads.
+  bool bothThreads = true;
+  /// What may be posted.
+  std::vector<Posted> notifications = {};
+  /// How many things may come in between: a second answer, a release, a notification.
+  std::size_t disturbances = 0;
+  /// The kit's own guest has a token only if notifications are to synchronise.
+  bool kitGuestHasToken = false;
+  bool authorized = true;
+};
+
+const std::vector<Scenario>& allScenarios();
+
+}  // namespace hlv::testing

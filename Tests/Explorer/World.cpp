@@ -1,0 +1,481 @@
+#include "Tests/Explorer/World.h"
+
+#include <utility>
+
+#include "Public/HLVSDKPaymentManager.h"
+
+namespace hlv::testing {
+namespace {
+
+/// The error of each call is an object of its own, and lives on.
+const ErrorPtr& errorOf(std::size_t call) {
+  static const auto errors = [] {
+    std::vector<ErrorPtr> made;
+    while (made.size() < 100) made.push_back(makeError("error " + std::to_string(made.size())));
+    return made;
+  }();
+  return errors.at(call);
+}
+
+const std::shared_ptr<HLVSDKPaylevenKitConfiguration>& withKey() {
+  static const auto configuration = HLVSDKPaylevenKitConfiguration::configurationWithBlock(
+      [](const auto& mutableOne) { mutableOne->setPaymentKey("key"); });
+  return configuration;
+}
+
+const char* thread(bool onMain) { return onMain ? "on main" : "off main"; }
+
+std::string named(const std::shared_ptr<HLVSDKGuest>& guest) {
+  return guest ? *guest->email() : "none";
+}
+std::string named(const std::shared_ptr<HLVSDKCreditCard>& card) {
+  return card ? *card->halvoID() : "none";
+}
+std::string named(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument) {
+  return instrument ? instrument->identifier().value_or("unidentified") : "none";
+}
+
+}  // namespace
+
+/// A card that says what is done to it.
+class World::EnteredCard final : public FakeEnteredCard {
+ public:
+  EnteredCard(Trace* trace, std::size_t operation)
+      : trace_(trace), name_("card " + std::to_string(operation)) {}
+  bool isValid(ErrorPtr* error) const override {
+    trace_->push_back(name_ + " checks itself");
+    return FakeEnteredCard::isValid(error);
+  }
+  void setExternalIdentifier(const NullableString& external) override {
+    trace_->push_back(name_ + " is " + *external);
+  }
+  const std::string& name() const { return name_; }
+
+ private:
+  Trace* const trace_;
+  const std::string name_;
+};
+
+template <class Held, class Hear>
+void World::listen(Held& held, Service service, Hear hear) {
+  held.answerInside = [this, service, hear](const auto& callback) {
+    called(service, [callback, hear](const Answer& answer, const ErrorPtr& error) {
+      if (callback) hear(callback, answer, error);
+    });
+  };
+}
+
+World::World() {
+  Platform::install(platform_);
+  Host::install(host_);
+  // What is made once is made now, so that every history leaves as many blocks of memory behind as
+  // it finds.
+  HLVSDKPayleven::sharedInstanceWithConfiguration(nullptr, withKey());
+  HLVSDKPayleven::resetSharedInstance();
+  history_.reserve(1);
+  moves_.reserve(1);
+  calls_.reserve(1);
+  enteredCards_.reserve(1);
+  host_->trace.reserve(1);
+  platform_->serialQueues.reserve(1);
+  platform_->labelsMade.reserve(1);
+  host_->network->trace = &host_->trace;
+  auto& backend = *host_->backend;
+  auto& provider = *host_->provider;
+  const auto hearError = [](auto& tell, auto&, auto& error) { tell(error); };
+  const auto hearGuest = [](auto& tell, auto& answer, auto& error) { tell(answer.guest, error); };
+  const auto hearCard = [](auto& tell, auto& answer, auto& error) {
+    tell(answer.guest, answer.card, error);
+  };
+  listen(provider.tokens, Service::createToken,
+         [](auto& tell, auto& answer, auto& error) { tell(answer.token, error); });
+  listen(provider.adds, Service::addInstrument, hearError);
+  listen(provider.lists, Service::list,
+         [](auto& tell, auto& answer, auto& error) { tell(answer.instruments, error); });
+  listen(provider.removals, Service::removeInstrument, hearError);
+  listen(backend.guestUpdates, Service::updateGuest, hearGuest);
+  listen(backend.cardAdds, Service::addCard, hearCard);
+  listen(backend.deletions, Service::deleteCard, hearGuest);
+  listen(backend.cardUpdates, Service::updateCard, hearCard);
+  listen(backend.cardFetches, Service::fetchCards,
+         [](auto& tell, auto& answer, auto& error) { tell(answer.cards, error); });
+}
+
+World::~World() {
+  Host::install(nullptr);
+  Platform::install(nullptr);
+}
+
+const History& World::play(const Scenario& scenario, std::size_t disturbances, Choices& choices) {
+  scenario_ = &scenario;
+  choices_ = &choices;
+  disturbancesLeft_ = disturbances + scenario.disturbances;
+  begin();
+  while (step()) {
+  }
+  end();
+  return history_;
+}
+
+void World::begin() {
+  const auto& cast = Cast::shared();
+  history_.clear();
+  depth_ = 0;
+  nextOperation_ = 0;
+  managerReleased_ = synchronizerReleased_ = kitReleased_ = false;
+  cast.guest->token.reset();
+  host_->guest = scenario_->kitGuestHasToken ? cast.guest : cast.tokenless;
+  host_->session->authorized = scenario_->authorized;
+  host_->network->state = 1;
+  if (scenario_->operations.front().kind != OperationKind::enable) {
+    HLVSDKPayleven::setSharedInstance(HLVSDKPayleven::initWithConfiguration(nullptr, withKey()));
+  }
+  watchKit();
+  host_->trace.clear();
+}
+
+void World::end() {
+  // The services still keep the callbacks that they have answered.
+  HLVSDKPayleven::resetSharedInstance();
+  host_->backend->lastAddRequest.reset();
+  if (!kit_.expired() || !manager_.expired() || !synchronizer_.expired()) {
+    say("something keeps the kit alive");
+  }
+  for (const auto& card : enteredCards_) {
+    if (card.use_count() > 1) say("something keeps a card");
+  }
+  kit_.reset();
+  manager_.reset();
+  synchronizer_.reset();
+  enteredCards_.clear();
+  calls_.clear();
+  platform_->serialQueues.clear();
+  platform_->labelsMade.clear();
+  writeDown();
+}
+
+// The moves
+
+bool World::step() {
+  moves_.clear();
+  addStarts(scenario_->bothThreads ? std::vector{true, false} : std::vector{true});
+  if (platform_->main->waiting() > 0) moves_.push_back({Move::Kind::runMainQueue});
+  for (const auto& queue : platform_->serialQueues) {
+    const auto alive = queue.lock();
+    if (alive && alive->waiting() > 0) moves_.push_back({Move::Kind::runSerialQueue, false});
+  }
+  for (std::size_t call = 0; call < calls_.size(); ++call) {
+    if (calls_[call].answered) continue;
+    addAnswers(call, false);
+    if (scenario_->bothThreads) addAnswers(call, true);
+    moves_.push_back({.kind = Move::Kind::neverAnswer, .call = call});
+  }
+  if (moves_.empty()) moves_.push_back({Move::Kind::end});
+  addDisturbances();
+
+  const Move move = moves_[choices_->choose(moves_.size())];
+  if (move.kind == Move::Kind::end) return false;
+  perform(move);
+  return true;
+}
+
+void World::react(std::size_t call) {
+  while (true) {
+    moves_.clear();
+    const bool waits = call != noCall && !calls_[call].answered;
+    const bool answersAtOnce = waits && calls_[call].answers->size() == 1;
+    if (!answersAtOnce) moves_.push_back({Move::Kind::goOn});
+    if (waits) addAnswers(call, platform_->onMainThread);
+    if (call == noCall) addStarts({platform_->onMainThread});
+    if (!answersAtOnce) addDisturbances();
+
+    Move move = moves_[choices_->choose(moves_.size())];
+    if (move.kind == Move::Kind::goOn) return;
+    move.onMain = platform_->onMainThread;
+    perform(move);
+  }
+}
+
+void World::addStarts(std::vector<bool> threads) {
+  if (nextOperation_ == scenario_->operations.size()) return;
+  for (const auto& request : scenario_->operations[nextOperation_].requests) {
+    for (const bool onMain : threads) {
+      moves_.push_back({.kind = Move::Kind::start,
+                        .onMain = onMain,
+                        .operation = nextOperation_,
+                        .request = &request});
+    }
+  }
+}
+
+void World::addAnswers(std::size_t call, bool onMain) {
+  for (const auto& answer : *calls_[call].answers) {
+    moves_.push_back(
+        {.kind = Move::Kind::answer, .onMain = onMain, .call = call, .answer = &answer});
+  }
+}
+
+void World::addDisturbances() {
+  if (disturbancesLeft_ == 0) return;
+  for (std::size_t call = 0; call < calls_.size(); ++call) {
+    const auto& answers = *calls_[call].answers;
+    if (!calls_[call].answered || !calls_[call].answer) continue;
+    for (const auto* answer : {&answers.front(), &answers.back()}) {
+      moves_.push_back(
+          {.kind = Move::Kind::answerAgain, .onMain = false, .call = call, .answer = answer});
+    }
+  }
+  if (!kitReleased_) {
+    if (!managerReleased_) moves_.push_back({Move::Kind::releaseManager});
+    if (!synchronizerReleased_) moves_.push_back({Move::Kind::releaseSynchronizer});
+    moves_.push_back({Move::Kind::releaseKit});
+  }
+  for (const auto& notification : scenario_->notifications) {
+    moves_.push_back({.kind = Move::Kind::post, .notification = &notification});
+  }
+}
+
+void World::perform(const Move& move) {
+  writeDown();
+  history_.push_back({true, move, depth_, {}});
+  ++depth_;
+  const bool before = std::exchange(platform_->onMainThread, move.onMain);
+  execute(move);
+  platform_->onMainThread = before;
+  --depth_;
+  if (depth_ > 0) return;
+  watchKit();
+  say(state());
+  writeDown();
+}
+
+void World::execute(const Move& move) {
+  switch (move.kind) {
+    case Move::Kind::goOn:
+    case Move::Kind::end:
+      return;
+    case Move::Kind::start:
+      ++nextOperation_;
+      return start(move);
+    case Move::Kind::runMainQueue:
+      platform_->main->runOne();
+      return;
+    case Move::Kind::runSerialQueue:
+      for (const auto& queue : platform_->serialQueues) {
+        if (const auto alive = queue.lock(); alive && alive->runOne()) return;
+      }
+      return;
+    case Move::Kind::answerAgain:
+      --disturbancesLeft_;
+      [[fallthrough]];
+    case Move::Kind::answer: {
+      calls_[move.call].answered = true;
+      // The call may be moved while it runs: another one may be made inside.
+      const auto answer = calls_[move.call].answer;
+      answer(*move.answer, move.answer->fails ? errorOf(move.call) : nullptr);
+      return;
+    }
+    case Move::Kind::neverAnswer:
+      calls_[move.call].answered = true;
+      calls_[move.call].answer = nullptr;
+      return;
+    case Move::Kind::releaseManager:
+      --disturbancesLeft_;
+      managerReleased_ = true;
+      if (const auto kit = HLVSDKPayleven::sharedInstance()) {
+        kit->setPaymentInstrumentManager(nullptr);
+      }
+      return;
+    case Move::Kind::releaseSynchronizer:
+      --disturbancesLeft_;
+      synchronizerReleased_ = true;
+      if (const auto kit = HLVSDKPayleven::sharedInstance()) {
+        kit->setPaymentInstrumentsSynchronizer(nullptr);
+      }
+      return;
+    case Move::Kind::releaseKit:
+      --disturbancesLeft_;
+      kitReleased_ = true;
+      return HLVSDKPayleven::resetSharedInstance();
+    case Move::Kind::post:
+      --disturbancesLeft_;
+      return post(*move.notification);
+  }
+}
+
+// What the world does to the kit
+
+void World::start(const Move& move) {
+  const auto& cast = Cast::shared();
+  const auto& request = *move.request;
+  const auto operation = move.operation;
+  const auto guest = request.guest ? cast.guest : nullptr;
+  cast.guest->token = request.guestToken;
+  host_->network->state = request.network;
+  const auto card =
+      request.card ? std::make_shared<EnteredCard>(&host_->trace, operation) : nullptr;
+  if (card) {
+    card->valid = request.valid;
+    card->ownError = errorOf(operation);
+    enteredCards_.push_back(card);
+  }
+  const auto whenGuestAndCard = [this, operation](auto toldGuest, auto toldCard, auto error) {
+    told(operation, named(toldGuest) + ", " + named(toldCard) + ", " + madeAs(error));
+  };
+  const auto ifWanted = [&](auto completion, auto wanted) {
+    return request.completion ? decltype(wanted)(completion) : nullptr;
+  };
+  const auto manager = [] {
+    const auto kit = HLVSDKPayleven::sharedInstance();
+    return std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentManager>(
+        kit ? kit->paymentInstrumentManager() : nullptr);
+  };
+  const auto synchronizer = [] {
+    const auto kit = HLVSDKPayleven::sharedInstance();
+    return std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentsSynchronizer>(
+        kit ? kit->paymentInstrumentsSynchronizer() : nullptr);
+  };
+
+  switch (scenario_->operations[operation].kind) {
+    case OperationKind::enable:
+      return enable(request);
+    case OperationKind::add:
+      return HLVSDKPaymentManager::make()->addPaymentInstrument(
+          card, cast.address, guest, ifWanted(whenGuestAndCard, HLVSDKGuestCardCompletion()));
+    case OperationKind::remove:
+      return HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
+          request.id, request.useCase, guest,
+          ifWanted(
+              [this, operation](auto toldGuest, auto error) {
+                told(operation, named(toldGuest) + ", " + madeAs(error));
+              },
+              HLVSDKGuestCompletion()));
+    case OperationKind::update:
+      return HLVSDKPaymentManager::make()->updatePaymentInstrument(
+          request.id, cast.address, guest, ifWanted(whenGuestAndCard, HLVSDKGuestCardCompletion()));
+    case OperationKind::confirm:
+      if (const auto receiver = manager()) {
+        receiver->processAddedPaymentInstrument(
+            card, request.confirmToken,
+            ifWanted(
+                [this, operation](auto token, auto instrument, auto error) {
+                  told(operation,
+                       token.value_or("none") + ", " + named(instrument) + ", " + madeAs(error));
+                },
+                HLVSDKPaylevenInstrumentCompletion()));
+      }
+      return;
+    case OperationKind::fetchAll:
+      if (const auto receiver = synchronizer()) {
+        receiver->fetchAllPaylevenPaymentInstrumentsForGuest(
+            guest,
+            ifWanted(
+                [this, operation](auto pairs, auto error) {
+                  std::string list = pairs ? "" : "no list, ";
+                  for (const auto& pair : pairs.value_or(List<HLVSDKPLVPaymentInstrument>())) {
+                    list += *pair->useCase() + " " + named(pair->paymentInstrument()) + ", ";
+                  }
+                  told(operation, list + madeAs(error));
+                },
+                HLVSDKPLVPaymentInstrumentsCompletion()));
+      }
+      return;
+    case OperationKind::synchronize:
+      if (const auto receiver = synchronizer()) {
+        receiver->synchronizePaymentInstrumentsForGuest(
+            guest, ifWanted(
+                       [this, operation](bool success, auto error) {
+                         told(operation, (success ? "success, " : "failure, ") + madeAs(error));
+                       },
+                       HLVSDKSuccessCompletion()));
+      }
+      return;
+  }
+}
+
+void World::enable(const Request& request) {
+  List<HLVSDKKitEntry> entries;
+  for (const auto& key : request.kits) {
+    const auto configuration =
+        HLVSDKPaylevenKitConfiguration::configurationWithBlock([&](const auto& mutableOne) {
+          if (key != "no key") mutableOne->setPaymentKey(key);
+        });
+    const bool isOurs = key != "another kit";
+    entries.push_back(
+        std::make_shared<FakeKitEntry>(isOurs ? HLVSDKPayleven::kitClass() : HLVSDKKitClass(this),
+                                       key == "nothing"   ? nullptr
+                                       : key == "a guest" ? std::shared_ptr<Object>(host_->guest)
+                                                          : configuration));
+  }
+  HLVSDKPayleven::enableWithConfiguration(std::make_shared<FakeConfiguration>(entries));
+}
+
+void World::post(const Posted& notification) {
+  const auto center = platform_->notificationCenter();
+  Dictionary userInfo;
+  switch (notification.name) {
+    case Posted::Name::foreground:
+      return center->post({UIApplicationWillEnterForegroundNotification, {}});
+    case Posted::Name::authorization:
+      if (notification.state >= 0) userInfo["isAuthorized"] = notification.state;
+      return center->post({"authorization", userInfo});
+    case Posted::Name::reachability:
+      host_->network->state = notification.state;
+      return center->post(
+          {"reachability", {{"state", notification.state}, {"previous", notification.previous}}});
+  }
+}
+
+// What the kit does to the world
+
+void World::called(Service service, std::function<void(const Answer&, const ErrorPtr&)> answer) {
+  auto& line = host_->trace.back();
+  if (service == Service::addCard) {
+    for (const auto& card : enteredCards_) {
+      if (card.get() == host_->requestedCard) line += ", " + card->name();
+    }
+    if (host_->requestedAddress == Cast::shared().address.get()) line += " at the address";
+  }
+  line += std::string(", ") + thread(platform_->onMainThread);
+  calls_.push_back({&scenario_->menu.of(service, host_->provider->lastUseCase), std::move(answer)});
+  react(calls_.size() - 1);
+}
+
+void World::told(std::size_t operation, const std::string& results) {
+  say("tells " + std::to_string(operation) + ", " + thread(platform_->onMainThread) + ": " +
+      results);
+  react(noCall);
+}
+
+void World::watchKit() {
+  const auto kit = HLVSDKPayleven::sharedInstance();
+  if (!kit || kit == kit_.lock()) return;
+  kit_ = kit;
+  manager_ = std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentManager>(
+      kit->paymentInstrumentManager());
+  synchronizer_ = std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentsSynchronizer>(
+      kit->paymentInstrumentsSynchronizer());
+}
+
+std::string World::state() const {
+  std::size_t onSerialQueues = 0;
+  for (const auto& queue : platform_->serialQueues) {
+    if (const auto alive = queue.lock()) onSerialQueues += alive->waiting();
+  }
+  std::string state = kit_.expired() ? "-" : "K";
+  const auto manager = manager_.lock();
+  const auto synchronizer = synchronizer_.lock();
+  state += !manager ? '-' : manager->isConnectionAvailable() ? 'M' : 'm';
+  state += !synchronizer ? '-' : synchronizer->isSynchronizing() ? 'S' : 's';
+  state += std::to_string(platform_->main->waiting());
+  state += '/';
+  state += std::to_string(onSerialQueues);
+  return state;
+}
+
+void World::writeDown() {
+  for (auto& line : host_->trace) history_.push_back({false, {}, depth_, std::move(line)});
+  host_->trace.clear();
+}
+
+}  // namespace hlv::testing

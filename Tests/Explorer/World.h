@@ -1,0 +1,90 @@
+// The real kit in a world in which everything that decides order is a choice: which answer comes
+// next and with what in it, on which thread, inside the call, twice or never; when a queue
+// advances; when a notification is posted; when something is released, also inside a call or a
+// completion.
+//
+// Threading: one thread plays all of them.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Public/HLVSDKPayleven.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
+#include "Tests/Explorer/Choices.h"
+#include "Tests/Explorer/History.h"
+#include "Tests/Support/ManualPlatform.h"
+#include "Tests/Support/ScriptedHost.h"
+
+namespace hlv::testing {
+
+class World {
+ public:
+  World();
+  ~World();
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+
+  /// Plays one history. `disturbances` says how many it may hold beyond those of the scenario.
+  /// Whatever is left over at its end stands in the history as a line. The result is valid until
+  /// the next call.
+  const History& play(const Scenario& scenario, std::size_t disturbances, Choices& choices);
+  /// Frees the last history.
+  void forget() { history_.clear(); }
+
+ private:
+  struct Call {
+    const Menu::Answers* answers;
+    std::function<void(const Answer&, const ErrorPtr&)> answer;
+    bool answered = false;
+  };
+  class EnteredCard;
+  static constexpr std::size_t noCall = static_cast<std::size_t>(-1);
+
+  template <class Held, class Hear>
+  void listen(Held& held, Service service, Hear hear);
+  void called(Service service, std::function<void(const Answer&, const ErrorPtr&)> answer);
+  void told(std::size_t operation, const std::string& results);
+
+  void begin();
+  void end();
+  bool step();
+  /// Lets the world act inside a call to a service, or inside a completion.
+  void react(std::size_t call);
+  void addStarts(std::vector<bool> threads);
+  void addAnswers(std::size_t call, bool onMain);
+  void addDisturbances();
+
+  void perform(const Move& move);
+  void execute(const Move& move);
+  void start(const Move& move);
+  void enable(const Request& request);
+  void post(const Posted& notification);
+
+  void watchKit();
+  void writeDown();
+  std::string state() const;
+  void say(std::string line) { host_->trace.push_back(std::move(line)); }
+
+  const std::shared_ptr<ManualPlatform> platform_ = std::make_shared<ManualPlatform>();
+  const std::shared_ptr<ScriptedHost> host_ = std::make_shared<ScriptedHost>();
+  const Scenario* scenario_ = nullptr;
+  Choices* choices_ = nullptr;
+  std::size_t disturbancesLeft_ = 0;
+
+  History history_;
+  std::size_t depth_ = 0;
+  std::vector<Move> moves_;
+  std::vector<Call> calls_;
+  std::size_t nextOperation_ = 0;
+  bool managerReleased_ = false, synchronizerReleased_ = false, kitReleased_ = false;
+  std::vector<std::shared_ptr<EnteredCard>> enteredCards_;
+  std::weak_ptr<HLVSDKPayleven> kit_;
+  std::weak_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager_;
+  std::weak_ptr<HLVSDKPaylevenPaymentInstrumentsSynchronizer> synchronizer_;
+};
+
+}  // namespace hlv::testing

@@ -1,0 +1,82 @@
+#include "Tests/Secrecy/CardDataSearch.h"
+
+#include <algorithm>
+
+namespace hlv::testing {
+namespace {
+
+/// As many digits as the mask leaves, and one.
+constexpr std::size_t tooMany = 5;
+/// The same for a run with gaps that does not begin the number: an expiry date may stand beside the
+/// last four digits and continue them by chance.
+constexpr std::size_t tooManyWithGaps = 8;
+
+bool isDigit(char character) { return character >= '0' && character <= '9'; }
+bool isGap(char character) { return character == ' ' || character == '-'; }
+unsigned char valueOf(char digit) { return static_cast<unsigned char>(digit - '0'); }
+
+std::vector<unsigned char> valuesOf(std::string_view digits) {
+  std::vector<unsigned char> values(digits.size());
+  std::transform(digits.begin(), digits.end(), values.begin(), valueOf);
+  return values;
+}
+
+}  // namespace
+
+CardDataSearch::CardDataSearch(std::string_view number, std::string_view code)
+    : number_(valuesOf(number)), code_(valuesOf(code)) {}
+
+std::optional<CardDataSearch::Finding> CardDataSearch::in(std::string_view text,
+                                                          std::size_t from) const {
+  for (auto at = from; at < text.size(); ++at) {
+    if (!isDigit(text[at])) continue;
+    if (const auto digits = digitsOfNumberAt(text, at)) return Finding{What::number, at, digits};
+    if (isCodeAt(text, at)) return Finding{What::code, at, code_.size()};
+  }
+  return std::nullopt;
+}
+
+/// How many digits of the number can be read from here on; 0 for as few as may stand.
+std::size_t CardDataSearch::digitsOfNumberAt(std::string_view text, std::size_t at) const {
+  const bool standsFree = at == 0 || !isDigit(text[at - 1]);
+  std::size_t most = 0;
+  for (std::size_t first = 0; first + tooMany <= number_.size(); ++first) {
+    std::size_t count = 0;
+    std::size_t beforeGap = 0;
+    for (auto next = at; next < text.size() && first + count < number_.size(); ++next) {
+      if (isGap(text[next])) {
+        if (beforeGap == 0) beforeGap = count;
+      } else if (isDigit(text[next]) && valueOf(text[next]) == number_[first + count]) {
+        ++count;
+      } else {
+        break;
+      }
+    }
+    if (beforeGap == 0) beforeGap = count;
+    const bool beginsNumber = first == 0 && standsFree;
+    const bool shows = beforeGap >= tooMany || count >= (beginsNumber ? tooMany : tooManyWithGaps);
+    if (shows) most = std::max(most, count);
+  }
+  return most;
+}
+
+/// Whether the code stands here with no digit beside it, and is not the fraction of a number.
+bool CardDataSearch::isCodeAt(std::string_view text, std::size_t at) const {
+  const auto end = at + code_.size();
+  if (code_.empty() || end > text.size()) return false;
+  if (at > 0 && isDigit(text[at - 1])) return false;
+  if (at > 1 && text[at - 1] == '.' && isDigit(text[at - 2])) return false;
+  if (end < text.size() && isDigit(text[end])) return false;
+  return std::equal(code_.begin(), code_.end(), text.begin() + static_cast<std::ptrdiff_t>(at),
+                    [](unsigned char value, char character) {
+                      return isDigit(character) && valueOf(character) == value;
+                    });
+}
+
+std::ostream& operator<<(std::ostream& out, const CardDataSearch::Finding& finding) {
+  return out << finding.digits << " digits of the "
+             << (finding.what == CardDataSearch::What::number ? "number" : "code") << " at "
+             << finding.at;
+}
+
+}  // namespace hlv::testing

@@ -1,0 +1,26 @@
+# The explorer of every order of events, as a program; the fuzz targets drive the same world.
+find_package(CLI11 REQUIRED)
+
+add_library(hlv_explorer STATIC
+  Tests/Explorer/Choices.cpp
+  Tests/Explorer/Follower.cpp
+  Tests/Explorer/History.cpp
+  Tests/Explorer/Judge.cpp
+  Tests/Explorer/Scenario.cpp
+  Tests/Explorer/World.cpp
+  Tests/Secrecy/CardDataSearch.cpp
+  Tests/Support/ScriptedHost.cpp)
+target_link_libraries(hlv_explorer PUBLIC HLVSDKPaylevenKit PRIVATE hlv_flags)
+
+add_executable(Explorer
+  Tests/Explorer/Exploration.cpp
+  Tests/Explorer/Explorer.cpp
+  Tests/Explorer/LiveBlocks.cpp)
+target_link_libraries(Explorer PRIVATE hlv_flags hlv_explorer CLI11::CLI11)
+target_compile_definitions(Explorer PRIVATE
+  HLV_HISTORIES_ON_RECORD="${PROJECT_SOURCE_DIR}/Tests/Explorer/histories.txt")
+
+# The beginning of each scenario, under whatever sanitizer this build has.
+add_test(NAME Explorer.TheFirstHistoriesOfEachScenario COMMAND Explorer --at-most 1000 --jobs 1)
+set_tests_properties(Explorer.TheFirstHistoriesOfEachScenario PROPERTIES
+  TIMEOUT 300 LABELS Explorer)
