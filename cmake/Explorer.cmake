@@ -21,6 +21,6 @@ target_compile_definitions(Explorer PRIVATE
   HLV_HISTORIES_ON_RECORD="${PROJECT_SOURCE_DIR}/Tests/Explorer/histories.txt")
 
 # The beginning of each scenario, under whatever sanitizer this build has.
-add_test(NAME Explorer.TheFirstHistoriesOfEachScenario COMMAND Explorer --at-most 1000 --jobs 1)
+add_test(NAME Explorer.TheFirstHistoriesOfEachScenario COMMAND Explorer --at-most 500 --jobs 1)
 set_tests_properties(Explorer.TheFirstHistoriesOfEachScenario PROPERTIES
   TIMEOUT 300 LABELS Explorer)

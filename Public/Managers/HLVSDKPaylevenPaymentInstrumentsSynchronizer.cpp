@@ -73,7 +73,7 @@ class ProviderLists {
 struct Synchronizer::Run {
   std::shared_ptr<HLVSDKGuest> guest;
   HLVSDKSuccessCompletion completion;
-  NullableList<Pair> providerInstruments = List<Pair>();
+  List<Pair> providerInstruments;
   NullableList<Card> guestCards = List<Card>();
 
   void fail(ErrorPtr newError) {
@@ -159,7 +159,7 @@ void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<H
         if (error) {
           run->fail(error);
         } else {
-          run->providerInstruments = std::move(instruments);
+          run->providerInstruments = std::move(*instruments);
         }
         group->leave();
       });
@@ -182,7 +182,7 @@ void Synchronizer::finish(const Run& run) {
     deliver(run.completion, false, run.error);
     return;
   }
-  if (!run.providerInstruments || run.providerInstruments->empty()) {
+  if (run.providerInstruments.empty()) {
     log(LogLevel::outcome, HLV_HERE(function),
         "Nothing to synchronize. No external payment instruments");
     deliver(run.completion, true, nullptr);
@@ -197,7 +197,7 @@ void Synchronizer::finish(const Run& run) {
 
 void Synchronizer::removeOrphans(const Run& run) {
   const CardIndex cards(run.guestCards);
-  for (const auto& pair : *run.providerInstruments) {
+  for (const auto& pair : run.providerInstruments) {
     const auto instrument = send(pair, &Pair::paymentInstrument);
     const auto useCase = send(pair, &Pair::useCase);
     if (cards.hasCardFor(instrument, useCase)) continue;

@@ -105,7 +105,7 @@ bool runWorkers(const std::vector<const Scenario*>& scenarios, const Options& op
     if (fork() == 0) {
       close(ends[0]);
       explore(scenarios, options, board);
-      std::_Exit(0);
+      std::exit(0);  // Not _Exit: a build that counts lines writes them down at the end.
     }
   }
   close(ends[1]);

@@ -60,6 +60,15 @@ TEST_F(SynchronizerTest, AnExternalIdentifierDecidesAloneAndOnlyWithoutOneTheRes
   storedCard->useCaseName = "default";
   storedCard->brandName = "VISA";
   EXPECT_FALSE(exists());
+  storedCard->brandName.reset();
+  EXPECT_FALSE(exists()) << "what is missing equals nothing";
+  storedCard->brandName = "visa";
+  storedCard->digits = "0000************1111";
+  EXPECT_FALSE(exists()) << "more digits than the number has";
+  storedCard->digits = "";
+  EXPECT_TRUE(exists()) << "every number ends with no digits";
+  instrument->number.reset();
+  EXPECT_FALSE(exists());
   EXPECT_FALSE(synchronizer->isCreditCardExistsInArray(std::nullopt, pair));
 }
 
