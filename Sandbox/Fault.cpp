@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Sandbox/Cards/CardRules.h"
+#include "Sandbox/Logging/MaskedText.h"
 #include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
@@ -55,11 +56,11 @@ std::string problemOf(const Fault& fault) {
     return candidate.operation == fault.operation;
   });
   if (possible == all.end()) {
-    return "There is no operation '" + fault.operation +
+    return "There is no operation '" + maskedText(fault.operation) +
            "'; possible are: " + listed(Faults::operations()) + ".";
   }
   if (!contains(kindsOf(*possible), fault.kind)) {
-    return "The fault '" + fault.kind + "' makes no sense for " + fault.operation +
+    return "The fault '" + maskedText(fault.kind) + "' makes no sense for " + fault.operation +
            "; possible are: " + listed(kindsOf(*possible)) + ".";
   }
   if (fault.useCase && !possible->hasUseCase) {

@@ -27,6 +27,8 @@ struct Fault {
   std::optional<std::string> useCase;
   /// Given by `arm`.
   std::int64_t number = 0;
+
+  bool operator==(const Fault&) const = default;
 };
 
 /// One call that met a fault.

@@ -4,6 +4,7 @@
 
 #include "Platform/Platform.h"
 #include "Sandbox/Constants.h"
+#include "Sandbox/Logging/MaskedText.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/SandboxHost.h"
 #include "Sandbox/Store/Identifiers.h"
@@ -60,6 +61,7 @@ std::shared_ptr<Host> Sandbox::host() const { return host_; }
 
 std::string Sandbox::signIn(const std::string& email) {
   if (!isAddress(email)) return "A guest signs in with an e-mail address.";
+  if (maskedText(email) != email) return "An address may not hold what looks like a card number.";
   parts_->backend->signIn(email);
   announceAuthorisation(*parts_->journal, true);
   return "";

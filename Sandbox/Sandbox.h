@@ -59,7 +59,8 @@ class Sandbox {
   // What an app does.
 
   /// Signs a guest in, creating one for a new address, and posts the authorisation notification.
-  /// Returns one plain sentence when it cannot, or an empty string.
+  /// Returns one plain sentence when it cannot, or an empty string. An address in which a card
+  /// number may stand is refused, because addresses are kept as they are typed.
   std::string signIn(const std::string& email);
   void signOut();
   /// The signed-in guest's address.

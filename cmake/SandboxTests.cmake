@@ -8,4 +8,5 @@ hlv_add_tests(SandboxTests
     Tests/Sandbox/SecrecyTests.cpp
     Tests/Sandbox/ServicesTests.cpp
     Tests/Sandbox/StoreTests.cpp
+    Tests/Secrecy/CardDataSearch.cpp
   LIBRARIES HLVSDKPaylevenSandbox SQLite::SQLite3)

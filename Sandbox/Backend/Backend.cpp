@@ -8,6 +8,7 @@
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Cards/SpecialCards.h"
 #include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Logging/MaskedText.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
@@ -37,9 +38,10 @@ std::string requireGuest(Database& database, const NullableString& guest) {
   return email;
 }
 
+/// Masked, since people type card numbers where a name or a street belongs.
 NullableString textIn(const Dictionary& dictionary, const std::string& key) {
   const auto* text = valueForKey(dictionary, key).string();
-  return text ? NullableString(*text) : std::nullopt;
+  return text ? NullableString(maskedText(*text)) : std::nullopt;
 }
 
 std::string requireText(const Dictionary& dictionary, const std::string& key) {

@@ -3,6 +3,7 @@
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Cards/SpecialCards.h"
 #include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Logging/MaskedText.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/Store/Identifiers.h"
 
@@ -53,7 +54,8 @@ Acceptable accept(const Provider::Instrument& instrument, const NullableString& 
   if (accepted.variation == "declined") {
     refuse(ProviderErrorCode::cardDeclined, "The card was declined.");
   }
-  accepted.cardHolder = *card.cardHolder();
+  // People type card numbers where a name belongs.
+  accepted.cardHolder = maskedText(*card.cardHolder());
   accepted.values = {std::nullopt,
                      *shown->cardBrand(),
                      *shown->pan(),

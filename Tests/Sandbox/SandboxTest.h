@@ -8,13 +8,11 @@
 #include <memory>
 #include <string>
 #include <tuple>
-#include <type_traits>
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
 #include "Sandbox/ErrorCodes.h"
@@ -26,13 +24,21 @@ namespace hlv::sandbox {
 using Instrument = std::shared_ptr<PLVCreditCardPaymentInstrument>;
 using Instruments = NullableList<PLVCreditCardPaymentInstrument>;
 using Cards = NullableList<HLVSDKCreditCard>;
+using TokenAnswer = std::tuple<NullableString, ErrorPtr>;
+using ListAnswer = std::tuple<Instruments, ErrorPtr>;
+using GuestAnswer = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
+using CardAnswer =
+    std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
+
+/// A card by the name of a test card, or by its fields.
+struct Typed : CardFields {
+  Typed(const char* testCard) : CardFields(findTestCard(testCard)->fields) {}
+  Typed(CardFields fields) : CardFields(std::move(fields)) {}
+};
 
 class SandboxTest : public ::testing::Test {
  protected:
   inline static const std::string email = "guest@example.com";
-
-  /// Names the directory for a test that runs on in a process of its own.
-  static constexpr const char* directoryVariable = "SANDBOX_TEST_DIRECTORY";
 
   /// Stops the calendar and makes an empty directory.
   SandboxTest();
@@ -40,52 +46,38 @@ class SandboxTest : public ::testing::Test {
 
   std::string path(const std::string& name) const { return directory_ / name; }
   std::string storePath() const { return path("store"); }
+  static std::string contentOf(const std::string& path);
 
   /// Opens the store, lets go of what was open before, registers with the provider and signs the
   /// guest in.
-  void start(std::optional<std::uint64_t> seed = std::nullopt);
-  void arm(const std::string& operation, const std::string& kind,
-           const std::function<void(Fault&)>& change = {});
+  void start(std::optional<std::uint64_t> seed = std::nullopt, bool logToConsole = false);
+  /// Lets go of everything that holds the store.
+  void stop();
+  /// What is wrong with the fault, if anything.
+  std::string arm(const std::string& operation, const std::string& kind,
+                  const std::function<void(Fault&)>& change = {});
   void pumpUntilQuiet();
 
-  /// Makes one call with the completion it is given.
-  template <class... Results>
-  using Call = std::type_identity_t<std::function<void(std::function<void(Results...)>)>>;
-
-  /// Every answer that one call brought.
-  template <class... Results>
-  std::vector<std::tuple<Results...>> answersTo(const Call<Results...>& call) {
-    auto answers = std::make_shared<std::vector<std::tuple<Results...>>>();
-    call([answers](Results... results) { answers->emplace_back(std::move(results)...); });
+  /// The only answer to a call that is made with the completion it is given.
+  template <class Answer>
+  Answer answerTo(const auto& call) {
+    const auto answers = std::make_shared<std::vector<Answer>>();
+    call([answers](auto... results) { answers->emplace_back(std::move(results)...); });
     pumpUntilQuiet();
-    return *answers;
-  }
-  template <class... Results>
-  std::tuple<Results...> answerTo(const Call<Results...>& call) {
-    const auto answers = answersTo<Results...>(call);
-    EXPECT_EQ(answers.size(), 1U);
-    return answers.empty() ? std::tuple<Results...>() : answers.front();
+    EXPECT_EQ(answers->size(), 1U);
+    return answers->empty() ? Answer() : answers->front();
   }
 
-  std::tuple<NullableString, ErrorPtr> createToken(const std::string& testCard,
-                                                   const NullableString& useCase = "default");
-  ErrorPtr addInstrument(const std::string& testCard, const NullableString& token,
+  TokenAnswer createToken(const Typed& card, const NullableString& useCase = "default");
+  ErrorPtr addInstrument(const Typed& card, const NullableString& token,
                          const NullableString& useCase = "default");
-  std::tuple<Instruments, ErrorPtr> list(const NullableString& token,
-                                         const NullableString& useCase = "default");
+  ListAnswer list(const NullableString& token, const NullableString& useCase = "default");
   ErrorPtr removeInstrument(const Instrument& instrument, const NullableString& token,
                             const NullableString& useCase = "default");
-
-  std::shared_ptr<EnteredCard> enteredCard(const std::string& testCard) const;
-  Instrument newInstrument(const CardFields& fields) const;
-  ErrorPtr storeToken(const NullableString& token);
-  std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr> addCard(
-      const std::string& testCard, const std::shared_ptr<HLVSDKGuest>& guest,
-      const NullableString& identifier = "ins_x", AddressFields address = {});
-  std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr> deleteCard(
-      const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& guest);
-  /// What the kit does with a guest's first card.
-  void addFirstCard(const std::string& testCard);
+  GuestAnswer storeToken(const NullableString& token);
+  CardAnswer addCard(const Typed& card, const std::shared_ptr<HLVSDKGuest>& owner,
+                     const NullableString& identifier = "ins_x", AddressFields address = {});
+  GuestAnswer deleteCard(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& owner);
 
   std::shared_ptr<Sandbox> sandbox;
   std::shared_ptr<HLVSDKAPIManager> backend;
@@ -94,7 +86,6 @@ class SandboxTest : public ::testing::Test {
 
  private:
   std::filesystem::path directory_;
-  bool ownsDirectory_ = false;
 };
 
 /// "domain code", or "none".

@@ -2,21 +2,23 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
+#include <iomanip>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace hlv::testing {
 
-Command::Command() {
+Command::Command(const std::string& before) {
   auto folder = (std::filesystem::temp_directory_path() / "paylevenkit-test-XXXXXX").string();
   if (!::mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
   folder_ = folder;
+  run(before);
 }
 
 Command::~Command() {
@@ -25,19 +27,29 @@ Command::~Command() {
   std::filesystem::remove_all(folder_, ignored);
 }
 
-Finished Command::run(std::vector<std::string> arguments, const std::string& input) {
+Finished Command::run(const std::string& lines, const std::string& input) {
   const auto in = folder_ / "in";
-  std::ofstream(in) << input;
-  spawn(std::move(arguments), in, folder_ / "err");
-  return wait();
+  Finished last;
+  std::istringstream each(lines);
+  for (std::string line; std::getline(each, line, ';');) {
+    auto arguments = argumentsOf(line);
+    std::ofstream(in) << input;
+    spawn(std::move(arguments), in, folder_ / "err");
+    last = wait();
+  }
+  return last;
 }
 
-void Command::start(std::vector<std::string> arguments) {
-  spawn(std::move(arguments), "/dev/null", folder_ / "err");
+void Command::startUntilItMeetsAFault(const std::string& line) {
+  spawn(argumentsOf(line), "/dev/null", folder_ / "err");
+  Command observer;
+  const auto look = "--store " + store() + " fault firings --json";
+  while (observer.run(look).document()["firings"].empty()) {
+  }
 }
 
-void Command::startOn(const std::string& terminal, std::vector<std::string> arguments) {
-  spawn(std::move(arguments), terminal, terminal);
+void Command::startOn(const std::string& terminal, const std::string& line) {
+  spawn(argumentsOf(line), terminal, terminal);
 }
 
 Finished Command::kill() {
@@ -54,8 +66,19 @@ Finished Command::wait() {
 }
 
 std::string Command::contentOf(const std::filesystem::path& file) {
+  if (!std::filesystem::is_regular_file(file)) return "";
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::string> Command::argumentsOf(const std::string& line) {
+  std::vector<std::string> arguments;
+  std::istringstream words(line);
+  for (std::string word; words >> std::quoted(word);) {
+    if (word == "ID") word = run("cards --json").document()["backend"][0]["halvoID"];
+    arguments.push_back(word);
+  }
+  return arguments;
 }
 
 void Command::spawn(std::vector<std::string> arguments, const std::string& in,
@@ -65,23 +88,18 @@ void Command::spawn(std::vector<std::string> arguments, const std::string& in,
   for (auto& argument : arguments) raw.push_back(argument.data());
   raw.push_back(nullptr);
 
-  posix_spawn_file_actions_t files;
-  ::posix_spawn_file_actions_init(&files);
-  const auto open = [&](int descriptor, const std::string& path, int flags) {
-    ::posix_spawn_file_actions_addopen(&files, descriptor, path.c_str(), flags, 0600);
-  };
-  open(STDIN_FILENO, in, O_RDONLY);
-  open(STDOUT_FILENO, folder_ / "out", O_WRONLY | O_CREAT | O_TRUNC);
-  open(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
-  posix_spawnattr_t attributes;
-  ::posix_spawnattr_init(&attributes);
+  const std::string out = folder_ / "out";
+  process_ = ::fork();
+  if (process_ < 0) throw std::runtime_error("the command cannot be started");
+  if (process_ > 0) return;
   // A session of its own, whose controlling terminal becomes the first one that it opens.
-  ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
-  const int failure =
-      ::posix_spawn(&process_, PAYLEVENKIT, &files, &attributes, raw.data(), environ);
-  ::posix_spawnattr_destroy(&attributes);
-  ::posix_spawn_file_actions_destroy(&files);
-  if (failure != 0) throw std::runtime_error("the command cannot be started");
+  ::setsid();
+  constexpr int written = O_WRONLY | O_CREAT | O_TRUNC;
+  ::dup2(::open(in.c_str(), O_RDONLY), STDIN_FILENO);
+  ::dup2(::open(out.c_str(), written, 0600), STDOUT_FILENO);
+  ::dup2(::open(err.c_str(), written, 0600), STDERR_FILENO);
+  ::execv(PAYLEVENKIT, raw.data());
+  ::_exit(127);
 }
 
 }  // namespace hlv::testing

@@ -21,9 +21,15 @@ struct Finished {
 };
 
 /// A folder of the test's own with one store in it; the folder goes away with this object.
+///
+/// A line holds the arguments of one command; quotes keep spaces together.
 class Command {
  public:
-  Command();
+  inline static const std::string guest = "sign-in guest@example.com";
+  inline static const std::string guestWithCard = guest + "; add --test-card visa";
+
+  /// Runs what comes before the test.
+  explicit Command(const std::string& before = {});
   ~Command();
   Command(const Command&) = delete;
   Command& operator=(const Command&) = delete;
@@ -31,19 +37,21 @@ class Command {
   const std::filesystem::path& folder() const { return folder_; }
   std::string store() const { return folder_ / "store.sqlite"; }
 
-  /// Runs the command on the store and waits for its end.
-  Finished run(std::vector<std::string> arguments, const std::string& input = {});
-  /// Starts it and lets it run.
-  void start(std::vector<std::string> arguments);
+  /// Runs lines with semicolons between them, and tells how the last one ended. ID stands for the
+  /// first card's identifier.
+  Finished run(const std::string& lines, const std::string& input = {});
+  /// Starts one line and returns when a call of it has met a fault.
+  void startUntilItMeetsAFault(const std::string& line);
   /// Ends what was started, without any chance to tidy up.
   Finished kill();
   /// Starts it with a terminal as standard input and standard error, and as its controlling one.
-  void startOn(const std::string& terminal, std::vector<std::string> arguments);
+  void startOn(const std::string& terminal, const std::string& line);
   Finished wait();
 
   static std::string contentOf(const std::filesystem::path& file);
 
  private:
+  std::vector<std::string> argumentsOf(const std::string& line);
   void spawn(std::vector<std::string> arguments, const std::string& in, const std::string& err);
 
   std::filesystem::path folder_;

@@ -10,28 +10,25 @@ using sandbox::BackendCard;
 using sandbox::Event;
 using sandbox::ProviderInstrument;
 
-BackendCard card(const std::string& lastFour, const std::string& useCase,
-                 std::optional<std::string> externalIdentifier) {
-  BackendCard result;
-  result.halvoID = "crd_" + lastFour;
-  result.brand = "visa";
-  result.lastFourDigits = lastFour;
-  result.useCase = useCase;
-  result.externalIdentifier = std::move(externalIdentifier);
-  return result;
+BackendCard card(const std::string& lastFour, std::optional<std::string> externalIdentifier = {}) {
+  return {"crd_" + lastFour,
+          "visa",
+          lastFour,
+          "default",
+          std::move(externalIdentifier),
+          "",
+          "",
+          "",
+          sandbox::AddressFields()};
 }
 
 ProviderInstrument instrument(const std::string& lastFour, const std::string& useCase,
-                              std::optional<std::string> identifier) {
-  ProviderInstrument result;
-  result.identifier = std::move(identifier);
-  result.brand = "visa";
-  result.maskedPan = "************" + lastFour;
-  result.useCase = useCase;
-  return result;
+                              std::optional<std::string> identifier = "ins_a") {
+  return {std::move(identifier), "visa", "************" + lastFour, useCase, {}, {}, 0};
 }
 
 TEST(ToolSides, JoinWhatBelongsTogether) {
+  const auto one = instrument("1111", "default");
   const struct {
     const char* name;
     std::vector<BackendCard> cards;
@@ -39,30 +36,12 @@ TEST(ToolSides, JoinWhatBelongsTogether) {
     std::size_t unmatched;
   } rows[] = {
       {"nothing on either side", {}, {}, 0},
-      {"the identifier decides, whatever the digits",
-       {card("1111", "default", "ins_a")},
-       {instrument("2222", "private", "ins_a")},
-       0},
-      {"a card with an identifier is not tried by its digits",
-       {card("1111", "default", "ins_a")},
-       {instrument("1111", "default", "ins_b")},
-       2},
-      {"a card without one is tried by digits, brand and use case",
-       {card("1111", "default", {})},
-       {instrument("1111", "default", "ins_a")},
-       0},
-      {"another use case is another instrument",
-       {card("1111", "default", {})},
-       {instrument("1111", "private", "ins_a")},
-       2},
-      {"an instrument belongs to one card only",
-       {card("1111", "default", {}), card("1111", "default", {})},
-       {instrument("1111", "default", "ins_a")},
-       1},
-      {"a card without identifier does not meet an instrument without one by that",
-       {card("1111", "default", {})},
-       {instrument("2222", "default", {})},
-       2},
+      {"only the identifier decides", {card("2222", "ins_a")}, {one}, 0},
+      {"a card with an identifier is not tried by its digits", {card("1111", "ins_b")}, {one}, 2},
+      {"a card without one is tried by digits, brand and use case", {card("1111")}, {one}, 0},
+      {"another use case is another one", {card("1111")}, {instrument("1111", "private")}, 2},
+      {"an instrument belongs to one card only", {card("1111"), card("1111")}, {one}, 1},
+      {"two without identifier", {card("1111")}, {instrument("2222", "default", {})}, 2},
   };
   for (const auto& row : rows) {
     const SideBySide sides(row.cards, row.instruments);
@@ -72,8 +51,7 @@ TEST(ToolSides, JoinWhatBelongsTogether) {
 }
 
 TEST(ToolSides, MarkWhatHasNoCounterpartInAlignedColumns) {
-  const SideBySide sides({card("1111", "default", "ins_a"), card("22", "default", {})},
-                         {instrument("1111", "default", "ins_a")});
+  const SideBySide sides({card("1111", "ins_a"), card("22")}, {instrument("1111", "default")});
   EXPECT_EQ(sides.table(Terminal().columns()).text(Terminal()),
             "  backend                                provider\n"
             "  crd_1111  visa •••• 1111 / default  ═  ins_a     visa •••• 1111 / default\n"

@@ -1,0 +1,69 @@
+// What each operation costs the processor, with services that answer inside the call, and what it
+// asks for: memory, blocks on the main queue and remote calls.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "Benchmarks/Support/BenchHost.h"
+#include "Benchmarks/Support/EnabledKit.h"
+
+namespace {
+
+// On this thread; the operations need no other.
+thread_local std::size_t allocations = 0;
+
+}  // namespace
+
+// The array and nothrow forms come back to this one.
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* const memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace hlv::bench {
+
+/// Has a name of its own, so that a profiler can be told to count in here only.
+[[gnu::noinline]] void performOnce(const Operation& operation, EnabledKit& kit,
+                                   DefaultPlatform& platform) {
+  operation.start(kit);
+  platform.runPending();
+}
+
+}  // namespace hlv::bench
+
+int main(int argc, char** argv) {
+  using namespace hlv;
+  using namespace hlv::bench;
+  InstantNetwork network;
+  Records records;
+  const auto platform = DefaultPlatform::make();
+  EnabledKit kit(platform, std::make_shared<BenchHost<InstantNetwork>>(network, records), records);
+  kit.synchronizeOnMainQueue();
+
+  const auto measure = [&](benchmark::State& state, const Operation& operation) {
+    const auto succeededBefore = kit.succeeded();
+    for ([[maybe_unused]] auto _ : state) performOnce(operation, kit, *platform);
+
+    std::size_t posts = 0;
+    platform->setPostHook([&] { ++posts; });
+    const auto callsBefore = records.calls;
+    const auto allocationsBefore = allocations;
+    performOnce(operation, kit, *platform);
+    state.counters["allocations"] = static_cast<double>(allocations - allocationsBefore);
+    state.counters["calls"] = static_cast<double>(records.calls - callsBefore);
+    state.counters["posts"] = static_cast<double>(posts);
+    platform->setPostHook(nullptr);
+    const auto performed = static_cast<std::size_t>(state.iterations()) + 1;
+    if (kit.succeeded() - succeededBefore != performed) state.SkipWithError("it failed");
+  };
+  for (const auto& operation : operations) {
+    // Always as many, so that instructions can be told for one.
+    benchmark::RegisterBenchmark(operation.name, measure, operation)->Iterations(20'000);
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,128 @@
+// The life of a guest in the sandbox: calls of both services, faults, whatever a tester types, and
+// a network and a process that come and go. What was answered has to be what the services hold.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <set>
+
+#include "Sandbox/Cards/CardRules.h"
+#include "Tests/Sandbox/SandboxTest.h"
+#include "Tests/Secrecy/CardDataSearch.h"
+
+namespace hlv::sandbox {
+namespace {
+
+class GuestLife final : public SandboxTest {
+ public:
+  GuestLife(const std::uint8_t* data, std::size_t size) : bytes_(data, size) {}
+
+  void TestBody() override {
+    start(7);
+    while (bytes_.remaining_bytes() > 0) {
+      if (bytes_.ConsumeBool()) sandbox->setReachable(bytes_.ConsumeBool());
+      if (bytes_.ConsumeBool()) typeSomething();
+      if (bytes_.ConsumeBool()) start();
+      call();
+      compare();
+    }
+    // Whoever holds the store keeps the file from being complete.
+    stop();
+    const auto left = contentOf(storePath());
+    for (const auto& card : testCards()) {
+      EXPECT_EQ(testing::CardDataSearch(card.fields.pan, card.fields.cvv).in(left), std::nullopt);
+    }
+  }
+
+ private:
+  /// One of the items, or nothing where there are none.
+  template <class Item>
+  Item oneOf(const std::vector<Item>& items) {
+    if (items.empty()) return {};
+    return items.at(bytes_.ConsumeIntegralInRange<std::size_t>(0, items.size() - 1));
+  }
+
+  /// One of the words, or any other text.
+  std::string typed(const std::vector<std::string>& words) {
+    return bytes_.ConsumeBool() ? oneOf(words) : bytes_.ConsumeRandomLengthString(16);
+  }
+
+  /// What a tester types is refused, or kept as it was typed.
+  void typeSomething() {
+    const auto address = oneOf<std::string>({email, "a@b", "\xff@'", "4111111111111111@a"});
+    const bool isKept = sandbox->signIn(address).empty();
+    EXPECT_TRUE((sandbox->signedInEmail() == address) == isKept);
+    Fault fault;
+    fault.operation = typed(Faults::operations());
+    fault.kind = typed(Faults::kinds());
+    if (bytes_.ConsumeBool()) fault.code = bytes_.ConsumeIntegral<std::int64_t>();
+    if (bytes_.ConsumeBool()) fault.delayMilliseconds = bytes_.ConsumeIntegral<std::int32_t>();
+    if (bytes_.ConsumeBool()) fault.remaining = bytes_.ConsumeIntegralInRange(-1, 2);
+    if (bytes_.ConsumeBool()) fault.useCase = typed({"default", "private"});
+    if (!sandbox->faults().arm(fault).empty()) return;
+    const auto kept = sandbox->faults().armed().back();
+    fault.number = kept.number;
+    EXPECT_TRUE(kept == fault && fault.remaining != 0 && fault.delayMilliseconds >= 0);
+    const bool answersOnce = fault.kind != "never" && fault.kind != "twice";
+    if (!answersOnce || fault.delayMilliseconds > 0) sandbox->faults().clear();
+  }
+
+  void call() {
+    auto card = oneOf(testCards()).fields;
+    const auto pan = maskedPan(card.pan);
+    AddressFields address;
+    if (bytes_.ConsumeBool()) address.zip = card.cardHolder = card.pan + " Guest";
+    const auto useCase = oneOf<std::string>({"default", "private", "business", "unknown"});
+    const auto chosen = oneOf(sandbox->backendCards());
+    switch (bytes_.ConsumeIntegralInRange(0, 5)) {
+      case 0: {
+        const auto [token, error] = createToken(card, useCase);
+        if (token) EXPECT_EQ(std::exchange(token_, token).value_or(*token), *token);
+        return tell(error, pan + useCase);
+      }
+      case 1:
+        return tell(addInstrument(card, token_, useCase), pan + useCase);
+      case 2:
+        listed_ = oneOf(std::get<0>(list(token_, useCase)).value_or(Instruments::value_type()));
+        return;
+      case 3:
+        return tell(removeInstrument(listed_, token_, useCase),
+                    listed_ ? *listed_->pan() + useCase : "", false);
+      case 4:
+        return tell(std::get<2>(addCard(card, guest, "ins_x", address)), lastFourDigits(pan));
+      default:
+        return tell(std::get<1>(deleteCard(chosen.halvoID, guest)), chosen.lastFourDigits, false);
+    }
+  }
+
+  /// What an operation did, if it ended without an error.
+  void tell(const ErrorPtr& error, const std::string& what, bool isNew = true) {
+    EXPECT_TRUE(error || sandbox->isReachable());
+    if (!error && isNew) kept_.insert(what);
+    if (!error && !isNew) EXPECT_TRUE(kept_.extract(what));
+  }
+
+  /// A guest sees both sides as they were answered, and nothing of another guest's.
+  void compare() {
+    std::multiset<std::string> shown;
+    for (const auto& card : sandbox->backendCards()) shown.insert(card.lastFourDigits);
+    for (const auto& each : sandbox->providerInstruments()) {
+      shown.insert(each.maskedPan + each.useCase);
+    }
+    // A failure must not print what should have been masked.
+    EXPECT_TRUE(sandbox->signedInEmail() == email ? shown == kept_ : shown.empty());
+  }
+
+  FuzzedDataProvider bytes_;
+  NullableString token_;
+  Instrument listed_;
+  /// What the two sides show of each number, the provider with its use case.
+  std::multiset<std::string> kept_;
+};
+
+}  // namespace
+}  // namespace hlv::sandbox
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  GTEST_FLAG_SET(break_on_failure, true);
+  hlv::sandbox::GuestLife(data, size).TestBody();
+  return 0;
+}

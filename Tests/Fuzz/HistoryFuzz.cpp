@@ -1,0 +1,34 @@
+// Histories of the kit that bytes choose, with more disturbances than a walk through all of them
+// can afford, before the same judge.
+#include <fuzzer/FuzzedDataProvider.h>
+#include <gtest/gtest.h>
+
+#include "Tests/Explorer/Judge.h"
+#include "Tests/Explorer/World.h"
+
+namespace hlv::testing {
+namespace {
+
+class ChosenByBytes final : public Choices, public FuzzedDataProvider {
+ public:
+  using FuzzedDataProvider::FuzzedDataProvider;
+  std::size_t choose(std::size_t count) override {
+    return ConsumeIntegralInRange<std::size_t>(0, count - 1);
+  }
+};
+
+}  // namespace
+}  // namespace hlv::testing
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace hlv::testing;
+  GTEST_FLAG_SET(break_on_failure, true);
+  ChosenByBytes choices(data, size);
+  const auto& scenario = allScenarios()[choices.choose(allScenarios().size())];
+  World world;
+  const auto& history = world.play(scenario, choices.choose(6), choices);
+  const auto violation = Judge::examine(scenario, history);
+  EXPECT_FALSE(violation) << scenario.name << ", event " << violation->event << " should be "
+                          << violation->expected;
+  return 0;
+}
