@@ -18,6 +18,7 @@ add_executable(Explorer
   Tests/Explorer/LiveBlocks.cpp)
 target_link_libraries(Explorer PRIVATE hlv_flags hlv_explorer CLI11::CLI11)
 target_compile_definitions(Explorer PRIVATE
+  $<$<NOT:$<BOOL:${HLVSDKPAYLEVENKIT_SANITIZE}>>:HLV_COUNTS_BLOCKS>
   HLV_HISTORIES_ON_RECORD="${PROJECT_SOURCE_DIR}/Tests/Explorer/histories.txt")
 
 # The beginning of each scenario, under whatever sanitizer this build has.

@@ -8,6 +8,9 @@ namespace {
 std::atomic<std::size_t> live{0};
 }  // namespace
 
+// The sanitizers bring operators of their own, and one of them looks for leaks itself.
+#ifdef HLV_COUNTS_BLOCKS
+
 void* operator new(std::size_t size) {
   void* block = std::malloc(size == 0 ? 1 : size);
   if (!block) throw std::bad_alloc();
@@ -21,6 +24,8 @@ void operator delete(void* block) noexcept {
 }
 
 void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+
+#endif
 
 namespace hlv::testing {
 
