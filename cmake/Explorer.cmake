@@ -18,8 +18,10 @@ add_executable(Explorer
   Tests/Explorer/LiveBlocks.cpp)
 target_link_libraries(Explorer PRIVATE hlv_flags hlv_explorer CLI11::CLI11)
 target_compile_definitions(Explorer PRIVATE
-  $<$<NOT:$<BOOL:${HLVSDKPAYLEVENKIT_SANITIZE}>>:HLV_COUNTS_BLOCKS>
   HLV_HISTORIES_ON_RECORD="${PROJECT_SOURCE_DIR}/Tests/Explorer/histories.txt")
+if(NOT HLVSDKPAYLEVENKIT_SANITIZE)
+  target_compile_definitions(Explorer PRIVATE HLV_COUNTS_BLOCKS)
+endif()
 
 # The beginning of each scenario, under whatever sanitizer this build has.
 add_test(NAME Explorer.TheFirstHistoriesOfEachScenario COMMAND Explorer --at-most 500 --jobs 1)
