@@ -76,8 +76,8 @@ TEST(IncludeArrows, AnArrowUpwardsIsSeen) {
                                       "Public/Managers/X.cpp includes Unknown/File.h"}));
 }
 
-// What the kit links is the standard library and the platform; the queue library stays behind the
-// default platform.
+// The kit links the standard library and the platform, whose own headers stay behind the default
+// platform.
 TEST(IncludeArrows, TheKitShowsNoLibrary) {
   for (const std::string folder : {"Platform", "Host", "Matching", "Models", "Public"}) {
     for (const auto& entry : fs::recursive_directory_iterator(fs::path(HLV_SOURCE_DIR) / folder)) {
