@@ -20,8 +20,8 @@ struct Move {
     runMainQueue,
     runSerialQueue,
     answer,
-    answerAgain,
     neverAnswer,
+    answerAgain,
     releaseManager,
     releaseSynchronizer,
     releaseKit,
@@ -38,6 +38,8 @@ struct Move {
   const Answer* answer = nullptr;
   const Posted* notification = nullptr;
 
+  /// Whether it is one of the things that may come in between, of which a history holds few.
+  bool isDisturbance() const { return kind >= Kind::answerAgain; }
   std::string text() const;
 };
 

@@ -68,7 +68,6 @@ Menu everyAnswer() {
 
 /// Success, or an error.
 Menu successOrError() {
-  const auto& cast = Cast::shared();
   auto menu = everyAnswer();
   menu.createToken = {{.name = "a token", .token = "tok"}, {.name = "an error", .fails = true}};
   menu.addCard.erase(menu.addCard.begin() + 1, menu.addCard.begin() + 3);
@@ -78,7 +77,6 @@ Menu successOrError() {
   menu.defaultList = lists;
   menu.privateList = menu.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
   menu.fetchCards = {{.name = "no cards", .cards = Cards{}}};
-  (void)cast;
   return menu;
 }
 

@@ -239,6 +239,7 @@ void World::perform(const Move& move) {
   writeDown();
   history_.push_back({true, move, depth_, {}});
   ++depth_;
+  if (move.isDisturbance()) --disturbancesLeft_;
   const bool before = std::exchange(platform_->onMainThread, move.onMain);
   execute(move);
   platform_->onMainThread = before;
@@ -266,8 +267,6 @@ void World::execute(const Move& move) {
       }
       return;
     case Move::Kind::answerAgain:
-      --disturbancesLeft_;
-      [[fallthrough]];
     case Move::Kind::answer: {
       calls_[move.call].answered = true;
       // The call may be moved while it runs: another one may be made inside.
@@ -280,25 +279,21 @@ void World::execute(const Move& move) {
       calls_[move.call].answer = nullptr;
       return;
     case Move::Kind::releaseManager:
-      --disturbancesLeft_;
       managerReleased_ = true;
       if (const auto kit = HLVSDKPayleven::sharedInstance()) {
         kit->setPaymentInstrumentManager(nullptr);
       }
       return;
     case Move::Kind::releaseSynchronizer:
-      --disturbancesLeft_;
       synchronizerReleased_ = true;
       if (const auto kit = HLVSDKPayleven::sharedInstance()) {
         kit->setPaymentInstrumentsSynchronizer(nullptr);
       }
       return;
     case Move::Kind::releaseKit:
-      --disturbancesLeft_;
       kitReleased_ = true;
       return HLVSDKPayleven::resetSharedInstance();
     case Move::Kind::post:
-      --disturbancesLeft_;
       return post(*move.notification);
   }
 }
