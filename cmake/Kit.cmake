@@ -43,6 +43,12 @@ target_link_libraries(HLVSDKPaylevenKit
 set_target_properties(HLVSDKPaylevenKit PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 
+# Only the kit counts, so that what plays with it stays fast; unoptimised, so that lines are lines.
+if(HLVSDKPAYLEVENKIT_COVERAGE)
+  target_compile_options(HLVSDKPaylevenKit PRIVATE -O0 --coverage -fprofile-update=atomic)
+  target_link_options(HLVSDKPaylevenKit PUBLIC --coverage)
+endif()
+
 # A shared kit is optimised as a whole, binds its own calls and shows its own names only. Packed
 # relocations need a loader that knows them (glibc 2.36); a linker without them does without.
 if(BUILD_SHARED_LIBS)

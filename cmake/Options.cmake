@@ -6,6 +6,7 @@ option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
 option(HLVSDKPAYLEVENKIT_BENCHMARKS "Build the programs that measure the kit" OFF)
 # On in the presets; a consumer's newer compiler must not fail over a new warning.
 option(HLVSDKPAYLEVENKIT_STRICT "Treat warnings as errors" OFF)
+option(HLVSDKPAYLEVENKIT_COVERAGE "Let the kit count which of its lines ran" OFF)
 set(HLVSDKPAYLEVENKIT_SANITIZE "" CACHE STRING "Sanitizers, e.g. address,undefined or thread")
 
 set(CMAKE_CXX_EXTENSIONS OFF)

@@ -54,10 +54,9 @@ void DefaultNotificationCenter::post(const Notification& notification) {
 void DefaultNotificationCenter::remove(const std::string& name,
                                        const std::shared_ptr<Observer>& observer) {
   const std::lock_guard lock(mutex_);
-  const auto found = observers_.find(name);
-  if (found == observers_.end()) return;
-  std::erase(found->second, observer);
-  if (found->second.empty()) observers_.erase(found);
+  auto& observers = observers_[name];
+  std::erase(observers, observer);
+  if (observers.empty()) observers_.erase(name);
 }
 
 }  // namespace hlv

@@ -14,8 +14,9 @@ class ManagerCoreTest : public KitTest {
 
 TEST_F(ManagerCoreTest, TheFlagFollowsTheLowestEightBitsOfTheNotifiedState) {
   EXPECT_FALSE(manager->isConnectionAvailable()) << "until it is first set";
-  const std::pair<Value, bool> rows[] = {{2, true},    {0, false},  {1, true},
-                                         {256, false}, {257, true}, {Value(), false}};
+  const std::pair<Value, bool> rows[] = {{2, true},       {0, false},  {1, true},
+                                         {256, false},    {257, true}, {Value(), false},
+                                         {-1e300, false}, {1.5, true}, {1e300, false}};
   for (const auto& [state, available] : rows) {
     postState(state);
     EXPECT_EQ(manager->isConnectionAvailable(), available);
@@ -64,6 +65,9 @@ TEST_F(ManagerCoreTest, AnUpdateSendsThePresentFieldsUnderTheHostsKeysAndNothing
             (Dictionary{{"k0", "Street 1"}, {"k1", "Berlin"}, {"k2", "DE"}, {"k3", ""}}));
   manager->updatePaymentInstrument(std::nullopt, nullptr, nullptr, nullptr);
   EXPECT_EQ(backend.lastAddress, Dictionary());
+  host->texts->businessAddressJSONKeyes.resize(1);
+  manager->updatePaymentInstrument("card-1", address, guest, nullptr);
+  EXPECT_EQ(backend.lastAddress, (Dictionary{{"k0", "Street 1"}})) << "what has no key stays out";
 }
 
 TEST_F(ManagerCoreTest, AFurtherCardWithoutATokenIsRefusedByTheConfirmation) {

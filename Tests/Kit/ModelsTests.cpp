@@ -46,9 +46,16 @@ TEST_F(RequestTest, TheHostsVerdictComesBeforeTheToken) {
   EXPECT_EQ(error, host->requestError);
 }
 
+TEST_F(RequestTest, TheHostsOwnRequestIsTheHostsBodyAndVerdict) {
+  const auto request = HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(card, address);
+  EXPECT_EQ(request->JSONRepresentation(), *host->requestBody);
+  EXPECT_TRUE(request->isValid(nullptr));
+}
+
 TEST_F(RequestTest, AHostThatMakesNoBodyMakesNoRequest) {
   host->requestBody = nullptr;
   EXPECT_EQ(make("abc"), nullptr);
+  EXPECT_EQ(HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(card, address), nullptr);
 }
 
 TEST_F(RequestTest, APairKeepsTheSameInstrument) {

@@ -30,6 +30,12 @@ TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesBeforeTheFlagIsCleared) 
   EXPECT_FALSE(synchronizer->isSynchronizing());
 }
 
+TEST_F(SynchronizerTest, AFetchOfAllInstrumentsNeedsNoListener) {
+  synchronizer->fetchAllPaylevenPaymentInstrumentsForGuest(guest, nullptr);
+  for (int list = 0; list < 3; ++list) provider.lists.answer(std::nullopt, nullptr);
+  EXPECT_EQ(platform->runMain(), 1u) << "the join, and nobody to tell";
+}
+
 TEST_F(SynchronizerTest, TheQueueIsMadeAtCreationAndReplacedWhenMissing) {
   synchronizer->setSynchronizationQueue(nullptr);
   synchronizer->synchronizePaymentInstrumentsForGuest(guest);
@@ -60,15 +66,23 @@ TEST_F(SynchronizerTest, AnExternalIdentifierDecidesAloneAndOnlyWithoutOneTheRes
   storedCard->useCaseName = "default";
   storedCard->brandName = "VISA";
   EXPECT_FALSE(exists());
-  storedCard->brandName.reset();
-  EXPECT_FALSE(exists()) << "what is missing equals nothing";
   storedCard->brandName = "visa";
+  for (const auto field :
+       {&FakeStoredCard::brandName, &FakeStoredCard::useCaseName, &FakeStoredCard::digits}) {
+    auto& text = (*storedCard).*field;
+    const auto before = std::exchange(text, std::nullopt);
+    EXPECT_FALSE(exists()) << "what is missing equals nothing";
+    text = before;
+  }
   storedCard->digits = "0000************1111";
   EXPECT_FALSE(exists()) << "more digits than the number has";
   storedCard->digits = "";
   EXPECT_TRUE(exists()) << "every number ends with no digits";
   instrument->number.reset();
   EXPECT_FALSE(exists());
+  EXPECT_FALSE(synchronizer->isCreditCardExistsInArray(
+      List<HLVSDKCreditCard>{storedCard},
+      HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(nullptr, "")));
   EXPECT_FALSE(synchronizer->isCreditCardExistsInArray(std::nullopt, pair));
 }
 

@@ -35,12 +35,19 @@ TEST_F(DefaultPlatformTest, TheMainThreadIsTheProcesssUnlessAnotherIsAdopted) {
   EXPECT_FALSE(platform->isMainThread());
 }
 
+TEST_F(DefaultPlatformTest, ItIsThePlatformOfAProcessThatInstallsNone) {
+  EXPECT_EQ(Platform::current(), DefaultPlatform::shared());
+  Platform::install(platform);
+  EXPECT_EQ(Platform::current(), platform);
+}
+
 TEST_F(DefaultPlatformTest, TheMainQueueRunsOnlyWhenPumpedAndWithWhatItsBlocksPost) {
   std::string order;
   const auto queue = platform->mainQueue();
   queue->async([&] {
     order += "a";
     queue->async([&] { order += "c"; });
+    EXPECT_FALSE(platform->isIdle());
   });
   queue->async([&] { order += "b"; });
   EXPECT_EQ(order, "");
@@ -49,6 +56,7 @@ TEST_F(DefaultPlatformTest, TheMainQueueRunsOnlyWhenPumpedAndWithWhatItsBlocksPo
   EXPECT_EQ(order, "abc");
   EXPECT_TRUE(platform->isIdle());
   EXPECT_EQ(platform->runPending(), 0u);
+  EXPECT_EQ(queue->label(), "main");
 }
 
 TEST_F(DefaultPlatformTest, ABlockOfTheMainQueueMayPumpItAndWait) {
@@ -116,6 +124,18 @@ TEST_F(DefaultPlatformTest, AQueueMayBeFreedInABlockOfItsOwn) {
   platform->runUntil([&] { return platform->isIdle(); });
 }
 
+TEST_F(DefaultPlatformTest, APlatformMayBeFreedInABlockOfASerialQueue) {
+  auto alone = DefaultPlatform::make();
+  const auto queue = alone->makeSerialQueue("label");
+  std::promise<void> freed;
+  auto* const raw = queue.get();
+  raw->async([&freed, owner = std::move(alone)]() mutable {
+    owner.reset();
+    freed.set_value();
+  });
+  freed.get_future().wait();
+}
+
 TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
   auto alone = DefaultPlatform::make();
   const auto held = std::make_shared<int>();
@@ -128,12 +148,14 @@ TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
   });
   running.get_future().wait();
   queue->async([held, queue] {});
-  alone->mainQueue()->async([held, main = alone->mainQueue()] {});
+  const auto main = alone->mainQueue();
+  main->async([held, main] {});
   // The platform goes away while a block still runs, and waits for it.
   std::thread release([&] { mayRun.set_value(); });
   alone.reset();
   release.join();
   queue->async([held] {});  // Goes nowhere.
+  main->async([held] {});
   EXPECT_EQ(held.use_count(), 1);
 }
 

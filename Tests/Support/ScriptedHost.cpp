@@ -134,7 +134,7 @@ void ScriptedProvider::removePaymentInstrument(
 ScriptedHost::ScriptedHost()
     : requestBody(std::make_shared<Dictionary>(Dictionary{
           {"credit_card", Dictionary{{"brand", "visa"}, {"last", "1111"}}}, {"provider", 0}})),
-      constants_(std::make_shared<const HLVSDKConstants>(
+      texts(std::make_shared<HLVSDKConstants>(
           HLVSDKConstants{.useCaseDefault = "default",
                           .useCasePrivate = "private",
                           .useCaseBusiness = "business",

@@ -109,6 +109,7 @@ class ScriptedHost final : public Host {
   const void* requestedAddress = nullptr;
   /// The provider value that the last request was marked with.
   std::int64_t requestProvider = -1;
+  const std::shared_ptr<HLVSDKConstants> texts;
 
   ScriptedHost();
 
@@ -117,7 +118,7 @@ class ScriptedHost final : public Host {
   /// The lines since the last call, joined.
   std::string takeTrace();
 
-  std::shared_ptr<const HLVSDKConstants> constants() override { return constants_; }
+  std::shared_ptr<const HLVSDKConstants> constants() override { return texts; }
   std::shared_ptr<HLVSDKAPIManager> apiManager() override { return backend; }
   std::shared_ptr<HLVSDKReachability> reachability() override { return network; }
   std::shared_ptr<HLVSDKGuest> currentGuest() override;
@@ -142,7 +143,6 @@ class ScriptedHost final : public Host {
       const NullableString& cardHolder) override;
 
  private:
-  const std::shared_ptr<const HLVSDKConstants> constants_;
   const std::shared_ptr<HLVSDKLogger> remoteLogger_, consoleLogger_;
 };
 
