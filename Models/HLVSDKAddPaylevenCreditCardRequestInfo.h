@@ -32,9 +32,11 @@ class HLV_EXPORT HLVSDKAddPaylevenCreditCardRequestInfo : public HLVSDKAddCredit
   /// missing or empty, with the invalid-argument error "paylevenToken". `error` may be null.
   bool isValid(ErrorPtr* error) const override;
 
- private:
+ protected:
+  /// `body` is not null.
   explicit HLVSDKAddPaylevenCreditCardRequestInfo(std::shared_ptr<Body> body);
 
+ private:
   NullableString paylevenToken_;
 };
 

@@ -5,12 +5,14 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "Platform/Export.h"
 #include "Platform/NullableString.h"
+#include "Platform/Object.h"
 
 namespace hlv {
 
@@ -18,11 +20,13 @@ class Value;
 using Array = std::vector<Value>;
 using Dictionary = std::map<std::string, Value>;
 
-/// A null, a boolean, a number, a string, an array or a dictionary. Copies share nothing.
+/// A null, a boolean, a number, a string, an array, a dictionary, or an object of the platform that
+/// the kit only passes through. Copies share nothing but such objects.
 class HLV_EXPORT Value {
  public:
   using Storage =
-      std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Dictionary>;
+      std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Dictionary,
+                   std::shared_ptr<const Object>>;
 
   Value() = default;
   Value(bool value) : storage_(value) {}
@@ -37,6 +41,9 @@ class HLV_EXPORT Value {
   }
   Value(Array value) : storage_(std::move(value)) {}
   Value(Dictionary value) : storage_(std::move(value)) {}
+  Value(std::shared_ptr<const Object> value) {
+    if (value) storage_ = std::move(value);
+  }
 
   bool isNull() const { return std::holds_alternative<std::monostate>(storage_); }
 

@@ -2,6 +2,8 @@
 option(BUILD_SHARED_LIBS "Build the kit as a shared library" OFF)
 option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox and the paylevenkit command"
        ${PROJECT_IS_TOP_LEVEL})
+option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
+option(HLVSDKPAYLEVENKIT_OBJC_TESTS "Build the tests of that" OFF)
 option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
 option(HLVSDKPAYLEVENKIT_BENCHMARKS "Build the programs that measure the kit" OFF)
 # On in the presets; a consumer's newer compiler must not fail over a new warning.

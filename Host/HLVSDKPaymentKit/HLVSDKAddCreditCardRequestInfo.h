@@ -42,6 +42,9 @@ class HLV_EXPORT HLVSDKAddCreditCardRequestInfo : public Object {
   /// `-isValid:`. `error` may be null; it is set only when the answer is false.
   virtual bool isValid(ErrorPtr* error) const;
 
+  /// The host's part, for hosts that know their own. Never null.
+  const std::shared_ptr<Body>& body() const { return body_; }
+
  protected:
   /// The base initialiser's first half: the host's part, or null.
   static std::shared_ptr<Body> makeBody(

@@ -25,12 +25,16 @@ const std::map<std::string, Folders> allowed = {
     {"Public", {"Public/Managers", "Models", "Matching", "Host", "Platform"}},
     {"Sandbox", {"Host", "Platform"}},
     {"Tools", {"Public", "Sandbox", "Host", "Platform"}},
+    {"ObjC", {"Public", "Public/Managers", "Models", "Matching", "Host", "Platform"}},
+    {"ObjC/Sandbox", {"ObjC", "Sandbox", "Host", "Platform"}},
     {"Examples", {"Public", "Sandbox", "Host", "Platform"}},
 };
 
 /// The folder of the table that a path lies in, or an empty string.
 std::string folderOf(const std::string& path) {
-  if (path.starts_with("Public/Managers/")) return "Public/Managers";
+  for (const std::string within : {"Public/Managers", "ObjC/Sandbox"}) {
+    if (path.starts_with(within + "/")) return within;
+  }
   const auto folder = path.substr(0, path.find('/'));
   return allowed.contains(folder) ? folder : "";
 }
@@ -57,7 +61,7 @@ TEST(IncludeArrows, RunOnlyAsTheTableSays) {
   for (const auto& [folder, targets] : allowed) {
     for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
       const auto extension = entry.path().extension();
-      if (extension != ".h" && extension != ".cpp") continue;
+      if (extension != ".h" && extension != ".cpp" && extension != ".mm") continue;
       ++files;
       std::ifstream source(entry.path());
       const auto path = fs::relative(entry.path(), root).generic_string();

@@ -1,0 +1,56 @@
+// Completion blocks as the core's completions.
+//
+// Threading: any; a block is called on the thread that calls the completion.
+#pragma once
+
+#include <Block.h>
+
+#include <functional>
+#include <utility>
+
+#include "ObjC/Binding/Crossing.h"
+
+namespace hlv::objc {
+
+/// A block, copied to the heap and counted. Blocks are no objects in every runtime, so they are
+/// neither sent messages nor kept in collections.
+template <class Block>
+class CopiedBlock {
+ public:
+  explicit CopiedBlock(Block block) : block_(Block_copy(block)) {}
+  CopiedBlock(const CopiedBlock& other) : block_(Block_copy(other.block_)) {}
+  CopiedBlock& operator=(const CopiedBlock&) = delete;
+  ~CopiedBlock() { Block_release(block_); }
+  Block block() const { return block_; }
+
+ private:
+  const Block block_;
+};
+
+template <class Block, class... Results>
+struct BlockCompletion {
+  CopiedBlock<Block> copied;
+  void operator()(const Results&... results) const { copied.block()(crossing(results)...); }
+};
+
+template <class Block, class... Results>
+std::function<void(Results...)> completionAs(Block block, const std::function<void(Results...)>*) {
+  if (!block) return nullptr;
+  return BlockCompletion<Block, Results...>{CopiedBlock<Block>(block)};
+}
+
+/// `block` as a completion of the core; nil is an empty one.
+template <class Completion, class Block>
+Completion completion(Block block) {
+  return completionAs(block, static_cast<const Completion*>(nullptr));
+}
+
+/// The very block that a completion was made of; nil for any other.
+template <class Block, class... Results>
+Block originalBlock(const std::function<void(Results...)>& completion) {
+  const auto* made = completion.template target<BlockCompletion<Block, Results...>>();
+  if (!made) return nil;
+  return made->copied.block();
+}
+
+}  // namespace hlv::objc

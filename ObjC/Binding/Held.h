@@ -1,0 +1,48 @@
+// Objective-C objects as the core sees them, and back.
+//
+// Threading: as the object that is held.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <memory>
+
+namespace hlv::objc {
+
+/// Keeps an Objective-C object alive for the core.
+class Held {
+ public:
+  explicit Held(id object) : object_([object retain]) {}
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+  virtual ~Held() { [object_ release]; }
+  id held() const { return object_; }
+
+ private:
+  const id object_;
+};
+
+/// An Objective-C object that plays one of the core's interfaces.
+template <class Interface, class Original>
+class Adapter : public Interface, public Held {
+ public:
+  explicit Adapter(Original object) : Held(object) {}
+
+ protected:
+  Original object() const { return static_cast<Original>(held()); }
+};
+
+/// `object` as the core sees it; nil is null.
+template <class Adapted>
+std::shared_ptr<Adapted> adapted(id object) {
+  return object ? std::make_shared<Adapted>(object) : nullptr;
+}
+
+/// The very object that an adapter was made of; nil for null. It lives as long as its pool.
+template <class T>
+id original(const std::shared_ptr<T>& object) {
+  const auto* held = dynamic_cast<const Held*>(object.get());
+  return held ? [[held->held() retain] autorelease] : nil;
+}
+
+}  // namespace hlv::objc

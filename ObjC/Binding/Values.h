@@ -1,0 +1,22 @@
+// Dictionaries of plain values, both ways.
+//
+// Threading: any.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include "Platform/Notification.h"
+#include "Platform/Value.h"
+
+namespace hlv::objc {
+
+/// What is no string, number, array or dictionary passes through the core as the object it is, and
+/// so does a number that the core could not hold exactly. Keys that are no strings are left out.
+Dictionary fromNSDictionary(NSDictionary* dictionary);
+
+/// Immutable. Lives as long as its pool.
+NSDictionary* toNSDictionary(const Dictionary& dictionary);
+
+Notification fromNSNotification(NSNotification* notification);
+
+}  // namespace hlv::objc

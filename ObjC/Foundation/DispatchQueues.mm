@@ -1,0 +1,43 @@
+// Where the system has dispatch queues.
+#include "ObjC/Foundation/Queues.h"
+
+#if __has_include(<dispatch/dispatch.h>)
+
+#include <utility>
+
+#include "ObjC/Binding/Held.h"
+
+namespace hlv::objc {
+namespace {
+
+class DispatchQueue final : public Adapter<Queue, dispatch_queue_t> {
+ public:
+  using Adapter::Adapter;
+  void async(Block block) override {
+    dispatch_async(object(), ^{
+      @autoreleasepool {
+        block();
+      }
+    });
+  }
+  std::string label() const override { return dispatch_queue_get_label(object()); }
+};
+
+}  // namespace
+
+std::shared_ptr<Queue> makeMainQueue() { return adapted<DispatchQueue>(dispatch_get_main_queue()); }
+
+std::shared_ptr<Queue> makeSerialQueue(std::string label) {
+  dispatch_queue_t queue = dispatch_queue_create(label.c_str(), nullptr);
+  auto made = adapted<DispatchQueue>(queue);
+  dispatch_release(queue);
+  return made;
+}
+
+std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue) { return adapted<DispatchQueue>(queue); }
+
+HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) { return original(queue); }
+
+}  // namespace hlv::objc
+
+#endif

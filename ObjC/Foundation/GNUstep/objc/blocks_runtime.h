@@ -1,0 +1,2 @@
+// Where GNUstep's headers look for the blocks runtime.
+#include <Block.h>

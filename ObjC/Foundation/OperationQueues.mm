@@ -1,0 +1,117 @@
+// Where the system has no dispatch queues: what Foundation offers.
+#include "ObjC/Foundation/Queues.h"
+
+#if !__has_include(<dispatch/dispatch.h>)
+
+#import <Foundation/Foundation.h>
+
+#include <utility>
+
+#include "ObjC/Binding/Held.h"
+#include "ObjC/Binding/Strings.h"
+
+/// A block on its way to the main thread.
+@interface HLVPostedBlock : NSObject {
+ @private
+  hlv::Block* _block;
+}
+- (instancetype)initWithBlock:(hlv::Block)block;
+- (void)run;
+@end
+
+@implementation HLVPostedBlock
+
+- (instancetype)initWithBlock:(hlv::Block)block {
+  if ((self = [super init])) _block = new hlv::Block(std::move(block));
+  return self;
+}
+
+- (void)dealloc {
+  delete _block;
+  [super dealloc];
+}
+
+- (void)run {
+  @autoreleasepool {
+    (*_block)();
+    // What it held goes now, and not when the system gets to it.
+    *_block = nullptr;
+  }
+}
+
+@end
+
+/// A block on an operation queue, which it keeps until it has run.
+@interface HLVBlockOperation : NSOperation {
+ @private
+  HLVPostedBlock* _posted;
+  NSOperationQueue* _queue;
+}
+- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue;
+- (void)main;
+@end
+
+@implementation HLVBlockOperation
+
+- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue {
+  if ((self = [super init])) {
+    _posted = [[HLVPostedBlock alloc] initWithBlock:std::move(block)];
+    _queue = [queue retain];
+  }
+  return self;
+}
+
+- (void)dealloc {
+  [_posted release];
+  [_queue release];
+  [super dealloc];
+}
+
+- (void)main {
+  [_posted run];
+}
+
+@end
+
+namespace hlv::objc {
+namespace {
+
+class MainQueue final : public Queue {
+ public:
+  void async(Block block) override {
+    auto* posted = [[HLVPostedBlock alloc] initWithBlock:std::move(block)];
+    [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
+    [posted release];
+  }
+  std::string label() const override { return "main"; }
+};
+
+class OperationQueue final : public Adapter<Queue, NSOperationQueue*> {
+ public:
+  using Adapter::Adapter;
+  void async(Block block) override {
+    auto* operation = [[HLVBlockOperation alloc] initWithBlock:std::move(block) queue:object()];
+    [object() addOperation:operation];
+    [operation release];
+  }
+  std::string label() const override { return fromNSString([object() name]).value_or(""); }
+};
+
+}  // namespace
+
+std::shared_ptr<Queue> makeMainQueue() { return std::make_shared<MainQueue>(); }
+
+std::shared_ptr<Queue> makeSerialQueue(std::string label) {
+  NSOperationQueue* queue = [[[NSOperationQueue alloc] init] autorelease];
+  [queue setMaxConcurrentOperationCount:1];
+  [queue setName:toNSString(label)];
+  return adapted<OperationQueue>(queue);
+}
+
+std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue) { return adapted<OperationQueue>(queue); }
+
+HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) { return original(queue); }
+
+}  // namespace hlv::objc
+
+#endif

@@ -1,0 +1,25 @@
+// The system's queues as the core posts to them, and the core's as the system names them.
+//
+// Threading: any.
+#pragma once
+
+#import <HLVSDKPaylevenKit/HLVSDKQueue.h>
+
+#include <memory>
+#include <string>
+
+#include "Platform/Queue.h"
+
+namespace hlv::objc {
+
+/// Dispatch queues where the system has them; otherwise the main thread's run loop, and operation
+/// queues that run one operation at a time.
+std::shared_ptr<Queue> makeMainQueue();
+std::shared_ptr<Queue> makeSerialQueue(std::string label);
+
+/// A queue of the app's own; nil is null.
+std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue);
+/// The very queue that a core's queue posts to; nil for another kind. Lives as long as its pool.
+HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue);
+
+}  // namespace hlv::objc

@@ -1,0 +1,23 @@
+// What a configuration block fills in.
+//
+// Threading: belongs to the block, on the thread that builds the configuration.
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitConfiguration.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@protocol HLVSDKMutablePaylevenKitConfiguration
+@property(nonatomic, readwrite, copy, nullable) NSString* paymentKey;
+@end
+
+/// Keeps a key of its own; the one of its base stays nil. A copy of it is immutable.
+@interface HLVSDKMutablePaylevenKitConfiguration
+    : HLVSDKPaylevenKitConfiguration <HLVSDKMutablePaylevenKitConfiguration> {
+ @private
+  NSString* paymentKey;
+}
+
+@property(nonatomic, readwrite, copy, nullable) NSString* paymentKey;
+
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,23 @@
+// A provider instrument with the use case under which the provider listed it.
+//
+// Threading: one thread at a time.
+#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface HLVSDKPLVPaymentInstrument : NSObject {
+ @private
+  struct HLVInstrumentPairCore* _core;
+}
+
+@property(nonatomic, copy, nullable) NSString* useCase;
+@property(nonatomic, strong, nullable) PLVCreditCardPaymentInstrument* paymentInstrument;
+
+/// Checks nothing; either argument may be nil.
+- (nullable instancetype)initWithPaymentInstrument:
+                             (nullable PLVCreditCardPaymentInstrument*)paymentInstrument
+                                           useCase:(nullable NSString*)useCase;
+
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,31 @@
+// The kit's own configuration: the Payleven payment key.
+//
+// Threading: a record never changes and may be read from any thread.
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class HLVSDKMutablePaylevenKitConfiguration;
+
+/// Goes into the host configuration's list of kits, beside the kit's class.
+@interface HLVSDKPaylevenKitConfiguration : NSObject <HLVSDKKitConfiguration> {
+ @private
+  NSString* _paymentKey;
+}
+
+/// The API key of the payment provider. It may be nil; enabling the kit refuses that, and accepts
+/// an empty one.
+@property(nonatomic, readonly, copy, nullable) NSString* paymentKey;
+
+/// Calls the block, which may be nil, once and before it returns, with a fresh mutable record, and
+/// returns an immutable copy of what the block made of it.
++ (instancetype)configurationWithBlock:
+    (nullable void (^)(HLVSDKMutablePaylevenKitConfiguration* configuration))block;
+
+/// An immutable record with the other's key, which is not copied again; without one, with no key.
+- (nullable instancetype)initWithConfiguration:
+    (nullable HLVSDKPaylevenKitConfiguration*)configuration;
+
+@end
+
+NS_ASSUME_NONNULL_END

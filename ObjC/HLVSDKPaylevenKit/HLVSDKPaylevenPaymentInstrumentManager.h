@@ -1,0 +1,131 @@
+// Adds, updates and deletes a guest's cards at the payment provider and the host backend.
+//
+// Threading: operations may be called from any thread and run there until they hand over to the
+// backend or the provider. Completions come on the main thread, except that of an update, which is
+// the backend client's to call. Set the properties before the first operation.
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// A nil completion is skipped and everything else still happens. Each operation reports at most
+/// once; when a service never answers, or the manager goes away at the moments named below, it
+/// never does. Results and an error may come together, which the `async` forms of Swift cannot
+/// tell: they throw.
+@interface HLVSDKPaylevenPaymentInstrumentManager : NSObject <HLVSDKPaymentInstrumentManager> {
+ @private
+  struct HLVManagerCore* _core;
+}
+
+/// Whether the network was last seen reachable; NO until it is first set. Any thread.
+@property(nonatomic, getter=isConnectionAvailable, setter=setConnectionAvaiable:)
+    BOOL connectionAvaiable;
+/// The provider's client.
+@property(nonatomic, strong, nullable) PLVInAppClient* paymentClient;
+/// The host's client of its backend.
+@property(nonatomic, strong, nullable) HLVSDKAPIManager* apiManager;
+/// The host's view of the network.
+@property(nonatomic, strong, nullable) HLVSDKReachability* reachability;
+
+/// Begins to observe reachability. A nil service answers nothing.
+- (nullable instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
+                             paylevenClient:(nullable PLVInAppClient*)paylevenClient
+                               reachability:(nullable HLVSDKReachability*)reachability;
+
+/// Takes the connectivity flag from the notification.
+- (void)handleReachabilityChangedNotification:(nullable NSNotification*)notification;
+
+/// Whether country code, street, city and zip are all there; the first that is not is reported as
+/// an invalid argument. `error` must not be null. With a complete address the answer is NO when
+/// `*error` already holds an error, which is left alone.
+- (BOOL)validateBillingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
+                         error:(NSError* _Nullable* _Nullable)error;
+
+/// Adds a card as the user typed it. Reports the card's own error when it is not valid,
+/// `HLVURLErrorDomain` code 1 without a connection, and otherwise what the first-card or the
+/// further-card operation reports, for a guest without or with a provider user token. The address
+/// is not validated.
+- (void)addPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
+              billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
+                    forGuest:(nullable HLVSDKGuest*)guest
+                  completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
+                                                HLVSDKCreditCard* _Nullable card,
+                                                NSError* _Nullable error))completion;
+
+/// Creates the provider user token with the card, confirms the card, and then stores the token on
+/// the guest and registers the card, both at once. Reports the guest that was passed in and the
+/// backend's card; a card and an error may come together. Errors: the wrapped provider error, those
+/// of the confirmation, the required arguments "userToken" and "identifier", and the first error of
+/// the backend. Never completes when the manager goes away before the provider answers or before
+/// the card is confirmed.
+- (void)addFirstPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
+                   billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
+                         forGuest:(nullable HLVSDKGuest*)guest
+                       completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
+                                                     HLVSDKCreditCard* _Nullable card,
+                                                     NSError* _Nullable error))completion;
+
+/// The provider's half of the first-card operation.
+- (void)addFirstPaymentInstrumentToPayleven:(nullable HLVSDKPaymentInstrument*)paymentInstrument
+                              forGuestEmail:(nullable NSString*)email
+                                 completion:
+                                     (nullable void (^)(
+                                         NSString* _Nullable paylevenToken,
+                                         PLVCreditCardPaymentInstrument* _Nullable instrument,
+                                         NSError* _Nullable error))completion;
+
+/// Adds the card under the guest's token, confirms it and registers it. Reports the backend's guest
+/// and card. Errors: the wrapped provider error, those of the confirmation and the required
+/// argument "identifier"; by design a registration that the backend refuses reports no error, no
+/// guest and no card. Never completes when the manager goes away before the provider answers or
+/// before an identified card is registered.
+- (void)addNewPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
+                 billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
+                       forGuest:(nullable HLVSDKGuest*)guest
+                     completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
+                                                   HLVSDKCreditCard* _Nullable card,
+                                                   NSError* _Nullable error))completion;
+
+/// The provider's half of the further-card operation.
+- (void)addNewPaymentInstrumentToPayleven:(nullable HLVSDKPaymentInstrument*)paymentInstrument
+                        withPaylevenToken:(nullable NSString*)paylevenToken
+                               completion:(nullable void (^)(
+                                              NSString* _Nullable paylevenToken,
+                                              PLVCreditCardPaymentInstrument* _Nullable instrument,
+                                              NSError* _Nullable error))completion;
+
+/// Finds the instrument that the provider has just stored for a card. Card and token are required.
+/// Reports the token and the instrument, or no instrument when none matches, which is no error
+/// here. Errors: the required arguments "paymentInstrument" and "paylevenToken", the wrapped
+/// provider error, and `HLVPaymentErrorDomain` code 5 for an instrument that cannot be used.
+- (void)processAddedPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
+                        paylevenToken:(nullable NSString*)paylevenToken
+                           completion:(nullable void (^)(
+                                          NSString* _Nullable paylevenToken,
+                                          PLVCreditCardPaymentInstrument* _Nullable instrument,
+                                          NSError* _Nullable error))completion;
+
+/// Deletes a card at the backend and then its instrument at the provider. Required: a guest with a
+/// provider user token, the card's identifier at the backend, its use case, and that the guest has
+/// the card. Reports the guest as the backend returned it; guest and error come together when only
+/// the provider failed. Errors: the required arguments "paymentToken", "halvoID", "useCase" and
+/// "existedCard", `HLVURLErrorDomain` code 1 without a connection, the backend's own error, and the
+/// wrapped error of the removal.
+- (void)deletePaymentInstrumentWithID:(nullable NSString*)ID
+                              useCase:(nullable NSString*)useCase
+                            fromGuest:(nullable HLVSDKGuest*)guest
+                           completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
+                                                         NSError* _Nullable error))completion;
+
+/// Sends a card's billing address to the backend; missing fields are left out. The backend client
+/// calls the completion itself, on a thread of its choice.
+- (void)updatePaymentInstrument:(nullable NSString*)ID
+                 billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
+                       forGuest:(nullable HLVSDKGuest*)guest
+                     completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
+                                                   HLVSDKCreditCard* _Nullable card,
+                                                   NSError* _Nullable error))completion;
+
+@end
+
+NS_ASSUME_NONNULL_END

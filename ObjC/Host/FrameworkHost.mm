@@ -1,0 +1,126 @@
+#include "ObjC/Host/FrameworkHost.h"
+
+#include "ObjC/Binding/Crossing.h"
+#include "ObjC/Host/APIManager.h"
+#include "ObjC/Host/InAppClient.h"
+#include "ObjC/Host/Logger.h"
+#include "ObjC/Host/Records.h"
+#include "ObjC/Host/RequestBody.h"
+#include "ObjC/Host/Services.h"
+
+namespace hlv::objc {
+namespace {
+
+HLVSDKConstants texts() {
+  HLVSDKConstants texts;
+  texts.useCaseDefault = fromNSString(::kHLVSDKCreditCardUseCaseDefault);
+  texts.useCasePrivate = fromNSString(::kHLVSDKCreditCardUseCasePrivate);
+  texts.useCaseBusiness = fromNSString(::kHLVSDKCreditCardUseCaseBusiness);
+  for (NSString* key in ::HLVSDKCreditCardBusinessAddressJSONKeyes) {
+    texts.businessAddressJSONKeyes.push_back(fromNSString(key));
+  }
+  texts.urlErrorDomain = fromNSString(::HLVURLErrorDomain);
+  texts.paymentErrorDomain = fromNSString(::HLVPaymentErrorDomain);
+  texts.authorizationStatusNotification =
+      fromNSString(::kHLVSDKDidChangeAuthorizationStatusNotification);
+  texts.isAuthorizedKey = fromNSString(::kHLVSDKNotificationUserInfoIsAuthorizedKey);
+  texts.reachabilityStateNotification =
+      fromNSString(::HLVSDKReachabilityDidChangeReachabilityStateNotification);
+  texts.reachabilityStateKey =
+      fromNSString(::HLVSDKReachabilityDidChangeReachabilityNotificationStateKey);
+  texts.reachabilityPreviousStateKey =
+      fromNSString(::HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey);
+  return texts;
+}
+
+/// A text that is gone as soon as it was used: card data does not wait for a pool.
+class BriefString {
+ public:
+  explicit BriefString(const NullableString& text) : string_(newNSString(text)) {}
+  BriefString(const BriefString&) = delete;
+  BriefString& operator=(const BriefString&) = delete;
+  ~BriefString() { [string_ release]; }
+  NSString* string() const { return string_; }
+
+ private:
+  NSString* const string_;
+};
+
+}  // namespace
+
+FrameworkHost::FrameworkHost() : constants_(std::make_shared<HLVSDKConstants>(texts())) {}
+
+std::shared_ptr<HLVSDKAPIManager> FrameworkHost::apiManager() {
+  return adapted<APIManager>([::HLVSDKAPIManager manager]);
+}
+
+std::shared_ptr<HLVSDKReachability> FrameworkHost::reachability() {
+  return adapted<Reachability>([::HLVSDKReachability sharedReachability]);
+}
+
+std::shared_ptr<HLVSDKGuest> FrameworkHost::currentGuest() {
+  return adapted<Guest>([::HLVSDKGuest currentGuest]);
+}
+
+NullableString FrameworkHost::cardBrandFromNumber(const NullableString& number) {
+  const BriefString text(number);
+  return fromNSString([::HLVSDKCreditCard cardBrandFromNumber:text.string()]);
+}
+
+std::shared_ptr<HLVSDKUpdateGuestRequestInfo> FrameworkHost::makeUpdateGuestRequestInfo() {
+  return adapted<UpdateGuestRequest>([[::HLVSDKUpdateGuestRequestInfo new] autorelease]);
+}
+
+void FrameworkHost::handleAssertWithMessage(const NullableString& message) {
+  [::HLVSDKAsserts handleAssertWithMessage:toNSString(message)];
+}
+
+void FrameworkHost::handleParameterAssert(const NullableString& parameter,
+                                          const NullableString& message) {
+  [::HLVSDKAsserts handleParameterAssert:toNSString(parameter) withMessage:toNSString(message)];
+}
+
+std::shared_ptr<HLVSDKLogger> FrameworkHost::remoteLogger() {
+  return adapted<Logger>([::HLVSDKRemoteLogger sharedLogger]);
+}
+
+std::shared_ptr<HLVSDKLogger> FrameworkHost::consoleLogger() {
+  return adapted<Logger>([::HLVSDKConsoleLogger sharedLogger]);
+}
+
+std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> FrameworkHost::makeAddCreditCardRequestBody(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
+    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
+  auto* request = [[[::HLVSDKAddPaylevenCreditCardRequestInfo alloc]
+      initHostHalfWithPaymentInstrument:original(instrument)
+                         billingAddress:original(address)] autorelease];
+  if (!request) return nullptr;
+  return std::make_shared<RequestBody>(request, RequestBody::Keeps::request);
+}
+
+std::shared_ptr<HLVSession> FrameworkHost::activeSession() {
+  return adapted<Session>([::HLVSession activeSession]);
+}
+
+std::shared_ptr<HLVErrorFacade> FrameworkHost::makeErrorFacade() {
+  return adapted<ErrorFacade>([[::HLVErrorFacade new] autorelease]);
+}
+
+std::shared_ptr<PLVInAppClient> FrameworkHost::inAppClient() {
+  return adapted<InAppClient>([::PLVInAppClient sharedInstance]);
+}
+
+std::shared_ptr<PLVCreditCardPaymentInstrument> FrameworkHost::makeCreditCardPaymentInstrument(
+    const NullableString& pan, const NullableString& expiryMonth, const NullableString& expiryYear,
+    const NullableString& cvv, const NullableString& cardHolder) {
+  const BriefString number(pan);
+  const BriefString code(cvv);
+  return adapted<Instrument>([::PLVPaymentInstrument
+      createCreditCardPaymentInstrumentWithPan:number.string()
+                                   expiryMonth:toNSString(expiryMonth)
+                                    expiryYear:toNSString(expiryYear)
+                                           cvv:code.string()
+                                 andCardHolder:toNSString(cardHolder)]);
+}
+
+}  // namespace hlv::objc

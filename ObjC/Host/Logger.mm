@@ -1,0 +1,28 @@
+#include "ObjC/Host/Logger.h"
+
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+
+#include <array>
+#include <cstddef>
+
+#include "ObjC/Binding/Crossing.h"
+
+namespace hlv::objc {
+
+void Logger::logWithLevel(int level, const char* path, int line, const char* function,
+                          const char* format, const std::vector<HLVSDKLogArgument>& arguments) {
+  // The message takes its arguments one by one; what a format does not name is not read.
+  std::array<id, 3> objects{};
+  for (std::size_t i = 0; i < arguments.size() && i < objects.size(); ++i) {
+    objects[i] =
+        std::visit([](const auto& argument) -> id { return crossing(argument); }, arguments[i]);
+  }
+  [static_cast<::HLVSDKRemoteLogger*>(object())
+      logWithLevel:level
+              path:path
+              line:line
+          function:function
+            format:toNSString(format), objects[0], objects[1], objects[2]];
+}
+
+}  // namespace hlv::objc

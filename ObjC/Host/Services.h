@@ -1,0 +1,41 @@
+// The host's small services, as the core asks them.
+//
+// Threading: as the services.
+#pragma once
+
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/Host/HalvoAuthenticationDeclarations.h>
+#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+
+#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
+#include "Host/Halvo_Authentication/HLVSession.h"
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+#include "ObjC/Binding/Held.h"
+
+namespace hlv::objc {
+
+class Reachability final : public Adapter<HLVSDKReachability, ::HLVSDKReachability*> {
+ public:
+  using Adapter::Adapter;
+  std::int64_t currentState() const override { return [object() currentState]; }
+};
+
+class Session final : public Adapter<HLVSession, ::HLVSession*> {
+ public:
+  using Adapter::Adapter;
+  bool isAuthorized() const override { return [object() isAuthorized]; }
+};
+
+class ErrorFacade final : public Adapter<HLVErrorFacade, ::HLVErrorFacade*> {
+ public:
+  using Adapter::Adapter;
+  ErrorPtr errorWithCode(std::int64_t code, const NullableString& domain,
+                         const NullableString& message) override;
+  ErrorPtr invalidArgumentErrorWithName(const NullableString& name, const NullableString& value,
+                                        const NullableString& message) override;
+  ErrorPtr requiredArgumentErrorWithName(const NullableString& name, const NullableString& message,
+                                         const char* functionName, const char* fileName) override;
+  ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override;
+};
+
+}  // namespace hlv::objc
