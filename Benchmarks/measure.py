@@ -67,7 +67,19 @@ def library(built):
             "rest.foreign-libraries": [sum(not RUNTIME.match(name) for name in needed)]}
 
 
-def everything(programs, shared_library):
+def binding(programs):
+    """What the Objective-C classes add."""
+    with tempfile.TemporaryDirectory() as folder:
+        # As in an app: what several sources repeat is there once.
+        linked = Path(folder) / "linked"
+        run("ld", "-static", "--entry=0", "--unresolved-symbols=ignore-all", "-o", linked,
+            "--whole-archive", programs / "libHLVSDKPaylevenKitObjC.a")
+        text = int(run("size", linked).stdout.splitlines()[1].split()[0])
+    update = benchmark(programs / "ObjCBenchmark")["update"]
+    return {"objc.text": [text], "objc-update.time": [update["cpu_time"]]}
+
+
+def everything(programs, shared_library, objc_programs):
     figures = printed(programs / "VirtualLatency")
     operations = programs / "OperationsBenchmark"
     for name, row in benchmark(operations).items():
@@ -86,6 +98,7 @@ def everything(programs, shared_library):
     figures["rest.threads"] = max(process["rest.threads"] for process in fresh)
     figures["rest.enabling"] = min(process["rest.enabling"] for process in fresh)
     figures |= library(shared_library)
+    figures |= binding(objc_programs)
     figures |= latency(programs / "RealLatency", 1, 200)
     figures |= latency(programs / "RealLatency", 20, 80)
     figures |= latency(programs / "RealLatency", 80, 40)

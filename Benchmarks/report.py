@@ -1,6 +1,6 @@
 """Measures the kit and compares with the budgets on record.
 
-Usage: report.py PROGRAMS SHARED_LIBRARY [--record VERSION]
+Usage: report.py PROGRAMS SHARED_LIBRARY OBJC_PROGRAMS [--record VERSION]
 """
 import argparse
 import sys
@@ -67,10 +67,11 @@ def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument("programs", type=Path)
     arguments.add_argument("library", type=Path)
+    arguments.add_argument("objc", type=Path)
     arguments.add_argument("--record", metavar="VERSION")
     given = arguments.parse_args()
 
-    figures = measure.everything(given.programs, given.library)
+    figures = measure.everything(given.programs, given.library, given.objc)
     failures = compare(figures)
     if given.record:
         record(given.record, figures)

@@ -3,6 +3,7 @@
 enable_language(OBJCXX)
 set(CMAKE_OBJCXX_STANDARD 20)
 set(CMAKE_OBJCXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
 
 add_library(hlv_objc_flags INTERFACE)
 target_include_directories(hlv_objc_flags INTERFACE ${PROJECT_SOURCE_DIR}/ObjC)

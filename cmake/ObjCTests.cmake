@@ -26,6 +26,7 @@ add_test(NAME ObjC.CompilesForApplesRuntime
           -I${PROJECT_SOURCE_DIR} -I${PROJECT_SOURCE_DIR}/ObjC
           $<TARGET_PROPERTY:hlv_objc_flags,INTERFACE_COMPILE_OPTIONS>
           -isystem ${PROJECT_SOURCE_DIR}/ObjC/Foundation/GNUstep
+          -isystem ${PROJECT_SOURCE_DIR}/Tests/ObjC/PhoneHeaders
   COMMAND_EXPAND_LISTS)
 set_tests_properties(ObjC.CompilesForApplesRuntime PROPERTIES TIMEOUT 300 LABELS ObjCTests
   ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)

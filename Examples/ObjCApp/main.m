@@ -1,0 +1,212 @@
+// An Objective-C app that embeds the kit. It tells the story of a guest's cards on a fresh store,
+// and ends well only if the backend and the payment provider agree about them.
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
+
+#include <stdio.h>
+
+#import "ObjC/Sandbox/HLVSandbox.h"
+
+/// What one operation reports. Operations may report on any thread; the app hears it on the main
+/// thread.
+@interface Answer : NSObject {
+ @private
+  BOOL _hasCome;
+  NSError* _error;
+}
+- (void)report:(NSError*)error;
+- (BOOL)hasCome;
+- (NSError*)error;
+@end
+
+@implementation Answer
+
+- (void)report:(NSError*)error {
+  [self performSelectorOnMainThread:@selector(hear:) withObject:error waitUntilDone:NO];
+}
+
+- (void)hear:(NSError*)error {
+  _error = [error retain];
+  _hasCome = YES;
+}
+
+- (BOOL)hasCome {
+  return _hasCome;
+}
+
+- (NSError*)error {
+  return _error;
+}
+
+- (void)dealloc {
+  [_error release];
+  [super dealloc];
+}
+
+@end
+
+/// Runs the main run loop until `isDone` says so. NO when that takes longer than anybody waits.
+static BOOL runUntil(BOOL (^isDone)(void)) {
+  NSDate* end = [NSDate dateWithTimeIntervalSinceNow:30];
+  while (!isDone()) {
+    if ([end timeIntervalSinceNow] < 0) return NO;
+    @autoreleasepool {
+      // A loop that began with a message to deliver may wait on: look again soon.
+      [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
+                               beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
+    }
+  }
+  return YES;
+}
+
+/// Says what went wrong, if anything did.
+static BOOL isFine(NSString* problem) {
+  if (problem) fprintf(stderr, "%s\n", [problem UTF8String]);
+  return problem == nil;
+}
+
+/// Begins one operation and waits for its report.
+static BOOL succeeds(NSString* what, void (^begin)(Answer* answer)) {
+  printf("%s\n", [what UTF8String]);
+  Answer* answer = [[[Answer alloc] init] autorelease];
+  begin(answer);
+  const BOOL came = runUntil(^BOOL {
+    return [answer hasCome];
+  });
+  if (!came) return isFine(@"Nobody answered.");
+  return isFine([[answer error] localizedDescription]);
+}
+
+static void printCard(HLVSDKGuest* guest, HLVSDKCreditCard* card) {
+  if (!card) return;
+  printf("  %s has %s .. %s, %s\n", [[guest email] UTF8String], [[card brand] UTF8String],
+         [[card lastFourDigits] UTF8String], [[card useCase] UTF8String]);
+}
+
+static BOOL add(HLVSDKPaymentManager* cards, NSString* testCard, NSString* useCase) {
+  NSString* what = [NSString stringWithFormat:@"A card is added: %@, %@", testCard, useCase];
+  return succeeds(what, ^(Answer* answer) {
+    // A phone app makes these two of what the guest types.
+    HLVSDKPaymentInstrument* card = [HLVSandbox paymentInstrumentFromTestCard:testCard
+                                                                      useCase:useCase];
+    HLVSDKPaymentBillingAddress* address = [HLVSandbox billingAddressWithStreet:@"Market Square 2"
+                                                                           city:@"Berlin"
+                                                                    countryCode:@"DE"
+                                                                            zip:@"10178"
+                                                                   businessName:nil];
+    [cards addPaymentInstrument:card
+                 billingAddress:address
+                       forGuest:[HLVSDKGuest currentGuest]
+                     completion:^(HLVSDKGuest* guest, HLVSDKCreditCard* added, NSError* error) {
+                       printCard(guest, added);
+                       [answer report:error];
+                     }];
+  });
+}
+
+static BOOL changeAddress(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
+  return succeeds(@"The billing address of the first card changes", ^(Answer* answer) {
+    HLVSDKPaymentBillingAddress* address = [HLVSandbox billingAddressWithStreet:@"Harbour Road 1"
+                                                                           city:@"Hamburg"
+                                                                    countryCode:@"DE"
+                                                                            zip:@"20457"
+                                                                   businessName:nil];
+    [cards
+        updatePaymentInstrument:[card halvoID]
+                 billingAddress:address
+                       forGuest:[HLVSDKGuest currentGuest]
+                     completion:^(HLVSDKGuest* guest, HLVSDKCreditCard* changed, NSError* error) {
+                       printCard(guest, changed);
+                       [answer report:error];
+                     }];
+  });
+}
+
+static BOOL removeCard(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
+  return succeeds(@"The second card goes, on both sides", ^(Answer* answer) {
+    [cards deletePaymentInstrumentWithID:[card halvoID]
+                                 useCase:[card useCase]
+                               fromGuest:[HLVSDKGuest currentGuest]
+                              completion:^(HLVSDKGuest* guest, NSError* error) {
+                                printCard(guest, [[guest creditCards] lastObject]);
+                                [answer report:error];
+                              }];
+  });
+}
+
+/// A host runs the kits that its configuration lists. The kit reads the guest when it is enabled,
+/// and never again, so somebody signs in before.
+static void enableKit(void) {
+  HLVSDKPaylevenKitConfiguration* configuration = [HLVSDKPaylevenKitConfiguration
+      configurationWithBlock:^(HLVSDKMutablePaylevenKitConfiguration* record) {
+        record.paymentKey = @"a-payment-key";
+      }];
+  id<HLVSDKKitEntry> entry = [HLVSandbox entryWithKit:[HLVSDKPayleven class]
+                                        configuration:configuration];
+  [HLVSDKPayleven enableWithConfiguration:[HLVSandbox configurationWithEntries:@[ entry ]]];
+}
+
+/// Whether each card has its instrument, and each instrument its card. Two empty sides prove
+/// nothing.
+static BOOL sidesAgree(HLVSandbox* sandbox) {
+  NSArray* backend = [[sandbox backendCards] sortedArrayUsingSelector:@selector(compare:)];
+  NSArray* provider = [[sandbox providerInstruments] sortedArrayUsingSelector:@selector(compare:)];
+  return [backend count] > 0 && [backend isEqualToArray:provider];
+}
+
+static void printSides(HLVSandbox* sandbox) {
+  for (NSString* line in [sandbox backendCards]) printf("  backend:  %s\n", [line UTF8String]);
+  for (NSString* line in [sandbox providerInstruments]) {
+    printf("  provider: %s\n", [line UTF8String]);
+  }
+}
+
+static BOOL plantInstrument(HLVSandbox* sandbox) {
+  printf("The provider holds an instrument that the backend does not know\n");
+  if (!isFine([sandbox plantTestCard:@"amex"])) return NO;
+  printSides(sandbox);
+  return isFine(sidesAgree(sandbox) ? @"The two sides should disagree now." : nil);
+}
+
+/// Nobody reports a synchronisation that the kit begins by itself, so the app looks at what it did.
+static BOOL returnToForeground(HLVSandbox* sandbox) {
+  printf("The app returns to the foreground, and the kit synchronises\n");
+  [sandbox enterForeground];
+  const BOOL agree = runUntil(^BOOL {
+    return [sandbox isQuiet] && sidesAgree(sandbox);
+  });
+  printSides(sandbox);
+  return isFine(agree ? nil : @"The two sides do not agree.");
+}
+
+static BOOL tellStory(HLVSandbox* sandbox) {
+  printf("A guest signs in, and the kit is enabled\n");
+  if (!isFine([sandbox signInWithEmail:@"guest@example.com"])) return NO;
+  enableKit();
+
+  HLVSDKPaymentManager* cards = [[[HLVSDKPaymentManager alloc] init] autorelease];
+  if (!add(cards, @"visa", kHLVSDKCreditCardUseCaseDefault)) return NO;
+  if (!add(cards, @"mastercard", kHLVSDKCreditCardUseCaseBusiness)) return NO;
+  printSides(sandbox);
+
+  NSArray* added = [[HLVSDKGuest currentGuest] creditCards];
+  if ([added count] != 2) return isFine(@"The guest should have two cards now.");
+  if (!changeAddress(cards, [added objectAtIndex:0])) return NO;
+  if (!removeCard(cards, [added objectAtIndex:1])) return NO;
+  return plantInstrument(sandbox) && returnToForeground(sandbox);
+}
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    fprintf(stderr, "usage: %s STORE\n", argv[0]);
+    return 2;
+  }
+  @autoreleasepool {
+    NSString* problem = nil;
+    HLVSandbox* sandbox = [HLVSandbox openStoreAtPath:[NSString stringWithUTF8String:argv[1]]
+                                              problem:&problem];
+    if (!sandbox) isFine(problem);
+    if (!sandbox || !tellStory(sandbox)) return 1;
+    printf("Both sides agree.\n");
+  }
+  return 0;
+}

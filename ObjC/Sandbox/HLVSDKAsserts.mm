@@ -1,0 +1,22 @@
+// Assertions, which the sandbox tells in its journal.
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+
+#include "ObjC/Binding/Strings.h"
+#include "ObjC/Sandbox/OpenSandbox.h"
+
+using hlv::objc::fromNSString;
+using hlv::sandbox::objc::openHost;
+
+@implementation HLVSDKAsserts
+
++ (void)handleAssertWithMessage:(NSString*)message {
+  if (const auto host = openHost()) host->handleAssertWithMessage(fromNSString(message));
+}
+
++ (void)handleParameterAssert:(NSString*)parameter withMessage:(NSString*)message {
+  if (const auto host = openHost()) {
+    host->handleParameterAssert(fromNSString(parameter), fromNSString(message));
+  }
+}
+
+@end

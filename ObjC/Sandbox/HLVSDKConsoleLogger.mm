@@ -1,0 +1,34 @@
+// The sandbox's console logger, as an Objective-C app writes to it.
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+
+#include "ObjC/Sandbox/LogLineWriter.h"
+#include "ObjC/Sandbox/OpenSandbox.h"
+#include "Platform/Send.h"
+
+namespace {
+
+std::shared_ptr<hlv::HLVSDKLogger> sandboxLogger() {
+  return hlv::send(hlv::sandbox::objc::openHost(), &hlv::Host::consoleLogger);
+}
+
+}  // namespace
+
+@implementation HLVSDKConsoleLogger
+
++ (HLVSDKConsoleLogger*)sharedLogger {
+  static HLVSDKConsoleLogger* const logger = [HLVSDKConsoleLogger new];
+  return sandboxLogger() ? logger : nil;
+}
+
+- (void)logWithLevel:(NSInteger)level
+                path:(const char*)path
+                line:(NSInteger)line
+            function:(const char*)function
+              format:(NSString*)format, ... {
+  va_list arguments;
+  va_start(arguments, format);
+  hlv::sandbox::objc::writeLine(sandboxLogger(), level, path, line, function, format, arguments);
+  va_end(arguments);
+}
+
+@end

@@ -1,0 +1,27 @@
+// The sandbox's network, as an Objective-C app sees it.
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+
+#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
+#include "ObjC/Sandbox/OpenSandbox.h"
+#include "Platform/Send.h"
+
+namespace {
+
+std::shared_ptr<hlv::HLVSDKReachability> network() {
+  return hlv::send(hlv::sandbox::objc::openHost(), &hlv::Host::reachability);
+}
+
+}  // namespace
+
+@implementation HLVSDKReachability
+
++ (HLVSDKReachability*)sharedReachability {
+  static HLVSDKReachability* const reachability = [HLVSDKReachability new];
+  return network() ? reachability : nil;
+}
+
+- (NSInteger)currentState {
+  return static_cast<NSInteger>(hlv::send(network(), &hlv::HLVSDKReachability::currentState));
+}
+
+@end

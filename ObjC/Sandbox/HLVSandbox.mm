@@ -1,0 +1,159 @@
+#import "ObjC/Sandbox/HLVSandbox.h"
+
+#include "ObjC/Binding/Install.h"
+#include "ObjC/Binding/Strings.h"
+#include "ObjC/Sandbox/Failure.h"
+#include "ObjC/Sandbox/OpenSandbox.h"
+#include "ObjC/Sandbox/SandboxBillingAddress.h"
+#include "ObjC/Sandbox/SandboxConfiguration.h"
+#include "ObjC/Sandbox/SandboxConstants.h"
+#include "ObjC/Sandbox/SandboxKitEntry.h"
+#include "ObjC/Sandbox/SandboxPaymentInstrument.h"
+#include "ObjC/Sandbox/SidesAsLines.h"
+#include "Sandbox/TestCards.h"
+
+using hlv::objc::fromNSString;
+using hlv::objc::toNSString;
+using hlv::sandbox::EnteredAddress;
+using hlv::sandbox::EnteredCard;
+using hlv::sandbox::Sandbox;
+using hlv::sandbox::objc::OpenSandbox;
+using hlv::sandbox::objc::problemOf;
+
+struct HLVSandboxCore {
+  std::shared_ptr<OpenSandbox> open;
+};
+
+namespace {
+
+std::string textOf(NSString* string) { return fromNSString(string).value_or(""); }
+
+const hlv::sandbox::TestCard* testCard(NSString* name) {
+  return hlv::sandbox::findTestCard(textOf(name));
+}
+
+/// Nil for an empty one.
+NSString* sentence(const std::string& problem) {
+  return problem.empty() ? nil : toNSString(problem);
+}
+
+}  // namespace
+
+@implementation HLVSandbox
+
++ (instancetype)openStoreAtPath:(NSString*)path problem:(NSString**)problem {
+  hlv::objc::install();
+  Sandbox::Opened opened{nullptr, hlv::sandbox::objc::problemOfConstants()};
+  if (opened.problem.empty()) {
+    hlv::sandbox::SandboxOptions options;
+    options.storePath = textOf(path);
+    opened = Sandbox::open(options);
+  }
+  if (!opened.sandbox) {
+    if (problem) *problem = toNSString(opened.problem);
+    return nil;
+  }
+  return [[[self alloc] initWithSandbox:opened.sandbox] autorelease];
+}
+
+- (instancetype)init {
+  [self release];
+  return nil;
+}
+
+- (instancetype)initWithSandbox:(const std::shared_ptr<Sandbox>&)sandbox {
+  if ((self = [super init])) {
+    _core = new HLVSandboxCore{std::make_shared<OpenSandbox>(sandbox)};
+    OpenSandbox::letPlay(_core->open);
+  }
+  return self;
+}
+
+- (void)dealloc {
+  delete _core;
+  [super dealloc];
+}
+
+- (NSString*)signInWithEmail:(NSString*)email {
+  return sentence(problemOf([&] { return _core->open->sandbox().signIn(textOf(email)); }));
+}
+
+- (NSString*)signOut {
+  return sentence(problemOf([&] {
+    _core->open->sandbox().signOut();
+    return std::string();
+  }));
+}
+
+- (NSString*)setReachable:(BOOL)reachable {
+  return sentence(problemOf([&] {
+    _core->open->sandbox().setReachable(reachable);
+    return std::string();
+  }));
+}
+
+- (void)enterForeground {
+  _core->open->sandbox().enterForeground();
+}
+
++ (HLVSDKPaymentInstrument*)paymentInstrumentFromTestCard:(NSString*)name
+                                                  useCase:(NSString*)useCase {
+  const auto* known = testCard(name);
+  if (!known) return nil;
+  auto fields = known->fields;
+  fields.useCase = textOf(useCase);
+  return [[[SandboxPaymentInstrument alloc] initWithCard:EnteredCard::make(std::move(fields))]
+      autorelease];
+}
+
++ (HLVSDKPaymentBillingAddress*)billingAddressWithStreet:(NSString*)street
+                                                    city:(NSString*)city
+                                             countryCode:(NSString*)countryCode
+                                                     zip:(NSString*)zip
+                                            businessName:(NSString*)businessName {
+  return [[[SandboxBillingAddress alloc]
+      initWithAddress:EnteredAddress::make({.street = fromNSString(street),
+                                            .city = fromNSString(city),
+                                            .countryCode = fromNSString(countryCode),
+                                            .zip = fromNSString(zip),
+                                            .businessName = fromNSString(businessName)})]
+      autorelease];
+}
+
++ (id<HLVSDKKitEntry>)entryWithKit:(Class)kit configuration:(id)configuration {
+  return [[[SandboxKitEntry alloc] initWithKit:kit configuration:configuration] autorelease];
+}
+
++ (HLVSDKConfiguration*)configurationWithEntries:(NSArray<id<HLVSDKKitEntry>>*)entries {
+  return [[[SandboxConfiguration alloc] initWithKits:entries] autorelease];
+}
+
+- (NSString*)plantTestCard:(NSString*)name {
+  const auto* known = testCard(name);
+  if (!known) return @"There is no test card of that name.";
+  return sentence(problemOf([&] { return _core->open->sandbox().plantInstrument(known->fields); }));
+}
+
+- (NSArray<NSString*>*)backendCards {
+  NSArray* lines = nil;
+  problemOf([&] {
+    lines = hlv::sandbox::objc::linesOf(_core->open->sandbox().backendCards());
+    return std::string();
+  });
+  return lines;
+}
+
+- (NSArray<NSString*>*)providerInstruments {
+  NSArray* lines = nil;
+  problemOf([&] {
+    lines = hlv::sandbox::objc::linesOf(_core->open->sandbox().providerInstruments());
+    return std::string();
+  });
+  return lines;
+}
+
+- (BOOL)isQuiet {
+  return _core->open->sandbox().isQuiet();
+}
+
+@end

@@ -1,0 +1,19 @@
+// A request to register a card, on its way from Objective-C to the sandbox's backend.
+//
+// Threading: one thread at a time.
+#pragma once
+
+#import <HLVSDKPaylevenKit/Host/HLVSDKPaymentKitDeclarations.h>
+
+#include <memory>
+
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
+
+namespace hlv::sandbox::objc {
+
+/// Asks `request` for its body, and whether it is valid, so that what a kit's subclass adds gets
+/// through. Null for nil.
+std::shared_ptr<hlv::HLVSDKAddCreditCardRequestInfo> forwarded(
+    ::HLVSDKAddCreditCardRequestInfo* request);
+
+}  // namespace hlv::sandbox::objc

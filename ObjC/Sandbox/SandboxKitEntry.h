@@ -1,0 +1,14 @@
+// One kit that the host is to run, and its configuration.
+//
+// Threading: immutable; any.
+#pragma once
+
+#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+
+@interface SandboxKitEntry : NSObject <HLVSDKKitEntry> {
+ @private
+  Class _kit;
+  id _configuration;
+}
+- (instancetype)initWithKit:(Class)kit configuration:(id)configuration;
+@end

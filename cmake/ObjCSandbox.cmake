@@ -1,0 +1,50 @@
+# The host SDK's and the provider's classes, played by the sandbox, and an Objective-C app.
+enable_language(OBJC)
+
+add_library(HLVSandboxObjC STATIC
+  ObjC/Sandbox/AddressKeys.mm
+  ObjC/Sandbox/Failure.cpp
+  ObjC/Sandbox/HLVErrorFacade.mm
+  ObjC/Sandbox/HLVSDKAPIManager.mm
+  ObjC/Sandbox/HLVSDKAsserts.mm
+  ObjC/Sandbox/HLVSDKConsoleLogger.mm
+  ObjC/Sandbox/HLVSDKReachability.mm
+  ObjC/Sandbox/HLVSDKRemoteLogger.mm
+  ObjC/Sandbox/HLVSandbox.mm
+  ObjC/Sandbox/LogLineWriter.mm
+  ObjC/Sandbox/OpenSandbox.mm
+  ObjC/Sandbox/PLVInAppClient.mm
+  ObjC/Sandbox/SandboxAddCardRequest.mm
+  ObjC/Sandbox/SandboxBillingAddress.mm
+  ObjC/Sandbox/SandboxCardInstrument.mm
+  ObjC/Sandbox/SandboxConfiguration.mm
+  ObjC/Sandbox/SandboxConstants.mm
+  ObjC/Sandbox/SandboxCreditCard.mm
+  ObjC/Sandbox/SandboxGuest.mm
+  ObjC/Sandbox/SandboxKitEntry.mm
+  ObjC/Sandbox/SandboxPaymentInstrument.mm
+  ObjC/Sandbox/SandboxSession.mm
+  ObjC/Sandbox/SandboxUpdateGuestRequest.mm
+  ObjC/Sandbox/SidesAsLines.mm)
+target_link_libraries(HLVSandboxObjC
+  PUBLIC HLVSDKPaylevenKitObjC HLVSDKPaylevenSandbox PRIVATE hlv_flags)
+
+# The classes are those of frameworks: the kit asks for them by name, so all of them are linked,
+# whether or not the app names them.
+add_executable(paylevenkit-objc-example Examples/ObjCApp/main.m)
+target_link_libraries(paylevenkit-objc-example PRIVATE
+  hlv_flags $<LINK_LIBRARY:WHOLE_ARCHIVE,HLVSandboxObjC>)
+set_target_properties(paylevenkit-objc-example PROPERTIES LINKER_LANGUAGE OBJCXX)
+
+if(HLVSDKPAYLEVENKIT_BENCHMARKS)
+  add_executable(ObjCBenchmark Benchmarks/ObjCBenchmark.mm)
+  target_link_libraries(ObjCBenchmark PRIVATE
+    hlv_flags benchmark::benchmark $<LINK_LIBRARY:WHOLE_ARCHIVE,HLVSandboxObjC>)
+endif()
+if(HLVSDKPAYLEVENKIT_OBJC_TESTS)
+  # Foundation keeps some of its objects to the end, which is no leak of the app.
+  add_test(NAME ObjC.TheExampleAppEndsWell
+    COMMAND sh -c "rm -f example.sqlite*; exec ./paylevenkit-objc-example example.sqlite")
+  set_tests_properties(ObjC.TheExampleAppEndsWell PROPERTIES TIMEOUT 120 LABELS ObjCTests
+    WORKING_DIRECTORY ${PROJECT_BINARY_DIR} ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
+endif()
