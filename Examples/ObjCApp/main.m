@@ -50,9 +50,9 @@ static BOOL runUntil(BOOL (^isDone)(void)) {
   while (!isDone()) {
     if ([end timeIntervalSinceNow] < 0) return NO;
     @autoreleasepool {
-      // A loop that began with a message to deliver may wait on: look again soon.
-      [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
-                               beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
+      // The loop may do what was posted and then wait for more, so it is asked to return soon.
+      NSDate* soon = [NSDate dateWithTimeIntervalSinceNow:0.02];
+      [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:soon];
     }
   }
   return YES;

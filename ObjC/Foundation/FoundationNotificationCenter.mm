@@ -32,8 +32,9 @@
 
 - (void)hear:(NSNotification*)notification {
   // The observation may end while its handler runs.
-  [[self retain] autorelease];
+  [self retain];
   (*_handler)(hlv::objc::fromNSNotification(notification));
+  [self release];
 }
 
 @end

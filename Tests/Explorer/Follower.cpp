@@ -15,10 +15,10 @@ void Follower::Join::whenEmpty(std::function<void()> then) {
 
 void Follower::bringToLife() {
   enabledOnce_ = true;
-  connected_ = synchronizing_ = false;
+  connected_ = false;
   kitSeen_ = kit_ = std::make_shared<const char>();
   managerSeen_ = manager_ = std::make_shared<const char>();
-  synchronizerSeen_ = synchronizer_ = std::make_shared<const char>();
+  synchronizerSeen_ = synchronizer_ = std::make_shared<bool>(false);
 }
 
 void Follower::expect(const Text& line) {
@@ -131,13 +131,14 @@ void Follower::take(const Move& move) {
 }
 
 Follower::Text Follower::state() const {
+  const auto synchronizing = synchronizerSeen_.lock();
   return Text(kitSeen_.expired() ? "-" : "K") +
          (managerSeen_.expired() ? "-"
           : connected_           ? "M"
                                  : "m") +
-         (synchronizerSeen_.expired() ? "-"
-          : synchronizing_            ? "S"
-                                      : "s") +
+         (!synchronizing   ? "-"
+          : *synchronizing ? "S"
+                           : "s") +
          std::to_string(mainQueue_.size()) + "/" + std::to_string(serialQueue_.size());
 }
 

@@ -97,9 +97,12 @@ class Follower {
   std::int64_t network_ = 1;
   NullableString guestToken_;
   /// What the app holds; an object whose last holder goes is seen no more.
-  Life kit_, manager_, synchronizer_;
-  std::weak_ptr<const char> kitSeen_, managerSeen_, synchronizerSeen_;
-  bool enabledOnce_ = false, connected_ = false, synchronizing_ = false;
+  Life kit_, manager_;
+  std::weak_ptr<const char> kitSeen_, managerSeen_;
+  /// A synchroniser is its flag: one that outlives its kit clears its own.
+  std::shared_ptr<bool> synchronizer_;
+  std::weak_ptr<bool> synchronizerSeen_;
+  bool enabledOnce_ = false, connected_ = false;
 
  private:
   void takeMoves();

@@ -320,7 +320,8 @@ struct Judge::Fetched {
 // lists and the backend's cards are fetched at the same time, and compared on the serial queue. The
 // synchroniser keeps itself until then.
 void Judge::synchronize(const Asking& who) {
-  if (synchronizing_) return;
+  const auto self = synchronizer_;
+  if (*self) return;
   const Text cannot = "Can not synchronize payment instruments for guest ";
   if (!who.request->guest) {
     return expect("assert parameter guest: " + cannot + "if guest is nil");
@@ -330,14 +331,12 @@ void Judge::synchronize(const Asking& who) {
   }
   log(4, "Will start synchrozation between external payment system and halvo", "",
       synchronizeMethod);
-  synchronizing_ = true;
+  *self = true;
   const auto fetched = std::make_shared<Fetched>();
   const auto fetches = std::make_shared<Join>();
   fetches->enter();
   fetches->enter();
-  fetches->whenEmpty([=, this, self = synchronizer_] {
-    postToSerialQueue([=, this, kept = self] { finish(who, *fetched); });
-  });
+  fetches->whenEmpty([=, this] { postToSerialQueue([=, this] { finish(who, *fetched, *self); }); });
   fetchAll(who, [=](const std::shared_ptr<Fetched>& lists) {
     (lists->error == none) ? void(fetched->pairs = lists->pairs)
                            : void(fetched->error = lists->error);
@@ -384,7 +383,7 @@ void Judge::fetchAll(const Asking& who, std::function<void(const std::shared_ptr
 // The end of a synchronisation: what the backend does not know is removed, and success is reported
 // as soon as the removals are asked for. Only this way clears the flag: after a failure, or when
 // there was nothing to compare, every later request is dropped.
-void Judge::finish(const Asking& who, const Fetched& fetched) {
+void Judge::finish(const Asking& who, const Fetched& fetched, bool& synchronizing) {
   const auto report = [&](const Text& results) {
     // The kit's own request has a completion too, one that does nothing.
     who.operation == byTheKit ? postToMainQueue([] {}) : tell(who, results);
@@ -417,7 +416,7 @@ void Judge::finish(const Asking& who, const Fetched& fetched) {
   }
   log(3, "Successfully synchronized external payment system with halvo", "", synchronizeBlock);
   report("success, none");
-  synchronizing_ = false;
+  synchronizing = false;
 }
 
 // Notifications: the foreground and an authorisation synchronise, and so does a change of the

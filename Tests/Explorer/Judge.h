@@ -39,7 +39,7 @@ class Judge final : private Follower {
   void update(const Asking& who);
   void synchronize(const Asking& who);
   void fetchAll(const Asking& who, std::function<void(const std::shared_ptr<Fetched>&)> then);
-  void finish(const Asking& who, const Fetched& fetched);
+  void finish(const Asking& who, const Fetched& fetched, bool& synchronizing);
 };
 
 }  // namespace hlv::testing
