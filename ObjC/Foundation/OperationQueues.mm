@@ -79,9 +79,11 @@ namespace {
 class MainQueue final : public Queue {
  public:
   void async(Block block) override {
-    auto* posted = [[HLVPostedBlock alloc] initWithBlock:std::move(block)];
-    [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
-    [posted release];
+    // A service may answer on a thread that has no pool.
+    @autoreleasepool {
+      auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)] autorelease];
+      [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
+    }
   }
   std::string label() const override { return "main"; }
 };
@@ -90,9 +92,11 @@ class OperationQueue final : public Adapter<Queue, NSOperationQueue*> {
  public:
   using Adapter::Adapter;
   void async(Block block) override {
-    auto* operation = [[HLVBlockOperation alloc] initWithBlock:std::move(block) queue:object()];
-    [object() addOperation:operation];
-    [operation release];
+    @autoreleasepool {
+      auto* operation = [[[HLVBlockOperation alloc] initWithBlock:std::move(block)
+                                                            queue:object()] autorelease];
+      [object() addOperation:operation];
+    }
   }
   std::string label() const override { return fromNSString([object() name]).value_or(""); }
 };
