@@ -1,4 +1,4 @@
-// A card as the backend answers it. Private to the sandbox.
+// A card as the backend answers it. Private to the sandbox and its services.
 #pragma once
 
 #include <utility>
@@ -18,6 +18,8 @@ class StoredCard final : public HLVSDKCreditCard {
   NullableString brand() const override { return card_.brand; }
   NullableString useCase() const override { return card_.useCase; }
   NullableString externalIdentifier() const override { return card_.externalIdentifier; }
+
+  const BackendCard& values() const { return card_; }
 
  private:
   const BackendCard card_;
