@@ -10,7 +10,13 @@ inline constexpr const char* backendErrorDomain = "HLVBackendErrorDomain";
 inline constexpr const char* providerErrorDomain = "PLVErrorDomain";
 
 /// In `urlErrorDomain`.
-enum class URLErrorCode { notConnected = 1 };
+enum class URLErrorCode {
+  notConnected = 1,
+  connectionRefused,
+  connectionReset,
+  unreadableAnswer,
+  timedOut,
+};
 
 /// In `argumentErrorDomain`.
 enum class ArgumentErrorCode { invalid = 1, required = 2 };

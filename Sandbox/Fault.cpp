@@ -5,6 +5,7 @@
 
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
@@ -14,7 +15,7 @@ namespace {
 struct Possible {
   std::string operation;
   bool hasUseCase;
-  /// Beyond what every operation can: "error", "delay", "never", "twice".
+  /// Beyond what every operation can.
   std::vector<std::string> kinds;
 };
 
@@ -33,6 +34,12 @@ const std::vector<Possible>& possibilities() {
   return all;
 }
 
+const std::vector<std::string>& kindsOfAll() {
+  static const std::vector<std::string> kinds = {"error",   "delay", "refused", "reset",
+                                                 "garbage", "never", "twice"};
+  return kinds;
+}
+
 bool contains(const std::vector<std::string>& list, const std::string& text) {
   return std::find(list.begin(), list.end(), text) != list.end();
 }
@@ -44,7 +51,7 @@ std::string listed(const std::vector<std::string>& list) {
 }
 
 std::vector<std::string> kindsOf(const Possible& possible) {
-  std::vector<std::string> kinds = {"error", "delay", "never", "twice"};
+  auto kinds = kindsOfAll();
   kinds.insert(kinds.end(), possible.kinds.begin(), possible.kinds.end());
   return kinds;
 }
@@ -72,14 +79,21 @@ std::string problemOf(const Fault& fault) {
   if (fault.delayMilliseconds < 0 || fault.delayMilliseconds > longestDelay) {
     return "A delay lies between 0 and " + std::to_string(longestDelay) + " milliseconds.";
   }
-  if (fault.kind == "delay" && fault.delayMilliseconds == 0) {
+  if (fault.spreadMilliseconds < 0 || fault.spreadMilliseconds > longestDelay) {
+    return "A delay spreads by 0 to " + std::to_string(longestDelay) + " milliseconds.";
+  }
+  if (fault.kind == "delay" && fault.delayMilliseconds + fault.spreadMilliseconds == 0) {
     return "A delay needs its milliseconds.";
+  }
+  if (fault.probability < 1 || fault.probability > 100) {
+    return "A probability lies between 1 and 100 in a hundred.";
   }
   return "";
 }
 
 constexpr const char* faultColumns =
-    "SELECT number, operation, kind, remaining, delay, code, use_case FROM faults ";
+    "SELECT number, operation, kind, remaining, delay, code, use_case, spread, probability "
+    "FROM faults ";
 
 Fault readFault(const Statement& row) {
   Fault fault;
@@ -90,16 +104,32 @@ Fault readFault(const Statement& row) {
   fault.delayMilliseconds = row.integer(4);
   fault.code = row.integer(5);
   fault.useCase = row.textOrNull(6);
+  fault.spreadMilliseconds = row.integer(7);
+  fault.probability = row.integer(8);
   return fault;
 }
 
-std::optional<Fault> oldestFault(Database& database, const std::string& operation,
-                                 const std::optional<std::string>& useCase) {
+std::vector<Fault> faultsFor(Database& database, const std::string& operation,
+                             const std::optional<std::string>& useCase) {
+  std::vector<Fault> faults;
   auto row = database.query(std::string(faultColumns) +
                                 "WHERE operation = ? AND (use_case IS NULL OR use_case = ?) "
-                                "ORDER BY number LIMIT 1",
+                                "ORDER BY number",
                             operation, useCase);
-  return row.next() ? std::optional<Fault>(readFault(row)) : std::nullopt;
+  while (row.next()) faults.push_back(readFault(row));
+  return faults;
+}
+
+/// The first that the dice do not spare the call.
+std::optional<Fault> chosen(Database& database, std::vector<Fault> faults) {
+  for (auto& fault : faults) {
+    if (fault.probability < 100 && throwDice(database, 100) >= fault.probability) continue;
+    if (fault.spreadMilliseconds > 0) {
+      fault.delayMilliseconds += throwDice(database, fault.spreadMilliseconds + 1);
+    }
+    return fault;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -116,8 +146,15 @@ const std::vector<std::string>& Faults::operations() {
 }
 
 const std::vector<std::string>& Faults::kinds() {
-  static const std::vector<std::string> all = {
-      "error", "delay", "no-token", "no-identifier", "other-state", "no-list", "never", "twice"};
+  static const auto all = [] {
+    auto kinds = kindsOfAll();
+    for (const auto& possible : possibilities()) {
+      for (const auto& kind : possible.kinds) {
+        if (!contains(kinds, kind)) kinds.push_back(kind);
+      }
+    }
+    return kinds;
+  }();
   return all;
 }
 
@@ -127,10 +164,10 @@ std::string Faults::arm(const Fault& fault) {
   try {
     store_->write([&](Database& database) {
       database.run(
-          "INSERT INTO faults (operation, kind, remaining, delay, code, use_case) "
-          "VALUES (?, ?, ?, ?, ?, ?)",
+          "INSERT INTO faults (operation, kind, remaining, delay, code, use_case, spread, "
+          "probability) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
           fault.operation, fault.kind, fault.remaining, fault.delayMilliseconds, fault.code,
-          fault.useCase);
+          fault.useCase, fault.spreadMilliseconds, fault.probability);
     });
   } catch (const StoreFailure& failure) {
     return failure.what();
@@ -163,7 +200,7 @@ std::vector<Firing> Faults::firings() const {
 std::optional<Fault> Faults::take(const std::string& operation,
                                   const std::optional<std::string>& useCase) {
   return store_->write([&](Database& database) {
-    auto fault = oldestFault(database, operation, useCase);
+    auto fault = chosen(database, faultsFor(database, operation, useCase));
     if (!fault) return fault;
     if (fault->remaining) {
       --*fault->remaining;

@@ -21,6 +21,11 @@ struct Fault {
   /// How long the answer waits. A delayed answer comes after every undelayed one that is on its
   /// way, so that the order does not depend on the machine.
   std::int64_t delayMilliseconds = 0;
+  /// By how much more an answer may wait; each waits as long as a throw of the store's dice says.
+  std::int64_t spreadMilliseconds = 0;
+  /// Of how many in a hundred calls it meets, by the store's dice, which a seed makes repeatable. A
+  /// call that it spares is not counted down.
+  std::int64_t probability = 100;
   /// The error's code, for the kind "error".
   std::int64_t code = 500;
   /// Meets only calls for this use case; missing means all.
@@ -49,7 +54,9 @@ class Faults {
 
   /// The operations that can fail, backend first.
   static const std::vector<std::string>& operations();
-  /// "error", "delay", "no-token", "no-identifier", "other-state", "no-list", "never", "twice".
+  /// "error", "delay", "refused", "reset", "garbage", "never", "twice", "no-token",
+  /// "no-identifier", "other-state", "no-list". A call that is refused reaches nobody; one that is
+  /// reset or answered with garbage was served, and only the caller does not know.
   static const std::vector<std::string>& kinds();
 
   /// Returns one plain sentence when the fault makes no sense, or an empty string.
@@ -58,7 +65,8 @@ class Faults {
   void clear();
   std::vector<Firing> firings() const;
 
-  /// Takes the oldest fault that meets a call, counts it down and records the firing.
+  /// Takes the oldest fault that meets a call, counts it down and records the firing. Its delay is
+  /// the one that the dice chose.
   std::optional<Fault> take(const std::string& operation,
                             const std::optional<std::string>& useCase);
 

@@ -7,6 +7,7 @@
 #include "Sandbox/Logging/MaskedText.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/SandboxHost.h"
+#include "Sandbox/Scenes.h"
 #include "Sandbox/Store/Identifiers.h"
 
 namespace hlv::sandbox {
@@ -108,6 +109,33 @@ std::string Sandbox::plantInstrument(const CardFields& card) {
   }
   parts_->journal->record("app", "provider", "plant an instrument");
   return "";
+}
+
+const std::vector<std::string>& Sandbox::scenes() { return Scenes::names(); }
+
+std::string Sandbox::makeScene(const std::string& name) {
+  const auto email = signedInEmail();
+  if (!email) return "Nobody is signed in.";
+  try {
+    auto problem = Scenes(*parts_->backend, *parts_->provider, *email).make(name);
+    if (problem.empty()) parts_->journal->record("app", "app", "scene " + name);
+    return problem;
+  } catch (const Refusal& refusal) {
+    return sentenceOf(refusal.error);
+  }
+}
+
+void Sandbox::reset() {
+  const bool wasSignedIn = signedInEmail().has_value();
+  parts_->store->write([](Database& database) {
+    // Cards before guests and instruments before users, since they refer to them.
+    for (const char* table : {"backend_cards", "backend_guests", "provider_instruments",
+                              "provider_users", "faults", "firings", "events", "operations"}) {
+      database.run(std::string("DELETE FROM ") + table);
+    }
+  });
+  if (!isReachable()) setReachable(true);
+  if (wasSignedIn) signOut();
 }
 
 std::vector<BackendCard> Sandbox::backendCards() const {

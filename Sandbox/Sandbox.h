@@ -79,6 +79,16 @@ class Sandbox {
   /// sentence when it cannot, or an empty string.
   std::string plantInstrument(const CardFields& card);
 
+  /// Brings the two sides of the signed-in guest apart in one of these ways, by the guest's newest
+  /// card: "instrument-without-card", "card-without-instrument", "half-deleted" (gone at the
+  /// backend only), "same-card-twice" (at the provider), "lost-token" (the backend forgot it).
+  /// Returns one plain sentence when it cannot, or an empty string.
+  std::string makeScene(const std::string& name);
+  static const std::vector<std::string>& scenes();
+  /// Forgets guests, cards, instruments, faults and the story, turns the network on and tells the
+  /// app that nobody is signed in. Identifiers go on where they were.
+  void reset();
+
   // The two sides of the signed-in guest, as the services have them now. At the provider that is
   // what it keeps for the guest's address, whether or not the backend knows the token.
 

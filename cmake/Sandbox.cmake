@@ -40,6 +40,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Sandbox.cpp
   Sandbox/SandboxError.cpp
   Sandbox/SandboxHost.cpp
+  Sandbox/Scenes.cpp
   Sandbox/TestCards.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit

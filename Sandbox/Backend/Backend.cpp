@@ -119,6 +119,16 @@ std::vector<BackendCard> Backend::cardsOf(const std::string& email) const {
   return store_->read([&](Database& database) { return readCards(database, email); });
 }
 
+bool Backend::loseToken(const std::string& email) {
+  return store_->write([&](Database& database) {
+    database.run(
+        "UPDATE backend_guests SET payment_token = NULL "
+        "WHERE email = ? AND payment_token IS NOT NULL",
+        email);
+    return database.changes() > 0;
+  });
+}
+
 Backend::GuestAnswer Backend::updateGuest(const NullableString& token) {
   const auto email = store_->write([&](Database& database) {
     auto signedIn = requireSignedIn(database);

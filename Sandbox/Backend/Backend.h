@@ -37,6 +37,8 @@ class Backend {
   /// One object for each guest, for as long as the process lives.
   std::shared_ptr<HLVSDKGuest> guest(const std::string& email);
   std::vector<BackendCard> cardsOf(const std::string& email) const;
+  /// False when the guest has no token to lose.
+  bool loseToken(const std::string& email);
 
   GuestAnswer updateGuest(const NullableString& token);
   CardAnswer addCard(const NullableString& guest, const Dictionary& body);

@@ -200,6 +200,26 @@ void Provider::plant(const std::string& email, const std::shared_ptr<EnteredCard
   });
 }
 
+bool Provider::lose(const std::string& identifier) {
+  return store_->write([&](Database& database) {
+    database.run("DELETE FROM provider_instruments WHERE identifier = ?", identifier);
+    return database.changes() > 0;
+  });
+}
+
+bool Provider::storeAgain(const std::string& identifier) {
+  return store_->write([&](Database& database) {
+    const auto another = makeIdentifier(database, "ins");
+    database.run(
+        "INSERT INTO provider_instruments (token, use_case, identifier, brand, masked_pan, "
+        "card_holder, expiry_month, expiry_year, state) SELECT token, use_case, ?, brand, "
+        "masked_pan, card_holder, expiry_month, expiry_year, state FROM provider_instruments "
+        "WHERE identifier = ?",
+        another, identifier);
+    return database.changes() > 0;
+  });
+}
+
 void Provider::requireRegistration() const {
   if (!isRegistered_) {
     refuse(ProviderErrorCode::notRegistered, "The app is not registered with the provider.");

@@ -43,8 +43,12 @@ class Provider {
                                const NullableString& token);
 
   std::vector<ProviderInstrument> instrumentsOf(const std::string& email) const;
-  /// Stores an instrument for a user whom the provider knows; needs no registration.
+  /// What follows needs no registration. Stores an instrument for a user whom the provider knows.
   void plant(const std::string& email, const std::shared_ptr<EnteredCard>& card);
+  /// Loses an instrument, or stores it once more under another identifier. False when there is
+  /// none.
+  bool lose(const std::string& identifier);
+  bool storeAgain(const std::string& identifier);
 
  private:
   void requireRegistration() const;

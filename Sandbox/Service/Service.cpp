@@ -1,6 +1,13 @@
 #include "Sandbox/Service/Service.h"
 
 namespace hlv::sandbox {
+namespace {
+
+ErrorPtr transportError(URLErrorCode code, const std::string& sentence) {
+  return SandboxError::make(urlErrorDomain, code, sentence);
+}
+
+}  // namespace
 
 std::string Call::told() const {
   auto what = operation;
@@ -25,6 +32,19 @@ void Service::Desk::checkWayIn(const std::optional<Fault>& fault) const {
   if (fault && fault->kind == "error") {
     throw Refusal{SandboxError::make(errorDomain, fault->code,
                                      "The service failed, as the armed fault demands.")};
+  }
+  if (fault && fault->kind == "refused") {
+    throw Refusal{transportError(URLErrorCode::connectionRefused, "The connection was refused.")};
+  }
+}
+
+void Service::Desk::checkWayOut(const std::optional<Fault>& fault) {
+  if (fault && fault->kind == "reset") {
+    throw Refusal{transportError(URLErrorCode::connectionReset,
+                                 "The connection was lost before the answer was complete.")};
+  }
+  if (fault && fault->kind == "garbage") {
+    throw Refusal{transportError(URLErrorCode::unreadableAnswer, "The answer cannot be read.")};
   }
 }
 

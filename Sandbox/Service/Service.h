@@ -99,6 +99,8 @@ class Service {
     std::optional<Fault> meet(const Call& call) const;
     /// Throws the refusal that stands before every handling.
     void checkWayIn(const std::optional<Fault>& fault) const;
+    /// Throws the refusal of a call that was served and whose answer is lost.
+    static void checkWayOut(const std::optional<Fault>& fault);
     ErrorPtr errorFor(const StoreFailure& failure) const;
 
     template <class... Results>
@@ -106,7 +108,9 @@ class Service {
                                   const Handling<Results...>& handling) const {
       try {
         checkWayIn(fault);
-        return handling(fault ? fault->kind : "");
+        auto results = handling(fault ? fault->kind : "");
+        checkWayOut(fault);
+        return results;
       } catch (const Refusal& refusal) {
         return failed<Results...>(refusal.error);
       } catch (const StoreFailure& failure) {

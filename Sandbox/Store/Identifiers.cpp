@@ -28,14 +28,15 @@ std::int64_t countOne(Database& database, const std::string& kind) {
 
 /// Written out because a standard engine fed by a standard seed sequence mixes the three as well,
 /// but its distributions differ between libraries.
-class Letters {
+class Dice {
  public:
-  Letters(std::uint64_t seed, const std::string& kind, std::int64_t made) : state_(seed) {
+  Dice(std::uint64_t seed, const std::string& kind, std::int64_t made) : state_(seed) {
     for (const char character : kind) mix(static_cast<unsigned char>(character));
     mix(static_cast<std::uint64_t>(made));
   }
 
-  char next() { return static_cast<char>('a' + mix(1) % 26); }
+  char letter() { return static_cast<char>('a' + number(26)); }
+  std::uint64_t number(std::uint64_t sides) { return mix(1) % sides; }
 
  private:
   std::uint64_t mix(std::uint64_t value) {
@@ -62,14 +63,22 @@ std::string makeIdentifier(Database& database, const std::string& kind) {
   const auto made = countOne(database, kind);
   std::string identifier = kind + "_";
   if (seed) {
-    Letters letters(*seed, kind, made);
-    for (int i = 0; i < length; ++i) identifier += letters.next();
+    Dice dice(*seed, kind, made);
+    for (int i = 0; i < length; ++i) identifier += dice.letter();
   } else {
     std::random_device device;
     std::uniform_int_distribution<int> letter('a', 'z');
     for (int i = 0; i < length; ++i) identifier += static_cast<char>(letter(device));
   }
   return identifier;
+}
+
+std::int64_t throwDice(Database& database, std::int64_t sides) {
+  const std::string kind = "throw";
+  const auto seed = seedOf(database);
+  const auto made = countOne(database, kind);
+  Dice dice(seed ? *seed : std::random_device()(), kind, made);
+  return static_cast<std::int64_t>(dice.number(static_cast<std::uint64_t>(sides)));
 }
 
 }  // namespace hlv::sandbox

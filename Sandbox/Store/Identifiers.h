@@ -18,4 +18,7 @@ void plantSeed(Database& database, std::uint64_t seed);
 /// looks like a card number.
 std::string makeIdentifier(Database& database, const std::string& kind);
 
+/// From zero to below `sides`: random, or under a seed always the same row of throws.
+std::int64_t throwDice(Database& database, std::int64_t sides);
+
 }  // namespace hlv::sandbox

@@ -42,7 +42,9 @@ CREATE TABLE faults (
   remaining INTEGER,
   delay INTEGER NOT NULL,
   code INTEGER NOT NULL,
-  use_case TEXT
+  use_case TEXT,
+  spread INTEGER NOT NULL,
+  probability INTEGER NOT NULL
 );
 CREATE TABLE firings (
   number INTEGER PRIMARY KEY AUTOINCREMENT,

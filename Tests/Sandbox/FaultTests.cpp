@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <filesystem>
+
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {
@@ -19,6 +22,8 @@ TEST_F(Faulty, AFaultThatMakesNoSenseIsRefusedWithWhatIsPossible) {
       {"createUserToken", "error", [](auto& fault) { fault.useCase = "x"; }, "business"},
       {"createUserToken", "error", [](auto& fault) { fault.remaining = 0; }, "one call"},
       {"createUserToken", "delay", {}, "milliseconds"},
+      {"createUserToken", "error", [](auto& fault) { fault.probability = 101; }, "hundred"},
+      {"createUserToken", "error", [](auto& fault) { fault.spreadMilliseconds = -1; }, "spreads"},
       {"4111 1111 1111 1111", "error", {}, "'**** **** **** 1111'"},
       {"createUserToken", "4111111111111111", {}, "'************1111'"},
   };
@@ -96,6 +101,77 @@ TEST_F(Faulty, FaultsAreCountedDownOldestFirstAndRecordedByCallsThatLeaveThePhon
   EXPECT_EQ(sandbox->faults().armed().size(), 1U);
   sandbox->faults().clear();
   EXPECT_EQ(nameOf(std::get<1>(list(token, "business"))), "none");
+}
+
+TEST_F(Faulty, ARefusedCallReachesNobodyAndALostAnswerWasServed) {
+  start();
+  const auto token = std::get<0>(createToken("visa"));
+  const struct {
+    const char* kind;
+    const char* error;
+    std::size_t stored;
+  } rows[] = {{"refused", "HLVURLErrorDomain 2", 1},
+              {"reset", "HLVURLErrorDomain 3", 2},
+              {"garbage", "HLVURLErrorDomain 4", 3}};
+  for (const auto& row : rows) {
+    arm("addPaymentInstrument", row.kind);
+    EXPECT_EQ(nameOf(addInstrument("mastercard", token)), row.error);
+    EXPECT_EQ(sandbox->providerInstruments().size(), row.stored) << row.kind;
+  }
+}
+
+TEST_F(Faulty, ChanceIsRepeatableUnderASeedAndASparedCallCountsNothingDown) {
+  std::string first;
+  for (int run = 0; run < 2; ++run) {
+    std::filesystem::remove(storePath());
+    start(7);
+    arm("updateCurrentGuestWithRequest", "error", [](Fault& fault) {
+      fault.probability = 50;
+      fault.remaining = 5;
+    });
+    std::string met;
+    for (int i = 0; i < 40; ++i) met += std::get<1>(storeToken("tok")) ? '!' : '.';
+    EXPECT_EQ(std::count(met.begin(), met.end(), '!'), 5);
+    EXPECT_NE(met.substr(0, 5), "!!!!!");
+    EXPECT_TRUE(sandbox->faults().armed().empty());
+    if (run == 0) first = met;
+    EXPECT_EQ(met, first);
+    stop();
+  }
+}
+
+using Scene = SandboxTest;
+
+TEST_F(Scene, EachBringsTheTwoSidesApartInItsOwnWay) {
+  start();
+  for (const auto& scene : Sandbox::scenes()) EXPECT_NE(sandbox->makeScene(scene), "") << scene;
+  EXPECT_NE(sandbox->makeScene("4111111111111111").find("'************1111'"), std::string::npos);
+  const auto token = std::get<0>(createToken("visa"));
+  storeToken(token);
+  const auto identifier = sandbox->providerInstruments()[0].identifier;
+  addCard("visa", guest, identifier);
+  const auto sides = [&] {
+    return std::to_string(sandbox->backendCards().size()) +
+           std::to_string(sandbox->providerInstruments().size()) +
+           (guest->paylevenToken() ? "t" : "-");
+  };
+  const std::pair<const char*, const char*> rows[] = {{"same-card-twice", "12t"},
+                                                      {"instrument-without-card", "13t"},
+                                                      {"card-without-instrument", "12t"},
+                                                      {"half-deleted", "02t"},
+                                                      {"lost-token", "02-"}};
+  for (const auto& [scene, expected] : rows) {
+    EXPECT_EQ(sandbox->makeScene(scene), "") << scene;
+    EXPECT_EQ(sides(), expected) << scene;
+  }
+  arm("createUserToken", "error");
+  sandbox->setReachable(false);
+  sandbox->reset();
+  EXPECT_EQ(sandbox->signedInEmail(), std::nullopt);
+  EXPECT_TRUE(sandbox->isReachable());
+  EXPECT_TRUE(sandbox->faults().armed().empty());
+  sandbox->signIn(email);
+  EXPECT_EQ(sandbox->backendCards().size() + sandbox->providerInstruments().size(), 0u);
 }
 
 }  // namespace
