@@ -117,8 +117,9 @@ TEST_F(ProcessMemoryTest, HoldsNoNumberAndNoCodeAfterAnyOperation) {
   };
   std::uint32_t seed = 0;
   for (const auto& row : rows) {
-    // Up to fifteen characters lie in the string itself, and more on the heap.
-    for (const std::size_t length : {15U, 19U}) {
+    // Up to fifteen characters lie in the string itself, and more on the heap. Of so many that what
+    // the allocator writes into a free block cannot cover them, all would still be there.
+    for (const std::size_t length : {15U, 19U, 600U}) {
       SCOPED_TRACE(row.name + (", digits: " + std::to_string(length)));
       const HiddenDigits number{++seed, length};
       const HiddenDigits code{++seed, length};
