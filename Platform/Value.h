@@ -24,9 +24,8 @@ using Dictionary = std::map<std::string, Value>;
 /// the kit only passes through. Copies share nothing but such objects.
 class HLV_EXPORT Value {
  public:
-  using Storage =
-      std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Dictionary,
-                   std::shared_ptr<const Object>>;
+  using Storage = std::variant<std::monostate, bool, std::int64_t, double, std::string, Array,
+                               Dictionary, std::shared_ptr<const Object>>;
 
   Value() = default;
   Value(bool value) : storage_(value) {}
