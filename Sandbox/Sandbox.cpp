@@ -99,6 +99,8 @@ Faults& Sandbox::faults() { return *parts_->faults; }
 
 Journal& Sandbox::journal() { return *parts_->journal; }
 
+KeptAnswers& Sandbox::keptAnswers() { return *parts_->keptAnswers; }
+
 std::string Sandbox::plantInstrument(const CardFields& card) {
   const auto email = signedInEmail();
   if (!email) return "Nobody is signed in.";

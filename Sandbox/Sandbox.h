@@ -35,6 +35,7 @@ struct SandboxOptions {
   bool logToConsole = false;
 };
 
+class KeptAnswers;
 struct Parts;
 
 class Sandbox {
@@ -94,6 +95,9 @@ class Sandbox {
 
   std::vector<BackendCard> backendCards() const;
   std::vector<ProviderInstrument> providerInstruments() const;
+
+  /// For services that offer the sandbox to other processes.
+  KeptAnswers& keptAnswers();
 
   /// Whether no answer of a service is still to come. A fault that never answers is not awaited.
   bool isQuiet() const;

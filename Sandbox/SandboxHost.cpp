@@ -14,6 +14,7 @@ Parts::Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink con
     : store(std::move(openedStore)),
       journal(std::make_shared<Journal>(store)),
       faults(std::make_shared<Faults>(store)),
+      keptAnswers(std::make_shared<KeptAnswers>(store)),
       reachability(std::make_shared<Reachability>(store)),
       answers(std::make_shared<Answers>()),
       backend(std::make_shared<Backend>(store)),

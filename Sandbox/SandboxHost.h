@@ -14,6 +14,7 @@
 #include "Sandbox/Provider/ProviderClient.h"
 #include "Sandbox/Reachability.h"
 #include "Sandbox/Service/Answers.h"
+#include "Sandbox/Store/KeptAnswers.h"
 #include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
@@ -27,6 +28,7 @@ struct Parts {
   const std::shared_ptr<Store> store;
   const std::shared_ptr<Journal> journal;
   const std::shared_ptr<Faults> faults;
+  const std::shared_ptr<KeptAnswers> keptAnswers;
   const std::shared_ptr<Reachability> reachability;
   const std::shared_ptr<Answers> answers;
   const std::shared_ptr<Backend> backend;

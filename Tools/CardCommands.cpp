@@ -10,6 +10,7 @@
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
+#include "Tools/Problem.h"
 #include "Tools/SideBySide.h"
 #include "Tools/Table.h"
 
@@ -126,14 +127,15 @@ void defineLists(CommandLine& line) {
   line.whenChosen(cards, [](Session& session) {
     session.guest();
     Table table;
-    for (const auto& card : session.sandbox().backendCards()) {
+    auto report = session.report("cards");
+    if (!report.unknownSides.empty()) throw Problem(report.unknownSides);
+    for (const auto& card : report.backend) {
       table.add({card.halvoID,
                  describe(card),
                  card.cardHolder,
                  describe(card.billingAddress),
                  {card.externalIdentifier.value_or("no external identifier"), Colour::dim}});
     }
-    auto report = session.report("cards");
     report.list(std::move(table), "The guest has no cards at the backend.");
     return report;
   });
@@ -144,10 +146,11 @@ void defineLists(CommandLine& line) {
   line.whenChosen(instruments, [](Session& session) {
     session.guest();
     Table table;
-    for (const auto& instrument : session.sandbox().providerInstruments()) {
+    auto report = session.report("instruments");
+    if (!report.unknownSides.empty()) throw Problem(report.unknownSides);
+    for (const auto& instrument : report.provider) {
       table.add({instrument.identifier.value_or("no identifier"), describe(instrument)});
     }
-    auto report = session.report("instruments");
     report.list(std::move(table), "The guest has no instruments at the provider.");
     return report;
   });

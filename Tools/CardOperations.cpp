@@ -92,7 +92,7 @@ Report CardOperations::update(Session& session, const NullableString& ID,
     HLVSDKPaymentManager::make()->updatePaymentInstrument(ID, address, guest, std::move(heard));
   });
   std::string changed = "The billing address is changed.";
-  for (const auto& card : session.sandbox().backendCards()) {
+  for (const auto& card : session.backendCards()) {
     if (card.halvoID == ID) {
       changed = "The billing address of " + card.brand + " •••• " + card.lastFourDigits +
                 " is now " + describe(card.billingAddress) + ".";
@@ -144,7 +144,7 @@ Report CardOperations::synchronize(Session& session, const std::string& by) {
 }
 
 NullableString CardOperations::useCaseOf(Session& session, const std::string& ID) {
-  for (const auto& card : session.sandbox().backendCards()) {
+  for (const auto& card : session.backendCards()) {
     if (card.halvoID == ID) return card.useCase;
   }
   return std::nullopt;

@@ -10,6 +10,7 @@
 #include "Tools/Enabling.h"
 #include "Tools/GuestCommands.h"
 #include "Tools/Problem.h"
+#include "Tools/ServeCommand.h"
 #include "Tools/TesterCommands.h"
 
 namespace hlv::tool {
@@ -63,6 +64,14 @@ CommandLine::CommandLine()
       ->type_name("WAY")
       ->check(CLI::IsMember(Enabling::ways()));
   app_.add_flag("--console-log", options_.logToConsole, "Show the kit's log on standard error");
+  auto* backend =
+      app_.add_option("--backend", options_.backendURL, "The backend of a `paylevenkit serve`")
+          ->type_name("URL");
+  auto* provider =
+      app_.add_option("--provider", options_.providerURL, "The provider of a `paylevenkit serve`")
+          ->type_name("URL");
+  backend->needs(provider);
+  provider->needs(backend);
   app_.footer(
       "These options may stand before or after the command.\n\n"
       "Examples:\n"
@@ -73,6 +82,7 @@ CommandLine::CommandLine()
   GuestCommands::define(*this);
   CardCommands::define(*this);
   TesterCommands::define(*this);
+  ServeCommand::define(*this);
   Demo::define(*this);
 }
 

@@ -208,6 +208,7 @@ void Demo::define(CommandLine& line) {
     const DemoStore store(global.storePath, options->keep);
     global.storePath = store.path();
     Session session(global);
+    session.requireOwnServices("demo");
     auto report = Story(session, printer, *options).tell();
     if (options->keep) report.sentence += " The store is " + store.path() + ".";
     return report;

@@ -15,6 +15,9 @@ struct GlobalOptions {
   /// How the kit is enabled: one of `Enabling::ways()`.
   std::string enabling = "normal";
   bool logToConsole = false;
+  /// Where the services are; empty for the embedded ones.
+  std::string backendURL;
+  std::string providerURL;
 };
 
 }  // namespace hlv::tool

@@ -26,9 +26,8 @@ void defineSigning(CommandLine& line) {
   const auto email = std::make_shared<std::string>();
   signIn.add_option("EMAIL", *email, "The guest's e-mail address")->required();
   line.whenChosen(signIn, [email](Session& session) {
-    return noticed(session, "sign-in", *email + " is signed in.", [&](sandbox::Sandbox& sandbox) {
-      if (const auto problem = sandbox.signIn(*email); !problem.empty()) throw Problem(problem);
-    });
+    return noticed(session, "sign-in", *email + " is signed in.",
+                   [&](sandbox::Sandbox&) { session.signIn(*email); });
   });
 
   auto& signOut =

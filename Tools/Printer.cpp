@@ -84,6 +84,10 @@ void writeOutcome(const Terminal& terminal, const Report& report) {
 void writeStory(const Terminal& terminal, const Report& report) {
   const auto timeline = Timeline::table(report.timeline);
   if (!timeline.isEmpty()) std::cout << "\n" << timeline.text(terminal);
+  if (!report.unknownSides.empty()) {
+    std::cout << "\n  The two sides are not known: " << report.unknownSides << "\n";
+    return;
+  }
   const SideBySide sides(report.backend, report.provider);
   std::cout << "\n"
             << sides.table(terminal.columns()).text(terminal)

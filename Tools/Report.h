@@ -34,6 +34,8 @@ struct Report {
   std::vector<sandbox::Event> timeline;
   std::vector<sandbox::BackendCard> backend;
   std::vector<sandbox::ProviderInstrument> provider;
+  /// Why the two sides are not known, in one sentence; empty when they are.
+  std::string unknownSides;
   /// What a command that only lists something shows in place of the timeline and the two sides.
   std::function<std::string(const Terminal&)> listing;
   /// What the command adds to the JSON document.

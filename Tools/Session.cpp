@@ -22,6 +22,18 @@ std::shared_ptr<sandbox::Sandbox> openSandbox(const GlobalOptions& options) {
   return opened.sandbox;
 }
 
+std::shared_ptr<services::RemoteHost> openRemote(const GlobalOptions& options,
+                                                 const std::shared_ptr<sandbox::Sandbox>& local) {
+  if (options.backendURL.empty() && options.providerURL.empty()) return nullptr;
+  auto opened = services::RemoteHost::open(local, {options.backendURL, options.providerURL});
+  if (!opened.host) throw Problem(opened.problem);
+  return opened.host;
+}
+
+std::string sentenceOf(const ErrorPtr& error) {
+  return error->localizedDescription().value_or("The services cannot be used.");
+}
+
 std::string described(const Session::Answer& answer) {
   std::string text;
   const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
@@ -41,13 +53,35 @@ struct Heard {
 
 }  // namespace
 
-Session::Session(const GlobalOptions& options) : options_(options), sandbox_(openSandbox(options)) {
-  Host::install(sandbox_->host());
+Session::Session(const GlobalOptions& options)
+    : options_(options), sandbox_(openSandbox(options)), remote_(openRemote(options, sandbox_)) {
+  Host::install(remote_ ? remote_ : sandbox_->host());
 }
+
+void Session::requireOwnServices(const std::string& command) const {
+  if (remote_)
+    throw Problem("`" + command + "` works on a store, without --backend and --provider.");
+}
+
+void Session::signIn(const std::string& email) {
+  if (remote_) {
+    if (const auto error = remote_->signIn(email)) throw Problem(sentenceOf(error));
+  }
+  if (const auto problem = sandbox_->signIn(email); !problem.empty()) throw Problem(problem);
+}
+
+std::vector<sandbox::BackendCard> Session::backendCards() const {
+  return remote_ ? remote_->sides().backend : sandbox_->backendCards();
+}
+
+bool Session::isQuiet() const { return remote_ ? remote_->isQuiet() : sandbox_->isQuiet(); }
 
 std::shared_ptr<HLVSDKGuest> Session::guest() const {
   auto guest = HLVSDKGuest::currentGuest();
   if (!guest) throw Problem("Nobody is signed in; begin with `paylevenkit sign-in EMAIL`.");
+  if (remote_) {
+    if (const auto error = remote_->refresh()) throw Problem(sentenceOf(error));
+  }
   return guest;
 }
 
@@ -65,8 +99,7 @@ void Session::settle() {
   const auto platform = DefaultPlatform::shared();
   // A request that goes out between the first two looks shows in the third. Whatever it posts to
   // the main queue waits there, because this is the main thread.
-  platform->runUntil(
-      [&] { return sandbox_->isQuiet() && platform->isIdle() && sandbox_->isQuiet(); });
+  platform->runUntil([&] { return isQuiet() && platform->isIdle() && isQuiet(); });
 }
 
 Session::Answer Session::call(const std::string& what,
@@ -104,8 +137,15 @@ std::string Session::whyNothingCame() const {
 Report Session::report(const std::string& command) const {
   Report report;
   report.operation = command;
-  report.backend = sandbox_->backendCards();
-  report.provider = sandbox_->providerInstruments();
+  if (remote_) {
+    auto sides = remote_->sides();
+    report.backend = std::move(sides.backend);
+    report.provider = std::move(sides.provider);
+    if (sides.error) report.unknownSides = sentenceOf(sides.error);
+  } else {
+    report.backend = sandbox_->backendCards();
+    report.provider = sandbox_->providerInstruments();
+  }
   return report;
 }
 

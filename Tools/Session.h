@@ -7,10 +7,12 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Sandbox/Sandbox.h"
+#include "Services/Remote/RemoteHost.h"
 #include "Tools/GlobalOptions.h"
 #include "Tools/Report.h"
 
@@ -18,12 +20,20 @@ namespace hlv::tool {
 
 class Session {
  public:
-  /// Opens the store and installs the sandbox as the host. Throws Problem when it cannot.
+  /// Opens the store and installs the sandbox as the host, or a host that speaks to the services
+  /// elsewhere. Throws Problem when it cannot, or when they do not answer.
   explicit Session(const GlobalOptions& options);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
   sandbox::Sandbox& sandbox() { return *sandbox_; }
+  std::shared_ptr<sandbox::Sandbox> sharedSandbox() { return sandbox_; }
+  /// Throws Problem when the services are elsewhere: `command` works on the store.
+  void requireOwnServices(const std::string& command) const;
+  /// Throws Problem when the guest cannot be signed in.
+  void signIn(const std::string& email);
+  /// The guest's cards, where the backend is.
+  std::vector<sandbox::BackendCard> backendCards() const;
   /// The signed-in guest. Throws Problem when nobody is.
   std::shared_ptr<HLVSDKGuest> guest() const;
 
@@ -54,8 +64,13 @@ class Session {
   Report report(Report::Outcome outcome, std::string sentence, ErrorPtr error = nullptr) const;
 
  private:
+  /// Whether every answer has come and nothing more can.
+  bool isQuiet() const;
+
   const GlobalOptions options_;
   const std::shared_ptr<sandbox::Sandbox> sandbox_;
+  /// Null for the embedded services.
+  const std::shared_ptr<services::RemoteHost> remote_;
   std::string operation_;
   std::size_t firingsBefore_ = 0;
 };

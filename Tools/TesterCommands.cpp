@@ -34,6 +34,7 @@ void definePlant(CommandLine& line) {
   source->addOptions(command);
   line.whenChosen(command, [source](Session& session) {
     session.guest();
+    session.requireOwnServices("plant");
     const auto card = source->read();
     session.begin("plant");
     const auto problem = session.sandbox().plantInstrument(card);
@@ -43,18 +44,41 @@ void definePlant(CommandLine& line) {
   });
 }
 
+void defineScene(CommandLine& line) {
+  auto& command = CommandLine::add(line.app(), "scene", "Bring the two sides apart",
+                                   "  paylevenkit scene half-deleted\n");
+  const auto name = std::make_shared<std::string>();
+  std::string possible;
+  for (const auto& each : sandbox::Sandbox::scenes()) {
+    possible += (possible.empty() ? "" : ", ") + each;
+  }
+  command.add_option("name", *name, "One of " + possible)->required()->type_name("SCENE");
+  line.whenChosen(command, [name](Session& session) {
+    session.guest();
+    session.begin("scene");
+    const auto problem = session.sandbox().makeScene(*name);
+    if (!problem.empty()) throw Problem(problem);
+    return session.report(Report::Outcome::succeeded, "The scene is made: " + *name + ".");
+  });
+}
+
 std::string times(const Fault& fault) {
   if (!fault.remaining) return "every call";
   return std::to_string(*fault.remaining) + (*fault.remaining == 1 ? " call" : " calls");
 }
 
 Report armedFaults(Session& session) {
+  session.requireOwnServices("fault");
   Table table;
   json list = json::array();
   for (const auto& fault : session.sandbox().faults().armed()) {
     std::string more;
     if (fault.kind == "error") more += "code " + std::to_string(fault.code) + " ";
     if (fault.delayMilliseconds > 0) more += std::to_string(fault.delayMilliseconds) + " ms ";
+    if (fault.spreadMilliseconds > 0) {
+      more += "and up to " + std::to_string(fault.spreadMilliseconds) + " ms ";
+    }
+    if (fault.probability < 100) more += std::to_string(fault.probability) + " in a hundred ";
     if (fault.useCase) more += "only " + *fault.useCase;
     table.add({std::to_string(fault.number), fault.operation, fault.kind, times(fault), more});
     list.push_back({{"number", fault.number},
@@ -62,6 +86,8 @@ Report armedFaults(Session& session) {
                     {"kind", fault.kind},
                     {"remaining", fault.remaining ? json(*fault.remaining) : json()},
                     {"delayMilliseconds", fault.delayMilliseconds},
+                    {"spreadMilliseconds", fault.spreadMilliseconds},
+                    {"probability", fault.probability},
                     {"code", fault.code},
                     {"useCase", fault.useCase ? json(*fault.useCase) : json()}});
   }
@@ -72,6 +98,7 @@ Report armedFaults(Session& session) {
 }
 
 Report faultFirings(Session& session) {
+  session.requireOwnServices("fault");
   Table table;
   json list = json::array();
   for (const auto& firing : session.sandbox().faults().firings()) {
@@ -113,9 +140,14 @@ void defineArm(CommandLine& line, CLI::App& parent) {
   command.add_flag("--always", options->always, "Meet every call")->excludes(count);
   command.add_option("--delay", fault.delayMilliseconds, "How long the answer waits")
       ->type_name("MS");
+  command.add_option("--spread", fault.spreadMilliseconds, "By how much more it may wait")
+      ->type_name("MS");
+  command.add_option("--probability", fault.probability, "Of how many in a hundred calls it meets")
+      ->type_name("PERCENT");
   command.add_option("--code", fault.code, "The code of an error (500)");
   command.add_option("--use-case", fault.useCase, "Meet only calls for this use case");
   line.whenChosen(command, [options](Session& session) {
+    session.requireOwnServices("fault");
     auto armed = options->fault;
     if (options->always) armed.remaining.reset();
     const auto problem = session.sandbox().faults().arm(armed);
@@ -205,6 +237,7 @@ void defineReset(CommandLine& line) {
 
 void TesterCommands::define(CommandLine& line) {
   definePlant(line);
+  defineScene(line);
   defineFault(line);
   defineTrace(line);
   defineReset(line);

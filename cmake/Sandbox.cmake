@@ -27,6 +27,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Service/Summary.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
+  Sandbox/Store/KeptAnswers.cpp
   Sandbox/Store/Schema.cpp
   Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp

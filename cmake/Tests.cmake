@@ -49,6 +49,7 @@ target_compile_definitions(HouseTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_D
 include(cmake/Explorer.cmake)
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   include(cmake/SandboxTests.cmake)
+  include(cmake/ServicesTests.cmake)
   include(cmake/ToolTests.cmake)
 endif()
 

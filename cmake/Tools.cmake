@@ -13,6 +13,7 @@ add_executable(paylevenkit
   Tools/Printer.cpp
   Tools/Prompt.cpp
   Tools/Session.cpp
+  Tools/ServeCommand.cpp
   Tools/SideBySide.cpp
   Tools/StoreFiles.cpp
   Tools/Table.cpp
@@ -21,4 +22,4 @@ add_executable(paylevenkit
   Tools/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
-  hlv_flags HLVSDKPaylevenSandbox CLI11::CLI11 nlohmann_json::nlohmann_json)
+  hlv_flags HLVSDKPaylevenServices CLI11::CLI11 nlohmann_json::nlohmann_json)

@@ -1,0 +1,42 @@
+// JSON on its way in and out. Private to the services.
+//
+// Threading: pure functions; any.
+#pragma once
+
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "Platform/NullableString.h"
+#include "Platform/Value.h"
+
+namespace hlv::services {
+
+/// Members keep the order in which they were written.
+using Json = nlohmann::ordered_json;
+
+/// Reads an object that a stranger sent. Throws `Refused` for anything else, for nesting deeper
+/// than a request needs, and for texts that are long or hold control characters.
+Json parsedObject(const std::string& text);
+/// Throws `Refused` when `object` has a member beside these. Names none: a member's name may be
+/// what nobody should read.
+void requireKnownMembers(const Json& object, std::initializer_list<std::string_view> known);
+
+/// The text under `key`; missing for no member and for null. Throws `Refused` for another type.
+NullableString textIn(const Json& object, const char* key);
+/// The object under `key`. Throws `Refused` when there is none.
+const Json& objectIn(const Json& object, const char* key);
+
+Json orNull(const NullableString& text);
+/// Objects of the platform become null.
+Json jsonOf(const Value& value);
+Dictionary dictionaryOf(const Json& object);
+
+/// Overwrites every text of `json`.
+void wipeTexts(Json& json);
+
+/// What is no UTF-8 is replaced, so that this always succeeds.
+std::string textOf(const Json& json);
+
+}  // namespace hlv::services

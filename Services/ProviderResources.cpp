@@ -1,0 +1,109 @@
+#include "Services/ProviderResources.h"
+
+#include <utility>
+
+#include "Host/PaylevenFramework/PLVInAppClient.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Provider/CardInstruments.h"
+#include "Sandbox/SandboxError.h"
+#include "Services/Http/ErrorBody.h"
+#include "Services/OpenAPI.h"
+#include "Services/ProviderRecords.h"
+#include "Services/Wiped.h"
+
+namespace hlv::services {
+namespace {
+
+std::shared_ptr<PLVCreditCardPaymentInstrument> takeInstrument(Host& host, Json& request) {
+  auto card = takeNewCard(request);
+  const Wiped number(card.pan);
+  const Wiped code(card.cvv);
+  return host.makeCreditCardPaymentInstrument(card.pan, card.expiryMonth, card.expiryYear, card.cvv,
+                                              card.cardHolder);
+}
+
+ErrorPtr notRegistered() {
+  return sandbox::SandboxError::make(sandbox::providerErrorDomain,
+                                     sandbox::ProviderErrorCode::notRegistered,
+                                     "The app is not registered with the provider.");
+}
+
+}  // namespace
+
+ProviderResources::ProviderResources(std::shared_ptr<sandbox::Sandbox> sandbox)
+    : sandbox_(std::move(sandbox)), idempotency_("provider", sandbox_) {
+  routes_.add("GET", {"openapi.json"}, [](const HttpRequest&, const Reply& reply) {
+    reply({200, Json::parse(providerOpenAPI())});
+  });
+  addUsers();
+  addInstruments();
+}
+
+void ProviderResources::serve(const HttpRequest& request, const Reply& reply) {
+  const bool isDocument = request.path == std::vector<std::string>{"openapi.json"};
+  if (!isDocument) {
+    if (length(request.apiKey) == 0) return reply(errorAnswer(notRegistered()));
+    // The sandbox takes any key and keeps none, so that of the first request stands for all.
+    std::call_once(registered_, [&] {
+      sandbox_->host()->inAppClient()->registerWithAPIKey("a key of the services");
+    });
+  }
+  routes_.serve(request, reply);
+}
+
+void ProviderResources::addUsers() {
+  const auto createUser = [this](const HttpRequest& request, const Reply& reply) {
+    auto body = parsedObject(request.body);
+    const auto host = sandbox_->host();
+    const auto instrument = takeInstrument(*host, body);
+    requireKnownMembers(body, {"email", "use_case", "credit_card"});
+    const auto email = textIn(body, "email");
+    if (email && sandbox::maskedText(*email) != *email) {
+      throw Refused{422, "card-number-refused", "An address holds no card number."};
+    }
+    host->inAppClient()->createUserToken(
+        email, instrument, textIn(body, "use_case"),
+        [reply](const NullableString& token, const ErrorPtr& error) {
+          reply(error ? errorAnswer(error) : HttpAnswer{201, {{"token", orNull(token)}}});
+        });
+  };
+  routes_.add("POST", {"v1", "users"}, idempotency_.around(createUser));
+}
+
+void ProviderResources::addInstruments() {
+  const std::vector<std::string> instruments{"v1", "users", "*", "instruments"};
+  routes_.add("GET", instruments, [this](const HttpRequest& request, const Reply& reply) {
+    sandbox_->host()->inAppClient()->getPaymentInstrumentsList(
+        request.path[2], request.queryValue("use_case"),
+        [reply](const NullableList<PLVCreditCardPaymentInstrument>& list, const ErrorPtr& error) {
+          reply(error ? errorAnswer(error) : HttpAnswer{200, {{"instruments", jsonOf(list)}}});
+        });
+  });
+  const auto addInstrument = [this](const HttpRequest& request, const Reply& reply) {
+    auto body = parsedObject(request.body);
+    const auto host = sandbox_->host();
+    const auto instrument = takeInstrument(*host, body);
+    requireKnownMembers(body, {"credit_card"});
+    host->inAppClient()->addPaymentInstrument(
+        instrument, request.path[2], request.queryValue("use_case"),
+        [reply](const ErrorPtr& error) {
+          reply(error ? errorAnswer(error) : HttpAnswer{201, Json::object()});
+        });
+  };
+  routes_.add("POST", instruments, idempotency_.around(addInstrument));
+  routes_.add("DELETE", {"v1", "users", "*", "instruments", "*"},
+              [this](const HttpRequest& request, const Reply& reply) {
+                sandbox::ProviderInstrument named;
+                named.identifier = request.path[4];
+                // No row has this number, so the identifier alone decides.
+                sandbox_->host()->inAppClient()->removePaymentInstrument(
+                    std::make_shared<sandbox::ListedInstrument>(0, std::move(named)),
+                    request.queryValue("use_case"), request.path[2],
+                    [reply](const ErrorPtr& error) {
+                      reply(error ? errorAnswer(error) : HttpAnswer{204, nullptr});
+                    });
+              });
+}
+
+}  // namespace hlv::services

@@ -1,0 +1,39 @@
+# The sandbox's two services over HTTP, and host clients that speak to them.
+find_package(nlohmann_json REQUIRED)
+find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+
+# The documents that describe the services become part of the library.
+set(openapi_dir ${PROJECT_SOURCE_DIR}/Services/openapi)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  ${openapi_dir}/backend.json ${openapi_dir}/provider.json)
+file(READ ${openapi_dir}/backend.json HLV_BACKEND_OPENAPI)
+file(READ ${openapi_dir}/provider.json HLV_PROVIDER_OPENAPI)
+configure_file(${openapi_dir}/OpenAPI.cpp.in ${PROJECT_BINARY_DIR}/Services/OpenAPI.cpp @ONLY)
+
+add_library(HLVSDKPaylevenServices STATIC
+  Services/BackendRecords.cpp
+  Services/BackendResources.cpp
+  Services/Http/Connection.cpp
+  Services/Http/Door.cpp
+  Services/Http/ErrorBody.cpp
+  Services/Http/Percent.cpp
+  Services/Http/Routes.cpp
+  Services/Http/Socket.cpp
+  Services/Idempotency.cpp
+  Services/Json.cpp
+  Services/ProviderRecords.cpp
+  Services/ProviderResources.cpp
+  Services/Remote/CallThreads.cpp
+  Services/Remote/HttpClient.cpp
+  Services/Remote/RemoteBackend.cpp
+  Services/Remote/RemoteHost.cpp
+  Services/Remote/RemoteProvider.cpp
+  Services/Remote/ServiceURL.cpp
+  Services/Remote/TransportError.cpp
+  Services/Services.cpp
+  ${PROJECT_BINARY_DIR}/Services/OpenAPI.cpp)
+target_link_libraries(HLVSDKPaylevenServices
+  PUBLIC HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json
+  PRIVATE hlv_flags PkgConfig::HTTPLIB OpenSSL::Crypto)
