@@ -10,13 +10,7 @@ inline constexpr const char* backendErrorDomain = "HLVBackendErrorDomain";
 inline constexpr const char* providerErrorDomain = "PLVErrorDomain";
 
 /// In `urlErrorDomain`.
-enum class URLErrorCode {
-  notConnected = 1,
-  connectionRefused,
-  connectionReset,
-  unreadableAnswer,
-  timedOut,
-};
+enum class URLErrorCode { notConnected = 1 };
 
 /// In `argumentErrorDomain`.
 enum class ArgumentErrorCode { invalid = 1, required = 2 };

@@ -42,7 +42,8 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/SandboxError.cpp
   Sandbox/SandboxHost.cpp
   Sandbox/Scenes.cpp
-  Sandbox/TestCards.cpp)
+  Sandbox/TestCards.cpp
+  Sandbox/TransportError.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
   PRIVATE $<BUILD_INTERFACE:hlv_flags> $<BUILD_INTERFACE:hlv_asio> SQLite::SQLite3 spdlog::spdlog)

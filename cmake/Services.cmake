@@ -31,7 +31,6 @@ add_library(HLVSDKPaylevenServices STATIC
   Services/Remote/RemoteHost.cpp
   Services/Remote/RemoteProvider.cpp
   Services/Remote/ServiceURL.cpp
-  Services/Remote/TransportError.cpp
   Services/Services.cpp
   ${PROJECT_BINARY_DIR}/Services/OpenAPI.cpp)
 target_link_libraries(HLVSDKPaylevenServices

@@ -1,14 +1,8 @@
 #include "Sandbox/Service/Service.h"
 
+#include "Sandbox/TransportError.h"
+
 namespace hlv::sandbox {
-namespace {
-
-ErrorPtr transportError(URLErrorCode code, const std::string& sentence) {
-  return SandboxError::make(urlErrorDomain, code, sentence);
-}
-
-}  // namespace
-
 std::string Call::told() const {
   auto what = operation;
   if (!subject.empty()) what += " " + subject;
@@ -34,17 +28,16 @@ void Service::Desk::checkWayIn(const std::optional<Fault>& fault) const {
                                      "The service failed, as the armed fault demands.")};
   }
   if (fault && fault->kind == "refused") {
-    throw Refusal{transportError(URLErrorCode::connectionRefused, "The connection was refused.")};
+    throw Refusal{transportError(TransportErrorCode::unreachable)};
   }
 }
 
 void Service::Desk::checkWayOut(const std::optional<Fault>& fault) {
   if (fault && fault->kind == "reset") {
-    throw Refusal{transportError(URLErrorCode::connectionReset,
-                                 "The connection was lost before the answer was complete.")};
+    throw Refusal{transportError(TransportErrorCode::broken)};
   }
   if (fault && fault->kind == "garbage") {
-    throw Refusal{transportError(URLErrorCode::unreadableAnswer, "The answer cannot be read.")};
+    throw Refusal{transportError(TransportErrorCode::unreadable)};
   }
 }
 

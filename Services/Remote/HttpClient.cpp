@@ -11,12 +11,15 @@
 #include <memory>
 #include <string_view>
 
+#include "Sandbox/TransportError.h"
 #include "Services/Http/ErrorBody.h"
 #include "Services/Http/Socket.h"
-#include "Services/Remote/TransportError.h"
 #include "Services/Wiped.h"
 
 namespace hlv::services {
+
+using sandbox::transportError;
+using sandbox::TransportErrorCode;
 namespace {
 
 constexpr std::size_t largestHead = 16UL * 1024;

@@ -28,8 +28,8 @@ struct ClientAnswer {
 };
 
 /// One request a connection. Whatever goes wrong on the way is one error of
-/// `transportErrorDomain`; an answer that is late, broken or larger than any of the services' is no
-/// answer. What was sent is overwritten afterwards, since it may hold card data.
+/// `sandbox::transportErrorDomain`; an answer that is late, broken or larger than any of the
+/// services' is no answer. What was sent is overwritten afterwards, since it may hold card data.
 ///
 /// Threading: any.
 class HttpClient {

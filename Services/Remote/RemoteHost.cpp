@@ -56,7 +56,7 @@ ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& ema
     parts_->guests->learn(guestIn(answer.body));
     return nullptr;
   } catch (const Json::exception&) {
-    return transportError(TransportErrorCode::unreadable);
+    return sandbox::transportError(sandbox::TransportErrorCode::unreadable);
   }
 }
 
@@ -94,7 +94,7 @@ RemoteHost::Sides RemoteHost::sides() {
                                   instrument->expiryYear().value_or(""), instrument->state()});
       }
     } catch (const Json::exception&) {
-      sides.error = transportError(TransportErrorCode::unreadable);
+      sides.error = sandbox::transportError(sandbox::TransportErrorCode::unreadable);
       return sides;
     }
   }

@@ -13,9 +13,9 @@
 #include "Sandbox/Sandbox.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/Service/Summary.h"
+#include "Sandbox/TransportError.h"
 #include "Services/Remote/CallThreads.h"
 #include "Services/Remote/HttpClient.h"
-#include "Services/Remote/TransportError.h"
 
 namespace hlv::services {
 
@@ -73,7 +73,7 @@ class RemoteService {
       } catch (const sandbox::Refusal& refusal) {
         return failed<Results...>(refusal.error);
       } catch (const Json::exception&) {
-        return failed<Results...>(transportError(TransportErrorCode::unreadable));
+        return failed<Results...>(sandbox::transportError(sandbox::TransportErrorCode::unreadable));
       }
     }
 

@@ -99,8 +99,8 @@ class GuestLife final : public SandboxTest {
   /// What an operation did, if it was served: it ended without an error, or its answer was lost.
   void tell(const ErrorPtr& error, const std::string& what, bool isNew = true) {
     EXPECT_TRUE(error || sandbox->isReachable());
-    const bool isLost =
-        nameOf(error) == "HLVURLErrorDomain 3" || nameOf(error) == "HLVURLErrorDomain 4";
+    const bool isLost = nameOf(error) == "HLVTransportErrorDomain 3" ||
+                        nameOf(error) == "HLVTransportErrorDomain 4";
     if (error && !isLost) return;
     if (isNew) kept_.insert(what);
     if (!isNew) EXPECT_TRUE(kept_.extract(what));

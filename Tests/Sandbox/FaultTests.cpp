@@ -110,9 +110,9 @@ TEST_F(Faulty, ARefusedCallReachesNobodyAndALostAnswerWasServed) {
     const char* kind;
     const char* error;
     std::size_t stored;
-  } rows[] = {{"refused", "HLVURLErrorDomain 2", 1},
-              {"reset", "HLVURLErrorDomain 3", 2},
-              {"garbage", "HLVURLErrorDomain 4", 3}};
+  } rows[] = {{"refused", "HLVTransportErrorDomain 1", 1},
+              {"reset", "HLVTransportErrorDomain 3", 2},
+              {"garbage", "HLVTransportErrorDomain 4", 3}};
   for (const auto& row : rows) {
     arm("addPaymentInstrument", row.kind);
     EXPECT_EQ(nameOf(addInstrument("mastercard", token)), row.error);

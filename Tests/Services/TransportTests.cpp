@@ -2,7 +2,6 @@
 #include <atomic>
 #include <thread>
 
-#include "Services/Remote/TransportError.h"
 #include "Tests/Services/ServicesTest.h"
 
 namespace hlv::services {

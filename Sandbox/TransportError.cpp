@@ -1,8 +1,8 @@
-#include "Services/Remote/TransportError.h"
+#include "Sandbox/TransportError.h"
 
 #include "Sandbox/SandboxError.h"
 
-namespace hlv::services {
+namespace hlv::sandbox {
 namespace {
 
 const char* sentenceOf(TransportErrorCode code) {
@@ -22,7 +22,7 @@ const char* sentenceOf(TransportErrorCode code) {
 }  // namespace
 
 ErrorPtr transportError(TransportErrorCode code) {
-  return sandbox::SandboxError::make(transportErrorDomain, code, sentenceOf(code));
+  return SandboxError::make(transportErrorDomain, code, sentenceOf(code));
 }
 
-}  // namespace hlv::services
+}  // namespace hlv::sandbox

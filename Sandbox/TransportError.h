@@ -1,9 +1,9 @@
-// What goes wrong between a client and a service.
+// What goes wrong between a client and a service, by an armed fault or for real.
 #pragma once
 
 #include "Platform/Error.h"
 
-namespace hlv::services {
+namespace hlv::sandbox {
 
 inline constexpr const char* transportErrorDomain = "HLVTransportErrorDomain";
 
@@ -20,4 +20,4 @@ enum class TransportErrorCode {
 /// Threading: any.
 ErrorPtr transportError(TransportErrorCode code);
 
-}  // namespace hlv::services
+}  // namespace hlv::sandbox
