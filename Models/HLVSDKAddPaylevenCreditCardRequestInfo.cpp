@@ -14,7 +14,7 @@ HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address, NullableString paylevenToken) {
   auto body = makeBody(instrument, address);
   if (!body) return nullptr;
-  // The constructor is private; what is made here takes one allocation all the same.
+  // There is no public constructor; what is made here takes one allocation all the same.
   struct Made final : HLVSDKAddPaylevenCreditCardRequestInfo {
     explicit Made(std::shared_ptr<Body> made)
         : HLVSDKAddPaylevenCreditCardRequestInfo(std::move(made)) {}
