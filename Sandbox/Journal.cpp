@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <utility>
 
 #include "Platform/Platform.h"
@@ -14,6 +15,7 @@ namespace hlv::sandbox {
 namespace {
 
 constexpr std::int64_t operationsKept = 200;
+constexpr std::int64_t eventsKept = 5000;
 
 std::string threadName() {
   if (Platform::current()->isMainThread()) return "main";
@@ -29,25 +31,35 @@ std::int64_t insertOperation(Database& database, const std::string& name) {
   return number;
 }
 
+constexpr const char* eventColumns =
+    "SELECT number, operation, speaker, listener, what, result, thread FROM events ";
+
+Event readEvent(const Statement& row) {
+  return {row.integer(0), row.integer(1), row.text(2), row.text(3),
+          row.text(4),    row.text(5),    row.text(6)};
+}
+
 std::vector<Event> eventsOf(Database& database, std::int64_t operation) {
   std::vector<Event> events;
-  auto row = database.query(
-      "SELECT operation, speaker, listener, what, result, thread FROM events "
-      "WHERE operation = ? ORDER BY number",
-      operation);
-  while (row.next()) {
-    events.push_back(
-        {row.integer(0), row.text(1), row.text(2), row.text(3), row.text(4), row.text(5)});
-  }
+  auto row =
+      database.query(std::string(eventColumns) + "WHERE operation = ? ORDER BY number", operation);
+  while (row.next()) events.push_back(readEvent(row));
   return events;
+}
+
+std::string nameOf(Database& database, std::int64_t operation) {
+  auto row = database.query("SELECT name FROM operations WHERE number = ?", operation);
+  return row.next() ? row.text(0) : "";
 }
 
 }  // namespace
 
-Journal::Journal(std::shared_ptr<Store> store) : store_(std::move(store)) {}
+Journal::Journal(std::shared_ptr<Store> store, std::string first)
+    : store_(std::move(store)), first_(std::move(first)) {}
 
-void Journal::beginOperation(const std::string& name) {
-  operation_ = store_->write([&](Database& database) { return insertOperation(database, name); });
+std::int64_t Journal::beginOperation(const std::string& name) {
+  return operation_ =
+             store_->write([&](Database& database) { return insertOperation(database, name); });
 }
 
 void Journal::record(const std::string& from, const std::string& to, const std::string& what,
@@ -57,11 +69,12 @@ void Journal::record(const std::string& from, const std::string& to, const std::
     store_->write([&](Database& database) {
       // Another process may have forgotten this one's operation meanwhile.
       auto known = database.query("SELECT 1 FROM operations WHERE number = ?", operation_.load());
-      if (!known.next()) operation_ = insertOperation(database, "start");
+      if (!known.next()) operation_ = insertOperation(database, first_);
       database.run(
           "INSERT INTO events (operation, speaker, listener, what, result, thread) "
           "VALUES (?, ?, ?, ?, ?, ?)",
           operation_.load(), from, to, maskedText(what), maskedText(result), thread);
+      database.run("DELETE FROM events WHERE number <= ?", database.lastRow() - eventsKept);
     });
   } catch (const StoreFailure&) {
     // The story has no listener of its own. What cannot be told here fails loudly where the same
@@ -79,6 +92,32 @@ std::vector<Journal::Operation> Journal::last(std::size_t count) const {
     }
     std::reverse(operations.begin(), operations.end());
     return operations;
+  });
+}
+
+std::vector<Journal::Operation> Journal::since(std::int64_t event) const {
+  return store_->read([&](Database& database) {
+    std::map<std::int64_t, Operation> operations;
+    auto row =
+        database.query(std::string(eventColumns) + "WHERE number > ? ORDER BY number", event);
+    while (row.next()) {
+      auto told = readEvent(row);
+      auto& operation = operations[told.operation];
+      if (operation.events.empty()) {
+        operation.number = told.operation;
+        operation.name = nameOf(database, told.operation);
+      }
+      operation.events.push_back(std::move(told));
+    }
+    std::vector<Operation> inOrder;
+    for (auto& [number, operation] : operations) inOrder.push_back(std::move(operation));
+    return inOrder;
+  });
+}
+
+std::int64_t Journal::oldest() const {
+  return store_->read([](Database& database) {
+    return database.integer("SELECT coalesce(min(number), 0) FROM operations");
   });
 }
 

@@ -13,9 +13,12 @@ namespace hlv::sandbox {
 /// One line of the story. No text of it holds a card number beyond its last four digits, or a
 /// security code.
 struct Event {
+  /// Later events have greater numbers.
+  std::int64_t number = 0;
   std::int64_t operation = 0;
-  /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log", "assert". A
-  /// service that meets a fault says so to itself.
+  /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log", "assert", and
+  /// "client" for another program that calls a service. A service that meets a fault says so to
+  /// itself.
   std::string from;
   std::string to;
   /// What is said, e.g. "createUserToken".
@@ -33,11 +36,12 @@ class Store;
 /// Threading: any; events stand in the order in which they were recorded.
 class Journal {
  public:
-  explicit Journal(std::shared_ptr<Store> store);
+  /// Events before the first operation make one called `first`.
+  Journal(std::shared_ptr<Store> store, std::string first);
 
-  /// Begins a new operation; later events of this journal belong to it. Events before the first one
-  /// make an operation called "start". The store keeps the last two hundred operations.
-  void beginOperation(const std::string& name);
+  /// Begins a new operation and returns its number; later events of this journal belong to it. The
+  /// store keeps the last two hundred operations, and the last five thousand events.
+  std::int64_t beginOperation(const std::string& name);
   /// Records an event of the current operation, on the calling thread. Masks card numbers.
   void record(const std::string& from, const std::string& to, const std::string& what,
               const std::string& result = {});
@@ -49,9 +53,14 @@ class Journal {
   };
   /// The last `count` operations, oldest first.
   std::vector<Operation> last(std::size_t count) const;
+  /// What was told after the event of that number, and in which operations, both oldest first.
+  std::vector<Operation> since(std::int64_t event) const;
+  /// The number of the oldest operation that is kept; 0 for none.
+  std::int64_t oldest() const;
 
  private:
   const std::shared_ptr<Store> store_;
+  const std::string first_;
   std::atomic<std::int64_t> operation_{0};
 };
 

@@ -9,6 +9,7 @@
 #include "Sandbox/SandboxHost.h"
 #include "Sandbox/Scenes.h"
 #include "Sandbox/Store/Identifiers.h"
+#include "Sandbox/Store/Settings.h"
 
 namespace hlv::sandbox {
 namespace {
@@ -54,11 +55,15 @@ Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
 }
 
 Sandbox::Sandbox(std::shared_ptr<Parts> parts)
-    : parts_(std::move(parts)), host_(std::make_shared<SandboxHost>(parts_)) {}
+    : parts_(std::move(parts)),
+      host_(std::make_shared<SandboxHost>(parts_, parts_->embedded)),
+      hostBehindDoors_(std::make_shared<SandboxHost>(parts_, parts_->behindDoors)) {}
 
 Sandbox::~Sandbox() = default;
 
 std::shared_ptr<Host> Sandbox::host() const { return host_; }
+
+std::shared_ptr<Host> Sandbox::hostBehindDoors() const { return hostBehindDoors_; }
 
 std::string Sandbox::signIn(const std::string& email) {
   if (!isAddress(email)) return "A guest signs in with an e-mail address.";
@@ -100,6 +105,19 @@ Faults& Sandbox::faults() { return *parts_->faults; }
 Journal& Sandbox::journal() { return *parts_->journal; }
 
 KeptAnswers& Sandbox::keptAnswers() { return *parts_->keptAnswers; }
+
+std::optional<std::string> Sandbox::note(const std::string& name) const {
+  return parts_->store->read(
+      [&](Database& database) { return readSetting(database, "note " + name); });
+}
+
+void Sandbox::setNote(const std::string& name, const std::string& text) {
+  parts_->store->write([&](Database& database) { writeSetting(database, "note " + name, text); });
+}
+
+std::int64_t Sandbox::changes() const {
+  return parts_->store->read([](Database& database) { return database.allChanges(); });
+}
 
 std::string Sandbox::plantInstrument(const CardFields& card) {
   const auto email = signedInEmail();

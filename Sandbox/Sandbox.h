@@ -56,6 +56,9 @@ class Sandbox {
   /// What to install with `Host::install` before the kit is enabled. Keeps the sandbox's services
   /// alive by itself.
   std::shared_ptr<Host> host() const;
+  /// The same for services that other programs call over a door of their own. The story calls them
+  /// "client"; what goes wrong on the way is for the door to do, as `FaultOnTheWay` says.
+  std::shared_ptr<Host> hostBehindDoors() const;
 
   // What an app does.
 
@@ -98,6 +101,11 @@ class Sandbox {
 
   /// For services that offer the sandbox to other processes.
   KeptAnswers& keptAnswers();
+  /// A note under that name that outlives the process; missing for none.
+  std::optional<std::string> note(const std::string& name) const;
+  void setNote(const std::string& name, const std::string& text);
+  /// Another number whenever this process or another has changed something.
+  std::int64_t changes() const;
 
   /// Whether no answer of a service is still to come. A fault that never answers is not awaited.
   bool isQuiet() const;
@@ -107,6 +115,7 @@ class Sandbox {
 
   const std::shared_ptr<Parts> parts_;
   const std::shared_ptr<Host> host_;
+  const std::shared_ptr<Host> hostBehindDoors_;
 };
 
 }  // namespace hlv::sandbox

@@ -12,19 +12,24 @@ namespace hlv::sandbox {
 
 Parts::Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink)
     : store(std::move(openedStore)),
-      journal(std::make_shared<Journal>(store)),
+      journal(std::make_shared<Journal>(store, "start")),
+      journalOfDoors(std::make_shared<Journal>(store, "over HTTP")),
       faults(std::make_shared<Faults>(store)),
       keptAnswers(std::make_shared<KeptAnswers>(store)),
       reachability(std::make_shared<Reachability>(store)),
       answers(std::make_shared<Answers>()),
       backend(std::make_shared<Backend>(store)),
       provider(std::make_shared<Provider>(store)),
-      backendClient(std::make_shared<BackendClient>(
-          backend, Service::Surroundings{journal, faults, reachability, answers})),
-      providerClient(std::make_shared<ProviderClient>(
-          provider, Service::Surroundings{journal, faults, reachability, answers})),
+      embedded(makeClients(journal, Way::embedded)),
+      behindDoors(makeClients(journalOfDoors, Way::door)),
       remoteLog(std::make_shared<RemoteFileLogger>(std::move(remoteSink), journal)),
       consoleLog(std::make_shared<ConsoleLogger>(std::move(consoleSink))) {}
+
+Parts::Clients Parts::makeClients(const std::shared_ptr<Journal>& told, Way way) const {
+  const Service::Surroundings surroundings{told, faults, reachability, answers, way};
+  return {std::make_shared<BackendClient>(backend, surroundings),
+          std::make_shared<ProviderClient>(provider, surroundings)};
+}
 
 std::shared_ptr<const HLVSDKConstants> SandboxHost::constants() { return sandboxConstants(); }
 

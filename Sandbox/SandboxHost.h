@@ -23,29 +23,40 @@ namespace hlv::sandbox {
 ///
 /// Threading: any.
 struct Parts {
+  /// The services as callers of one kind reach them.
+  struct Clients {
+    std::shared_ptr<BackendClient> backend;
+    std::shared_ptr<ProviderClient> provider;
+  };
+
   Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink);
 
   const std::shared_ptr<Store> store;
   const std::shared_ptr<Journal> journal;
+  const std::shared_ptr<Journal> journalOfDoors;
   const std::shared_ptr<Faults> faults;
   const std::shared_ptr<KeptAnswers> keptAnswers;
   const std::shared_ptr<Reachability> reachability;
   const std::shared_ptr<Answers> answers;
   const std::shared_ptr<Backend> backend;
   const std::shared_ptr<Provider> provider;
-  const std::shared_ptr<BackendClient> backendClient;
-  const std::shared_ptr<ProviderClient> providerClient;
+  const Clients embedded;
+  const Clients behindDoors;
   const std::shared_ptr<RemoteFileLogger> remoteLog;
   const std::shared_ptr<ConsoleLogger> consoleLog;
+
+ private:
+  Clients makeClients(const std::shared_ptr<Journal>& told, Way way) const;
 };
 
 /// Threading: any.
 class SandboxHost final : public Host {
  public:
-  explicit SandboxHost(std::shared_ptr<Parts> parts) : parts_(std::move(parts)) {}
+  SandboxHost(std::shared_ptr<Parts> parts, Parts::Clients clients)
+      : parts_(std::move(parts)), clients_(std::move(clients)) {}
 
   std::shared_ptr<const HLVSDKConstants> constants() override;
-  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return parts_->backendClient; }
+  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return clients_.backend; }
   std::shared_ptr<HLVSDKReachability> reachability() override { return parts_->reachability; }
   std::shared_ptr<HLVSDKGuest> currentGuest() override;
   NullableString cardBrandFromNumber(const NullableString& number) override;
@@ -62,7 +73,7 @@ class SandboxHost final : public Host {
   std::shared_ptr<HLVSession> activeSession() override;
   std::shared_ptr<HLVErrorFacade> makeErrorFacade() override;
 
-  std::shared_ptr<PLVInAppClient> inAppClient() override { return parts_->providerClient; }
+  std::shared_ptr<PLVInAppClient> inAppClient() override { return clients_.provider; }
   std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
       const NullableString& pan, const NullableString& expiryMonth,
       const NullableString& expiryYear, const NullableString& cvv,
@@ -72,6 +83,7 @@ class SandboxHost final : public Host {
   void report(const std::string& assertion);
 
   const std::shared_ptr<Parts> parts_;
+  const Parts::Clients clients_;
 };
 
 }  // namespace hlv::sandbox

@@ -114,7 +114,7 @@ BackendResources::BackendResources(std::shared_ptr<sandbox::Sandbox> sandbox)
 void BackendResources::addGuests() {
   const std::vector<std::string> path{"v1", "guests", "*"};
   routes_.add("GET", path, [this](const HttpRequest& request, const Reply& reply) {
-    const auto guest = sandbox_->host()->currentGuest();
+    const auto guest = sandbox_->hostBehindDoors()->currentGuest();
     if (const auto problem = problemWith(guest, request)) return reply(errorAnswer(problem));
     reply({200, jsonOf(guest)});
   });
@@ -123,13 +123,13 @@ void BackendResources::addGuests() {
     if (!problem.empty()) {
       return reply(errorAnswer(backendError(BackendErrorCode::invalidRequest, problem)));
     }
-    reply({200, jsonOf(sandbox_->host()->currentGuest())});
+    reply({200, jsonOf(sandbox_->hostBehindDoors()->currentGuest())});
   });
   routes_.add("PATCH", path, [this](const HttpRequest& request, const Reply& reply) {
     const auto body = bodyOf(request);
     requireKnownMembers(body, {"payment_token"});
     const auto token = textIn(body, "payment_token");
-    const auto host = sandbox_->host();
+    const auto host = sandbox_->hostBehindDoors();
     if (const auto problem = problemWith(host->currentGuest(), request)) {
       return reply(errorAnswer(problem));
     }
@@ -143,7 +143,7 @@ void BackendResources::addCards() {
   const std::vector<std::string> cards{"v1", "guests", "*", "cards"};
   const std::vector<std::string> card{"v1", "guests", "*", "cards", "*"};
   routes_.add("GET", cards, [this](const HttpRequest& request, const Reply& reply) {
-    sandbox_->host()->apiManager()->fetchGuestCreditCards(
+    sandbox_->hostBehindDoors()->apiManager()->fetchGuestCreditCards(
         guestOf(request),
         [reply](const NullableList<HLVSDKCreditCard>& list, const ErrorPtr& error) {
           reply(error ? errorAnswer(error) : HttpAnswer{200, {{"credit_cards", jsonOf(list)}}});
@@ -152,21 +152,21 @@ void BackendResources::addCards() {
   const auto addCard = [this](const HttpRequest& request, const Reply& reply) {
     const auto body = bodyOf(request);
     requireAddCardBody(body);
-    sandbox_->host()->apiManager()->addCreditCardForGuest(guestOf(request),
-                                                          ReceivedCard::make(dictionaryOf(body)),
-                                                          answeringGuestAndCard(201, reply));
+    sandbox_->hostBehindDoors()->apiManager()->addCreditCardForGuest(
+        guestOf(request), ReceivedCard::make(dictionaryOf(body)),
+        answeringGuestAndCard(201, reply));
   };
   routes_.add("POST", cards, idempotency_.around(addCard));
   routes_.add("PATCH", card, [this](const HttpRequest& request, const Reply& reply) {
     const auto address = bodyOf(request);
     requireAddress(address);
-    sandbox_->host()->apiManager()->updateCreditCard(request.path[4], dictionaryOf(address),
-                                                     guestOf(request),
-                                                     answeringGuestAndCard(200, reply));
+    sandbox_->hostBehindDoors()->apiManager()->updateCreditCard(
+        request.path[4], dictionaryOf(address), guestOf(request),
+        answeringGuestAndCard(200, reply));
   });
   routes_.add("DELETE", card, [this](const HttpRequest& request, const Reply& reply) {
-    sandbox_->host()->apiManager()->deleteCreditCardWithID(request.path[4], guestOf(request),
-                                                           answeringGuest(reply));
+    sandbox_->hostBehindDoors()->apiManager()->deleteCreditCardWithID(
+        request.path[4], guestOf(request), answeringGuest(reply));
   });
 }
 

@@ -46,7 +46,7 @@ void ProviderResources::serve(const HttpRequest& request, const Reply& reply) {
     if (length(request.apiKey) == 0) return reply(errorAnswer(notRegistered()));
     // The sandbox takes any key and keeps none, so that of the first request stands for all.
     std::call_once(registered_, [&] {
-      sandbox_->host()->inAppClient()->registerWithAPIKey("a key of the services");
+      sandbox_->hostBehindDoors()->inAppClient()->registerWithAPIKey("a key of the services");
     });
   }
   routes_.serve(request, reply);
@@ -55,7 +55,7 @@ void ProviderResources::serve(const HttpRequest& request, const Reply& reply) {
 void ProviderResources::addUsers() {
   const auto createUser = [this](const HttpRequest& request, const Reply& reply) {
     auto body = parsedObject(request.body);
-    const auto host = sandbox_->host();
+    const auto host = sandbox_->hostBehindDoors();
     const auto instrument = takeInstrument(*host, body);
     requireKnownMembers(body, {"email", "use_case", "credit_card"});
     const auto email = textIn(body, "email");
@@ -74,7 +74,7 @@ void ProviderResources::addUsers() {
 void ProviderResources::addInstruments() {
   const std::vector<std::string> instruments{"v1", "users", "*", "instruments"};
   routes_.add("GET", instruments, [this](const HttpRequest& request, const Reply& reply) {
-    sandbox_->host()->inAppClient()->getPaymentInstrumentsList(
+    sandbox_->hostBehindDoors()->inAppClient()->getPaymentInstrumentsList(
         request.path[2], request.queryValue("use_case"),
         [reply](const NullableList<PLVCreditCardPaymentInstrument>& list, const ErrorPtr& error) {
           reply(error ? errorAnswer(error) : HttpAnswer{200, {{"instruments", jsonOf(list)}}});
@@ -82,7 +82,7 @@ void ProviderResources::addInstruments() {
   });
   const auto addInstrument = [this](const HttpRequest& request, const Reply& reply) {
     auto body = parsedObject(request.body);
-    const auto host = sandbox_->host();
+    const auto host = sandbox_->hostBehindDoors();
     const auto instrument = takeInstrument(*host, body);
     requireKnownMembers(body, {"credit_card"});
     host->inAppClient()->addPaymentInstrument(
@@ -97,7 +97,7 @@ void ProviderResources::addInstruments() {
                 sandbox::ProviderInstrument named;
                 named.identifier = request.path[4];
                 // No row has this number, so the identifier alone decides.
-                sandbox_->host()->inAppClient()->removePaymentInstrument(
+                sandbox_->hostBehindDoors()->inAppClient()->removePaymentInstrument(
                     std::make_shared<sandbox::ListedInstrument>(0, std::move(named)),
                     request.queryValue("use_case"), request.path[2],
                     [reply](const ErrorPtr& error) {

@@ -2,11 +2,33 @@
 
 #include <utility>
 
+#include "Sandbox/Service/FaultOnTheWay.h"
 #include "Services/BackendResources.h"
 #include "Services/Http/Door.h"
 #include "Services/ProviderResources.h"
 
 namespace hlv::services {
+namespace {
+
+Mishap mishapNow() {
+  const auto kind = sandbox::FaultOnTheWay::current();
+  if (kind == "refused") return Mishap::refused;
+  if (kind == "reset") return Mishap::reset;
+  return kind == "garbage" ? Mishap::garbage : Mishap::none;
+}
+
+/// The door lets happen to an answer what the armed fault demands.
+template <class Resources>
+Door::Handler serving(Resources& resources) {
+  return [&resources](const HttpRequest& request, const Reply& reply) {
+    resources.serve(request, [reply](HttpAnswer answer) {
+      answer.mishap = mishapNow();
+      reply(std::move(answer));
+    });
+  };
+}
+
+}  // namespace
 
 struct Services::Parts {
   Parts(const std::shared_ptr<sandbox::Sandbox>& sandbox, std::string listenedAddress)
@@ -33,16 +55,11 @@ Services::Opened Services::open(std::shared_ptr<sandbox::Sandbox> sandbox,
   }
   auto parts = std::make_unique<Parts>(sandbox, options.address);
   auto backend = Door::open("http-backend", options.address, options.backendPort, options.limits,
-                            [resources = &parts->backend](const auto& request, const auto& reply) {
-                              resources->serve(request, reply);
-                            });
+                            serving(parts->backend));
   if (!backend.door) return {nullptr, backend.problem};
   parts->backendDoor = std::move(backend.door);
-  auto provider =
-      Door::open("http-provider", options.address, options.providerPort, options.limits,
-                 [resources = &parts->provider](const auto& request, const auto& reply) {
-                   resources->serve(request, reply);
-                 });
+  auto provider = Door::open("http-provider", options.address, options.providerPort, options.limits,
+                             serving(parts->provider));
   if (!provider.door) return {nullptr, provider.problem};
   parts->providerDoor = std::move(provider.door);
   return {std::unique_ptr<Services>(new Services(std::move(parts))), ""};

@@ -23,6 +23,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Provider/Provider.cpp
   Sandbox/Provider/ProviderClient.cpp
   Sandbox/Service/Answers.cpp
+  Sandbox/Service/FaultOnTheWay.cpp
   Sandbox/Service/Service.cpp
   Sandbox/Service/Summary.cpp
   Sandbox/Store/Database.cpp

@@ -3,6 +3,7 @@
 #include "Sandbox/TransportError.h"
 
 namespace hlv::sandbox {
+
 std::string Call::told() const {
   auto what = operation;
   if (!subject.empty()) what += " " + subject;
@@ -32,11 +33,10 @@ void Service::Desk::checkWayIn(const std::optional<Fault>& fault) const {
   }
 }
 
-void Service::Desk::checkWayOut(const std::optional<Fault>& fault) {
-  if (fault && fault->kind == "reset") {
-    throw Refusal{transportError(TransportErrorCode::broken)};
-  }
-  if (fault && fault->kind == "garbage") {
+void Service::Desk::checkWayOut(const std::optional<Fault>& fault) const {
+  if (!fault || way == Way::door) return;
+  if (fault->kind == "reset") throw Refusal{transportError(TransportErrorCode::broken)};
+  if (fault->kind == "garbage") {
     throw Refusal{transportError(TransportErrorCode::unreadable)};
   }
 }

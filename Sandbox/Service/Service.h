@@ -18,6 +18,7 @@
 #include "Sandbox/Reachability.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/Service/Answers.h"
+#include "Sandbox/Service/FaultOnTheWay.h"
 #include "Sandbox/Service/Summary.h"
 #include "Sandbox/Store/Store.h"
 
@@ -39,6 +40,14 @@ struct Call {
 template <class... Results>
 using Handling = std::function<std::tuple<Results...>(const std::string& variation)>;
 
+/// Where calls come from.
+enum class Way {
+  /// This process: what goes wrong on the way is an error that the caller is handed.
+  embedded,
+  /// A door, which lets it happen to the connection: see `FaultOnTheWay`.
+  door
+};
+
 /// The side of a service that calls come in at. A handling refers to the service's data and never
 /// to this object's owner, so that a client which is let go frees what still waits.
 class Service {
@@ -48,24 +57,27 @@ class Service {
     std::shared_ptr<Faults> faults;
     std::shared_ptr<Reachability> reachability;
     std::shared_ptr<Answers> answers;
+    Way way = Way::embedded;
   };
 
   Service(std::string name, std::string errorDomain, Lane lane, const Surroundings& surroundings)
       : desk_(std::make_shared<Desk>(Desk{std::move(name), std::move(errorDomain),
                                           surroundings.journal, surroundings.faults,
-                                          surroundings.reachability})),
+                                          surroundings.reachability, surroundings.way})),
         lane_(lane),
         answers_(surroundings.answers) {}
 
-  /// Tells of something that the kit said and that has no answer.
-  void hear(const std::string& what) const { desk_->journal->record("kit", desk_->name, what); }
+  /// Tells of something that the caller said and that has no answer.
+  void hear(const std::string& what) const {
+    desk_->journal->record(desk_->caller(), desk_->name, what);
+  }
 
   /// Returns at once; the completion, which may be empty, is called on the service's thread.
   template <class... Results>
   void take(Call call, std::function<void(Results...)> completion,
             std::type_identity_t<Handling<Results...>> handling) const {
     auto what = call.told();
-    desk_->journal->record("kit", desk_->name, what);
+    desk_->journal->record(desk_->caller(), desk_->name, what);
     answers_->call(lane_,
                    [desk = desk_, call = std::move(call), what = std::move(what),
                     completion = std::move(completion),
@@ -77,9 +89,12 @@ class Service {
                      const int times = fault && fault->kind == "twice" ? 2 : 1;
                      return Delivery{
                          delay, [desk, what = std::move(what), times,
+                                 kind = fault && desk->way == Way::door ? fault->kind : "",
                                  completion = std::move(completion), results = std::move(results)] {
+                           const FaultOnTheWay befalling(kind);
                            for (int i = 0; i < times; ++i) {
-                             desk->journal->record(desk->name, "kit", what, summaryOf(results));
+                             desk->journal->record(desk->name, desk->caller(), what,
+                                                   summaryOf(results));
                              if (completion) std::apply(completion, results);
                            }
                          }};
@@ -94,13 +109,15 @@ class Service {
     std::shared_ptr<Journal> journal;
     std::shared_ptr<Faults> faults;
     std::shared_ptr<Reachability> reachability;
+    Way way;
 
+    const char* caller() const { return way == Way::door ? "client" : "kit"; }
     /// A call that does not leave the phone meets no fault.
     std::optional<Fault> meet(const Call& call) const;
     /// Throws the refusal that stands before every handling.
     void checkWayIn(const std::optional<Fault>& fault) const;
     /// Throws the refusal of a call that was served and whose answer is lost.
-    static void checkWayOut(const std::optional<Fault>& fault);
+    void checkWayOut(const std::optional<Fault>& fault) const;
     ErrorPtr errorFor(const StoreFailure& failure) const;
 
     template <class... Results>

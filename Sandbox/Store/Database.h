@@ -79,6 +79,10 @@ class Database {
 
   /// How many rows the last statement changed.
   int changes() const { return sqlite3_changes(connection_.get()); }
+  /// Grows with every change of this connection and every transaction of another.
+  std::int64_t allChanges() {
+    return sqlite3_total_changes64(connection_.get()) + integer("PRAGMA data_version");
+  }
   std::int64_t lastRow() const { return sqlite3_last_insert_rowid(connection_.get()); }
 
  private:

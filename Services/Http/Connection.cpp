@@ -41,6 +41,16 @@ ssize_t Connection::write(const char* bytes, std::size_t size) {
   return transfer.outcome == Socket::Outcome::done ? static_cast<ssize_t>(transfer.bytes) : -1;
 }
 
+bool Connection::send(std::string_view bytes) {
+  const auto deadline = Socket::Clock::now() + transferTime_;
+  while (!bytes.empty()) {
+    const auto transfer = socket_.write(bytes.data(), bytes.size(), deadline);
+    if (transfer.outcome != Socket::Outcome::done) return false;
+    bytes.remove_prefix(transfer.bytes);
+  }
+  return true;
+}
+
 void Connection::get_remote_ip_and_port(std::string& ip, int& port) const {
   ip.clear();
   port = -1;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 
 #include "Services/Http/Socket.h"
 #include "Services/ServiceLimits.h"
@@ -29,8 +30,13 @@ class Connection final : public httplib::Stream {
   void get_local_ip_and_port(std::string& ip, int& port) const override;
   socket_t socket() const override { return socket_.descriptor(); }
 
+  /// Sends all of `bytes`, with a deadline of their own. Answers whether they left.
+  bool send(std::string_view bytes);
   /// Ends it so that the answer arrives, whatever of the request was not read.
   void endPolitely();
+  /// Ends it with a reset.
+  void endRudely() { socket_.endRudely(); }
+  bool hasEnded() const { return socket_.hasEnded(); }
 
  private:
   Socket socket_;

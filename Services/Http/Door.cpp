@@ -23,10 +23,36 @@ namespace {
 constexpr std::size_t longestTarget = 1024;
 constexpr std::size_t workers = 16;
 constexpr const char* requestIDHeader = "X-Request-Id";
+/// For browsers: nothing is kept, guessed, framed, or fetched from elsewhere.
+constexpr std::pair<const char*, const char*> safetyHeaders[] = {
+    {"Cache-Control", "no-store"},
+    {"Content-Security-Policy",
+     "default-src 'self'; img-src 'self' data:; frame-ancestors 'none'; base-uri 'none'"},
+    {"Referrer-Policy", "no-referrer"},
+    {"X-Content-Type-Options", "nosniff"},
+};
 
-/// Ends a request without an answer.
-struct Unanswered {};
-constexpr int unansweredStatus = 599;
+/// How often a stream is asked for what is new, and how many times in a row it may have nothing
+/// before a line that says nothing tells both sides that the other is there.
+constexpr std::chrono::milliseconds streamPause{50};
+constexpr int mostSilence = 100;
+
+/// One request on its connection. The library hands its handlers no object of ours, so each of its
+/// threads knows whose request it serves.
+struct Visit {
+  /// An answer that the library does not write, or none at all.
+  std::optional<HttpAnswer> answer;
+  bool isTakenOver = false;
+
+  void takeOver(std::optional<HttpAnswer> taken) {
+    answer = std::move(taken);
+    isTakenOver = true;
+  }
+};
+thread_local Visit* visit = nullptr;
+
+/// Keeps the library from writing an answer.
+struct TakenOver {};
 
 std::string makeRequestID() {
   std::random_device device;
@@ -39,14 +65,30 @@ std::string makeRequestID() {
 void write(httplib::Response& response, HttpAnswer answer) {
   if (!response.has_header(requestIDHeader)) {
     response.set_header(requestIDHeader, makeRequestID());
-    response.set_header("Cache-Control", "no-store");
+    for (const auto& [name, value] : safetyHeaders) response.set_header(name, value);
   }
   response.status = answer.status;
+  if (!answer.contentType.empty()) response.set_content(answer.content, answer.contentType);
   if (answer.body.is_null()) return;
   if (const auto error = answer.body.find("error"); error != answer.body.end()) {
     (*error)["request_id"] = response.get_header_value(requestIDHeader);
   }
   response.set_content(textOf(answer.body), "application/json");
+}
+
+/// An answer in the middle of which the connection breaks, or something that is none.
+void spoil(Connection& connection, const HttpAnswer& answer) {
+  if (answer.mishap == Mishap::garbage) {
+    connection.send("This is no answer of a service.\r\n\r\n");
+    return connection.endPolitely();
+  }
+  if (answer.mishap == Mishap::reset) {
+    const auto body = textOf(answer.body);
+    connection.send("HTTP/1.1 " + std::to_string(answer.status) +
+                    " Interrupted\r\nContent-Type: application/json\r\nContent-Length: " +
+                    std::to_string(body.size()) + "\r\n\r\n" + body.substr(0, body.size() / 2));
+  }
+  connection.endRudely();
 }
 
 NullableString headerOf(const httplib::Request& request, const char* name) {
@@ -122,6 +164,7 @@ HttpRequest takenOver(const httplib::Request& received) {
   }
   request.apiKey = headerOf(received, "X-API-Key");
   request.idempotencyKey = headerOf(received, "Idempotency-Key");
+  request.host = received.get_header_value("Host");
   request.body = received.body;
   return request;
 }
@@ -154,12 +197,12 @@ class Door::Listener final : public httplib::Server {
       }
     });
     set_error_handler(LibraryHandler([](const httplib::Request&, httplib::Response& response) {
-      if (!response.body.empty() || response.status == unansweredStatus) return;
+      if (!response.body.empty() || visit->isTakenOver) return;
       // What fails without a word is the library, over a request that it cannot read.
       write(response, errorAnswer(response.status >= 500 ? 400 : response.status));
     }));
-    set_post_routing_handler([](const httplib::Request&, httplib::Response& response) {
-      if (response.status == unansweredStatus) throw Unanswered();
+    set_post_routing_handler([](const httplib::Request&, httplib::Response&) {
+      if (visit->isTakenOver) throw TakenOver();
     });
   }
 
@@ -205,10 +248,11 @@ class Door::Listener final : public httplib::Server {
   void answer(const httplib::Request& received, httplib::Response& response) {
     // The library keeps the request until it is answered, and would free it as it is.
     const Wiped body(const_cast<std::string&>(received.body));
-    if (auto answer = answerTo(received)) {
-      write(response, std::move(*answer));
+    auto answer = answerTo(received);
+    if (!answer || answer->events || answer->mishap != Mishap::none) {
+      visit->takeOver(std::move(answer));
     } else {
-      response.status = unansweredStatus;
+      write(response, std::move(*answer));
     }
   }
 
@@ -238,13 +282,51 @@ class Door::Listener final : public httplib::Server {
   /// The library would wait for each piece of a request anew, and keep a connection for the next.
   bool process_and_close_socket(socket_t descriptor) override {
     Connection connection(descriptor, limits_);
+    Visit current;
+    visit = &current;
     bool isClosed = false;
     try {
       process_request(connection, true, isClosed, prepareHead);
       connection.endPolitely();
-    } catch (const Unanswered&) {
+    } catch (const TakenOver&) {
+      if (current.answer) finish(connection, *current.answer);
     }
+    visit = nullptr;
     return true;
+  }
+
+  void finish(Connection& connection, const HttpAnswer& answer) {
+    if (answer.mishap != Mishap::none) return spoil(connection, answer);
+    std::string head =
+        "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nConnection: close\r\n";
+    for (const auto& [name, value] : safetyHeaders)
+      head.append(name) += ": " + std::string(value) + "\r\n";
+    if (!connection.send(head + "\r\n")) return;
+    for (int silence = 0; !connection.hasEnded() && !pause();) {
+      auto piece = nextOf(answer.events);
+      if (!piece) return;
+      silence = piece->empty() ? silence + 1 : 0;
+      if (silence == mostSilence) {
+        *piece = ":\n\n";
+        silence = 0;
+      }
+      if (!connection.send(*piece)) return;
+    }
+  }
+
+  /// Nothing when the stream broke; whoever listens comes again.
+  static std::optional<std::string> nextOf(const EventStream& events) {
+    try {
+      return events();
+    } catch (const std::exception&) {
+      return std::nullopt;
+    }
+  }
+
+  /// Answers whether the door closed meanwhile.
+  bool pause() {
+    std::unique_lock lock(waiting_->mutex);
+    return waiting_->changed.wait_for(lock, streamPause, [&] { return waiting_->hasEnded; });
   }
 
   const ServiceLimits limits_;

@@ -18,6 +18,8 @@ struct HttpRequest {
   std::map<std::string, std::string> query;
   NullableString apiKey;
   NullableString idempotencyKey;
+  /// Under which name the service was called.
+  std::string host;
   std::string body;
 
   NullableString queryValue(const std::string& name) const {
@@ -26,10 +28,30 @@ struct HttpRequest {
   }
 };
 
+/// What befalls an answer on its way out, so that the other side never reads it.
+enum class Mishap {
+  none,
+  /// The connection is reset before a byte of it.
+  refused,
+  /// Half of it, and then the connection is reset.
+  reset,
+  /// Something else in its place.
+  garbage
+};
+
+/// Asked again and again for what is new to be sent; empty is nothing.
+using EventStream = std::function<std::string()>;
+
 struct HttpAnswer {
   int status = 200;
-  /// Null is no content.
+  /// Null is no content, or content of another kind.
   Json body;
+  Mishap mishap = Mishap::none;
+  /// Content that is no JSON, and its type.
+  std::string content = {};
+  std::string contentType = {};
+  /// Content that goes on until the other side has gone.
+  EventStream events = {};
 };
 
 /// Takes the answer, on any thread and once; later ones are ignored. Where every copy is freed

@@ -65,4 +65,14 @@ void Socket::endPolitely(Clock::time_point deadline) {
   }
 }
 
+void Socket::endRudely() {
+  const linger atOnce{1, 0};
+  ::setsockopt(descriptor_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
+}
+
+bool Socket::hasEnded() const {
+  pollfd looked{descriptor_, POLLRDHUP, 0};
+  return ::poll(&looked, 1, 0) != 0;
+}
+
 }  // namespace hlv::services

@@ -32,6 +32,10 @@ class Socket {
   /// Says that nothing more will be written, and lets the other side finish what it is saying, so
   /// that it hears what was written before.
   void endPolitely(Clock::time_point deadline);
+  /// Lets the closing of the connection reach the other side as a reset.
+  void endRudely();
+  /// Whether the other side has closed the connection, or reset it.
+  bool hasEnded() const;
 
  private:
   Outcome await(short events, Clock::time_point deadline) const;

@@ -95,6 +95,18 @@ TEST_F(IdempotencyKeys, ARequestWhoseAnswerIsNotThereYetIsNotRepeated) {
   EXPECT_EQ(addCard("never").status, 201) << "what had no effect leaves the key free";
 }
 
+TEST_F(IdempotencyKeys, WhoseAnswerWasLostOnTheWayHearsItWhenAskingAgain) {
+  for (const auto* kind : {"reset", "garbage", "refused"}) {
+    ASSERT_EQ(arm("createUserToken", kind), "");
+    const auto lost = createUser(kind).text;
+    const auto heard = createUser(kind);
+    EXPECT_EQ(heard.status, 201) << kind;
+    EXPECT_EQ(createUser(kind).text, heard.text) << kind;
+    EXPECT_LT(lost.size(), heard.text.size()) << kind;
+  }
+  EXPECT_EQ(sandbox->providerInstruments().size(), 3U);
+}
+
 TEST_F(IdempotencyKeys, AKeyIsShortAndPlain) {
   for (const auto& key : {std::string(201, 'k'), std::string("a b")}) {
     EXPECT_EQ(addCard(key).code(), "malformed-idempotency-key") << key;

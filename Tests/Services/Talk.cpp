@@ -56,7 +56,7 @@ Heard say(const std::string& url, const std::string& bytes) {
   const auto all = read(descriptor);
   ::close(descriptor);
   const auto end = all.find("\r\n\r\n");
-  if (end == std::string::npos) return {};
+  if (end == std::string::npos || !all.starts_with("HTTP/")) return {};
   return {std::stoi(all.substr(9, 3)), all.substr(0, end), all.substr(end + 4)};
 }
 

@@ -18,9 +18,10 @@ std::string http(const std::string& body, const std::string& status = "200 OK") 
 class Transport : public ServicesTest {
  protected:
   /// The error of one call to each service.
-  std::pair<std::string, std::string> errors(const std::string& url,
+  std::pair<std::string, std::string> errors(const std::string& backendURL,
+                                             const std::string& providerURL,
                                              std::chrono::milliseconds patience) {
-    connect(url, url, patience);
+    connect(backendURL, providerURL, patience);
     const auto [cards, backendError] =
         only<Cards>([&](auto completion) { backend->fetchGuestCreditCards(guest, completion); });
     const auto [list, providerError] = only<sandbox::ListAnswer>([&](auto completion) {
@@ -65,7 +66,8 @@ TEST_F(Transport, WhatIsNoWholeAnswerOfAServiceIsOneErrorOfItsOwn) {
   };
   for (const auto& [bytes, error] : rows) {
     const CannedServer server(bytes);
-    const auto [atBackend, atProvider] = errors(server.url(), std::chrono::seconds(30));
+    const auto [atBackend, atProvider] =
+        errors(server.url(), server.url(), std::chrono::seconds(30));
     EXPECT_EQ(atBackend, error) << bytes.substr(0, 80);
     EXPECT_EQ(atProvider, error) << bytes.substr(0, 80);
   }
@@ -76,11 +78,11 @@ TEST_F(Transport, AnAnswerThatDoesNotComeInTimeIsATimeOutAndNobodyThereIsUnreach
   {
     const CannedServer server("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n{", true);
     url = server.url();
-    EXPECT_EQ(errors(url, std::chrono::milliseconds(30)),
+    EXPECT_EQ(errors(url, url, std::chrono::milliseconds(30)),
               std::make_pair(std::string("HLVTransportErrorDomain 2"),
                              std::string("HLVTransportErrorDomain 2")));
   }
-  EXPECT_EQ(errors(url, std::chrono::seconds(30)).first, "HLVTransportErrorDomain 1");
+  EXPECT_EQ(errors(url, url, std::chrono::seconds(30)).first, "HLVTransportErrorDomain 1");
 }
 
 TEST_F(Transport, AnAnswerAfterTheTimeOutIsNotHeard) {
@@ -102,6 +104,28 @@ TEST_F(Transport, AnAnswerAfterTheTimeOutIsNotHeard) {
   services.reset();
   settle();
   EXPECT_EQ(answers, 1);
+}
+
+TEST_F(Transport, AnArmedFaultHappensToTheConnectionItself) {
+  serve();
+  ASSERT_EQ(sandbox->signIn(email), "");
+  const std::pair<std::string, std::string> rows[] = {{"refused", "HLVTransportErrorDomain 3"},
+                                                      {"reset", "HLVTransportErrorDomain 3"},
+                                                      {"garbage", "HLVTransportErrorDomain 4"}};
+  for (const auto& [kind, error] : rows) {
+    for (const auto* operation : {"fetchGuestCreditCards", "getPaymentInstrumentsList"}) {
+      ASSERT_EQ(arm(operation, kind), "");
+    }
+    const auto [atBackend, atProvider] =
+        errors(services->backendURL(), services->providerURL(), std::chrono::seconds(30));
+    EXPECT_EQ(atBackend, error) << kind;
+    EXPECT_EQ(atProvider, error) << kind;
+    EXPECT_EQ(sandbox->faults().armed().size(), 0U);
+  }
+  ASSERT_EQ(arm("fetchGuestCreditCards", "reset"), "");
+  const auto half = ask(services->backendURL(), "GET " + guestPath() + "/cards");
+  EXPECT_EQ(half.status, 200);
+  EXPECT_EQ(half.text, "{\"credit_");
 }
 
 TEST_F(Transport, OnThisSideTheNetworkCanBeOffToo) {

@@ -1,0 +1,25 @@
+// What goes wrong with an answer between a service and a caller in another process.
+#pragma once
+
+#include <string>
+
+namespace hlv::sandbox {
+
+/// While an answer is delivered to a door, the fault that the door is to let happen to it. A caller
+/// in the same process is handed an error instead, and its answer.
+///
+/// Threading: each thread has its own.
+class FaultOnTheWay {
+ public:
+  /// "refused", "reset" or "garbage"; anything else is no such fault.
+  explicit FaultOnTheWay(std::string kind);
+  ~FaultOnTheWay();
+  FaultOnTheWay(const FaultOnTheWay&) = delete;
+  FaultOnTheWay& operator=(const FaultOnTheWay&) = delete;
+
+  static bool isOne(const std::string& kind);
+  /// Of the answer that this thread delivers now; empty for none.
+  static std::string current();
+};
+
+}  // namespace hlv::sandbox
