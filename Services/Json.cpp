@@ -87,6 +87,25 @@ NullableString textIn(const Json& object, const char* key) {
   return found->get<std::string>();
 }
 
+std::int64_t integerIn(const Json& object, const char* key, std::int64_t otherwise) {
+  const auto found = object.find(key);
+  if (found == object.end()) return otherwise;
+  if (!found->is_number_integer() ||
+      (found->is_number_unsigned() && found->get<std::uint64_t>() > INT64_MAX)) {
+    throw Refused{422, "wrong-type", "The member '" + std::string(key) + "' is no whole number."};
+  }
+  return found->get<std::int64_t>();
+}
+
+bool flagIn(const Json& object, const char* key) {
+  const auto found = object.find(key);
+  if (found == object.end() || !found->is_boolean()) {
+    throw Refused{422, "wrong-type",
+                  "The member '" + std::string(key) + "' is neither true nor false."};
+  }
+  return found->get<bool>();
+}
+
 const Json& objectIn(const Json& object, const char* key) {
   const auto found = object.find(key);
   if (found == object.end() || !found->is_object()) {

@@ -3,6 +3,7 @@
 // Threading: pure functions; any.
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -25,6 +26,10 @@ void requireKnownMembers(const Json& object, std::initializer_list<std::string_v
 
 /// The text under `key`; missing for no member and for null. Throws `Refused` for another type.
 NullableString textIn(const Json& object, const char* key);
+/// The whole number under `key`; `otherwise` for no member. Throws `Refused` for another type.
+std::int64_t integerIn(const Json& object, const char* key, std::int64_t otherwise);
+/// The same for true and false, which has to be there.
+bool flagIn(const Json& object, const char* key);
 /// The object under `key`. Throws `Refused` when there is none.
 const Json& objectIn(const Json& object, const char* key);
 

@@ -4,7 +4,7 @@
 
 #include "Sandbox/Service/FaultOnTheWay.h"
 #include "Services/BackendResources.h"
-#include "Services/Http/Door.h"
+#include "Services/Http/NamedDoor.h"
 #include "Services/ProviderResources.h"
 
 namespace hlv::services {
@@ -31,14 +31,10 @@ Door::Handler serving(Resources& resources) {
 }  // namespace
 
 struct Services::Parts {
-  Parts(const std::shared_ptr<sandbox::Sandbox>& sandbox, std::string listenedAddress)
-      : address(std::move(listenedAddress)), backend(sandbox), provider(sandbox) {}
+  Parts(const std::shared_ptr<sandbox::Sandbox>& sandbox, Listening where)
+      : listening(std::move(where)), backend(sandbox), provider(sandbox) {}
 
-  std::string urlOf(const Door& door) const {
-    return "http://" + address + ":" + std::to_string(door.port());
-  }
-
-  const std::string address;
+  const Listening listening;
   BackendResources backend;
   ProviderResources provider;
   // The doors go first.
@@ -48,18 +44,14 @@ struct Services::Parts {
 
 Services::Opened Services::open(std::shared_ptr<sandbox::Sandbox> sandbox,
                                 const ServicesOptions& options) {
-  if (options.address != "127.0.0.1" && !options.listensBeyondThisMachine) {
-    return {nullptr,
-            "The services listen on this machine alone, at 127.0.0.1, unless they are told "
-            "to listen beyond it."};
-  }
-  auto parts = std::make_unique<Parts>(sandbox, options.address);
-  auto backend = Door::open("http-backend", options.address, options.backendPort, options.limits,
-                            serving(parts->backend));
+  const auto& listening = options.listening;
+  auto parts = std::make_unique<Parts>(sandbox, listening);
+  auto backend =
+      openNamedDoor(*sandbox, "backend", options.backendPort, listening, serving(parts->backend));
   if (!backend.door) return {nullptr, backend.problem};
   parts->backendDoor = std::move(backend.door);
-  auto provider = Door::open("http-provider", options.address, options.providerPort, options.limits,
-                             serving(parts->provider));
+  auto provider = openNamedDoor(*sandbox, "provider", options.providerPort, listening,
+                                serving(parts->provider));
   if (!provider.door) return {nullptr, provider.problem};
   parts->providerDoor = std::move(provider.door);
   return {std::unique_ptr<Services>(new Services(std::move(parts))), ""};
@@ -69,8 +61,10 @@ Services::Services(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
 
 Services::~Services() = default;
 
-std::string Services::backendURL() const { return parts_->urlOf(*parts_->backendDoor); }
+std::string Services::backendURL() const { return urlOf(*parts_->backendDoor, parts_->listening); }
 
-std::string Services::providerURL() const { return parts_->urlOf(*parts_->providerDoor); }
+std::string Services::providerURL() const {
+  return urlOf(*parts_->providerDoor, parts_->listening);
+}
 
 }  // namespace hlv::services

@@ -5,18 +5,15 @@
 #include <string>
 
 #include "Sandbox/Sandbox.h"
-#include "Services/ServiceLimits.h"
+#include "Services/Listening.h"
 
 namespace hlv::services {
 
 struct ServicesOptions {
-  std::string address = "127.0.0.1";
-  /// Any other address is refused without this.
-  bool listensBeyondThisMachine = false;
-  /// 0 is any free port.
+  Listening listening;
+  /// 0 is the port that the store's last service had, or any free one.
   int backendPort = 0;
   int providerPort = 0;
-  ServiceLimits limits;
 };
 
 /// Two doors to one sandbox. Delayed answers need the main queue to be pumped, as they do embedded.

@@ -2,33 +2,15 @@
 
 #include <memory>
 
-#include "Host/HLVSDKCoreKit/HLVSDKConfiguration.h"
 #include "Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
+#include "Sandbox/AppConfiguration.h"
 
 namespace hlv::tool {
 namespace {
 
-class KitEntry final : public HLVSDKKitEntry {
- public:
-  explicit KitEntry(std::shared_ptr<Object> configuration)
-      : configuration_(std::move(configuration)) {}
-  HLVSDKKitClass kit() const override { return HLVSDKPayleven::kitClass(); }
-  std::shared_ptr<Object> configuration() const override { return configuration_; }
-
- private:
-  const std::shared_ptr<Object> configuration_;
-};
-
-class AppConfiguration final : public HLVSDKConfiguration {
- public:
-  explicit AppConfiguration(List<HLVSDKKitEntry> kits) : kits_(std::move(kits)) {}
-  NullableList<HLVSDKKitEntry> kits() const override { return kits_; }
-
- private:
-  const List<HLVSDKKitEntry> kits_;
-};
+using sandbox::AppConfiguration;
 
 class ConfigurationOfAnotherKit final : public HLVSDKKitConfiguration {
  public:
@@ -56,7 +38,10 @@ const std::vector<std::string>& Enabling::ways() {
 void Enabling::enable(const std::string& way) {
   if (way == "none") return;
   List<HLVSDKKitEntry> kits;
-  if (way != "no-entry") kits.push_back(std::make_shared<KitEntry>(kitConfiguration(way)));
+  if (way != "no-entry") {
+    kits.push_back(std::make_shared<AppConfiguration::Entry>(HLVSDKPayleven::kitClass(),
+                                                             kitConfiguration(way)));
+  }
   HLVSDKPayleven::enableWithConfiguration(std::make_shared<AppConfiguration>(std::move(kits)));
 }
 

@@ -6,11 +6,13 @@
 #include <atomic>
 #include <cstdio>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <thread>
 
 #include "Platform/Default/DefaultPlatform.h"
+#include "Services/Console/Console.h"
 #include "Services/Services.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"
@@ -20,6 +22,7 @@ namespace {
 
 struct ServeOptions {
   services::ServicesOptions services;
+  int consolePort = 0;
   std::string portsFile;
   std::int64_t answerMilliseconds = 30'000;
 };
@@ -43,15 +46,18 @@ class EndingSignals {
   EndingSignals(const EndingSignals&) = delete;
   EndingSignals& operator=(const EndingSignals&) = delete;
 
-  /// Pumps the main queue until one comes.
-  void await() {
+  /// Pumps the main queue until one comes, and calls `look` after each turn of it.
+  void await(const std::function<void()>& look) {
     thread_ = std::thread([this] {
       int signal = 0;
       ::sigwait(&signals_, &signal);
       hasCome_ = true;
       DefaultPlatform::shared()->mainQueue()->async([] {});
     });
-    DefaultPlatform::shared()->runUntil([this] { return hasCome_.load(); });
+    DefaultPlatform::shared()->runUntil([&] {
+      look();
+      return hasCome_.load();
+    });
   }
 
  private:
@@ -77,18 +83,26 @@ Report serve(Session& session, const ServeOptions& options) {
   session.requireOwnServices("serve");
   EndingSignals signals;
   auto servicesOptions = options.services;
-  servicesOptions.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
+  auto& listening = servicesOptions.listening;
+  listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
   session.begin("serve");
   auto opened = services::Services::open(session.sharedSandbox(), servicesOptions);
   if (!opened.services) throw Problem(opened.problem);
+  auto console = services::Console::open(session.sharedSandbox(), listening, options.consolePort);
+  if (!console.console) throw Problem(console.problem);
   const nlohmann::ordered_json urls = {{"backend", opened.services->backendURL()},
-                                       {"provider", opened.services->providerURL()}};
-  if (!options.portsFile.empty()) writePorts(options.portsFile, urls);
+                                       {"provider", opened.services->providerURL()},
+                                       {"console", console.console->url()}};
+  const auto portsFile =
+      options.portsFile.empty() ? session.storePath() + ".ports.json" : options.portsFile;
+  writePorts(portsFile, urls);
   std::cerr << "backend   " << opened.services->backendURL() << "\n"
-            << "provider  " << opened.services->providerURL() << std::endl;
-  signals.await();
+            << "provider  " << opened.services->providerURL() << "\n"
+            << "console   " << console.console->url() << std::endl;
+  signals.await([&] { console.console->look(); });
+  console.console.reset();
   opened.services.reset();
-  if (!options.portsFile.empty()) std::remove(options.portsFile.c_str());
+  std::remove(portsFile.c_str());
 
   auto report = session.report("serve");
   report.sentence = "The services have ended.";
@@ -101,25 +115,30 @@ Report serve(Session& session, const ServeOptions& options) {
 
 void ServeCommand::define(CommandLine& line) {
   auto& command =
-      CommandLine::add(line.app(), "serve", "Offer the backend and the provider over HTTP",
+      CommandLine::add(line.app(), "serve",
+                       "Offer the backend and the provider over HTTP, and a console to see them",
                        "  paylevenkit serve\n"
-                       "  paylevenkit serve --backend-port 8081 --provider-port 8082\n"
+                       "  paylevenkit serve --backend-port 8081 --provider-port 8082 "
+                       "--console-port 8080\n"
                        "  paylevenkit serve --ports-file ports.json\n");
   const auto options = std::make_shared<ServeOptions>();
   const auto addPort = [&command](const std::string& name, int& port, const std::string& whose) {
-    command.add_option(name, port, "The port of the " + whose + " (0: any free one)")
+    command
+        .add_option(name, port, "The port of the " + whose + " (0: the last one, or any free one)")
         ->type_name("N")
         ->check(CLI::Range(0, 65535));
   };
   addPort("--backend-port", options->services.backendPort, "backend");
   addPort("--provider-port", options->services.providerPort, "provider");
+  addPort("--console-port", options->consolePort, "console");
   command
       .add_option("--ports-file", options->portsFile,
-                  "Write both URLs there while the services run")
+                  "Where the URLs are while the services run (the store's path and .ports.json)")
       ->type_name("FILE");
-  command.add_option("--address", options->services.address, "Where to listen (127.0.0.1)")
+  command
+      .add_option("--address", options->services.listening.address, "Where to listen (127.0.0.1)")
       ->type_name("ADDRESS");
-  command.add_flag("--listen-beyond-this-machine", options->services.listensBeyondThisMachine,
+  command.add_flag("--listen-beyond-this-machine", options->services.listening.beyondThisMachine,
                    "Allow an address that other machines can reach");
   command
       .add_option("--answer-limit", options->answerMilliseconds,

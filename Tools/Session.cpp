@@ -5,6 +5,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/HLVSDKPayleven.h"
+#include "Sandbox/ToldCall.h"
 #include "Tools/Enabling.h"
 #include "Tools/Problem.h"
 #include "Tools/StoreFiles.h"
@@ -34,17 +35,6 @@ std::string sentenceOf(const ErrorPtr& error) {
   return error->localizedDescription().value_or("The services cannot be used.");
 }
 
-std::string described(const Session::Answer& answer) {
-  std::string text;
-  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
-  if (answer.error) {
-    add("error " + answer.error->domain() + " " + std::to_string(answer.error->code()));
-  }
-  if (answer.guest) add("guest");
-  if (answer.card) add("card " + answer.card->halvoID().value_or("without ID"));
-  return text.empty() ? "nothing" : text;
-}
-
 /// Where a completion writes, from whatever thread and however late.
 struct Heard {
   std::mutex mutex;
@@ -57,6 +47,8 @@ Session::Session(const GlobalOptions& options)
     : options_(options), sandbox_(openSandbox(options)), remote_(openRemote(options, sandbox_)) {
   Host::install(remote_ ? remote_ : sandbox_->host());
 }
+
+std::string Session::storePath() const { return StoreFiles::pathOrDefault(options_.storePath); }
 
 void Session::requireOwnServices(const std::string& command) const {
   if (remote_)
@@ -104,19 +96,14 @@ void Session::settle() {
 
 Session::Answer Session::call(const std::string& what,
                               const std::function<void(HLVSDKGuestCardCompletion)>& start) {
-  sandbox_->journal().record("app", "kit", what);
   const auto heard = std::make_shared<Heard>();
-  start([heard, what, weakSandbox = std::weak_ptr(sandbox_)](std::shared_ptr<HLVSDKGuest> guest,
-                                                             std::shared_ptr<HLVSDKCreditCard> card,
-                                                             ErrorPtr error) {
-    Answer answer{1, std::move(guest), std::move(card), std::move(error)};
-    if (const auto open = weakSandbox.lock()) {
-      open->journal().record("kit", "app", what, described(answer));
-    }
-    const std::lock_guard lock(heard->mutex);
-    answer.times += heard->answer.times;
-    heard->answer = std::move(answer);
-  });
+  start(sandbox::toldCall(
+      sandbox_, what,
+      [heard](const std::shared_ptr<HLVSDKGuest>& guest,
+              const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
+        const std::lock_guard lock(heard->mutex);
+        heard->answer = {heard->answer.times + 1, guest, card, error};
+      }));
   settle();
   const std::lock_guard lock(heard->mutex);
   return heard->answer;

@@ -28,6 +28,8 @@ class Session {
 
   sandbox::Sandbox& sandbox() { return *sandbox_; }
   std::shared_ptr<sandbox::Sandbox> sharedSandbox() { return sandbox_; }
+  /// Where the store is.
+  std::string storePath() const;
   /// Throws Problem when the services are elsewhere: `command` works on the store.
   void requireOwnServices(const std::string& command) const;
   /// Throws Problem when the guest cannot be signed in.

@@ -1,6 +1,7 @@
 #include "Tools/SideBySide.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace hlv::tool {
 namespace {
@@ -10,12 +11,6 @@ using sandbox::ProviderInstrument;
 
 std::string lastFour(const std::string& pan) {
   return pan.size() > 4 ? pan.substr(pan.size() - 4) : pan;
-}
-
-bool belongTogether(const BackendCard& card, const ProviderInstrument& instrument) {
-  if (card.externalIdentifier) return card.externalIdentifier == instrument.identifier;
-  return card.lastFourDigits == lastFour(instrument.maskedPan) && card.brand == instrument.brand &&
-         card.useCase == instrument.useCase;
 }
 
 /// What a card and an instrument are told by.
@@ -64,24 +59,13 @@ std::string describe(const sandbox::AddressFields& address) {
   return line.empty() ? "no billing address" : line;
 }
 
-SideBySide::SideBySide(std::vector<BackendCard> cards, std::vector<ProviderInstrument> instruments)
-    : cards_(std::move(cards)), instruments_(std::move(instruments)) {
-  std::vector<const ProviderInstrument*> left;
-  for (const auto& instrument : instruments_) left.push_back(&instrument);
-  for (const auto& card : cards_) {
-    const auto found = std::find_if(left.begin(), left.end(), [&](const auto* instrument) {
-      return belongTogether(card, *instrument);
-    });
-    pairs_.push_back({&card, found == left.end() ? nullptr : *found});
-    if (found != left.end()) left.erase(found);
-  }
-  for (const auto* instrument : left) pairs_.push_back({nullptr, instrument});
-}
+SideBySide::SideBySide(const std::vector<BackendCard>& cards,
+                       std::vector<ProviderInstrument> instruments)
+    : pairs_(sandbox::pairsOf(cards, std::move(instruments))) {}
 
 std::size_t SideBySide::unmatched() const {
-  return static_cast<std::size_t>(std::count_if(pairs_.begin(), pairs_.end(), [](const Pair& pair) {
-    return !pair.card || !pair.instrument;
-  }));
+  return static_cast<std::size_t>(std::count_if(
+      pairs_.begin(), pairs_.end(), [](const auto& pair) { return !pair.isMatched(); }));
 }
 
 std::string SideBySide::verdict() const {

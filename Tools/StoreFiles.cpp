@@ -48,7 +48,7 @@ bool StoreFiles::isStore(const std::string& path) {
 
 void StoreFiles::remove(const std::string& path) {
   // The store itself goes last: while it is there, a removal that failed can be repeated.
-  for (const char* suffix : {"-wal", "-shm", ".log", ""}) {
+  for (const char* suffix : {"-wal", "-shm", ".log", ".ports.json", ""}) {
     std::error_code failure;
     std::filesystem::remove(path + suffix, failure);
     if (failure) throw Problem("The store cannot be removed: " + failure.message() + ".");

@@ -38,12 +38,14 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/ErrorFacade.cpp
   Sandbox/Fault.cpp
   Sandbox/Journal.cpp
+  Sandbox/Pairs.cpp
   Sandbox/Reachability.cpp
   Sandbox/Sandbox.cpp
   Sandbox/SandboxError.cpp
   Sandbox/SandboxHost.cpp
   Sandbox/Scenes.cpp
   Sandbox/TestCards.cpp
+  Sandbox/ToldCall.cpp
   Sandbox/TransportError.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit

@@ -25,7 +25,8 @@ const std::map<std::string, Folders> allowed = {
     {"Public", {"Public/Managers", "Models", "Matching", "Host", "Platform"}},
     {"Sandbox", {"Host", "Platform"}},
     {"Services", {"Sandbox", "Host", "Platform"}},
-    {"Tools", {"Public", "Services", "Sandbox", "Host", "Platform"}},
+    {"Services/Console", {"Public", "Services", "Sandbox", "Host", "Platform"}},
+    {"Tools", {"Public", "Services/Console", "Services", "Sandbox", "Host", "Platform"}},
     {"ObjC", {"Public", "Public/Managers", "Models", "Matching", "Host", "Platform"}},
     {"ObjC/Sandbox", {"ObjC", "Sandbox", "Host", "Platform"}},
     {"Examples", {"Public", "Sandbox", "Host", "Platform"}},
@@ -33,7 +34,7 @@ const std::map<std::string, Folders> allowed = {
 
 /// The folder of the table that a path lies in, or an empty string.
 std::string folderOf(const std::string& path) {
-  for (const std::string within : {"Public/Managers", "ObjC/Sandbox"}) {
+  for (const std::string within : {"Public/Managers", "ObjC/Sandbox", "Services/Console"}) {
     if (path.starts_with(within + "/")) return within;
   }
   const auto folder = path.substr(0, path.find('/'));

@@ -150,14 +150,14 @@ TEST_F(EndToEnd, OnlyThisMachineIsListenedToUnlessTheWordIsGiven) {
   serve();
   ServicesOptions options;
   for (const char* address : {"0.0.0.0", "localhost", "127.0.0.2", ""}) {
-    options.address = address;
+    options.listening.address = address;
     EXPECT_FALSE(Services::open(sandbox, options).services) << address;
   }
-  options.address = "0.0.0.0";
-  options.listensBeyondThisMachine = true;
+  options.listening.address = "0.0.0.0";
+  options.listening.beyondThisMachine = true;
   EXPECT_TRUE(Services::open(sandbox, options).services);
   options.backendPort = std::stoi(services->backendURL().substr(17));
-  options.address = "127.0.0.1";
+  options.listening.address = "127.0.0.1";
   EXPECT_FALSE(Services::open(sandbox, options).services) << "the port is taken";
 }
 

@@ -23,7 +23,7 @@ void ServicesTest::serve() {
 void ServicesTest::reopen(ServiceLimits limits) {
   services.reset();
   ServicesOptions options;
-  options.limits = limits;
+  options.listening.limits = limits;
   auto opened = Services::open(sandbox, options);
   ASSERT_TRUE(opened.services) << opened.problem;
   services = std::move(opened.services);

@@ -1,0 +1,138 @@
+// One operation as a sequence diagram.
+import { svg } from './dom.js';
+
+const lanesOfAnApp = ['app', 'main queue', 'kit', 'provider', 'backend'];
+const lanesOfOthers = ['client', 'provider', 'backend'];
+const margin = 82;
+const leastGap = 112;
+const leastRoom = 200;
+const lineHeight = 15;
+const letterWidth = 6.6;
+const afterConfirming = /^(addCreditCardForGuest|updateCurrentGuestWithRequest)/;
+/** The rest are notices, which nobody answers. */
+const hasAnswer = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
+const headHeight = 34;
+
+/**
+ * What is drawn of each event. From a service's thread the kit comes to the main one through the
+ * main queue only. So when it tells the app of an answer there, or registers a card that was
+ * confirmed elsewhere, that was posted.
+ */
+export function stepsOf(events) {
+  const steps = [];
+  let cameElsewhere = false;
+  for (const event of events) {
+    const { from, to, what, result, thread, number } = event;
+    if (from === 'app') cameElsewhere = false;
+    const isPosted = cameElsewhere && from === 'kit' && thread === 'main' && (to === 'app' || afterConfirming.test(what));
+    if (isPosted) {
+      steps.push({ kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts to the main thread', tone: 'soft', thread: '', number });
+      cameElsewhere = false;
+    }
+    if (to === 'kit' && thread !== 'main') cameElsewhere = true;
+    if (to === 'log') steps.push({ kind: 'note', at: 'kit', text: `${result}: ${what}`, tone: 'soft', thread, number, sort: 'log' });
+    else if (to === 'assert') steps.push({ kind: 'note', at: 'kit', text: `assertion: ${what}`, tone: 'bad', thread, number, sort: 'assert' });
+    else if (from === to) steps.push({ kind: 'note', at: from, text: what, tone: 'drift', thread, number, sort: 'calls' });
+    else {
+      steps.push({
+        kind: 'arrow', from: isPosted && to === 'app' ? 'main queue' : from, to, thread, number,
+        text: result ? `${what}: ${result}` : what,
+        isAnswer: result !== '',
+        tone: result.startsWith('error') ? 'bad' : 'plain',
+        call: !result && hasAnswer.test(what) ? `${to} ${from} ${what}` : null,
+        answers: result ? `${from} ${to} ${what}` : null,
+        sort: 'calls',
+      });
+    }
+  }
+  return steps;
+}
+
+/** A step in words: for those who do not see the drawing, and for a bug report. */
+export function sentenceOf(step) {
+  const where = step.kind === 'note' ? step.at : `${step.from} → ${step.to}`;
+  return `${where}: ${step.text}${step.thread ? ` (${step.thread})` : ''}`;
+}
+
+function wrapped(text, columns) {
+  const lines = [''];
+  for (const word of text.split(' ')) {
+    const last = lines[lines.length - 1];
+    if (last && last.length + word.length + 1 > columns) lines.push(word);
+    else lines[lines.length - 1] = last ? `${last} ${word}` : word;
+  }
+  return lines;
+}
+
+function textAt(lines, x, y, tone, anchor) {
+  return svg('text', { class: `label ${tone}`, x, y, 'text-anchor': anchor },
+    ...lines.map((line, index) => {
+      const part = svg('tspan', { x, dy: index === 0 ? 0 : lineHeight });
+      part.textContent = line;
+      return part;
+    }));
+}
+
+function head(lane, x) {
+  const label = svg('text', { class: 'head', x, y: 20, 'text-anchor': 'middle' });
+  label.textContent = lane;
+  return svg('g', {}, svg('rect', { class: 'head-box', x: x - 48, y: 4, width: 96, height: 24, rx: 6 }), label);
+}
+
+function arrow(step, from, to, y) {
+  const tip = to > from ? -7 : 7;
+  return svg('g', { class: `${step.isAnswer ? 'answer' : 'call'} ${step.tone}` },
+    svg('line', { x1: from, y1: y, x2: to, y2: y }),
+    svg('path', { d: `M${to} ${y}l${tip} -4v8z` }));
+}
+
+/** The bars that show how long a call is being served; those without an answer go on. */
+function bars(placed, xOf, end) {
+  const open = new Map();
+  const drawn = [];
+  const bar = (step, from, to, isOpen) =>
+    svg('rect', { class: isOpen ? 'bar open' : 'bar', x: xOf(step.to) - 4, y: from, width: 8, height: Math.max(4, to - from), rx: 2 });
+  for (const { step, y } of placed) {
+    if (step.call) open.set(step.call, [...(open.get(step.call) ?? []), { step, y }]);
+    const call = step.answers ? open.get(step.answers)?.shift() : null;
+    if (call) drawn.push(bar(call.step, call.y, y, false));
+  }
+  for (const call of [...open.values()].flat()) drawn.push(bar(call.step, call.y, end, true));
+  return drawn;
+}
+
+/** Draws steps in at least `sheet` pixels; those after the event `known` are new. */
+export function drawn(steps, sheet, known = Infinity) {
+  const isForeign = steps.some((step) => step.from === 'client');
+  const lanes = isForeign ? lanesOfOthers : lanesOfAnApp;
+  const gap = Math.max(leastGap, (sheet - margin - 24) / lanes.length);
+  const width = margin + gap * lanes.length;
+  const xOf = (lane) => margin + gap * (Math.max(0, lanes.indexOf(lane)) + 0.5);
+  const placed = [];
+  const rows = [];
+  let y = headHeight + 8;
+  for (const step of steps) {
+    const start = step.kind === 'note' ? xOf(step.at) + 12 : Math.min(xOf(step.from), xOf(step.to)) + 10;
+    // Where little room is left of the sheet, a note stands on the other side of its dot.
+    const isTurned = step.kind === 'note' && width - start < leastRoom;
+    const left = isTurned ? start - 24 : start;
+    const room = isTurned ? left - margin : width - left - 8;
+    const lines = wrapped(step.text, Math.max(16, Math.floor(room / letterWidth)));
+    const top = y + 14;
+    const bottom = top + (lines.length - 1) * lineHeight + (step.kind === 'note' ? 6 : 7);
+    const thread = svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 8, y: top });
+    thread.textContent = step.thread;
+    rows.push(svg('g', { class: step.number > known ? 'new' : '' },
+      thread,
+      step.kind === 'note' ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.at), cy: top - 4, r: 4 }) : arrow(step, xOf(step.from), xOf(step.to), bottom),
+      textAt(lines, left, top, step.tone, isTurned ? 'end' : 'start')));
+    placed.push({ step, y: bottom });
+    y = bottom + 5;
+  }
+  const height = y + 14;
+  return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
+    ...lanes.map((lane) => svg('line', { class: 'lane', x1: xOf(lane), x2: xOf(lane), y1: headHeight - 4, y2: height - 6 })),
+    ...bars(placed, xOf, height - 6),
+    ...rows,
+    ...lanes.map((lane) => head(lane, xOf(lane))));
+}
