@@ -3,6 +3,7 @@ hlv_add_tests(ServicesTests
   SOURCES
     Tests/Sandbox/SandboxTest.cpp
     Tests/Secrecy/CardDataSearch.cpp
+    Tests/Services/ConsoleTests.cpp
     Tests/Services/EndToEndTests.cpp
     Tests/Services/HostileInputTests.cpp
     Tests/Services/IdempotencyTests.cpp

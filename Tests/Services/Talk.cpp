@@ -7,6 +7,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace hlv::testing {
 namespace {
@@ -39,6 +40,15 @@ std::string read(int descriptor, const std::string& until = {}) {
   return bytes;
 }
 
+int connectedTo(const std::string& url) {
+  const auto address = onLoopback(std::stoi(url.substr(url.rfind(':') + 1)));
+  const int descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
+  if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+    throw std::runtime_error("the service cannot be reached");
+  }
+  return descriptor;
+}
+
 }  // namespace
 
 std::string Heard::code() const {
@@ -47,11 +57,7 @@ std::string Heard::code() const {
 }
 
 Heard say(const std::string& url, const std::string& bytes) {
-  const auto address = onLoopback(std::stoi(url.substr(url.rfind(':') + 1)));
-  const int descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
-  if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-    throw std::runtime_error("the service cannot be reached");
-  }
+  const int descriptor = connectedTo(url);
   write(descriptor, bytes);
   const auto all = read(descriptor);
   ::close(descriptor);
@@ -62,9 +68,30 @@ Heard say(const std::string& url, const std::string& bytes) {
 
 Heard ask(const std::string& url, const std::string& request, const std::string& body,
           const std::string& headers) {
-  auto bytes = request + " HTTP/1.1\r\nHost: test\r\n" + headers;
+  auto bytes = request + " HTTP/1.1\r\nHost: 127.0.0.1\r\n" + headers;
   if (!body.empty()) bytes += "Content-Type: application/json\r\n";
   return say(url, bytes + "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+}
+
+Listening::Listening(const std::string& url, const std::string& bytes)
+    : descriptor_(connectedTo(url)) {
+  write(descriptor_, bytes);
+}
+
+Listening::~Listening() { ::close(descriptor_); }
+
+std::string Listening::until(const std::string& words) {
+  const auto find = [&] { return words.empty() ? std::string::npos : heard_.find(words); };
+  while (find() == std::string::npos) {
+    std::array<char, 4096> piece{};
+    const auto count = ::recv(descriptor_, piece.data(), piece.size(), 0);
+    if (count <= 0) return std::exchange(heard_, {});
+    heard_.append(piece.data(), static_cast<std::size_t>(count));
+  }
+  const auto end = find() + words.size();
+  auto told = heard_.substr(0, end);
+  heard_.erase(0, end);
+  return told;
 }
 
 CannedServer::CannedServer(std::string answer, bool holds)

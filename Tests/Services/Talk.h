@@ -28,6 +28,23 @@ Heard say(const std::string& url, const std::string& bytes);
 Heard ask(const std::string& url, const std::string& request, const std::string& body = {},
           const std::string& headers = {});
 
+/// One request whose answer goes on.
+class Listening {
+ public:
+  Listening(const std::string& url, const std::string& bytes);
+  ~Listening();
+  Listening(const Listening&) = delete;
+  Listening& operator=(const Listening&) = delete;
+
+  /// What comes next, up to and with `words`; all of it when they do not come.
+  std::string until(const std::string& words);
+  std::string untilItEnds() { return until({}); }
+
+ private:
+  const int descriptor_;
+  std::string heard_;
+};
+
 /// Listens on a port of its own, takes whatever comes, and answers every request with the same
 /// bytes.
 class CannedServer {
