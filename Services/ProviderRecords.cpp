@@ -28,7 +28,9 @@ Json jsonOf(const NullableList<PLVCreditCardPaymentInstrument>& instruments) {
   if (!instruments) return nullptr;
   auto array = Json::array();
   for (const auto& instrument : *instruments) {
+    const auto listed = std::dynamic_pointer_cast<sandbox::ListedInstrument>(instrument);
     array.push_back({{"identifier", orNull(instrument->identifier())},
+                     {"number", listed ? listed->row() : 0},
                      {"masked_number", orNull(instrument->pan())},
                      {"brand", orNull(instrument->cardBrand())},
                      {"expiry_month", orNull(instrument->expiryMonth())},
@@ -56,7 +58,8 @@ NullableList<PLVCreditCardPaymentInstrument> instrumentsIn(const Json& json,
         item.at("masked_number").get<std::string>(), useCase,
         item.at("expiry_month").get<std::string>(),  item.at("expiry_year").get<std::string>(),
         item.at("state").get<std::uint64_t>()};
-    instruments.push_back(std::make_shared<sandbox::ListedInstrument>(0, std::move(values)));
+    instruments.push_back(std::make_shared<sandbox::ListedInstrument>(
+        item.at("number").get<std::int64_t>(), std::move(values)));
   }
   return instruments;
 }

@@ -1,5 +1,6 @@
 #include "Services/ProviderResources.h"
 
+#include <charconv>
 #include <utility>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
@@ -21,6 +22,17 @@ std::shared_ptr<PLVCreditCardPaymentInstrument> takeInstrument(Host& host, Json&
   const Wiped code(card.cvv);
   return host.makeCreditCardPaymentInstrument(card.pan, card.expiryMonth, card.expiryYear, card.cvv,
                                               card.cardHolder);
+}
+
+/// The number that names an instrument without an identifier.
+std::int64_t rowIn(const HttpRequest& request) {
+  const auto text = request.queryValue("number").value_or("");
+  std::int64_t row = 0;
+  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), row);
+  if (problem != std::errc() || end != text.data() + text.size()) {
+    throw Refused{422, "wrong-type", "The instrument's number is none."};
+  }
+  return row;
 }
 
 ErrorPtr notRegistered() {
@@ -92,18 +104,20 @@ void ProviderResources::addInstruments() {
         });
   };
   routes_.add("POST", instruments, idempotency_.around(addInstrument));
-  routes_.add("DELETE", {"v1", "users", "*", "instruments", "*"},
-              [this](const HttpRequest& request, const Reply& reply) {
-                sandbox::ProviderInstrument named;
-                named.identifier = request.path[4];
-                // No row has this number, so the identifier alone decides.
-                sandbox_->hostBehindDoors()->inAppClient()->removePaymentInstrument(
-                    std::make_shared<sandbox::ListedInstrument>(0, std::move(named)),
-                    request.queryValue("use_case"), request.path[2],
-                    [reply](const ErrorPtr& error) {
-                      reply(error ? errorAnswer(error) : HttpAnswer{204, nullptr});
-                    });
-              });
+  const auto remove = [this](const HttpRequest& request, const Reply& reply) {
+    sandbox::ProviderInstrument named;
+    // No row has the number 0, so an identifier alone decides.
+    const bool hasIdentifier = request.path.size() > 4;
+    if (hasIdentifier) named.identifier = request.path[4];
+    const auto row = hasIdentifier ? 0 : rowIn(request);
+    sandbox_->hostBehindDoors()->inAppClient()->removePaymentInstrument(
+        std::make_shared<sandbox::ListedInstrument>(row, std::move(named)),
+        request.queryValue("use_case"), request.path[2], [reply](const ErrorPtr& error) {
+          reply(error ? errorAnswer(error) : HttpAnswer{204, nullptr});
+        });
+  };
+  routes_.add("DELETE", instruments, remove);
+  routes_.add("DELETE", {"v1", "users", "*", "instruments", "*"}, remove);
 }
 
 }  // namespace hlv::services

@@ -175,6 +175,7 @@ void defineFault(CommandLine& line) {
   line.whenChosen(
       CommandLine::add(fault, "clear", "Disarm everything", "  paylevenkit fault clear\n"),
       [](Session& session) {
+        session.requireOwnServices("fault");
         session.sandbox().faults().clear();
         return said(session.report("fault clear"), "No fault is armed.");
       });

@@ -111,16 +111,21 @@ void RemoteProvider::removePaymentInstrument(const Instrument& instrument,
                                              const NullableString& userToken,
                                              PLVErrorCompletion completion) {
   const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
+  const auto listed = std::dynamic_pointer_cast<sandbox::ListedInstrument>(instrument);
   service_.take(
       told("removePaymentInstrument" + (identifier ? " " + *identifier : ""), useCase),
       std::move(completion),
-      [identifier, useCase, userToken, key = key()] {
-        const auto path = pathOf(userToken);
-        if (length(identifier) == 0) {
+      [identifier, row = listed ? listed->row() : 0, useCase, userToken, key = key()] {
+        auto path = pathOf(userToken);
+        if (length(identifier) > 0) {
+          path += "/" + percentEncoded(*identifier) + queryOf(useCase);
+        } else if (row > 0) {
+          path += queryOf(useCase);
+          path += (useCase ? "&number=" : "?number=") + std::to_string(row);
+        } else {
           refuse(ProviderErrorCode::invalidRequest, "The request names no instrument.");
         }
-        return ClientRequest{"DELETE", path + "/" + percentEncoded(*identifier) + queryOf(useCase),
-                             nullptr, key};
+        return ClientRequest{"DELETE", path, nullptr, key};
       },
       noError);
 }

@@ -33,6 +33,7 @@ TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
   EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
 
   ASSERT_EQ(sandbox->plantInstrument(sandbox::Typed("amex")), "");
+  ASSERT_EQ(sandbox->plantInstrument(sandbox::Typed("no-identifier")), "");
   EXPECT_TRUE(synchronize());
   settle();
   const auto sides = remote->sides();

@@ -115,16 +115,19 @@ TEST_F(OpenAPI, EveryAnswerOfBothServicesIsDescribed) {
   const auto list = "/v1/users/" + token + "/instruments";
   const std::string listTemplate = "/v1/users/{token}/instruments";
   const std::string useCase = "?use_case=default";
-  check(services->providerURL(), {{"/v1/users", "post", "POST /v1/users",
-                                   R"({"email": "a@b", "use_case": "default", )" + card, 201},
-                                  {"/v1/users", "post", "POST /v1/users", "{}", 422},
-                                  {listTemplate, "get", "GET " + list + useCase, "", 200},
-                                  {listTemplate, "get", "GET " + list, "", 422},
-                                  {listTemplate, "post", "POST " + list + useCase, "{" + card, 201},
-                                  {listTemplate + "/{identifier}", "delete",
-                                   "DELETE " + list + "/" + identifier + useCase, "", 204},
-                                  {listTemplate + "/{identifier}", "delete",
-                                   "DELETE " + list + "/" + identifier + useCase, "", 404}});
+  check(services->providerURL(),
+        {{"/v1/users", "post", "POST /v1/users",
+          R"({"email": "a@b", "use_case": "default", )" + card, 201},
+         {"/v1/users", "post", "POST /v1/users", "{}", 422},
+         {listTemplate, "get", "GET " + list + useCase, "", 200},
+         {listTemplate, "get", "GET " + list, "", 422},
+         {listTemplate, "post", "POST " + list + useCase, "{" + card, 201},
+         {listTemplate, "delete", "DELETE " + list + useCase, "", 422},
+         {listTemplate, "delete", "DELETE " + list + useCase + "&number=99", "", 404},
+         {listTemplate + "/{identifier}", "delete", "DELETE " + list + "/" + identifier + useCase,
+          "", 204},
+         {listTemplate + "/{identifier}", "delete", "DELETE " + list + "/" + identifier + useCase,
+          "", 404}});
 }
 
 }  // namespace

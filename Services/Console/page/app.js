@@ -33,6 +33,7 @@ function tell(sentence, kind = 'good') {
 
 /** Runs one thing that the app does, and says how it came out. */
 async function act(button, what, done) {
+  const hadFocus = document.activeElement === button;
   button.disabled = true;
   tell('');
   try {
@@ -44,6 +45,8 @@ async function act(button, what, done) {
     tell(problem.message, 'bad');
   } finally {
     button.disabled = false;
+    // A browser takes the focus from what is disabled.
+    if (hadFocus && document.activeElement === document.body) button.focus();
   }
 }
 
@@ -76,7 +79,10 @@ export class AppPanel {
     // The list stays in place while nothing in it changes, so that the focus does.
     if (now === this.#shown) return;
     this.#shown = now;
-    find('cards').replaceChildren(...cards.map((card) => this.#card(card)));
+    const list = find('cards');
+    const focused = list.contains(document.activeElement) ? document.activeElement.dataset.does : null;
+    list.replaceChildren(...cards.map((card) => this.#card(card)));
+    if (focused) list.querySelector(`[data-does="${focused}"]`)?.focus();
   }
 
   #card(card) {
