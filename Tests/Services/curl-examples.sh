@@ -20,7 +20,10 @@ trap finish EXIT
 exec 3<said
 read -r _ BACKEND <&3
 read -r _ PROVIDER <&3
-grep -q "\"backend\": \"$BACKEND\"" ports.json && grep -q "\"provider\": \"$PROVIDER\"" ports.json
+read -r _ CONSOLE <&3
+for url in "backend\": \"$BACKEND" "provider\": \"$PROVIDER" "console\": \"$CONSOLE"; do
+  grep -q "\"$url\"" ports.json
+done
 
 fail() {
   echo "$1" >&2
@@ -49,10 +52,10 @@ while IFS= read -r line <&4; do
   answered: $found"
       examples=$((examples + 1))
       ;;
-    [A-Z]*=*) [ -z "$in_example" ] || eval "$line" ;;
+    [A-Z]*=* | 'grep '*) [ -z "$in_example" ] || eval "$line" || fail "$line: $(cat answer)" ;;
   esac
 done 4<"$manual"
-[ "$examples" -ge 17 ] || fail "only $examples examples were found in $manual"
+[ "$examples" -ge 30 ] || fail "only $examples examples were found in $manual"
 
 # The command itself, on the other side of the connection.
 phone() { "$paylevenkit" --store phone.sqlite --backend "$BACKEND" --provider "$PROVIDER" "$@"; }
