@@ -14,7 +14,8 @@ Mishap mishapNow() {
   const auto kind = sandbox::FaultOnTheWay::current();
   if (kind == "refused") return Mishap::refused;
   if (kind == "reset") return Mishap::reset;
-  return kind == "garbage" ? Mishap::garbage : Mishap::none;
+  if (kind == "garbage") return Mishap::garbage;
+  return kind == "twice" ? Mishap::twice : Mishap::none;
 }
 
 /// The door lets happen to an answer what the armed fault demands.

@@ -16,7 +16,7 @@ FaultOnTheWay::FaultOnTheWay(std::string kind) {
 FaultOnTheWay::~FaultOnTheWay() { kindNow.clear(); }
 
 bool FaultOnTheWay::isOne(const std::string& kind) {
-  return kind == "refused" || kind == "reset" || kind == "garbage";
+  return kind == "refused" || kind == "reset" || kind == "garbage" || kind == "twice";
 }
 
 std::string FaultOnTheWay::current() { return kindNow; }

@@ -6,12 +6,12 @@
 namespace hlv::sandbox {
 
 /// While an answer is delivered to a door, the fault that the door is to let happen to it. A caller
-/// in the same process is handed an error instead, and its answer.
+/// in the same process meets it as an error, or as a second call of its completion.
 ///
 /// Threading: each thread has its own.
 class FaultOnTheWay {
  public:
-  /// "refused", "reset" or "garbage"; anything else is no such fault.
+  /// "refused", "reset", "garbage" or "twice"; anything else is no such fault.
   explicit FaultOnTheWay(std::string kind);
   ~FaultOnTheWay();
   FaultOnTheWay(const FaultOnTheWay&) = delete;

@@ -78,27 +78,27 @@ class Service {
             std::type_identity_t<Handling<Results...>> handling) const {
     auto what = call.told();
     desk_->journal->record(desk_->caller(), desk_->name, what);
-    answers_->call(lane_,
-                   [desk = desk_, call = std::move(call), what = std::move(what),
-                    completion = std::move(completion),
-                    handling = std::move(handling)]() mutable -> std::optional<Delivery> {
-                     const auto fault = desk->meet(call);
-                     if (fault && fault->kind == "never") return std::nullopt;
-                     auto results = desk->handle(fault, handling);
-                     const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
-                     const int times = fault && fault->kind == "twice" ? 2 : 1;
-                     return Delivery{
-                         delay, [desk, what = std::move(what), times,
-                                 kind = fault && desk->way == Way::door ? fault->kind : "",
-                                 completion = std::move(completion), results = std::move(results)] {
-                           const FaultOnTheWay befalling(kind);
-                           for (int i = 0; i < times; ++i) {
-                             desk->journal->record(desk->name, desk->caller(), what,
-                                                   summaryOf(results));
-                             if (completion) std::apply(completion, results);
-                           }
-                         }};
-                   });
+    answers_->call(
+        lane_,
+        [desk = desk_, call = std::move(call), what = std::move(what),
+         completion = std::move(completion),
+         handling = std::move(handling)]() mutable -> std::optional<Delivery> {
+          const auto fault = desk->meet(call);
+          if (fault && fault->kind == "never") return std::nullopt;
+          auto results = desk->handle(fault, handling);
+          const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
+          const int times = fault && fault->kind == "twice" && desk->way == Way::embedded ? 2 : 1;
+          return Delivery{
+              delay, [desk, what = std::move(what), times,
+                      kind = fault && desk->way == Way::door ? fault->kind : "",
+                      completion = std::move(completion), results = std::move(results)] {
+                const FaultOnTheWay befalling(kind);
+                for (int i = 0; i < times; ++i) {
+                  desk->journal->record(desk->name, desk->caller(), what, summaryOf(results));
+                  if (completion) std::apply(completion, results);
+                }
+              }};
+        });
   }
 
  private:

@@ -76,19 +76,33 @@ void write(httplib::Response& response, HttpAnswer answer) {
   response.set_content(textOf(answer.body), "application/json");
 }
 
-/// An answer in the middle of which the connection breaks, or something that is none.
-void spoil(Connection& connection, const HttpAnswer& answer) {
-  if (answer.mishap == Mishap::garbage) {
-    connection.send("This is no answer of a service.\r\n\r\n");
-    return connection.endPolitely();
+/// An answer as it is written when something befalls it.
+std::string bytesOf(const HttpAnswer& answer) {
+  const auto body = answer.body.is_null() ? "" : textOf(answer.body);
+  return "HTTP/1.1 " + std::to_string(answer.status) + " Befallen\r\n" + requestIDHeader + ": " +
+         makeRequestID() +
+         "\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
+         "\r\n\r\n" + body;
+}
+
+/// Lets the mishap of an answer happen.
+void befall(Connection& connection, const HttpAnswer& answer) {
+  const auto bytes = bytesOf(answer);
+  switch (answer.mishap) {
+    case Mishap::refused:
+      return connection.endRudely();
+    case Mishap::reset:
+      // An eighth is missing, so that even an answer without a body is not whole.
+      connection.send(std::string_view(bytes).substr(0, bytes.size() - bytes.size() / 8));
+      return connection.endRudely();
+    case Mishap::garbage:
+      connection.send("This is no answer of a service.\r\n\r\n");
+      return connection.endPolitely();
+    case Mishap::twice:
+    case Mishap::none:
+      connection.send(bytes + (answer.mishap == Mishap::twice ? bytes : ""));
+      return connection.endPolitely();
   }
-  if (answer.mishap == Mishap::reset) {
-    const auto body = textOf(answer.body);
-    connection.send("HTTP/1.1 " + std::to_string(answer.status) +
-                    " Interrupted\r\nContent-Type: application/json\r\nContent-Length: " +
-                    std::to_string(body.size()) + "\r\n\r\n" + body.substr(0, body.size() / 2));
-  }
-  connection.endRudely();
 }
 
 NullableString headerOf(const httplib::Request& request, const char* name) {
@@ -296,7 +310,7 @@ class Door::Listener final : public httplib::Server {
   }
 
   void finish(Connection& connection, const HttpAnswer& answer) {
-    if (answer.mishap != Mishap::none) return spoil(connection, answer);
+    if (answer.mishap != Mishap::none) return befall(connection, answer);
     std::string head =
         "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nConnection: close\r\n";
     for (const auto& [name, value] : safetyHeaders)

@@ -28,7 +28,7 @@ struct HttpRequest {
   }
 };
 
-/// What befalls an answer on its way out, so that the other side never reads it.
+/// What befalls an answer on its way out.
 enum class Mishap {
   none,
   /// The connection is reset before a byte of it.
@@ -36,7 +36,9 @@ enum class Mishap {
   /// Half of it, and then the connection is reset.
   reset,
   /// Something else in its place.
-  garbage
+  garbage,
+  /// It comes a second time.
+  twice
 };
 
 /// Asked again and again for what is new to be sent; empty is nothing.
