@@ -188,7 +188,9 @@ TEST_F(ConsoleTest, TheStoryIsHeardWhileItHappensAndTheWholeOfItAtFirst) {
   ASSERT_EQ(addTestCard("visa").status, 200);
   const auto news = page.until("\"what\":\"addPaymentInstrument\",\"result\":\"guest, card");
   EXPECT_NE(news.find("{\"whole\":false"), std::string::npos);
-  page.until("\"last_four_digits\":\"1111\"");
+  // The truth may be out before the kit has told the app.
+  const std::string card = "\"last_four_digits\":\"1111\"";
+  if (news.find(card) == std::string::npos) page.until(card);
 
   std::vector<std::unique_ptr<Listening>> more;
   for (int i = 0; i < 7; ++i) {
