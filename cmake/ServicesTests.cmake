@@ -19,3 +19,9 @@ add_test(NAME Services.TheManualsExamplesWork
           $<TARGET_FILE:paylevenkit> ${PROJECT_SOURCE_DIR}/docs/services.md)
 set_tests_properties(Services.TheManualsExamplesWork PROPERTIES
   TIMEOUT 120 LABELS ServicesTests)
+
+add_test(NAME Services.LoseNothingThatWasAnsweredWhenTheyAreKilled
+  COMMAND python3 ${PROJECT_SOURCE_DIR}/Tests/Load/kill_under_load.py
+          $<TARGET_FILE:paylevenkit> 6)
+set_tests_properties(Services.LoseNothingThatWasAnsweredWhenTheyAreKilled PROPERTIES
+  TIMEOUT 120 LABELS ServicesTests ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)

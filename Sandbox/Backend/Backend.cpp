@@ -110,8 +110,10 @@ std::optional<std::string> Backend::signedInEmail() const {
 
 std::shared_ptr<HLVSDKGuest> Backend::guest(const std::string& email) {
   const std::lock_guard lock(mutex_);
-  auto& guest = guests_[email];
-  if (!guest) guest = std::make_shared<Guest>(email, store_);
+  if (auto known = guests_[email].lock()) return known;
+  std::erase_if(guests_, [](const auto& guest) { return guest.second.expired(); });
+  auto guest = std::make_shared<Guest>(email, store_);
+  guests_[email] = guest;
   return guest;
 }
 

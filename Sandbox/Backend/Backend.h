@@ -52,7 +52,7 @@ class Backend {
 
   const std::shared_ptr<Store> store_;
   std::mutex mutex_;
-  std::map<std::string, std::shared_ptr<Guest>> guests_;
+  std::map<std::string, std::weak_ptr<Guest>> guests_;
 };
 
 }  // namespace hlv::sandbox

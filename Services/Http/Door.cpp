@@ -144,9 +144,10 @@ void checkHead(const httplib::Request& request) {
 
 /// What the library would make of a request's head on its way here.
 void prepareHead(httplib::Request& request) {
-  // Answers are sent whole.
+  // Answers are sent whole and as they are.
   request.ranges.clear();
   request.headers.erase("Range");
+  request.headers.erase("Accept-Encoding");
   // A request that tells no length has no body; the library would wait for one.
   if (!request.has_header("Content-Length")) request.set_header("Content-Length", "0");
 }

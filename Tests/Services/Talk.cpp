@@ -56,11 +56,14 @@ std::string Heard::code() const {
   return json.contains("error") ? json["error"].value("code", "") : "";
 }
 
-Heard say(const std::string& url, const std::string& bytes) {
+Heard say(const std::string& url, const std::string& bytes, bool isAll) {
   const int descriptor = connectedTo(url);
   write(descriptor, bytes);
-  const auto all = read(descriptor);
+  if (isAll) ::shutdown(descriptor, SHUT_WR);
+  auto all = read(descriptor);
   ::close(descriptor);
+  // The leave to send a body, for which a request may ask, is no answer.
+  if (all.starts_with("HTTP/1.1 100 ")) all.erase(0, all.find("\r\n\r\n") + 4);
   const auto end = all.find("\r\n\r\n");
   if (end == std::string::npos || !all.starts_with("HTTP/")) return {};
   return {std::stoi(all.substr(9, 3)), all.substr(0, end), all.substr(end + 4)};

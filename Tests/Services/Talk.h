@@ -22,8 +22,9 @@ struct Heard {
   std::string code() const;
 };
 
-/// Sends bytes to the service at `url`, and returns what it says until it ends.
-Heard say(const std::string& url, const std::string& bytes);
+/// Sends bytes to the service at `url`, and returns what it says until it ends. With `isAll` the
+/// service is told that no more will come.
+Heard say(const std::string& url, const std::string& bytes, bool isAll = false);
 /// The same for a request in JSON; `headers` end in a line break each.
 Heard ask(const std::string& url, const std::string& request, const std::string& body = {},
           const std::string& headers = {});
