@@ -146,7 +146,9 @@ std::string Sandbox::makeScene(const std::string& name) {
 }
 
 void Sandbox::reset() {
-  const bool wasSignedIn = signedInEmail().has_value();
+  // First, so that what they tell is forgotten too, and a kit has no guest to synchronise.
+  if (signedInEmail()) signOut();
+  if (!isReachable()) setReachable(true);
   parts_->store->write([](Database& database) {
     // Cards before guests and instruments before users, since they refer to them.
     for (const char* table : {"backend_cards", "backend_guests", "provider_instruments",
@@ -154,8 +156,6 @@ void Sandbox::reset() {
       database.run(std::string("DELETE FROM ") + table);
     }
   });
-  if (!isReachable()) setReachable(true);
-  if (wasSignedIn) signOut();
 }
 
 std::vector<BackendCard> Sandbox::backendCards() const {

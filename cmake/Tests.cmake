@@ -50,6 +50,7 @@ include(cmake/Explorer.cmake)
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   include(cmake/SandboxTests.cmake)
   include(cmake/ServicesTests.cmake)
+  include(cmake/ConsoleTests.cmake)
   include(cmake/ToolTests.cmake)
 endif()
 

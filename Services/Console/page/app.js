@@ -94,8 +94,8 @@ export class AppPanel {
       element('p', { class: 'hint' }, `${expiry(card)} · ${card.use_case} · ${card.card_holder}`),
       element('p', { class: 'hint' }, addressLine(card.billing_address) || 'no billing address'),
       element('div', { class: 'row' },
-        element('button', { type: 'button', 'aria-label': `Update the address of ${name}`, onclick: () => this.#askForAddress(card) }, 'Update address'),
-        element('button', { type: 'button', class: 'danger', 'aria-label': `Delete ${name}`, onclick: (event) => this.#delete(event.target, card) }, 'Delete')));
+        element('button', { type: 'button', 'data-does': `update ${card.id}`, 'aria-label': `Update the address of ${name}`, onclick: () => this.#askForAddress(card) }, 'Update address'),
+        element('button', { type: 'button', class: 'danger', 'data-does': `delete ${card.id}`, 'aria-label': `Delete ${name}`, onclick: (event) => this.#delete(event.target, card) }, 'Delete')));
   }
 
   #delete(button, card) {

@@ -4,10 +4,10 @@ import { svg } from './dom.js';
 const lanesOfAnApp = ['app', 'main queue', 'kit', 'provider', 'backend'];
 const lanesOfOthers = ['client', 'provider', 'backend'];
 const margin = 82;
-const leastGap = 112;
+const leastGap = 110;
 const leastRoom = 200;
 const lineHeight = 15;
-const letterWidth = 6.6;
+const letterWidth = 7.2;
 const afterConfirming = /^(addCreditCardForGuest|updateCurrentGuestWithRequest)/;
 /** The rest are notices, which nobody answers. */
 const hasAnswer = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
@@ -76,7 +76,7 @@ function textAt(lines, x, y, tone, anchor) {
 function head(lane, x) {
   const label = svg('text', { class: 'head', x, y: 20, 'text-anchor': 'middle' });
   label.textContent = lane;
-  return svg('g', {}, svg('rect', { class: 'head-box', x: x - 48, y: 4, width: 96, height: 24, rx: 6 }), label);
+  return svg('g', { class: 'lane-head' }, svg('rect', { class: 'head-box', x: x - 48, y: 4, width: 96, height: 24, rx: 6 }), label);
 }
 
 function arrow(step, from, to, y) {
@@ -101,11 +101,18 @@ function bars(placed, xOf, end) {
   return drawn;
 }
 
+/** The heads alone, which stay in sight while the rest is scrolled. */
+export function headsOf(picture) {
+  const heads = svg('svg', { class: 'heads', width: picture.getAttribute('width'), height: headHeight, 'aria-hidden': 'true' });
+  heads.append(...[...picture.querySelectorAll('.lane-head')].map((each) => each.cloneNode(true)));
+  return heads;
+}
+
 /** Draws steps in at least `sheet` pixels; those after the event `known` are new. */
 export function drawn(steps, sheet, known = Infinity) {
   const isForeign = steps.some((step) => step.from === 'client');
   const lanes = isForeign ? lanesOfOthers : lanesOfAnApp;
-  const gap = Math.max(leastGap, (sheet - margin - 24) / lanes.length);
+  const gap = Math.max(leastGap, Math.floor((sheet - margin - 24) / lanes.length));
   const width = margin + gap * lanes.length;
   const xOf = (lane) => margin + gap * (Math.max(0, lanes.indexOf(lane)) + 0.5);
   const placed = [];

@@ -1,5 +1,5 @@
 // The middle panel: every operation, drawn while it happens.
-import { drawn, sentenceOf, stepsOf } from './diagram.js';
+import { drawn, headsOf, sentenceOf, stepsOf } from './diagram.js';
 import { element, find } from './dom.js';
 import { download, plainText, svgText } from './export.js';
 
@@ -113,7 +113,8 @@ export class StoryPanel {
     const place = find('diagram');
     const isSame = this.#lastDrawn?.operation === operation.number;
     const isAtEnd = place.scrollTop + place.clientHeight >= place.scrollHeight - 40;
-    place.replaceChildren(drawn(steps, place.clientWidth, isSame ? this.#lastDrawn.event : Infinity));
+    const picture = drawn(steps, place.clientWidth, isSame ? this.#lastDrawn.event : Infinity);
+    place.replaceChildren(headsOf(picture), picture);
     if (all.length > steps.length) {
       place.prepend(element('p', { class: 'hint' }, `${all.length - steps.length} earlier steps are not drawn.`));
     }

@@ -59,9 +59,12 @@ export class TruthPanel {
 
   show(truth) {
     const drift = truth.pairs.filter((pair) => !pair.card || !pair.instrument).length;
+    const sentences = [];
+    if (drift > 0) sentences.push(`${drift} ${drift === 1 ? 'does' : 'do'} not match.`);
+    if (truth.guest?.has_token === false && truth.pairs.length > 0) sentences.push('The backend has no token of the guest.');
     const verdict = find('verdict');
-    const sentence = drift === 0 ? 'Both sides agree.' : `${drift} ${drift === 1 ? 'does' : 'do'} not match.`;
-    verdict.dataset.kind = drift === 0 ? 'good' : 'drift';
+    const sentence = sentences.join(' ') || 'Both sides agree.';
+    verdict.dataset.kind = sentences.length === 0 ? 'good' : 'drift';
     if (verdict.textContent !== sentence) verdict.textContent = sentence;
     find('pairs').replaceChildren(...truth.pairs.map(pairRow));
     find('no-pairs').hidden = truth.pairs.length > 0;
@@ -87,8 +90,14 @@ export class TruthPanel {
   #showWhatIsNeeded() {
     const form = find('fault-form');
     const { often, kind } = form.elements;
-    form.querySelector('[data-for="n"]').hidden = often.value !== 'n';
-    form.querySelector('[data-for="error"]').hidden = kind.value !== 'error';
+    // What is not asked for may be empty.
+    const ask = (what, isAsked) => {
+      const label = form.querySelector(`[data-for="${what}"]`);
+      label.hidden = !isAsked;
+      label.querySelector('input').disabled = !isAsked;
+    };
+    ask('n', often.value === 'n');
+    ask('error', kind.value === 'error');
   }
 
   #fault() {

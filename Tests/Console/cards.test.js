@@ -1,0 +1,93 @@
+// A guest's cards: added, typed, changed, deleted, refused.
+import assert from 'node:assert/strict';
+import { sees, seesCount } from './person.js';
+import { onConsole } from './stage.js';
+
+const callsOfAFirstAdd = [
+  'app → kit: addPaymentInstrument',
+  'kit → provider: createUserToken use case default',
+  'kit → provider: getPaymentInstrumentsList use case default',
+  'kit → main queue: posts to the main thread',
+  'kit → backend: updateCurrentGuestWithRequest',
+  'kit → backend: addCreditCardForGuest use case default',
+  'kit → main queue: posts to the main thread',
+];
+
+onConsole('a first card is added, and its story is told in order', async (guest) => {
+  await guest.settleIn();
+  await seesCount(guest.matched, 1);
+  await sees(guest.verdict.filter({ hasText: 'Both sides agree.' }));
+  await sees(guest.operations.filter({ hasText: /add.*succeeded/ }));
+  const lanes = await guest.story.locator('svg.heads .head').allTextContents();
+  assert.deepEqual(lanes, ['app', 'main queue', 'kit', 'provider', 'backend']);
+  const texts = await guest.stepTexts();
+  assert.deepEqual(texts.filter((text) => !/: .*: /.test(text)), callsOfAFirstAdd);
+  assert.match(texts.at(-1), /^main queue → app: addPaymentInstrument: guest, card crd_/);
+});
+
+onConsole('a further card, its new address, and its deletion reach both sides', async (guest) => {
+  await guest.settleIn();
+  await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
+  await guest.told('Added mastercard •••• 4444.');
+  await seesCount(guest.matched, 2);
+  const card = guest.cards.filter({ hasText: '4444' });
+  await sees(card.filter({ hasText: 'private' }).filter({ hasText: 'Hamburg' }));
+
+  await guest.button('Update the address of mastercard •••• 4444').click();
+  const dialog = guest.page.getByRole('dialog', { name: 'Billing address of mastercard •••• 4444' });
+  assert.equal(await dialog.getByLabel('City').inputValue(), 'Hamburg');
+  await dialog.getByLabel('City').fill('Bremen');
+  await dialog.getByRole('button', { name: 'Update' }).click();
+  await guest.told('The billing address is changed.');
+  await sees(card.filter({ hasText: 'Bremen' }));
+
+  await guest.button('Delete mastercard •••• 4444').click();
+  await guest.told('Deleted mastercard •••• 4444.');
+  await seesCount(guest.cards, 1);
+  await seesCount(guest.matched, 1);
+  await seesCount(guest.drifted, 0);
+});
+
+onConsole('a typed card leaves nothing on the page but its last four digits', async (guest) => {
+  const number = '4242'.repeat(4);
+  const code = '97' + '3';
+  const typed = [
+    ['Card number', number.replace(/(.{4})/g, '$1 ')], ['Month', '11'], ['Year', '2039'],
+    ['Security code', code], ['Name on the card', 'A. Guest'],
+  ];
+  await guest.signIn();
+  await guest.app.getByRole('radio', { name: 'type one…' }).check();
+  for (const [label, text] of typed) await guest.app.getByLabel(label).fill(text);
+  await guest.button('Add card').click();
+  await guest.told('Added visa •••• 4242.');
+  await sees(guest.cards.filter({ hasText: '11/2039' }));
+  for (const label of ['Card number', 'Security code']) {
+    assert.ok(await guest.app.getByLabel(label).inputValue() === '', `${label} is still there`);
+  }
+  await guest.seesStep('app: addPaymentInstrument: guest');
+  const exports = [await guest.exported('Export text'), await guest.exported('Export SVG')];
+  const digits = [await guest.everything(), ...exports].map((text) => text.replace(/\D/g, ''));
+  assert.ok(!digits.some((text) => text.includes(number)), 'the number is still there');
+  const words = [await guest.page.innerText('body'), exports[0]].join('\n').split(/\W+/);
+  assert.ok(!words.includes(code), 'the code is still there');
+});
+
+onConsole('an add is refused, and told so, without network and without a guest', async (guest) => {
+  await guest.signIn();
+  const network = guest.app.getByRole('switch', { name: 'Network' });
+  await network.uncheck();
+  await guest.told('The network is off.');
+  await guest.add();
+  await guest.told('No network connection is available. (HLVURLErrorDomain 1)');
+  await sees(guest.operations.filter({ hasText: /add.*failed/ }));
+  await network.check();
+  await guest.told('The network is on.');
+
+  await guest.button('Sign out').click();
+  await guest.told('Signed out.');
+  await sees(guest.truth.getByText('Nobody is signed in.'));
+  await guest.add();
+  await guest.told('Nobody is signed in.');
+  await seesCount(guest.cards, 0);
+  await guest.settleIn();
+});

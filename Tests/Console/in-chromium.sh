@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Runs the tests of the console in Chromium, or another program that stands beside them. Copies of
+# them, and the modules that they need, go to FOLDER.
+# Usage: in-chromium.sh PAYLEVENKIT FOLDER [PROGRAM.js [ARGUMENT...]]
+set -euo pipefail
+sources=$(cd "$(dirname "$0")" && pwd)
+PAYLEVENKIT=$(realpath "$1")
+CHROMIUM=$(command -v chromium) || {
+  echo "There is no chromium; scripts/setup test installs it." >&2
+  exit 1
+}
+export PAYLEVENKIT CHROMIUM
+mkdir -p "$2"
+cd "$2"
+shift 2
+
+rm -f ./*.js
+cp "$sources"/*.js .
+if ! cmp -s "$sources/package-lock.json" node_modules/installed-by; then
+  cp "$sources"/package*.json .
+  npm ci --ignore-scripts --no-audit --no-fund --silent
+  cp package-lock.json node_modules/installed-by
+fi
+
+[ $# -eq 0 ] || exec node "$@"
+exec timeout --kill-after=10 240 node --test --test-reporter=spec ./*.test.js

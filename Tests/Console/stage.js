@@ -1,0 +1,63 @@
+// One browser a file, and for each test a server and a fresh window of it.
+import assert from 'node:assert/strict';
+import { after, test } from 'node:test';
+import { closeBrowser, openBrowser } from './browser.js';
+import { Person } from './person.js';
+import { Server } from './server.js';
+
+after(closeBrowser);
+// Which ends the browser and the server, too.
+process.once('SIGTERM', () => process.exit(1));
+
+/** Nothing that a test tells shows a card number. */
+const masked = (text) => text.replace(/\d(?:[ -]?\d){11,}/g, '(a long number)');
+
+/** What no page may do, whatever happens to it. */
+function complaintsOf(context, url) {
+  const complaints = [];
+  context.on('weberror', (event) => complaints.push(`thrown: ${event.error().message}`));
+  context.on('console', (message) => {
+    // Which Chromium says of every request that was refused.
+    if (message.text().startsWith('Failed to load resource')) return;
+    if (['error', 'warning'].includes(message.type())) complaints.push(`console: ${message.text()}`);
+  });
+  context.on('request', (request) => {
+    const { protocol, origin } = new URL(request.url());
+    if (origin !== url && !['data:', 'blob:'].includes(protocol)) complaints.push(`foreign: ${request.url()}`);
+  });
+  return complaints;
+}
+
+/**
+ * A test that begins before a fresh console. What the page and the server said is told when it
+ * fails. The body gets a person, the server and a way to open another page beside it.
+ */
+export function onConsole(name, body, view = {}) {
+  test(name, { timeout: 60_000 }, async () => {
+    const server = new Server();
+    await server.start();
+    const context = await (await openBrowser()).newContext({ viewport: { width: 1440, height: 1000 }, ...view });
+    context.setDefaultTimeout(15_000);
+    const complaints = complaintsOf(context, server.url);
+    const open = async () => {
+      const person = new Person(await context.newPage());
+      await person.page.goto(server.url);
+      await person.connection.filter({ hasText: 'Live' }).waitFor();
+      return person;
+    };
+    let person;
+    try {
+      person = await open();
+      await body(person, server, open);
+      assert.deepEqual(complaints, []);
+      await context.close();
+      assert.equal(await server.end('SIGTERM'), 0, 'how the server ended');
+    } catch (error) {
+      const seen = await person?.seen().catch(() => 'no more');
+      throw new Error(masked([error.stack, '— seen:', seen, '— the server said:', server.said, ...complaints].join('\n')));
+    } finally {
+      await context.close();
+      server.abandon();
+    }
+  });
+}
