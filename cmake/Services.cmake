@@ -37,7 +37,9 @@ add_library(HLVSDKPaylevenServices STATIC
   Services/Console/ConsoleRecords.cpp
   Services/Console/ConsoleResources.cpp
   Services/Console/LiveStory.cpp
+  Services/Http/AnswerHead.cpp
   Services/Http/Connection.cpp
+  Services/Http/DirectAnswer.cpp
   Services/Http/Door.cpp
   Services/Http/ErrorBody.cpp
   Services/Http/NamedDoor.cpp

@@ -9,6 +9,7 @@
 #include "Services/Console/Page.h"
 #include "Services/Http/ErrorBody.h"
 #include "Services/ProviderRecords.h"
+#include "Services/Wiped.h"
 
 namespace hlv::services {
 namespace {
@@ -52,6 +53,8 @@ void requirePossible(const std::string& problem, const std::string& code) {
 /// A test card by its name, or a card as somebody typed it.
 std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
   sandbox::CardFields fields;
+  const Wiped number(fields.pan);
+  const Wiped code(fields.cvv);
   if (const auto name = textIn(body, "test_card")) {
     const auto* card = sandbox::findTestCard(*name);
     if (!card) throw Refused{422, "no-such-test-card", "There is no test card of that name."};

@@ -9,10 +9,11 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
-#include <random>
 #include <thread>
 
+#include "Services/Http/AnswerHead.h"
 #include "Services/Http/Connection.h"
+#include "Services/Http/DirectAnswer.h"
 #include "Services/Http/ErrorBody.h"
 #include "Services/Http/Percent.h"
 #include "Services/Wiped.h"
@@ -22,20 +23,8 @@ namespace {
 
 constexpr std::size_t longestTarget = 1024;
 constexpr std::size_t workers = 16;
-constexpr const char* requestIDHeader = "X-Request-Id";
-/// For browsers: nothing is kept, guessed, framed, or fetched from elsewhere.
-constexpr std::pair<const char*, const char*> safetyHeaders[] = {
-    {"Cache-Control", "no-store"},
-    {"Content-Security-Policy",
-     "default-src 'self'; img-src 'self' data:; frame-ancestors 'none'; base-uri 'none'"},
-    {"Referrer-Policy", "no-referrer"},
-    {"X-Content-Type-Options", "nosniff"},
-};
-
-/// How often a stream is asked for what is new, and how many times in a row it may have nothing
-/// before a line that says nothing tells both sides that the other is there.
+/// Between two looks at what is new in a stream.
 constexpr std::chrono::milliseconds streamPause{50};
-constexpr int mostSilence = 100;
 
 /// One request on its connection. The library hands its handlers no object of ours, so each of its
 /// threads knows whose request it serves.
@@ -54,14 +43,6 @@ thread_local Visit* visit = nullptr;
 /// Keeps the library from writing an answer.
 struct TakenOver {};
 
-std::string makeRequestID() {
-  std::random_device device;
-  std::uniform_int_distribution<int> letter('a', 'z');
-  std::string identifier = "req_";
-  for (int i = 0; i < 20; ++i) identifier += static_cast<char>(letter(device));
-  return identifier;
-}
-
 void write(httplib::Response& response, HttpAnswer answer) {
   if (!response.has_header(requestIDHeader)) {
     response.set_header(requestIDHeader, makeRequestID());
@@ -74,35 +55,6 @@ void write(httplib::Response& response, HttpAnswer answer) {
     (*error)["request_id"] = response.get_header_value(requestIDHeader);
   }
   response.set_content(textOf(answer.body), "application/json");
-}
-
-/// An answer as it is written when something befalls it.
-std::string bytesOf(const HttpAnswer& answer) {
-  const auto body = answer.body.is_null() ? "" : textOf(answer.body);
-  return "HTTP/1.1 " + std::to_string(answer.status) + " Befallen\r\n" + requestIDHeader + ": " +
-         makeRequestID() +
-         "\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
-         "\r\n\r\n" + body;
-}
-
-/// Lets the mishap of an answer happen.
-void befall(Connection& connection, const HttpAnswer& answer) {
-  const auto bytes = bytesOf(answer);
-  switch (answer.mishap) {
-    case Mishap::refused:
-      return connection.endRudely();
-    case Mishap::reset:
-      // An eighth is missing, so that even an answer without a body is not whole.
-      connection.send(std::string_view(bytes).substr(0, bytes.size() - bytes.size() / 8));
-      return connection.endRudely();
-    case Mishap::garbage:
-      connection.send("This is no answer of a service.\r\n\r\n");
-      return connection.endPolitely();
-    case Mishap::twice:
-    case Mishap::none:
-      connection.send(bytes + (answer.mishap == Mishap::twice ? bytes : ""));
-      return connection.endPolitely();
-  }
 }
 
 NullableString headerOf(const httplib::Request& request, const char* name) {
@@ -264,6 +216,7 @@ class Door::Listener final : public httplib::Server {
     // The library keeps the request until it is answered, and would free it as it is.
     const Wiped body(const_cast<std::string&>(received.body));
     auto answer = answerTo(received);
+    if (answer && received.method == "HEAD") answer->events = nullptr;
     if (!answer || answer->events || answer->mishap != Mishap::none) {
       visit->takeOver(std::move(answer));
     } else {
@@ -304,38 +257,12 @@ class Door::Listener final : public httplib::Server {
       process_request(connection, true, isClosed, prepareHead);
       connection.endPolitely();
     } catch (const TakenOver&) {
-      if (current.answer) finish(connection, *current.answer);
+      if (current.answer) {
+        answerDirectly(connection, *current.answer, [this] { return pause(); });
+      }
     }
     visit = nullptr;
     return true;
-  }
-
-  void finish(Connection& connection, const HttpAnswer& answer) {
-    if (answer.mishap != Mishap::none) return befall(connection, answer);
-    std::string head =
-        "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nConnection: close\r\n";
-    for (const auto& [name, value] : safetyHeaders)
-      head.append(name) += ": " + std::string(value) + "\r\n";
-    if (!connection.send(head + "\r\n")) return;
-    for (int silence = 0; !connection.hasEnded() && !pause();) {
-      auto piece = nextOf(answer.events);
-      if (!piece) return;
-      silence = piece->empty() ? silence + 1 : 0;
-      if (silence == mostSilence) {
-        *piece = ":\n\n";
-        silence = 0;
-      }
-      if (!connection.send(*piece)) return;
-    }
-  }
-
-  /// Nothing when the stream broke; whoever listens comes again.
-  static std::optional<std::string> nextOf(const EventStream& events) {
-    try {
-      return events();
-    } catch (const std::exception&) {
-      return std::nullopt;
-    }
   }
 
   /// Answers whether the door closed meanwhile.

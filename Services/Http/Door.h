@@ -12,7 +12,7 @@
 
 namespace hlv::services {
 
-/// Answers one request a connection, in JSON, and gives every answer a number of its own in
+/// Answers one request a connection, mostly in JSON, and gives every answer a number of its own in
 /// `X-Request-Id`. Writes no log: a request may hold card data, and is overwritten once it was
 /// handed on.
 ///
