@@ -110,6 +110,7 @@ std::vector<Journal::Operation> Journal::since(std::int64_t event) const {
       operation.events.push_back(std::move(told));
     }
     std::vector<Operation> inOrder;
+    inOrder.reserve(operations.size());
     for (auto& [number, operation] : operations) inOrder.push_back(std::move(operation));
     return inOrder;
   });
