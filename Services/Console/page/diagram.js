@@ -4,10 +4,11 @@ import { svg } from './dom.js';
 const lanesOfAnApp = ['app', 'main queue', 'kit', 'provider', 'backend'];
 const lanesOfOthers = ['client', 'provider', 'backend'];
 const margin = 82;
-const leastGap = 110;
+const leastGap = 88;
 const leastRoom = 200;
 const lineHeight = 15;
 const letterWidth = 7.2;
+const isConfirmation = /^getPaymentInstrumentsList/;
 const afterConfirming = /^(addCreditCardForGuest|updateCurrentGuestWithRequest)/;
 /** The rest are notices, which nobody answers. */
 const hasAnswer = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
@@ -20,16 +21,18 @@ const headHeight = 34;
  */
 export function stepsOf(events) {
   const steps = [];
-  let cameElsewhere = false;
+  // The last answer that came on another thread.
+  let answered = '';
   for (const event of events) {
     const { from, to, what, result, thread, number } = event;
-    if (from === 'app') cameElsewhere = false;
-    const isPosted = cameElsewhere && from === 'kit' && thread === 'main' && (to === 'app' || afterConfirming.test(what));
+    if (from === 'app') answered = '';
+    const goesOn = to === 'app' ? answered !== '' : isConfirmation.test(answered) && afterConfirming.test(what);
+    const isPosted = from === 'kit' && thread === 'main' && goesOn;
     if (isPosted) {
       steps.push({ kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts to the main thread', tone: 'soft', thread: '', number });
-      cameElsewhere = false;
+      answered = '';
     }
-    if (to === 'kit' && thread !== 'main') cameElsewhere = true;
+    if (to === 'kit' && thread !== 'main') answered = what;
     if (to === 'log') steps.push({ kind: 'note', at: 'kit', text: `${result}: ${what}`, tone: 'soft', thread, number, sort: 'log' });
     else if (to === 'assert') steps.push({ kind: 'note', at: 'kit', text: `assertion: ${what}`, tone: 'bad', thread, number, sort: 'assert' });
     else if (from === to) steps.push({ kind: 'note', at: from, text: what, tone: 'drift', thread, number, sort: 'calls' });
@@ -73,10 +76,11 @@ function textAt(lines, x, y, tone, anchor) {
     }));
 }
 
-function head(lane, x) {
-  const label = svg('text', { class: 'head', x, y: 20, 'text-anchor': 'middle' });
+function head(lane, x, room) {
+  const width = Math.min(96, room - 4);
+  const label = svg('text', { class: width < 80 ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' });
   label.textContent = lane;
-  return svg('g', { class: 'lane-head' }, svg('rect', { class: 'head-box', x: x - 48, y: 4, width: 96, height: 24, rx: 6 }), label);
+  return svg('g', { class: 'lane-head' }, svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }), label);
 }
 
 function arrow(step, from, to, y) {
@@ -108,38 +112,62 @@ export function headsOf(picture) {
   return heads;
 }
 
-/** Draws steps in at least `sheet` pixels; those after the event `known` are new. */
+/**
+ * Where things are on a sheet. On a wide one the threads have a column, and a text begins at its
+ * lane; on a narrow one it begins at the edge and stands above what it is about.
+ */
+function layoutOf(sheet, lanes) {
+  const isNarrow = (sheet - margin) / lanes.length < leastGap;
+  const left = isNarrow ? 0 : margin;
+  const gap = Math.floor((sheet - left) / lanes.length);
+  return { isNarrow, gap, width: left + gap * lanes.length, xOf: (lane) => left + gap * (Math.max(0, lanes.indexOf(lane)) + 0.5) };
+}
+
+function placeOfText(step, { isNarrow, width, xOf }) {
+  if (isNarrow) return { x: 6, room: width - 12, anchor: 'start' };
+  const start = step.kind === 'note' ? xOf(step.at) + 12 : Math.min(xOf(step.from), xOf(step.to)) + 10;
+  // Where little room is left of the sheet, a note stands on the other side of its dot.
+  if (step.kind === 'note' && width - start < leastRoom) return { x: start - 24, room: start - 24 - margin, anchor: 'end' };
+  return { x: start, room: width - start - 8, anchor: 'start' };
+}
+
+/** One step with its top at `y`; `at` is where its arrow or dot is. */
+function row(step, y, layout) {
+  const { isNarrow, xOf } = layout;
+  const { x, room, anchor } = placeOfText(step, layout);
+  const text = isNarrow && step.thread ? `${step.text} · ${step.thread}` : step.text;
+  const lines = wrapped(text, Math.max(16, Math.floor(room / letterWidth)));
+  const top = y + 14;
+  const last = top + (lines.length - 1) * lineHeight;
+  const at = last + 7;
+  const thread = svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 8, y: top });
+  thread.textContent = isNarrow ? '' : step.thread;
+  const dotAt = isNarrow ? at + 2 : top - 4;
+  const mark = step.kind === 'note'
+    ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.at), cy: dotAt, r: 4 })
+    : arrow(step, xOf(step.from), xOf(step.to), at);
+  return { at, parts: [thread, mark, textAt(lines, x, top, step.tone, anchor)] };
+}
+
+/** Draws steps on a sheet of so many pixels; those after the event `known` are new. */
 export function drawn(steps, sheet, known = Infinity) {
   const isForeign = steps.some((step) => step.from === 'client');
   const lanes = isForeign ? lanesOfOthers : lanesOfAnApp;
-  const gap = Math.max(leastGap, Math.floor((sheet - margin - 24) / lanes.length));
-  const width = margin + gap * lanes.length;
-  const xOf = (lane) => margin + gap * (Math.max(0, lanes.indexOf(lane)) + 0.5);
+  const layout = layoutOf(sheet, lanes);
+  const { width, gap, xOf } = layout;
   const placed = [];
   const rows = [];
   let y = headHeight + 8;
   for (const step of steps) {
-    const start = step.kind === 'note' ? xOf(step.at) + 12 : Math.min(xOf(step.from), xOf(step.to)) + 10;
-    // Where little room is left of the sheet, a note stands on the other side of its dot.
-    const isTurned = step.kind === 'note' && width - start < leastRoom;
-    const left = isTurned ? start - 24 : start;
-    const room = isTurned ? left - margin : width - left - 8;
-    const lines = wrapped(step.text, Math.max(16, Math.floor(room / letterWidth)));
-    const top = y + 14;
-    const bottom = top + (lines.length - 1) * lineHeight + (step.kind === 'note' ? 6 : 7);
-    const thread = svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 8, y: top });
-    thread.textContent = step.thread;
-    rows.push(svg('g', { class: step.number > known ? 'new' : '' },
-      thread,
-      step.kind === 'note' ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.at), cy: top - 4, r: 4 }) : arrow(step, xOf(step.from), xOf(step.to), bottom),
-      textAt(lines, left, top, step.tone, isTurned ? 'end' : 'start')));
-    placed.push({ step, y: bottom });
-    y = bottom + 5;
+    const { at, parts } = row(step, y, layout);
+    rows.push(svg('g', { class: step.number > known ? 'new' : '' }, ...parts));
+    placed.push({ step, y: at });
+    y = at + (layout.isNarrow ? 9 : 5);
   }
   const height = y + 14;
   return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
     ...lanes.map((lane) => svg('line', { class: 'lane', x1: xOf(lane), x2: xOf(lane), y1: headHeight - 4, y2: height - 6 })),
     ...bars(placed, xOf, height - 6),
     ...rows,
-    ...lanes.map((lane) => head(lane, xOf(lane))));
+    ...lanes.map((lane) => head(lane, xOf(lane), gap)));
 }

@@ -63,7 +63,7 @@ export class TruthPanel {
     if (drift > 0) sentences.push(`${drift} ${drift === 1 ? 'does' : 'do'} not match.`);
     if (truth.guest?.has_token === false && truth.pairs.length > 0) sentences.push('The backend has no token of the guest.');
     const verdict = find('verdict');
-    const sentence = sentences.join(' ') || 'Both sides agree.';
+    const sentence = sentences.join(' ') || (truth.guest ? 'Both sides agree.' : '');
     verdict.dataset.kind = sentences.length === 0 ? 'good' : 'drift';
     if (verdict.textContent !== sentence) verdict.textContent = sentence;
     find('pairs').replaceChildren(...truth.pairs.map(pairRow));
