@@ -32,11 +32,11 @@ std::int64_t insertOperation(Database& database, const std::string& name) {
 }
 
 constexpr const char* eventColumns =
-    "SELECT number, operation, speaker, listener, what, result, thread FROM events ";
+    "SELECT operation, speaker, listener, what, result, thread, number FROM events ";
 
 Event readEvent(const Statement& row) {
-  return {row.integer(0), row.integer(1), row.text(2), row.text(3),
-          row.text(4),    row.text(5),    row.text(6)};
+  return {row.integer(0), row.text(1), row.text(2),   row.text(3),
+          row.text(4),    row.text(5), row.integer(6)};
 }
 
 std::vector<Event> eventsOf(Database& database, std::int64_t operation) {

@@ -13,8 +13,6 @@ namespace hlv::sandbox {
 /// One line of the story. No text of it holds a card number beyond its last four digits, or a
 /// security code.
 struct Event {
-  /// Later events have greater numbers.
-  std::int64_t number = 0;
   std::int64_t operation = 0;
   /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log", "assert", and
   /// "client" for another program that calls a service. A service that meets a fault says so to
@@ -27,6 +25,8 @@ struct Event {
   std::string result;
   /// "main", or the name of the thread.
   std::string thread;
+  /// Later events have greater numbers.
+  std::int64_t number = 0;
 };
 
 class Store;

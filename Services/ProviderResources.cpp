@@ -11,6 +11,7 @@
 #include "Services/Http/ErrorBody.h"
 #include "Services/OpenAPI.h"
 #include "Services/ProviderRecords.h"
+#include "Services/TesterResources.h"
 #include "Services/Wiped.h"
 
 namespace hlv::services {
@@ -50,6 +51,7 @@ ProviderResources::ProviderResources(std::shared_ptr<sandbox::Sandbox> sandbox)
   });
   addUsers();
   addInstruments();
+  addTesterRoutes(routes_, sandbox_);
 }
 
 void ProviderResources::serve(const HttpRequest& request, const Reply& reply) {

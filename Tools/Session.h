@@ -30,6 +30,8 @@ class Session {
   std::shared_ptr<sandbox::Sandbox> sharedSandbox() { return sandbox_; }
   /// Where the store is.
   std::string storePath() const;
+  /// What a tester does to the services, wherever they are.
+  std::shared_ptr<sandbox::Tester> tester() const;
   /// Throws Problem when the services are elsewhere: `command` works on the store.
   void requireOwnServices(const std::string& command) const;
   /// Throws Problem when the guest cannot be signed in.

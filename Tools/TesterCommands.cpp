@@ -34,10 +34,9 @@ void definePlant(CommandLine& line) {
   source->addOptions(command);
   line.whenChosen(command, [source](Session& session) {
     session.guest();
-    session.requireOwnServices("plant");
     const auto card = source->read();
     session.begin("plant");
-    const auto problem = session.sandbox().plantInstrument(card);
+    const auto problem = session.tester()->plantInstrument(card);
     if (!problem.empty()) return session.report(Report::Outcome::failed, problem);
     return session.report(Report::Outcome::succeeded,
                           "The provider holds an instrument that the backend does not know.");
@@ -56,7 +55,7 @@ void defineScene(CommandLine& line) {
   line.whenChosen(command, [name](Session& session) {
     session.guest();
     session.begin("scene");
-    const auto problem = session.sandbox().makeScene(*name);
+    const auto problem = session.tester()->makeScene(*name);
     if (!problem.empty()) throw Problem(problem);
     return session.report(Report::Outcome::succeeded, "The scene is made: " + *name + ".");
   });
@@ -68,10 +67,9 @@ std::string times(const Fault& fault) {
 }
 
 Report armedFaults(Session& session) {
-  session.requireOwnServices("fault");
   Table table;
   json list = json::array();
-  for (const auto& fault : session.sandbox().faults().armed()) {
+  for (const auto& fault : session.tester()->armed()) {
     std::string more;
     if (fault.kind == "error") more += "code " + std::to_string(fault.code) + " ";
     if (fault.delayMilliseconds > 0) more += std::to_string(fault.delayMilliseconds) + " ms ";
@@ -98,10 +96,9 @@ Report armedFaults(Session& session) {
 }
 
 Report faultFirings(Session& session) {
-  session.requireOwnServices("fault");
   Table table;
   json list = json::array();
-  for (const auto& firing : session.sandbox().faults().firings()) {
+  for (const auto& firing : session.tester()->firings()) {
     table.add({std::to_string(firing.faultNumber), firing.operation, firing.kind});
     list.push_back(
         {{"fault", firing.faultNumber}, {"operation", firing.operation}, {"kind", firing.kind}});
@@ -147,10 +144,9 @@ void defineArm(CommandLine& line, CLI::App& parent) {
   command.add_option("--code", fault.code, "The code of an error (500)");
   command.add_option("--use-case", fault.useCase, "Meet only calls for this use case");
   line.whenChosen(command, [options](Session& session) {
-    session.requireOwnServices("fault");
     auto armed = options->fault;
     if (options->always) armed.remaining.reset();
-    const auto problem = session.sandbox().faults().arm(armed);
+    const auto problem = session.tester()->arm(armed);
     if (!problem.empty()) throw Problem(problem);
     return said(session.report("fault arm"), "The fault is armed: " + armed.operation + " " +
                                                  armed.kind + ", " + times(armed) + ".");
@@ -175,8 +171,7 @@ void defineFault(CommandLine& line) {
   line.whenChosen(
       CommandLine::add(fault, "clear", "Disarm everything", "  paylevenkit fault clear\n"),
       [](Session& session) {
-        session.requireOwnServices("fault");
-        session.sandbox().faults().clear();
+        session.tester()->clearFaults();
         return said(session.report("fault clear"), "No fault is armed.");
       });
 }

@@ -55,8 +55,11 @@ add_library(HLVSDKPaylevenServices STATIC
   Services/Remote/RemoteBackend.cpp
   Services/Remote/RemoteHost.cpp
   Services/Remote/RemoteProvider.cpp
+  Services/Remote/RemoteTester.cpp
   Services/Remote/ServiceURL.cpp
   Services/Services.cpp
+  Services/TesterRecords.cpp
+  Services/TesterResources.cpp
   ${PROJECT_BINARY_DIR}/Services/OpenAPI.cpp
   ${PROJECT_BINARY_DIR}/Services/Page.cpp)
 target_link_libraries(HLVSDKPaylevenServices

@@ -6,33 +6,12 @@
 #include "Sandbox/TestCards.h"
 #include "Services/BackendRecords.h"
 #include "Services/Http/ErrorBody.h"
+#include "Services/TesterRecords.h"
 
 namespace hlv::services {
 namespace {
 
 namespace keys = sandbox::addressKeys;
-
-Json jsonOf(const sandbox::ProviderInstrument& instrument) {
-  return {{"identifier", orNull(instrument.identifier)},
-          {"brand", instrument.brand},
-          {"masked_number", instrument.maskedPan},
-          {"use_case", instrument.useCase},
-          {"expiry_month", instrument.expiryMonth},
-          {"expiry_year", instrument.expiryYear},
-          {"state", instrument.state}};
-}
-
-Json jsonOf(const sandbox::Fault& fault) {
-  return {{"number", fault.number},
-          {"operation", fault.operation},
-          {"kind", fault.kind},
-          {"times", fault.remaining ? Json(*fault.remaining) : Json()},
-          {"probability", fault.probability},
-          {"delay_ms", fault.delayMilliseconds},
-          {"spread_ms", fault.spreadMilliseconds},
-          {"code", fault.code},
-          {"use_case", orNull(fault.useCase)}};
-}
 
 }  // namespace
 
@@ -61,14 +40,12 @@ Json truthOf(sandbox::Sandbox& sandbox) {
     pairs.push_back({{"card", card ? jsonOf(std::make_shared<sandbox::StoredCard>(*card)) : Json()},
                      {"instrument", instrument ? jsonOf(*instrument) : Json()}});
   }
-  auto faults = Json::array();
-  for (const auto& fault : sandbox.faults().armed()) faults.push_back(jsonOf(fault));
   return {{"guest", guest ? Json{{"email", orNull(guest->email())},
                                  {"has_token", guest->paylevenToken().has_value()}}
                           : Json()},
           {"network", sandbox.isReachable()},
           {"pairs", std::move(pairs)},
-          {"faults", std::move(faults)},
+          {"faults", jsonOf(sandbox.faults().armed())},
           {"oldest_operation", sandbox.journal().oldest()}};
 }
 
@@ -101,23 +78,6 @@ HttpAnswer answerOf(const App::Outcome& outcome) {
                        {"message", error->localizedDescription().value_or("")}};
   }
   return {200, std::move(body)};
-}
-
-sandbox::Fault faultIn(const Json& json) {
-  requireKnownMembers(json, {"operation", "kind", "times", "probability", "delay_ms", "spread_ms",
-                             "code", "use_case"});
-  sandbox::Fault fault;
-  fault.operation = textIn(json, "operation").value_or("");
-  fault.kind = textIn(json, "kind").value_or("");
-  const auto times = json.find("times");
-  const bool isForEver = times != json.end() && times->is_null();
-  fault.remaining = isForEver ? std::nullopt : std::optional(integerIn(json, "times", 1));
-  fault.probability = integerIn(json, "probability", fault.probability);
-  fault.delayMilliseconds = integerIn(json, "delay_ms", 0);
-  fault.spreadMilliseconds = integerIn(json, "spread_ms", 0);
-  fault.code = integerIn(json, "code", fault.code);
-  fault.useCase = textIn(json, "use_case");
-  return fault;
 }
 
 sandbox::AddressFields addressIn(const Json& json) {

@@ -22,7 +22,6 @@ Json choices();
 HttpAnswer answerOf(const App::Outcome& outcome);
 
 /// Throws `Refused`.
-sandbox::Fault faultIn(const Json& json);
 sandbox::AddressFields addressIn(const Json& json);
 
 }  // namespace hlv::services

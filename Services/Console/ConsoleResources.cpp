@@ -9,6 +9,7 @@
 #include "Services/Console/Page.h"
 #include "Services/Http/ErrorBody.h"
 #include "Services/ProviderRecords.h"
+#include "Services/TesterRecords.h"
 #include "Services/Wiped.h"
 
 namespace hlv::services {

@@ -2,11 +2,14 @@
 
 #include <utility>
 
+#include "Services/BackendRecords.h"
 #include "Services/Http/Percent.h"
-#include "Services/ProviderRecords.h"
+#include "Services/Http/Refused.h"
 #include "Services/Remote/CallThreads.h"
 #include "Services/Remote/RemoteBackend.h"
 #include "Services/Remote/RemoteProvider.h"
+#include "Services/Remote/RemoteTester.h"
+#include "Services/TesterRecords.h"
 
 namespace hlv::services {
 
@@ -71,34 +74,26 @@ bool RemoteHost::isQuiet() const { return parts_->threads->isQuiet(); }
 
 RemoteHost::Sides RemoteHost::sides() {
   Sides sides;
-  const auto email = parts_->local->signedInEmail();
-  if (!email) return sides;
+  if (!parts_->local->signedInEmail()) return sides;
   sides.error = refresh();
   if (sides.error) return sides;
-  const auto guest = parts_->guests->guest(*email)->record();
-  sides.backend = guest.cards;
-  if (length(guest.paymentToken) == 0) return sides;
-  const auto names = constants();
-  for (const auto& useCase :
-       {names->useCaseDefault, names->useCasePrivate, names->useCaseBusiness}) {
-    const auto answer = parts_->providerClient.send(
-        RemoteProvider::listRequest(guest.paymentToken, useCase, "paylevenkit"));
-    sides.error = answer.error;
-    if (sides.error) return sides;
-    try {
-      const auto list = instrumentsIn(answer.body.at("instruments"), useCase.value_or(""));
-      for (const auto& instrument : list.value_or(List<PLVCreditCardPaymentInstrument>())) {
-        sides.provider.push_back({instrument->identifier(), instrument->cardBrand().value_or(""),
-                                  instrument->pan().value_or(""), useCase.value_or(""),
-                                  instrument->expiryMonth().value_or(""),
-                                  instrument->expiryYear().value_or(""), instrument->state()});
-      }
-    } catch (const Json::exception&) {
-      sides.error = sandbox::transportError(sandbox::TransportErrorCode::unreadable);
-      return sides;
-    }
+  const auto answer =
+      parts_->providerClient.send({"GET", "/v1/sandbox/sides", nullptr, "paylevenkit"});
+  sides.error = answer.error;
+  if (sides.error) return sides;
+  try {
+    for (const auto& card : answer.body.at("credit_cards")) sides.backend.push_back(cardIn(card));
+    sides.provider = storedInstrumentsIn(answer.body.at("instruments"));
+  } catch (const Json::exception&) {
+    sides = {{}, {}, sandbox::transportError(sandbox::TransportErrorCode::unreadable)};
+  } catch (const Refused&) {
+    sides = {{}, {}, sandbox::transportError(sandbox::TransportErrorCode::unreadable)};
   }
   return sides;
+}
+
+std::shared_ptr<sandbox::Tester> RemoteHost::tester() const {
+  return std::make_shared<RemoteTester>(parts_->providerClient);
 }
 
 std::shared_ptr<const HLVSDKConstants> RemoteHost::constants() {

@@ -8,6 +8,7 @@
 
 #include "Host/Host.h"
 #include "Sandbox/Sandbox.h"
+#include "Sandbox/Tester.h"
 
 namespace hlv::services {
 
@@ -45,7 +46,11 @@ class RemoteHost final : public Host {
   /// Whether no answer is still to come.
   bool isQuiet() const;
 
-  /// The two sides of the guest who is signed in on this side.
+  /// What a tester does to the services.
+  std::shared_ptr<sandbox::Tester> tester() const;
+
+  /// The two sides of the guest, as the services have them; no call of theirs, so no fault meets
+  /// it.
   struct Sides {
     std::vector<sandbox::BackendCard> backend;
     std::vector<sandbox::ProviderInstrument> provider;

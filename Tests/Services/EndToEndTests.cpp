@@ -136,6 +136,39 @@ TEST_F(EndToEnd, ARequestThatIsNeverAnsweredEndsWithoutAnAnswerAtTheLimit) {
   EXPECT_EQ(ask(services->backendURL(), "GET " + guestPath() + "/cards").status, 0);
 }
 
+TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
+  serveAndConnect();
+  add("visa");
+  const auto tester = remote->tester();
+  sandbox::Fault fault;
+  fault.operation = "getPaymentInstrumentsList";
+  fault.kind = "delay";
+  fault.remaining = std::nullopt;
+  fault.delayMilliseconds = 1;
+  fault.spreadMilliseconds = 2;
+  fault.probability = 50;
+  fault.code = 7;
+  fault.useCase = "private";
+  EXPECT_EQ(tester->arm(fault), "");
+  EXPECT_EQ(tester->armed(), sandbox->faults().armed());
+  EXPECT_EQ(sandbox->faults().armed().at(0).probability, 50);
+  fault.kind = "no-token";
+  EXPECT_EQ(tester->arm(fault), sandbox->faults().arm(fault));
+  tester->clearFaults();
+  ASSERT_EQ(arm("fetchGuestCreditCards", "error"), "");
+  EXPECT_EQ(remote->sides().backend.size(), 1U) << "to look is no call of a service";
+  EXPECT_EQ(ask(services->backendURL(), "GET " + guestPath() + "/cards").status, 500);
+  ASSERT_EQ(tester->firings().size(), 1U);
+  EXPECT_EQ(tester->firings()[0].operation, "fetchGuestCreditCards");
+  EXPECT_EQ(tester->makeScene("same-card-twice"), "");
+  EXPECT_EQ(tester->plantInstrument(sandbox::Typed("amex")), "");
+  EXPECT_EQ(remote->sides().provider.size(), 3U);
+  EXPECT_EQ(tester->makeScene("x"), sandbox->makeScene("x"));
+  services.reset();
+  EXPECT_NE(tester->makeScene("lost-token"), "");
+  EXPECT_THROW(tester->armed(), std::runtime_error);
+}
+
 TEST_F(EndToEnd, ServicesThatEndLetWaitingRequestsGo) {
   serveAndConnect();
   ASSERT_EQ(arm("fetchGuestCreditCards", "never"), "");

@@ -128,6 +128,19 @@ TEST_F(OpenAPI, EveryAnswerOfBothServicesIsDescribed) {
           "", 204},
          {listTemplate + "/{identifier}", "delete", "DELETE " + list + "/" + identifier + useCase,
           "", 404}});
+  const std::string tester = "/v1/sandbox/";
+  check(services->providerURL(),
+        {{tester + "instruments", "post", "POST /v1/sandbox/instruments", "{" + card, 201},
+         {tester + "instruments", "post", "POST /v1/sandbox/instruments", "{}", 422},
+         {tester + "scenes", "post", "POST /v1/sandbox/scenes", R"({"name": "lost-token"})", 200},
+         {tester + "scenes", "post", "POST /v1/sandbox/scenes", R"({"name": "x"})", 422},
+         {tester + "sides", "get", "GET /v1/sandbox/sides", "", 200},
+         {tester + "faults", "post", "POST /v1/sandbox/faults",
+          R"({"operation": "createUserToken", "kind": "never", "times": null})", 200},
+         {tester + "faults", "post", "POST /v1/sandbox/faults", R"({"kind": "never"})", 422},
+         {tester + "faults", "get", "GET /v1/sandbox/faults", "", 200},
+         {tester + "faults", "delete", "DELETE /v1/sandbox/faults", "", 200},
+         {tester + "firings", "get", "GET /v1/sandbox/firings", "", 200}});
 }
 
 }  // namespace

@@ -67,7 +67,13 @@ phone update "$ID" --city Hamburg | grep -q "is now Hamburg" || fail "the addres
 phone sync >told
 phone delete "$ID" >told
 phone instruments | grep -q "no instruments" || fail "an instrument was left"
-! phone plant --test-card visa 2>told || fail "plant was not refused"
+phone fault arm fetchGuestCreditCards error >told
+phone fault list | grep -q "fetchGuestCreditCards  *error" || fail "$(phone fault list)"
+phone fault clear >told
+phone plant --test-card visa >told
+! phone scene same-card-twice 2>told || fail "a scene was made without a card"
+phone sync | grep -q "removed 1 of 1" || fail "the planted instrument is still there"
+! phone demo 2>told || fail "demo was not refused"
 
 # A service that is told to end does so cleanly, and takes its ports file along.
 kill -TERM "$server"

@@ -1,0 +1,44 @@
+// What a tester does to the two services, wherever they are.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Sandbox/Sandbox.h"
+
+namespace hlv::sandbox {
+
+/// Members that return a text return one plain sentence when they cannot, or an empty string; the
+/// others throw std::runtime_error with such a sentence.
+///
+/// Threading: any.
+class Tester {
+ public:
+  virtual ~Tester() = default;
+  virtual std::string plantInstrument(const CardFields& card) = 0;
+  virtual std::string makeScene(const std::string& name) = 0;
+  virtual std::string arm(const Fault& fault) = 0;
+  virtual std::vector<Fault> armed() = 0;
+  virtual std::vector<Firing> firings() = 0;
+  virtual void clearFaults() = 0;
+};
+
+/// Of a sandbox in this process.
+class EmbeddedTester final : public Tester {
+ public:
+  explicit EmbeddedTester(std::shared_ptr<Sandbox> sandbox) : sandbox_(std::move(sandbox)) {}
+  std::string plantInstrument(const CardFields& card) override {
+    return sandbox_->plantInstrument(card);
+  }
+  std::string makeScene(const std::string& name) override { return sandbox_->makeScene(name); }
+  std::string arm(const Fault& fault) override { return sandbox_->faults().arm(fault); }
+  std::vector<Fault> armed() override { return sandbox_->faults().armed(); }
+  std::vector<Firing> firings() override { return sandbox_->faults().firings(); }
+  void clearFaults() override { sandbox_->faults().clear(); }
+
+ private:
+  const std::shared_ptr<Sandbox> sandbox_;
+};
+
+}  // namespace hlv::sandbox

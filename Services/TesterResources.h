@@ -1,0 +1,17 @@
+// What a tester does to the services, over HTTP. Private to the services.
+#pragma once
+
+#include <memory>
+
+#include "Sandbox/Sandbox.h"
+#include "Services/Http/Routes.h"
+
+namespace hlv::services {
+
+/// Adds, under /v1/sandbox: faults, firings, scenes, instruments to plant, and the two sides of the
+/// signed-in guest. None of them is a call of a service, so no fault meets them.
+///
+/// Threading: as `Routes`.
+void addTesterRoutes(Routes& routes, const std::shared_ptr<sandbox::Sandbox>& sandbox);
+
+}  // namespace hlv::services
