@@ -20,6 +20,7 @@ CREATE TABLE backend_cards (
   expiry_year TEXT NOT NULL,
   street TEXT, city TEXT, country_code TEXT, zip TEXT, business_name TEXT
 );
+CREATE INDEX cards_of_guest ON backend_cards (guest);
 
 CREATE TABLE provider_users (token TEXT PRIMARY KEY, email TEXT NOT NULL UNIQUE) WITHOUT ROWID;
 CREATE TABLE provider_instruments (
@@ -34,6 +35,7 @@ CREATE TABLE provider_instruments (
   expiry_year TEXT NOT NULL,
   state INTEGER NOT NULL
 );
+CREATE INDEX instruments_of_user ON provider_instruments (token);
 
 CREATE TABLE faults (
   number INTEGER PRIMARY KEY AUTOINCREMENT,
