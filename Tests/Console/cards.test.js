@@ -89,5 +89,10 @@ onConsole('an add is refused, and told so, without network and without a guest',
   await guest.add();
   await guest.told('Nobody is signed in.');
   await seesCount(guest.cards, 0);
+  await guest.app.getByLabel('E-mail address').fill('nobody');
+  await guest.app.getByRole('switch', { name: 'Authorised' }).click();
+  await guest.told('A guest signs in with an e-mail address.');
+  await sees(guest.app.getByRole('switch', { name: 'Authorised', checked: false }));
+  await guest.app.getByLabel('E-mail address').fill('guest@example.com');
   await guest.settleIn();
 });

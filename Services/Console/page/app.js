@@ -31,7 +31,7 @@ function tell(sentence, kind = 'good') {
   place.textContent = sentence;
 }
 
-/** Runs one thing that the app does, and says how it came out. */
+/** Runs one thing that the app does, says how it came out, and answers whether it was done. */
 async function act(button, what, done) {
   const hadFocus = document.activeElement === button;
   button.disabled = true;
@@ -40,9 +40,11 @@ async function act(button, what, done) {
     const outcome = await what();
     if (outcome.failure) tell(`${outcome.failure.message} (${outcome.failure.domain} ${outcome.failure.number})`, 'bad');
     else tell(done(outcome));
+    return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;
     tell(problem.message, 'bad');
+    return false;
   } finally {
     button.disabled = false;
     // A browser takes the focus from what is disabled.
@@ -55,6 +57,7 @@ const unanswered = 'The kit has not answered: the story shows where it waits.';
 export class AppPanel {
   #choices;
   #shown = null;
+  #truth = null;
 
   constructor(choices) {
     this.#choices = choices;
@@ -66,6 +69,7 @@ export class AppPanel {
 
   /** Shows a guest, the switches and the guest's cards. */
   show(truth) {
+    this.#truth = truth;
     const isSignedIn = truth.guest !== null;
     find('signed-out').hidden = isSignedIn;
     find('signed-in').hidden = !isSignedIn;
@@ -149,11 +153,11 @@ export class AppPanel {
     });
     find('sign-out').addEventListener('click', (event) => this.#signOut(event.target));
     find('network').addEventListener('change', ({ target }) =>
-      act(target, () => request('PUT', '/app/network', { on: target.checked }),
+      this.#turn(target, () => request('PUT', '/app/network', { on: target.checked }),
         () => (target.checked ? 'The network is on.' : 'The network is off.')));
     find('authorised').addEventListener('change', ({ target }) => {
       if (!target.checked) this.#signOut(target);
-      else act(target, () => request('PUT', '/app/guest', { email: find('email').value }), () => 'Signed in.');
+      else this.#turn(target, () => request('PUT', '/app/guest', { email: find('email').value }), () => 'Signed in.');
     });
     find('foreground').addEventListener('click', ({ target }) =>
       act(target, () => request('POST', '/app/foreground'), () => 'The app came to the foreground. What the kit did is in the story.'));
@@ -174,7 +178,13 @@ export class AppPanel {
     });
   }
 
+  /** A switch that could not be turned goes back. */
+  async #turn(button, what, done) {
+    const isDone = await act(button, what, done);
+    if (!isDone && this.#truth) this.show(this.#truth);
+  }
+
   #signOut(button) {
-    act(button, () => request('DELETE', '/app/guest'), () => 'Signed out.');
+    this.#turn(button, () => request('DELETE', '/app/guest'), () => 'Signed out.');
   }
 }
