@@ -18,7 +18,7 @@ rm -f ./*.js
 cp "$sources"/*.js .
 if ! cmp -s "$sources/package-lock.json" node_modules/installed-by; then
   cp "$sources"/package*.json .
-  npm ci --ignore-scripts --no-audit --no-fund --silent
+  npm ci --ignore-scripts --no-audit --no-fund --loglevel=error >&2
   cp package-lock.json node_modules/installed-by
 fi
 
