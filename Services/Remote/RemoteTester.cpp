@@ -13,6 +13,8 @@ std::string sentenceOf(const ErrorPtr& error) {
   return error ? error->localizedDescription().value_or("The services cannot be used.") : "";
 }
 
+constexpr const char* unreadable = "The services answer what cannot be read.";
+
 Json withoutNumber(Json fault) {
   fault.erase("number");
   return fault;
@@ -29,13 +31,12 @@ template <class Read>
 auto RemoteTester::told(const std::string& name, Read read) const {
   const auto answer = ask("GET", name);
   if (answer.error) throw std::runtime_error(sentenceOf(answer.error));
-  const std::runtime_error unreadable("The services answer what cannot be read.");
   try {
     return read(answer.body.at(name));
   } catch (const Json::exception&) {
-    throw unreadable;
+    throw std::runtime_error(unreadable);
   } catch (const Refused&) {
-    throw unreadable;
+    throw std::runtime_error(unreadable);
   }
 }
 
