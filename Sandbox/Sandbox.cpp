@@ -156,6 +156,7 @@ void Sandbox::reset() {
       database.run(std::string("DELETE FROM ") + table);
     }
   });
+  parts_->keptAnswers->forgetAll();
 }
 
 std::vector<BackendCard> Sandbox::backendCards() const {

@@ -89,8 +89,9 @@ class Sandbox {
   /// Returns one plain sentence when it cannot, or an empty string.
   std::string makeScene(const std::string& name);
   static const std::vector<std::string>& scenes();
-  /// Forgets guests, cards, instruments, faults and the story, turns the network on and tells the
-  /// app that nobody is signed in. Identifiers go on where they were.
+  /// Forgets guests, cards, instruments, faults, the answers that services keep and the story,
+  /// turns the network on and tells the app that nobody is signed in. Identifiers go on where they
+  /// were.
   void reset();
 
   // The two sides of the signed-in guest, as the services have them now. At the provider that is

@@ -60,6 +60,13 @@ void KeptAnswers::release(const std::string& key) {
   });
 }
 
+void KeptAnswers::forgetAll() {
+  store_->write([](Database& database) {
+    makeTable(database);
+    database.run("DELETE FROM kept_answers");
+  });
+}
+
 std::string KeptAnswers::salt() {
   return store_->write([](Database& database) {
     auto salt = readSetting(database, saltSetting);

@@ -43,6 +43,8 @@ class KeptAnswers {
   void keep(const std::string& key, const Answer& answer);
   /// Forgets a claim.
   void release(const std::string& key);
+  /// Forgets everything, so that every key is new.
+  void forgetAll();
 
   /// The store's own; mixed into every digest.
   std::string salt();

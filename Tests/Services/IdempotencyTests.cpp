@@ -107,6 +107,14 @@ TEST_F(IdempotencyKeys, WhoseAnswerWasLostOnTheWayHearsItWhenAskingAgain) {
   EXPECT_EQ(sandbox->providerInstruments().size(), 3U);
 }
 
+TEST_F(IdempotencyKeys, AResetForgetsThem) {
+  ASSERT_EQ(createUser("a").status, 201);
+  sandbox->reset();
+  ASSERT_EQ(sandbox->signIn(email), "");
+  EXPECT_EQ(createUser("a").status, 201);
+  EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
+}
+
 TEST_F(IdempotencyKeys, AKeyIsShortAndPlain) {
   for (const auto& key : {std::string(201, 'k'), std::string("a b")}) {
     EXPECT_EQ(addCard(key).code(), "malformed-idempotency-key") << key;
