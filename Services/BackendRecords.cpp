@@ -7,10 +7,6 @@ namespace {
 
 namespace keys = sandbox::addressKeys;
 
-NullableString textOrMissing(const Json& json) {
-  return json.is_null() ? std::nullopt : NullableString(json.get<std::string>());
-}
-
 }  // namespace
 
 Json jsonOf(const std::shared_ptr<HLVSDKCreditCard>& card) {

@@ -1,6 +1,7 @@
 #include "Services/Json.h"
 
 #include <algorithm>
+#include <charconv>
 #include <type_traits>
 
 #include "Services/Http/Refused.h"
@@ -85,6 +86,17 @@ NullableString textIn(const Json& object, const char* key) {
     throw Refused{422, "wrong-type", "The member '" + std::string(key) + "' is no text."};
   }
   return found->get<std::string>();
+}
+
+std::optional<std::int64_t> numberOf(std::string_view text) {
+  std::int64_t number = 0;
+  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (problem != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+NullableString textOrMissing(const Json& json) {
+  return json.is_null() ? std::nullopt : NullableString(json.get<std::string>());
 }
 
 std::int64_t integerIn(const Json& object, const char* key, std::int64_t otherwise) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,10 @@ void requireKnownMembers(const Json& object, std::initializer_list<std::string_v
 
 /// The text under `key`; missing for no member and for null. Throws `Refused` for another type.
 NullableString textIn(const Json& object, const char* key);
+/// The whole number that is all of `text`; missing for anything else.
+std::optional<std::int64_t> numberOf(std::string_view text);
+/// The text, or missing for null. Throws `Json::exception` for another type.
+NullableString textOrMissing(const Json& json);
 /// The whole number under `key`; `otherwise` for no member. Throws `Refused` for another type.
 std::int64_t integerIn(const Json& object, const char* key, std::int64_t otherwise);
 /// The same for true and false, which has to be there.

@@ -10,10 +10,6 @@
 namespace hlv::services {
 namespace {
 
-NullableString textOrMissing(const Json& json) {
-  return json.is_null() ? std::nullopt : NullableString(json.get<std::string>());
-}
-
 std::string takeText(Json& card, const char* key) {
   auto text = textIn(card, key).value_or("");
   if (const auto found = card.find(key); found != card.end() && found->is_string()) {

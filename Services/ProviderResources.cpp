@@ -1,6 +1,5 @@
 #include "Services/ProviderResources.h"
 
-#include <charconv>
 #include <utility>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
@@ -27,13 +26,9 @@ std::shared_ptr<PLVCreditCardPaymentInstrument> takeInstrument(Host& host, Json&
 
 /// The number that names an instrument without an identifier.
 std::int64_t rowIn(const HttpRequest& request) {
-  const auto text = request.queryValue("number").value_or("");
-  std::int64_t row = 0;
-  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), row);
-  if (problem != std::errc() || end != text.data() + text.size()) {
-    throw Refused{422, "wrong-type", "The instrument's number is none."};
-  }
-  return row;
+  const auto row = numberOf(request.queryValue("number").value_or(""));
+  if (!row) throw Refused{422, "wrong-type", "The instrument's number is none."};
+  return *row;
 }
 
 ErrorPtr notRegistered() {

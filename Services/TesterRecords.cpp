@@ -3,11 +3,9 @@
 #include <utility>
 
 namespace hlv::services {
-namespace {
 
-Json jsonOf(const sandbox::Fault& fault) {
-  return {{"number", fault.number},
-          {"operation", fault.operation},
+Json newFaultJson(const sandbox::Fault& fault) {
+  return {{"operation", fault.operation},
           {"kind", fault.kind},
           {"times", fault.remaining ? Json(*fault.remaining) : Json()},
           {"probability", fault.probability},
@@ -17,11 +15,12 @@ Json jsonOf(const sandbox::Fault& fault) {
           {"use_case", orNull(fault.useCase)}};
 }
 
-}  // namespace
-
 Json jsonOf(const std::vector<sandbox::Fault>& faults) {
   auto array = Json::array();
-  for (const auto& fault : faults) array.push_back(jsonOf(fault));
+  for (const auto& fault : faults) {
+    array.push_back({{"number", fault.number}});
+    array.back().update(newFaultJson(fault));
+  }
   return array;
 }
 
@@ -86,7 +85,7 @@ std::vector<sandbox::ProviderInstrument> storedInstrumentsIn(const Json& json) {
   std::vector<sandbox::ProviderInstrument> instruments;
   for (const auto& item : json.get_ref<const Json::array_t&>()) {
     instruments.push_back(
-        {textIn(item, "identifier"), item.at("brand").get<std::string>(),
+        {textOrMissing(item.at("identifier")), item.at("brand").get<std::string>(),
          item.at("masked_number").get<std::string>(), item.at("use_case").get<std::string>(),
          item.at("expiry_month").get<std::string>(), item.at("expiry_year").get<std::string>(),
          item.at("state").get<std::uint64_t>()});

@@ -12,6 +12,8 @@
 
 namespace hlv::services {
 
+/// Without its number: a fault to be armed.
+Json newFaultJson(const sandbox::Fault& fault);
 Json jsonOf(const std::vector<sandbox::Fault>& faults);
 Json jsonOf(const std::vector<sandbox::Firing>& firings);
 /// With its use case, and without the number by which a list of the provider names it.
@@ -20,7 +22,7 @@ Json jsonOf(const sandbox::ProviderInstrument& instrument);
 /// A fault to be armed. Throws `Refused`.
 sandbox::Fault faultIn(const Json& json);
 
-// These throw `Json::exception` or `Refused` for what is no such list.
+// These throw `Json::exception`, and that of the faults `Refused`, for what is no such list.
 
 std::vector<sandbox::Fault> faultsIn(const Json& json);
 std::vector<sandbox::Firing> firingsIn(const Json& json);

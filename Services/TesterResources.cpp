@@ -25,6 +25,17 @@ Json sidesOf(const sandbox::Sandbox& sandbox) {
 
 }  // namespace
 
+void armFault(sandbox::Sandbox& sandbox, const HttpRequest& request) {
+  const auto fault = faultIn(parsedObject(request.body));
+  requirePossible(sandbox.faults().arm(fault), "fault-refused");
+}
+
+void makeScene(sandbox::Sandbox& sandbox, const HttpRequest& request) {
+  const auto body = parsedObject(request.body);
+  requireKnownMembers(body, {"name"});
+  requirePossible(sandbox.makeScene(textIn(body, "name").value_or("")), "scene-refused");
+}
+
 void addTesterRoutes(Routes& routes, const std::shared_ptr<sandbox::Sandbox>& sandbox) {
   const auto at = [](const char* name) { return std::vector<std::string>{"v1", "sandbox", name}; };
   const auto replyFaults = [sandbox](const Reply& reply) {
@@ -34,8 +45,7 @@ void addTesterRoutes(Routes& routes, const std::shared_ptr<sandbox::Sandbox>& sa
              [replyFaults](const HttpRequest&, const Reply& reply) { replyFaults(reply); });
   routes.add("POST", at("faults"),
              [sandbox, replyFaults](const HttpRequest& request, const Reply& reply) {
-               const auto fault = faultIn(parsedObject(request.body));
-               requirePossible(sandbox->faults().arm(fault), "fault-refused");
+               armFault(*sandbox, request);
                replyFaults(reply);
              });
   routes.add("DELETE", at("faults"),
@@ -50,9 +60,7 @@ void addTesterRoutes(Routes& routes, const std::shared_ptr<sandbox::Sandbox>& sa
     reply({200, sidesOf(*sandbox)});
   });
   routes.add("POST", at("scenes"), [sandbox](const HttpRequest& request, const Reply& reply) {
-    const auto body = parsedObject(request.body);
-    requireKnownMembers(body, {"name"});
-    requirePossible(sandbox->makeScene(textIn(body, "name").value_or("")), "scene-refused");
+    makeScene(*sandbox, request);
     reply({200, sidesOf(*sandbox)});
   });
   routes.add("POST", at("instruments"), [sandbox](const HttpRequest& request, const Reply& reply) {

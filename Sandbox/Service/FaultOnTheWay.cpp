@@ -9,15 +9,9 @@ thread_local std::string kindNow;
 
 }  // namespace
 
-FaultOnTheWay::FaultOnTheWay(std::string kind) {
-  if (isOne(kind)) kindNow = std::move(kind);
-}
+FaultOnTheWay::FaultOnTheWay(std::string kind) { kindNow = std::move(kind); }
 
 FaultOnTheWay::~FaultOnTheWay() { kindNow.clear(); }
-
-bool FaultOnTheWay::isOne(const std::string& kind) {
-  return kind == "refused" || kind == "reset" || kind == "garbage" || kind == "twice";
-}
 
 std::string FaultOnTheWay::current() { return kindNow; }
 

@@ -11,13 +11,13 @@ namespace hlv::sandbox {
 /// Threading: each thread has its own.
 class FaultOnTheWay {
  public:
-  /// "refused", "reset", "garbage" or "twice"; anything else is no such fault.
+  /// The fault's kind; empty for none. What happens on the way by "refused", "reset", "garbage" and
+  /// "twice" is for the door to do; the others have happened already.
   explicit FaultOnTheWay(std::string kind);
   ~FaultOnTheWay();
   FaultOnTheWay(const FaultOnTheWay&) = delete;
   FaultOnTheWay& operator=(const FaultOnTheWay&) = delete;
 
-  static bool isOne(const std::string& kind);
   /// Of the answer that this thread delivers now; empty for none.
   static std::string current();
 };

@@ -68,6 +68,9 @@ void KeptAnswers::forgetAll() {
 }
 
 std::string KeptAnswers::salt() {
+  const auto known =
+      store_->read([](Database& database) { return readSetting(database, saltSetting); });
+  if (known) return *known;
   return store_->write([](Database& database) {
     auto salt = readSetting(database, saltSetting);
     if (!salt) {

@@ -1,6 +1,5 @@
 #include "Services/Console/ConsoleResources.h"
 
-#include <charconv>
 #include <utility>
 
 #include "Sandbox/TestCards.h"
@@ -9,7 +8,7 @@
 #include "Services/Console/Page.h"
 #include "Services/Http/ErrorBody.h"
 #include "Services/ProviderRecords.h"
-#include "Services/TesterRecords.h"
+#include "Services/TesterResources.h"
 #include "Services/Wiped.h"
 
 namespace hlv::services {
@@ -47,10 +46,6 @@ App::Done replying(const Reply& reply) {
   return [reply](const App::Outcome& outcome) { reply(answerOf(outcome)); };
 }
 
-void requirePossible(const std::string& problem, const std::string& code) {
-  if (!problem.empty()) throw Refused{422, code, problem};
-}
-
 /// A test card by its name, or a card as somebody typed it.
 std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
   sandbox::CardFields fields;
@@ -74,13 +69,11 @@ std::shared_ptr<sandbox::EnteredAddress> addressOf(const Json& json) {
 
 /// How many operations are asked for; one, unless the request says otherwise.
 std::size_t countIn(const HttpRequest& request) {
-  std::size_t count = 1;
-  const auto text = request.queryValue("last").value_or("1");
-  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (problem != std::errc() || end != text.data() + text.size()) {
+  const auto count = numberOf(request.queryValue("last").value_or("1"));
+  if (!count || *count < 0) {
     throw Refused{422, "wrong-type", "How many operations are asked for is no number."};
   }
-  return count;
+  return static_cast<std::size_t>(*count);
 }
 
 }  // namespace
@@ -161,21 +154,18 @@ void ConsoleResources::addTester() {
   const auto replyTruth = [this](const Reply& reply) { reply({200, truthOf(*sandbox_)}); };
   routes_.add("POST", {"faults"},
               [this, replyTruth](const HttpRequest& request, const Reply& reply) {
-                const auto fault = faultIn(parsedObject(request.body));
-                requirePossible(sandbox_->faults().arm(fault), "fault-refused");
+                armFault(*sandbox_, request);
                 replyTruth(reply);
               });
   routes_.add("DELETE", {"faults"}, [this, replyTruth](const HttpRequest&, const Reply& reply) {
     sandbox_->faults().clear();
     replyTruth(reply);
   });
-  routes_.add(
-      "POST", {"scenes"}, [this, replyTruth](const HttpRequest& request, const Reply& reply) {
-        const auto body = parsedObject(request.body);
-        requireKnownMembers(body, {"name"});
-        requirePossible(sandbox_->makeScene(textIn(body, "name").value_or("")), "scene-refused");
-        replyTruth(reply);
-      });
+  routes_.add("POST", {"scenes"},
+              [this, replyTruth](const HttpRequest& request, const Reply& reply) {
+                makeScene(*sandbox_, request);
+                replyTruth(reply);
+              });
   routes_.add("POST", {"reset"},
               [this](const HttpRequest&, const Reply& reply) { app_->reset(replying(reply)); });
 }

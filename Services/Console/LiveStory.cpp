@@ -1,5 +1,6 @@
 #include "Services/Console/LiveStory.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Services/Console/ConsoleRecords.h"

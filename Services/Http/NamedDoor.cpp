@@ -1,15 +1,14 @@
 #include "Services/Http/NamedDoor.h"
 
-#include <charconv>
+#include "Services/Json.h"
 
 namespace hlv::services {
 namespace {
 
 int portIn(const std::string& text) {
   constexpr int greatest = 65'535;
-  int port = 0;
-  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), port);
-  return problem == std::errc() && port > 0 && port <= greatest ? port : 0;
+  const auto port = numberOf(text).value_or(0);
+  return port > 0 && port <= greatest ? static_cast<int>(port) : 0;
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "Services/BackendRecords.h"
 #include "Services/Http/Percent.h"
-#include "Services/Http/Refused.h"
 #include "Services/Remote/CallThreads.h"
 #include "Services/Remote/RemoteBackend.h"
 #include "Services/Remote/RemoteProvider.h"
@@ -85,8 +84,6 @@ RemoteHost::Sides RemoteHost::sides() {
     for (const auto& card : answer.body.at("credit_cards")) sides.backend.push_back(cardIn(card));
     sides.provider = storedInstrumentsIn(answer.body.at("instruments"));
   } catch (const Json::exception&) {
-    sides = {{}, {}, sandbox::transportError(sandbox::TransportErrorCode::unreadable)};
-  } catch (const Refused&) {
     sides = {{}, {}, sandbox::transportError(sandbox::TransportErrorCode::unreadable)};
   }
   return sides;

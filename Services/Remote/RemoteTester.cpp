@@ -15,11 +15,6 @@ std::string sentenceOf(const ErrorPtr& error) {
 
 constexpr const char* unreadable = "The services answer what cannot be read.";
 
-Json withoutNumber(Json fault) {
-  fault.erase("number");
-  return fault;
-}
-
 }  // namespace
 
 ClientAnswer RemoteTester::ask(const std::string& method, const std::string& name,
@@ -52,8 +47,7 @@ std::string RemoteTester::makeScene(const std::string& name) {
 }
 
 std::string RemoteTester::arm(const sandbox::Fault& fault) {
-  return sentenceOf(
-      ask("POST", "faults", withoutNumber(jsonOf(std::vector<sandbox::Fault>{fault})[0])).error);
+  return sentenceOf(ask("POST", "faults", newFaultJson(fault)).error);
 }
 
 std::vector<sandbox::Fault> RemoteTester::armed() { return told("faults", faultsIn); }
