@@ -79,7 +79,7 @@ TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
     EXPECT_TRUE([host.request isValid:&error]);
   }
   [host.request release], host.request = nil;
-  EXPECT_EQ(liveRecords(), before - 0) << "the instrument that was made of the card is gone too";
+  EXPECT_EQ(liveRecords(), before) << "the instrument that was made of the card is gone too";
 }
 
 TEST_F(MemoryTest, AManagerThatIsReleasedHearsNoNotificationAndLosesItsSuccesses) {
