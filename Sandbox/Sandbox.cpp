@@ -57,13 +57,17 @@ Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
 Sandbox::Sandbox(std::shared_ptr<Parts> parts)
     : parts_(std::move(parts)),
       host_(std::make_shared<SandboxHost>(parts_, parts_->embedded)),
-      hostBehindDoors_(std::make_shared<SandboxHost>(parts_, parts_->behindDoors)) {}
+      hostBehindDoors_(hostBehindDoors(AsOne())) {}
 
 Sandbox::~Sandbox() = default;
 
 std::shared_ptr<Host> Sandbox::host() const { return host_; }
 
 std::shared_ptr<Host> Sandbox::hostBehindDoors() const { return hostBehindDoors_; }
+
+std::shared_ptr<Host> Sandbox::hostBehindDoors(const AsOne& asOne) const {
+  return std::make_shared<SandboxHost>(parts_, parts_->makeClientsBehindDoors(asOne));
+}
 
 std::string Sandbox::signIn(const std::string& email) {
   if (!isAddress(email)) return "A guest signs in with an e-mail address.";

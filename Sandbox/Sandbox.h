@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "Host/Host.h"
+#include "Sandbox/AsOne.h"
 #include "Sandbox/BackendCard.h"
 #include "Sandbox/EnteredAddress.h"
 #include "Sandbox/EnteredCard.h"
@@ -59,6 +60,8 @@ class Sandbox {
   /// The same for services that other programs call over a door of their own. The story calls them
   /// "client"; what goes wrong on the way is for the door to do, as `FaultOnTheWay` says.
   std::shared_ptr<Host> hostBehindDoors() const;
+  /// The same for one request that may be sent again; `asOne` says how its answer is kept.
+  std::shared_ptr<Host> hostBehindDoors(const AsOne& asOne) const;
 
   // What an app does.
 

@@ -20,13 +20,15 @@ Parts::Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink con
       answers(std::make_shared<Answers>()),
       backend(std::make_shared<Backend>(store)),
       provider(std::make_shared<Provider>(store)),
-      embedded(makeClients(journal, Way::embedded)),
-      behindDoors(makeClients(journalOfDoors, Way::door)),
+      embedded(makeClients({journal, faults, reachability, answers})),
       remoteLog(std::make_shared<RemoteFileLogger>(std::move(remoteSink), journal)),
       consoleLog(std::make_shared<ConsoleLogger>(std::move(consoleSink))) {}
 
-Parts::Clients Parts::makeClients(const std::shared_ptr<Journal>& told, Way way) const {
-  const Service::Surroundings surroundings{told, faults, reachability, answers, way};
+Parts::Clients Parts::makeClientsBehindDoors(const AsOne& asOne) const {
+  return makeClients({journalOfDoors, faults, reachability, answers, Way::door, asOne});
+}
+
+Parts::Clients Parts::makeClients(const Service::Surroundings& surroundings) const {
   return {std::make_shared<BackendClient>(backend, surroundings),
           std::make_shared<ProviderClient>(provider, surroundings)};
 }

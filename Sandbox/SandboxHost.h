@@ -31,6 +31,9 @@ struct Parts {
 
   Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink);
 
+  /// `asOne` may be empty.
+  Clients makeClientsBehindDoors(const AsOne& asOne) const;
+
   const std::shared_ptr<Store> store;
   const std::shared_ptr<Journal> journal;
   const std::shared_ptr<Journal> journalOfDoors;
@@ -41,12 +44,11 @@ struct Parts {
   const std::shared_ptr<Backend> backend;
   const std::shared_ptr<Provider> provider;
   const Clients embedded;
-  const Clients behindDoors;
   const std::shared_ptr<RemoteFileLogger> remoteLog;
   const std::shared_ptr<ConsoleLogger> consoleLog;
 
  private:
-  Clients makeClients(const std::shared_ptr<Journal>& told, Way way) const;
+  Clients makeClients(const Service::Surroundings& surroundings) const;
 };
 
 /// Threading: any.

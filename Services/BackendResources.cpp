@@ -149,12 +149,13 @@ void BackendResources::addCards() {
           reply(error ? errorAnswer(error) : HttpAnswer{200, {{"credit_cards", jsonOf(list)}}});
         });
   });
-  const auto addCard = [this](const HttpRequest& request, const Reply& reply) {
+  const auto addCard = [](const std::shared_ptr<Host>& host, const HttpRequest& request,
+                          const Reply& reply) {
     const auto body = bodyOf(request);
     requireAddCardBody(body);
-    sandbox_->hostBehindDoors()->apiManager()->addCreditCardForGuest(
-        guestOf(request), ReceivedCard::make(dictionaryOf(body)),
-        answeringGuestAndCard(201, reply));
+    host->apiManager()->addCreditCardForGuest(guestOf(request),
+                                              ReceivedCard::make(dictionaryOf(body)),
+                                              answeringGuestAndCard(201, reply));
   };
   routes_.add("POST", cards, idempotency_.around(addCard));
   routes_.add("PATCH", card, [this](const HttpRequest& request, const Reply& reply) {

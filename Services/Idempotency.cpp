@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <initializer_list>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -15,8 +15,6 @@
 
 namespace hlv::services {
 namespace {
-
-using sandbox::KeptAnswers;
 
 /// Of texts each with its length, so that none can pass for a part of another.
 std::string digestOf(std::initializer_list<std::string_view> texts) {
@@ -51,76 +49,90 @@ void requireKey(const std::string& key) {
   }
 }
 
-/// One claim on a key, until its answer is kept. Without one, the key is free again.
-class Claimed {
- public:
-  Claimed(std::shared_ptr<sandbox::Sandbox> sandbox, std::string key)
-      : sandbox_(std::move(sandbox)), key_(std::move(key)) {}
-  ~Claimed() {
-    if (!isSettled_.test_and_set()) release();
+std::string targetOf(const HttpRequest& request) {
+  std::string target;
+  for (const auto& part : request.path) target.append("/").append(part);
+  for (const auto& [name, value] : request.query) {
+    target.append("&").append(name).append("=").append(value);
   }
-  Claimed(const Claimed&) = delete;
-  Claimed& operator=(const Claimed&) = delete;
+  return target;
+}
 
-  /// Comes before the answer leaves, so that whoever heard it finds the key settled.
-  void settle(const HttpAnswer& answer) {
-    constexpr int firstFailure = 500;
-    if (isSettled_.test_and_set()) return;
-    if (answer.status >= firstFailure) return release();
-    try {
-      sandbox_->keptAnswers().keep(key_, {answer.status, textOf(answer.body)});
-    } catch (const std::runtime_error&) {
-      // As below.
+/// One request with a key, until its answer leaves. What the service's call brings within `asOne`
+/// is kept, and is what leaves.
+class Keeping {
+ public:
+  Keeping(std::shared_ptr<sandbox::Sandbox> sandbox, std::string key, std::string request,
+          std::unique_ptr<KeysInUse::Use> use, Reply reply)
+      : sandbox_(std::move(sandbox)),
+        key_(std::move(key)),
+        request_(std::move(request)),
+        use_(std::move(use)),
+        reply_(std::move(reply)) {}
+
+  void asOne(const std::function<void()>& serve) {
+    auto& kept = sandbox_->keptAnswers();
+    kept.asOne([&] {
+      isServing_ = true;
+      serve();
+      isServing_ = false;
+      if (isWorthKeeping()) kept.keep(key_, {request_, answer_->status, textOf(answer_->body)});
+    });
+    isKept_ = isWorthKeeping();
+  }
+
+  void hear(HttpAnswer answer) {
+    if (isServing_) {
+      answer_ = std::move(answer);
+      return;
     }
+    // Comes first, so that whoever heard the answer finds the key free to ask again with.
+    use_.reset();
+    reply_(isKept_ ? *answer_ : std::move(answer));
   }
 
  private:
-  void release() {
-    try {
-      sandbox_->keptAnswers().release(key_);
-    } catch (const std::runtime_error&) {
-      // The key then stays claimed, and a second request learns that the first has no answer.
-    }
+  bool isWorthKeeping() const {
+    constexpr int firstFailure = 500;
+    return answer_ && answer_->status < firstFailure;
   }
 
   const std::shared_ptr<sandbox::Sandbox> sandbox_;
   const std::string key_;
-  std::atomic_flag isSettled_;
+  const std::string request_;
+  std::unique_ptr<KeysInUse::Use> use_;
+  const Reply reply_;
+  bool isServing_ = false;
+  bool isKept_ = false;
+  std::optional<HttpAnswer> answer_;
 };
 
 }  // namespace
 
-Routes::Handler Idempotency::around(Routes::Handler handler) const {
-  return [service = service_, sandbox = sandbox_, handler = std::move(handler)](
+Routes::Handler Idempotency::around(Handler handler) const {
+  return [service = service_, sandbox = sandbox_, inUse = inUse_, handler = std::move(handler)](
              const HttpRequest& request, const Reply& reply) {
-    if (!request.idempotencyKey) return handler(request, reply);
+    if (!request.idempotencyKey) return handler(sandbox->hostBehindDoors(), request, reply);
     requireKey(*request.idempotencyKey);
     auto& kept = sandbox->keptAnswers();
     const auto salt = kept.salt();
     const auto key = digestOf({salt, service, *request.idempotencyKey});
-    std::string target;
-    for (const auto& part : request.path) target.append("/").append(part);
-    for (const auto& [name, value] : request.query) {
-      target.append("&").append(name).append("=").append(value);
-    }
-    const auto claim =
-        kept.claim(key, digestOf({salt, service, *request.idempotencyKey, target, request.body}));
-    switch (claim.state) {
-      case KeptAnswers::State::answered:
-        return reply({static_cast<int>(claim.answer->status), Json::parse(claim.answer->body)});
-      case KeptAnswers::State::differs:
+    const auto digest =
+        digestOf({salt, service, *request.idempotencyKey, targetOf(request), request.body});
+    // Comes before the look, so that the first request is under way or has its answer.
+    auto use = inUse->begin(key);
+    if (const auto known = kept.find(key)) {
+      if (known->request != digest) {
         throw Refused{422, "idempotency-key-reused",
                       "The idempotency key belongs to another request."};
-      case KeptAnswers::State::unfinished:
-        throw Refused{409, "idempotency-key-in-use",
-                      "The first request with the idempotency key has no answer yet."};
-      case KeptAnswers::State::claimed:
-        break;
+      }
+      use.reset();
+      return reply({static_cast<int>(known->status), Json::parse(known->body)});
     }
-    handler(request, [claimed = std::make_shared<Claimed>(sandbox, key), reply](HttpAnswer answer) {
-      claimed->settle(answer);
-      reply(std::move(answer));
-    });
+    const auto keeping = std::make_shared<Keeping>(sandbox, key, digest, std::move(use), reply);
+    const auto host = sandbox->hostBehindDoors(
+        [keeping](const std::function<void()>& serve) { keeping->asOne(serve); });
+    handler(host, request, [keeping](HttpAnswer answer) { keeping->hear(std::move(answer)); });
   };
 }
 

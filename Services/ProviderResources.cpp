@@ -62,9 +62,9 @@ void ProviderResources::serve(const HttpRequest& request, const Reply& reply) {
 }
 
 void ProviderResources::addUsers() {
-  const auto createUser = [this](const HttpRequest& request, const Reply& reply) {
+  const auto createUser = [](const std::shared_ptr<Host>& host, const HttpRequest& request,
+                             const Reply& reply) {
     auto body = parsedObject(request.body);
-    const auto host = sandbox_->hostBehindDoors();
     const auto instrument = takeInstrument(*host, body);
     requireKnownMembers(body, {"email", "use_case", "credit_card"});
     const auto email = textIn(body, "email");
@@ -89,9 +89,9 @@ void ProviderResources::addInstruments() {
           reply(error ? errorAnswer(error) : HttpAnswer{200, {{"instruments", jsonOf(list)}}});
         });
   });
-  const auto addInstrument = [this](const HttpRequest& request, const Reply& reply) {
+  const auto addInstrument = [](const std::shared_ptr<Host>& host, const HttpRequest& request,
+                                const Reply& reply) {
     auto body = parsedObject(request.body);
-    const auto host = sandbox_->hostBehindDoors();
     const auto instrument = takeInstrument(*host, body);
     requireKnownMembers(body, {"credit_card"});
     host->inAppClient()->addPaymentInstrument(

@@ -48,6 +48,7 @@ add_library(HLVSDKPaylevenServices STATIC
   Services/Http/Socket.cpp
   Services/Idempotency.cpp
   Services/Json.cpp
+  Services/KeysInUse.cpp
   Services/ProviderRecords.cpp
   Services/ProviderResources.cpp
   Services/Remote/CallThreads.cpp

@@ -12,12 +12,14 @@
 #include <type_traits>
 #include <utility>
 
+#include "Sandbox/AsOne.h"
 #include "Sandbox/ErrorCodes.h"
 #include "Sandbox/Fault.h"
 #include "Sandbox/Journal.h"
 #include "Sandbox/Reachability.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/Service/Answers.h"
+#include "Sandbox/Service/Failed.h"
 #include "Sandbox/Service/FaultOnTheWay.h"
 #include "Sandbox/Service/Summary.h"
 #include "Sandbox/Store/Store.h"
@@ -58,12 +60,14 @@ class Service {
     std::shared_ptr<Reachability> reachability;
     std::shared_ptr<Answers> answers;
     Way way = Way::embedded;
+    /// May be empty.
+    AsOne asOne = {};
   };
 
   Service(std::string name, std::string errorDomain, Lane lane, const Surroundings& surroundings)
-      : desk_(std::make_shared<Desk>(Desk{std::move(name), std::move(errorDomain),
-                                          surroundings.journal, surroundings.faults,
-                                          surroundings.reachability, surroundings.way})),
+      : desk_(std::make_shared<Desk>(
+            Desk{std::move(name), std::move(errorDomain), surroundings.journal, surroundings.faults,
+                 surroundings.reachability, surroundings.way, surroundings.asOne})),
         lane_(lane),
         answers_(surroundings.answers) {}
 
@@ -85,7 +89,7 @@ class Service {
          handling = std::move(handling)]() mutable -> std::optional<Delivery> {
           const auto fault = desk->meet(call);
           if (fault && fault->kind == "never") return std::nullopt;
-          auto results = desk->handle(fault, handling);
+          auto results = desk->serve(fault, handling, completion);
           const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
           const int times = fault && fault->kind == "twice" && desk->way == Way::embedded ? 2 : 1;
           return Delivery{
@@ -110,6 +114,7 @@ class Service {
     std::shared_ptr<Faults> faults;
     std::shared_ptr<Reachability> reachability;
     Way way;
+    AsOne asOne;
 
     const char* caller() const { return way == Way::door ? "client" : "kit"; }
     /// A call that does not leave the phone meets no fault.
@@ -119,6 +124,23 @@ class Service {
     /// Throws the refusal of a call that was served and whose answer is lost.
     void checkWayOut(const std::optional<Fault>& fault) const;
     ErrorPtr errorFor(const StoreFailure& failure) const;
+
+    template <class... Results>
+    std::tuple<Results...> serve(const std::optional<Fault>& fault,
+                                 const Handling<Results...>& handling,
+                                 const std::function<void(Results...)>& completion) const {
+      if (!asOne) return handle(fault, handling);
+      std::tuple<Results...> results;
+      try {
+        asOne([&] {
+          results = handle(fault, handling);
+          if (completion) std::apply(completion, results);
+        });
+      } catch (const StoreFailure& failure) {
+        results = failed<Results...>(errorFor(failure));
+      }
+      return results;
+    }
 
     template <class... Results>
     std::tuple<Results...> handle(const std::optional<Fault>& fault,
@@ -133,13 +155,6 @@ class Service {
       } catch (const StoreFailure& failure) {
         return failed<Results...>(errorFor(failure));
       }
-    }
-
-    template <class... Results>
-    static std::tuple<Results...> failed(ErrorPtr error) {
-      std::tuple<Results...> results;
-      std::get<sizeof...(Results) - 1>(results) = std::move(error);
-      return results;
     }
   };
 

@@ -83,21 +83,26 @@ std::int64_t Database::integer(std::string_view sql) {
   return statement.next() ? statement.integer(0) : 0;
 }
 
-Transaction::Transaction(Database& database, const std::string& kind) : database_(database) {
-  database_.run("BEGIN " + kind);
+Transaction::Transaction(Database& database, const std::string& kind)
+    : database_(database), isWithin_(database.isInTransaction()) {
+  database_.run(isWithin_ ? "SAVEPOINT part" : "BEGIN " + kind);
 }
 
 Transaction::~Transaction() {
   if (!open_) return;
   try {
-    database_.run("ROLLBACK");
+    if (isWithin_) {
+      database_.runAll("ROLLBACK TO part; RELEASE part");
+    } else {
+      database_.run("ROLLBACK");
+    }
   } catch (const StoreFailure&) {
     // A failed write may have rolled back by itself, and then there is nothing left to undo.
   }
 }
 
 void Transaction::commit() {
-  database_.run("COMMIT");
+  database_.run(isWithin_ ? "RELEASE part" : "COMMIT");
   open_ = false;
 }
 

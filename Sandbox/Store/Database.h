@@ -83,6 +83,7 @@ class Database {
   std::int64_t allChanges() {
     return sqlite3_total_changes64(connection_.get()) + integer("PRAGMA data_version");
   }
+  bool isInTransaction() const { return sqlite3_get_autocommit(connection_.get()) == 0; }
   std::int64_t lastRow() const { return sqlite3_last_insert_rowid(connection_.get()); }
 
  private:
@@ -93,10 +94,11 @@ class Database {
   std::unique_ptr<sqlite3, Closer> connection_;
 };
 
-/// Rolls back unless it was committed.
+/// Rolls back unless it was committed. One within another is a part of it, and is rolled back
+/// alone.
 class Transaction {
  public:
-  /// `kind` is "IMMEDIATE" or "EXCLUSIVE".
+  /// `kind` is "IMMEDIATE" or "EXCLUSIVE"; the outermost decides.
   explicit Transaction(Database& database, const std::string& kind = "IMMEDIATE");
   ~Transaction();
   Transaction(const Transaction&) = delete;
@@ -106,6 +108,7 @@ class Transaction {
 
  private:
   Database& database_;
+  const bool isWithin_;
   bool open_ = true;
 };
 

@@ -14,8 +14,9 @@ constexpr const char* saltSetting = "kept-answers-salt";
 /// Made when it is first needed: most stores serve one process only.
 void makeTable(Database& database) {
   database.run(
-      "CREATE TABLE IF NOT EXISTS kept_answers (number INTEGER PRIMARY KEY AUTOINCREMENT, "
-      "key TEXT NOT NULL UNIQUE, request TEXT NOT NULL, status INTEGER, body TEXT)");
+      "CREATE TABLE IF NOT EXISTS answered_requests (number INTEGER PRIMARY KEY AUTOINCREMENT, "
+      "key TEXT NOT NULL UNIQUE, request TEXT NOT NULL, status INTEGER NOT NULL, "
+      "body TEXT NOT NULL)");
 }
 
 std::string randomLetters() {
@@ -28,42 +29,34 @@ std::string randomLetters() {
 
 }  // namespace
 
-KeptAnswers::Claim KeptAnswers::claim(const std::string& key, const std::string& request) {
-  return store_->write([&](Database& database) -> Claim {
+std::optional<KeptAnswers::Answer> KeptAnswers::find(const std::string& key) {
+  return store_->write([&](Database& database) -> std::optional<Answer> {
     makeTable(database);
-    {
-      auto row =
-          database.query("SELECT request, status, body FROM kept_answers WHERE key = ?", key);
-      if (row.next()) {
-        if (row.text(0) != request) return {State::differs, std::nullopt};
-        const auto status = row.integerOrNull(1);
-        if (!status) return {State::unfinished, std::nullopt};
-        return {State::answered, Answer{*status, row.text(2)}};
-      }
-    }
-    database.run("INSERT INTO kept_answers (key, request) VALUES (?, ?)", key, request);
-    database.run("DELETE FROM kept_answers WHERE number <= ?", database.lastRow() - answersKept);
-    return {State::claimed, std::nullopt};
+    auto row =
+        database.query("SELECT request, status, body FROM answered_requests WHERE key = ?", key);
+    if (!row.next()) return std::nullopt;
+    return Answer{row.text(0), row.integer(1), row.text(2)};
   });
 }
 
 void KeptAnswers::keep(const std::string& key, const Answer& answer) {
   store_->write([&](Database& database) {
-    database.run("UPDATE kept_answers SET status = ?, body = ? WHERE key = ?", answer.status,
-                 answer.body, key);
+    makeTable(database);
+    database.run("INSERT INTO answered_requests (key, request, status, body) VALUES (?, ?, ?, ?)",
+                 key, answer.request, answer.status, answer.body);
+    database.run("DELETE FROM answered_requests WHERE number <= ?",
+                 database.lastRow() - answersKept);
   });
 }
 
-void KeptAnswers::release(const std::string& key) {
-  store_->write([&](Database& database) {
-    database.run("DELETE FROM kept_answers WHERE key = ? AND status IS NULL", key);
-  });
+void KeptAnswers::asOne(const std::function<void()>& body) {
+  store_->write([&](Database&) { body(); });
 }
 
 void KeptAnswers::forgetAll() {
   store_->write([](Database& database) {
     makeTable(database);
-    database.run("DELETE FROM kept_answers");
+    database.run("DELETE FROM answered_requests");
   });
 }
 

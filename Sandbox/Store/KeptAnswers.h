@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,28 +22,19 @@ class KeptAnswers {
   explicit KeptAnswers(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
   struct Answer {
+    /// Of the request that was answered.
+    std::string request;
     std::int64_t status = 0;
     std::string body;
   };
-  enum class State {
-    /// The key is new: the caller answers the request, and then keeps the answer or releases the
-    /// key.
-    claimed,
-    /// An earlier request with the key was another one.
-    differs,
-    /// An earlier one is under way, or was lost with its process.
-    unfinished,
-    answered,
-  };
-  struct Claim {
-    State state;
-    std::optional<Answer> answer;
-  };
 
-  Claim claim(const std::string& key, const std::string& request);
+  /// What was answered to the request with that key; missing when nothing was.
+  std::optional<Answer> find(const std::string& key);
+  /// Throws when the key has an answer already.
   void keep(const std::string& key, const Answer& answer);
-  /// Forgets a claim.
-  void release(const std::string& key);
+  /// What `body` does to the store, on this thread, is done as a whole when this returns, and not
+  /// at all when it throws: an effect and its answer are there together or neither is.
+  void asOne(const std::function<void()>& body);
   /// Forgets everything, so that every key is new.
   void forgetAll();
 

@@ -14,7 +14,8 @@ namespace hlv::sandbox {
 
 /// What `write` returned is on disk. Several processes may use one file at once.
 ///
-/// Threading: any. One thread is inside at a time, so a body calls nothing that enters again.
+/// Threading: any. One thread is inside at a time. A body may enter again: what it writes there is
+/// a part of the same transaction, and undone alone when only the inner body throws.
 class Store {
  public:
   struct Opened {
@@ -63,7 +64,7 @@ class Store {
   }
 
  private:
-  std::mutex mutex_;
+  std::recursive_mutex mutex_;
   const std::unique_ptr<Database> database_;
 };
 

@@ -12,6 +12,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Sandbox/Sandbox.h"
 #include "Sandbox/SandboxError.h"
+#include "Sandbox/Service/Failed.h"
 #include "Sandbox/Service/Summary.h"
 #include "Sandbox/TransportError.h"
 #include "Services/Remote/CallThreads.h"
@@ -65,23 +66,17 @@ class RemoteService {
                                    const Reading<Results...>& reading) const {
       try {
         if (!isReachable(local->host()->reachability()->currentState())) {
-          return failed<Results...>(sandbox::notConnectedError());
+          return sandbox::failed<Results...>(sandbox::notConnectedError());
         }
         const auto answer = client.send(request());
-        if (answer.error) return failed<Results...>(answer.error);
+        if (answer.error) return sandbox::failed<Results...>(answer.error);
         return reading(answer.body);
       } catch (const sandbox::Refusal& refusal) {
-        return failed<Results...>(refusal.error);
+        return sandbox::failed<Results...>(refusal.error);
       } catch (const Json::exception&) {
-        return failed<Results...>(sandbox::transportError(sandbox::TransportErrorCode::unreadable));
+        return sandbox::failed<Results...>(
+            sandbox::transportError(sandbox::TransportErrorCode::unreadable));
       }
-    }
-
-    template <class... Results>
-    static std::tuple<Results...> failed(ErrorPtr error) {
-      std::tuple<Results...> results;
-      std::get<sizeof...(Results) - 1>(results) = std::move(error);
-      return results;
     }
   };
 

@@ -2,6 +2,8 @@
 
 #include <fstream>
 
+#include "Host/PaylevenFramework/PLVInAppClient.h"
+#include "Sandbox/Store/KeptAnswers.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {
@@ -79,6 +81,30 @@ TEST_F(StoreTest, IdentifiersRepeatUnderASeedWhichAStoreKeepsAndDifferWithoutOne
   EXPECT_EQ(made[0], made[1]);
   EXPECT_NE(made[0], made[2]);
   EXPECT_NE(made[3], made[4]);
+}
+
+TEST_F(StoreTest, AnEffectIsThereWithWhatWasKeptOfItsAnswerOrNotAtAll) {
+  start();
+  auto& kept = sandbox->keptAnswers();
+  const auto host = sandbox->hostBehindDoors([&](const std::function<void()>& serve) {
+    kept.asOne([&] {
+      serve();
+      // Fails the second time.
+      kept.keep("key", {"request", 201, "{}"});
+    });
+  });
+  const auto& card = findTestCard("visa")->fields;
+  const auto instrument = host->makeCreditCardPaymentInstrument(
+      card.pan, card.expiryMonth, card.expiryYear, card.cvv, card.cardHolder);
+  std::vector<std::string> heard;
+  for (int time = 0; time < 2; ++time) {
+    host->inAppClient()->createUserToken(
+        email, instrument, "default",
+        [&](const NullableString&, const ErrorPtr& error) { heard.push_back(nameOf(error)); });
+    pumpUntilQuiet();
+    EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
+  }
+  EXPECT_EQ(heard, (std::vector<std::string>{"none", "none", "none", "PLVErrorDomain 507"}));
 }
 
 }  // namespace
