@@ -35,6 +35,9 @@ hlv_add_tests(SecrecyTests
     Tests/Secrecy/ProcessMemoryTests.cpp
     Tests/Support/ScriptedHost.cpp
   LIBRARIES HLVSDKPaylevenKit)
+if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")
+  target_compile_definitions(SecrecyTests PRIVATE HLV_KEEPS_WHAT_IS_FREED)
+endif()
 hlv_add_tests(StressTests
   SOURCES
     Tests/Stress/StressHost.cpp

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the kit, static with the sandbox and shared without, into a temporary prefix, and builds
-# and runs the examples against it as a stranger would.
+# and runs the examples against it as a stranger would: with the machine's own compiler, which is
+# g++, while the tests are built with clang.
 # Usage: installed-package.sh SOURCE_DIR BUILD_DIR
 set -euo pipefail
 source_dir=$1

@@ -82,7 +82,7 @@ __attribute__((noinline)) void farDownTheStack(Work work) {
 /// Up to fifteen characters lie in the string itself, and more on the heap. There an allocator
 /// writes over the beginning of what is freed, or gives it to somebody else, unless it is unusually
 /// large or the sanitizer keeps it.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef HLV_KEEPS_WHAT_IS_FREED
 constexpr std::size_t lengths[] = {15, 19};
 #else
 constexpr std::size_t lengths[] = {15, 19, 600};
