@@ -6,18 +6,10 @@
 #include "Platform/SharedSlot.h"
 
 namespace hlv {
-namespace {
 
-SharedSlot<Host>& installed() {
-  static SharedSlot<Host> slot;
-  return slot;
-}
+std::shared_ptr<Host> Host::current() { return processSlot<Host>().load(); }
 
-}  // namespace
-
-std::shared_ptr<Host> Host::current() { return installed().load(); }
-
-void Host::install(std::shared_ptr<Host> host) { installed().store(std::move(host)); }
+void Host::install(std::shared_ptr<Host> host) { processSlot<Host>().store(std::move(host)); }
 
 void Host::sayOnceThatNoneIsInstalled() {
   static std::atomic_flag said;

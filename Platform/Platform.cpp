@@ -4,22 +4,14 @@
 #include "Platform/SharedSlot.h"
 
 namespace hlv {
-namespace {
-
-SharedSlot<Platform>& installed() {
-  static SharedSlot<Platform> slot;
-  return slot;
-}
-
-}  // namespace
 
 std::shared_ptr<Platform> Platform::current() {
-  if (auto platform = installed().load()) return platform;
+  if (auto platform = processSlot<Platform>().load()) return platform;
   return DefaultPlatform::shared();
 }
 
 void Platform::install(std::shared_ptr<Platform> platform) {
-  installed().store(std::move(platform));
+  processSlot<Platform>().store(std::move(platform));
 }
 
 }  // namespace hlv

@@ -27,4 +27,17 @@ class SharedSlot {
   std::shared_ptr<T> value_;
 };
 
+/// The process's own slot for a `T`. It is emptied when the process exits and never destroyed: a
+/// thread that is still at work then finds nothing there, and not something that is gone.
+template <class T>
+SharedSlot<T>& processSlot() {
+  struct Emptied {
+    SharedSlot<T>& slot;
+    ~Emptied() { slot.store(nullptr); }
+  };
+  static auto& slot = *new SharedSlot<T>;
+  static const Emptied emptied{slot};
+  return slot;
+}
+
 }  // namespace hlv

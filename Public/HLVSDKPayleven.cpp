@@ -16,10 +16,7 @@
 namespace hlv {
 namespace {
 
-SharedSlot<HLVSDKPayleven>& sharedSlot() {
-  static SharedSlot<HLVSDKPayleven> slot;
-  return slot;
-}
+SharedSlot<HLVSDKPayleven>& sharedSlot() { return processSlot<HLVSDKPayleven>(); }
 
 Once& sharedOnce() {
   static Once once;

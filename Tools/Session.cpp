@@ -48,6 +48,11 @@ Session::Session(const GlobalOptions& options)
   Host::install(remote_ ? remote_ : sandbox_->host());
 }
 
+Session::~Session() {
+  HLVSDKPayleven::resetSharedInstance();
+  Host::install(nullptr);
+}
+
 std::shared_ptr<sandbox::Tester> Session::tester() const {
   if (remote_) return remote_->tester();
   return std::make_shared<sandbox::EmbeddedTester>(sandbox_);

@@ -23,6 +23,8 @@ class Session {
   /// Opens the store and installs the sandbox as the host, or a host that speaks to the services
   /// elsewhere. Throws Problem when it cannot, or when they do not answer.
   explicit Session(const GlobalOptions& options);
+  /// Lets go of kit and host, so that none of their threads works while the process exits.
+  ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 

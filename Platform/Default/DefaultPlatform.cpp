@@ -30,7 +30,12 @@ std::shared_ptr<DefaultPlatform> DefaultPlatform::make() {
 }
 
 std::shared_ptr<DefaultPlatform> DefaultPlatform::shared() {
-  static const std::shared_ptr<DefaultPlatform> platform = make();
+  struct Ended {
+    WorkerThreads& workers;
+    ~Ended() { workers.end(); }
+  };
+  static const auto& platform = *new std::shared_ptr<DefaultPlatform>(make());
+  static const Ended ended{*platform->state_->workers};
   return platform;
 }
 

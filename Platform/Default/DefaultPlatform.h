@@ -19,7 +19,8 @@ namespace hlv {
 /// Threading: `runPending` and `runUntil` on the main thread; everything else on any thread.
 class HLV_EXPORT DefaultPlatform final : public Platform {
  public:
-  /// The one that is used while no other platform is installed; lives until the process exits.
+  /// The one that is used while no other platform is installed. When the process exits, its serial
+  /// queues stop after the blocks that run; it is never destroyed, as other threads may still post.
   static std::shared_ptr<DefaultPlatform> shared();
   /// A platform with queues, threads and observers of its own.
   static std::shared_ptr<DefaultPlatform> make();

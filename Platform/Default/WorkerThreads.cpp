@@ -4,9 +4,17 @@
 
 namespace hlv {
 
-WorkerThreads::~WorkerThreads() {
+WorkerThreads::~WorkerThreads() { end(); }
+
+void WorkerThreads::end() {
+  std::vector<std::thread> ending;
+  {
+    const std::lock_guard lock(mutex_);
+    hasEnded_ = true;
+    ending.swap(threads_);
+  }
   line_->close();
-  for (auto& thread : threads_) {
+  for (auto& thread : ending) {
     const bool isThisOne = thread.get_id() == std::this_thread::get_id();
     isThisOne ? thread.detach() : thread.join();
   }
@@ -15,8 +23,8 @@ WorkerThreads::~WorkerThreads() {
 void WorkerThreads::post(Block block, std::shared_ptr<BlockLine::Lane> lane) {
   line_->post(std::move(block), std::move(lane));
   constexpr std::size_t count = 2;
-  const std::lock_guard lock(starting_);
-  while (threads_.size() < count) {
+  const std::lock_guard lock(mutex_);
+  while (!hasEnded_ && threads_.size() < count) {
     threads_.emplace_back([line = line_, finished = finished_] {
       pthread_setname_np(pthread_self(), "serial-queue");
       while (line->runOne(BlockLine::Wait::forBlock)) finished();

@@ -22,13 +22,16 @@ class WorkerThreads {
   ~WorkerThreads();
 
   void post(Block block, std::shared_ptr<BlockLine::Lane> lane);
+  /// Waits for the blocks that run; no other runs any more.
+  void end();
   bool isIdle() const { return line_->isIdle(); }
 
  private:
-  // A thread on which this object is destroyed goes on without it to the end of its block.
+  // A thread on which this object ends goes on without it to the end of its block.
   const std::shared_ptr<BlockLine> line_ = std::make_shared<BlockLine>();
   const std::function<void()> finished_;
-  std::mutex starting_;
+  std::mutex mutex_;
+  bool hasEnded_ = false;
   std::vector<std::thread> threads_;
 };
 

@@ -1,4 +1,6 @@
 // The kit with no host installed.
+#include <cstdlib>
+
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 #include "Public/HLVSDKPayleven.h"
@@ -30,6 +32,23 @@ TEST_F(KitTest, WithoutAHostEverythingAnswersNullAndItIsSaidOnce) {
   platform->runEverything();
   EXPECT_EQ(outcome.count, 2) << "both are refused offline";
   EXPECT_EQ(outcome.error, nullptr) << "and there is no facade to make an error";
+}
+
+/// What was registered first runs last, when everything that came later is gone.
+void exitWithSomethingToPost() {
+  std::atexit([] {
+    const auto platform = Platform::current();
+    platform->mainQueue()->async([] {});
+    platform->makeSerialQueue("late")->async([] { std::abort(); });
+    if (Host::current()) std::abort();
+  });
+  Host::install(std::make_shared<ScriptedHost>());
+  Platform::current()->makeSerialQueue("early")->async([] {});
+  std::exit(0);
+}
+
+TEST(ProcessExitDeathTest, PlatformAndHostMayBeAskedToTheVeryEnd) {
+  EXPECT_EXIT(exitWithSomethingToPost(), ::testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
