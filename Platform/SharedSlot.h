@@ -1,6 +1,7 @@
 // A shared reference that several threads may read and replace.
 #pragma once
 
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -31,12 +32,10 @@ class SharedSlot {
 /// thread that is still at work then finds nothing there, and not something that is gone.
 template <class T>
 SharedSlot<T>& processSlot() {
-  struct Emptied {
-    SharedSlot<T>& slot;
-    ~Emptied() { slot.store(nullptr); }
-  };
-  static auto& slot = *new SharedSlot<T>;
-  static const Emptied emptied{slot};
+  static auto& slot = []() -> SharedSlot<T>& {
+    std::atexit([] { processSlot<T>().store(nullptr); });
+    return *new SharedSlot<T>;
+  }();
   return slot;
 }
 

@@ -16,7 +16,10 @@
 namespace hlv {
 namespace {
 
-SharedSlot<HLVSDKPayleven>& sharedSlot() { return processSlot<HLVSDKPayleven>(); }
+SharedSlot<HLVSDKPayleven>& sharedSlot() {
+  static SharedSlot<HLVSDKPayleven> slot;
+  return slot;
+}
 
 Once& sharedOnce() {
   static Once once;

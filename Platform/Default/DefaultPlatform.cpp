@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <thread>
 #include <utility>
 
@@ -30,12 +31,10 @@ std::shared_ptr<DefaultPlatform> DefaultPlatform::make() {
 }
 
 std::shared_ptr<DefaultPlatform> DefaultPlatform::shared() {
-  struct Ended {
-    WorkerThreads& workers;
-    ~Ended() { workers.end(); }
-  };
-  static const auto& platform = *new std::shared_ptr<DefaultPlatform>(make());
-  static const Ended ended{*platform->state_->workers};
+  static const auto& platform = []() -> const std::shared_ptr<DefaultPlatform>& {
+    std::atexit([] { shared()->state_->workers->end(); });
+    return *new std::shared_ptr<DefaultPlatform>(make());
+  }();
   return platform;
 }
 

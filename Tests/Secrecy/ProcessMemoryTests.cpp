@@ -30,13 +30,13 @@ struct HiddenDigits {
   CardDataSearch search() const {
     auto digits = readable();
     CardDataSearch made(*digits, "");
-    ::explicit_bzero(digits->data(), digits->size());
+    ::explicit_bzero(&digits->front(), digits->size());
     return made;
   }
   std::string lastFour() const {
     auto digits = readable();
     std::string last = digits->substr(length - 4);
-    ::explicit_bzero(digits->data(), digits->size());
+    ::explicit_bzero(&digits->front(), digits->size());
     return last;
   }
 };
@@ -106,23 +106,23 @@ TEST_F(ProcessMemoryTest, HoldsNoNumberAndNoCodeAfterAnyOperation) {
   const auto refusal = makeError("refused");
   const struct {
     const char* name;
-    bool isFirst;
     std::function<void()> answers;
+    bool isFirst;
     bool isValid = true, isOnline = true;
     int reports = 1;
   } rows[] = {
-      {"first card", true, [&] { token(), listed(), registered(); }},
-      {"further card", false, [&] { stored(), listed(), registered(); }},
-      {"invalid", true, [] {}, false},
-      {"offline", true, [] {}, true, false},
-      {"first declined", true, [&] { provider.tokens.answer(std::nullopt, refusal); }},
-      {"further declined", false, [&] { provider.adds.answer(refusal); }},
-      {"no token", true, [&] { provider.tokens.answer(std::nullopt, nullptr); }},
-      {"no list", true, [&] { token(), provider.lists.answer(std::nullopt, refusal); }},
-      {"not listed", false, [&] { stored(), notListed(); }},
-      {"first refused", true, [&] { token(), listed(), registered(refusal); }},
-      {"further refused", false, [&] { stored(), listed(), registered(refusal); }},
-      {"never answered", true, [&] { host->dropEverything(); }, true, true, 0},
+      {"first card", [&] { token(), listed(), registered(); }, true},
+      {"further card", [&] { stored(), listed(), registered(); }, false},
+      {"invalid", [] {}, true, false},
+      {"offline", [] {}, true, true, false},
+      {"first declined", [&] { provider.tokens.answer(std::nullopt, refusal); }, true},
+      {"further declined", [&] { provider.adds.answer(refusal); }, false},
+      {"no token", [&] { provider.tokens.answer(std::nullopt, nullptr); }, true},
+      {"no list", [&] { token(), provider.lists.answer(std::nullopt, refusal); }, true},
+      {"not listed", [&] { stored(), notListed(); }, false},
+      {"first refused", [&] { token(), listed(), registered(refusal); }, true},
+      {"further refused", [&] { stored(), listed(), registered(refusal); }, false},
+      {"never answered", [&] { host->dropEverything(); }, true, true, true, 0},
   };
   std::uint32_t seed = 0;
   for (const auto& row : rows) {
