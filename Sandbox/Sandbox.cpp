@@ -153,14 +153,14 @@ void Sandbox::reset() {
   // First, so that what they tell is forgotten too, and a kit has no guest to synchronise.
   if (signedInEmail()) signOut();
   if (!isReachable()) setReachable(true);
-  parts_->store->write([](Database& database) {
+  parts_->store->write([this](Database& database) {
     // Cards before guests and instruments before users, since they refer to them.
     for (const char* table : {"backend_cards", "backend_guests", "provider_instruments",
                               "provider_users", "faults", "firings", "events", "operations"}) {
       database.run(std::string("DELETE FROM ") + table);
     }
+    parts_->keptAnswers->forgetAll();
   });
-  parts_->keptAnswers->forgetAll();
 }
 
 std::vector<BackendCard> Sandbox::backendCards() const {

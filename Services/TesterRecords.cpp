@@ -1,7 +1,5 @@
 #include "Services/TesterRecords.h"
 
-#include <utility>
-
 namespace hlv::services {
 
 Json newFaultJson(const sandbox::Fault& fault) {
