@@ -1,27 +1,17 @@
 #include "Platform/Once.h"
 
+#include <utility>
+
 namespace hlv {
 
 void Once::run(const std::function<void()>& body) {
-  {
-    std::unique_lock lock(mutex_);
-    if (state_ == State::running && runner_ == std::this_thread::get_id()) return;
-    finished_.wait(lock, [this] { return state_ != State::running; });
-    if (state_ == State::done) return;
-    state_ = State::running;
-    runner_ = std::this_thread::get_id();
-  }
-  body();
-  {
-    const std::lock_guard lock(mutex_);
-    state_ = State::done;
-  }
-  finished_.notify_all();
+  const std::lock_guard lock(mutex_);
+  if (!std::exchange(hasBegun_, true)) body();
 }
 
 void Once::reset() {
   const std::lock_guard lock(mutex_);
-  state_ = State::idle;
+  hasBegun_ = false;
 }
 
 }  // namespace hlv

@@ -14,7 +14,7 @@ std::int64_t Value::integerValue() const {
 }
 
 const Value& valueForKey(const Dictionary& dictionary, const NullableString& key) {
-  static const Value null;
+  static const auto& null = *new Value;
   if (!key) return null;
   const auto found = dictionary.find(*key);
   return found == dictionary.end() ? null : found->second;

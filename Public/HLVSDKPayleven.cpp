@@ -16,11 +16,6 @@
 namespace hlv {
 namespace {
 
-SharedSlot<HLVSDKPayleven>& sharedSlot() {
-  static SharedSlot<HLVSDKPayleven> slot;
-  return slot;
-}
-
 Once& sharedOnce() {
   static Once once;
   return once;
@@ -69,14 +64,17 @@ void HLVSDKPayleven::enableWithConfiguration(
   sharedInstanceWithConfiguration(configuration, kitConfiguration);
 }
 
-std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() { return sharedSlot().load(); }
+std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() {
+  return processSlot<HLVSDKPayleven>().load();
+}
 
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstanceWithConfiguration(
     const std::shared_ptr<HLVSDKConfiguration>& configuration,
     const std::shared_ptr<HLVSDKPaylevenKitConfiguration>& kitConfiguration) {
-  sharedOnce().run(
-      [&] { sharedSlot().store(initWithConfiguration(configuration, kitConfiguration)); });
-  return sharedSlot().load();
+  sharedOnce().run([&] {
+    processSlot<HLVSDKPayleven>().store(initWithConfiguration(configuration, kitConfiguration));
+  });
+  return processSlot<HLVSDKPayleven>().load();
 }
 
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::initWithConfiguration(
@@ -193,12 +191,12 @@ void HLVSDKPayleven::handleReachabilityChangedNotification(const Notification& n
 }
 
 void HLVSDKPayleven::resetSharedInstance() {
-  sharedSlot().store(nullptr);
+  processSlot<HLVSDKPayleven>().store(nullptr);
   sharedOnce().reset();
 }
 
 void HLVSDKPayleven::setSharedInstance(std::shared_ptr<HLVSDKPayleven> instance) {
-  sharedSlot().store(std::move(instance));
+  processSlot<HLVSDKPayleven>().store(std::move(instance));
 }
 
 }  // namespace hlv

@@ -6,7 +6,7 @@
 namespace hlv::sandbox {
 
 std::shared_ptr<const HLVSDKConstants> sandboxConstants() {
-  static const auto constants = std::make_shared<const HLVSDKConstants>(HLVSDKConstants{
+  static const auto& constants = *new auto(std::make_shared<const HLVSDKConstants>(HLVSDKConstants{
       .useCaseDefault = "default",
       .useCasePrivate = "private",
       .useCaseBusiness = "business",
@@ -19,7 +19,7 @@ std::shared_ptr<const HLVSDKConstants> sandboxConstants() {
       .reachabilityStateNotification = "HLVSDKReachabilityDidChangeReachabilityStateNotification",
       .reachabilityStateKey = "HLVSDKReachabilityDidChangeReachabilityNotificationStateKey",
       .reachabilityPreviousStateKey =
-          "HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey"});
+          "HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey"}));
   return constants;
 }
 

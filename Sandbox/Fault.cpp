@@ -19,8 +19,8 @@ struct Possible {
   std::vector<std::string> kinds;
 };
 
-const std::vector<Possible>& possibilities() {
-  static const std::vector<Possible> all = {
+std::vector<Possible> possibilities() {
+  return {
       {"updateCurrentGuestWithRequest", false, {}},
       {"addCreditCardForGuest", true, {}},
       {"deleteCreditCardWithID", false, {}},
@@ -31,13 +31,10 @@ const std::vector<Possible>& possibilities() {
       {"getPaymentInstrumentsList", true, {"no-list", "no-identifier", "other-state"}},
       {"removePaymentInstrument", true, {}},
   };
-  return all;
 }
 
-const std::vector<std::string>& kindsOfAll() {
-  static const std::vector<std::string> kinds = {"error",   "delay", "refused", "reset",
-                                                 "garbage", "never", "twice"};
-  return kinds;
+std::vector<std::string> kindsOfAll() {
+  return {"error", "delay", "refused", "reset", "garbage", "never", "twice"};
 }
 
 bool contains(const std::vector<std::string>& list, const std::string& text) {
@@ -58,7 +55,7 @@ std::vector<std::string> kindsOf(const Possible& possible) {
 
 /// One plain sentence about what is wrong with a fault, or an empty string.
 std::string problemOf(const Fault& fault) {
-  const auto& all = possibilities();
+  const auto all = possibilities();
   const auto possible = std::find_if(all.begin(), all.end(), [&](const Possible& candidate) {
     return candidate.operation == fault.operation;
   });
@@ -136,26 +133,20 @@ std::optional<Fault> chosen(Database& database, std::vector<Fault> faults) {
 
 Faults::Faults(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-const std::vector<std::string>& Faults::operations() {
-  static const auto names = [] {
-    std::vector<std::string> all;
-    for (const auto& possible : possibilities()) all.push_back(possible.operation);
-    return all;
-  }();
+std::vector<std::string> Faults::operations() {
+  std::vector<std::string> names;
+  for (const auto& possible : possibilities()) names.push_back(possible.operation);
   return names;
 }
 
-const std::vector<std::string>& Faults::kinds() {
-  static const auto all = [] {
-    auto kinds = kindsOfAll();
-    for (const auto& possible : possibilities()) {
-      for (const auto& kind : possible.kinds) {
-        if (!contains(kinds, kind)) kinds.push_back(kind);
-      }
+std::vector<std::string> Faults::kinds() {
+  auto kinds = kindsOfAll();
+  for (const auto& possible : possibilities()) {
+    for (const auto& kind : possible.kinds) {
+      if (!contains(kinds, kind)) kinds.push_back(kind);
     }
-    return kinds;
-  }();
-  return all;
+  }
+  return kinds;
 }
 
 std::string Faults::arm(const Fault& fault) {

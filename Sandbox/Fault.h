@@ -53,11 +53,11 @@ class Faults {
   explicit Faults(std::shared_ptr<Store> store);
 
   /// The operations that can fail, backend first.
-  static const std::vector<std::string>& operations();
+  static std::vector<std::string> operations();
   /// "error", "delay", "refused", "reset", "garbage", "never", "twice", "no-token",
   /// "no-identifier", "other-state", "no-list". A call that is refused reaches nobody; one that is
   /// reset or answered with garbage was served, and only the caller does not know.
-  static const std::vector<std::string>& kinds();
+  static std::vector<std::string> kinds();
 
   /// Returns one plain sentence when the fault makes no sense, or an empty string.
   std::string arm(const Fault& fault);

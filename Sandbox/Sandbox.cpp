@@ -135,7 +135,7 @@ std::string Sandbox::plantInstrument(const CardFields& card) {
   return "";
 }
 
-const std::vector<std::string>& Sandbox::scenes() { return Scenes::names(); }
+std::vector<std::string> Sandbox::scenes() { return Scenes::names(); }
 
 std::string Sandbox::makeScene(const std::string& name) {
   const auto email = signedInEmail();

@@ -91,7 +91,7 @@ class Sandbox {
   /// backend only), "same-card-twice" (at the provider), "lost-token" (the backend forgot it).
   /// Returns one plain sentence when it cannot, or an empty string.
   std::string makeScene(const std::string& name);
-  static const std::vector<std::string>& scenes();
+  static std::vector<std::string> scenes();
   /// Forgets guests, cards, instruments, faults, the answers that services keep and the story,
   /// turns the network on and tells the app that nobody is signed in. Identifiers go on where they
   /// were.

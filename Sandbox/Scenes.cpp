@@ -5,11 +5,9 @@
 
 namespace hlv::sandbox {
 
-const std::vector<std::string>& Scenes::names() {
-  static const std::vector<std::string> names = {"instrument-without-card",
-                                                 "card-without-instrument", "half-deleted",
-                                                 "same-card-twice", "lost-token"};
-  return names;
+std::vector<std::string> Scenes::names() {
+  return {"instrument-without-card", "card-without-instrument", "half-deleted", "same-card-twice",
+          "lost-token"};
 }
 
 std::string Scenes::make(const std::string& name) {

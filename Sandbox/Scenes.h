@@ -18,7 +18,7 @@ class Scenes {
   Scenes(Backend& backend, Provider& provider, std::string email)
       : backend_(backend), provider_(provider), email_(std::move(email)) {}
 
-  static const std::vector<std::string>& names();
+  static std::vector<std::string> names();
   /// Returns one plain sentence when it cannot, or an empty string. Throws `Refusal`.
   std::string make(const std::string& name);
 

@@ -66,7 +66,7 @@ std::vector<TestCard> testCards() {
 }
 
 const TestCard* findTestCard(const std::string& name) {
-  static const auto cards = testCards();
+  static const auto& cards = *new std::vector<TestCard>(testCards());
   const auto found = std::find_if(cards.begin(), cards.end(),
                                   [&](const TestCard& card) { return card.name == name; });
   return found == cards.end() ? nullptr : &*found;

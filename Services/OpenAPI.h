@@ -3,12 +3,12 @@
 // Threading: constant data; any.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 namespace hlv::services {
 
 /// OpenAPI 3, from the files in `Services/openapi/`.
-const std::string& backendOpenAPI();
-const std::string& providerOpenAPI();
+std::string_view backendOpenAPI();
+std::string_view providerOpenAPI();
 
 }  // namespace hlv::services

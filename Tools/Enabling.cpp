@@ -30,9 +30,8 @@ std::shared_ptr<Object> kitConfiguration(const std::string& way) {
 
 }  // namespace
 
-const std::vector<std::string>& Enabling::ways() {
-  static const std::vector<std::string> ways{"normal", "no-entry", "wrong-class", "no-key", "none"};
-  return ways;
+std::vector<std::string> Enabling::ways() {
+  return {"normal", "no-entry", "wrong-class", "no-key", "none"};
 }
 
 void Enabling::enable(const std::string& way) {

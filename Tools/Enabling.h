@@ -11,7 +11,7 @@ namespace hlv::tool {
 class Enabling {
  public:
   /// "normal", and "no-entry", "wrong-class", "no-key" and "none".
-  static const std::vector<std::string>& ways();
+  static std::vector<std::string> ways();
   /// Enables the kit in one of these ways.
   static void enable(const std::string& way);
 };

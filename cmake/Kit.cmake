@@ -39,7 +39,7 @@ target_include_directories(HLVSDKPaylevenKit
   PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/HLVSDKPaylevenKit>)
 target_link_libraries(HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_flags> PUBLIC Threads::Threads)
+  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> PUBLIC Threads::Threads)
 set_target_properties(HLVSDKPaylevenKit PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 

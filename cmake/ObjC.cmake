@@ -63,7 +63,7 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Host/RequestBody.mm
   ObjC/Host/Services.mm)
 target_link_libraries(HLVSDKPaylevenKitObjC
-  PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_flags)
+  PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_shipped_flags)
 
 if(HLVSDKPAYLEVENKIT_OBJC_TESTS)
   enable_testing()

@@ -27,7 +27,7 @@ add_library(HLVSandboxObjC STATIC
   ObjC/Sandbox/SandboxUpdateGuestRequest.mm
   ObjC/Sandbox/SidesAsLines.mm)
 target_link_libraries(HLVSandboxObjC
-  PUBLIC HLVSDKPaylevenKitObjC HLVSDKPaylevenSandbox PRIVATE hlv_flags)
+  PUBLIC HLVSDKPaylevenKitObjC HLVSDKPaylevenSandbox PRIVATE hlv_shipped_flags)
 
 # The classes are those of frameworks: the kit asks for them by name, so all of them are linked,
 # whether or not the app names them.

@@ -15,7 +15,7 @@ add_executable(ObjCTests
 set(run_time_table ${PROJECT_SOURCE_DIR}/Tests/ObjC/runtime-table.txt)
 target_compile_definitions(ObjCTests PRIVATE HLV_RUN_TIME_TABLE="${run_time_table}")
 # Whole: a class that is only looked up by its name must be there too.
-target_link_libraries(ObjCTests PRIVATE hlv_flags GTest::gtest_main
+target_link_libraries(ObjCTests PRIVATE hlv_shipped_flags GTest::gtest_main
   $<LINK_LIBRARY:WHOLE_ARCHIVE,HLVSDKPaylevenKitObjC>)
 gtest_discover_tests(ObjCTests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS ObjCTests)
 

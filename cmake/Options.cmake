@@ -31,6 +31,13 @@ if(HLVSDKPAYLEVENKIT_SANITIZE)
   target_link_options(hlv_flags INTERFACE -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE})
 endif()
 
+# What is shipped. A thread may be at work to the very end of its process, so the exit destroys
+# nothing that it may ask for.
+add_library(hlv_shipped_flags INTERFACE)
+target_link_libraries(hlv_shipped_flags INTERFACE hlv_flags)
+target_compile_options(hlv_shipped_flags INTERFACE
+  $<$<CXX_COMPILER_ID:Clang>:-Wexit-time-destructors>)
+
 # The queue library is headers only, and its symbols stay inside. Left to itself it chooses its
 # allocator by the headers that come before its own, and two sources of one program may then
 # disagree; so every wing that uses it takes it from here.

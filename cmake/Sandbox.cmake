@@ -49,4 +49,4 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/TransportError.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_flags> $<BUILD_INTERFACE:hlv_asio> SQLite::SQLite3 spdlog::spdlog)
+  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> SQLite::SQLite3 spdlog::spdlog)

@@ -65,4 +65,4 @@ add_library(HLVSDKPaylevenServices STATIC
   ${PROJECT_BINARY_DIR}/Services/Page.cpp)
 target_link_libraries(HLVSDKPaylevenServices
   PUBLIC HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json
-  PRIVATE hlv_flags PkgConfig::HTTPLIB OpenSSL::Crypto)
+  PRIVATE hlv_shipped_flags PkgConfig::HTTPLIB OpenSSL::Crypto)

@@ -22,4 +22,4 @@ add_executable(paylevenkit
   Tools/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
-  hlv_flags HLVSDKPaylevenServices CLI11::CLI11 nlohmann_json::nlohmann_json)
+  hlv_shipped_flags HLVSDKPaylevenServices CLI11::CLI11 nlohmann_json::nlohmann_json)

@@ -11,7 +11,7 @@ struct Slot {
 };
 
 Slot& slot() {
-  static Slot slot;
+  static auto& slot = *new Slot;
   return slot;
 }
 

@@ -10,7 +10,7 @@ namespace {
 std::mutex mutex;
 
 std::function<YearMonth()>& installed() {
-  static std::function<YearMonth()> source;
+  static auto& source = *new std::function<YearMonth()>;
   return source;
 }
 

@@ -1,5 +1,7 @@
 #include "Sandbox/Logging/LogLine.h"
 
+#include <string_view>
+
 #include "Sandbox/Logging/MaskedText.h"
 
 namespace hlv::sandbox {
@@ -21,7 +23,7 @@ std::string rendered(const HLVSDKLogArgument& argument) {
 
 std::string renderedLine(const std::string& format,
                          const std::vector<HLVSDKLogArgument>& arguments) {
-  static const std::string placeholder = "%@";
+  constexpr std::string_view placeholder = "%@";
   std::string line;
   std::size_t at = 0;
   std::size_t used = 0;

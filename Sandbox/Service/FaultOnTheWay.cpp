@@ -5,14 +5,14 @@
 namespace hlv::sandbox {
 namespace {
 
-thread_local std::string kindNow;
+thread_local const FaultOnTheWay* faultNow = nullptr;
 
 }  // namespace
 
-FaultOnTheWay::FaultOnTheWay(std::string kind) { kindNow = std::move(kind); }
+FaultOnTheWay::FaultOnTheWay(std::string kind) : kind_(std::move(kind)) { faultNow = this; }
 
-FaultOnTheWay::~FaultOnTheWay() { kindNow.clear(); }
+FaultOnTheWay::~FaultOnTheWay() { faultNow = nullptr; }
 
-std::string FaultOnTheWay::current() { return kindNow; }
+std::string FaultOnTheWay::current() { return faultNow ? faultNow->kind_ : ""; }
 
 }  // namespace hlv::sandbox

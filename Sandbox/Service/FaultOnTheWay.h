@@ -20,6 +20,9 @@ class FaultOnTheWay {
 
   /// Of the answer that this thread delivers now; empty for none.
   static std::string current();
+
+ private:
+  const std::string kind_;
 };
 
 }  // namespace hlv::sandbox

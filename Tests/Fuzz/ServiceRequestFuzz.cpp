@@ -52,8 +52,8 @@ struct Operation {
 /// What both services describe.
 std::vector<Operation> describedOperations() {
   std::vector<Operation> operations;
-  for (const auto* document : {&backendOpenAPI(), &providerOpenAPI()}) {
-    const auto paths = Json::parse(*document).at("paths");
+  for (const auto document : {backendOpenAPI(), providerOpenAPI()}) {
+    const auto paths = Json::parse(document).at("paths");
     for (const auto& [path, methods] : paths.items()) {
       for (const auto& [method, description] : methods.items()) {
         if (method == "parameters") continue;

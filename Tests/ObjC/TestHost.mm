@@ -10,7 +10,7 @@ namespace {
 std::mutex recordsMutex;
 // Host classes have no room for instance variables, so their fields lie here.
 std::map<const void*, NSMutableDictionary*>& records() {
-  static std::map<const void*, NSMutableDictionary*> all;
+  static auto& all = *new std::map<const void*, NSMutableDictionary*>;
   return all;
 }
 
@@ -62,7 +62,7 @@ NSError* makeError(NSString* description) {
 }
 
 TestHost& TestHost::shared() {
-  static TestHost host;
+  static auto& host = *new TestHost;
   return host;
 }
 
