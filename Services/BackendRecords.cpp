@@ -1,6 +1,7 @@
 #include "Services/BackendRecords.h"
 
 #include "Sandbox/Backend/AddressKeys.h"
+#include "Sandbox/Backend/Guest.h"
 
 namespace hlv::services {
 namespace {
@@ -38,8 +39,11 @@ Json jsonOf(const NullableList<HLVSDKCreditCard>& cards) {
 }
 
 Json jsonOf(const std::shared_ptr<HLVSDKGuest>& guest) {
-  if (!guest) return nullptr;
+  const auto kept = std::dynamic_pointer_cast<sandbox::Guest>(guest);
+  if (!kept) return nullptr;
+  const auto revision = kept->revision();  // Before the rest, which may change meanwhile.
   return {{"email", orNull(guest->email())},
+          {"revision", revision},
           {"payment_token", orNull(guest->paylevenToken())},
           {"credit_cards", jsonOf(guest->creditCards())}};
 }
@@ -60,8 +64,10 @@ sandbox::BackendCard cardIn(const Json& json) {
 }
 
 GuestRecord guestIn(const Json& json) {
-  GuestRecord guest{
-      json.at("email").get<std::string>(), textOrMissing(json.at("payment_token")), {}};
+  GuestRecord guest{json.at("email").get<std::string>(),
+                    json.at("revision").get<std::int64_t>(),
+                    textOrMissing(json.at("payment_token")),
+                    {}};
   for (const auto& card : json.at("credit_cards")) guest.cards.push_back(cardIn(card));
   return guest;
 }

@@ -4,7 +4,9 @@
 // Threading: pure functions; any.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
@@ -18,6 +20,8 @@ namespace hlv::services {
 
 struct GuestRecord {
   std::string email;
+  /// Of two answers, the one with the higher revision is the later truth.
+  std::int64_t revision = 0;
   NullableString paymentToken;
   std::vector<sandbox::BackendCard> cards;
 };

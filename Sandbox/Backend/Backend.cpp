@@ -121,8 +121,16 @@ std::vector<BackendCard> Backend::cardsOf(const std::string& email) const {
   return store_->read([&](Database& database) { return readCards(database, email); });
 }
 
-bool Backend::loseToken(const std::string& email) {
+template <class Change>
+auto Backend::write(Change change) {
   return store_->write([&](Database& database) {
+    raiseRevision(database);
+    return change(database);
+  });
+}
+
+bool Backend::loseToken(const std::string& email) {
+  return write([&](Database& database) {
     database.run(
         "UPDATE backend_guests SET payment_token = NULL "
         "WHERE email = ? AND payment_token IS NOT NULL",
@@ -132,7 +140,7 @@ bool Backend::loseToken(const std::string& email) {
 }
 
 Backend::GuestAnswer Backend::updateGuest(const NullableString& token) {
-  const auto email = store_->write([&](Database& database) {
+  const auto email = write([&](Database& database) {
     auto signedIn = requireSignedIn(database);
     if (length(token) == 0) {
       refuse(BackendErrorCode::invalidRequest, "The request changes nothing of the guest.");
@@ -145,7 +153,7 @@ Backend::GuestAnswer Backend::updateGuest(const NullableString& token) {
 
 Backend::CardAnswer Backend::addCard(const NullableString& requestGuest, const Dictionary& body) {
   auto card = readBody(body);
-  const auto email = store_->write([&](Database& database) {
+  const auto email = write([&](Database& database) {
     auto owner = requireGuest(database, requestGuest);
     if (isRefusedByBackend(card.brand, card.lastFourDigits)) {
       refuse(BackendErrorCode::cardRefused, "The card is not accepted.");
@@ -159,7 +167,7 @@ Backend::CardAnswer Backend::addCard(const NullableString& requestGuest, const D
 
 Backend::GuestAnswer Backend::deleteCard(const NullableString& halvoID,
                                          const NullableString& requestGuest) {
-  const auto email = store_->write([&](Database& database) {
+  const auto email = write([&](Database& database) {
     auto owner = requireGuest(database, requestGuest);
     if (!halvoID || !removeCard(database, owner, *halvoID)) refuseUnknownCard();
     return owner;
@@ -169,7 +177,7 @@ Backend::GuestAnswer Backend::deleteCard(const NullableString& halvoID,
 
 Backend::CardAnswer Backend::updateCard(const NullableString& halvoID, const Dictionary& address,
                                         const NullableString& requestGuest) {
-  const auto email = store_->write([&](Database& database) {
+  const auto email = write([&](Database& database) {
     auto owner = requireGuest(database, requestGuest);
     if (!halvoID || !updateAddress(database, owner, *halvoID, readAddress(address))) {
       refuseUnknownCard();

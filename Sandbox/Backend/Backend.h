@@ -48,6 +48,9 @@ class Backend {
   CardsAnswer fetchCards(const NullableString& guest, const std::string& variation);
 
  private:
+  /// Writes what `change(Database&)` changes of a guest, and answers what it returns.
+  template <class Change>
+  auto write(Change change);
   CardAnswer answerWithCard(const std::string& email, const std::string& halvoID);
 
   const std::shared_ptr<Store> store_;

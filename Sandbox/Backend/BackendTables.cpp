@@ -1,6 +1,13 @@
 #include "Sandbox/Backend/BackendTables.h"
 
+#include "Sandbox/Store/Settings.h"
+
 namespace hlv::sandbox {
+namespace {
+
+constexpr const char* revisionSetting = "revision";
+
+}  // namespace
 
 std::optional<std::string> readGuestToken(Database& database, const std::string& email) {
   auto row = database.query("SELECT payment_token FROM backend_guests WHERE email = ?", email);
@@ -48,6 +55,15 @@ bool updateAddress(Database& database, const std::string& email, const std::stri
 bool removeCard(Database& database, const std::string& email, const std::string& halvoID) {
   database.run("DELETE FROM backend_cards WHERE guest = ? AND halvo_id = ?", email, halvoID);
   return database.changes() > 0;
+}
+
+std::int64_t readRevision(Database& database) {
+  const auto text = readSetting(database, revisionSetting);
+  return text ? std::stoll(*text) : 0;
+}
+
+void raiseRevision(Database& database) {
+  writeSetting(database, revisionSetting, std::to_string(readRevision(database) + 1));
 }
 
 }  // namespace hlv::sandbox

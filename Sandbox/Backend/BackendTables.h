@@ -3,6 +3,7 @@
 // Threading: inside `Store::read` and `Store::write`.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,5 +22,9 @@ bool updateAddress(Database& database, const std::string& email, const std::stri
                    const AddressFields& address);
 /// False when the guest has no such card.
 bool removeCard(Database& database, const std::string& email, const std::string& halvoID);
+
+/// Grows with every change of a guest, and never goes back, not even when everything is forgotten.
+std::int64_t readRevision(Database& database);
+void raiseRevision(Database& database);
 
 }  // namespace hlv::sandbox

@@ -19,4 +19,6 @@ NullableList<HLVSDKCreditCard> Guest::creditCards() const {
   return cards;
 }
 
+std::int64_t Guest::revision() const { return store_->readOrNothing(readRevision); }
+
 }  // namespace hlv::sandbox

@@ -1,6 +1,7 @@
 // A guest of the sandbox. Private to the sandbox.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -21,6 +22,8 @@ class Guest final : public HLVSDKGuest {
   NullableString email() const override { return email_; }
   NullableString paylevenToken() const override;
   NullableList<HLVSDKCreditCard> creditCards() const override;
+  /// Grows with every change. Whoever reads it before the rest knows at least as much as it says.
+  std::int64_t revision() const;
 
  private:
   const std::string email_;

@@ -12,7 +12,8 @@
 
 namespace hlv::services {
 
-/// Answers what the backend last told of the guest.
+/// Answers the latest that the backend told of the guest. Answers to requests that were made at the
+/// same time may arrive in another order than that in which they were given.
 ///
 /// Threading: any.
 class RemoteGuest final : public HLVSDKGuest {
@@ -25,7 +26,12 @@ class RemoteGuest final : public HLVSDKGuest {
 
   void learn(GuestRecord record) {
     const std::lock_guard lock(mutex_);
-    record_ = std::move(record);
+    if (record.revision >= record_.revision) record_ = std::move(record);
+  }
+  /// Whatever is told next counts as the latest.
+  void forgetRevision() {
+    const std::lock_guard lock(mutex_);
+    record_.revision = 0;
   }
   GuestRecord record() const {
     const std::lock_guard lock(mutex_);
@@ -49,7 +55,7 @@ class RemoteGuests {
     return guest;
   }
 
-  /// Answers the guest, who knows the same as `record` now.
+  /// Answers the guest, who knows at least as much as `record` now.
   std::shared_ptr<RemoteGuest> learn(GuestRecord record) {
     auto known = guest(record.email);
     known->learn(std::move(record));

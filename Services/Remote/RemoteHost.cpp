@@ -62,7 +62,11 @@ ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& ema
   }
 }
 
-ErrorPtr RemoteHost::signIn(const std::string& email) { return learnFrom("PUT", email); }
+ErrorPtr RemoteHost::signIn(const std::string& email) {
+  // There may be another backend at that place by now, whose revisions are lower.
+  parts_->guests->guest(email)->forgetRevision();
+  return learnFrom("PUT", email);
+}
 
 ErrorPtr RemoteHost::refresh() {
   const auto email = parts_->local->signedInEmail();

@@ -43,6 +43,32 @@ TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
   EXPECT_EQ(sides.provider[0].identifier, sides.backend[0].externalIdentifier);
 }
 
+TEST_F(EndToEnd, AnAnswerThatComesLateTakesNothingBack) {
+  serveAndConnect();
+  const auto known = std::dynamic_pointer_cast<RemoteGuest>(guest);
+  auto late = known->record();
+  add("visa");
+  // One change is the token's and one the card's; their answers may come in either order.
+  EXPECT_EQ(known->record().revision, late.revision + 2);
+  late.revision += 1;
+  known->learn(late);
+  EXPECT_GT(length(guest->paylevenToken()), 0U);
+  EXPECT_EQ(guest->creditCards()->size(), 1U);
+
+  // Whoever signs in may have found another backend there.
+  late.revision += 1'000;
+  known->learn(late);
+  EXPECT_EQ(guest->creditCards()->size(), 0U);
+  ASSERT_EQ(remote->signIn(email), nullptr);
+  EXPECT_EQ(guest->creditCards()->size(), 1U);
+
+  const auto before = known->record().revision;
+  sandbox->reset();
+  ASSERT_EQ(remote->signIn(email), nullptr);
+  EXPECT_EQ(guest->creditCards()->size(), 0U);
+  EXPECT_EQ(known->record().revision, before);
+}
+
 /// An error as whoever reads it sees it.
 std::string described(const ErrorPtr& error) {
   if (!error) return "none";

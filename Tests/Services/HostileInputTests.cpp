@@ -34,8 +34,8 @@ class HostileInput : public ServicesTest {
   HostileInput() {
     serveAndConnect();
     add("visa");
-    ID_ = sandbox->backendCards()[0].halvoID;
-    token_ = *guest->paylevenToken();
+    ID_ = sandbox->backendCards().at(0).halvoID;
+    token_ = guest->paylevenToken().value();
   }
 
   /// Everything that both services keep.

@@ -82,7 +82,7 @@ class OpenAPI : public ServicesTest {
 TEST_F(OpenAPI, EveryAnswerOfBothServicesIsDescribed) {
   serveAndConnect();
   add("visa");
-  const auto token = *guest->paylevenToken();
+  const auto token = guest->paylevenToken().value();
   const auto ID = sandbox->backendCards()[0].halvoID;
   const auto identifier = *sandbox->providerInstruments()[0].identifier;
   const std::string guestTemplate = "/v1/guests/{email}";
