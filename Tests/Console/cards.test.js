@@ -7,10 +7,10 @@ const callsOfAFirstAdd = [
   'app → kit: addPaymentInstrument',
   'kit → provider: createUserToken use case default',
   'kit → provider: getPaymentInstrumentsList use case default',
-  'kit → main queue: posts to the main thread',
+  'kit → main queue: posts',
   'kit → backend: updateCurrentGuestWithRequest',
   'kit → backend: addCreditCardForGuest use case default',
-  'kit → main queue: posts to the main thread',
+  'kit → main queue: posts',
 ];
 
 onConsole('a first card is added, and its story is told in order', async (guest) => {

@@ -5,7 +5,11 @@ const lanesOfAnApp = ['app', 'main queue', 'kit', 'provider', 'backend'];
 const lanesOfOthers = ['client', 'provider', 'backend'];
 const margin = 82;
 const leastGap = 88;
-const leastRoom = 200;
+/** A text has at least that much room, even if it then crosses a lane. */
+const leastRoom = 140;
+/** What the calls to a service are given before anything else is. */
+const roomForCalls = 200;
+const leastBetweenHeads = 10;
 const lineHeight = 15;
 const letterWidth = 7.2;
 const isConfirmation = /^getPaymentInstrumentsList/;
@@ -29,7 +33,7 @@ export function stepsOf(events) {
     const goesOn = to === 'app' ? answered !== '' : isConfirmation.test(answered) && afterConfirming.test(what);
     const isPosted = from === 'kit' && thread === 'main' && goesOn;
     if (isPosted) {
-      steps.push({ kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts to the main thread', tone: 'soft', thread: '', number });
+      steps.push({ kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts', tone: 'soft', thread: '', number });
       answered = '';
     }
     if (to === 'kit' && thread !== 'main') answered = what;
@@ -76,9 +80,8 @@ function textAt(lines, x, y, tone, anchor) {
     }));
 }
 
-function head(lane, x, room) {
-  const width = Math.min(96, room - 4);
-  const label = svg('text', { class: width < 80 ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' });
+function head({ lane, x, width, isSmall }) {
+  const label = svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' });
   label.textContent = lane;
   return svg('g', { class: 'lane-head' }, svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }), label);
 }
@@ -112,23 +115,50 @@ export function headsOf(picture) {
   return heads;
 }
 
+/** Heads at even distances, from edge to edge. */
+function headsOnANarrowSheet(sheet, lanes) {
+  const gap = Math.floor(sheet / lanes.length);
+  return lanes.map((lane, index) => ({ lane, x: gap * (index + 0.5), width: Math.min(96, gap - 4), isSmall: gap < 84 }));
+}
+
+/** Heads side by side behind the threads; the calls to the services have most of what is left. */
+function headsOnAWideSheet(sheet, lanes) {
+  const widths = lanes.map((lane) => 18 + 8 * lane.length);
+  const left = sheet - margin - widths.reduce((sum, width) => sum + width);
+  const forCalls = Math.min(roomForCalls, left - leastBetweenHeads * lanes.length);
+  const gap = Math.floor((left - forCalls) / lanes.length);
+  let edge = margin;
+  return lanes.map((lane, index) => {
+    if (lane === 'provider') edge += forCalls;
+    const x = edge + widths[index] / 2;
+    edge += widths[index] + gap;
+    return { lane, x, width: widths[index], isSmall: false };
+  });
+}
+
 /**
  * Where things are on a sheet. On a wide one the threads have a column, and a text begins at its
  * lane; on a narrow one it begins at the edge and stands above what it is about.
  */
 function layoutOf(sheet, lanes) {
   const isNarrow = (sheet - margin) / lanes.length < leastGap;
-  const left = isNarrow ? 0 : margin;
-  const gap = Math.floor((sheet - left) / lanes.length);
-  return { isNarrow, gap, width: left + gap * lanes.length, xOf: (lane) => left + gap * (Math.max(0, lanes.indexOf(lane)) + 0.5) };
+  const heads = (isNarrow ? headsOnANarrowSheet : headsOnAWideSheet)(sheet, lanes);
+  const xOf = (lane) => heads[Math.max(0, lanes.indexOf(lane))].x;
+  return { isNarrow, width: sheet, heads, xOf };
 }
 
-function placeOfText(step, { isNarrow, width, xOf }) {
+function placeOfText(step, { isNarrow, width, heads, xOf }) {
   if (isNarrow) return { x: 6, room: width - 12, anchor: 'start' };
-  const start = step.kind === 'note' ? xOf(step.at) + 12 : Math.min(xOf(step.from), xOf(step.to)) + 10;
+  const isNote = step.kind === 'note';
+  const start = isNote ? xOf(step.at) + 12 : Math.min(xOf(step.from), xOf(step.to)) + 10;
+  // A text stops before the next lane, if there is room enough.
+  const stops = heads.map(({ x }) => x);
+  const firstRoom = (rooms) => rooms.map((room) => room - 8).find((room) => room >= leastRoom);
+  const room = firstRoom([...stops, width].map((stop) => stop - start));
+  if (!isNote || room) return { x: start, room: room ?? width - start - 8, anchor: 'start' };
   // Where little room is left of the sheet, a note stands on the other side of its dot.
-  if (step.kind === 'note' && width - start < leastRoom) return { x: start - 24, room: start - 24 - margin, anchor: 'end' };
-  return { x: start, room: width - start - 8, anchor: 'start' };
+  const end = xOf(step.at) - 12;
+  return { x: end, room: firstRoom(stops.reverse().map((stop) => end - stop)) ?? end - margin, anchor: 'end' };
 }
 
 /** One step with its top at `y`; `at` is where its arrow or dot is. */
@@ -154,7 +184,7 @@ export function drawn(steps, sheet, known = Infinity) {
   const isForeign = steps.some((step) => step.from === 'client');
   const lanes = isForeign ? lanesOfOthers : lanesOfAnApp;
   const layout = layoutOf(sheet, lanes);
-  const { width, gap, xOf } = layout;
+  const { width, heads, xOf } = layout;
   const placed = [];
   const rows = [];
   let y = headHeight + 8;
@@ -166,8 +196,8 @@ export function drawn(steps, sheet, known = Infinity) {
   }
   const height = y + 14;
   return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
-    ...lanes.map((lane) => svg('line', { class: 'lane', x1: xOf(lane), x2: xOf(lane), y1: headHeight - 4, y2: height - 6 })),
+    ...heads.map(({ x }) => svg('line', { class: 'lane', x1: x, x2: x, y1: headHeight - 4, y2: height - 6 })),
     ...bars(placed, xOf, height - 6),
     ...rows,
-    ...lanes.map((lane) => head(lane, xOf(lane), gap)));
+    ...heads.map(head));
 }
