@@ -5,7 +5,6 @@
 #include <asio/thread_pool.hpp>
 #include <atomic>
 #include <functional>
-#include <thread>
 #include <utility>
 
 namespace hlv::testing {
@@ -23,8 +22,6 @@ class AnswerThreads {
     ++posted_;
     ++unfinished_;
     asio::post(threads_, [this, answer = std::move(answer)]() mutable {
-      // Lets other threads take their answers, so that many are given at the same time.
-      for (int turn = 0; turn < 20; ++turn) std::this_thread::yield();
       answer();
       answer = nullptr;
       if (--unfinished_ == 0) wentQuiet_();
