@@ -1,5 +1,8 @@
 #include "Platform/Value.h"
 
+#include <cstddef>
+#include <new>
+
 namespace hlv {
 
 std::int64_t Value::integerValue() const {
@@ -14,7 +17,9 @@ std::int64_t Value::integerValue() const {
 }
 
 const Value& valueForKey(const Dictionary& dictionary, const NullableString& key) {
-  static const auto& null = *new Value;
+  // Nobody destroys it, and it takes nothing from the heap.
+  alignas(Value) static std::byte room[sizeof(Value)];
+  static const auto& null = *new (room) Value;
   if (!key) return null;
   const auto found = dictionary.find(*key);
   return found == dictionary.end() ? null : found->second;
