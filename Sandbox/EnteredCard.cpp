@@ -34,9 +34,14 @@ NullableString EnteredCard::cvv() const { return fields_.cvv; }
 NullableString EnteredCard::cardHolder() const { return fields_.cardHolder; }
 NullableString EnteredCard::instrumentUseCaseString() const { return fields_.useCase; }
 
-bool EnteredCard::isValid(ErrorPtr* error) const {
-  auto broken = brokenRule(fields_);
+std::optional<BrokenRule> EnteredCard::brokenRule(YearMonth month) const {
+  auto broken = sandbox::brokenRule(fields_, month);
   if (!broken && !isUseCase(fields_.useCase)) broken = unknownUseCase();
+  return broken;
+}
+
+bool EnteredCard::isValid(ErrorPtr* error) const {
+  const auto broken = brokenRule(Calendar::today());
   if (!broken) return true;
   if (error) {
     *error = SandboxError::make(paymentErrorDomain, broken->code, broken->sentence, broken->detail);

@@ -10,6 +10,9 @@
 
 namespace hlv::sandbox {
 
+struct BrokenRule;
+struct YearMonth;
+
 /// What a person types. The use case is one of "default", "private" and "business".
 struct CardFields {
   std::string pan;
@@ -37,6 +40,8 @@ class EnteredCard final : public HLVSDKPaymentInstrument {
   NullableString cardHolder() const override;
   NullableString instrumentUseCaseString() const override;
   bool isValid(ErrorPtr* error) const override;
+  /// The first rule that the card breaks in a month. For the sandbox's own use.
+  std::optional<BrokenRule> brokenRule(YearMonth month) const;
   void setExternalIdentifier(const NullableString& identifier) override;
   NullableString externalIdentifier() const;
 

@@ -37,6 +37,7 @@ enum class BackendErrorCode {
   notSignedIn = 401,
   foreignGuest = 403,
   unknownCard = 404,
+  unknownGuest = 410,
   cardRefused = 422,
   storeFailed = 507,
 };

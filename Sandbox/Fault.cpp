@@ -1,208 +1,241 @@
 #include "Sandbox/Fault.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
+#include "Sandbox/Calls/FaultTables.h"
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
 namespace {
 
-/// What one operation can be made to do.
-struct Possible {
-  std::string operation;
+struct PossibleOperation {
+  Operation operation;
+  std::string_view name;
   bool hasUseCase;
-  /// Beyond what every operation can.
-  std::vector<std::string> kinds;
+  /// Beyond those that suit every operation.
+  std::array<FaultKind, 3> kinds;
+  std::size_t kindCount;
 };
 
-std::vector<Possible> possibilities() {
-  return {
-      {"updateCurrentGuestWithRequest", false, {}},
-      {"addCreditCardForGuest", true, {}},
-      {"deleteCreditCardWithID", false, {}},
-      {"updateCreditCard", false, {}},
-      {"fetchGuestCreditCards", false, {"no-list"}},
-      {"createUserToken", true, {"no-token", "no-identifier", "other-state"}},
-      {"addPaymentInstrument", true, {"no-identifier", "other-state"}},
-      {"getPaymentInstrumentsList", true, {"no-list", "no-identifier", "other-state"}},
-      {"removePaymentInstrument", true, {}},
-  };
+constexpr PossibleOperation operations[] = {
+    {Operation::updateGuest, "updateCurrentGuestWithRequest", false, {}, 0},
+    {Operation::addCard, "addCreditCardForGuest", true, {}, 0},
+    {Operation::deleteCard, "deleteCreditCardWithID", false, {}, 0},
+    {Operation::updateCard, "updateCreditCard", false, {}, 0},
+    {Operation::fetchCards, "fetchGuestCreditCards", false, {FaultKind::noList}, 1},
+    {Operation::createUserToken,
+     "createUserToken",
+     true,
+     {FaultKind::noToken, FaultKind::noIdentifier, FaultKind::otherState},
+     3},
+    {Operation::addInstrument,
+     "addPaymentInstrument",
+     true,
+     {FaultKind::noIdentifier, FaultKind::otherState},
+     2},
+    {Operation::listInstruments,
+     "getPaymentInstrumentsList",
+     true,
+     {FaultKind::noList, FaultKind::noIdentifier, FaultKind::otherState},
+     3},
+    {Operation::removeInstrument, "removePaymentInstrument", true, {}, 0},
+};
+
+/// Those that suit every operation come first.
+constexpr std::pair<FaultKind, std::string_view> kinds[] = {
+    {FaultKind::error, "error"},
+    {FaultKind::delay, "delay"},
+    {FaultKind::refused, "refused"},
+    {FaultKind::reset, "reset"},
+    {FaultKind::garbage, "garbage"},
+    {FaultKind::never, "never"},
+    {FaultKind::twice, "twice"},
+    {FaultKind::cut, "cut"},
+    {FaultKind::slow, "slow"},
+    {FaultKind::stalled, "stalled"},
+    {FaultKind::noToken, "no-token"},
+    {FaultKind::noIdentifier, "no-identifier"},
+    {FaultKind::otherState, "other-state"},
+    {FaultKind::noList, "no-list"},
+};
+
+constexpr std::pair<Distribution, std::string_view> distributions[] = {
+    {Distribution::uniform, "uniform"},
+    {Distribution::normal, "normal"},
+    {Distribution::logNormal, "log-normal"},
+};
+
+const PossibleOperation& possible(Operation operation) {
+  return *std::find_if(std::begin(operations), std::end(operations),
+                       [&](const auto& row) { return row.operation == operation; });
 }
 
-std::vector<std::string> kindsOfAll() {
-  return {"error", "delay", "refused", "reset", "garbage", "never", "twice"};
+template <class Value, std::size_t count>
+std::string_view nameIn(const std::pair<Value, std::string_view> (&table)[count], Value value) {
+  return std::find_if(std::begin(table), std::end(table),
+                      [&](const auto& row) { return row.first == value; })
+      ->second;
 }
 
-bool contains(const std::vector<std::string>& list, const std::string& text) {
-  return std::find(list.begin(), list.end(), text) != list.end();
+template <class Value, std::size_t count>
+std::optional<Value> valueIn(const std::pair<Value, std::string_view> (&table)[count],
+                             std::string_view name) {
+  const auto* found = std::find_if(std::begin(table), std::end(table),
+                                   [&](const auto& row) { return row.second == name; });
+  return found == std::end(table) ? std::nullopt : std::optional(found->first);
 }
 
-std::string listed(const std::vector<std::string>& list) {
+template <class Values>
+std::string listed(const Values& values) {
   std::string text;
-  for (const auto& item : list) text += (text.empty() ? "" : ", ") + item;
+  for (const auto value : values) (text += text.empty() ? "" : ", ") += textOf(value);
   return text;
 }
 
-std::vector<std::string> kindsOf(const Possible& possible) {
-  auto kinds = kindsOfAll();
-  kinds.insert(kinds.end(), possible.kinds.begin(), possible.kinds.end());
-  return kinds;
+bool lies(std::int64_t value, std::int64_t least, std::int64_t most) {
+  return value >= least && value <= most;
 }
 
-/// One plain sentence about what is wrong with a fault, or an empty string.
-std::string problemOf(const Fault& fault) {
-  const auto all = possibilities();
-  const auto possible = std::find_if(all.begin(), all.end(), [&](const Possible& candidate) {
-    return candidate.operation == fault.operation;
-  });
-  if (possible == all.end()) {
-    return "There is no operation '" + maskedText(fault.operation) +
-           "'; possible are: " + listed(Faults::operations()) + ".";
+bool isHeaderText(const std::string& text) {
+  return text.size() <= 200 && std::all_of(text.begin(), text.end(), [](char character) {
+           return character >= ' ' && character < 127;
+         });
+}
+
+bool isHeaderName(const std::string& name) {
+  return !name.empty() && isHeaderText(name) &&
+         std::all_of(name.begin(), name.end(), [](char character) {
+           return character == '-' || (character >= '0' && character <= '9') ||
+                  (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+         });
+}
+
+/// What only one kind has.
+std::string problemOfReply(const Fault& fault) {
+  if (fault.kind != FaultKind::error && (fault.status || !fault.headers.empty())) {
+    return "Only the fault 'error' has a status and headers.";
   }
-  if (!contains(kindsOf(*possible), fault.kind)) {
-    return "The fault '" + maskedText(fault.kind) + "' makes no sense for " + fault.operation +
-           "; possible are: " + listed(kindsOf(*possible)) + ".";
+  if (fault.status && !lies(*fault.status, 400, 599)) {
+    return "The status of an error lies between 400 and 599.";
   }
-  if (fault.useCase && !possible->hasUseCase) {
-    return "Calls of " + fault.operation + " have no use case.";
+  constexpr std::size_t mostHeaders = 16;
+  const bool areGood =
+      fault.headers.size() <= mostHeaders &&
+      std::all_of(fault.headers.begin(), fault.headers.end(), [](const auto& header) {
+        return isHeaderName(header.first) && isHeaderText(header.second) &&
+               header.first != "Content-Length" && header.first != "Transfer-Encoding" &&
+               header.first != "Connection";
+      });
+  if (!areGood) return "A header of an error is short and plain, and does not frame the reply.";
+  constexpr std::int64_t most = 1LL << 30;
+  if ((fault.kind == FaultKind::cut) != fault.bytes.has_value() ||
+      (fault.bytes && !lies(*fault.bytes, 0, most))) {
+    return "The fault 'cut', and no other, needs its bytes.";
   }
-  if (fault.useCase && !isUseCase(*fault.useCase)) return unknownUseCase().sentence;
-  if (fault.remaining && *fault.remaining < 1) return "A fault must meet at least one call.";
-  constexpr std::int64_t longestDelay = 24LL * 60 * 60 * 1000;
-  if (fault.delayMilliseconds < 0 || fault.delayMilliseconds > longestDelay) {
-    return "A delay lies between 0 and " + std::to_string(longestDelay) + " milliseconds.";
-  }
-  if (fault.spreadMilliseconds < 0 || fault.spreadMilliseconds > longestDelay) {
-    return "A delay spreads by 0 to " + std::to_string(longestDelay) + " milliseconds.";
-  }
-  if (fault.kind == "delay" && fault.delayMilliseconds + fault.spreadMilliseconds == 0) {
-    return "A delay needs its milliseconds.";
-  }
-  if (fault.probability < 1 || fault.probability > 100) {
-    return "A probability lies between 1 and 100 in a hundred.";
+  if ((fault.kind == FaultKind::slow) != fault.bytesPerSecond.has_value() ||
+      (fault.bytesPerSecond && !lies(*fault.bytesPerSecond, 1, most))) {
+    return "The fault 'slow', and no other, needs its bytes per second.";
   }
   return "";
 }
 
-constexpr const char* faultColumns =
-    "SELECT number, operation, kind, remaining, delay, code, use_case, spread, probability "
-    "FROM faults ";
-
-Fault readFault(const Statement& row) {
-  Fault fault;
-  fault.number = row.integer(0);
-  fault.operation = row.text(1);
-  fault.kind = row.text(2);
-  fault.remaining = row.integerOrNull(3);
-  fault.delayMilliseconds = row.integer(4);
-  fault.code = row.integer(5);
-  fault.useCase = row.textOrNull(6);
-  fault.spreadMilliseconds = row.integer(7);
-  fault.probability = row.integer(8);
-  return fault;
-}
-
-std::vector<Fault> faultsFor(Database& database, const std::string& operation,
-                             const std::optional<std::string>& useCase) {
-  std::vector<Fault> faults;
-  auto row = database.query(std::string(faultColumns) +
-                                "WHERE operation = ? AND (use_case IS NULL OR use_case = ?) "
-                                "ORDER BY number",
-                            operation, useCase);
-  while (row.next()) faults.push_back(readFault(row));
-  return faults;
-}
-
-/// The first that the dice do not spare the call.
-std::optional<Fault> chosen(Database& database, std::vector<Fault> faults) {
-  for (auto& fault : faults) {
-    if (fault.probability < 100 && throwDice(database, 100) >= fault.probability) continue;
-    if (fault.spreadMilliseconds > 0) {
-      fault.delayMilliseconds += throwDice(database, fault.spreadMilliseconds + 1);
-    }
-    return fault;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
-Faults::Faults(std::shared_ptr<Store> store) : store_(std::move(store)) {}
+std::string_view textOf(Operation operation) { return possible(operation).name; }
+std::string_view textOf(FaultKind kind) { return nameIn(kinds, kind); }
+std::string_view textOf(Distribution distribution) { return nameIn(distributions, distribution); }
 
-std::vector<std::string> Faults::operations() {
-  std::vector<std::string> names;
-  for (const auto& possible : possibilities()) names.push_back(possible.operation);
-  return names;
+std::optional<Operation> operationNamed(std::string_view name) {
+  const auto* found = std::find_if(std::begin(operations), std::end(operations),
+                                   [&](const auto& row) { return row.name == name; });
+  return found == std::end(operations) ? std::nullopt : std::optional(found->operation);
 }
 
-std::vector<std::string> Faults::kinds() {
-  auto kinds = kindsOfAll();
-  for (const auto& possible : possibilities()) {
-    for (const auto& kind : possible.kinds) {
-      if (!contains(kinds, kind)) kinds.push_back(kind);
-    }
+std::optional<FaultKind> faultKindNamed(std::string_view name) { return valueIn(kinds, name); }
+
+std::optional<Distribution> distributionNamed(std::string_view name) {
+  return valueIn(distributions, name);
+}
+
+std::vector<Operation> allOperations() {
+  std::vector<Operation> all;
+  for (const auto& row : operations) all.push_back(row.operation);
+  return all;
+}
+
+std::vector<FaultKind> kindsOf(Operation operation) {
+  std::vector<FaultKind> suitable;
+  for (const auto& [kind, name] : kinds) {
+    if (kind < FaultKind::noToken) suitable.push_back(kind);
   }
-  return kinds;
+  const auto& row = possible(operation);
+  suitable.insert(suitable.end(), row.kinds.begin(), row.kinds.begin() + row.kindCount);
+  return suitable;
 }
+
+std::string noSuchOperation(std::string_view name) {
+  return "There is no operation '" + maskedText(name) +
+         "'; possible are: " + listed(allOperations()) + ".";
+}
+
+std::string noSuchKind(std::string_view name) {
+  std::string all;
+  for (const auto& row : kinds) (all += all.empty() ? "" : ", ") += row.second;
+  return "There is no fault '" + maskedText(name) + "'; possible are: " + all + ".";
+}
+
+std::string problemOf(const Fault& fault) {
+  const auto suitable = kindsOf(fault.operation);
+  const std::string operation(textOf(fault.operation));
+  if (std::find(suitable.begin(), suitable.end(), fault.kind) == suitable.end()) {
+    return "The fault '" + std::string(textOf(fault.kind)) + "' makes no sense for " + operation +
+           "; possible are: " + listed(suitable) + ".";
+  }
+  if (fault.useCase && !possible(fault.operation).hasUseCase) {
+    return "Calls of " + operation + " have no use case.";
+  }
+  if (fault.useCase && !isUseCase(*fault.useCase)) return unknownUseCase().sentence;
+  if (fault.remaining && *fault.remaining < 1) return "A fault must meet at least one call.";
+  constexpr std::int64_t longestDelay = 24LL * 60 * 60 * 1000;
+  if (!lies(fault.delayMilliseconds, 0, longestDelay)) {
+    return "A delay lies between 0 and " + std::to_string(longestDelay) + " milliseconds.";
+  }
+  if (!lies(fault.spreadMilliseconds, 0, longestDelay)) {
+    return "A delay spreads by 0 to " + std::to_string(longestDelay) + " milliseconds.";
+  }
+  if (fault.kind == FaultKind::delay && fault.delayMilliseconds + fault.spreadMilliseconds == 0) {
+    return "A delay needs its milliseconds.";
+  }
+  if (fault.distribution == Distribution::logNormal && fault.delayMilliseconds == 0) {
+    return "A log-normal delay needs its median.";
+  }
+  if (!lies(fault.probability, 1, 100)) {
+    return "A probability lies between 1 and 100 in a hundred.";
+  }
+  return problemOfReply(fault);
+}
+
+Faults::Faults(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
 std::string Faults::arm(const Fault& fault) {
   auto problem = problemOf(fault);
   if (!problem.empty()) return problem;
   try {
-    store_->write([&](Database& database) {
-      database.run(
-          "INSERT INTO faults (operation, kind, remaining, delay, code, use_case, spread, "
-          "probability) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-          fault.operation, fault.kind, fault.remaining, fault.delayMilliseconds, fault.code,
-          fault.useCase, fault.spreadMilliseconds, fault.probability);
-    });
+    store_->write([&](Database& database) { insertFault(database, fault); });
   } catch (const StoreFailure& failure) {
     return failure.what();
   }
   return "";
 }
 
-std::vector<Fault> Faults::armed() const {
-  return store_->read([](Database& database) {
-    std::vector<Fault> faults;
-    auto row = database.query(std::string(faultColumns) + "ORDER BY number");
-    while (row.next()) faults.push_back(readFault(row));
-    return faults;
-  });
-}
+std::vector<Fault> Faults::armed() const { return store_->read(readFaults); }
 
-void Faults::clear() {
-  store_->write([](Database& database) { database.run("DELETE FROM faults"); });
-}
+void Faults::clear() { store_->write(removeAllFaults); }
 
-std::vector<Firing> Faults::firings() const {
-  return store_->read([](Database& database) {
-    std::vector<Firing> firings;
-    auto row = database.query("SELECT fault, operation, kind FROM firings ORDER BY number");
-    while (row.next()) firings.push_back({row.integer(0), row.text(1), row.text(2)});
-    return firings;
-  });
-}
-
-std::optional<Fault> Faults::take(const std::string& operation,
-                                  const std::optional<std::string>& useCase) {
-  return store_->write([&](Database& database) {
-    auto fault = chosen(database, faultsFor(database, operation, useCase));
-    if (!fault) return fault;
-    if (fault->remaining) {
-      --*fault->remaining;
-      database.run("UPDATE faults SET remaining = ? WHERE number = ?", *fault->remaining,
-                   fault->number);
-      database.run("DELETE FROM faults WHERE remaining = 0");
-    }
-    database.run("INSERT INTO firings (fault, operation, kind) VALUES (?, ?, ?)", fault->number,
-                 fault->operation, fault->kind);
-    return fault;
-  });
-}
+std::vector<Firing> Faults::firings() const { return store_->read(readFirings); }
 
 }  // namespace hlv::sandbox

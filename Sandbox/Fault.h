@@ -5,29 +5,97 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace hlv::sandbox {
 
+/// What a service is asked for, backend first.
+enum class Operation {
+  updateGuest,
+  addCard,
+  deleteCard,
+  updateCard,
+  fetchCards,
+  createUserToken,
+  addInstrument,
+  listInstruments,
+  removeInstrument,
+};
+
+/// What a fault does to a call. The first group suits every operation. A call that is refused or
+/// never replied to has no effect; one whose reply is reset, replaced by garbage, cut or stalled
+/// was served, and only the caller does not know.
+enum class FaultKind {
+  error,
+  delay,
+  refused,
+  reset,
+  garbage,
+  never,
+  twice,
+  /// The reply ends after some bytes.
+  cut,
+  /// The reply comes at some bytes per second.
+  slow,
+  /// Half of the reply comes, and then nothing.
+  stalled,
+
+  noToken,
+  noIdentifier,
+  otherState,
+  noList,
+};
+
+/// How the delays of one fault spread.
+enum class Distribution {
+  /// From the delay to the delay and the spread.
+  uniform,
+  /// The delay is the mean and the spread the standard deviation.
+  normal,
+  /// The delay is the median; of a hundred calls 84 wait no longer than the delay and the spread.
+  logNormal,
+};
+
+/// An operation's first keyword; a kind's name such as "no-token"; "uniform", "normal" and
+/// "log-normal". Threading of all of these: any.
+std::string_view textOf(Operation operation);
+std::string_view textOf(FaultKind kind);
+std::string_view textOf(Distribution distribution);
+/// Missing for a name that is none.
+std::optional<Operation> operationNamed(std::string_view name);
+std::optional<FaultKind> faultKindNamed(std::string_view name);
+std::optional<Distribution> distributionNamed(std::string_view name);
+std::vector<Operation> allOperations();
+/// The kinds that suit an operation.
+std::vector<FaultKind> kindsOf(Operation operation);
+
 /// What to do to calls of one operation of a service. Armed in the store, so that a fault outlives
 /// the process that armed it.
 struct Fault {
-  /// One of `Faults::operations()`: an operation's first keyword.
-  std::string operation;
-  /// One of `Faults::kinds()`.
-  std::string kind;
+  Operation operation = Operation::updateGuest;
+  FaultKind kind = FaultKind::error;
   /// How many more calls it meets; missing means every one.
   std::optional<std::int64_t> remaining = 1;
-  /// How long the answer waits. A delayed answer comes after every undelayed one that is on its
-  /// way, so that the order does not depend on the machine.
+  /// How long the reply waits. In one process a delayed reply comes after every undelayed one that
+  /// is on its way, so that the order does not depend on the machine.
   std::int64_t delayMilliseconds = 0;
-  /// By how much more an answer may wait; each waits as long as a throw of the store's dice says.
+  /// How far the delays spread; each is chosen at random, repeatably under the store's seed.
   std::int64_t spreadMilliseconds = 0;
-  /// Of how many in a hundred calls it meets, by the store's dice, which a seed makes repeatable. A
-  /// call that it spares is not counted down.
+  Distribution distribution = Distribution::uniform;
+  /// Of how many in a hundred calls it meets, as repeatable. A call that it spares is not counted
+  /// down.
   std::int64_t probability = 100;
-  /// The error's code, for the kind "error".
+  /// The error's code, for the kind `error`.
   std::int64_t code = 500;
+  /// Over HTTP, for the kind `error`: the status instead of the code's own, and further headers.
+  std::optional<std::int64_t> status;
+  std::vector<std::pair<std::string, std::string>> headers;
+  /// Over HTTP, for the kind `cut`: after how many bytes.
+  std::optional<std::int64_t> bytes;
+  /// Over HTTP, for the kind `slow`.
+  std::optional<std::int64_t> bytesPerSecond;
   /// Meets only calls for this use case; missing means all.
   std::optional<std::string> useCase;
   /// Given by `arm`.
@@ -39,9 +107,15 @@ struct Fault {
 /// One call that met a fault.
 struct Firing {
   std::int64_t faultNumber = 0;
-  std::string operation;
-  std::string kind;
+  Operation operation = Operation::updateGuest;
+  FaultKind kind = FaultKind::error;
 };
+
+/// One plain sentence about what makes no sense in a fault, or an empty string.
+[[nodiscard]] std::string problemOf(const Fault& fault);
+/// The same for a name that is none, with what is possible. Masks card numbers.
+[[nodiscard]] std::string noSuchOperation(std::string_view name);
+[[nodiscard]] std::string noSuchKind(std::string_view name);
 
 class Store;
 
@@ -52,23 +126,11 @@ class Faults {
  public:
   explicit Faults(std::shared_ptr<Store> store);
 
-  /// The operations that can fail, backend first.
-  static std::vector<std::string> operations();
-  /// "error", "delay", "refused", "reset", "garbage", "never", "twice", "no-token",
-  /// "no-identifier", "other-state", "no-list". A call that is refused reaches nobody; one that is
-  /// reset or answered with garbage was served, and only the caller does not know.
-  static std::vector<std::string> kinds();
-
   /// Returns one plain sentence when the fault makes no sense, or an empty string.
-  std::string arm(const Fault& fault);
+  [[nodiscard]] std::string arm(const Fault& fault);
   std::vector<Fault> armed() const;
   void clear();
   std::vector<Firing> firings() const;
-
-  /// Takes the oldest fault that meets a call, counts it down and records the firing. Its delay is
-  /// the one that the dice chose.
-  std::optional<Fault> take(const std::string& operation,
-                            const std::optional<std::string>& useCase);
 
  private:
   const std::shared_ptr<Store> store_;

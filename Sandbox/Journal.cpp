@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <map>
 #include <utility>
 
@@ -24,6 +25,16 @@ std::string threadName() {
   return name.data();
 }
 
+std::int64_t millisecondsNow() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+bool isKnown(Database& database, std::int64_t operation) {
+  return database.query("SELECT 1 FROM operations WHERE number = ?", operation).next();
+}
+
 std::int64_t insertOperation(Database& database, const std::string& name) {
   database.run("INSERT INTO operations (name) VALUES (?)", maskedText(name));
   const auto number = database.lastRow();
@@ -32,11 +43,11 @@ std::int64_t insertOperation(Database& database, const std::string& name) {
 }
 
 constexpr const char* eventColumns =
-    "SELECT operation, speaker, listener, what, result, thread, number FROM events ";
+    "SELECT operation, speaker, listener, what, result, thread, number, at FROM events ";
 
-Event readEvent(const Statement& row) {
-  return {row.integer(0), row.text(1), row.text(2),   row.text(3),
-          row.text(4),    row.text(5), row.integer(6)};
+Event readEvent(const Query& row) {
+  return {row.integer(0), row.text(1), row.text(2),    row.text(3),
+          row.text(4),    row.text(5), row.integer(6), row.integer(7)};
 }
 
 std::vector<Event> eventsOf(Database& database, std::int64_t operation) {
@@ -59,21 +70,21 @@ Journal::Journal(std::shared_ptr<Store> store, std::string first)
 
 std::int64_t Journal::beginOperation(const std::string& name) {
   return operation_ =
-             store_->write([&](Database& database) { return insertOperation(database, name); });
+             store_->record([&](Database& database) { return insertOperation(database, name); });
 }
 
 void Journal::record(const std::string& from, const std::string& to, const std::string& what,
                      const std::string& result) {
   const auto thread = threadName();
+  const auto at = millisecondsNow();
   try {
-    store_->write([&](Database& database) {
+    store_->record([&](Database& database) {
       // Another process may have forgotten this one's operation meanwhile.
-      auto known = database.query("SELECT 1 FROM operations WHERE number = ?", operation_.load());
-      if (!known.next()) operation_ = insertOperation(database, first_);
+      if (!isKnown(database, operation_)) operation_ = insertOperation(database, first_);
       database.run(
-          "INSERT INTO events (operation, speaker, listener, what, result, thread) "
-          "VALUES (?, ?, ?, ?, ?, ?)",
-          operation_.load(), from, to, maskedText(what), maskedText(result), thread);
+          "INSERT INTO events (operation, speaker, listener, what, result, thread, at) "
+          "VALUES (?, ?, ?, ?, ?, ?, ?)",
+          operation_.load(), from, to, maskedText(what), maskedText(result), thread, at);
       database.run("DELETE FROM events WHERE number <= ?", database.lastRow() - eventsKept);
     });
   } catch (const StoreFailure&) {

@@ -14,9 +14,8 @@ namespace hlv::sandbox {
 /// security code.
 struct Event {
   std::int64_t operation = 0;
-  /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log", "assert", and
-  /// "client" for another program that calls a service. A service that meets a fault says so to
-  /// itself.
+  /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log" and "assert". A
+  /// service that meets a fault says so to itself.
   std::string from;
   std::string to;
   /// What is said, e.g. "createUserToken".
@@ -27,6 +26,8 @@ struct Event {
   std::string thread;
   /// Later events have greater numbers.
   std::int64_t number = 0;
+  /// When it was recorded, in milliseconds since 1970.
+  std::int64_t at = 0;
 };
 
 class Store;
@@ -42,7 +43,8 @@ class Journal {
   /// Begins a new operation and returns its number; later events of this journal belong to it. The
   /// store keeps the last two hundred operations, and the last five thousand events.
   std::int64_t beginOperation(const std::string& name);
-  /// Records an event of the current operation, on the calling thread. Masks card numbers.
+  /// Records an event of the current operation, on the calling thread. Masks card numbers. What was
+  /// recorded outlives the process; only a failure of power may lose the last events.
   void record(const std::string& from, const std::string& to, const std::string& what,
               const std::string& result = {});
 

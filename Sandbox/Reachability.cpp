@@ -3,20 +3,21 @@
 #include "Sandbox/Store/Settings.h"
 
 namespace hlv::sandbox {
-namespace {
 
-std::int64_t readState(Database& database) {
+std::int64_t readNetworkState(Database& database) {
   return readSetting(database, "network") == "off" ? 0 : 1;
 }
 
-}  // namespace
+void writeNetworkState(Database& database, std::int64_t state) {
+  writeSetting(database, "network", state == 0 ? "off" : "on");
+}
 
-std::int64_t Reachability::currentState() const { return store_->readOrNothing(readState); }
+std::int64_t Reachability::currentState() const { return store_->readOrNothing(readNetworkState); }
 
 std::int64_t Reachability::setState(std::int64_t state) {
   return store_->write([&](Database& database) {
-    const auto before = readState(database);
-    writeSetting(database, "network", state == 0 ? "off" : "on");
+    const auto before = readNetworkState(database);
+    writeNetworkState(database, state);
     return before;
   });
 }

@@ -1,4 +1,4 @@
-// Whether the sandbox's network is on. Private to the sandbox.
+// Whether the sandbox's network is on. Private to the sandbox and the server.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,11 @@
 
 namespace hlv::sandbox {
 
-/// State 0 is off, state 1 is on. Kept in the store, so every process sees the same network.
+/// State 0 is off, state 1 is on. Inside `Store::read` and `Store::write`.
+std::int64_t readNetworkState(Database& database);
+void writeNetworkState(Database& database, std::int64_t state);
+
+/// Kept in the store, so every process sees the same network.
 ///
 /// Threading: any.
 class Reachability final : public HLVSDKReachability {
@@ -16,7 +20,7 @@ class Reachability final : public HLVSDKReachability {
   explicit Reachability(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
   std::int64_t currentState() const override;
-  /// Answers the state before.
+  /// Returns the state before.
   std::int64_t setState(std::int64_t state);
 
  private:

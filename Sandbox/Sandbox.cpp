@@ -3,22 +3,19 @@
 #include <utility>
 
 #include "Platform/Platform.h"
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Constants.h"
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Provider/Provider.h"
 #include "Sandbox/SandboxError.h"
 #include "Sandbox/SandboxHost.h"
-#include "Sandbox/Scenes.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
+#include "Sandbox/Testing/Reset.h"
+#include "Sandbox/Testing/Scenarios.h"
 
 namespace hlv::sandbox {
 namespace {
-
-bool isAddress(const std::string& email) {
-  const auto at = email.find('@');
-  return at != std::string::npos && at > 0 && at + 1 < email.size() &&
-         email.find_first_of(" \t\r\n") == std::string::npos;
-}
 
 void post(const NullableString& name, Dictionary userInfo = {}) {
   Platform::current()->notificationCenter()->post({name.value_or(""), std::move(userInfo)});
@@ -44,10 +41,20 @@ Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
     if (opened.isNew && options.seed) {
       opened.store->write([&](Database& database) { plantSeed(database, *options.seed); });
     }
-    auto remote = LogSink::toFile(options.remoteLogPath.empty() ? options.storePath + ".log"
-                                                                : options.remoteLogPath);
+  } catch (const StoreFailure& failure) {
+    return {nullptr, failure.what()};
+  }
+  return over(std::move(opened.store), options);
+}
+
+Sandbox::Opened Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
+  try {
+    auto remote = options.remoteLogPath.empty() && options.storePath.empty()
+                      ? LogSink::toNowhere()
+                      : LogSink::toFile(options.remoteLogPath.empty() ? options.storePath + ".log"
+                                                                      : options.remoteLogPath);
     auto console = options.logToConsole ? LogSink::toStandardError() : LogSink::toNowhere();
-    auto parts = std::make_shared<Parts>(opened.store, std::move(remote), std::move(console));
+    auto parts = std::make_shared<Parts>(std::move(store), std::move(remote), std::move(console));
     return {std::shared_ptr<Sandbox>(new Sandbox(std::move(parts))), ""};
   } catch (const std::runtime_error& failure) {
     return {nullptr, failure.what()};
@@ -55,35 +62,27 @@ Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
 }
 
 Sandbox::Sandbox(std::shared_ptr<Parts> parts)
-    : parts_(std::move(parts)),
-      host_(std::make_shared<SandboxHost>(parts_, parts_->embedded)),
-      hostBehindDoors_(hostBehindDoors(AsOne())) {}
+    : parts_(std::move(parts)), host_(std::make_shared<SandboxHost>(parts_)) {}
 
 Sandbox::~Sandbox() = default;
 
 std::shared_ptr<Host> Sandbox::host() const { return host_; }
 
-std::shared_ptr<Host> Sandbox::hostBehindDoors() const { return hostBehindDoors_; }
-
-std::shared_ptr<Host> Sandbox::hostBehindDoors(const AsOne& asOne) const {
-  return std::make_shared<SandboxHost>(parts_, parts_->makeClientsBehindDoors(asOne));
-}
-
 std::string Sandbox::signIn(const std::string& email) {
-  if (!isAddress(email)) return "A guest signs in with an e-mail address.";
-  if (maskedText(email) != email) return "An address may not hold what looks like a card number.";
-  parts_->backend->signIn(email);
+  auto problem = backend::problemOfAddress(email);
+  if (!problem.empty()) return problem;
+  parts_->store->write([&](Database& database) { backend::signIn(database, email); });
   announceAuthorisation(*parts_->journal, true);
   return "";
 }
 
 void Sandbox::signOut() {
-  parts_->backend->signOut();
+  parts_->store->write(backend::signOut);
   announceAuthorisation(*parts_->journal, false);
 }
 
 std::optional<std::string> Sandbox::signedInEmail() const {
-  return parts_->backend->signedInEmail();
+  return parts_->store->readOrNothing(backend::signedInEmail);
 }
 
 void Sandbox::setReachable(bool reachable) {
@@ -108,8 +107,6 @@ Faults& Sandbox::faults() { return *parts_->faults; }
 
 Journal& Sandbox::journal() { return *parts_->journal; }
 
-KeptAnswers& Sandbox::keptAnswers() { return *parts_->keptAnswers; }
-
 std::optional<std::string> Sandbox::note(const std::string& name) const {
   return parts_->store->read(
       [&](Database& database) { return readSetting(database, "note " + name); });
@@ -119,15 +116,15 @@ void Sandbox::setNote(const std::string& name, const std::string& text) {
   parts_->store->write([&](Database& database) { writeSetting(database, "note " + name, text); });
 }
 
-std::int64_t Sandbox::changes() const {
-  return parts_->store->read([](Database& database) { return database.allChanges(); });
-}
+std::int64_t Sandbox::changes() const { return parts_->store->changes(); }
 
 std::string Sandbox::plantInstrument(const CardFields& card) {
   const auto email = signedInEmail();
   if (!email) return "Nobody is signed in.";
   try {
-    parts_->provider->plant(*email, EnteredCard::make(card));
+    const auto entered = EnteredCard::make(card);
+    parts_->store->write(
+        [&](Database& database) { provider::storeOrphan(database, *email, *entered); });
   } catch (const Refusal& refusal) {
     return sentenceOf(refusal.error);
   }
@@ -135,13 +132,20 @@ std::string Sandbox::plantInstrument(const CardFields& card) {
   return "";
 }
 
-std::vector<std::string> Sandbox::scenes() { return Scenes::names(); }
+std::vector<std::string> Sandbox::scenes() {
+  std::vector<std::string> names;
+  for (const auto scenario : allScenarios()) names.emplace_back(textOf(scenario));
+  return names;
+}
 
 std::string Sandbox::makeScene(const std::string& name) {
   const auto email = signedInEmail();
   if (!email) return "Nobody is signed in.";
+  const auto scenario = scenarioNamed(name);
+  if (!scenario) return noSuchScenario(name);
   try {
-    auto problem = Scenes(*parts_->backend, *parts_->provider, *email).make(name);
+    auto problem = parts_->store->write(
+        [&](Database& database) { return makeScenario(database, *email, *scenario); });
     if (problem.empty()) parts_->journal->record("app", "app", "scene " + name);
     return problem;
   } catch (const Refusal& refusal) {
@@ -150,27 +154,24 @@ std::string Sandbox::makeScene(const std::string& name) {
 }
 
 void Sandbox::reset() {
-  // First, so that what they tell is forgotten too, and a kit has no guest to synchronise.
+  // First, so that what they record is forgotten too, and a kit has no guest to synchronise.
   if (signedInEmail()) signOut();
   if (!isReachable()) setReachable(true);
-  parts_->store->write([this](Database& database) {
-    // Cards before guests and instruments before users, since they refer to them.
-    for (const char* table : {"backend_cards", "backend_guests", "provider_instruments",
-                              "provider_users", "faults", "firings", "events", "operations"}) {
-      database.run(std::string("DELETE FROM ") + table);
-    }
-    parts_->keptAnswers->forgetAll();
-  });
+  parts_->store->write(forgetEverything);
 }
 
 std::vector<BackendCard> Sandbox::backendCards() const {
-  const auto email = signedInEmail();
-  return email ? parts_->backend->cardsOf(*email) : std::vector<BackendCard>();
+  return parts_->store->read([](Database& database) {
+    const auto email = backend::signedInEmail(database);
+    return email ? readCards(database, *email) : std::vector<BackendCard>();
+  });
 }
 
 std::vector<ProviderInstrument> Sandbox::providerInstruments() const {
-  const auto email = signedInEmail();
-  return email ? parts_->provider->instrumentsOf(*email) : std::vector<ProviderInstrument>();
+  return parts_->store->read([](Database& database) {
+    const auto email = backend::signedInEmail(database);
+    return email ? provider::instrumentsOf(database, *email) : std::vector<ProviderInstrument>();
+  });
 }
 
 bool Sandbox::isQuiet() const { return parts_->answers->isQuiet(); }

@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "Host/Host.h"
-#include "Sandbox/AsOne.h"
 #include "Sandbox/BackendCard.h"
 #include "Sandbox/EnteredAddress.h"
 #include "Sandbox/EnteredCard.h"
@@ -36,8 +35,8 @@ struct SandboxOptions {
   bool logToConsole = false;
 };
 
-class KeptAnswers;
 struct Parts;
+class Store;
 
 class Sandbox {
  public:
@@ -49,7 +48,9 @@ class Sandbox {
   };
 
   /// Opens a store, or makes one. Whatever an earlier process was told is still there.
-  static Opened open(const SandboxOptions& options);
+  [[nodiscard]] static Opened open(const SandboxOptions& options);
+  /// The same on a store that is open already; only the options about logs count. For a server.
+  [[nodiscard]] static Opened over(std::shared_ptr<Store> store, const SandboxOptions& options);
   ~Sandbox();
   Sandbox(const Sandbox&) = delete;
   Sandbox& operator=(const Sandbox&) = delete;
@@ -57,12 +58,6 @@ class Sandbox {
   /// What to install with `Host::install` before the kit is enabled. Keeps the sandbox's services
   /// alive by itself.
   std::shared_ptr<Host> host() const;
-  /// The same for services that other programs call over a door of their own. The story calls them
-  /// "client"; what goes wrong on the way is for the door to do, as `FaultOnTheWay` says.
-  std::shared_ptr<Host> hostBehindDoors() const;
-  /// The same for one request that may be sent again; `asOne` says how its answer is kept.
-  std::shared_ptr<Host> hostBehindDoors(const AsOne& asOne) const;
-
   // What an app does.
 
   /// Signs a guest in, creating one for a new address, and posts the authorisation notification.
@@ -92,9 +87,8 @@ class Sandbox {
   /// Returns one plain sentence when it cannot, or an empty string.
   std::string makeScene(const std::string& name);
   static std::vector<std::string> scenes();
-  /// Forgets guests, cards, instruments, faults, the answers that services keep and the story,
-  /// turns the network on and tells the app that nobody is signed in. Identifiers go on where they
-  /// were.
+  /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, turns the
+  /// network on and tells the app that nobody is signed in. Identifiers go on where they were.
   void reset();
 
   // The two sides of the signed-in guest, as the services have them now. At the provider that is
@@ -103,8 +97,6 @@ class Sandbox {
   std::vector<BackendCard> backendCards() const;
   std::vector<ProviderInstrument> providerInstruments() const;
 
-  /// For services that offer the sandbox to other processes.
-  KeptAnswers& keptAnswers();
   /// A note under that name that outlives the process; missing for none.
   std::optional<std::string> note(const std::string& name) const;
   void setNote(const std::string& name, const std::string& text);
@@ -119,7 +111,6 @@ class Sandbox {
 
   const std::shared_ptr<Parts> parts_;
   const std::shared_ptr<Host> host_;
-  const std::shared_ptr<Host> hostBehindDoors_;
 };
 
 }  // namespace hlv::sandbox

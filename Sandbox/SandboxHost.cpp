@@ -13,32 +13,19 @@ namespace hlv::sandbox {
 Parts::Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink)
     : store(std::move(openedStore)),
       journal(std::make_shared<Journal>(store, "start")),
-      journalOfDoors(std::make_shared<Journal>(store, "over HTTP")),
       faults(std::make_shared<Faults>(store)),
-      keptAnswers(std::make_shared<KeptAnswers>(store)),
       reachability(std::make_shared<Reachability>(store)),
       answers(std::make_shared<Answers>()),
-      backend(std::make_shared<Backend>(store)),
-      provider(std::make_shared<Provider>(store)),
-      embedded(makeClients({journal, faults, reachability, answers})),
+      guests(std::make_shared<Guests>(store)),
+      backend(
+          std::make_shared<BackendClient>(guests, Service::Surroundings{store, journal, answers})),
+      provider(std::make_shared<ProviderClient>(Service::Surroundings{store, journal, answers})),
       remoteLog(std::make_shared<RemoteFileLogger>(std::move(remoteSink), journal)),
       consoleLog(std::make_shared<ConsoleLogger>(std::move(consoleSink))) {}
 
-Parts::Clients Parts::makeClientsBehindDoors(const AsOne& asOne) const {
-  return makeClients({journalOfDoors, faults, reachability, answers, Way::door, asOne});
-}
-
-Parts::Clients Parts::makeClients(const Service::Surroundings& surroundings) const {
-  return {std::make_shared<BackendClient>(backend, surroundings),
-          std::make_shared<ProviderClient>(provider, surroundings)};
-}
-
 std::shared_ptr<const HLVSDKConstants> SandboxHost::constants() { return sandboxConstants(); }
 
-std::shared_ptr<HLVSDKGuest> SandboxHost::currentGuest() {
-  const auto email = parts_->backend->signedInEmail();
-  return email ? parts_->backend->guest(*email) : nullptr;
-}
+std::shared_ptr<HLVSDKGuest> SandboxHost::currentGuest() { return parts_->guests->signedIn(); }
 
 NullableString SandboxHost::cardBrandFromNumber(const NullableString& number) {
   const auto* brand = number ? findCardBrand(*number) : nullptr;
@@ -70,8 +57,8 @@ std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> SandboxHost::makeAddCredit
 }
 
 std::shared_ptr<HLVSession> SandboxHost::activeSession() {
-  const auto email = parts_->backend->signedInEmail();
-  return email ? std::make_shared<Session>(*email, parts_->backend) : nullptr;
+  const auto email = parts_->store->readOrNothing(backend::signedInEmail);
+  return email ? std::make_shared<Session>(*email, parts_->store) : nullptr;
 }
 
 std::shared_ptr<HLVErrorFacade> SandboxHost::makeErrorFacade() {

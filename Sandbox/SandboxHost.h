@@ -4,17 +4,15 @@
 #include <memory>
 
 #include "Host/Host.h"
-#include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendClient.h"
+#include "Sandbox/Backend/Guest.h"
+#include "Sandbox/Calls/Answers.h"
 #include "Sandbox/Fault.h"
 #include "Sandbox/Journal.h"
 #include "Sandbox/Logging/ConsoleLogger.h"
 #include "Sandbox/Logging/RemoteFileLogger.h"
-#include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Provider/ProviderClient.h"
 #include "Sandbox/Reachability.h"
-#include "Sandbox/Service/Answers.h"
-#include "Sandbox/Store/KeptAnswers.h"
 #include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
@@ -23,42 +21,27 @@ namespace hlv::sandbox {
 ///
 /// Threading: any.
 struct Parts {
-  /// The services as callers of one kind reach them.
-  struct Clients {
-    std::shared_ptr<BackendClient> backend;
-    std::shared_ptr<ProviderClient> provider;
-  };
-
   Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink);
-
-  /// `asOne` may be empty.
-  Clients makeClientsBehindDoors(const AsOne& asOne) const;
 
   const std::shared_ptr<Store> store;
   const std::shared_ptr<Journal> journal;
-  const std::shared_ptr<Journal> journalOfDoors;
   const std::shared_ptr<Faults> faults;
-  const std::shared_ptr<KeptAnswers> keptAnswers;
   const std::shared_ptr<Reachability> reachability;
   const std::shared_ptr<Answers> answers;
-  const std::shared_ptr<Backend> backend;
-  const std::shared_ptr<Provider> provider;
-  const Clients embedded;
+  const std::shared_ptr<Guests> guests;
+  const std::shared_ptr<BackendClient> backend;
+  const std::shared_ptr<ProviderClient> provider;
   const std::shared_ptr<RemoteFileLogger> remoteLog;
   const std::shared_ptr<ConsoleLogger> consoleLog;
-
- private:
-  Clients makeClients(const Service::Surroundings& surroundings) const;
 };
 
 /// Threading: any.
 class SandboxHost final : public Host {
  public:
-  SandboxHost(std::shared_ptr<Parts> parts, Parts::Clients clients)
-      : parts_(std::move(parts)), clients_(std::move(clients)) {}
+  explicit SandboxHost(std::shared_ptr<Parts> parts) : parts_(std::move(parts)) {}
 
   std::shared_ptr<const HLVSDKConstants> constants() override;
-  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return clients_.backend; }
+  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return parts_->backend; }
   std::shared_ptr<HLVSDKReachability> reachability() override { return parts_->reachability; }
   std::shared_ptr<HLVSDKGuest> currentGuest() override;
   NullableString cardBrandFromNumber(const NullableString& number) override;
@@ -75,7 +58,7 @@ class SandboxHost final : public Host {
   std::shared_ptr<HLVSession> activeSession() override;
   std::shared_ptr<HLVErrorFacade> makeErrorFacade() override;
 
-  std::shared_ptr<PLVInAppClient> inAppClient() override { return clients_.provider; }
+  std::shared_ptr<PLVInAppClient> inAppClient() override { return parts_->provider; }
   std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
       const NullableString& pan, const NullableString& expiryMonth,
       const NullableString& expiryYear, const NullableString& cvv,
@@ -85,7 +68,6 @@ class SandboxHost final : public Host {
   void report(const std::string& assertion);
 
   const std::shared_ptr<Parts> parts_;
-  const Parts::Clients clients_;
 };
 
 }  // namespace hlv::sandbox

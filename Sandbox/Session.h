@@ -6,6 +6,7 @@
 
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {
 
@@ -14,14 +15,16 @@ namespace hlv::sandbox {
 /// Threading: any.
 class Session final : public HLVSession {
  public:
-  Session(std::string email, std::shared_ptr<Backend> backend)
-      : email_(std::move(email)), backend_(std::move(backend)) {}
+  Session(std::string email, std::shared_ptr<Store> store)
+      : email_(std::move(email)), store_(std::move(store)) {}
 
-  bool isAuthorized() const override { return backend_->signedInEmail() == email_; }
+  bool isAuthorized() const override {
+    return store_->readOrNothing(backend::signedInEmail) == email_;
+  }
 
  private:
   const std::string email_;
-  const std::shared_ptr<Backend> backend_;
+  const std::shared_ptr<Store> store_;
 };
 
 }  // namespace hlv::sandbox

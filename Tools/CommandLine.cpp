@@ -1,15 +1,19 @@
 #include "Tools/CommandLine.h"
 
+#include <arpa/inet.h>
+
 #include <algorithm>
 #include <iostream>
 #include <string_view>
 
 #include "Public/HLVSDKPaylevenKitVersion.h"
+#include "Sandbox/Logging/MaskedText.h"
 #include "Tools/CardCommands.h"
 #include "Tools/Demo.h"
 #include "Tools/Enabling.h"
 #include "Tools/GuestCommands.h"
 #include "Tools/Problem.h"
+#include "Tools/SandboxCommands.h"
 #include "Tools/ServeCommand.h"
 #include "Tools/TesterCommands.h"
 
@@ -25,17 +29,23 @@ std::string version() {
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
-/// Whether somewhere in the text 12 digits follow one another, spaces and hyphens apart.
-bool looksLikeCardNumber(const std::string& text) {
-  std::size_t digits = 0;
-  for (const char character : text) {
-    if (isDigit(character)) {
-      if (++digits == 12) return true;
-    } else if (character != ' ' && character != '-' && character != '.') {
-      digits = 0;
-    }
-  }
-  return false;
+bool hasLetter(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](char character) {
+    const char small = static_cast<char>(character | 0x20);
+    return small >= 'a' && small <= 'z';
+  });
+}
+
+/// Dates may stand in one.
+bool isPath(std::string_view argument) {
+  if (argument.starts_with("--")) argument.remove_prefix(argument.find('=') + 1);
+  return argument.find('/') != std::string_view::npos && hasLetter(argument);
+}
+
+/// With three digits in each of its parts, one has twelve.
+bool isAddress(const char* argument) {
+  in_addr address{};
+  return ::inet_pton(AF_INET, argument, &address) == 1;
 }
 
 bool isOptionName(const std::string& argument) {
@@ -54,7 +64,8 @@ CommandLine::CommandLine()
   app_.add_option("--store", options_.storePath,
                   "The store to work on (default: paylevenkit/store.sqlite in the data folder)")
       ->type_name("FILE")
-      ->take_last();
+      ->take_last()
+      ->check([](const std::string& path) { return path.empty() ? "A store has a name" : ""; });
   app_.add_flag("--json", options_.json, "Print one JSON document");
   app_.add_option("--seed", options_.seed, "Make the identifiers of a new store repeatable")
       ->type_name("N");
@@ -71,7 +82,6 @@ CommandLine::CommandLine()
       app_.add_option("--provider", options_.providerURL, "The provider of a `paylevenkit serve`")
           ->type_name("URL");
   backend->needs(provider);
-  provider->needs(backend);
   app_.footer(
       "These options may stand before or after the command.\n\n"
       "Examples:\n"
@@ -83,6 +93,7 @@ CommandLine::CommandLine()
   CardCommands::define(*this);
   TesterCommands::define(*this);
   ServeCommand::define(*this);
+  defineSandboxCommands(*this);
   Demo::define(*this);
 }
 
@@ -139,13 +150,12 @@ std::string CommandLine::refusal(int argc, const char* const* argv) const {
   std::string arguments;
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument(argv[i]);
-    if (argument.find('/') != std::string_view::npos) continue;  // A path; dates stand in those.
-    const bool splitNumber =
-        !argument.empty() && std::all_of(argument.begin(), argument.end(), isDigit);
-    arguments += splitNumber ? " " : "\n";
+    if (isPath(argument) || isAddress(argv[i])) continue;
+    // What has a letter is no part of a number, and a colon ends one.
+    arguments += hasLetter(argument) ? ":" : " ";
     arguments += argument;
   }
-  if (!looksLikeCardNumber(arguments)) return {};
+  if (!sandbox::holdsCardNumber(arguments)) return {};
   return "An argument looks like a card number; a number is typed when asked for, or comes from "
          "standard input.";
 }

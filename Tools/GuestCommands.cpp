@@ -34,7 +34,7 @@ void defineSigning(CommandLine& line) {
       CommandLine::add(line.app(), "sign-out", "Sign the guest out", "  paylevenkit sign-out\n");
   line.whenChosen(signOut, [](Session& session) {
     return noticed(session, "sign-out", "Nobody is signed in.",
-                   [](sandbox::Sandbox& sandbox) { sandbox.signOut(); });
+                   [&](sandbox::Sandbox&) { session.signOut(); });
   });
 }
 

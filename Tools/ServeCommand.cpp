@@ -1,19 +1,20 @@
 #include "Tools/ServeCommand.h"
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdio>
 #include <fstream>
 #include <functional>
+#include <iomanip>
 #include <iostream>
 #include <memory>
 #include <thread>
 
 #include "Platform/Default/DefaultPlatform.h"
-#include "Services/Console/Console.h"
-#include "Services/Services.h"
+#include "Server/Server.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"
 
@@ -21,8 +22,7 @@ namespace hlv::tool {
 namespace {
 
 struct ServeOptions {
-  services::ServicesOptions services;
-  int consolePort = 0;
+  server::ServerOptions server;
   std::string portsFile;
   std::int64_t answerMilliseconds = 30'000;
 };
@@ -46,8 +46,8 @@ class EndingSignals {
   EndingSignals(const EndingSignals&) = delete;
   EndingSignals& operator=(const EndingSignals&) = delete;
 
-  /// Pumps the main queue until one comes, and calls `look` after each turn of it.
-  void await(const std::function<void()>& look) {
+  /// Pumps the main queue until one comes, and calls `afterEachPass`.
+  void await(const std::function<void()>& afterEachPass) {
     thread_ = std::thread([this] {
       int signal = 0;
       ::sigwait(&signals_, &signal);
@@ -55,7 +55,7 @@ class EndingSignals {
       DefaultPlatform::shared()->mainQueue()->async([] {});
     });
     DefaultPlatform::shared()->runUntil([&] {
-      look();
+      afterEachPass();
       return hasCome_.load();
     });
   }
@@ -79,29 +79,34 @@ void writePorts(const std::string& file, const nlohmann::ordered_json& urls) {
   }
 }
 
+/// Connections take descriptors, and a shell's limit is far below what the system allows.
+void allowAllDescriptors() {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 Report serve(Session& session, const ServeOptions& options) {
   session.requireOwnServices("serve");
   EndingSignals signals;
-  auto servicesOptions = options.services;
-  auto& listening = servicesOptions.listening;
-  listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
-  session.begin("serve");
-  auto opened = services::Services::open(session.sharedSandbox(), servicesOptions);
-  if (!opened.services) throw Problem(opened.problem);
-  auto console = services::Console::open(session.sharedSandbox(), listening, options.consolePort);
-  if (!console.console) throw Problem(console.problem);
-  const nlohmann::ordered_json urls = {{"backend", opened.services->backendURL()},
-                                       {"provider", opened.services->providerURL()},
-                                       {"console", console.console->url()}};
+  allowAllDescriptors();
+  auto serverOptions = options.server;
+  serverOptions.storePath = session.storePath();
+  serverOptions.listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
+  auto server = server::Server::open(serverOptions);
+  if (!server) throw Problem(server.problem());
+  const nlohmann::ordered_json urls = {{"backend", (*server)->backendURL()},
+                                       {"provider", (*server)->providerURL()},
+                                       {"console", (*server)->consoleURL()}};
   const auto portsFile =
       options.portsFile.empty() ? session.storePath() + ".ports.json" : options.portsFile;
   writePorts(portsFile, urls);
-  std::cerr << "backend   " << opened.services->backendURL() << "\n"
-            << "provider  " << opened.services->providerURL() << "\n"
-            << "console   " << console.console->url() << std::endl;
-  signals.await([&] { console.console->look(); });
-  console.console.reset();
-  opened.services.reset();
+  for (const auto& [name, url] : urls.items()) {
+    std::cerr << std::left << std::setw(10) << name << url.get<std::string>() << std::endl;
+  }
+  signals.await([&] { (*server)->completeFinishedOperations(); });
+  server->reset();
   std::remove(portsFile.c_str());
 
   auto report = session.report("serve");
@@ -128,18 +133,33 @@ void ServeCommand::define(CommandLine& line) {
         ->type_name("N")
         ->check(CLI::Range(0, 65535));
   };
-  addPort("--backend-port", options->services.backendPort, "backend");
-  addPort("--provider-port", options->services.providerPort, "provider");
-  addPort("--console-port", options->consolePort, "console");
+  addPort("--backend-port", options->server.backendPort, "backend");
+  addPort("--provider-port", options->server.providerPort, "provider");
+  addPort("--console-port", options->server.consolePort, "console");
   command
       .add_option("--ports-file", options->portsFile,
                   "Where the URLs are while the services run (the store's path and .ports.json)")
       ->type_name("FILE");
-  command
-      .add_option("--address", options->services.listening.address, "Where to listen (127.0.0.1)")
+  command.add_option("--address", options->server.listening.address, "Where to listen (127.0.0.1)")
       ->type_name("ADDRESS");
-  command.add_flag("--listen-beyond-this-machine", options->services.listening.beyondThisMachine,
+  command.add_flag("--listen-beyond-this-machine", options->server.listening.beyondThisMachine,
                    "Allow an address that other machines can reach");
+  command
+      .add_option("--allow-host", options->server.listening.allowedHosts,
+                  "A name that clients may call the services by; may be repeated")
+      ->type_name("NAME");
+  command
+      .add_option("--loops", options->server.loops, "How many event loops (0: one for each core)")
+      ->type_name("N")
+      ->check(CLI::Range(0, 64));
+  const auto addURL = [&command](const std::string& name, std::string& url,
+                                 const std::string& whose) {
+    command.add_option(name, url, "Where clients reach the " + whose + ", if not where it listens")
+        ->type_name("URL");
+  };
+  addURL("--backend-url", options->server.backendURL, "backend");
+  addURL("--provider-url", options->server.providerURL, "provider");
+  addURL("--console-url", options->server.consoleURL, "console");
   command
       .add_option("--answer-limit", options->answerMilliseconds,
                   "How long a request waits for its answer (30000)")

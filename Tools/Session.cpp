@@ -23,12 +23,10 @@ std::shared_ptr<sandbox::Sandbox> openSandbox(const GlobalOptions& options) {
   return opened.sandbox;
 }
 
-std::shared_ptr<services::RemoteHost> openRemote(const GlobalOptions& options,
-                                                 const std::shared_ptr<sandbox::Sandbox>& local) {
+std::shared_ptr<client::RemoteHost> openRemote(const GlobalOptions& options,
+                                               const std::shared_ptr<sandbox::Sandbox>& local) {
   if (options.backendURL.empty() && options.providerURL.empty()) return nullptr;
-  auto opened = services::RemoteHost::open(local, {options.backendURL, options.providerURL});
-  if (!opened.host) throw Problem(opened.problem);
-  return opened.host;
+  return client::RemoteHost::open(local, {options.backendURL, options.providerURL});
 }
 
 std::string sentenceOf(const ErrorPtr& error) {
@@ -70,6 +68,12 @@ void Session::signIn(const std::string& email) {
     if (const auto error = remote_->signIn(email)) throw Problem(sentenceOf(error));
   }
   if (const auto problem = sandbox_->signIn(email); !problem.empty()) throw Problem(problem);
+}
+
+void Session::signOut() {
+  const auto error = remote_ ? remote_->signOut() : nullptr;
+  sandbox_->signOut();
+  if (error) throw Problem(sentenceOf(error));
 }
 
 std::vector<sandbox::BackendCard> Session::backendCards() const {
@@ -123,9 +127,9 @@ std::string Session::whyNothingCame() const {
   if (!kitIsEnabled()) return "the kit is not enabled, so the call reached nobody";
   const auto firings = sandbox_->faults().firings();
   for (auto i = firingsBefore_; i < firings.size(); ++i) {
-    if (firings[i].kind == "never") {
-      return "the service never answered " + firings[i].operation + " (armed fault " +
-             std::to_string(firings[i].faultNumber) + ")";
+    if (firings[i].kind == sandbox::FaultKind::never) {
+      return "the service never answered " + std::string(textOf(firings[i].operation)) +
+             " (armed fault " + std::to_string(firings[i].faultNumber) + ")";
     }
   }
   return "nothing is on its way any more";

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "Client/RemoteHost.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Sandbox/Sandbox.h"
-#include "Services/Remote/RemoteHost.h"
 #include "Tools/GlobalOptions.h"
 #include "Tools/Report.h"
 
@@ -38,6 +38,8 @@ class Session {
   void requireOwnServices(const std::string& command) const;
   /// Throws Problem when the guest cannot be signed in.
   void signIn(const std::string& email);
+  /// On this side, and at the backend. Throws Problem when the backend cannot be reached.
+  void signOut();
   /// The guest's cards, where the backend is.
   std::vector<sandbox::BackendCard> backendCards() const;
   /// The signed-in guest. Throws Problem when nobody is.
@@ -76,7 +78,7 @@ class Session {
   const GlobalOptions options_;
   const std::shared_ptr<sandbox::Sandbox> sandbox_;
   /// Null for the embedded services.
-  const std::shared_ptr<services::RemoteHost> remote_;
+  const std::shared_ptr<client::RemoteHost> remote_;
   std::string operation_;
   std::size_t firingsBefore_ = 0;
 };

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "Sandbox/Store/StoreLock.h"
 #include "Tools/Problem.h"
 
 namespace hlv::tool {
@@ -47,10 +48,13 @@ bool StoreFiles::isStore(const std::string& path) {
 }
 
 void StoreFiles::remove(const std::string& path) {
+  const sandbox::StoreLock lock(path);
+  if (!lock.problem().empty()) throw Problem(lock.problem());
   // The store itself goes last: while it is there, a removal that failed can be repeated.
-  for (const char* suffix : {"-wal", "-shm", ".log", ".ports.json", ""}) {
+  for (const char* suffix :
+       {".sandboxes", "-wal", "-shm", ".log", ".ports.json", ".ports.json.new", ".lock", ""}) {
     std::error_code failure;
-    std::filesystem::remove(path + suffix, failure);
+    std::filesystem::remove_all(path + suffix, failure);
     if (failure) throw Problem("The store cannot be removed: " + failure.message() + ".");
   }
 }

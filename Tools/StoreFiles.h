@@ -14,8 +14,9 @@ class StoreFiles {
   static std::string pathOrDefault(const std::string& path);
   /// Whether the file is a sandbox store, of whatever version.
   static bool isStore(const std::string& path);
-  /// Removes the store and what stands beside it: write-ahead log, shared memory and log file.
-  /// Throws Problem when one of them cannot be removed.
+  /// Removes the store and what stands beside it: write-ahead log, shared memory and log file, and
+  /// a server's sandboxes, snapshots, ports file and lock. Throws Problem while a server works on
+  /// the store, and when one of them cannot be removed.
   static void remove(const std::string& path);
 };
 

@@ -1,9 +1,12 @@
 #include "Tools/TesterCommands.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
@@ -17,7 +20,9 @@ namespace hlv::tool {
 namespace {
 
 using json = nlohmann::ordered_json;
+using sandbox::Distribution;
 using sandbox::Fault;
+using sandbox::FaultKind;
 
 /// Something done that is no operation: one sentence is all there is to show.
 Report said(Report report, const std::string& sentence) {
@@ -66,28 +71,56 @@ std::string times(const Fault& fault) {
   return std::to_string(*fault.remaining) + (*fault.remaining == 1 ? " call" : " calls");
 }
 
+template <class Named>
+std::string text(Named value) {
+  return std::string(textOf(value));
+}
+
+std::string spread(const Fault& fault) {
+  const auto milliseconds = std::to_string(fault.spreadMilliseconds) + " ms";
+  if (fault.distribution == Distribution::uniform) return "and up to " + milliseconds;
+  return text(fault.distribution) + ", spread " + milliseconds;
+}
+
+template <class Content>
+json orNull(const std::optional<Content>& content) {
+  return content ? json(*content) : json();
+}
+
 Report armedFaults(Session& session) {
   Table table;
   json list = json::array();
   for (const auto& fault : session.tester()->armed()) {
     std::string more;
-    if (fault.kind == "error") more += "code " + std::to_string(fault.code) + " ";
+    if (fault.kind == FaultKind::error) more += "code " + std::to_string(fault.code) + " ";
+    if (fault.status) more += "status " + std::to_string(*fault.status) + " ";
+    for (const auto& [name, value] : fault.headers) more += name + ": " + value + " ";
+    if (fault.bytes) more += "after " + std::to_string(*fault.bytes) + " bytes ";
+    if (fault.bytesPerSecond) more += std::to_string(*fault.bytesPerSecond) + " bytes a second ";
     if (fault.delayMilliseconds > 0) more += std::to_string(fault.delayMilliseconds) + " ms ";
     if (fault.spreadMilliseconds > 0) {
-      more += "and up to " + std::to_string(fault.spreadMilliseconds) + " ms ";
+      more += spread(fault) + " ";
     }
     if (fault.probability < 100) more += std::to_string(fault.probability) + " in a hundred ";
     if (fault.useCase) more += "only " + *fault.useCase;
-    table.add({std::to_string(fault.number), fault.operation, fault.kind, times(fault), more});
+    auto headers = json::object();
+    for (const auto& [name, value] : fault.headers) headers[name] = value;
+    table.add({std::to_string(fault.number), text(fault.operation), text(fault.kind), times(fault),
+               more});
     list.push_back({{"number", fault.number},
-                    {"operation", fault.operation},
-                    {"kind", fault.kind},
-                    {"remaining", fault.remaining ? json(*fault.remaining) : json()},
+                    {"operation", textOf(fault.operation)},
+                    {"kind", textOf(fault.kind)},
+                    {"remaining", orNull(fault.remaining)},
                     {"delayMilliseconds", fault.delayMilliseconds},
                     {"spreadMilliseconds", fault.spreadMilliseconds},
+                    {"distribution", textOf(fault.distribution)},
                     {"probability", fault.probability},
                     {"code", fault.code},
-                    {"useCase", fault.useCase ? json(*fault.useCase) : json()}});
+                    {"status", orNull(fault.status)},
+                    {"headers", headers},
+                    {"bytes", orNull(fault.bytes)},
+                    {"bytesPerSecond", orNull(fault.bytesPerSecond)},
+                    {"useCase", orNull(fault.useCase)}});
   }
   auto report = session.report("fault list");
   report.list(std::move(table), "No fault is armed.");
@@ -99,9 +132,10 @@ Report faultFirings(Session& session) {
   Table table;
   json list = json::array();
   for (const auto& firing : session.tester()->firings()) {
-    table.add({std::to_string(firing.faultNumber), firing.operation, firing.kind});
-    list.push_back(
-        {{"fault", firing.faultNumber}, {"operation", firing.operation}, {"kind", firing.kind}});
+    table.add({std::to_string(firing.faultNumber), text(firing.operation), text(firing.kind)});
+    list.push_back({{"fault", firing.faultNumber},
+                    {"operation", textOf(firing.operation)},
+                    {"kind", textOf(firing.kind)}});
   }
   auto report = session.report("fault firings");
   report.list(std::move(table), "No fault has met a call.");
@@ -109,17 +143,57 @@ Report faultFirings(Session& session) {
   return report;
 }
 
-std::string joined(const std::vector<std::string>& words) {
-  std::string text;
-  for (const auto& word : words) text += (text.empty() ? "" : ", ") + word;
-  return text;
+std::string possibleOperations() {
+  std::string names;
+  for (const auto operation : sandbox::allOperations()) {
+    names += (names.empty() ? "" : ", ") + text(operation);
+  }
+  return names;
 }
 
+std::string possibleKinds() {
+  std::vector<FaultKind> kinds;
+  for (const auto operation : sandbox::allOperations()) {
+    for (const auto kind : sandbox::kindsOf(operation)) {
+      if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) kinds.push_back(kind);
+    }
+  }
+  std::sort(kinds.begin(), kinds.end());
+  std::string names;
+  for (const auto kind : kinds) names += (names.empty() ? "" : ", ") + text(kind);
+  return names;
+}
+
+/// A fault as it is typed.
+struct TypedFault {
+  Fault fault;
+  std::string operation;
+  std::string kind;
+  std::string distribution{textOf(Distribution::uniform)};
+  std::vector<std::string> headers;
+  bool always = false;
+
+  /// Throws Problem for what is none.
+  Fault read() const {
+    auto read = fault;
+    const auto knownOperation = sandbox::operationNamed(operation);
+    if (!knownOperation) throw Problem(sandbox::noSuchOperation(operation));
+    const auto knownKind = sandbox::faultKindNamed(kind);
+    if (!knownKind) throw Problem(sandbox::noSuchKind(kind));
+    read.operation = *knownOperation;
+    read.kind = *knownKind;
+    read.distribution = sandbox::distributionNamed(distribution).value_or(read.distribution);
+    for (const auto& header : headers) {
+      const auto colon = header.find(": ");
+      if (colon == std::string::npos) throw Problem("A header reads \"NAME: VALUE\".");
+      read.headers.emplace_back(header.substr(0, colon), header.substr(colon + 2));
+    }
+    if (always) read.remaining.reset();
+    return read;
+  }
+};
+
 void defineArm(CommandLine& line, CLI::App& parent) {
-  struct Options {
-    Fault fault;
-    bool always = false;
-  };
   auto& command =
       CommandLine::add(parent, "arm", "Let calls of an operation fail",
                        "  paylevenkit fault arm createUserToken no-token\n"
@@ -127,29 +201,36 @@ void defineArm(CommandLine& line, CLI::App& parent) {
                        "  paylevenkit fault arm getPaymentInstrumentsList never "
                        "--use-case business --always\n\n"
                        "Operations: " +
-                           joined(sandbox::Faults::operations()) +
-                           "\nKinds: " + joined(sandbox::Faults::kinds()) + "\n");
-  const auto options = std::make_shared<Options>();
-  auto& fault = options->fault;
-  command.add_option("OPERATION", fault.operation, "The operation of a service")->required();
-  command.add_option("KIND", fault.kind, "What happens to its calls")->required();
+                           possibleOperations() + "\nKinds: " + possibleKinds() + "\n");
+  const auto typed = std::make_shared<TypedFault>();
+  auto& fault = typed->fault;
+  command.add_option("OPERATION", typed->operation, "The operation of a service")->required();
+  command.add_option("KIND", typed->kind, "What happens to its calls")->required();
   auto* count = command.add_option("--times", fault.remaining, "How many calls it meets (1)");
-  command.add_flag("--always", options->always, "Meet every call")->excludes(count);
-  command.add_option("--delay", fault.delayMilliseconds, "How long the answer waits")
+  command.add_flag("--always", typed->always, "Meet every call")->excludes(count);
+  command.add_option("--delay", fault.delayMilliseconds, "How long the reply waits")
       ->type_name("MS");
-  command.add_option("--spread", fault.spreadMilliseconds, "By how much more it may wait")
+  command.add_option("--spread", fault.spreadMilliseconds, "How far the delays spread")
       ->type_name("MS");
+  command.add_option("--distribution", typed->distribution, "How they spread (uniform)")
+      ->check(CLI::IsMember({"uniform", "normal", "log-normal"}));
   command.add_option("--probability", fault.probability, "Of how many in a hundred calls it meets")
       ->type_name("PERCENT");
   command.add_option("--code", fault.code, "The code of an error (500)");
+  command.add_option("--status", fault.status, "Over HTTP, the status of an error (by its code)");
+  command.add_option("--header", typed->headers, "Over HTTP, a header of an error")
+      ->type_name("\"NAME: VALUE\"")
+      ->allow_extra_args(false);
+  command.add_option("--bytes", fault.bytes, "Over HTTP, where a reply is cut")->type_name("N");
+  command.add_option("--bytes-per-second", fault.bytesPerSecond, "Over HTTP, how slow a reply is")
+      ->type_name("N");
   command.add_option("--use-case", fault.useCase, "Meet only calls for this use case");
-  line.whenChosen(command, [options](Session& session) {
-    auto armed = options->fault;
-    if (options->always) armed.remaining.reset();
+  line.whenChosen(command, [typed](Session& session) {
+    const auto armed = typed->read();
     const auto problem = session.tester()->arm(armed);
     if (!problem.empty()) throw Problem(problem);
-    return said(session.report("fault arm"), "The fault is armed: " + armed.operation + " " +
-                                                 armed.kind + ", " + times(armed) + ".");
+    return said(session.report("fault arm"), "The fault is armed: " + text(armed.operation) + " " +
+                                                 text(armed.kind) + ", " + times(armed) + ".");
   });
 }
 

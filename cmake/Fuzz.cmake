@@ -28,10 +28,10 @@ hlv_add_fuzz_target(GuestLifeFuzz RUNS 150
   SOURCES Tests/Sandbox/SandboxTest.cpp Tests/Secrecy/CardDataSearch.cpp
   LIBRARIES HLVSDKPaylevenSandbox)
 hlv_add_fuzz_target(HistoryFuzz RUNS 1500 LIBRARIES hlv_explorer)
-hlv_add_fuzz_target(ServiceRequestFuzz RUNS 150
+hlv_add_fuzz_target(ServiceRequestFuzz RUNS 60
   SOURCES
     Tests/Sandbox/SandboxTest.cpp
     Tests/Secrecy/CardDataSearch.cpp
-    Tests/Services/ServicesTest.cpp
-    Tests/Services/Talk.cpp
-  LIBRARIES HLVSDKPaylevenServices)
+    Tests/Server/RawClient.cpp
+    Tests/Server/ServerTest.cpp
+  LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient)

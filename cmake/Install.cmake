@@ -13,6 +13,8 @@ if(HLVSDKPAYLEVENKIT_SANDBOX)
   install(TARGETS HLVSDKPaylevenSandbox EXPORT Sandbox FILE_SET HEADERS DESTINATION ${header_dir})
   install(EXPORT Sandbox NAMESPACE HLVSDKPaylevenKit:: FILE SandboxTargets.cmake
           DESTINATION ${package_dir})
+endif()
+if(HLVSDKPAYLEVENKIT_SERVER)
   install(TARGETS paylevenkit)
 endif()
 

@@ -1,7 +1,9 @@
 # What a build can choose, and the flags that every wing shares.
+include(CMakeDependentOption)
 option(BUILD_SHARED_LIBS "Build the kit as a shared library" OFF)
-option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox and the paylevenkit command"
-       ${PROJECT_IS_TOP_LEVEL})
+option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox" ${PROJECT_IS_TOP_LEVEL})
+cmake_dependent_option(HLVSDKPAYLEVENKIT_SERVER
+  "Build the server, its client and the paylevenkit command" ON "HLVSDKPAYLEVENKIT_SANDBOX" OFF)
 option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
 option(HLVSDKPAYLEVENKIT_OBJC_TESTS "Build the tests of that" OFF)
 option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
@@ -44,3 +46,11 @@ target_compile_options(hlv_shipped_flags INTERFACE
 add_library(hlv_asio INTERFACE)
 target_compile_definitions(hlv_asio INTERFACE
   ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_VISIBILITY ASIO_DISABLE_STD_ALIGNED_ALLOC)
+
+# Headers of libraries that are read once for a target rather than for each of its sources. Only where
+# the tests are built: a release shows that each source includes what it needs.
+function(hlv_precompile target)
+  if(HLVSDKPAYLEVENKIT_TESTS)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()

@@ -49,7 +49,6 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
 
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   target_sources(HLVSDKPaylevenSandbox PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-    Sandbox/AsOne.h
     Sandbox/BackendCard.h
     Sandbox/EnteredAddress.h
     Sandbox/EnteredCard.h

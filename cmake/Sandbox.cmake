@@ -1,5 +1,5 @@
 # The embedded host SDK and payment provider.
-find_package(SQLite3 REQUIRED)
+find_package(SQLiteCpp REQUIRED)
 find_package(spdlog REQUIRED)
 
 add_library(HLVSDKPaylevenSandbox STATIC)
@@ -11,6 +11,11 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Backend/BackendClient.cpp
   Sandbox/Backend/BackendTables.cpp
   Sandbox/Backend/Guest.cpp
+  Sandbox/Calls/Answers.cpp
+  Sandbox/Calls/CallHandler.cpp
+  Sandbox/Calls/FaultTables.cpp
+  Sandbox/Calls/Service.cpp
+  Sandbox/Calls/Summary.cpp
   Sandbox/Cards/Calendar.cpp
   Sandbox/Cards/CardBrands.cpp
   Sandbox/Cards/CardRules.cpp
@@ -18,20 +23,21 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Logging/LogLine.cpp
   Sandbox/Logging/LogSink.cpp
   Sandbox/Logging/MaskedText.cpp
+  Sandbox/Logging/NumberParts.cpp
   Sandbox/Logging/RemoteFileLogger.cpp
   Sandbox/Provider/CardInstruments.cpp
   Sandbox/Provider/Provider.cpp
   Sandbox/Provider/ProviderClient.cpp
-  Sandbox/Service/Answers.cpp
-  Sandbox/Service/FaultOnTheWay.cpp
-  Sandbox/Service/Service.cpp
-  Sandbox/Service/Summary.cpp
+  Sandbox/Store/Clock.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
-  Sandbox/Store/KeptAnswers.cpp
+  Sandbox/Store/KeptReplies.cpp
   Sandbox/Store/Schema.cpp
   Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp
+  Sandbox/Store/StoreLock.cpp
+  Sandbox/Testing/Reset.cpp
+  Sandbox/Testing/Scenarios.cpp
   Sandbox/Constants.cpp
   Sandbox/EnteredAddress.cpp
   Sandbox/EnteredCard.cpp
@@ -43,10 +49,10 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Sandbox.cpp
   Sandbox/SandboxError.cpp
   Sandbox/SandboxHost.cpp
-  Sandbox/Scenes.cpp
   Sandbox/TestCards.cpp
   Sandbox/ToldCall.cpp
   Sandbox/TransportError.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> SQLite::SQLite3 spdlog::spdlog)
+  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> SQLiteCpp spdlog::spdlog)
+hlv_precompile(HLVSDKPaylevenSandbox <SQLiteCpp/SQLiteCpp.h>)

@@ -6,6 +6,7 @@ hlv_add_tests(ToolTests
     Tests/Tools/Command.cpp
     Tests/Tools/FailureRowTests.cpp
     Tests/Tools/InterruptionTests.cpp
+    Tests/Tools/SandboxesTests.cpp
     Tests/Tools/SecrecyTests.cpp
     Tests/Tools/SidesTests.cpp
     Tests/Tools/StoryTests.cpp
@@ -14,5 +15,6 @@ hlv_add_tests(ToolTests
     Tools/Terminal.cpp
     Tools/Timeline.cpp
   LIBRARIES HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json)
+hlv_precompile(ToolTests <nlohmann/json.hpp>)
 target_compile_definitions(ToolTests PRIVATE PAYLEVENKIT="$<TARGET_FILE:paylevenkit>")
 add_dependencies(ToolTests paylevenkit)

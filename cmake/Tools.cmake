@@ -12,6 +12,7 @@ add_executable(paylevenkit
   Tools/GuestCommands.cpp
   Tools/Printer.cpp
   Tools/Prompt.cpp
+  Tools/SandboxCommands.cpp
   Tools/Session.cpp
   Tools/ServeCommand.cpp
   Tools/SideBySide.cpp
@@ -22,4 +23,10 @@ add_executable(paylevenkit
   Tools/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
-  hlv_shipped_flags HLVSDKPaylevenServices CLI11::CLI11 nlohmann_json::nlohmann_json)
+  hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)
+hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
+
+# Plays many clients of a server for scripts/load; built only when that asks for it.
+add_executable(paylevenkit-load-clients EXCLUDE_FROM_ALL Tests/Load/LoadClients.cpp)
+target_link_libraries(paylevenkit-load-clients PRIVATE
+  hlv_shipped_flags HLVSDKPaylevenKit HLVSDKPaylevenClient)

@@ -1,8 +1,7 @@
 #include "Sandbox/Backend/Backend.h"
 
-#include <algorithm>
+#include <utility>
 
-#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Sandbox/Backend/AddressKeys.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Cards/CardRules.h"
@@ -13,7 +12,7 @@
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
 
-namespace hlv::sandbox {
+namespace hlv::sandbox::backend {
 namespace {
 
 constexpr const char* signedInSetting = "signed-in";
@@ -22,20 +21,22 @@ constexpr const char* signedInSetting = "signed-in";
   throw Refusal{SandboxError::make(backendErrorDomain, code, sentence)};
 }
 
-std::string requireSignedIn(Database& database) {
-  auto email = readSetting(database, signedInSetting);
+/// The app's backend serves the guest who is signed in, and no other.
+void requireSignedIn(Database& database, const NullableString& guest) {
+  const auto email = signedInEmail(database);
   if (!email) refuse(BackendErrorCode::notSignedIn, "Nobody is signed in.");
-  return *email;
-}
-
-/// The backend serves the guest who is signed in, and no other.
-std::string requireGuest(Database& database, const NullableString& guest) {
-  auto email = requireSignedIn(database);
   if (!guest) refuse(BackendErrorCode::invalidRequest, "The request names no guest.");
-  if (*guest != email) {
+  if (*guest != *email) {
     refuse(BackendErrorCode::foreignGuest, "The guest of the request is not the one signed in.");
   }
-  return email;
+}
+
+void requireSession(Database& database, const std::string& session, const NullableString& guest) {
+  const auto email = readSessionGuest(database, session);
+  if (!email) refuse(BackendErrorCode::notSignedIn, "The session has ended, or never was.");
+  if (guest != email) {
+    refuse(BackendErrorCode::foreignGuest, "The guest of the request is not the one signed in.");
+  }
 }
 
 /// Masked, since people type card numbers where a name or a street belongs.
@@ -92,116 +93,122 @@ BackendCard readBody(const Dictionary& body) {
 
 }  // namespace
 
-void Backend::signIn(const std::string& email) {
-  store_->write([&](Database& database) {
-    database.run("INSERT OR IGNORE INTO backend_guests (email) VALUES (?)", email);
-    writeSetting(database, signedInSetting, email);
-  });
+std::string problemOfAddress(const std::string& email) {
+  constexpr std::size_t longest = 254;
+  const auto at = email.find('@');
+  const bool isAddress = at != std::string::npos && at > 0 && at + 1 < email.size() &&
+                         email.size() <= longest &&
+                         email.find_first_of(" \t\r\n") == std::string::npos;
+  if (!isAddress) return "A guest signs in with an e-mail address.";
+  if (holdsCardNumber(email)) return "An address may not hold what looks like a card number.";
+  return "";
 }
 
-void Backend::signOut() {
-  store_->write([](Database& database) { writeSetting(database, signedInSetting, std::nullopt); });
+void signIn(Database& database, const std::string& email) {
+  insertGuest(database, email);
+  writeSetting(database, signedInSetting, email);
 }
 
-std::optional<std::string> Backend::signedInEmail() const {
-  return store_->readOrNothing(
-      [](Database& database) { return readSetting(database, signedInSetting); });
+void signOut(Database& database) { writeSetting(database, signedInSetting, std::nullopt); }
+
+std::optional<std::string> signedInEmail(Database& database) {
+  return readSetting(database, signedInSetting);
 }
 
-std::shared_ptr<HLVSDKGuest> Backend::guest(const std::string& email) {
-  const std::lock_guard lock(mutex_);
-  if (auto known = guests_[email].lock()) return known;
-  std::erase_if(guests_, [](const auto& guest) { return guest.second.expired(); });
-  auto guest = std::make_shared<Guest>(email, store_);
-  guests_[email] = guest;
+std::string openSession(Database& database, const std::string& email) {
+  const auto problem = problemOfAddress(email);
+  if (!problem.empty()) refuse(BackendErrorCode::invalidRequest, problem);
+  insertGuest(database, email);
+  return insertSession(database, email);
+}
+
+void endSession(Database& database, const std::string& session) {
+  if (!removeSession(database, session)) {
+    refuse(BackendErrorCode::notSignedIn, "The session has ended, or never was.");
+  }
+}
+
+std::string ownerOf(Database& database, const Caller& caller) {
+  if (caller.kind == Caller::Kind::app) requireSignedIn(database, caller.guest);
+  if (caller.kind == Caller::Kind::session) {
+    requireSession(database, caller.session, caller.guest);
+  }
+  const auto owner = caller.guest.value_or("");
+  if (caller.kind == Caller::Kind::anyone && !hasGuest(database, owner)) {
+    refuse(BackendErrorCode::unknownGuest, "There is no guest of this address.");
+  }
+  return owner;
+}
+
+BackendGuest readGuest(Database& database, const std::string& email, bool withCards) {
+  BackendGuest guest{email, readRevision(database), readGuestToken(database, email), std::nullopt};
+  if (withCards) guest.cards = readCards(database, email);
   return guest;
 }
 
-std::vector<BackendCard> Backend::cardsOf(const std::string& email) const {
-  return store_->read([&](Database& database) { return readCards(database, email); });
+std::string updateGuest(Database& database, const Caller& caller, const NullableString& token) {
+  auto owner = ownerOf(database, caller);
+  if (length(token) == 0) {
+    refuse(BackendErrorCode::invalidRequest, "The request changes nothing of the guest.");
+  }
+  database.run("UPDATE backend_guests SET payment_token = ? WHERE email = ?", token, owner);
+  raiseRevision(database);
+  return owner;
 }
 
-template <class Change>
-auto Backend::write(Change change) {
-  return store_->write([&](Database& database) {
-    raiseRevision(database);
-    return change(database);
-  });
-}
-
-bool Backend::loseToken(const std::string& email) {
-  return write([&](Database& database) {
-    database.run(
-        "UPDATE backend_guests SET payment_token = NULL "
-        "WHERE email = ? AND payment_token IS NOT NULL",
-        email);
-    return database.changes() > 0;
-  });
-}
-
-Backend::GuestAnswer Backend::updateGuest(const NullableString& token) {
-  const auto email = write([&](Database& database) {
-    auto signedIn = requireSignedIn(database);
-    if (length(token) == 0) {
-      refuse(BackendErrorCode::invalidRequest, "The request changes nothing of the guest.");
-    }
-    database.run("UPDATE backend_guests SET payment_token = ? WHERE email = ?", token, signedIn);
-    return signedIn;
-  });
-  return {guest(email), nullptr};
-}
-
-Backend::CardAnswer Backend::addCard(const NullableString& requestGuest, const Dictionary& body) {
+OwnedCard addCard(Database& database, const Caller& caller, const Dictionary& body) {
   auto card = readBody(body);
-  const auto email = write([&](Database& database) {
-    auto owner = requireGuest(database, requestGuest);
-    if (isRefusedByBackend(card.brand, card.lastFourDigits)) {
-      refuse(BackendErrorCode::cardRefused, "The card is not accepted.");
-    }
-    card.halvoID = makeIdentifier(database, "crd");
-    insertCard(database, owner, card);
-    return owner;
-  });
-  return answerWithCard(email, card.halvoID);
+  auto owner = ownerOf(database, caller);
+  if (isRefusedByBackend(card.brand, card.lastFourDigits)) {
+    refuse(BackendErrorCode::cardRefused, "The card is not accepted.");
+  }
+  card.halvoID = makeIdentifier(database, "crd");
+  insertCard(database, owner, card);
+  raiseRevision(database);
+  return {std::move(owner), std::move(card)};
 }
 
-Backend::GuestAnswer Backend::deleteCard(const NullableString& halvoID,
-                                         const NullableString& requestGuest) {
-  const auto email = write([&](Database& database) {
-    auto owner = requireGuest(database, requestGuest);
-    if (!halvoID || !removeCard(database, owner, *halvoID)) refuseUnknownCard();
-    return owner;
-  });
-  return {guest(email), nullptr};
+std::string deleteCard(Database& database, const Caller& caller, const NullableString& halvoID) {
+  auto owner = ownerOf(database, caller);
+  if (!halvoID || !removeCard(database, owner, *halvoID)) refuseUnknownCard();
+  raiseRevision(database);
+  return owner;
 }
 
-Backend::CardAnswer Backend::updateCard(const NullableString& halvoID, const Dictionary& address,
-                                        const NullableString& requestGuest) {
-  const auto email = write([&](Database& database) {
-    auto owner = requireGuest(database, requestGuest);
-    if (!halvoID || !updateAddress(database, owner, *halvoID, readAddress(address))) {
-      refuseUnknownCard();
-    }
-    return owner;
-  });
-  return answerWithCard(email, *halvoID);
+OwnedCard updateCard(Database& database, const Caller& caller, const NullableString& halvoID,
+                     const Dictionary& address) {
+  auto owner = ownerOf(database, caller);
+  if (!halvoID || !updateAddress(database, owner, *halvoID, readAddress(address))) {
+    refuseUnknownCard();
+  }
+  raiseRevision(database);
+  auto card = readCard(database, owner, *halvoID);
+  return {std::move(owner), *std::move(card)};
 }
 
-Backend::CardsAnswer Backend::fetchCards(const NullableString& requestGuest,
-                                         const std::string& variation) {
-  const auto email =
-      store_->read([&](Database& database) { return requireGuest(database, requestGuest); });
-  if (variation == "no-list") return {};
-  return {guest(email)->creditCards(), nullptr};
+std::optional<std::vector<BackendCard>> fetchCards(Database& database, const Caller& caller,
+                                                   std::optional<FaultKind> fault) {
+  const auto owner = ownerOf(database, caller);
+  if (fault == FaultKind::noList) return std::nullopt;
+  return readCards(database, owner);
 }
 
-Backend::CardAnswer Backend::answerWithCard(const std::string& email, const std::string& halvoID) {
-  const auto owner = guest(email);
-  const auto cards = owner->creditCards().value_or(List<HLVSDKCreditCard>());
-  const auto found = std::find_if(cards.begin(), cards.end(), [&](const auto& card) {
-    return isEqualToString(card->halvoID(), halvoID);
-  });
-  return {owner, found == cards.end() ? nullptr : *found, nullptr};
+bool loseToken(Database& database, const std::string& email) {
+  database.run(
+      "UPDATE backend_guests SET payment_token = NULL "
+      "WHERE email = ? AND payment_token IS NOT NULL",
+      email);
+  if (database.changes() == 0) return false;
+  raiseRevision(database);
+  return true;
 }
 
-}  // namespace hlv::sandbox
+void forgetAll(Database& database) {
+  // Cards and sessions before guests, to whom they refer.
+  for (const char* table : {"backend_cards", "backend_sessions", "backend_guests"}) {
+    database.run(std::string("DELETE FROM ") + table);
+  }
+  signOut(database);
+}
+
+}  // namespace hlv::sandbox::backend

@@ -1,61 +1,73 @@
-// The backend: its guests and their cards. Private to the sandbox.
+// The backend's rules: its guests, their sessions and their cards. Private to the sandbox and the
+// server.
+//
+// Threading: inside `Store::read` and `Store::write`. All of these throw `Refusal` where a rule is
+// broken, and nothing is changed then.
 #pragma once
 
-#include <map>
-#include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <tuple>
 #include <vector>
 
-#include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
+#include "Platform/NullableString.h"
 #include "Platform/Value.h"
-#include "Sandbox/Backend/Guest.h"
-#include "Sandbox/BackendCard.h"
-#include "Sandbox/Store/Store.h"
+#include "Sandbox/BackendGuest.h"
+#include "Sandbox/Fault.h"
+#include "Sandbox/Store/Database.h"
 
-namespace hlv::sandbox {
+namespace hlv::sandbox::backend {
 
-/// The operations of the service throw `Refusal`; `guest` in them is the address of the guest that
-/// the caller speaks for.
-///
-/// Threading: any.
-class Backend {
- public:
-  using GuestAnswer = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
-  using CardAnswer =
-      std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
-  using CardsAnswer = std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>;
-
-  explicit Backend(std::shared_ptr<Store> store) : store_(std::move(store)) {}
-
-  /// Makes the guest when there is none of that address.
-  void signIn(const std::string& email);
-  void signOut();
-  std::optional<std::string> signedInEmail() const;
-  /// One object for each guest, for as long as the process lives.
-  std::shared_ptr<HLVSDKGuest> guest(const std::string& email);
-  std::vector<BackendCard> cardsOf(const std::string& email) const;
-  /// False when the guest has no token to lose.
-  bool loseToken(const std::string& email);
-
-  GuestAnswer updateGuest(const NullableString& token);
-  CardAnswer addCard(const NullableString& guest, const Dictionary& body);
-  GuestAnswer deleteCard(const NullableString& halvoID, const NullableString& guest);
-  CardAnswer updateCard(const NullableString& halvoID, const Dictionary& address,
-                        const NullableString& guest);
-  CardsAnswer fetchCards(const NullableString& guest, const std::string& variation);
-
- private:
-  /// Writes what `change(Database&)` changes of a guest, and answers what it returns.
-  template <class Change>
-  auto write(Change change);
-  CardAnswer answerWithCard(const std::string& email, const std::string& halvoID);
-
-  const std::shared_ptr<Store> store_;
-  std::mutex mutex_;
-  std::map<std::string, std::weak_ptr<Guest>> guests_;
+/// For whom a call is made.
+struct Caller {
+  enum class Kind {
+    /// The app of this process: the guest must be the one who is signed in there.
+    app,
+    /// A client with a session: the guest must be the session's.
+    session,
+    /// A client without one: the guest must be there.
+    anyone
+  };
+  Kind kind = Kind::app;
+  /// The guest that the call names.
+  NullableString guest = {};
+  std::string session = {};
 };
 
-}  // namespace hlv::sandbox
+/// A sentence about what is no address that a guest can have, or an empty string.
+[[nodiscard]] std::string problemOfAddress(const std::string& email);
+
+/// The guest of the app in this process, who is made when there is none of that address.
+void signIn(Database& database, const std::string& email);
+void signOut(Database& database);
+std::optional<std::string> signedInEmail(Database& database);
+
+/// Makes the guest when there is none of that address, and a session of the guest.
+std::string openSession(Database& database, const std::string& email);
+void endSession(Database& database, const std::string& session);
+
+/// The address of the guest for whom the call is made.
+std::string ownerOf(Database& database, const Caller& caller);
+BackendGuest readGuest(Database& database, const std::string& email, bool withCards);
+
+/// Each returns the address of the guest who was changed.
+std::string updateGuest(Database& database, const Caller& caller, const NullableString& token);
+std::string deleteCard(Database& database, const Caller& caller, const NullableString& halvoID);
+
+struct OwnedCard {
+  std::string owner;
+  BackendCard card;
+};
+OwnedCard addCard(Database& database, const Caller& caller, const Dictionary& body);
+OwnedCard updateCard(Database& database, const Caller& caller, const NullableString& halvoID,
+                     const Dictionary& address);
+
+/// Missing where the fault `noList` says so.
+std::optional<std::vector<BackendCard>> fetchCards(Database& database, const Caller& caller,
+                                                   std::optional<FaultKind> fault);
+
+/// False when the guest has no token to lose.
+bool loseToken(Database& database, const std::string& email);
+/// Forgets guests, sessions and cards, and who is signed in.
+void forgetAll(Database& database);
+
+}  // namespace hlv::sandbox::backend

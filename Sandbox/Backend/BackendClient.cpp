@@ -3,6 +3,8 @@
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Platform/Send.h"
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/StoredCard.h"
 #include "Sandbox/Backend/UpdateGuestRequest.h"
 #include "Sandbox/ErrorCodes.h"
 
@@ -13,8 +15,10 @@ ErrorPtr invalidRequest(const std::string& sentence) {
   return SandboxError::make(backendErrorDomain, BackendErrorCode::invalidRequest, sentence);
 }
 
-NullableString emailOf(const std::shared_ptr<HLVSDKGuest>& guest) {
-  return send(guest, &HLVSDKGuest::email);
+using backend::Caller;
+
+Caller callerFor(const std::shared_ptr<HLVSDKGuest>& guest) {
+  return {Caller::Kind::app, send(guest, &HLVSDKGuest::email)};
 }
 
 /// A request as it was when it was handed over: its body, or why it cannot be sent.
@@ -36,11 +40,20 @@ NullableString useCaseOf(const Dictionary& body) {
   return useCase ? NullableString(*useCase) : std::nullopt;
 }
 
+std::shared_ptr<HLVSDKCreditCard> objectOf(BackendCard card) {
+  return std::make_shared<StoredCard>(std::move(card));
+}
+
+using GuestResults = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
+using CardResults =
+    std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
+using CardsResults = std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>;
+
 }  // namespace
 
-BackendClient::BackendClient(std::shared_ptr<Backend> backend,
+BackendClient::BackendClient(std::shared_ptr<Guests> guests,
                              const Service::Surroundings& surroundings)
-    : backend_(std::move(backend)),
+    : guests_(std::move(guests)),
       service_("backend", backendErrorDomain, Lane::backend, surroundings) {}
 
 void BackendClient::updateCurrentGuestWithRequest(
@@ -48,9 +61,12 @@ void BackendClient::updateCurrentGuestWithRequest(
     HLVSDKGuestCompletion completion) {
   const auto known = std::dynamic_pointer_cast<UpdateGuestRequest>(request);
   const auto token = known ? known->paymentToken() : std::nullopt;
-  service_.take(
-      {"updateCurrentGuestWithRequest", {}, ""}, std::move(completion),
-      [backend = backend_, token](const std::string&) { return backend->updateGuest(token); });
+  service_.take({Operation::updateGuest}, std::move(completion),
+                [guests = guests_, token](Database& database, auto) {
+                  const Caller caller{Caller::Kind::app, backend::signedInEmail(database)};
+                  return GuestResults(guests->guest(backend::updateGuest(database, caller, token)),
+                                      nullptr);
+                });
 }
 
 void BackendClient::addCreditCardForGuest(
@@ -58,38 +74,46 @@ void BackendClient::addCreditCardForGuest(
     const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
     HLVSDKGuestCardCompletion completion) {
   auto request = readRequest(requestInfo);
-  Call call{"addCreditCardForGuest", useCaseOf(request.body), ""};
+  Call call{Operation::addCard, useCaseOf(request.body)};
   service_.take(std::move(call), std::move(completion),
-                [backend = backend_, email = emailOf(guest),
-                 request = std::move(request)](const std::string&) {
+                [guests = guests_, caller = callerFor(guest), request = std::move(request)](
+                    Database& database, auto) {
                   if (request.problem) throw Refusal{request.problem};
-                  return backend->addCard(email, request.body);
+                  auto [owner, card] = backend::addCard(database, caller, request.body);
+                  return CardResults(guests->guest(owner), objectOf(std::move(card)), nullptr);
                 });
 }
 
 void BackendClient::deleteCreditCardWithID(const NullableString& ID,
                                            const std::shared_ptr<HLVSDKGuest>& guest,
                                            HLVSDKGuestCompletion completion) {
-  service_.take({"deleteCreditCardWithID", {}, ID.value_or("")}, std::move(completion),
-                [backend = backend_, ID, email = emailOf(guest)](const std::string&) {
-                  return backend->deleteCard(ID, email);
+  service_.take({Operation::deleteCard, {}, ID.value_or("")}, std::move(completion),
+                [guests = guests_, ID, caller = callerFor(guest)](Database& database, auto) {
+                  return GuestResults(guests->guest(backend::deleteCard(database, caller, ID)),
+                                      nullptr);
                 });
 }
 
 void BackendClient::updateCreditCard(const NullableString& ID, const Dictionary& address,
                                      const std::shared_ptr<HLVSDKGuest>& guest,
                                      HLVSDKGuestCardCompletion completion) {
-  service_.take({"updateCreditCard", {}, ID.value_or("")}, std::move(completion),
-                [backend = backend_, ID, address, email = emailOf(guest)](const std::string&) {
-                  return backend->updateCard(ID, address, email);
-                });
+  service_.take(
+      {Operation::updateCard, {}, ID.value_or("")}, std::move(completion),
+      [guests = guests_, ID, address, caller = callerFor(guest)](Database& database, auto) {
+        auto [owner, card] = backend::updateCard(database, caller, ID, address);
+        return CardResults(guests->guest(owner), objectOf(std::move(card)), nullptr);
+      });
 }
 
 void BackendClient::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                                           HLVSDKCreditCardsCompletion completion) {
-  service_.take({"fetchGuestCreditCards", {}, ""}, std::move(completion),
-                [backend = backend_, email = emailOf(guest)](const std::string& variation) {
-                  return backend->fetchCards(email, variation);
+  service_.take({Operation::fetchCards}, std::move(completion),
+                [caller = callerFor(guest)](Database& database, std::optional<FaultKind> fault) {
+                  auto cards = backend::fetchCards(database, caller, fault);
+                  if (!cards) return CardsResults();
+                  List<HLVSDKCreditCard> objects;
+                  for (auto& card : *cards) objects.push_back(objectOf(std::move(card)));
+                  return CardsResults(std::move(objects), nullptr);
                 });
 }
 

@@ -4,17 +4,17 @@
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
-#include "Sandbox/Backend/Backend.h"
-#include "Sandbox/Service/Service.h"
+#include "Sandbox/Backend/Guest.h"
+#include "Sandbox/Calls/Service.h"
 
 namespace hlv::sandbox {
 
-/// Reads requests and guests on the caller's thread, and answers on the backend's.
+/// Reads requests and guests on the caller's thread, and completes on the backend's.
 ///
 /// Threading: any.
 class BackendClient final : public HLVSDKAPIManager {
  public:
-  BackendClient(std::shared_ptr<Backend> backend, const Service::Surroundings& surroundings);
+  BackendClient(std::shared_ptr<Guests> guests, const Service::Surroundings& surroundings);
 
   void updateCurrentGuestWithRequest(const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
                                      HLVSDKGuestCompletion completion) override;
@@ -30,7 +30,7 @@ class BackendClient final : public HLVSDKAPIManager {
                              HLVSDKCreditCardsCompletion completion) override;
 
  private:
-  const std::shared_ptr<Backend> backend_;
+  const std::shared_ptr<Guests> guests_;
   const Service service_;
 };
 

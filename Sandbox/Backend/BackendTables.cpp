@@ -1,13 +1,50 @@
 #include "Sandbox/Backend/BackendTables.h"
 
+#include <utility>
+
+#include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
 
 namespace hlv::sandbox {
 namespace {
 
 constexpr const char* revisionSetting = "revision";
+constexpr std::int64_t sessionsKept = 10'000;
+
+constexpr const char* cardColumns =
+    "SELECT halvo_id, brand, last_four_digits, use_case, external_identifier, card_holder, "
+    "expiry_month, expiry_year, street, city, country_code, zip, business_name "
+    "FROM backend_cards ";
+
+BackendCard cardIn(const Query& row) {
+  return {row.text(0),
+          row.text(1),
+          row.text(2),
+          row.text(3),
+          row.textOrNull(4),
+          row.text(5),
+          row.text(6),
+          row.text(7),
+          AddressFields{row.textOrNull(8), row.textOrNull(9), row.textOrNull(10),
+                        row.textOrNull(11), row.textOrNull(12)}};
+}
 
 }  // namespace
+
+bool hasGuest(Database& database, const std::string& email) {
+  return database.query("SELECT 1 FROM backend_guests WHERE email = ?", email).next();
+}
+
+void insertGuest(Database& database, const std::string& email) {
+  database.run("INSERT OR IGNORE INTO backend_guests (email) VALUES (?)", email);
+}
+
+std::optional<std::string> readOnlyGuest(Database& database) {
+  auto row = database.query("SELECT email FROM backend_guests LIMIT 2");
+  if (!row.next()) return std::nullopt;
+  auto email = row.text(0);
+  return row.next() ? std::nullopt : std::optional(std::move(email));
+}
 
 std::optional<std::string> readGuestToken(Database& database, const std::string& email) {
   auto row = database.query("SELECT payment_token FROM backend_guests WHERE email = ?", email);
@@ -16,18 +53,16 @@ std::optional<std::string> readGuestToken(Database& database, const std::string&
 
 std::vector<BackendCard> readCards(Database& database, const std::string& email) {
   std::vector<BackendCard> cards;
-  auto row = database.query(
-      "SELECT halvo_id, brand, last_four_digits, use_case, external_identifier, card_holder, "
-      "expiry_month, expiry_year, street, city, country_code, zip, business_name "
-      "FROM backend_cards WHERE guest = ? ORDER BY number",
-      email);
-  while (row.next()) {
-    cards.push_back({row.text(0), row.text(1), row.text(2), row.text(3), row.textOrNull(4),
-                     row.text(5), row.text(6), row.text(7),
-                     AddressFields{row.textOrNull(8), row.textOrNull(9), row.textOrNull(10),
-                                   row.textOrNull(11), row.textOrNull(12)}});
-  }
+  auto row = database.query(std::string(cardColumns) + "WHERE guest = ? ORDER BY number", email);
+  while (row.next()) cards.push_back(cardIn(row));
   return cards;
+}
+
+std::optional<BackendCard> readCard(Database& database, const std::string& email,
+                                    const std::string& halvoID) {
+  auto row =
+      database.query(std::string(cardColumns) + "WHERE guest = ? AND halvo_id = ?", email, halvoID);
+  return row.next() ? std::optional(cardIn(row)) : std::nullopt;
 }
 
 void insertCard(Database& database, const std::string& email, const BackendCard& card) {
@@ -62,8 +97,27 @@ std::int64_t readRevision(Database& database) {
   return text ? std::stoll(*text) : 0;
 }
 
-void raiseRevision(Database& database) {
-  writeSetting(database, revisionSetting, std::to_string(readRevision(database) + 1));
+void raiseRevision(Database& database) { raiseRevisionAbove(database, readRevision(database)); }
+
+void raiseRevisionAbove(Database& database, std::int64_t revision) {
+  writeSetting(database, revisionSetting, std::to_string(revision + 1));
+}
+
+std::string insertSession(Database& database, const std::string& email) {
+  auto session = makeIdentifier(database, "ses");
+  database.run("INSERT INTO backend_sessions (token, guest) VALUES (?, ?)", session, email);
+  database.run("DELETE FROM backend_sessions WHERE number <= ?", database.lastRow() - sessionsKept);
+  return session;
+}
+
+std::optional<std::string> readSessionGuest(Database& database, const std::string& session) {
+  auto row = database.query("SELECT guest FROM backend_sessions WHERE token = ?", session);
+  return row.next() ? std::optional(row.text(0)) : std::nullopt;
+}
+
+bool removeSession(Database& database, const std::string& session) {
+  database.run("DELETE FROM backend_sessions WHERE token = ?", session);
+  return database.changes() > 0;
 }
 
 }  // namespace hlv::sandbox

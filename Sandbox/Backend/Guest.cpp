@@ -1,5 +1,6 @@
 #include "Sandbox/Backend/Guest.h"
 
+#include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Backend/StoredCard.h"
 
@@ -19,6 +20,18 @@ NullableList<HLVSDKCreditCard> Guest::creditCards() const {
   return cards;
 }
 
-std::int64_t Guest::revision() const { return store_->readOrNothing(readRevision); }
+std::shared_ptr<Guest> Guests::guest(const std::string& email) {
+  const std::lock_guard lock(mutex_);
+  if (auto known = guests_[email].lock()) return known;
+  std::erase_if(guests_, [](const auto& guest) { return guest.second.expired(); });
+  auto guest = std::make_shared<Guest>(email, store_);
+  guests_[email] = guest;
+  return guest;
+}
+
+std::shared_ptr<Guest> Guests::signedIn() {
+  const auto email = store_->readOrNothing(backend::signedInEmail);
+  return email ? guest(*email) : nullptr;
+}
 
 }  // namespace hlv::sandbox

@@ -1,8 +1,9 @@
 // A guest of the sandbox. Private to the sandbox.
 #pragma once
 
-#include <cstdint>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -11,7 +12,7 @@
 
 namespace hlv::sandbox {
 
-/// Answers what the backend has at that moment.
+/// Returns what the backend has at that moment.
 ///
 /// Threading: any.
 class Guest final : public HLVSDKGuest {
@@ -22,12 +23,27 @@ class Guest final : public HLVSDKGuest {
   NullableString email() const override { return email_; }
   NullableString paylevenToken() const override;
   NullableList<HLVSDKCreditCard> creditCards() const override;
-  /// Grows with every change. Whoever reads it before the rest knows at least as much as it says.
-  std::int64_t revision() const;
 
  private:
   const std::string email_;
   const std::shared_ptr<Store> store_;
+};
+
+/// One object for each guest, for as long as somebody holds it.
+///
+/// Threading: any.
+class Guests {
+ public:
+  explicit Guests(std::shared_ptr<Store> store) : store_(std::move(store)) {}
+
+  std::shared_ptr<Guest> guest(const std::string& email);
+  /// The guest who is signed in; null when nobody is.
+  std::shared_ptr<Guest> signedIn();
+
+ private:
+  const std::shared_ptr<Store> store_;
+  std::mutex mutex_;
+  std::map<std::string, std::weak_ptr<Guest>> guests_;
 };
 
 }  // namespace hlv::sandbox

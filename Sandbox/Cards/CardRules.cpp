@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/CardBrands.h"
 
 namespace hlv::sandbox {
@@ -51,7 +50,8 @@ std::optional<BrokenRule> brokenNumberRule(std::string_view number, const CardBr
   return std::nullopt;
 }
 
-std::optional<BrokenRule> brokenExpiryRule(const std::string& month, const std::string& year) {
+std::optional<BrokenRule> brokenExpiryRule(const std::string& month, const std::string& year,
+                                           YearMonth today) {
   if (month.size() != 2 || !allDigits(month) || month < "01" || month > "12") {
     return BrokenRule{CardErrorCode::expiryMonth, "The expiry month must lie between 1 and 12.",
                       "expiryMonth is not a month"};
@@ -60,8 +60,7 @@ std::optional<BrokenRule> brokenExpiryRule(const std::string& month, const std::
     return BrokenRule{CardErrorCode::expiryYear, "The expiry year must have two or four digits.",
                       "expiryYear is not a year"};
   }
-  // A card can be used until its month is over.
-  if (YearMonth{std::stoi(year), std::stoi(month)} < Calendar::today()) {
+  if (hasExpired(month, year, today)) {
     return BrokenRule{CardErrorCode::expired, "The card has expired.",
                       "the expiry lies in the past"};
   }
@@ -74,10 +73,10 @@ bool isBlank(const std::string& text) {
 
 }  // namespace
 
-std::optional<BrokenRule> brokenRule(const CardFields& card) {
+std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month) {
   const auto* brand = findCardBrand(card.pan);
   if (auto broken = brokenNumberRule(card.pan, brand)) return broken;
-  if (auto broken = brokenExpiryRule(card.expiryMonth, card.expiryYear)) return broken;
+  if (auto broken = brokenExpiryRule(card.expiryMonth, card.expiryYear, month)) return broken;
   if (!allDigits(card.cvv) || card.cvv.size() != brand->securityCodeLength) {
     const auto length = std::to_string(brand->securityCodeLength);
     return BrokenRule{CardErrorCode::securityCode,
@@ -89,6 +88,10 @@ std::optional<BrokenRule> brokenRule(const CardFields& card) {
                       "cardHolder is empty or blank"};
   }
   return std::nullopt;
+}
+
+bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear, YearMonth month) {
+  return YearMonth{std::stoi(expiryYear), std::stoi(expiryMonth)} < month;
 }
 
 bool isUseCase(std::string_view name) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/EnteredCard.h"
 #include "Sandbox/ErrorCodes.h"
 
@@ -21,8 +22,11 @@ struct BrokenRule {
   std::string detail;
 };
 
-/// Checks number, expiry, security code and holder, in this order. Expects normalised fields.
-std::optional<BrokenRule> brokenRule(const CardFields& card);
+/// Checks number, expiry in a month, security code and holder, in this order. Expects normalised
+/// fields.
+std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month);
+/// A card can be used until its month is over. Expects normalised fields.
+bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear, YearMonth month);
 /// Whether instruments are stored under this use case.
 bool isUseCase(std::string_view name);
 BrokenRule unknownUseCase();

@@ -2,49 +2,99 @@
 
 #include <cstddef>
 
+#include "Sandbox/Logging/NumberParts.h"
+
 namespace hlv::sandbox {
 namespace {
 
 constexpr std::size_t shortestNumber = 12;
 constexpr std::size_t visibleDigits = 4;
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
-bool isGap(char character) { return character == ' ' || character == '\t' || character == '-'; }
-
-struct Run {
-  /// One past the last digit.
-  std::size_t end = 0;
-  std::size_t digits = 0;
+struct Symbol {
+  std::size_t size;
+  NumberPart part;
 };
 
-Run runFrom(std::string_view text, std::size_t begin) {
+unsigned byteAt(std::string_view text, std::size_t at) {
+  return static_cast<unsigned char>(text[at]);
+}
+
+bool isContinuation(unsigned byte) { return (byte & 0xC0U) == 0x80; }
+
+/// The symbol that does not begin with an ASCII character.
+Symbol wideSymbolAt(std::string_view text, std::size_t at) {
+  constexpr Symbol strayByte{1, NumberPart::gap};
+  const auto lead = byteAt(text, at);
+  if (isContinuation(lead) || lead >= 0xF8) return strayByte;
+  const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (text.size() - at < size) return strayByte;
+  char32_t character = lead & (0x7FU >> size);
+  for (std::size_t next = at + 1; next < at + size; ++next) {
+    if (!isContinuation(byteAt(text, next))) return strayByte;
+    character = character << 6U | (byteAt(text, next) & 0x3FU);
+  }
+  return {size, numberPartOf(character)};
+}
+
+Symbol symbolAt(std::string_view text, std::size_t at) {
+  const auto byte = byteAt(text, at);
+  return byte < 0x80 ? Symbol{1, numberPartOf(byte)} : wideSymbolAt(text, at);
+}
+
+/// Digits with nothing but gaps between them, from the first one to behind the last one.
+struct Run {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  std::size_t digits = 0;
+
+  bool isNumber() const { return digits >= shortestNumber; }
+};
+
+/// The next run that is long enough to be a card number, or one that is not, at the end.
+Run nextNumber(std::string_view text, std::size_t at) {
   Run run;
-  for (auto at = begin; at < text.size() && (isDigit(text[at]) || isGap(text[at])); ++at) {
-    if (!isDigit(text[at])) continue;
-    run.end = at + 1;
-    ++run.digits;
+  while (at < text.size()) {
+    const auto [size, part] = symbolAt(text, at);
+    if (part == NumberPart::digit) {
+      if (run.digits++ == 0) run.begin = at;
+      run.end = at + size;
+    } else if (part == NumberPart::other) {
+      if (run.isNumber()) return run;
+      run.digits = 0;
+    }
+    at += size;
   }
   return run;
+}
+
+void appendMasked(std::string& result, std::string_view number, std::size_t digits) {
+  auto hidden = digits - visibleDigits;
+  for (std::size_t at = 0; at < number.size();) {
+    const auto [size, part] = symbolAt(number, at);
+    if (part == NumberPart::digit && hidden > 0) {
+      result += '*';
+      --hidden;
+    } else {
+      result += number.substr(at, size);
+    }
+    at += size;
+  }
 }
 
 }  // namespace
 
 std::string maskedText(std::string_view text) {
-  std::string result(text);
-  for (std::size_t at = 0; at < text.size();) {
-    if (!isDigit(text[at])) {
-      ++at;
-      continue;
-    }
-    const auto run = runFrom(text, at);
-    auto hidden = run.digits < shortestNumber ? 0 : run.digits - visibleDigits;
-    for (; at < run.end; ++at) {
-      if (hidden == 0 || !isDigit(text[at])) continue;
-      result[at] = '*';
-      --hidden;
-    }
+  std::string result;
+  std::size_t copied = 0;
+  for (auto run = nextNumber(text, 0); run.isNumber(); run = nextNumber(text, copied)) {
+    result += text.substr(copied, run.begin - copied);
+    appendMasked(result, text.substr(run.begin, run.end - run.begin), run.digits);
+    copied = run.end;
   }
+  result += text.substr(copied);
   return result;
 }
+
+bool holdsCardNumber(std::string_view text) { return nextNumber(text, 0).isNumber(); }
 
 }  // namespace hlv::sandbox

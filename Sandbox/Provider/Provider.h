@@ -1,60 +1,64 @@
-// The payment provider: its users and their instruments. Private to the sandbox.
+// The payment provider's rules: its users and their instruments. Private to the sandbox and the
+// server.
+//
+// Threading: inside `Store::read` and `Store::write`. Those that take a fault are the operations of
+// the service: they throw `Refusal` where a rule is broken, and the fault, where it is one that
+// changes what is stored or returned, has its effect.
 #pragma once
 
-#include <atomic>
-#include <memory>
+#include <cstdint>
+#include <optional>
 #include <string>
-#include <tuple>
 #include <vector>
 
-#include "Platform/Error.h"
-#include "Platform/List.h"
 #include "Platform/NullableString.h"
-#include "Sandbox/Provider/CardInstruments.h"
+#include "Sandbox/EnteredCard.h"
+#include "Sandbox/Fault.h"
 #include "Sandbox/ProviderInstrument.h"
-#include "Sandbox/Store/Store.h"
+#include "Sandbox/Store/Database.h"
 
-namespace hlv::sandbox {
+namespace hlv::sandbox::provider {
 
-/// Keeps a masked number of each card and never its security code. The operations of the service
-/// throw `Refusal`; a variation is the kind of a fault that changes what is stored or answered.
-///
-/// Threading: any.
-class Provider {
- public:
-  using Instrument = std::shared_ptr<PLVCreditCardPaymentInstrument>;
-  using TokenAnswer = std::tuple<NullableString, ErrorPtr>;
-  using ErrorAnswer = std::tuple<ErrorPtr>;
-  using ListAnswer = std::tuple<NullableList<PLVCreditCardPaymentInstrument>, ErrorPtr>;
+/// Keeps a masked number of the card and never its security code. An address that has a token keeps
+/// it. Returns no token where the fault or the card's number says so; null is no card.
+NullableString createUserToken(Database& database, const NullableString& email,
+                               const EnteredCard* card, const NullableString& useCase,
+                               std::optional<FaultKind> fault);
+void addInstrument(Database& database, const EnteredCard* card, const NullableString& token,
+                   const NullableString& useCase, std::optional<FaultKind> fault);
 
-  explicit Provider(std::shared_ptr<Store> store) : store_(std::move(store)) {}
-
-  /// A missing or empty key registers nobody.
-  void registerKey(const NullableString& key) { isRegistered_ = length(key) > 0; }
-
-  /// An address that has a token keeps it.
-  TokenAnswer createUserToken(const NullableString& email, const Instrument& instrument,
-                              const NullableString& useCase, const std::string& variation);
-  ErrorAnswer addInstrument(const Instrument& instrument, const NullableString& token,
-                            const NullableString& useCase, const std::string& variation);
-  ListAnswer listInstruments(const NullableString& token, const NullableString& useCase,
-                             const std::string& variation) const;
-  ErrorAnswer removeInstrument(const Instrument& instrument, const NullableString& useCase,
-                               const NullableString& token);
-
-  std::vector<ProviderInstrument> instrumentsOf(const std::string& email) const;
-  /// What follows needs no registration. Stores an instrument for a user whom the provider knows.
-  void plant(const std::string& email, const std::shared_ptr<EnteredCard>& card);
-  /// Loses an instrument, or stores it once more under another identifier. False when there is
-  /// none.
-  bool lose(const std::string& identifier);
-  bool storeAgain(const std::string& identifier);
-
- private:
-  void requireRegistration() const;
-
-  const std::shared_ptr<Store> store_;
-  std::atomic<bool> isRegistered_{false};
+/// An instrument, and the number of its row, which names it when it has no identifier.
+struct NumberedInstrument {
+  std::int64_t number = 0;
+  ProviderInstrument values;
 };
+/// Oldest first; missing where the fault says so.
+std::optional<std::vector<NumberedInstrument>> listInstruments(Database& database,
+                                                               const NullableString& token,
+                                                               const NullableString& useCase,
+                                                               std::optional<FaultKind> fault);
+/// By its number or its identifier.
+struct NamedInstrument {
+  /// No instrument has the number 0.
+  std::int64_t number = 0;
+  NullableString identifier = {};
+};
+/// A missing instrument is refused.
+void removeInstrument(Database& database, const std::optional<NamedInstrument>& instrument,
+                      const NullableString& useCase, const NullableString& token);
 
-}  // namespace hlv::sandbox
+/// Throws the refusal of a caller who is not registered.
+[[noreturn]] void refuseUnregistered();
+
+// What no service offers, and so no fault meets.
+
+/// Of a guest's address, whether or not the backend knows the token.
+std::vector<ProviderInstrument> instrumentsOf(Database& database, const std::string& email);
+/// Stores an instrument for a user whom the provider knows. Throws `Refusal`.
+void storeOrphan(Database& database, const std::string& email, const EnteredCard& card);
+/// Loses an instrument, or stores it once more under another identifier. False when there is none.
+bool loseInstrument(Database& database, const std::string& identifier);
+bool storeAgain(Database& database, const std::string& identifier);
+void forgetAll(Database& database);
+
+}  // namespace hlv::sandbox::provider

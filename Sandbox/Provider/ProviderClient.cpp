@@ -1,56 +1,100 @@
 #include "Sandbox/Provider/ProviderClient.h"
 
 #include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Provider/CardInstruments.h"
+#include "Sandbox/Provider/Provider.h"
 
 namespace hlv::sandbox {
+namespace {
 
-ProviderClient::ProviderClient(std::shared_ptr<Provider> provider,
-                               const Service::Surroundings& surroundings)
-    : provider_(std::move(provider)),
-      service_("provider", providerErrorDomain, Lane::provider, surroundings) {}
+using Instrument = std::shared_ptr<PLVCreditCardPaymentInstrument>;
+using TokenResults = std::tuple<NullableString, ErrorPtr>;
+using ListResults = std::tuple<NullableList<PLVCreditCardPaymentInstrument>, ErrorPtr>;
+using NoResults = std::tuple<ErrorPtr>;
+using IsRegistered = std::shared_ptr<std::atomic<bool>>;
+
+void requireRegistration(const IsRegistered& isRegistered) {
+  if (!*isRegistered) provider::refuseUnregistered();
+}
+
+/// The card of an instrument that was made from one, which must be held meanwhile; null for
+/// another.
+const EnteredCard* cardOf(const Instrument& instrument) {
+  const auto shown = std::dynamic_pointer_cast<NewInstrument>(instrument);
+  return shown ? &shown->card() : nullptr;
+}
+
+}  // namespace
+
+ProviderClient::ProviderClient(const Service::Surroundings& surroundings)
+    : service_("provider", providerErrorDomain, Lane::provider, surroundings) {}
 
 void ProviderClient::registerWithAPIKey(const NullableString& key) {
   service_.hear("registerWithAPIKey");
-  provider_->registerKey(key);
+  *isRegistered_ = length(key) > 0;
 }
 
-void ProviderClient::createUserToken(
-    const NullableString& email, const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
-    const NullableString& useCase, PLVUserTokenCompletion completion) {
-  service_.take({"createUserToken", useCase, ""}, std::move(completion),
-                [provider = provider_, email, instrument, useCase](const std::string& variation) {
-                  return provider->createUserToken(email, instrument, useCase, variation);
+void ProviderClient::createUserToken(const NullableString& email, const Instrument& instrument,
+                                     const NullableString& useCase,
+                                     PLVUserTokenCompletion completion) {
+  service_.take({Operation::createUserToken, useCase}, std::move(completion),
+                [isRegistered = isRegistered_, email, instrument, useCase](
+                    Database& database, std::optional<FaultKind> fault) {
+                  requireRegistration(isRegistered);
+                  return TokenResults(provider::createUserToken(database, email, cardOf(instrument),
+                                                                useCase, fault),
+                                      nullptr);
                 });
 }
 
-void ProviderClient::addPaymentInstrument(
-    const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
-    const NullableString& userToken, const NullableString& useCase, PLVErrorCompletion completion) {
-  service_.take(
-      {"addPaymentInstrument", useCase, ""}, std::move(completion),
-      [provider = provider_, instrument, userToken, useCase](const std::string& variation) {
-        return provider->addInstrument(instrument, userToken, useCase, variation);
-      });
+void ProviderClient::addPaymentInstrument(const Instrument& instrument,
+                                          const NullableString& userToken,
+                                          const NullableString& useCase,
+                                          PLVErrorCompletion completion) {
+  service_.take({Operation::addInstrument, useCase}, std::move(completion),
+                [isRegistered = isRegistered_, instrument, userToken, useCase](
+                    Database& database, std::optional<FaultKind> fault) {
+                  requireRegistration(isRegistered);
+                  provider::addInstrument(database, cardOf(instrument), userToken, useCase, fault);
+                  return NoResults();
+                });
 }
 
 void ProviderClient::getPaymentInstrumentsList(const NullableString& userToken,
                                                const NullableString& useCase,
                                                PLVPaymentInstrumentsCompletion completion) {
-  service_.take({"getPaymentInstrumentsList", useCase, ""}, std::move(completion),
-                [provider = provider_, userToken, useCase](const std::string& variation) {
-                  return provider->listInstruments(userToken, useCase, variation);
-                });
+  service_.take(
+      {Operation::listInstruments, useCase}, std::move(completion),
+      [isRegistered = isRegistered_, userToken, useCase](Database& database,
+                                                         std::optional<FaultKind> fault) {
+        requireRegistration(isRegistered);
+        auto stored = provider::listInstruments(database, userToken, useCase, fault);
+        if (!stored) return ListResults();
+        List<PLVCreditCardPaymentInstrument> instruments;
+        for (auto& [number, values] : *stored) {
+          instruments.push_back(std::make_shared<ListedInstrument>(number, std::move(values)));
+        }
+        return ListResults(std::move(instruments), nullptr);
+      });
 }
 
-void ProviderClient::removePaymentInstrument(
-    const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
-    const NullableString& useCase, const NullableString& userToken, PLVErrorCompletion completion) {
-  const auto identifier = instrument ? instrument->identifier() : std::nullopt;
-  service_.take({"removePaymentInstrument", useCase, identifier.value_or("")},
-                std::move(completion),
-                [provider = provider_, instrument, useCase, userToken](const std::string&) {
-                  return provider->removeInstrument(instrument, useCase, userToken);
-                });
+void ProviderClient::removePaymentInstrument(const Instrument& instrument,
+                                             const NullableString& useCase,
+                                             const NullableString& userToken,
+                                             PLVErrorCompletion completion) {
+  std::optional<provider::NamedInstrument> named;
+  if (instrument) {
+    const auto listed = std::dynamic_pointer_cast<ListedInstrument>(instrument);
+    named = {listed ? listed->row() : 0, instrument->identifier()};
+  }
+  service_.take(
+      {Operation::removeInstrument, useCase, named ? named->identifier.value_or("") : ""},
+      std::move(completion),
+      [isRegistered = isRegistered_, named, useCase, userToken](Database& database, auto) {
+        requireRegistration(isRegistered);
+        provider::removeInstrument(database, named, useCase, userToken);
+        return NoResults();
+      });
 }
 
 }  // namespace hlv::sandbox

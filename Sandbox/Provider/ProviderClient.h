@@ -1,20 +1,20 @@
 // The sandbox's client of its payment provider. Private to the sandbox.
 #pragma once
 
+#include <atomic>
 #include <memory>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
-#include "Sandbox/Provider/Provider.h"
-#include "Sandbox/Service/Service.h"
+#include "Sandbox/Calls/Service.h"
 
 namespace hlv::sandbox {
 
-/// Answers on the provider's thread.
+/// Completes on the provider's thread.
 ///
 /// Threading: any.
 class ProviderClient final : public PLVInAppClient {
  public:
-  ProviderClient(std::shared_ptr<Provider> provider, const Service::Surroundings& surroundings);
+  explicit ProviderClient(const Service::Surroundings& surroundings);
 
   void registerWithAPIKey(const NullableString& key) override;
   void createUserToken(const NullableString& email,
@@ -30,7 +30,9 @@ class ProviderClient final : public PLVInAppClient {
                                PLVErrorCompletion completion) override;
 
  private:
-  const std::shared_ptr<Provider> provider_;
+  /// Whether the app has registered with a key; what waits for its turn refers to it.
+  const std::shared_ptr<std::atomic<bool>> isRegistered_ =
+      std::make_shared<std::atomic<bool>>(false);
   const Service service_;
 };
 

@@ -3,106 +3,132 @@
 namespace hlv::sandbox {
 namespace {
 
-// The messages of SQLite name tables and columns, never values.
-[[noreturn]] void fail(sqlite3* connection) {
-  const int code = connection ? sqlite3_errcode(connection) : SQLITE_NOMEM;
-  const char* reason = connection ? sqlite3_errmsg(connection) : "out of memory";
-  throw StoreFailure(code, std::string("The sandbox's store failed: ") + reason + ".");
+/// Does `work`, whose failures are those of the store.
+template <class Work>
+decltype(auto) checked(Work work) {
+  try {
+    return work();
+  } catch (const SQLite::Exception& failure) {
+    throw StoreFailure(failure);
+  }
 }
 
 }  // namespace
 
-Statement::Statement(sqlite3* connection, std::string_view sql) : connection_(connection) {
-  sqlite3_stmt* statement = nullptr;
-  const int code =
-      sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
-  if (code != SQLITE_OK) fail(connection);
-  statement_.reset(statement);
-}
+// The messages of SQLite name tables and columns, never values.
+StoreFailure::StoreFailure(const SQLite::Exception& failure)
+    : std::runtime_error(std::string("The sandbox's store failed: ") + failure.what() + "."),
+      code_(failure.getErrorCode()) {}
 
-void Statement::bind(std::int64_t value) {
-  if (sqlite3_bind_int64(statement_.get(), ++bound_, value) != SQLITE_OK) fail(connection_);
-}
-
-void Statement::bind(const std::string& value) {
-  const int code = sqlite3_bind_text(statement_.get(), ++bound_, value.data(),
-                                     static_cast<int>(value.size()), SQLITE_TRANSIENT);
-  if (code != SQLITE_OK) fail(connection_);
-}
-
-void Statement::bind(const std::optional<std::string>& value) {
-  if (value) return bind(*value);
-  if (sqlite3_bind_null(statement_.get(), ++bound_) != SQLITE_OK) fail(connection_);
-}
-
-void Statement::bind(const std::optional<std::int64_t>& value) {
-  if (value) return bind(*value);
-  if (sqlite3_bind_null(statement_.get(), ++bound_) != SQLITE_OK) fail(connection_);
-}
-
-bool Statement::next() {
-  const int code = sqlite3_step(statement_.get());
-  if (code == SQLITE_ROW) return true;
-  if (code != SQLITE_DONE) fail(connection_);
-  return false;
-}
-
-std::string Statement::text(int column) const { return textOrNull(column).value_or(""); }
-
-std::optional<std::string> Statement::textOrNull(int column) const {
-  const auto* bytes = sqlite3_column_text(statement_.get(), column);
-  if (!bytes) return std::nullopt;
-  const auto size = sqlite3_column_bytes(statement_.get(), column);
-  return std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(size));
-}
-
-std::int64_t Statement::integer(int column) const {
-  return sqlite3_column_int64(statement_.get(), column);
-}
-
-std::optional<std::int64_t> Statement::integerOrNull(int column) const {
-  if (sqlite3_column_type(statement_.get(), column) == SQLITE_NULL) return std::nullopt;
-  return integer(column);
-}
-
-Database::Database(const std::string& name, int flags) {
-  sqlite3* connection = nullptr;
-  const int code = sqlite3_open_v2(name.c_str(), &connection, flags, nullptr);
-  connection_.reset(connection);
-  if (code != SQLITE_OK) fail(connection);
-}
-
-void Database::runAll(const char* sql) {
-  if (sqlite3_exec(connection_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-    fail(connection_.get());
+Query::~Query() {
+  if (!statement_) return;
+  try {
+    statement_->reset();
+  } catch (const SQLite::Exception&) {
+    // Resetting repeats the failure of the last step, which was reported there.
   }
 }
 
-std::int64_t Database::integer(std::string_view sql) {
-  auto statement = query(sql);
-  return statement.next() ? statement.integer(0) : 0;
+void Query::bind(int place, std::int64_t value) {
+  checked([&] { statement_->bind(place, value); });
 }
 
-Transaction::Transaction(Database& database, const std::string& kind)
-    : database_(database), isWithin_(database.isInTransaction()) {
-  database_.run(isWithin_ ? "SAVEPOINT part" : "BEGIN " + kind);
+void Query::bind(int place, const std::string& value) {
+  checked([&] { statement_->bind(place, value); });
+}
+
+void Query::bind(int place, const std::optional<std::string>& value) {
+  checked([&] { value ? statement_->bind(place, *value) : statement_->bind(place); });
+}
+
+void Query::bind(int place, const std::optional<std::int64_t>& value) {
+  checked([&] { value ? statement_->bind(place, *value) : statement_->bind(place); });
+}
+
+bool Query::next() {
+  return checked([&] { return statement_->executeStep(); });
+}
+
+std::string Query::text(int column) const { return textOrNull(column).value_or(""); }
+
+std::optional<std::string> Query::textOrNull(int column) const {
+  const auto value = statement_->getColumn(column);
+  return value.isNull() ? std::nullopt : std::optional(value.getString());
+}
+
+std::int64_t Query::integer(int column) const { return statement_->getColumn(column).getInt64(); }
+
+std::optional<std::int64_t> Query::integerOrNull(int column) const {
+  const auto value = statement_->getColumn(column);
+  return value.isNull() ? std::nullopt : std::optional<std::int64_t>(value.getInt64());
+}
+
+Database::Database(const std::string& name, int flags)
+    : connection_(checked([&] { return SQLite::Database(name, flags); })) {}
+
+SQLite::Statement& Database::prepared(std::string_view sql) {
+  const auto known = statements_.find(sql);
+  if (known != statements_.end()) return known->second;
+  return checked([&]() -> SQLite::Statement& {
+    return statements_.emplace(sql, SQLite::Statement(connection_, std::string(sql))).first->second;
+  });
+}
+
+void Database::runAll(const std::string& sql) {
+  checked([&] { connection_.exec(sql); });
+}
+
+std::int64_t Database::integer(std::string_view sql) {
+  auto row = query(sql);
+  return row.next() ? row.integer(0) : 0;
+}
+
+std::int64_t Database::allChanges() {
+  return connection_.getTotalChanges() + integer("PRAGMA data_version");
+}
+
+Transaction::Transaction(Database& database, Kind kind) : database_(database) {
+  switch (kind) {
+    case Kind::deferred:
+      database_.run("BEGIN DEFERRED");
+      break;
+    case Kind::immediate:
+      database_.run("BEGIN IMMEDIATE");
+      break;
+    case Kind::exclusive:
+      database_.run("BEGIN EXCLUSIVE");
+      break;
+  }
 }
 
 Transaction::~Transaction() {
   if (!open_) return;
   try {
-    if (isWithin_) {
-      database_.runAll("ROLLBACK TO part; RELEASE part");
-    } else {
-      database_.run("ROLLBACK");
-    }
+    database_.run("ROLLBACK");
   } catch (const StoreFailure&) {
     // A failed write may have rolled back by itself, and then there is nothing left to undo.
   }
 }
 
 void Transaction::commit() {
-  database_.run(isWithin_ ? "RELEASE part" : "COMMIT");
+  database_.run("COMMIT");
+  open_ = false;
+}
+
+Savepoint::Savepoint(Database& database) : database_(database) { database_.run("SAVEPOINT part"); }
+
+Savepoint::~Savepoint() {
+  if (!open_) return;
+  try {
+    database_.run("ROLLBACK TO part");
+    database_.run("RELEASE part");
+  } catch (const StoreFailure&) {
+    // The whole transaction was rolled back.
+  }
+}
+
+void Savepoint::keep() {
+  database_.run("RELEASE part");
   open_ = false;
 }
 

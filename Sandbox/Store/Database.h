@@ -1,23 +1,25 @@
-// SQLite, as the sandbox speaks to it. Private to the sandbox.
+// SQLite, as the sandbox uses it. Private to the sandbox and the server.
 //
 // Threading: one thread at a time; `Store` sees to that.
 #pragma once
 
-#include <sqlite3.h>
+#include <SQLiteCpp/SQLiteCpp.h>
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace hlv::sandbox {
 
 /// What the database refuses, in one plain sentence.
 class StoreFailure : public std::runtime_error {
  public:
-  StoreFailure(int code, const std::string& sentence) : std::runtime_error(sentence), code_(code) {}
+  explicit StoreFailure(const SQLite::Exception& failure);
   /// SQLite's result code.
   int code() const { return code_; }
 
@@ -25,15 +27,18 @@ class StoreFailure : public std::runtime_error {
   int code_;
 };
 
-/// A statement with its values, and then row after row of its results.
-class Statement {
+/// A statement with its values, and then row after row of its results. Leaves the statement ready
+/// for the next use when it goes.
+class Query {
  public:
-  Statement(sqlite3* connection, std::string_view sql);
+  explicit Query(SQLite::Statement& statement) : statement_(&statement) {}
+  Query(Query&& other) noexcept : statement_(std::exchange(other.statement_, nullptr)) {}
+  ~Query();
 
-  void bind(std::int64_t value);
-  void bind(const std::string& value);
-  void bind(const std::optional<std::string>& value);
-  void bind(const std::optional<std::int64_t>& value);
+  void bind(int place, std::int64_t value);
+  void bind(int place, const std::string& value);
+  void bind(int place, const std::optional<std::string>& value);
+  void bind(int place, const std::optional<std::int64_t>& value);
 
   /// Goes to the next row; false when there is none.
   bool next();
@@ -44,62 +49,59 @@ class Statement {
   std::optional<std::int64_t> integerOrNull(int column) const;
 
  private:
-  struct Finalizer {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-  };
-
-  sqlite3* connection_;
-  std::unique_ptr<sqlite3_stmt, Finalizer> statement_;
-  int bound_ = 0;
+  SQLite::Statement* statement_;
 };
 
-/// One connection. Every member throws `StoreFailure`.
+/// One connection, which keeps its prepared statements. Every member throws `StoreFailure`.
 class Database {
  public:
   /// Opens an existing file. `flags` are SQLite's; `name` is a path or a URI.
   Database(const std::string& name, int flags);
 
+  /// The same text must not be in use by another `Query` of this connection.
   template <class... Values>
-  Statement query(std::string_view sql, const Values&... values) {
-    Statement statement(connection_.get(), sql);
-    (statement.bind(values), ...);
-    return statement;
+  [[nodiscard]] Query query(std::string_view sql, const Values&... values) {
+    Query query(prepared(sql));
+    int place = 0;
+    (query.bind(++place, values), ...);
+    return query;
   }
 
   template <class... Values>
   void run(std::string_view sql, const Values&... values) {
-    auto statement = query(sql, values...);
-    while (statement.next()) {
+    auto rows = query(sql, values...);
+    while (rows.next()) {
     }
   }
 
-  /// Runs several statements.
-  void runAll(const char* sql);
+  /// Runs several statements, which are not kept.
+  void runAll(const std::string& sql);
   std::int64_t integer(std::string_view sql);
 
   /// How many rows the last statement changed.
-  int changes() const { return sqlite3_changes(connection_.get()); }
+  int changes() const { return connection_.getChanges(); }
   /// Grows with every change of this connection and every transaction of another.
-  std::int64_t allChanges() {
-    return sqlite3_total_changes64(connection_.get()) + integer("PRAGMA data_version");
-  }
-  bool isInTransaction() const { return sqlite3_get_autocommit(connection_.get()) == 0; }
-  std::int64_t lastRow() const { return sqlite3_last_insert_rowid(connection_.get()); }
+  std::int64_t allChanges();
+  std::int64_t lastRow() const { return connection_.getLastInsertRowid(); }
+
+  SQLite::Database& connection() { return connection_; }
 
  private:
-  struct Closer {
-    void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
-  };
+  SQLite::Statement& prepared(std::string_view sql);
 
-  std::unique_ptr<sqlite3, Closer> connection_;
+  SQLite::Database connection_;
+  struct Hash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+  std::unordered_map<std::string, SQLite::Statement, Hash, std::equal_to<>> statements_;
 };
 
-/// Rolls back unless it was committed. One within another is a part of it, and is rolled back
-/// alone.
+/// Rolls back unless it was committed.
 class Transaction {
  public:
-  /// `kind` is "IMMEDIATE" or "EXCLUSIVE"; the outermost decides.
-  explicit Transaction(Database& database, const std::string& kind = "IMMEDIATE");
+  /// As SQLite names them.
+  enum class Kind { deferred, immediate, exclusive };
+  explicit Transaction(Database& database, Kind kind = Kind::immediate);
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
@@ -108,7 +110,21 @@ class Transaction {
 
  private:
   Database& database_;
-  const bool isWithin_;
+  bool open_ = true;
+};
+
+/// A part of a transaction, which is rolled back alone unless it was kept.
+class Savepoint {
+ public:
+  explicit Savepoint(Database& database);
+  ~Savepoint();
+  Savepoint(const Savepoint&) = delete;
+  Savepoint& operator=(const Savepoint&) = delete;
+
+  void keep();
+
+ private:
+  Database& database_;
   bool open_ = true;
 };
 

@@ -1,6 +1,7 @@
 #include "Sandbox/Store/Identifiers.h"
 
-#include <optional>
+#include <cmath>
+#include <numbers>
 #include <random>
 
 #include "Sandbox/Store/Settings.h"
@@ -9,11 +10,6 @@ namespace hlv::sandbox {
 namespace {
 
 constexpr const char* seedSetting = "seed";
-
-std::optional<std::uint64_t> seedOf(Database& database) {
-  const auto text = readSetting(database, seedSetting);
-  return text ? std::optional<std::uint64_t>(std::stoull(*text)) : std::nullopt;
-}
 
 std::int64_t countOne(Database& database, const std::string& kind) {
   auto row = database.query(
@@ -28,15 +24,15 @@ std::int64_t countOne(Database& database, const std::string& kind) {
 
 /// Written out because a standard engine fed by a standard seed sequence mixes the three as well,
 /// but its distributions differ between libraries.
-class Dice {
+class Generator {
  public:
-  Dice(std::uint64_t seed, const std::string& kind, std::int64_t made) : state_(seed) {
+  Generator(std::uint64_t seed, const std::string& kind, std::int64_t made) : state_(seed) {
     for (const char character : kind) mix(static_cast<unsigned char>(character));
     mix(static_cast<std::uint64_t>(made));
   }
 
   char letter() { return static_cast<char>('a' + number(26)); }
-  std::uint64_t number(std::uint64_t sides) { return mix(1) % sides; }
+  std::uint64_t number(std::uint64_t limit) { return mix(1) % limit; }
 
  private:
   std::uint64_t mix(std::uint64_t value) {
@@ -53,6 +49,11 @@ class Dice {
 
 }  // namespace
 
+std::optional<std::uint64_t> seedOf(Database& database) {
+  const auto text = readSetting(database, seedSetting);
+  return text ? std::optional<std::uint64_t>(std::stoull(*text)) : std::nullopt;
+}
+
 void plantSeed(Database& database, std::uint64_t seed) {
   writeSetting(database, seedSetting, std::to_string(seed));
 }
@@ -63,22 +64,41 @@ std::string makeIdentifier(Database& database, const std::string& kind) {
   const auto made = countOne(database, kind);
   std::string identifier = kind + "_";
   if (seed) {
-    Dice dice(*seed, kind, made);
-    for (int i = 0; i < length; ++i) identifier += dice.letter();
+    Generator generator(*seed, kind, made);
+    for (int i = 0; i < length; ++i) identifier += generator.letter();
   } else {
-    std::random_device device;
-    std::uniform_int_distribution<int> letter('a', 'z');
-    for (int i = 0; i < length; ++i) identifier += static_cast<char>(letter(device));
+    identifier += randomLetters(length);
   }
   return identifier;
 }
 
-std::int64_t throwDice(Database& database, std::int64_t sides) {
+std::string randomLetters(int count) {
+  thread_local std::mt19937_64 engine{[] {
+    std::random_device device;
+    return std::uint64_t{device()} << 32 | device();
+  }()};
+  std::uniform_int_distribution<int> letter('a', 'z');
+  std::string letters;
+  for (int i = 0; i < count; ++i) letters += static_cast<char>(letter(engine));
+  return letters;
+}
+
+std::int64_t randomBelow(Database& database, std::int64_t limit) {
   const std::string kind = "throw";
   const auto seed = seedOf(database);
   const auto made = countOne(database, kind);
-  Dice dice(seed ? *seed : std::random_device()(), kind, made);
-  return static_cast<std::int64_t>(dice.number(static_cast<std::uint64_t>(sides)));
+  Generator generator(seed ? *seed : std::random_device()(), kind, made);
+  return static_cast<std::int64_t>(generator.number(static_cast<std::uint64_t>(limit)));
+}
+
+double randomNormal(Database& database) {
+  // Written out, as the standard's distribution differs between libraries.
+  constexpr std::int64_t steps = 1LL << 32;
+  const auto uniform = [&] {
+    return (static_cast<double>(randomBelow(database, steps)) + 0.5) / static_cast<double>(steps);
+  };
+  const auto radius = std::sqrt(-2 * std::log(uniform()));
+  return radius * std::cos(2 * std::numbers::pi * uniform());
 }
 
 }  // namespace hlv::sandbox

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "Sandbox/Store/Database.h"
@@ -12,13 +13,19 @@ namespace hlv::sandbox {
 
 /// From now on the store's identifiers repeat for the same seed.
 void plantSeed(Database& database, std::uint64_t seed);
+std::optional<std::uint64_t> seedOf(Database& database);
 
 /// A new identifier, such as "ins_" and twenty letters: random, or under a seed the same for the
 /// nth identifier of a kind, whatever other kinds were made between. Letters only, so that none
 /// looks like a card number.
 std::string makeIdentifier(Database& database, const std::string& kind);
 
-/// From zero to below `sides`: random, or under a seed always the same row of throws.
-std::int64_t throwDice(Database& database, std::int64_t sides);
+/// From zero to below `limit`: random, or under a seed always the same sequence.
+std::int64_t randomBelow(Database& database, std::int64_t limit);
+/// Of the normal distribution with mean 0 and standard deviation 1; as repeatable.
+double randomNormal(Database& database);
+
+/// Letters that no seed repeats.
+std::string randomLetters(int count);
 
 }  // namespace hlv::sandbox

@@ -22,6 +22,12 @@ CREATE TABLE backend_cards (
 );
 CREATE INDEX cards_of_guest ON backend_cards (guest);
 
+CREATE TABLE backend_sessions (
+  number INTEGER PRIMARY KEY AUTOINCREMENT,
+  token TEXT NOT NULL UNIQUE,
+  guest TEXT NOT NULL REFERENCES backend_guests (email)
+);
+
 CREATE TABLE provider_users (token TEXT PRIMARY KEY, email TEXT NOT NULL UNIQUE) WITHOUT ROWID;
 CREATE TABLE provider_instruments (
   number INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -46,8 +52,14 @@ CREATE TABLE faults (
   code INTEGER NOT NULL,
   use_case TEXT,
   spread INTEGER NOT NULL,
-  probability INTEGER NOT NULL
+  probability INTEGER NOT NULL,
+  distribution TEXT NOT NULL,
+  status INTEGER,
+  headers TEXT NOT NULL,
+  bytes INTEGER,
+  bytes_per_second INTEGER
 );
+CREATE INDEX faults_of_operation ON faults (operation);
 CREATE TABLE firings (
   number INTEGER PRIMARY KEY AUTOINCREMENT,
   fault INTEGER NOT NULL,
@@ -63,9 +75,49 @@ CREATE TABLE events (
   listener TEXT NOT NULL,
   what TEXT NOT NULL,
   result TEXT NOT NULL,
-  thread TEXT NOT NULL
+  thread TEXT NOT NULL,
+  at INTEGER NOT NULL
 );
 CREATE INDEX events_of_operation ON events (operation);
+
+CREATE TABLE kept_replies (
+  number INTEGER PRIMARY KEY AUTOINCREMENT,
+  key TEXT NOT NULL UNIQUE,
+  request TEXT NOT NULL,
+  status INTEGER NOT NULL,
+  body TEXT NOT NULL
+);
+
+CREATE TABLE requests (
+  number INTEGER PRIMARY KEY AUTOINCREMENT,
+  id TEXT NOT NULL UNIQUE,
+  at INTEGER NOT NULL,
+  status INTEGER NOT NULL,
+  method TEXT NOT NULL,
+  path TEXT NOT NULL,
+  fault TEXT,
+  microseconds INTEGER NOT NULL,
+  caller TEXT NOT NULL,
+  listener TEXT NOT NULL,
+  request_bytes INTEGER NOT NULL,
+  reply_bytes INTEGER NOT NULL,
+  code TEXT,
+  events TEXT NOT NULL
+);
+CREATE TABLE request_gaps (number INTEGER PRIMARY KEY AUTOINCREMENT, after INTEGER NOT NULL,
+  found INTEGER NOT NULL);
+
+-- Of the default sandbox's store alone.
+CREATE TABLE sandboxes (
+  id TEXT PRIMARY KEY,
+  created INTEGER NOT NULL,
+  expires INTEGER
+) WITHOUT ROWID;
+CREATE TABLE snapshots (
+  id TEXT PRIMARY KEY,
+  created INTEGER NOT NULL,
+  sandbox TEXT NOT NULL
+) WITHOUT ROWID;
 )sql";
 
 }  // namespace hlv::sandbox

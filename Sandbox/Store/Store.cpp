@@ -1,25 +1,28 @@
 #include "Sandbox/Store/Store.h"
 
+#include <SQLiteCpp/Backup.h>
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "Sandbox/Store/Schema.h"
 
 namespace hlv::sandbox {
 namespace {
 
-/// A problem as the person at the console reads it.
-struct Unusable {
-  std::string sentence;
-};
+/// Idle connections for reading that a store keeps.
+constexpr std::size_t idleReaders = 2;
 
 std::string quoted(const std::string& path) { return "'" + path + "'"; }
 
-/// Sees that there is a file, and answers whether it is empty. A file that it makes belongs to its
+/// Sees that there is a file, and returns whether it is empty. A file that it makes belongs to its
 /// owner alone before a byte is in it; SQLite gives the files beside it the same rights.
 bool prepareFile(const std::string& path) {
   const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
@@ -28,19 +31,19 @@ bool prepareFile(const std::string& path) {
     return true;
   }
   if (errno != EEXIST && errno != EISDIR) {
-    throw Unusable{"The store " + quoted(path) +
-                   " cannot be created: " + std::generic_category().message(errno) + "."};
+    throw NoStore("The store " + quoted(path) +
+                  " cannot be created: " + std::generic_category().message(errno) + ".");
   }
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) {
-    throw Unusable{"The store " + quoted(path) +
-                   " cannot be opened: " + std::generic_category().message(errno) + "."};
+    throw NoStore("The store " + quoted(path) +
+                  " cannot be opened: " + std::generic_category().message(errno) + ".");
   }
-  if (S_ISDIR(status.st_mode)) throw Unusable{quoted(path) + " is a directory, not a store."};
-  if (!S_ISREG(status.st_mode)) throw Unusable{quoted(path) + " is not a file."};
+  if (S_ISDIR(status.st_mode)) throw NoStore(quoted(path) + " is a directory, not a store.");
+  if (!S_ISREG(status.st_mode)) throw NoStore(quoted(path) + " is not a file.");
   if (::access(path.c_str(), R_OK | W_OK) != 0) {
-    throw Unusable{"The store " + quoted(path) +
-                   " cannot be read and written: " + std::generic_category().message(errno) + "."};
+    throw NoStore("The store " + quoted(path) +
+                  " cannot be read and written: " + std::generic_category().message(errno) + ".");
   }
   // An empty file is what a process leaves that was killed while it made a store.
   if (status.st_size == 0) ::chmod(path.c_str(), 0600);
@@ -75,27 +78,26 @@ void requireStore(const std::string& path) {
   std::int64_t version = 0;
   bool hasTables = false;
   try {
-    Database database(uriOf(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    Database database(uriOf(path) + "?immutable=1", SQLite::OPEN_READONLY | SQLite::OPEN_URI);
     application = database.integer("PRAGMA application_id");
     version = database.integer("PRAGMA user_version");
     hasTables = database.integer("SELECT count(*) FROM sqlite_schema WHERE type = 'table'") > 0;
   } catch (const StoreFailure&) {
-    throw Unusable{quoted(path) + " is not a store of this sandbox: it is no database."};
+    throw NoStore(quoted(path) + " is not a store of this sandbox: it is no database.");
   }
   if (application != applicationID) {
-    throw Unusable{quoted(path) +
-                   " is not a store of this sandbox: it belongs to another program."};
+    throw NoStore(quoted(path) + " is not a store of this sandbox: it belongs to another program.");
   }
   if (version != schemaVersion) {
-    throw Unusable{"The store " + quoted(path) + " has version " + std::to_string(version) +
-                   "; this sandbox reads version " + std::to_string(schemaVersion) + "."};
+    throw NoStore("The store " + quoted(path) + " has version " + std::to_string(version) +
+                  "; this sandbox reads version " + std::to_string(schemaVersion) + ".");
   }
-  if (!hasTables) throw Unusable{"The store " + quoted(path) + " is damaged: its tables are gone."};
+  if (!hasTables) throw NoStore("The store " + quoted(path) + " is damaged: its tables are gone.");
 }
 
-/// Answers whether it made the tables; another process may have been faster.
+/// Returns whether it made the tables; another process may have been faster.
 bool makeTables(Database& database) {
-  Transaction transaction(database, "EXCLUSIVE");
+  Transaction transaction(database, Transaction::Kind::exclusive);
   if (database.integer("PRAGMA application_id") != 0) return false;
   database.runAll(schema);
   database.run("PRAGMA application_id = " + std::to_string(applicationID));
@@ -104,24 +106,162 @@ bool makeTables(Database& database) {
   return true;
 }
 
+/// The bytes of a file that holds the same, in the mode with a write-ahead log.
+std::string imageOf(Database& database) {
+  sqlite3_int64 size = 0;
+  const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
+      sqlite3_serialize(database.connection().getHandle(), "main", &size, 0), &sqlite3_free);
+  if (!bytes) throw StoreFailure(SQLite::Exception("out of memory", SQLITE_NOMEM));
+  std::string image(reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size));
+  // The versions that a reader and a writer need, as SQLite's file format has them.
+  constexpr std::size_t versionPlaces[] = {18, 19};
+  for (const auto place : versionPlaces) image.at(place) = 2;
+  return image;
+}
+
+/// Returns whether the file's content and its name are on disk; otherwise errno says why not.
+bool writeDurably(const std::string& path, std::string_view content) {
+  const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (file < 0) return false;
+  bool isGood = true;
+  while (isGood && !content.empty()) {
+    const auto count = ::write(file, content.data(), content.size());
+    isGood = count > 0;
+    if (isGood) content.remove_prefix(static_cast<std::size_t>(count));
+  }
+  isGood = isGood && ::fsync(file) == 0;
+  ::close(file);
+  const auto folder = std::filesystem::path(path).parent_path().string();
+  const int directory = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
+  isGood = isGood && directory >= 0 && ::fsync(directory) == 0;
+  if (directory >= 0) ::close(directory);
+  return isGood;
+}
+
+void prepareConnection(Database& database) {
+  database.run("PRAGMA busy_timeout = 10000");
+  database.run("PRAGMA foreign_keys = ON");
+}
+
 }  // namespace
 
 Store::Opened Store::open(const std::string& path) {
   try {
     const bool isEmpty = prepareFile(path);
     if (!isEmpty) requireStore(path);
-    auto database = std::make_unique<Database>(path, SQLITE_OPEN_READWRITE);
-    database->run("PRAGMA busy_timeout = 10000");
-    database->run("PRAGMA foreign_keys = ON");
+    auto database = std::make_unique<Database>(path, SQLite::OPEN_READWRITE);
+    prepareConnection(*database);
     const bool isNew = isEmpty && makeTables(*database);
     database->run("PRAGMA journal_mode = WAL");
     database->run("PRAGMA synchronous = FULL");
     database->integer("SELECT count(*) FROM settings");
-    return {std::make_shared<Store>(std::move(database)), "", isNew};
-  } catch (const Unusable& unusable) {
-    return {nullptr, unusable.sentence};
+    return {std::make_shared<Store>(path, std::move(database)), "", isNew};
+  } catch (const NoStore& unusable) {
+    return {nullptr, unusable.what()};
   } catch (const StoreFailure& failure) {
     return {nullptr, "The store " + quoted(path) + " cannot be used. " + failure.what()};
+  }
+}
+
+std::shared_ptr<Store> Store::openInMemory() {
+  auto database = std::make_unique<Database>(":memory:", SQLite::OPEN_READWRITE);
+  prepareConnection(*database);
+  makeTables(*database);
+  return std::make_shared<Store>("", std::move(database));
+}
+
+void Store::writeTogether(std::span<Part> parts) {
+  try {
+    const std::lock_guard lock(writing_);
+    Transaction transaction(*writer_);
+    for (auto& part : parts) {
+      try {
+        Savepoint savepoint(*writer_);
+        part.body(*writer_);
+        savepoint.keep();
+      } catch (...) {
+        part.problem = std::current_exception();
+      }
+    }
+    transaction.commit();
+  } catch (const StoreFailure&) {
+    for (auto& part : parts) part.problem = std::current_exception();
+  }
+}
+
+std::int64_t Store::changes() {
+  if (path_.empty()) {
+    const std::lock_guard lock(writing_);
+    return writer_->allChanges();
+  }
+  // A connection that changes nothing itself sees every change as another's.
+  const std::lock_guard lock(watching_);
+  if (!watcher_) {
+    watcher_ = std::make_unique<Database>(path_, SQLite::OPEN_READWRITE);
+    prepareConnection(*watcher_);
+  }
+  return watcher_->integer("PRAGMA data_version");
+}
+
+void Store::copyTo(const std::string& path) {
+  if (!prepareFile(path)) throw NoStore(quoted(path) + " is there already.");
+  const auto image = [this] {
+    const std::lock_guard lock(writing_);
+    return imageOf(*writer_);
+  }();
+  if (writeDurably(path, image)) return;
+  const auto reason = std::generic_category().message(errno);
+  ::unlink(path.c_str());
+  throw StoreFailure(SQLite::Exception("a copy cannot be written: " + reason, SQLITE_IOERR));
+}
+
+void Store::replaceBy(const std::string& path) {
+  requireStore(path);
+  const std::lock_guard lock(writing_);
+  try {
+    SQLite::Database source(path, SQLite::OPEN_READONLY);
+    SQLite::Backup(writer_->connection(), source).executeStep();
+  } catch (const SQLite::Exception& failure) {
+    throw StoreFailure(failure);
+  }
+}
+
+Store::Reader::Reader(Store& owner) : store(owner) {
+  {
+    const std::lock_guard lock(store.readersMutex_);
+    if (!store.readers_.empty()) {
+      connection = std::move(store.readers_.back());
+      store.readers_.pop_back();
+    }
+  }
+  if (connection) return;
+  connection = std::make_unique<ReadConnection>(store.path_);
+  prepareConnection(connection->database);
+  connection->database.run("PRAGMA query_only = ON");
+}
+
+Store::Reader::~Reader() {
+  const std::lock_guard lock(store.readersMutex_);
+  if (store.readers_.size() < idleReaders) store.readers_.push_back(std::move(connection));
+}
+
+std::any& Store::ReadConnection::remembered(const std::string& key) {
+  constexpr std::size_t most = 256;
+  const auto now = database.integer("PRAGMA data_version");
+  if (now != version || results.size() >= most) results.clear();
+  version = now;
+  return results[key];
+}
+
+Store::Unsynced::Unsynced(Database& writer) : database(writer) {
+  database.run("PRAGMA synchronous = NORMAL");
+}
+
+Store::Unsynced::~Unsynced() {
+  try {
+    database.run("PRAGMA synchronous = FULL");
+  } catch (const StoreFailure&) {
+    // Only a connection that is of no use any more refuses a setting.
   }
 }
 

@@ -1,21 +1,27 @@
-// The one file that holds everything the sandbox remembers. Private to the sandbox.
+// The one file that holds everything a sandbox remembers. Private to the sandbox and the server.
 #pragma once
 
+#include <any>
+#include <exception>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "Sandbox/Store/Database.h"
 
 namespace hlv::sandbox {
 
-/// What `write` returned is on disk. Several processes may use one file at once.
+/// Several processes may use one file at once. There is one writer at a time, and readers wait for
+/// nobody: each sees what was committed when it began.
 ///
-/// Threading: any. One thread is inside at a time. A body may enter again: what it writes there is
-/// a part of the same transaction, and undone alone when only the inner body throws.
+/// Threading: any. A body must not come back to its own store.
 class Store {
  public:
   struct Opened {
@@ -27,33 +33,66 @@ class Store {
   };
 
   /// Opens a store, or makes one where there is no file, or an empty one.
-  static Opened open(const std::string& path);
+  [[nodiscard]] static Opened open(const std::string& path);
+  /// A new store that goes with this object.
+  [[nodiscard]] static std::shared_ptr<Store> openInMemory();
 
-  explicit Store(std::unique_ptr<Database> database) : database_(std::move(database)) {}
+  /// `path` is empty for a store in memory.
+  Store(std::string path, std::unique_ptr<Database> writer)
+      : path_(std::move(path)), writer_(std::move(writer)) {}
 
-  /// Runs `body(Database&)` in one transaction, which ends on disk before this returns, or not at
-  /// all when the body throws.
+  /// Runs `body(Database&)` in one transaction, which is on disk before this returns, or not at all
+  /// when the body throws.
   template <class Body>
   auto write(Body body) {
-    const std::lock_guard lock(mutex_);
-    Transaction transaction(*database_);
-    if constexpr (std::is_void_v<std::invoke_result_t<Body, Database&>>) {
-      body(*database_);
-      transaction.commit();
-    } else {
-      auto result = body(*database_);
-      transaction.commit();
-      return result;
-    }
+    const std::lock_guard lock(writing_);
+    return transact(*writer_, Transaction::Kind::immediate, body);
   }
 
+  /// The same for what only records a conversation: it outlives the process at once, and a failure
+  /// of power only when a later `write` has returned. So it costs no wait for the disk.
+  template <class Body>
+  auto record(Body body) {
+    const std::lock_guard lock(writing_);
+    const Unsynced unsynced(*writer_);
+    return transact(*writer_, Transaction::Kind::immediate, body);
+  }
+
+  /// One caller's part of a transaction.
+  struct Part {
+    std::function<void(Database&)> body;
+    /// What the body threw, or what kept the transaction from the disk; null when it is there.
+    std::exception_ptr problem = {};
+  };
+  /// Runs all of the bodies in one transaction. A body that throws is undone alone.
+  void writeTogether(std::span<Part> parts);
+
+  /// Runs `body(Database&)`, which changes nothing, on one state of the store.
   template <class Body>
   auto read(Body body) {
-    const std::lock_guard lock(mutex_);
-    return body(*database_);
+    if (path_.empty()) return write(std::move(body));
+    const Reader reader(*this);
+    return transact(reader.connection->database, Transaction::Kind::deferred, body);
   }
 
-  /// For readers that have no way to report a failure: answers the zero of the result.
+  /// The same, but what a body returned for this key on the same state of the store is returned
+  /// again. The result is optional; a missing one is not remembered.
+  template <class Body>
+  auto readAgain(const std::string& key, Body body) {
+    using Result = std::invoke_result_t<Body, Database&>;
+    if (path_.empty()) return write(std::move(body));
+    const Reader reader(*this);
+    const auto remembering = [&](Database& database) -> Result {
+      auto& known = reader.connection->remembered(key);
+      if (const auto* result = std::any_cast<Result>(&known)) return *result;
+      auto result = body(database);
+      if (result) known = result;
+      return result;
+    };
+    return transact(reader.connection->database, Transaction::Kind::deferred, remembering);
+  }
+
+  /// For readers that have no way to report a failure: returns the zero of the result.
   template <class Body>
   auto readOrNothing(Body body) {
     try {
@@ -63,9 +102,65 @@ class Store {
     }
   }
 
+  /// Another number whenever this process or another has changed something. Waits for no writer.
+  std::int64_t changes();
+
+  /// Writes everything into a new file, which only its owner can read and which is on disk then.
+  void copyTo(const std::string& path);
+  /// Replaces everything by what another store's file holds; throws `NoStore`.
+  void replaceBy(const std::string& path);
+
  private:
-  std::recursive_mutex mutex_;
-  const std::unique_ptr<Database> database_;
+  /// A connection for reading, with what was read on one state of the store.
+  struct ReadConnection {
+    explicit ReadConnection(const std::string& path) : database(path, SQLite::OPEN_READWRITE) {}
+    /// Empty for what was not read on the present state. Inside a transaction.
+    std::any& remembered(const std::string& key);
+    Database database;
+    std::int64_t version = -1;
+    std::unordered_map<std::string, std::any> results;
+  };
+  /// One that goes back to the others afterwards.
+  struct Reader {
+    explicit Reader(Store& owner);
+    ~Reader();
+    Store& store;
+    std::unique_ptr<ReadConnection> connection;
+  };
+  /// While it lives, commits do not wait for the disk.
+  struct Unsynced {
+    explicit Unsynced(Database& writer);
+    ~Unsynced();
+    Database& database;
+  };
+
+  template <class Body>
+  static auto transact(Database& database, Transaction::Kind kind, Body& body) {
+    Transaction transaction(database, kind);
+    if constexpr (std::is_void_v<std::invoke_result_t<Body&, Database&>>) {
+      body(database);
+      transaction.commit();
+    } else {
+      auto result = body(database);
+      transaction.commit();
+      return result;
+    }
+  }
+
+  const std::string path_;
+  std::mutex writing_;
+  const std::unique_ptr<Database> writer_;
+  std::mutex watching_;
+  /// Null until it is needed.
+  std::unique_ptr<Database> watcher_;
+  std::mutex readersMutex_;
+  std::vector<std::unique_ptr<ReadConnection>> readers_;
+};
+
+/// What is no store of this sandbox, in one plain sentence.
+class NoStore : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
 };
 
 }  // namespace hlv::sandbox

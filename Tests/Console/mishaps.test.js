@@ -36,6 +36,8 @@ onConsole('faults last as they are told to, and one that cannot be is refused', 
   await sees(guest.truth.getByRole('listitem').filter({ hasText: 'createUserToken: refused, always' }));
   await guest.button('Disarm all').click();
   await sees(guest.truth.getByText('No fault is armed.'));
+  await guest.arm('createUserToken', 'cut');
+  await sees(guest.truth.getByRole('listitem').filter({ hasText: 'createUserToken: cut, after 100 bytes, once' }));
   await guest.arm('deleteCreditCardWithID', 'no-token');
   await sees(guest.truth.getByRole('alert').filter({ hasText: 'makes no sense for deleteCreditCardWithID' }));
 });

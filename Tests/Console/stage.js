@@ -39,9 +39,9 @@ export function onConsole(name, body, view = {}) {
     const context = await (await openBrowser()).newContext({ viewport: { width: 1440, height: 1000 }, ...view });
     context.setDefaultTimeout(15_000);
     const complaints = complaintsOf(context, server.url);
-    const open = async () => {
+    const open = async (url = server.url) => {
       const person = new Person(await context.newPage());
-      await person.page.goto(server.url);
+      await person.page.goto(url);
       await person.connection.filter({ hasText: 'Live' }).waitFor();
       return person;
     };

@@ -51,9 +51,36 @@ onConsole('exports tell the whole operation, and not who the guest is', async (g
     assert.ok(!/@|\d(?:[ -]?\d){11}/.test(written), 'an export holds an address or a long number');
   }
   const long = '1234 5678-'.repeat(2);
-  const redacted = await guest.page.evaluate(async (line) => (await import('/export.js')).redacted(line),
+  const redacted = await guest.page.evaluate(async (line) => (await import('./export.js')).redacted(line),
     `guest@example.com gave ${long}and 2030`);
   assert.ok(redacted === '(address) gave •••• 5678-and 2030', 'what is redacted');
+});
+
+onConsole('a sandbox has a console below its URL, and each sees its own guest', async (guest, server, open) => {
+  const made = await fetch(`${server.url}/v1/sandboxes`, {
+    method: 'POST',
+    headers: { 'Content-Type': 'application/json' },
+    body: '{"id": "beside", "in_memory": true}',
+  });
+  const neighbour = await open((await made.json()).urls.console);
+  assert.equal(neighbour.page.url(), `${server.url}/sandboxes/beside/`);
+  await neighbour.settleIn();
+  await neighbour.makeScene('half deleted');
+  await seesCount(neighbour.drifted, 1);
+  await sees(guest.truth.getByText('Nobody is signed in.'));
+  await seesCount(guest.operations, 0);
+
+  // A page behind others is drawn late.
+  await guest.page.bringToFront();
+  await guest.settleIn();
+  await guest.add({ card: 'mastercard', useCase: 'private' });
+  await guest.told('Added mastercard •••• 4444.');
+  await seesCount(guest.matched, 2);
+  await neighbour.page.bringToFront();
+  await neighbour.comeToForeground();
+  await sees(neighbour.verdict.filter({ hasText: 'Both sides agree.' }));
+  await seesCount(neighbour.cards, 0);
+  await seesCount(guest.matched, 2);
 });
 
 onConsole('two pages see the same story', async (guest, server, open) => {

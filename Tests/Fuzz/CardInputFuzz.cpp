@@ -29,6 +29,18 @@ std::int64_t verdictOn(const CardFields& fields) {
   return error->code();
 }
 
+/// Of any text at all.
+void checkMask(const std::string& typed) {
+  const auto masked = maskedText(typed);
+  EXPECT_EQ(holdsCardNumber(typed), masked != typed);
+  EXPECT_FALSE(holdsCardNumber(masked));
+  std::size_t digits = 0;
+  for (const char character : masked) {
+    digits = character < '0' || character > '9' ? 0 : digits + 1;
+    EXPECT_LT(digits, 12U);
+  }
+}
+
 void check(CardFields fields) {
   auto kept = normalised(fields);
   const auto size = kept.pan.size();
@@ -56,6 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Calendar::install([] { return YearMonth{2031, 7}; });
   std::string typed(data, data + size);
   for (char& character : typed) character ^= 0x40;
+  checkMask(typed);
   std::istringstream lines(typed);
   CardFields card;
   auto& [pan, month, year, cvv, holder, useCase] = card;

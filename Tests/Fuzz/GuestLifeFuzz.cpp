@@ -51,8 +51,10 @@ class GuestLife final : public SandboxTest {
     const bool isKept = sandbox->signIn(address).empty();
     EXPECT_TRUE((sandbox->signedInEmail() == address) == isKept);
     Fault fault;
-    fault.operation = typed(Faults::operations());
-    fault.kind = typed(Faults::kinds());
+    fault.operation = oneOf(allOperations());
+    // Those of lists suit no operation's every call.
+    fault.kind =
+        oneOf(kindsOf(bytes_.ConsumeBool() ? fault.operation : Operation::createUserToken));
     if (bytes_.ConsumeBool()) fault.code = bytes_.ConsumeIntegral<std::int64_t>();
     if (bytes_.ConsumeBool()) fault.delayMilliseconds = bytes_.ConsumeIntegral<std::int32_t>();
     if (bytes_.ConsumeBool()) fault.remaining = bytes_.ConsumeIntegralInRange(-1, 2);
@@ -63,7 +65,8 @@ class GuestLife final : public SandboxTest {
     const auto kept = sandbox->faults().armed().back();
     fault.number = kept.number;
     EXPECT_TRUE(kept == fault && fault.remaining != 0 && fault.delayMilliseconds >= 0);
-    const bool answersOnce = fault.kind != "never" && fault.kind != "twice";
+    const bool answersOnce = fault.kind != FaultKind::never && fault.kind != FaultKind::stalled &&
+                             fault.kind != FaultKind::twice;
     const bool waits = fault.delayMilliseconds + fault.spreadMilliseconds > 0;
     if (!answersOnce || waits) sandbox->faults().clear();
   }

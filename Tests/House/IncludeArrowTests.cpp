@@ -24,9 +24,13 @@ const std::map<std::string, Folders> allowed = {
     {"Public/Managers", {"Models", "Matching", "Host", "Platform"}},
     {"Public", {"Public/Managers", "Models", "Matching", "Host", "Platform"}},
     {"Sandbox", {"Host", "Platform"}},
-    {"Services", {"Sandbox", "Host", "Platform"}},
-    {"Services/Console", {"Public", "Services", "Sandbox", "Host", "Platform"}},
-    {"Tools", {"Public", "Services/Console", "Services", "Sandbox", "Host", "Platform"}},
+    {"Client", {"Sandbox", "Host", "Platform"}},
+    {"Server/Http", {"Platform"}},
+    {"Server/Api", {"Server/Http", "Public", "Sandbox", "Host", "Platform"}},
+    {"Server/Console", {"Server/Api", "Server/Http", "Public", "Sandbox", "Host", "Platform"}},
+    {"Server",
+     {"Server/Console", "Server/Api", "Server/Http", "Public", "Sandbox", "Host", "Platform"}},
+    {"Tools", {"Public", "Server", "Client", "Sandbox", "Host", "Platform"}},
     {"ObjC", {"Public", "Public/Managers", "Models", "Matching", "Host", "Platform"}},
     {"ObjC/Sandbox", {"ObjC", "Sandbox", "Host", "Platform"}},
     {"Examples", {"Public", "Sandbox", "Host", "Platform"}},
@@ -34,11 +38,12 @@ const std::map<std::string, Folders> allowed = {
 
 /// The folder of the table that a path lies in, or an empty string.
 std::string folderOf(const std::string& path) {
-  for (const std::string within : {"Public/Managers", "ObjC/Sandbox", "Services/Console"}) {
-    if (path.starts_with(within + "/")) return within;
+  // The innermost folder of the table.
+  for (auto end = path.rfind('/'); end != std::string::npos && end > 0;
+       end = path.rfind('/', end - 1)) {
+    if (auto folder = path.substr(0, end); allowed.contains(folder)) return folder;
   }
-  const auto folder = path.substr(0, path.find('/'));
-  return allowed.contains(folder) ? folder : "";
+  return "";
 }
 
 /// The arrows of one file that the table does not have.
@@ -46,8 +51,9 @@ std::vector<std::string> strayArrows(const std::string& path, std::istream& sour
   std::vector<std::string> strays;
   const auto from = folderOf(path);
   for (std::string line; std::getline(source, line);) {
-    if (!line.starts_with("#include \"")) continue;
-    const auto included = line.substr(10, line.rfind('"') - 10);
+    if (!line.starts_with("#include \"") && !line.starts_with("#import \"")) continue;
+    const auto name = line.find('"') + 1;
+    const auto included = line.substr(name, line.rfind('"') - name);
     if (included.find('/') == std::string::npos) continue;  // A neighbour in the same folder.
     const auto to = folderOf(included);
     if (to != from && !allowed.at(from).contains(to)) {
@@ -76,7 +82,7 @@ TEST(IncludeArrows, RunOnlyAsTheTableSays) {
 TEST(IncludeArrows, AnArrowUpwardsIsSeen) {
   std::istringstream source(
       "#include <vector>\n#include \"Host/Host.h\"\n#include \"Sandbox/Store/Store.h\"\n"
-      "#include \"Unknown/File.h\"\n");
+      "#import \"Unknown/File.h\"\n");
   EXPECT_EQ(strayArrows("Public/Managers/X.cpp", source),
             (std::vector<std::string>{"Public/Managers/X.cpp includes Sandbox/Store/Store.h",
                                       "Public/Managers/X.cpp includes Unknown/File.h"}));

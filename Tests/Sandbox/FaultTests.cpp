@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/Store/Store.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {
@@ -24,6 +26,27 @@ TEST_F(Faulty, AFaultThatMakesNoSenseIsRefusedWithWhatIsPossible) {
       {"createUserToken", "delay", {}, "milliseconds"},
       {"createUserToken", "error", [](auto& fault) { fault.probability = 101; }, "hundred"},
       {"createUserToken", "error", [](auto& fault) { fault.spreadMilliseconds = -1; }, "spreads"},
+      {"createUserToken", "reset", [](auto& fault) { fault.status = 429; }, "status"},
+      {"createUserToken", "error", [](auto& fault) { fault.status = 200; }, "status"},
+      {"createUserToken", "error",
+       [](auto& fault) {
+         fault.headers = {{"A", "b\r\nC: d"}};
+       },
+       "header"},
+      {"createUserToken", "error",
+       [](auto& fault) {
+         fault.headers = {{"Connection", "x"}};
+       },
+       "header"},
+      {"createUserToken", "cut", {}, "bytes"},
+      {"createUserToken", "reset", [](auto& fault) { fault.bytes = 3; }, "bytes"},
+      {"createUserToken", "slow", [](auto& fault) { fault.bytesPerSecond = 0; }, "per second"},
+      {"createUserToken", "delay",
+       [](auto& fault) {
+         fault.spreadMilliseconds = 5;
+         fault.distribution = Distribution::logNormal;
+       },
+       "median"},
       {"4111 1111 1111 1111", "error", {}, "'**** **** **** 1111'"},
       {"createUserToken", "4111111111111111", {}, "'************1111'"},
   };
@@ -32,7 +55,11 @@ TEST_F(Faulty, AFaultThatMakesNoSenseIsRefusedWithWhatIsPossible) {
         << row.says;
   }
   EXPECT_TRUE(sandbox->faults().armed().empty());
-  for (const auto& operation : Faults::operations()) EXPECT_EQ(arm(operation, "error"), "");
+  for (const auto operation : allOperations()) {
+    Fault fault;
+    fault.operation = operation;
+    EXPECT_EQ(sandbox->faults().arm(fault), "");
+  }
 }
 
 TEST_F(Faulty, ACallThatIsNeverAnsweredFreesItsCallbackAndIsNotAwaited) {
@@ -140,9 +167,42 @@ TEST_F(Faulty, ChanceIsRepeatableUnderASeedAndASparedCallCountsNothingDown) {
   }
 }
 
-using Scene = SandboxTest;
+TEST_F(Faulty, EveryMemberOfAFaultIsStoredAndDelaysSpreadAsTheirDistributionSays) {
+  start(7);
+  Fault fault;
+  fault.operation = Operation::listInstruments;
+  fault.headers = {{"Retry-After", "3"}, {"X-Note", "a: b"}};
+  fault.status = 429;
+  fault.useCase = "business";
+  fault.delayMilliseconds = 1'000;
+  fault.spreadMilliseconds = 100;
+  fault.remaining = std::nullopt;
+  const auto store = Store::open(storePath()).store;
+  for (const auto distribution :
+       {Distribution::uniform, Distribution::normal, Distribution::logNormal}) {
+    fault.distribution = distribution;
+    fault.number = 0;
+    sandbox->faults().clear();
+    ASSERT_EQ(sandbox->faults().arm(fault), "");
+    fault.number = sandbox->faults().armed().at(0).number;
+    EXPECT_EQ(sandbox->faults().armed(), std::vector{fault});
+    std::vector<std::int64_t> delays;
+    store->write([&](Database& database) {
+      for (int i = 0; i < 1'000; ++i) {
+        delays.push_back(takeFault(database, fault.operation, fault.useCase)->delayMilliseconds);
+      }
+    });
+    std::sort(delays.begin(), delays.end());
+    const bool isUniform = distribution == Distribution::uniform;
+    EXPECT_NEAR(static_cast<double>(delays[500]), isUniform ? 1'050 : 1'000, 15);
+    EXPECT_NEAR(static_cast<double>(delays[840]), isUniform ? 1'084 : 1'100, 15);
+    EXPECT_EQ(delays.front() < 1'000, !isUniform);
+  }
+}
 
-TEST_F(Scene, EachBringsTheTwoSidesApartInItsOwnWay) {
+using Scenarios = SandboxTest;
+
+TEST_F(Scenarios, EachBringsTheTwoSidesApartInItsOwnWay) {
   start();
   for (const auto& scene : Sandbox::scenes()) EXPECT_NE(sandbox->makeScene(scene), "") << scene;
   EXPECT_NE(sandbox->makeScene("4111111111111111").find("'************1111'"), std::string::npos);

@@ -61,9 +61,13 @@ void SandboxTest::stop() {
 
 std::string SandboxTest::arm(const std::string& operation, const std::string& kind,
                              const std::function<void(Fault&)>& change) {
+  const auto named = operationNamed(operation);
+  if (!named) return noSuchOperation(operation);
+  const auto namedKind = faultKindNamed(kind);
+  if (!namedKind) return noSuchKind(kind);
   Fault fault;
-  fault.operation = operation;
-  fault.kind = kind;
+  fault.operation = *named;
+  fault.kind = *namedKind;
   if (change) change(fault);
   return sandbox->faults().arm(fault);
 }

@@ -3,7 +3,8 @@
 #include <fstream>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
-#include "Sandbox/Store/KeptAnswers.h"
+#include "Sandbox/Store/Settings.h"
+#include "Sandbox/Store/Store.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {
@@ -49,7 +50,7 @@ TEST_F(StoreTest, WhatIsNoStoreIsRefusedInOneSentenceAndLeftAsItWas) {
   std::ofstream(path("short")) << "x";
   makeDatabase(path("other"), "PRAGMA journal_mode=WAL; CREATE TABLE t (x); PRAGMA user_version=1");
   makeDatabase(path("newer"), "PRAGMA application_id=1212962387; PRAGMA user_version=99");
-  makeDatabase(path("damaged"), "PRAGMA application_id=1212962387; PRAGMA user_version=2");
+  makeDatabase(path("damaged"), "PRAGMA application_id=1212962387; PRAGMA user_version=3");
   const std::pair<const char*, const char*> rows[] = {
       {"garbage", "it is no database"},  {"short", "is not a store"}, {"other", "another program"},
       {"newer", "version 99"},           {"damaged", "is damaged"},   {"", "is a directory"},
@@ -83,28 +84,45 @@ TEST_F(StoreTest, IdentifiersRepeatUnderASeedWhichAStoreKeepsAndDifferWithoutOne
   EXPECT_NE(made[3], made[4]);
 }
 
-TEST_F(StoreTest, AnEffectIsThereWithWhatWasKeptOfItsAnswerOrNotAtAll) {
-  start();
-  auto& kept = sandbox->keptAnswers();
-  const auto host = sandbox->hostBehindDoors([&](const std::function<void()>& serve) {
-    kept.asOne([&] {
-      serve();
-      // Fails the second time.
-      kept.keep("key", {"request", 201, "{}"});
+TEST_F(StoreTest, PartsOfATransactionAreUndoneAloneAndCopiesHoldWhatWasCommitted) {
+  const auto store = Store::open(storePath()).store;
+  const auto put = [](const char* name) {
+    return Store::Part{[name](Database& database) { writeSetting(database, name, "x"); }};
+  };
+  std::vector<Store::Part> parts{put("one"),
+                                 {[&](Database& database) {
+                                   put("two").body(database);
+                                   throw std::logic_error("no");
+                                 }},
+                                 put("three")};
+  store->writeTogether(parts);
+  EXPECT_FALSE(parts[0].problem || parts[2].problem);
+  EXPECT_THROW(std::rethrow_exception(parts[1].problem), std::logic_error);
+  const auto names = [](Store& of) {
+    return of.read([](Database& database) {
+      std::string all;
+      for (const char* name : {"one", "two", "three", "four"}) {
+        if (readSetting(database, name)) (all += name) += " ";
+      }
+      return all;
     });
-  });
-  const auto& card = findTestCard("visa")->fields;
-  const auto instrument = host->makeCreditCardPaymentInstrument(
-      card.pan, card.expiryMonth, card.expiryYear, card.cvv, card.cardHolder);
-  std::vector<std::string> heard;
-  for (int time = 0; time < 2; ++time) {
-    host->inAppClient()->createUserToken(
-        email, instrument, "default",
-        [&](const NullableString&, const ErrorPtr& error) { heard.push_back(nameOf(error)); });
-    pumpUntilQuiet();
-    EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
+  };
+  EXPECT_EQ(names(*store), "one three ");
+
+  store->copyTo(path("copy"));
+  EXPECT_THROW(store->copyTo(path("copy")), NoStore);
+  store->write(put("four").body);
+  const auto inMemory = Store::openInMemory();
+  for (const auto& each : {store, inMemory}) {
+    EXPECT_EQ(names(*each), each == store ? "one three four " : "");
+    each->replaceBy(path("copy"));
+    EXPECT_EQ(names(*each), "one three ");
+    each->write(put("two").body);
+    EXPECT_EQ(names(*each), "one two three ");
   }
-  EXPECT_EQ(heard, (std::vector<std::string>{"none", "none", "none", "PLVErrorDomain 507"}));
+  std::ofstream(path("garbage")) << "This is not a database, whatever its name says.";
+  EXPECT_THROW(store->replaceBy(path("garbage")), NoStore);
+  EXPECT_EQ(names(*store), "one two three ");
 }
 
 }  // namespace

@@ -12,7 +12,9 @@ constexpr std::size_t tooMany = 5;
 constexpr std::size_t tooManyWithGaps = 8;
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
-bool isGap(char character) { return character == ' ' || character == '-'; }
+bool isGap(char character) {
+  return character == ' ' || character == '_' || (character >= '-' && character <= '/');
+}
 unsigned char valueOf(char digit) { return static_cast<unsigned char>(digit - '0'); }
 
 std::vector<unsigned char> valuesOf(std::string_view digits) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "Sandbox/Store/StoreLock.h"
 #include "Tests/Secrecy/CardDataSearch.h"
 #include "Tests/Tools/Command.h"
 
@@ -37,15 +38,20 @@ const Bad badInputs[] = {
     {"NoHolder", "add --month 12", number, 2, "also needs --month, --year and --holder"},
     {"AnUnknownTestCard", "add --test-card nobody", "", 2, "no test card of that name"},
     {"ANumberAsAnArgument", "add 4111-1111-1111-1111", "", 2, "looks like a card number"},
+    {"ANumberOfPathParts", "add 4111/1111/1111/1111", "", 2, "looks like a card number"},
+    {"ANumberWithOtherBlanks", "add 4111\u2009１１１１\u00a01111_1111", "", 2,
+     "looks like a card number"},
+    {"ANumberSplitAtDashes", "add 4111- 1111 - 1111 1111", "", 2, "looks like a card number"},
     {"ASplitNumber", "add 4111 1111 1111 1111", "", 2, "looks like a card number"},
     {"ANumberInAnOption", "add --pan=" + number, "", 2, "looks like a card number"},
     {"ACodeAsAnArgument", "add --cvv 907", "", 2, "The option --cvv is not known"},
     {"AnUnknownOperation", "fault arm fly error", "", 2, "no operation"},
-    {"AnUnknownFault", "fault arm createUserToken fly", "", 2, "makes no sense"},
+    {"AnUnknownFault", "fault arm createUserToken fly", "", 2, "no fault"},
     {"AnUnknownNetwork", "network perhaps", "", 2, "perhaps"},
     {"NoCommand", " ", "", 2, "A command is needed"},
     {"NoID", "delete", "", 2, "ID is required"},
     {"NoConsent", "reset", "", 2, "--yes"},
+    {"AStoreWithoutAName", "--store \"\" cards", "", 2, "A store has a name"},
 };
 
 class ToolBadInput : public ::testing::TestWithParam<Bad> {};
@@ -96,6 +102,33 @@ TEST(ToolStoreFile, ThatIsNoneIsRefusedAndStaysAndOneOfAnotherVersionCanBeReset)
     const bool isStore = command == &newer;
     EXPECT_EQ(command->run("reset --yes").status, isStore ? 0 : 2);
     EXPECT_NE(std::filesystem::exists(command->store()), isStore);
+  }
+}
+
+TEST(ToolReset, TakesAllThatAServerLeavesAndNothingWhileOneWorksOnTheStore) {
+  Command command(Command::guest);
+  const auto foldersAndFiles = [&] {
+    return std::distance(std::filesystem::directory_iterator(command.folder()), {});
+  };
+  for (const auto* file : {"-wal", "-shm", ".log", ".ports.json", ".sandboxes/a.sqlite",
+                           ".sandboxes/snapshots/b.sqlite"}) {
+    const std::filesystem::path path = command.store() + file;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path) << "left by a server";
+  }
+  const auto before = foldersAndFiles();
+  {
+    const sandbox::StoreLock server(command.store());
+    const auto refused = command.run("reset --yes");
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.err,
+              "paylevenkit: Another server works on the store '" + command.store() + "'.\n");
+    EXPECT_TRUE(std::filesystem::exists(command.store() + ".sandboxes/a.sqlite"));
+    EXPECT_EQ(foldersAndFiles(), before + 1) << "and the lock";
+  }
+  EXPECT_EQ(command.run("reset --yes").status, 0);
+  for (const auto& left : std::filesystem::directory_iterator(command.folder())) {
+    EXPECT_FALSE(left.path().filename().string().starts_with("store.sqlite")) << left.path();
   }
 }
 

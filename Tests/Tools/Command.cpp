@@ -3,10 +3,10 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <iomanip>
 #include <iterator>
 #include <sstream>
@@ -25,6 +25,11 @@ Command::~Command() {
   if (process_ > 0) kill();
   std::error_code ignored;
   std::filesystem::remove_all(folder_, ignored);
+}
+
+void Command::useDataFolder() {
+  ::setenv("XDG_DATA_HOME", folder_.c_str(), 1);
+  namesStore_ = false;
 }
 
 Finished Command::run(const std::string& lines, const std::string& input) {
@@ -50,6 +55,24 @@ void Command::startUntilItMeetsAFault(const std::string& line) {
 
 void Command::startOn(const std::string& terminal, const std::string& line) {
   spawn(argumentsOf(line), terminal, terminal);
+}
+
+nlohmann::json Command::serve() {
+  const auto pipe = folder_ / "serve";
+  if (::mkfifo(pipe.c_str(), 0600) != 0) throw std::runtime_error("no pipe for the server");
+  spawn(argumentsOf("serve"), "/dev/null", pipe);
+  // Stays open, so that the server may go on writing.
+  serverLog_.open(pipe);
+  nlohmann::json urls;
+  for (std::string name, url; !urls.contains("console") && serverLog_ >> name >> url;) {
+    urls[name] = url;
+  }
+  return urls;
+}
+
+Finished Command::end() {
+  ::kill(process_, SIGTERM);
+  return wait();
 }
 
 Finished Command::kill() {
@@ -83,7 +106,8 @@ std::vector<std::string> Command::argumentsOf(const std::string& line) {
 
 void Command::spawn(std::vector<std::string> arguments, const std::string& in,
                     const std::string& err) {
-  arguments.insert(arguments.begin(), {PAYLEVENKIT, "--store", store()});
+  if (namesStore_) arguments.insert(arguments.begin(), {"--store", store()});
+  arguments.insert(arguments.begin(), PAYLEVENKIT);
   std::vector<char*> raw;
   for (auto& argument : arguments) raw.push_back(argument.data());
   raw.push_back(nullptr);

@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -36,12 +37,18 @@ class Command {
 
   const std::filesystem::path& folder() const { return folder_; }
   std::string store() const { return folder_ / "store.sqlite"; }
+  /// From here on no line names the store, and the folder is the user's data folder.
+  void useDataFolder();
 
   /// Runs lines with semicolons between them, and tells how the last one ended. ID stands for the
   /// first card's identifier.
   Finished run(const std::string& lines, const std::string& input = {});
   /// Starts one line and returns when a call of it has met a fault.
   void startUntilItMeetsAFault(const std::string& line);
+  /// Starts `serve`, and returns its URLs by their names when it listens.
+  nlohmann::json serve();
+  /// Asks what was started to end.
+  Finished end();
   /// Ends what was started, without any chance to tidy up.
   Finished kill();
   /// Starts it with a terminal as standard input and standard error, and as its controlling one.
@@ -55,7 +62,9 @@ class Command {
   void spawn(std::vector<std::string> arguments, const std::string& in, const std::string& err);
 
   std::filesystem::path folder_;
+  bool namesStore_ = true;
   pid_t process_ = 0;
+  std::ifstream serverLog_;
 };
 
 }  // namespace hlv::testing

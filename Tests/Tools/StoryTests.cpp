@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include "Tests/Tools/Command.h"
 
@@ -93,13 +92,12 @@ TEST(ToolStory, OfTheDemoEndsAtTheFirstStepThatFails) {
 
 TEST(ToolStory, IsReadBackFromTheUsersDataFolderWhichIsTheirsAlone) {
   Command command;
-  ::setenv("XDG_DATA_HOME", command.folder().c_str(), 1);
-  // An empty path counts as none given.
-  EXPECT_EQ(command.run("--store \"\" " + Command::guest).status, 0);
+  command.useDataFolder();
+  EXPECT_EQ(command.run(Command::guest).status, 0);
   const auto folder = command.folder() / "paylevenkit";
   ASSERT_TRUE(std::filesystem::exists(folder / "store.sqlite"));
   EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
-  EXPECT_EQ(command.run("--store \"\" reset --yes").status, 0);
+  EXPECT_EQ(command.run("reset --yes").status, 0);
   EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
 

@@ -1,0 +1,174 @@
+#include "Client/RemoteBackend.h"
+
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
+#include "Platform/Send.h"
+#include "Sandbox/Backend/UpdateGuestRequest.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Records/CardRecords.h"
+
+namespace hlv::client {
+namespace {
+
+using sandbox::BackendErrorCode;
+using sandbox::cardIn;
+using sandbox::guestIn;
+using sandbox::jsonOf;
+using sandbox::objectIn;
+using sandbox::orNull;
+
+using GuestResults = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
+using CardResults =
+    std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
+
+ErrorPtr backendError(BackendErrorCode code, const std::string& sentence) {
+  return sandbox::SandboxError::make(sandbox::backendErrorDomain, code, sentence);
+}
+
+std::string pathOf(const NullableString& email) {
+  if (length(email) == 0) {
+    throw sandbox::Refusal{
+        backendError(BackendErrorCode::invalidRequest, "The request names no guest.")};
+  }
+  return "/v1/guests/" + percentEncoded(*email);
+}
+
+std::string pathOf(const NullableString& email, const NullableString& card) {
+  const auto guest = pathOf(email);
+  if (length(card) == 0) {
+    throw sandbox::Refusal{
+        backendError(BackendErrorCode::unknownCard, "The guest has no card with this ID.")};
+  }
+  return guest + "/cards/" + percentEncoded(*card);
+}
+
+/// People type card numbers where a name or a street belongs, and none is to leave for the backend.
+Json masked(Json json) {
+  if (auto* text = json.get_ptr<std::string*>()) *text = sandbox::maskedText(*text);
+  if (json.is_structured()) {
+    for (auto& item : json) item = masked(std::move(item));
+  }
+  return json;
+}
+
+Json bodyOf(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
+  if (!request) {
+    throw sandbox::Refusal{
+        backendError(BackendErrorCode::invalidRequest, "There is no request to add a card.")};
+  }
+  ErrorPtr problem;
+  if (request->isValid(&problem)) return masked(jsonOf(Value(request->JSONRepresentation())));
+  throw sandbox::Refusal{problem ? problem
+                                 : backendError(BackendErrorCode::invalidRequest,
+                                                "The request to add a card is not valid.")};
+}
+
+std::string useCaseOf(const Json& body) {
+  const auto card = body.find("credit_card");
+  if (card == body.end() || !card->is_object()) return "";
+  const auto useCase = card->find("use_case");
+  return useCase == card->end() || !useCase->is_string()
+             ? ""
+             : " use case " + useCase->get<std::string>();
+}
+
+GuestResults guestResults(RemoteGuests& guests, const Json& body) {
+  return {guests.learn(guestIn(objectIn(body, "guest"))), nullptr};
+}
+
+CardResults cardResults(RemoteGuests& guests, const Json& body) {
+  auto card = std::make_shared<sandbox::StoredCard>(cardIn(objectIn(body, "credit_card")));
+  return {std::get<0>(guestResults(guests, body)), std::move(card), nullptr};
+}
+
+/// Missing when the backend's reply lacks it on purpose.
+NullableList<HLVSDKCreditCard> cardsOf(const Json& body) {
+  const auto* list = sandbox::nullableListIn(body, "credit_cards");
+  if (!list) return std::nullopt;
+  return objectsOf(sandbox::cardsIn(*list));
+}
+
+}  // namespace
+
+RemoteService::RequestMaker RemoteBackend::inSession(RemoteService::RequestMaker make) const {
+  return [session = session_, make = std::move(make)] {
+    auto request = make();
+    request.session = session->token();
+    return request;
+  };
+}
+
+void RemoteBackend::updateCurrentGuestWithRequest(
+    const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
+    HLVSDKGuestCompletion completion) {
+  const auto known = std::dynamic_pointer_cast<sandbox::UpdateGuestRequest>(request);
+  const auto token = known ? known->paymentToken() : std::nullopt;
+  const auto signedIn = send(local_->host()->currentGuest(), &HLVSDKGuest::email);
+  service_.call(
+      "updateCurrentGuestWithRequest", std::move(completion), inSession([token, signedIn] {
+        if (!signedIn) {
+          throw sandbox::Refusal{
+              backendError(BackendErrorCode::notSignedIn, "Nobody is signed in.")};
+        }
+        return ClientRequest{"PATCH", pathOf(signedIn), {{"payment_token", orNull(token)}}};
+      }),
+      [guests = guests_](const Json& body) { return guestResults(*guests, body); });
+}
+
+void RemoteBackend::addCreditCardForGuest(
+    const std::shared_ptr<HLVSDKGuest>& guest,
+    const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
+    HLVSDKGuestCardCompletion completion) {
+  Json body;
+  ErrorPtr problem;
+  try {
+    body = bodyOf(requestInfo);
+  } catch (const sandbox::Refusal& refusal) {
+    problem = refusal.error;
+  }
+  auto what = "addCreditCardForGuest" + useCaseOf(body);
+  service_.call(
+      std::move(what), std::move(completion),
+      inSession([email = send(guest, &HLVSDKGuest::email), body = std::move(body), problem] {
+        if (problem) throw sandbox::Refusal{problem};
+        ClientRequest request{"POST", pathOf(email) + "/cards", body};
+        request.idempotencyKey = RemoteService::freshIdempotencyKey();
+        return request;
+      }),
+      [guests = guests_](const Json& answer) { return cardResults(*guests, answer); });
+}
+
+void RemoteBackend::deleteCreditCardWithID(const NullableString& ID,
+                                           const std::shared_ptr<HLVSDKGuest>& guest,
+                                           HLVSDKGuestCompletion completion) {
+  service_.call("deleteCreditCardWithID " + ID.value_or(""), std::move(completion),
+                inSession([ID, email = send(guest, &HLVSDKGuest::email)] {
+                  return ClientRequest{"DELETE", pathOf(email, ID), nullptr};
+                }),
+                [guests = guests_](const Json& body) { return guestResults(*guests, body); });
+}
+
+void RemoteBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
+                                     const std::shared_ptr<HLVSDKGuest>& guest,
+                                     HLVSDKGuestCardCompletion completion) {
+  service_.call("updateCreditCard " + ID.value_or(""), std::move(completion),
+                inSession([ID, address = masked(jsonOf(Value(address))),
+                           email = send(guest, &HLVSDKGuest::email)] {
+                  return ClientRequest{"PATCH", pathOf(email, ID), address};
+                }),
+                [guests = guests_](const Json& body) { return cardResults(*guests, body); });
+}
+
+void RemoteBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
+                                          HLVSDKCreditCardsCompletion completion) {
+  service_.call("fetchGuestCreditCards", std::move(completion),
+                inSession([email = send(guest, &HLVSDKGuest::email)] {
+                  return ClientRequest{"GET", pathOf(email) + "/cards", nullptr};
+                }),
+                [](const Json& body) {
+                  return std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>(cardsOf(body),
+                                                                              nullptr);
+                });
+}
+
+}  // namespace hlv::client

@@ -1,0 +1,83 @@
+// A guest whom a backend elsewhere keeps. Private to this folder.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Platform/List.h"
+#include "Sandbox/Backend/StoredCard.h"
+#include "Sandbox/Records/CardRecords.h"
+
+namespace hlv::client {
+
+inline List<HLVSDKCreditCard> objectsOf(const std::vector<sandbox::BackendCard>& cards) {
+  List<HLVSDKCreditCard> objects;
+  for (const auto& card : cards) objects.push_back(std::make_shared<sandbox::StoredCard>(card));
+  return objects;
+}
+
+/// Returns the latest that the backend has sent about the guest. Replies to requests that were made
+/// at the same time may arrive in another order than that in which the backend made them.
+///
+/// Threading: any.
+class RemoteGuest final : public HLVSDKGuest {
+ public:
+  explicit RemoteGuest(const std::string& email) : record_{email, 0, std::nullopt, {{}}} {}
+
+  NullableString email() const override { return record().email; }
+  NullableString paylevenToken() const override { return record().paymentToken; }
+  NullableList<HLVSDKCreditCard> creditCards() const override { return objectsOf(*record().cards); }
+
+  /// A record without cards leaves those that are known.
+  void learn(sandbox::BackendGuest record) {
+    const std::lock_guard lock(mutex_);
+    if (record.revision < record_.revision) return;
+    if (!record.cards) record.cards = std::move(record_.cards);
+    record_ = std::move(record);
+  }
+  /// Whatever comes next counts as the latest.
+  void forgetRevision() {
+    const std::lock_guard lock(mutex_);
+    record_.revision = 0;
+  }
+  sandbox::BackendGuest record() const {
+    const std::lock_guard lock(mutex_);
+    return record_;
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  /// Never without cards.
+  sandbox::BackendGuest record_;
+};
+
+/// One object for each guest.
+///
+/// Threading: any.
+class RemoteGuests {
+ public:
+  std::shared_ptr<RemoteGuest> guest(const std::string& email) {
+    const std::lock_guard lock(mutex_);
+    auto& guest = guests_[email];
+    if (!guest) guest = std::make_shared<RemoteGuest>(email);
+    return guest;
+  }
+
+  /// Returns the guest, who knows at least as much as `record` now.
+  std::shared_ptr<RemoteGuest> learn(sandbox::BackendGuest record) {
+    auto known = guest(record.email);
+    known->learn(std::move(record));
+    return known;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::map<std::string, std::shared_ptr<RemoteGuest>> guests_;
+};
+
+}  // namespace hlv::client

@@ -1,0 +1,142 @@
+#include "Client/RemoteHost.h"
+
+#include <utility>
+
+#include "Client/ControlClient.h"
+#include "Client/RemoteBackend.h"
+#include "Client/RemoteProvider.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Records/InstrumentRecords.h"
+
+namespace hlv::client {
+namespace {
+
+ServiceURL readURL(const std::string& text) {
+  if (auto url = ServiceURL::read(text)) return *url;
+  throw ClientError(
+      "A service's URL reads http://HOST:PORT, with or without a path; both are needed.");
+}
+
+/// Whoever has no session any more is signed out.
+bool saysNotSignedIn(const ErrorPtr& error) {
+  return error->domain() == sandbox::backendErrorDomain &&
+         error->code() == static_cast<std::int64_t>(sandbox::BackendErrorCode::notSignedIn);
+}
+
+ClientRequest endOf(const NullableString& session) {
+  ClientRequest request{"DELETE", "/v1/session"};
+  request.session = session;
+  return request;
+}
+
+}  // namespace
+
+struct RemoteHost::Parts {
+  Parts(std::shared_ptr<sandbox::Sandbox> localSandbox, const RemoteOptions& options)
+      : local(std::move(localSandbox)),
+        backendClient(readURL(options.backendURL), options.timeout, loop),
+        providerClient(readURL(options.providerURL), options.timeout, loop),
+        session(std::make_shared<RemoteSession>(local, options.backendURL)),
+        backend(std::make_shared<RemoteBackend>(RemoteService("backend", backendClient, local),
+                                                local, session, guests)),
+        provider(
+            std::make_shared<RemoteProvider>(RemoteService("provider", providerClient, local))) {}
+
+  const std::shared_ptr<sandbox::Sandbox> local;
+  const std::shared_ptr<HttpLoop> loop = std::make_shared<HttpLoop>();
+  const HttpClient backendClient;
+  const HttpClient providerClient;
+  const std::shared_ptr<RemoteSession> session;
+  const std::shared_ptr<RemoteGuests> guests = std::make_shared<RemoteGuests>();
+  const std::shared_ptr<RemoteBackend> backend;
+  const std::shared_ptr<RemoteProvider> provider;
+};
+
+std::shared_ptr<RemoteHost> RemoteHost::open(std::shared_ptr<sandbox::Sandbox> local,
+                                             const RemoteOptions& options) {
+  return std::shared_ptr<RemoteHost>(
+      new RemoteHost(std::make_unique<Parts>(std::move(local), options)));
+}
+
+RemoteHost::RemoteHost(std::unique_ptr<Parts> parts)
+    : parts_(std::move(parts)), local_(parts_->local->host()) {}
+
+RemoteHost::~RemoteHost() = default;
+
+ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& email) {
+  const bool isSignIn = method == "PUT";
+  ClientRequest request{method, "/v1/guests/" + percentEncoded(email)};
+  if (!isSignIn) request.session = parts_->session->token();
+  const auto reply = parts_->backendClient.send(std::move(request));
+  if (reply.error) return reply.error;
+  try {
+    parts_->guests->learn(sandbox::guestIn(reply.body));
+    if (!isSignIn) return nullptr;
+    const auto replaced = parts_->session->exchange(sandbox::textIn(reply.body, "session"));
+    // Nobody waits to hear whether it was still one.
+    if (replaced) {
+      parts_->backendClient.send([replaced] { return endOf(replaced); }, [](const ClientReply&) {});
+    }
+    return nullptr;
+  } catch (const sandbox::InvalidRecord&) {
+    return sandbox::transportError(sandbox::TransportErrorCode::unreadable);
+  }
+}
+
+ErrorPtr RemoteHost::signIn(const std::string& email) {
+  // There may be another backend at that place by now, whose revisions are lower.
+  parts_->guests->guest(email)->forgetRevision();
+  return learnFrom("PUT", email);
+}
+
+ErrorPtr RemoteHost::signOut() {
+  const auto session = parts_->session->exchange(std::nullopt);
+  if (!session) return nullptr;
+  const auto reply = parts_->backendClient.send(endOf(session));
+  return reply.error && !saysNotSignedIn(reply.error) ? reply.error : nullptr;
+}
+
+ErrorPtr RemoteHost::refresh() {
+  const auto email = parts_->local->signedInEmail();
+  return email ? learnFrom("GET", *email) : nullptr;
+}
+
+bool RemoteHost::isQuiet() const { return parts_->loop->isIdle(); }
+
+RemoteHost::Sides RemoteHost::sides() {
+  Sides sides;
+  const auto email = parts_->local->signedInEmail();
+  if (!email) return sides;
+  sides.error = refresh();
+  if (sides.error) return sides;
+  ClientRequest request{"GET", "/v1/sandbox/sides?guest=" + percentEncoded(*email)};
+  request.apiKey = "paylevenkit";
+  const auto reply = parts_->providerClient.send(std::move(request));
+  sides.error = reply.error;
+  if (sides.error) return sides;
+  try {
+    sides.backend = sandbox::cardsIn(sandbox::listIn(reply.body, "credit_cards"));
+    for (const auto& item : sandbox::listIn(reply.body, "instruments")) {
+      sides.provider.push_back(sandbox::instrumentIn(item));
+    }
+  } catch (const sandbox::InvalidRecord&) {
+    sides = {{}, {}, sandbox::transportError(sandbox::TransportErrorCode::unreadable)};
+  }
+  return sides;
+}
+
+std::shared_ptr<RemoteTester> RemoteHost::tester() const {
+  return std::make_shared<RemoteTester>(std::make_shared<ControlClient>(parts_->providerClient),
+                                        [local = parts_->local] { return local->signedInEmail(); });
+}
+
+std::shared_ptr<HLVSDKAPIManager> RemoteHost::apiManager() { return parts_->backend; }
+
+std::shared_ptr<HLVSDKGuest> RemoteHost::currentGuest() {
+  const auto email = parts_->local->signedInEmail();
+  return email ? parts_->guests->guest(*email) : nullptr;
+}
+
+std::shared_ptr<PLVInAppClient> RemoteHost::inAppClient() { return parts_->provider; }
+
+}  // namespace hlv::client

@@ -1,0 +1,144 @@
+#include "Client/RemoteProvider.h"
+
+#include "Platform/Send.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Provider/CardInstruments.h"
+#include "Sandbox/Records/InstrumentRecords.h"
+
+namespace hlv::client {
+namespace {
+
+using sandbox::orNull;
+using sandbox::ProviderErrorCode;
+using Instrument = std::shared_ptr<PLVCreditCardPaymentInstrument>;
+
+[[noreturn]] void refuse(ProviderErrorCode code, const std::string& sentence) {
+  throw sandbox::Refusal{sandbox::SandboxError::make(sandbox::providerErrorDomain, code, sentence)};
+}
+
+std::string described(std::string operation, const NullableString& useCase) {
+  return useCase ? std::move(operation) + " use case " + *useCase : operation;
+}
+
+std::string pathOf(const NullableString& token) {
+  if (length(token) == 0) {
+    refuse(ProviderErrorCode::unknownToken, "The provider does not know this user.");
+  }
+  return "/v1/users/" + percentEncoded(*token) + "/instruments";
+}
+
+std::string queryOf(const NullableString& useCase) {
+  return useCase ? "?use_case=" + percentEncoded(*useCase) : "";
+}
+
+Json cardOf(const Instrument& instrument) {
+  const auto shown = std::dynamic_pointer_cast<sandbox::NewInstrument>(instrument);
+  if (!shown) refuse(ProviderErrorCode::malformedCard, "The request holds no new card.");
+  return sandbox::newCardJson(shown->card());
+}
+
+ClientRequest creation(std::string target, Json body, NullableString key) {
+  ClientRequest request{"POST", std::move(target), std::move(body), std::move(key)};
+  request.idempotencyKey = RemoteService::freshIdempotencyKey();
+  return request;
+}
+
+/// Missing when the provider's reply lacks it on purpose.
+NullableList<PLVCreditCardPaymentInstrument> instrumentsOf(const Json& body,
+                                                           const std::string& useCase) {
+  const auto* list = sandbox::nullableListIn(body, "instruments");
+  if (!list) return std::nullopt;
+  List<PLVCreditCardPaymentInstrument> instruments;
+  for (const auto& item : *list) {
+    auto [number, values] = sandbox::listedInstrumentIn(item, useCase);
+    instruments.push_back(std::make_shared<sandbox::ListedInstrument>(number, std::move(values)));
+  }
+  return instruments;
+}
+
+/// Whether nothing failed is all that there is to read.
+std::tuple<ErrorPtr> noError(const Json&) { return {}; }
+
+}  // namespace
+
+void RemoteProvider::registerWithAPIKey(const NullableString& key) {
+  service_.recordOneWayCall("registerWithAPIKey");
+  const std::lock_guard lock(mutex_);
+  key_ = key;
+}
+
+NullableString RemoteProvider::key() const {
+  const std::lock_guard lock(mutex_);
+  return key_;
+}
+
+void RemoteProvider::createUserToken(const NullableString& email, const Instrument& instrument,
+                                     const NullableString& useCase,
+                                     PLVUserTokenCompletion completion) {
+  service_.call(
+      described("createUserToken", useCase), std::move(completion),
+      [email, instrument, useCase, key = key()] {
+        return creation("/v1/users",
+                        {{"email", orNull(email)},
+                         {"use_case", orNull(useCase)},
+                         {"credit_card", cardOf(instrument)}},
+                        key);
+      },
+      [](const Json& body) {
+        return std::tuple<NullableString, ErrorPtr>(sandbox::nullableTextIn(body, "token"),
+                                                    nullptr);
+      });
+}
+
+void RemoteProvider::addPaymentInstrument(const Instrument& instrument,
+                                          const NullableString& userToken,
+                                          const NullableString& useCase,
+                                          PLVErrorCompletion completion) {
+  service_.call(
+      described("addPaymentInstrument", useCase), std::move(completion),
+      [instrument, userToken, useCase, key = key()] {
+        return creation(pathOf(userToken) + queryOf(useCase), {{"credit_card", cardOf(instrument)}},
+                        key);
+      },
+      noError);
+}
+
+void RemoteProvider::getPaymentInstrumentsList(const NullableString& userToken,
+                                               const NullableString& useCase,
+                                               PLVPaymentInstrumentsCompletion completion) {
+  service_.call(
+      described("getPaymentInstrumentsList", useCase), std::move(completion),
+      [userToken, useCase, key = key()] {
+        return ClientRequest{"GET", pathOf(userToken) + queryOf(useCase), nullptr, key};
+      },
+      [useCase](const Json& body) {
+        return std::tuple<NullableList<PLVCreditCardPaymentInstrument>, ErrorPtr>(
+            instrumentsOf(body, useCase.value_or("")), nullptr);
+      });
+}
+
+void RemoteProvider::removePaymentInstrument(const Instrument& instrument,
+                                             const NullableString& useCase,
+                                             const NullableString& userToken,
+                                             PLVErrorCompletion completion) {
+  const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
+  const auto listed = std::dynamic_pointer_cast<sandbox::ListedInstrument>(instrument);
+  service_.call(
+      described("removePaymentInstrument" + (identifier ? " " + *identifier : ""), useCase),
+      std::move(completion),
+      [identifier, row = listed ? listed->row() : 0, useCase, userToken, key = key()] {
+        auto path = pathOf(userToken);
+        if (length(identifier) > 0) {
+          path += "/" + percentEncoded(*identifier) + queryOf(useCase);
+        } else if (row > 0) {
+          path += queryOf(useCase);
+          path += (useCase ? "&number=" : "?number=") + std::to_string(row);
+        } else {
+          refuse(ProviderErrorCode::invalidRequest, "The request names no instrument.");
+        }
+        return ClientRequest{"DELETE", path, nullptr, key};
+      },
+      noError);
+}
+
+}  // namespace hlv::client

@@ -1,0 +1,84 @@
+// What both remote clients do with every call: record it in the journal, fail while this side's
+// network is off, send the request, and complete once. Private to this folder.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "Client/HttpClient.h"
+#include "Sandbox/Calls/Failed.h"
+#include "Sandbox/Calls/Summary.h"
+#include "Sandbox/Sandbox.h"
+#include "Sandbox/SandboxError.h"
+#include "Sandbox/TransportError.h"
+
+namespace hlv::client {
+
+/// Calls in flight keep the local sandbox, and nothing else of the service.
+///
+/// Threading: any.
+class RemoteService {
+ public:
+  RemoteService(std::string name, HttpClient client, std::shared_ptr<sandbox::Sandbox> local)
+      : client_(std::move(client)),
+        context_(std::make_shared<Context>(Context{std::move(name), std::move(local)})) {}
+
+  /// Records a call of the kit's that has no reply.
+  void recordOneWayCall(const std::string& what) const { context_->recordCall(what); }
+
+  /// Makes what is sent; throws `sandbox::Refusal` where nothing can be.
+  using RequestMaker = std::function<ClientRequest()>;
+  /// Reads a reply's body; throws `sandbox::InvalidRecord` where it cannot.
+  template <class... Results>
+  using Reader = std::function<std::tuple<Results...>(const Json&)>;
+
+  /// Returns at once; the completion, which may be empty, is called on the client's thread.
+  template <class... Results>
+  void call(std::string description, std::function<void(Results...)> completion,
+            RequestMaker request, std::type_identity_t<Reader<Results...>> reader) const {
+    context_->recordCall(description);
+    client_.send(
+        [context = context_, request = std::move(request)] { return context->requestOf(request); },
+        [context = context_, description = std::move(description),
+         completion = std::move(completion), reader = std::move(reader)](const ClientReply& reply) {
+          const auto results = resultsOf<Results...>(reply, reader);
+          context->recordReply(description, sandbox::summaryOf(results));
+          if (completion) std::apply(completion, results);
+        });
+  }
+
+  /// With 128 random bits.
+  static std::string freshIdempotencyKey();
+
+ private:
+  struct Context {
+    std::string name;
+    std::shared_ptr<sandbox::Sandbox> local;
+
+    void recordCall(const std::string& description) const;
+    void recordReply(const std::string& description, const std::string& result) const;
+    std::variant<ClientRequest, ErrorPtr> requestOf(const RequestMaker& request) const;
+  };
+
+  template <class... Results>
+  static std::tuple<Results...> resultsOf(const ClientReply& reply,
+                                          const Reader<Results...>& reader) {
+    if (reply.error) return sandbox::failed<Results...>(reply.error);
+    try {
+      return reader(reply.body);
+    } catch (const sandbox::InvalidRecord&) {
+      return sandbox::failed<Results...>(
+          sandbox::transportError(sandbox::TransportErrorCode::unreadable));
+    }
+  }
+
+  const HttpClient client_;
+  const std::shared_ptr<const Context> context_;
+};
+
+}  // namespace hlv::client

@@ -1,0 +1,31 @@
+// The session of this side with a backend elsewhere. Private to this folder.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "Platform/NullableString.h"
+#include "Sandbox/Sandbox.h"
+
+namespace hlv::client {
+
+/// Kept in the local sandbox, one for each backend, so that it outlives the process.
+///
+/// Threading: any.
+class RemoteSession {
+ public:
+  RemoteSession(std::shared_ptr<sandbox::Sandbox> local, const std::string& backendURL)
+      : local_(std::move(local)), note_("session at " + backendURL) {}
+
+  /// Missing when there is none; requests then go without.
+  NullableString token() const;
+  /// Returns the token that was kept before.
+  NullableString exchange(const NullableString& token);
+
+ private:
+  const std::shared_ptr<sandbox::Sandbox> local_;
+  const std::string note_;
+};
+
+}  // namespace hlv::client

@@ -1,0 +1,128 @@
+#include "Client/RemoteTester.h"
+
+#include <utility>
+
+#include "Client/ControlClient.h"
+#include "Sandbox/Records/FaultRecords.h"
+#include "Sandbox/Records/InstrumentRecords.h"
+#include "Sandbox/Records/SandboxRecords.h"
+
+namespace hlv::client {
+namespace {
+
+/// `rest` begins with a slash, or is empty.
+std::string control(const std::string& rest) { return "/v1/sandbox" + rest; }
+
+std::string pathOf(std::int64_t fault) { return control("/faults/" + std::to_string(fault)); }
+
+std::string clockIn(const Json& body) { return sandbox::requiredTextIn(body, "now"); }
+
+/// The sentence of the error that `act` meets, or an empty string.
+template <class Act>
+std::string problemOf(Act act) {
+  try {
+    act();
+    return "";
+  } catch (const ClientError& error) {
+    return error.what();
+  }
+}
+
+Json withGuest(Json body, const NullableString& guest) {
+  if (guest) body["guest"] = *guest;
+  return body;
+}
+
+}  // namespace
+
+RemoteTester::RemoteTester(std::shared_ptr<const ControlClient> controlClient,
+                           std::function<NullableString()> guest)
+    : control_(std::move(controlClient)), guest_(std::move(guest)) {}
+
+RemoteTester::~RemoteTester() = default;
+
+std::string RemoteTester::plantInstrument(const sandbox::CardFields& card) {
+  return problemOf([&] {
+    control_->send(
+        "POST", control("/instruments"),
+        withGuest({{"use_case", card.useCase},
+                   {"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(card))}},
+                  guest_()));
+  });
+}
+
+std::string RemoteTester::makeScene(const std::string& name) {
+  return problemOf([&] {
+    control_->send("POST", control("/scenes"), withGuest({{"name", name}}, guest_()));
+  });
+}
+
+std::string RemoteTester::arm(const sandbox::Fault& fault) {
+  return problemOf(
+      [&] { control_->send("POST", control("/faults"), sandbox::newFaultJson(fault)); });
+}
+
+std::vector<sandbox::Fault> RemoteTester::armed() {
+  return control_->send("GET", control("/faults"), nullptr, [](const Json& body) {
+    std::vector<sandbox::Fault> faults;
+    for (const auto& item : sandbox::listIn(body, "faults")) {
+      faults.push_back(sandbox::faultIn(item));
+    }
+    return faults;
+  });
+}
+
+std::vector<sandbox::Firing> RemoteTester::firings() {
+  return control_->send("GET", control("/firings"), nullptr, [](const Json& body) {
+    std::vector<sandbox::Firing> firings;
+    for (const auto& item : sandbox::listIn(body, "firings")) {
+      firings.push_back(sandbox::firingIn(item));
+    }
+    return firings;
+  });
+}
+
+void RemoteTester::clearFaults() { control_->send("DELETE", control("/faults")); }
+
+sandbox::Fault RemoteTester::fault(std::int64_t number) const {
+  return control_->send("GET", pathOf(number), nullptr, sandbox::faultIn);
+}
+
+sandbox::Fault RemoteTester::changeFault(std::int64_t number, const sandbox::Fault& fault) const {
+  return control_->send("PATCH", pathOf(number), sandbox::newFaultJson(fault), sandbox::faultIn);
+}
+
+void RemoteTester::removeFault(std::int64_t number) const {
+  control_->send("DELETE", pathOf(number));
+}
+
+sandbox::SandboxDescription RemoteTester::describe() const {
+  return control_->send("GET", control(""), nullptr, sandbox::sandboxIn);
+}
+
+sandbox::SandboxDescription RemoteTester::reset() const {
+  return control_->send("POST", control("/reset"), Json::object(), sandbox::sandboxIn);
+}
+
+std::string RemoteTester::clock() const {
+  return control_->send("GET", control("/clock"), nullptr, clockIn);
+}
+
+std::string RemoteTester::setClock(const std::string& time) const {
+  return control_->send("PUT", control("/clock"), {{"now", time}}, clockIn);
+}
+
+std::string RemoteTester::advanceClock(std::int64_t seconds) const {
+  return control_->send("PUT", control("/clock"), {{"advance_seconds", seconds}}, clockIn);
+}
+
+bool RemoteTester::isNetworkOn() const {
+  return control_->send("GET", control("/network"), nullptr,
+                        [](const Json& body) { return sandbox::requiredFlagIn(body, "on"); });
+}
+
+void RemoteTester::setNetworkOn(bool isOn) const {
+  control_->send("PUT", control("/network"), {{"on", isOn}});
+}
+
+}  // namespace hlv::client

@@ -1,0 +1,58 @@
+// What a tester does to services in other processes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/NullableString.h"
+#include "Sandbox/Records/SandboxDescription.h"
+#include "Sandbox/Tester.h"
+
+namespace hlv::client {
+
+class ControlClient;
+
+/// Asks the test control of a sandbox, below the provider's URL, and waits for the replies. Members
+/// beside those of `sandbox::Tester` throw `ClientError`.
+///
+/// Threading: any.
+class RemoteTester final : public sandbox::Tester {
+ public:
+  /// `guest` names the guest whom instruments and scenes are for; missing leaves it to the service.
+  RemoteTester(std::shared_ptr<const ControlClient> control, std::function<NullableString()> guest);
+  ~RemoteTester() override;
+
+  std::string plantInstrument(const sandbox::CardFields& card) override;
+  std::string makeScene(const std::string& name) override;
+  std::string arm(const sandbox::Fault& fault) override;
+  std::vector<sandbox::Fault> armed() override;
+  std::vector<sandbox::Firing> firings() override;
+  void clearFaults() override;
+
+  // One fault by its number.
+
+  sandbox::Fault fault(std::int64_t number) const;
+  /// Replaces everything but the number. Returns what is armed now.
+  sandbox::Fault changeFault(std::int64_t number, const sandbox::Fault& fault) const;
+  void removeFault(std::int64_t number) const;
+
+  // The sandbox itself. Times are in ISO 8601; a clock moves forwards only.
+
+  sandbox::SandboxDescription describe() const;
+  /// Returns what is left.
+  sandbox::SandboxDescription reset() const;
+  std::string clock() const;
+  std::string setClock(const std::string& time) const;
+  std::string advanceClock(std::int64_t seconds) const;
+  bool isNetworkOn() const;
+  void setNetworkOn(bool isOn) const;
+
+ private:
+  const std::shared_ptr<const ControlClient> control_;
+  const std::function<NullableString()> guest_;
+};
+
+}  // namespace hlv::client

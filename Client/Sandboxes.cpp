@@ -1,0 +1,104 @@
+#include "Client/Sandboxes.h"
+
+#include "Client/ControlClient.h"
+#include "Client/ServiceURL.h"
+#include "Sandbox/Records/SandboxRecords.h"
+
+namespace hlv::client {
+namespace {
+
+constexpr std::chrono::seconds timeout{15};
+constexpr const char* sandboxes = "/v1/sandboxes";
+
+std::string pathOf(const std::string& id) {
+  return std::string(sandboxes) + "/" + percentEncoded(id);
+}
+
+/// The default sandbox has its clock below such a path too.
+std::string clockOf(const std::string& id) {
+  return "/sandboxes/" + percentEncoded(id) + "/v1/sandbox/clock";
+}
+
+std::string clockIn(const Json& body) { return sandbox::requiredTextIn(body, "now"); }
+
+}  // namespace
+
+SandboxClient::SandboxClient(const std::string& providerURL) {
+  auto url = ServiceURL::read(providerURL);
+  if (!url) throw ClientError("The provider's URL reads http://HOST:PORT.");
+  const auto end = url->path.rfind('/');
+  if (end != std::string::npos && url->path.substr(0, end).ends_with("/sandboxes")) {
+    id_ = url->path.substr(end + 1);
+    url->path.resize(end - std::string("/sandboxes").size());
+  }
+  control_ = std::make_shared<ControlClient>(
+      HttpClient(std::move(*url), timeout, std::make_shared<HttpLoop>()));
+}
+
+SandboxDescription SandboxClient::create(const NewSandbox& options) const {
+  return control_->send("POST", sandboxes, sandbox::jsonOf(options), sandbox::sandboxIn);
+}
+
+std::vector<SandboxDescription> SandboxClient::list() const {
+  std::vector<SandboxDescription> all;
+  NullableString next;
+  do {
+    const auto after = next ? "&after=" + percentEncoded(*next) : "";
+    control_->send("GET", std::string(sandboxes) + "?limit=1000" + after, nullptr,
+                   [&](const Json& body) {
+                     for (const auto& item : sandbox::listIn(body, "sandboxes")) {
+                       all.push_back(sandbox::sandboxIn(item));
+                     }
+                     next = sandbox::textIn(body, "next");
+                   });
+  } while (next);
+  return all;
+}
+
+SandboxDescription SandboxClient::describe(const std::string& id) const {
+  return control_->send("GET", pathOf(id), nullptr, sandbox::sandboxIn);
+}
+
+void SandboxClient::remove(const std::string& id) const { control_->send("DELETE", pathOf(id)); }
+
+SandboxDescription SandboxClient::reset(const std::string& id) const {
+  return control_->send("POST", pathOf(id) + "/reset", Json::object(), sandbox::sandboxIn);
+}
+
+SnapshotDescription SandboxClient::snapshot(const std::string& id) const {
+  return control_->send("POST", pathOf(id) + "/snapshots", Json::object(), sandbox::snapshotIn);
+}
+
+SandboxDescription SandboxClient::restore(const std::string& id,
+                                          const std::string& snapshot) const {
+  return control_->send("POST", pathOf(id) + "/restore", {{"snapshot", snapshot}},
+                        sandbox::sandboxIn);
+}
+
+std::vector<SnapshotDescription> SandboxClient::snapshots() const {
+  return control_->send("GET", "/v1/snapshots", nullptr, [](const Json& body) {
+    std::vector<SnapshotDescription> all;
+    for (const auto& item : sandbox::listIn(body, "snapshots")) {
+      all.push_back(sandbox::snapshotIn(item));
+    }
+    return all;
+  });
+}
+
+void SandboxClient::removeSnapshot(const std::string& snapshot) const {
+  control_->send("DELETE", "/v1/snapshots/" + percentEncoded(snapshot));
+}
+
+std::string SandboxClient::clock(const std::string& id) const {
+  return control_->send("GET", clockOf(id), nullptr, clockIn);
+}
+
+std::string SandboxClient::setClock(const std::string& id, const std::string& time) const {
+  return control_->send("PUT", clockOf(id), {{"now", time}}, clockIn);
+}
+
+std::string SandboxClient::advanceClock(const std::string& id, std::int64_t seconds) const {
+  return control_->send("PUT", clockOf(id), {{"advance_seconds", seconds}}, clockIn);
+}
+
+}  // namespace hlv::client

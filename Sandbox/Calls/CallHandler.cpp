@@ -1,0 +1,46 @@
+#include "Sandbox/Calls/CallHandler.h"
+
+#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Reachability.h"
+
+namespace hlv::sandbox {
+
+std::string Call::description() const {
+  std::string what(textOf(operation));
+  if (!subject.empty()) what += " " + subject;
+  if (useCase) what += " use case " + *useCase;
+  return what;
+}
+
+std::string descriptionOf(const Fault& fault) {
+  return "fault '" + std::string(textOf(fault.kind)) + "' met " +
+         std::string(textOf(fault.operation));
+}
+
+bool isUndisturbed(Database& database, const Call& call) {
+  return isReachable(readNetworkState(database)) && !mayMeetFault(database, call.operation);
+}
+
+void CallHandler::requireNetwork(Database& database) {
+  if (!isReachable(readNetworkState(database))) throw Refusal{notConnectedError()};
+}
+
+std::optional<Fault> CallHandler::takeFault(Database& database, const Call& call) {
+  return sandbox::takeFault(database, call.operation, call.useCase);
+}
+
+bool CallHandler::requireServed(const Fault& fault) const {
+  if (fault.kind == FaultKind::error) {
+    throw Refusal{SandboxError::make(errorDomain_, fault.code,
+                                     "The service failed, as the armed fault demands.")};
+  }
+  return fault.kind != FaultKind::refused && fault.kind != FaultKind::never;
+}
+
+ErrorPtr CallHandler::errorFor(const StoreFailure& failure) const {
+  return SandboxError::make(errorDomain_, BackendErrorCode::storeFailed,
+                            "The service cannot be used at the moment.", failure.what());
+}
+
+}  // namespace hlv::sandbox

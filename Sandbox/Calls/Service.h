@@ -1,0 +1,102 @@
+// The side of a service that calls from this process come in at. Private to the sandbox.
+//
+// Threading: any.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include "Sandbox/Calls/Answers.h"
+#include "Sandbox/Calls/CallHandler.h"
+#include "Sandbox/Calls/Summary.h"
+#include "Sandbox/Journal.h"
+#include "Sandbox/Store/Store.h"
+
+namespace hlv::sandbox {
+
+/// A handling refers to the service's data and never to this object's owner, so that a client which
+/// is let go frees what still waits.
+class Service {
+ public:
+  struct Surroundings {
+    std::shared_ptr<Store> store;
+    std::shared_ptr<Journal> journal;
+    std::shared_ptr<Answers> answers;
+  };
+
+  Service(std::string name, std::string errorDomain, Lane lane, const Surroundings& surroundings)
+      : desk_(std::make_shared<Desk>(Desk{CallHandler(std::move(name), std::move(errorDomain)),
+                                          surroundings.store, surroundings.journal})),
+        lane_(lane),
+        answers_(surroundings.answers) {}
+
+  /// Records something that the kit said and that has no reply.
+  void hear(const std::string& what) const {
+    desk_->journal->record("kit", desk_->handler.name(), what);
+  }
+
+  /// Returns at once; the completion, which may be empty, is called on the service's thread.
+  template <class... Results>
+  void take(Call call, std::function<void(Results...)> completion,
+            std::type_identity_t<Handling<Results...>> handling) const {
+    auto what = call.description();
+    desk_->journal->record("kit", desk_->handler.name(), what);
+    answers_->call(lane_,
+                   [desk = desk_, call = std::move(call), what = std::move(what),
+                    completion = std::move(completion),
+                    handling = std::move(handling)]() mutable -> std::optional<Delivery> {
+                     auto [results, fault] = desk->handle(call, handling);
+                     if (fault) desk->recordFault(*fault);
+                     const auto times = deliveries(fault);
+                     if (times == 0) return std::nullopt;
+                     if (auto error = transportErrorOf(fault)) results = failed<Results...>(error);
+                     const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
+                     return Delivery{
+                         delay, [desk, times, what = std::move(what),
+                                 completion = std::move(completion), results = std::move(results)] {
+                           for (int i = 0; i < times; ++i) {
+                             desk->journal->record(desk->handler.name(), "kit", what,
+                                                   summaryOf(results));
+                             if (completion) std::apply(completion, results);
+                           }
+                         }};
+                   });
+  }
+
+ private:
+  /// What outlives the client while a call waits.
+  struct Desk {
+    CallHandler handler;
+    std::shared_ptr<Store> store;
+    std::shared_ptr<Journal> journal;
+
+    void recordFault(const Fault& fault) const {
+      journal->record(handler.name(), handler.name(), descriptionOf(fault));
+    }
+
+    template <class... Results>
+    Handled<Results...> handle(const Call& call, const Handling<Results...>& handling) const {
+      try {
+        return store->write(
+            [&](Database& database) { return handler.handle(database, call, handling); });
+      } catch (const StoreFailure& failure) {
+        return {failed<Results...>(handler.errorFor(failure)), std::nullopt};
+      }
+    }
+  };
+
+  /// How often a caller in this process hears of the results.
+  static int deliveries(const std::optional<Fault>& fault);
+  /// What such a caller hears instead; null for the results.
+  static ErrorPtr transportErrorOf(const std::optional<Fault>& fault);
+
+  const std::shared_ptr<const Desk> desk_;
+  const Lane lane_;
+  const std::shared_ptr<Answers> answers_;
+};
+
+}  // namespace hlv::sandbox

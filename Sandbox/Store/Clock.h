@@ -1,0 +1,33 @@
+// What time it is in a sandbox. Private to the sandbox and the server.
+//
+// Threading: inside `Store::read` and `Store::write`.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "Sandbox/Cards/Calendar.h"
+#include "Sandbox/Store/Database.h"
+
+namespace hlv::sandbox {
+
+/// The machine's time, until the sandbox's clock is set; from then on it runs on from there.
+std::chrono::sys_seconds sandboxTime(Database& database);
+/// The month that cards expire by.
+YearMonth sandboxMonth(Database& database);
+/// Sets the clock. False, and nothing is changed, when that is before the time that it is now, or
+/// beyond the year 9999.
+[[nodiscard]] bool setSandboxTime(Database& database, std::chrono::sys_seconds time);
+
+/// Back to the machine's time.
+void resetSandboxTime(Database& database);
+
+/// "2026-11-22T07:53:01Z"
+std::string timeText(std::chrono::sys_seconds time);
+/// The same with milliseconds.
+std::string timeText(std::chrono::sys_time<std::chrono::milliseconds> time);
+/// Reads what `timeText` writes without milliseconds; missing for anything else.
+std::optional<std::chrono::sys_seconds> timeIn(const std::string& text);
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,26 @@
+#include "Sandbox/Testing/Reset.h"
+
+#include <string>
+
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Reachability.h"
+#include "Sandbox/Store/Clock.h"
+#include "Sandbox/Store/KeptReplies.h"
+
+namespace hlv::sandbox {
+
+void forgetEverything(Database& database) {
+  backend::forgetAll(database);
+  provider::forgetAll(database);
+  removeAllFaults(database);
+  forgetKeptReplies(database);
+  resetSandboxTime(database);
+  writeNetworkState(database, 1);
+  for (const char* table : {"firings", "events", "operations"}) {
+    database.run(std::string("DELETE FROM ") + table);
+  }
+}
+
+}  // namespace hlv::sandbox

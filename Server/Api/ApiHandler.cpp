@@ -1,0 +1,97 @@
+#include "Server/Api/ApiHandler.h"
+
+#include <chrono>
+#include <utility>
+
+#include "Sandbox/Provider/Provider.h"
+#include "Server/Api/ErrorReplies.h"
+
+namespace hlv::server {
+namespace {
+
+using Trace = std::shared_ptr<RequestTrace>;
+
+/// Where in a path the sandbox's own part begins, and which sandbox that is.
+struct Place {
+  std::size_t skipped = 0;
+  std::string sandbox = Registry::defaultID;
+};
+
+Place placeOf(const std::vector<std::string>& path) {
+  if (path.size() < 2 || path[0] != "sandboxes") return {};
+  return {2, path[1]};
+}
+
+bool isCommon(const std::vector<std::string>& path) {
+  return (path.size() > 1 && path[0] == "v1" &&
+          (path[1] == "sandboxes" || path[1] == "snapshots")) ||
+         isDocument(path);
+}
+
+}  // namespace
+
+bool isDocument(const std::vector<std::string>& path) {
+  return !path.empty() && path.back() == "openapi.json";
+}
+
+void ApiHandler::handle(const HttpRequest& request, Reply reply) {
+  try {
+    if (needsKey_ && !isDocument(request.path) && length(request.apiKey) == 0) {
+      sandbox::provider::refuseUnregistered();
+    }
+    const auto trace = std::make_shared<RequestTrace>();
+    const auto replyWithTrace = [trace, reply](HttpReply made) {
+      made.context = trace;
+      reply(std::move(made));
+    };
+    if (isCommon(request.path)) {
+      return commonRoutes_.find(request)({request, 0, nullptr, trace, replyWithTrace});
+    }
+    const auto [skipped, id] = placeOf(request.path);
+    // What is at no path needs no sandbox to be opened.
+    const auto& route = routes_.find(request, skipped);
+    trace->world = registry_.world(id);
+    route({request, skipped, trace->world, trace, replyWithTrace});
+  } catch (...) {
+    reply(errorReply(std::current_exception(), request.id));
+  }
+}
+
+void ApiHandler::finished(const FinishedRequest& finished) {
+  using std::chrono::milliseconds;
+  const auto& request = finished.request;
+  RequestRecord record;
+  record.id = request.id;
+  record.at =
+      std::chrono::duration_cast<milliseconds>(request.receivedAt.time_since_epoch()).count();
+  record.microseconds =
+      std::chrono::duration_cast<std::chrono::microseconds>(finished.duration).count();
+  record.method = request.isHead ? "HEAD" : request.method;
+  record.path = request.target;
+  record.status = finished.status;
+  record.caller = request.caller;
+  record.listener = listener_;
+  record.requestBytes = finished.requestBytes;
+  record.replyBytes = finished.replyBytes;
+  record.code = finished.code;
+  std::shared_ptr<World> world;
+  if (const auto* context = std::any_cast<Trace>(&finished.context)) {
+    auto& trace = **context;
+    world = std::move(trace.world);
+    if (trace.fault) record.fault = std::string(sandbox::textOf(*trace.fault));
+    record.events = std::move(trace.events);
+  }
+  if (!world) world = registry_.openWorld(placeOf(request.path).sandbox);
+  if (!world) world = registry_.openWorld(Registry::defaultID);
+  world->log().add(std::move(record));
+}
+
+ExchangeHandler replyingDocument(std::string_view document) {
+  return [document](const Exchange& exchange) {
+    HttpReply reply;
+    reply.body = document;
+    exchange.reply(std::move(reply));
+  };
+}
+
+}  // namespace hlv::server

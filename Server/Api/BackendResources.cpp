@@ -1,0 +1,171 @@
+#include "Server/Api/BackendResources.h"
+
+#include <string_view>
+#include <utility>
+
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Records/CardRecords.h"
+#include "Server/Api/Callers.h"
+
+namespace hlv::server {
+namespace {
+
+namespace backend = sandbox::backend;
+using sandbox::Call;
+using sandbox::CallHandler;
+using sandbox::Database;
+using sandbox::FaultKind;
+using sandbox::Json;
+using sandbox::Operation;
+
+const CallHandler& service() {
+  static const auto& handler = *new CallHandler("backend", sandbox::backendErrorDomain);
+  return handler;
+}
+
+void requireNoCardNumber(const Json& json) {
+  if (const auto* text = json.get_ptr<const std::string*>();
+      text && sandbox::holdsCardNumber(*text)) {
+    throw HttpError(422, "card-number-refused", "The backend takes no card numbers.");
+  }
+  if (!json.is_structured()) return;
+  for (const auto& item : json) requireNoCardNumber(item);
+}
+
+Json bodyOf(const Exchange& exchange) {
+  auto body = exchange.body();
+  requireNoCardNumber(body);
+  return body;
+}
+
+void requireAddress(const Json& address) {
+  sandbox::requireKnownMembers(address, {"street", "city", "country_code", "zip", "business_name"});
+  for (const auto& [key, value] : address.items()) {
+    if (!value.is_string()) throw HttpError(422, "wrong-type", "An address holds texts only.");
+  }
+}
+
+void requireAddCardBody(const Json& body) {
+  sandbox::requireKnownMembers(body, {"credit_card", "provider"});
+  sandbox::requiredIntegerIn(body, "provider");
+  const auto& card = sandbox::objectIn(body, "credit_card");
+  sandbox::requireKnownMembers(
+      card, {"last_four_digits", "brand", "use_case", "external_identifier", "card_holder",
+             "expiry_month", "expiry_year", "billing_address", "plv_token"});
+  for (const auto& [key, value] : card.items()) {
+    if (key == "billing_address") {
+      requireAddress(sandbox::objectIn(card, "billing_address"));
+    } else if (!value.is_string()) {
+      throw HttpError(422, "wrong-type", "A card holds texts and an address only.");
+    }
+  }
+}
+
+std::optional<std::string> useCaseOf(const Json& body) {
+  return sandbox::textIn(sandbox::objectIn(body, "credit_card"), "use_case");
+}
+
+/// A reply about a guest who was changed. Its size grows with the guest's cards, unless the caller
+/// prefers it minimal.
+struct GuestReply {
+  explicit GuestReply(const Exchange& exchange)
+      : isMinimal(exchange.request.prefer == "return=minimal") {}
+
+  CallReply made(Database& database, int status, const std::string& owner,
+                 const sandbox::BackendCard* card = nullptr) const {
+    Json body = {{"guest", sandbox::jsonOf(backend::readGuest(database, owner, !isMinimal))}};
+    if (card) body["credit_card"] = sandbox::jsonOf(*card);
+    auto reply = jsonReply(status, body);
+    if (isMinimal) reply.headers.emplace_back("Preference-Applied", "return=minimal");
+    return {std::move(reply), card ? "card " + card->halvoID : ""};
+  }
+
+  bool isMinimal;
+};
+
+void addGuests(ApiRoutes& routes) {
+  constexpr std::string_view path = "v1/guests/*";
+  routes.add("PUT", path, [](const Exchange& exchange) {
+    replyWriting(exchange, [email = exchange.part(2)](Database& database) {
+      const auto session = backend::openSession(database, email);
+      auto body = sandbox::jsonOf(backend::readGuest(database, email, true));
+      body["session"] = session;
+      return jsonReply(200, body);
+    });
+  });
+  routes.add("DELETE", "v1/session", [](const Exchange& exchange) {
+    replyWriting(exchange, [session = sessionOf(exchange)](Database& database) {
+      backend::endSession(database, session.value_or(""));
+      return jsonReply(204, nullptr);
+    });
+  });
+  routes.add("GET", path, [](const Exchange& exchange) {
+    replyReading(exchange, [caller = callerOf(exchange)](Database& database) {
+      const auto owner = backend::ownerOf(database, caller);
+      return jsonReply(200, sandbox::jsonOf(backend::readGuest(database, owner, true)));
+    });
+  });
+  routes.add("PATCH", path, [](const Exchange& exchange) {
+    const auto body = bodyOf(exchange);
+    sandbox::requireKnownMembers(body, {"payment_token"});
+    serveCall(exchange, service(), {Operation::updateGuest}, false, false,
+              [token = sandbox::textIn(body, "payment_token"), caller = callerOf(exchange),
+               wanted = GuestReply(exchange)](Database& database, auto) {
+                return wanted.made(database, 200, backend::updateGuest(database, caller, token));
+              });
+  });
+}
+
+void addCards(ApiRoutes& routes) {
+  constexpr std::string_view cards = "v1/guests/*/cards";
+  constexpr std::string_view card = "v1/guests/*/cards/*";
+  routes.add("GET", cards, [](const Exchange& exchange) {
+    serveCall(
+        exchange, service(), {Operation::fetchCards}, true, false,
+        [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
+          const auto list = backend::fetchCards(database, caller, fault);
+          auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::jsonOf(*list) : Json()}});
+          return CallReply{std::move(reply), counted(list, "card")};
+        });
+  });
+  routes.add("POST", cards, [](const Exchange& exchange) {
+    const auto body = bodyOf(exchange);
+    requireAddCardBody(body);
+    serveCall(exchange, service(), {Operation::addCard, useCaseOf(body)}, false, true,
+              [request = sandbox::dictionaryOf(body), caller = callerOf(exchange),
+               wanted = GuestReply(exchange)](Database& database, auto) {
+                const auto added = backend::addCard(database, caller, request);
+                return wanted.made(database, 201, added.owner, &added.card);
+              });
+  });
+  routes.add("PATCH", card, [](const Exchange& exchange) {
+    const auto address = bodyOf(exchange);
+    requireAddress(address);
+    const auto& id = exchange.part(4);
+    serveCall(exchange, service(), {Operation::updateCard, {}, id}, false, false,
+              [id, fields = sandbox::dictionaryOf(address), caller = callerOf(exchange),
+               wanted = GuestReply(exchange)](Database& database, auto) {
+                const auto updated = backend::updateCard(database, caller, id, fields);
+                return wanted.made(database, 200, updated.owner, &updated.card);
+              });
+  });
+  routes.add("DELETE", card, [](const Exchange& exchange) {
+    const auto& id = exchange.part(4);
+    serveCall(
+        exchange, service(), {Operation::deleteCard, {}, id}, false, false,
+        [id, caller = callerOf(exchange), wanted = GuestReply(exchange)](Database& database, auto) {
+          return wanted.made(database, 200, backend::deleteCard(database, caller, id));
+        });
+  });
+}
+
+}  // namespace
+
+void addBackendRoutes(ApiRoutes& routes) {
+  addGuests(routes);
+  addCards(routes);
+}
+
+}  // namespace hlv::server

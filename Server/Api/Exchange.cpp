@@ -1,0 +1,166 @@
+#include "Server/Api/Exchange.h"
+
+#include <chrono>
+#include <utility>
+
+#include "Sandbox/Calls/Summary.h"
+#include "Server/Api/ErrorReplies.h"
+#include "Server/Api/Idempotency.h"
+
+namespace hlv::server {
+namespace {
+
+using sandbox::Call;
+using sandbox::Database;
+using sandbox::Fault;
+using sandbox::FaultKind;
+using sandbox::Json;
+
+TransportFault transportFaultOf(const Fault& fault) {
+  using Kind = TransportFault::Kind;
+  switch (fault.kind) {
+    case FaultKind::refused:
+      return {Kind::refused};
+    case FaultKind::reset:
+      return {Kind::reset};
+    case FaultKind::garbage:
+      return {Kind::garbage};
+    case FaultKind::never:
+      return {Kind::never};
+    case FaultKind::twice:
+      return {Kind::twice};
+    case FaultKind::cut:
+      return {Kind::cut, static_cast<std::size_t>(fault.bytes.value_or(0))};
+    case FaultKind::slow:
+      return {Kind::slow, 0, static_cast<std::size_t>(fault.bytesPerSecond.value_or(1))};
+    case FaultKind::stalled:
+      return {Kind::stalled};
+    default:
+      return {};
+  }
+}
+
+/// What the fault does to a reply, whether it is the first one or a kept one.
+void apply(const Fault& fault, HttpReply& reply) {
+  reply.delay = std::chrono::milliseconds(fault.delayMilliseconds);
+  reply.fault = transportFaultOf(fault);
+  if (fault.kind != FaultKind::error) return;
+  if (fault.status) reply.status = static_cast<int>(*fault.status);
+  reply.headers.insert(reply.headers.end(), fault.headers.begin(), fault.headers.end());
+}
+
+/// One call until its reply is there.
+struct Serving {
+  const sandbox::CallHandler& service;
+  Call call;
+  CallHandling handling;
+  std::string requestID;
+  std::optional<IdempotentRequest> repeatable;
+  std::shared_ptr<RequestTrace> trace;
+
+  /// Served once for each state of the store; missing where something disturbs the call.
+  std::optional<HttpReply> read(sandbox::Store& store, const std::string& key) const {
+    try {
+      auto made = store.readAgain(key, [this](Database& database) {
+        return sandbox::isUndisturbed(database, call)
+                   ? std::optional(handling(database, std::nullopt))
+                   : std::nullopt;
+      });
+      if (!made) return std::nullopt;
+      record(std::nullopt, nullptr, made->summary);
+      return std::move(made->reply);
+    } catch (const sandbox::Refusal& refusal) {
+      record(std::nullopt, refusal.error, "");
+      return errorReply(refusal.error, requestID);
+    }
+  }
+
+  HttpReply serve(Database& database) const {
+    if (repeatable) {
+      if (auto kept = repeatable->keptReply(database, requestID)) return *std::move(kept);
+    }
+    const sandbox::Handling<CallReply, ErrorPtr> making = [this](Database& within,
+                                                                 std::optional<FaultKind> kind) {
+      return std::tuple<CallReply, ErrorPtr>(handling(within, kind), nullptr);
+    };
+    const auto [results, fault] = service.handle(database, call, making);
+    const auto& [made, error] = results;
+    auto reply = error ? errorReply(error, requestID) : made.reply;
+    record(fault, error, made.summary);
+    if (repeatable && (!fault || hasEffect(*fault))) repeatable->keep(database, reply);
+    if (fault) apply(*fault, reply);
+    return reply;
+  }
+
+ private:
+  static bool hasEffect(const Fault& fault) {
+    return fault.kind != FaultKind::error && fault.kind != FaultKind::refused &&
+           fault.kind != FaultKind::never;
+  }
+
+  void record(const std::optional<Fault>& fault, const ErrorPtr& error,
+              const std::string& summary) const {
+    const auto what = call.description();
+    trace->add("client", service.name(), what);
+    if (fault) {
+      trace->fault = fault->kind;
+      trace->add(service.name(), service.name(), sandbox::descriptionOf(*fault));
+    }
+    const bool isSilent =
+        fault && (fault->kind == FaultKind::never || fault->kind == FaultKind::refused);
+    if (isSilent) return;
+    const auto result = error ? sandbox::summary(error) : summary;
+    trace->add(service.name(), "client", what, result.empty() ? "done" : result);
+  }
+};
+
+}  // namespace
+
+void RequestTrace::add(const std::string& from, const std::string& to, const std::string& what,
+                       const std::string& result) {
+  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::system_clock::now().time_since_epoch());
+  events.push_back({now.count(), from, to, what, result});
+}
+
+HttpReply jsonReply(int status, const Json& body) {
+  HttpReply reply;
+  reply.status = status;
+  if (!body.is_null()) reply.body = sandbox::textOf(body);
+  return reply;
+}
+
+void serveCall(const Exchange& exchange, const sandbox::CallHandler& service, const Call& call,
+               bool isReading, bool isRepeatable, CallHandling handling) {
+  Serving serving{service,      call,          std::move(handling), exchange.request.id,
+                  std::nullopt, exchange.trace};
+  if (isRepeatable && exchange.request.idempotencyKey) {
+    serving.repeatable =
+        IdempotentRequest::of(exchange.request, service.name(), exchange.world->salt());
+  }
+  if (isReading) {
+    const auto& request = exchange.request;
+    const auto key = request.target + "\n" + request.authorization.value_or("");
+    if (auto reply = serving.read(exchange.world->store(), key)) {
+      return exchange.reply(*std::move(reply));
+    }
+  }
+  replyWriting(exchange, [serving = std::move(serving)](Database& database) {
+    return serving.serve(database);
+  });
+}
+
+void replyReading(const Exchange& exchange, const Work& work) {
+  exchange.reply(exchange.world->store().read(work));
+}
+
+void replyWriting(const Exchange& exchange, Work work) {
+  const auto made = std::make_shared<HttpReply>();
+  exchange.world->write(
+      [made, work = std::move(work)](Database& database) { *made = work(database); },
+      [made, id = exchange.request.id, reply = exchange.reply](const std::exception_ptr& problem) {
+        reply(problem ? errorReply(problem, id) : std::move(*made));
+      });
+}
+
+}  // namespace hlv::server

@@ -1,0 +1,70 @@
+// One request to a sandbox, on its way through the resources. Private to the server.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Sandbox/Calls/CallHandler.h"
+#include "Sandbox/Records/Json.h"
+#include "Server/Api/World.h"
+#include "Server/Http/HttpError.h"
+#include "Server/Http/HttpMessages.h"
+#include "Server/Http/Routes.h"
+
+namespace hlv::server {
+
+/// What the request log is to know of a request beyond what the listener does.
+struct RequestTrace {
+  /// Whose request it is; held, so that it is open when the request ends. Null for none.
+  std::shared_ptr<World> world;
+  std::optional<sandbox::FaultKind> fault;
+  std::vector<RequestEvent> events;
+
+  void add(const std::string& from, const std::string& to, const std::string& what,
+           const std::string& result = {});
+};
+
+/// Valid while the request is handled; what replies later keeps copies.
+struct Exchange {
+  const HttpRequest& request;
+  /// How many parts of the path lead to the sandbox.
+  std::size_t skipped = 0;
+  std::shared_ptr<World> world;
+  std::shared_ptr<RequestTrace> trace;
+  /// Gives the reply the trace.
+  Reply reply;
+
+  /// A part of the path within the sandbox.
+  const std::string& part(std::size_t place) const { return request.path[skipped + place]; }
+  /// The body as a JSON object.
+  sandbox::Json body() const { return sandbox::parsedObject(request.body); }
+};
+
+using ExchangeHandler = std::function<void(const Exchange&)>;
+using ApiRoutes = Routes<ExchangeHandler>;
+
+HttpReply jsonReply(int status, const sandbox::Json& body);
+
+/// What a handler of a call makes: its reply, and in a few words what the events say of it.
+struct CallReply {
+  HttpReply reply;
+  std::string summary;
+};
+using CallHandling =
+    std::function<CallReply(sandbox::Database&, std::optional<sandbox::FaultKind>)>;
+
+/// Serves one call of a service: a call that only reads on this thread, unless a fault may meet it,
+/// any other in the next commit. With `isRepeatable` and an idempotency key the effect happens
+/// once, and its reply is kept in the same transaction.
+void serveCall(const Exchange& exchange, const sandbox::CallHandler& service,
+               const sandbox::Call& call, bool isReading, bool isRepeatable, CallHandling handling);
+
+/// Replies with what `work` makes: of a state of the store, or in the next commit. What it throws
+/// becomes the error's reply.
+using Work = std::function<HttpReply(sandbox::Database&)>;
+void replyReading(const Exchange& exchange, const Work& work);
+void replyWriting(const Exchange& exchange, Work work);
+
+}  // namespace hlv::server

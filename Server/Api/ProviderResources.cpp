@@ -1,0 +1,120 @@
+#include "Server/Api/ProviderResources.h"
+
+#include <string_view>
+#include <utility>
+
+#include "Sandbox/Calls/Summary.h"
+#include "Sandbox/EnteredCard.h"
+#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Records/InstrumentRecords.h"
+#include "Server/Api/Callers.h"
+
+namespace hlv::server {
+namespace {
+
+namespace provider = sandbox::provider;
+using sandbox::CallHandler;
+using sandbox::Database;
+using sandbox::FaultKind;
+using sandbox::Json;
+using sandbox::Operation;
+
+const CallHandler& service() {
+  static const auto& handler = *new CallHandler("provider", sandbox::providerErrorDomain);
+  return handler;
+}
+
+std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
+  return sandbox::EnteredCard::make(sandbox::takeNewCard(body));
+}
+
+Json jsonOf(const std::optional<std::vector<provider::NumberedInstrument>>& instruments) {
+  if (!instruments) return nullptr;
+  auto list = Json::array();
+  for (const auto& [number, values] : *instruments) {
+    list.push_back(sandbox::listedJson(number, values));
+  }
+  return list;
+}
+
+/// The number that names an instrument without an identifier.
+std::int64_t numberIn(const HttpRequest& request) {
+  const auto number = sandbox::numberOf(request.queryValue("number").value_or(""));
+  if (!number) throw HttpError(422, "wrong-type", "The instrument's number is none.");
+  return *number;
+}
+
+void addUsers(ApiRoutes& routes) {
+  routes.add("POST", "v1/users", [](const Exchange& exchange) {
+    auto body = exchange.body();
+    const auto card = takeCard(body);
+    sandbox::requireKnownMembers(body, {"email", "use_case", "credit_card"});
+    const auto email = sandbox::textIn(body, "email");
+    if (email && sandbox::holdsCardNumber(*email)) {
+      throw HttpError(422, "card-number-refused", "An address holds no card number.");
+    }
+    const auto useCase = sandbox::textIn(body, "use_case");
+    serveCall(exchange, service(), {Operation::createUserToken, useCase}, false, true,
+              [email, card, useCase](Database& database, std::optional<FaultKind> fault) {
+                const auto token =
+                    provider::createUserToken(database, email, card.get(), useCase, fault);
+                return CallReply{jsonReply(201, {{"token", sandbox::orNull(token)}}),
+                                 sandbox::summary(token)};
+              });
+  });
+}
+
+void addInstruments(ApiRoutes& routes) {
+  constexpr std::string_view instruments = "v1/users/*/instruments";
+  routes.add("GET", instruments, [](const Exchange& exchange) {
+    const auto useCase = exchange.request.queryValue("use_case");
+    serveCall(
+        exchange, service(), {Operation::listInstruments, useCase}, true, false,
+        [token = exchange.part(2), useCase](Database& database, std::optional<FaultKind> fault) {
+          const auto list = provider::listInstruments(database, token, useCase, fault);
+          return CallReply{jsonReply(200, {{"instruments", jsonOf(list)}}),
+                           counted(list, "instrument")};
+        });
+  });
+  routes.add("POST", instruments, [](const Exchange& exchange) {
+    auto body = exchange.body();
+    const auto card = takeCard(body);
+    sandbox::requireKnownMembers(body, {"credit_card"});
+    const auto useCase = exchange.request.queryValue("use_case");
+    serveCall(exchange, service(), {Operation::addInstrument, useCase}, false, true,
+              [token = exchange.part(2), card, useCase](Database& database,
+                                                        std::optional<FaultKind> fault) {
+                provider::addInstrument(database, card.get(), token, useCase, fault);
+                return CallReply{jsonReply(201, Json::object()), ""};
+              });
+  });
+  const auto remove = [](const Exchange& exchange) {
+    const bool hasIdentifier = exchange.request.path.size() > exchange.skipped + 4;
+    provider::NamedInstrument named;
+    if (hasIdentifier) {
+      named.identifier = exchange.part(4);
+    } else {
+      named.number = numberIn(exchange.request);
+    }
+    const auto useCase = exchange.request.queryValue("use_case");
+    serveCall(exchange, service(),
+              {Operation::removeInstrument, useCase, named.identifier.value_or("")}, false, false,
+              [named, useCase, token = exchange.part(2)](Database& database, auto) {
+                provider::removeInstrument(database, named, useCase, token);
+                return CallReply{jsonReply(204, nullptr), ""};
+              });
+  };
+  routes.add("DELETE", instruments, remove);
+  routes.add("DELETE", "v1/users/*/instruments/*", remove);
+}
+
+}  // namespace
+
+void addProviderRoutes(ApiRoutes& routes) {
+  addUsers(routes);
+  addInstruments(routes);
+}
+
+}  // namespace hlv::server

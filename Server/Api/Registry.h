@@ -1,0 +1,127 @@
+// The sandboxes of one server. Private to the server.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Platform/Result.h"
+#include "Sandbox/Records/SandboxDescription.h"
+#include "Sandbox/Store/StoreLock.h"
+#include "Server/Api/World.h"
+#include "Server/Http/HttpMessages.h"
+
+namespace hlv::server {
+
+/// Where clients reach the three listeners.
+struct PublicURLs {
+  std::string backend;
+  std::string provider;
+  std::string console;
+};
+
+/// The default sandbox is the store itself; the others lie in files of their own beside it, or in
+/// memory only. Files are opened when a request needs them, and closed again when they are idle or
+/// when too many are open.
+///
+/// Threading: any. Members throw `HttpError` where a client asks for what cannot be, and
+/// `StoreFailure`. Those that say so wait for the disk, and so run on a writer's thread.
+class Registry {
+ public:
+  static constexpr const char* defaultID = "default";
+
+  /// One server at a time works on a store: another one is refused until this object goes.
+  static Result<std::unique_ptr<Registry>> open(const std::string& storePath,
+                                                std::optional<std::uint64_t> seed,
+                                                std::shared_ptr<Writers> writers);
+  /// Closes what is open. No request is under way any more.
+  ~Registry();
+  Registry(const Registry&) = delete;
+  Registry& operator=(const Registry&) = delete;
+
+  void setURLs(PublicURLs urls);
+
+  /// The sandbox of that id, opened where it is not; it stays open while it is held. Throws 404.
+  std::shared_ptr<World> world(const std::string& id);
+  /// The same for one that is open; null for any other.
+  std::shared_ptr<World> openWorld(const std::string& id);
+  /// Where its files are; empty for one in memory.
+  std::string pathOf(const World& world) const;
+
+  /// Runs `work` on a writer's thread and replies with what it makes, or with the error it throws.
+  void perform(std::function<HttpReply()> work, const std::string& requestID, const Reply& reply);
+
+  // These wait for the disk.
+
+  sandbox::SandboxDescription create(const sandbox::NewSandbox& wanted);
+  void remove(const std::string& id);
+  /// Those after `after` in the order of their ids, at most `limit`.
+  std::vector<sandbox::SandboxDescription> list(const std::string& after, std::size_t limit);
+  sandbox::SandboxDescription describe(const std::string& id);
+  sandbox::SnapshotDescription snapshot(const std::string& id);
+  /// `then` is called on a writer's thread.
+  void restore(const std::string& id, const std::string& snapshot, World::Done then);
+  std::vector<sandbox::SnapshotDescription> snapshots();
+  void removeSnapshot(const std::string& snapshot);
+
+  /// A text of the server's own that outlives it; missing for none.
+  std::optional<std::string> note(const std::string& name);
+  void setNote(const std::string& name, const std::string& text);
+
+  /// Writes the logs, and closes and deletes what is due.
+  void runMaintenance();
+
+ private:
+  struct Entry {
+    std::chrono::sys_seconds created;
+    std::optional<std::chrono::sys_seconds> expires;
+    bool isInMemory = false;
+    /// Null while its files are closed.
+    std::shared_ptr<World> world = {};
+    /// While they are being closed.
+    std::weak_ptr<World> closing = {};
+    std::chrono::steady_clock::time_point lastUse = {};
+    std::list<std::string>::iterator place = {};
+  };
+
+  Registry(std::string storePath, std::unique_ptr<sandbox::StoreLock> lock,
+           std::shared_ptr<sandbox::Store> registry, std::shared_ptr<Writers> writers);
+
+  void readEntries();
+  std::shared_ptr<World> opened(const std::string& id, Entry& entry);
+  void use(const std::string& id, Entry& entry);
+  void closeLeastUsed();
+  void close(Entry& entry);
+  void removeExpired();
+  std::shared_ptr<sandbox::Store> makeStore(const std::string& id,
+                                            const sandbox::NewSandbox& wanted) const;
+  std::string reserveID(const sandbox::NewSandbox& wanted);
+  void forget(const std::string& id);
+  void removeFiles(const std::string& id) const;
+  std::string storePathOf(const std::string& id) const;
+  std::string snapshotPath(const std::string& snapshot);
+  sandbox::SandboxDescription description(World& world, const Entry& entry) const;
+
+  const std::string storePath_;
+  const std::string folder_;
+  const std::unique_ptr<sandbox::StoreLock> lock_;
+  const std::shared_ptr<sandbox::Store> registry_;
+  const std::shared_ptr<Writers> writers_;
+  const std::size_t mostOpen_;
+  mutable std::mutex mutex_;
+  PublicURLs urls_;
+  std::map<std::string, Entry> entries_;
+  std::set<std::string> reserved_;
+  /// The ids of what is open in files, most recently used first; not the default one.
+  std::list<std::string> used_;
+};
+
+}  // namespace hlv::server

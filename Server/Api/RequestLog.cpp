@@ -1,0 +1,237 @@
+#include "Server/Api/RequestLog.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string_view>
+#include <utility>
+
+#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Store/Clock.h"
+#include "Sandbox/Store/Settings.h"
+
+namespace hlv::server {
+namespace {
+
+using sandbox::Database;
+using sandbox::maskedText;
+using std::chrono::milliseconds;
+
+constexpr std::int64_t requestsKept = 1'000;
+constexpr const char* openSetting = "request-log-open";
+
+std::string timeText(std::int64_t millisecondsSince1970) {
+  return sandbox::timeText(
+      std::chrono::sys_time<milliseconds>(milliseconds(millisecondsSince1970)));
+}
+
+std::int64_t now() {
+  return std::chrono::duration_cast<milliseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+// Between the parts of an event, and after each; no masked text holds them.
+constexpr char partEnd = '\x1f';
+constexpr char eventEnd = '\x1e';
+
+/// As it is stored, which is written far more often than it is read.
+std::string packed(const std::vector<RequestEvent>& events) {
+  std::string text;
+  for (const auto& event : events) {
+    text += std::to_string(event.at);
+    for (const auto& part :
+         {event.from, event.to, maskedText(event.what), maskedText(event.result)}) {
+      (text += partEnd) += part;
+    }
+    text += eventEnd;
+  }
+  return text;
+}
+
+Json unpacked(std::string_view text) {
+  const auto take = [](std::string_view& rest, char end) {
+    const auto part = rest.substr(0, rest.find(end));
+    rest.remove_prefix(std::min(rest.size(), part.size() + 1));
+    return part;
+  };
+  auto events = Json::array();
+  while (!text.empty()) {
+    auto event = take(text, eventEnd);
+    Json json = {{"at", timeText(sandbox::numberOf(take(event, partEnd)).value_or(0))}};
+    for (const char* name : {"from", "to", "what", "result"}) json[name] = take(event, partEnd);
+    events.push_back(std::move(json));
+  }
+  return events;
+}
+
+int hexDigit(char character) {
+  if (character >= '0' && character <= '9') return character - '0';
+  const char small = static_cast<char>(character | 0x20);
+  return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
+}
+
+std::string percentDecoded(const std::string& target) {
+  std::string text;
+  for (std::size_t at = 0; at < target.size(); ++at) {
+    const bool isEncoded = target[at] == '%' && at + 2 < target.size() &&
+                           hexDigit(target[at + 1]) >= 0 && hexDigit(target[at + 2]) >= 0;
+    if (!isEncoded) {
+      text += target[at] == '+' ? ' ' : target[at];
+      continue;
+    }
+    text += static_cast<char>(hexDigit(target[at + 1]) * 16 + hexDigit(target[at + 2]));
+    at += 2;
+  }
+  return text;
+}
+
+/// Kept as it was sent, unless it has to be decoded for the mask to see the number in it. It may
+/// be anything, for it is kept of requests that were rejected too.
+std::string maskedTarget(const std::string& target) {
+  const auto decoded = percentDecoded(target);
+  return maskedText(sandbox::holdsCardNumber(decoded) ? decoded : target);
+}
+
+constexpr const char* columns =
+    "SELECT number, id, at, method, path, status, fault, microseconds, caller, listener, "
+    "request_bytes, reply_bytes, code, events FROM requests ";
+
+Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
+  return {{"number", row.integer(0)},
+          {"id", row.text(1)},
+          {"at", timeText(row.integer(2))},
+          {"duration_ms", static_cast<double>(row.integer(7)) / 1'000},
+          {"method", row.text(3)},
+          {"path", row.text(4)},
+          {"status", row.integer(5)},
+          {"caller", row.text(8)},
+          {"listener", row.text(9)},
+          {"sandbox", sandbox},
+          {"fault", sandbox::orNull(row.textOrNull(6))},
+          {"request_bytes", row.integer(10)},
+          {"reply_bytes", row.integer(11)},
+          {"code", sandbox::orNull(row.textOrNull(12))}};
+}
+
+/// The least and the greatest status of "404" or "4xx".
+std::pair<std::int64_t, std::int64_t> statusRange(const std::optional<std::string>& status) {
+  if (!status) return {0, 999};
+  if (status->size() == 3 && status->ends_with("xx")) {
+    const std::int64_t hundreds = (status->front() - '0') * 100;
+    return {hundreds, hundreds + 99};
+  }
+  const auto exact = sandbox::numberOf(*status).value_or(-1);
+  return {exact, exact};
+}
+
+Json gapsIn(Database& database) {
+  auto gaps = Json::array();
+  auto row = database.query("SELECT after, found FROM request_gaps ORDER BY number");
+  while (row.next()) {
+    gaps.push_back({{"after", row.integer(0)}, {"found", timeText(row.integer(1))}});
+  }
+  return gaps;
+}
+
+}  // namespace
+
+void RequestLog::add(RequestRecord record) {
+  const std::lock_guard lock(mutex_);
+  news_.push_back(std::move(record));
+  // What would go at once when it was written need not be written.
+  if (news_.size() > static_cast<std::size_t>(requestsKept)) news_.pop_front();
+}
+
+bool RequestLog::hasNews() const {
+  const std::lock_guard lock(mutex_);
+  return !news_.empty();
+}
+
+void RequestLog::write(Database& database) {
+  std::deque<RequestRecord> news;
+  {
+    const std::lock_guard lock(mutex_);
+    news.swap(news_);
+  }
+  for (const auto& record : news) {
+    database.run(
+        "INSERT OR IGNORE INTO requests (id, at, status, method, path, fault, microseconds, "
+        "caller, listener, request_bytes, reply_bytes, code, events) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        record.id, record.at, std::int64_t{record.status}, maskedText(record.method),
+        maskedTarget(record.path), record.fault, record.microseconds, record.caller,
+        record.listener, static_cast<std::int64_t>(record.requestBytes),
+        static_cast<std::int64_t>(record.replyBytes),
+        record.code.empty() ? std::nullopt : std::optional(record.code), packed(record.events));
+  }
+  database.run("DELETE FROM requests WHERE number <= ?", last(database) - requestsKept);
+}
+
+void RequestLog::open(Database& database) {
+  if (sandbox::readSetting(database, openSetting)) {
+    database.run("INSERT INTO request_gaps (after, found) VALUES (?, ?)", last(database), now());
+    database.run("DELETE FROM request_gaps WHERE number <= ?", database.lastRow() - requestsKept);
+  }
+  sandbox::writeSetting(database, openSetting, "open");
+}
+
+void RequestLog::close(Database& database) {
+  sandbox::writeSetting(database, openSetting, std::nullopt);
+}
+
+void RequestLog::clear(Database& database) {
+  database.run("DELETE FROM requests");
+  database.run("DELETE FROM request_gaps");
+  close(database);
+}
+
+Json RequestLog::read(Database& database, const RequestFilter& filter, const std::string& sandbox) {
+  const auto [least, greatest] = statusRange(filter.status);
+  auto requests = Json::array();
+  Json next;
+  auto row = database.query(
+      std::string(columns) +
+          "WHERE number > ? AND (? IS NULL OR method = ?) AND status BETWEEN ? AND ? "
+          "AND (? IS NULL OR instr(path, ?) > 0) "
+          "AND (? IS NULL OR (? = 'any' AND fault IS NOT NULL) OR (? = 'none' AND fault IS NULL) "
+          "OR fault = ?) ORDER BY number LIMIT ?",
+      filter.after, filter.method, filter.method, least, greatest, filter.path, filter.path,
+      filter.fault, filter.fault, filter.fault, filter.fault, filter.limit + 1);
+  while (row.next()) {
+    if (static_cast<std::int64_t>(requests.size()) == filter.limit) {
+      next = requests.back()["number"];
+      break;
+    }
+    requests.push_back(requestIn(row, sandbox));
+  }
+  return {{"requests", std::move(requests)}, {"next", next}, {"gaps", gapsIn(database)}};
+}
+
+std::optional<Json> RequestLog::find(Database& database, const std::string& id,
+                                     const std::string& sandbox) {
+  auto row = database.query(std::string(columns) + "WHERE id = ?", id);
+  if (!row.next()) return std::nullopt;
+  auto request = requestIn(row, sandbox);
+  request["events"] = unpacked(row.text(13));
+  return request;
+}
+
+std::int64_t RequestLog::last(Database& database) {
+  return database.integer("SELECT coalesce(max(number), 0) FROM requests");
+}
+
+void RequestLog::setAside(Database& database) {
+  database.run("CREATE TEMP TABLE requests_aside AS SELECT * FROM main.requests");
+  database.run("CREATE TEMP TABLE request_gaps_aside AS SELECT * FROM main.request_gaps");
+}
+
+void RequestLog::bringBack(Database& database) {
+  for (const std::string table : {"requests", "request_gaps"}) {
+    database.run("DELETE FROM main." + table);
+    database.run("INSERT INTO main." + table + " SELECT * FROM temp." + table + "_aside");
+    database.run("DROP TABLE temp." + table + "_aside");
+  }
+  sandbox::writeSetting(database, openSetting, "open");
+}
+
+}  // namespace hlv::server

@@ -1,0 +1,126 @@
+#include "Server/Api/World.h"
+
+#include <utility>
+#include <vector>
+
+#include "Sandbox/Backend/BackendTables.h"
+#include "Sandbox/Store/KeptReplies.h"
+
+namespace hlv::server {
+
+using sandbox::Database;
+using sandbox::Store;
+
+World::World(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Writers> writers)
+    : id_(std::move(id)), store_(std::move(store)), writers_(std::move(writers)) {
+  readSalt();
+}
+
+void World::readSalt() {
+  // There from the first time on, and then no write waits for the disk.
+  auto salt = store_->write(sandbox::keptRepliesSalt);
+  const std::lock_guard lock(mutex_);
+  salt_ = std::move(salt);
+}
+
+std::string World::salt() const {
+  const std::lock_guard lock(mutex_);
+  return salt_;
+}
+
+void World::write(Body body, Done done) { submit({std::move(body), {}, std::move(done)}); }
+
+void World::runAlone(std::function<void()> work, Done done) {
+  submit({{}, std::move(work), std::move(done)});
+}
+
+void World::flushLog() {
+  if (!log_.hasNews() || isFlushing_.exchange(true)) return;
+  const auto flush = [this] {
+    isFlushing_ = false;
+    store_->record([this](Database& database) { log_.write(database); });
+  };
+  // What cannot be recorded fails loudly where the same store has to take an effect.
+  submit({{}, flush, [](const std::exception_ptr&) {}});
+}
+
+void World::submit(Task task) {
+  {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
+    if (std::exchange(isDraining_, true)) return;
+  }
+  writers_->post([self = shared_from_this()] { self->drain(); });
+}
+
+void World::drain() {
+  std::deque<Task> together;
+  Task alone;
+  {
+    const std::lock_guard lock(mutex_);
+    while (!tasks_.empty() && !tasks_.front().alone) {
+      together.push_back(std::move(tasks_.front()));
+      tasks_.pop_front();
+    }
+    if (together.empty() && !tasks_.empty()) {
+      alone = std::move(tasks_.front());
+      tasks_.pop_front();
+    }
+  }
+  if (!together.empty()) {
+    writeTogether(std::move(together));
+  } else if (alone.alone) {
+    std::exception_ptr problem;
+    try {
+      alone.alone();
+    } catch (...) {
+      problem = std::current_exception();
+    }
+    alone.done(problem);
+    alone = {};
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    isDraining_ = !tasks_.empty();
+    if (!isDraining_) return;
+  }
+  // After other worlds' turns.
+  writers_->post([self = shared_from_this()] { self->drain(); });
+}
+
+void World::writeTogether(std::deque<Task> tasks) {
+  std::vector<Store::Part> parts;
+  parts.reserve(tasks.size() + 1);
+  for (auto& task : tasks) parts.push_back({std::move(task.body)});
+  if (log_.hasNews()) parts.push_back({[this](Database& database) { log_.write(database); }});
+  store_->writeTogether(parts);
+  for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].done(parts[i].problem);
+}
+
+void World::openLog() { store_->record(RequestLog::open); }
+
+void World::closeLog() {
+  store_->record([this](Database& database) {
+    log_.write(database);
+    RequestLog::close(database);
+  });
+}
+
+void World::restore(const std::string& copy) {
+  const auto revision = store_->read(sandbox::readRevision);
+  store_->write(RequestLog::setAside);
+  try {
+    store_->replaceBy(copy);
+  } catch (...) {
+    store_->write(RequestLog::bringBack);
+    throw;
+  }
+  store_->write([&](Database& database) {
+    RequestLog::bringBack(database);
+    // A client goes by the higher revision, and has seen this one.
+    sandbox::raiseRevisionAbove(database, std::max(revision, sandbox::readRevision(database)));
+  });
+  readSalt();
+}
+
+}  // namespace hlv::server

@@ -1,0 +1,73 @@
+// One open sandbox of the server. Private to the server.
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "Sandbox/Store/Store.h"
+#include "Server/Api/RequestLog.h"
+#include "Server/Api/Writers.h"
+
+namespace hlv::server {
+
+/// Writes that come together share a commit, and with it what is new in the request log.
+///
+/// Threading: any. A write holds the world until it is done.
+class World : public std::enable_shared_from_this<World> {
+ public:
+  World(std::string id, std::shared_ptr<sandbox::Store> store, std::shared_ptr<Writers> writers);
+
+  const std::string& id() const { return id_; }
+  sandbox::Store& store() { return *store_; }
+  const std::shared_ptr<sandbox::Store>& sharedStore() const { return store_; }
+  RequestLog& log() { return log_; }
+  /// Mixed into the digests of idempotency keys.
+  std::string salt() const;
+
+  using Body = std::function<void(sandbox::Database&)>;
+  /// Null when the body's effect is on disk.
+  using Done = std::function<void(std::exception_ptr)>;
+  /// Returns at once; `done` is called on a writer's thread.
+  void write(Body body, Done done);
+  /// The same for what is no single transaction: nothing else is written meanwhile. What it throws
+  /// goes to `done`.
+  void runAlone(std::function<void()> work, Done done);
+  /// Writes what is new in the log, if anything, soon.
+  void flushLog();
+
+  /// Begins and ends a time in which requests may come.
+  void openLog();
+  void closeLog();
+  /// Replaces everything but the request log by a copy of another store. To be run alone.
+  void restore(const std::string& copy);
+
+ private:
+  struct Task {
+    /// One of the two.
+    Body body;
+    std::function<void()> alone;
+    Done done;
+  };
+
+  void submit(Task task);
+  void drain();
+  void writeTogether(std::deque<Task> tasks);
+  void readSalt();
+
+  const std::string id_;
+  const std::shared_ptr<sandbox::Store> store_;
+  const std::shared_ptr<Writers> writers_;
+  RequestLog log_;
+  mutable std::mutex mutex_;
+  std::string salt_;
+  std::deque<Task> tasks_;
+  bool isDraining_ = false;
+  std::atomic<bool> isFlushing_{false};
+};
+
+}  // namespace hlv::server

@@ -1,0 +1,237 @@
+#include "Server/Console/App.h"
+
+#include <algorithm>
+#include <mutex>
+#include <stdexcept>
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Platform/Default/DefaultPlatform.h"
+#include "Public/HLVSDKPayleven.h"
+#include "Public/HLVSDKPaylevenKitConfiguration.h"
+#include "Public/HLVSDKPaymentManager.h"
+#include "Sandbox/AppConfiguration.h"
+#include "Sandbox/ToldCall.h"
+
+namespace hlv::server {
+namespace {
+
+void enableKit() {
+  const auto configuration = HLVSDKPaylevenKitConfiguration::configurationWithBlock(
+      [](const std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration>& mutableConfiguration) {
+        mutableConfiguration->setPaymentKey("paylevenkit-console-key");
+      });
+  using sandbox::AppConfiguration;
+  HLVSDKPayleven::enableWithConfiguration(std::make_shared<AppConfiguration>(List<HLVSDKKitEntry>{
+      std::make_shared<AppConfiguration::Entry>(HLVSDKPayleven::kitClass(), configuration)}));
+}
+
+std::shared_ptr<HLVSDKGuest> signedInGuest() {
+  auto guest = HLVSDKGuest::currentGuest();
+  if (!guest) throw HttpError(409, "not-signed-in", "Nobody is signed in.");
+  return guest;
+}
+
+}  // namespace
+
+/// An operation that has not come to its end. The completion of an update comes on a service's
+/// thread.
+class App::Running {
+ public:
+  Running(std::int64_t operation, Done done) : done_(std::move(done)) {
+    outcome_.operation = operation;
+  }
+
+  std::int64_t operation() const { return outcome_.operation; }
+
+  void refuse(const HttpError& refusal) {
+    const std::lock_guard lock(mutex_);
+    outcome_.refusal = refusal;
+  }
+  void complete(const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
+    const std::lock_guard lock(mutex_);
+    ++outcome_.completions;
+    outcome_.card = card;
+    outcome_.error = error;
+  }
+  bool hasEnded() const {
+    const std::lock_guard lock(mutex_);
+    return outcome_.refusal || outcome_.completions > 0;
+  }
+  void reply() const {
+    const auto outcome = [this] {
+      const std::lock_guard lock(mutex_);
+      return outcome_;
+    }();
+    done_(outcome);
+  }
+
+ private:
+  const Done done_;
+  mutable std::mutex mutex_;
+  Outcome outcome_;
+};
+
+App::App(Registry& registry) : registry_(registry) {}
+
+App::~App() {
+  if (!world_) return;
+  HLVSDKPayleven::resetSharedInstance();
+  Host::install(nullptr);
+}
+
+void App::signIn(const WorldPtr& world, const std::string& email, Done done) {
+  const auto start = [this, email](const RunningPtr&) {
+    const auto problem = sandbox_->signIn(email);
+    if (!problem.empty()) throw HttpError(422, "address-refused", problem);
+  };
+  run(world, "sign in", start, std::move(done));
+}
+
+void App::signOut(const WorldPtr& world, Done done) {
+  run(
+      world, "sign out", [this](const RunningPtr&) { sandbox_->signOut(); }, std::move(done));
+}
+
+void App::setReachable(const WorldPtr& world, bool reachable, Done done) {
+  const auto start = [this, reachable](const RunningPtr&) { sandbox_->setReachable(reachable); };
+  run(world, reachable ? "network on" : "network off", start, std::move(done));
+}
+
+void App::enterForeground(const WorldPtr& world, Done done) {
+  run(
+      world, "foreground", [this](const RunningPtr&) { sandbox_->enterForeground(); },
+      std::move(done));
+}
+
+void App::reset(const WorldPtr& world, Done done) {
+  run(
+      world, "reset", [this](const RunningPtr&) { sandbox_->reset(); }, std::move(done));
+}
+
+void App::add(const WorldPtr& world, std::shared_ptr<sandbox::EnteredCard> card,
+              std::shared_ptr<sandbox::EnteredAddress> address, Done done) {
+  const auto start = [this, card = std::move(card),
+                      address = std::move(address)](const RunningPtr& running) {
+    const auto guest = signedInGuest();
+    HLVSDKPaymentManager::make()->addPaymentInstrument(
+        card, address, guest, completionOf(running, "addPaymentInstrument"));
+  };
+  run(world, "add", start, std::move(done));
+}
+
+void App::update(const WorldPtr& world, const std::string& ID,
+                 std::shared_ptr<sandbox::EnteredAddress> address, Done done) {
+  const auto start = [this, ID, address = std::move(address)](const RunningPtr& running) {
+    const auto guest = signedInGuest();
+    HLVSDKPaymentManager::make()->updatePaymentInstrument(
+        ID, address, guest, completionOf(running, "updatePaymentInstrument"));
+  };
+  run(world, "update", start, std::move(done));
+}
+
+void App::remove(const WorldPtr& world, const std::string& ID, Done done) {
+  const auto start = [this, ID](const RunningPtr& running) {
+    const auto guest = signedInGuest();
+    HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
+        ID, useCaseOf(ID), guest,
+        [heard = completionOf(running, "deletePaymentInstrumentWithID")](
+            const std::shared_ptr<HLVSDKGuest>& updated, const ErrorPtr& error) {
+          heard(updated, nullptr, error);
+        });
+  };
+  run(world, "delete", start, std::move(done));
+}
+
+void App::completeFinishedOperations() {
+  if (running_.empty()) return;
+  const auto platform = DefaultPlatform::shared();
+  // A request that goes out between the first two looks shows in the third.
+  const bool isSettled = sandbox_->isQuiet() && platform->isIdle() && sandbox_->isQuiet();
+  const auto ended = std::stable_partition(
+      running_.begin(), running_.end(),
+      [&](const RunningPtr& running) { return !isSettled && !running->hasEnded(); });
+  const std::vector<RunningPtr> atTheirEnd(ended, running_.end());
+  running_.erase(ended, running_.end());
+  for (const auto& running : atTheirEnd) running->reply();
+  startWaiting();
+}
+
+void App::run(const WorldPtr& world, const std::string& name, Start start, Done done) {
+  Platform::current()->mainQueue()->async(
+      [weak = weak_from_this(),
+       operation = Waiting{world, name, std::move(start), std::move(done)}]() mutable {
+        const auto app = weak.lock();
+        if (!app) return;
+        app->waiting_.push_back(std::move(operation));
+        app->startWaiting();
+      });
+}
+
+void App::startWaiting() {
+  while (!waiting_.empty()) {
+    if (waiting_.front().world != world_ && !running_.empty()) return;
+    const auto operation = std::move(waiting_.front());
+    waiting_.pop_front();
+    begin(operation);
+  }
+}
+
+void App::begin(const Waiting& operation) {
+  try {
+    if (operation.world != world_) switchTo(operation.world);
+    const auto number = running_.empty() ? sandbox_->journal().beginOperation(operation.name)
+                                         : running_.back()->operation();
+    running_.push_back(std::make_shared<Running>(number, operation.done));
+  } catch (const std::runtime_error& failure) {
+    return operation.done({.refusal = HttpError(507, "store-failed", failure.what())});
+  }
+  const auto running = running_.back();
+  try {
+    launchForGuest();
+    operation.start(running);
+    launchForGuest();
+  } catch (const HttpError& refusal) {
+    running->refuse(refusal);
+  } catch (const std::runtime_error& failure) {
+    running->refuse(HttpError(507, "store-failed", failure.what()));
+  }
+}
+
+void App::switchTo(const WorldPtr& world) {
+  sandbox::SandboxOptions options;
+  options.storePath = registry_.pathOf(*world);
+  auto opened = sandbox::Sandbox::over(world->sharedStore(), options);
+  if (!opened.sandbox) throw std::runtime_error(opened.problem);
+  HLVSDKPayleven::resetSharedInstance();
+  launchedFor_.reset();
+  world_ = world;
+  sandbox_ = std::move(opened.sandbox);
+  Host::install(sandbox_->host());
+}
+
+void App::launchForGuest() {
+  const auto email = sandbox_->signedInEmail();
+  if (!email || email == launchedFor_) return;
+  launchedFor_ = email;
+  sandbox_->journal().record("app", "kit", "enableWithConfiguration");
+  HLVSDKPayleven::resetSharedInstance();
+  enableKit();
+}
+
+HLVSDKGuestCardCompletion App::completionOf(const RunningPtr& running,
+                                            const std::string& what) const {
+  return sandbox::toldCall(
+      sandbox_, what,
+      [running](const std::shared_ptr<HLVSDKGuest>&, const std::shared_ptr<HLVSDKCreditCard>& card,
+                const ErrorPtr& error) { running->complete(card, error); });
+}
+
+std::string App::useCaseOf(const std::string& ID) const {
+  for (const auto& card : sandbox_->backendCards()) {
+    if (card.halvoID == ID) return card.useCase;
+  }
+  return "default";
+}
+
+}  // namespace hlv::server

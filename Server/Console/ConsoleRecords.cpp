@@ -1,0 +1,139 @@
+#include "Server/Console/ConsoleRecords.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "Sandbox/Backend/AddressKeys.h"
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/BackendTables.h"
+#include "Sandbox/Backend/StoredCard.h"
+#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/Cards/CardBrands.h"
+#include "Sandbox/Pairs.h"
+#include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Reachability.h"
+#include "Sandbox/Records/CardRecords.h"
+#include "Sandbox/Records/FaultRecords.h"
+#include "Sandbox/Records/InstrumentRecords.h"
+#include "Sandbox/Store/Clock.h"
+#include "Sandbox/TestCards.h"
+#include "Sandbox/Testing/Scenarios.h"
+#include "Server/Http/HttpError.h"
+
+namespace hlv::server {
+namespace {
+
+namespace keys = sandbox::addressKeys;
+
+Json cardJson(const std::shared_ptr<HLVSDKCreditCard>& card) {
+  const auto stored = std::dynamic_pointer_cast<sandbox::StoredCard>(card);
+  return stored ? sandbox::jsonOf(stored->values()) : Json();
+}
+
+}  // namespace
+
+Json jsonOf(const std::vector<sandbox::Journal::Operation>& story) {
+  auto operations = Json::array();
+  for (const auto& [number, name, events] : story) {
+    auto told = Json::array();
+    for (const auto& event : events) {
+      told.push_back({{"number", event.number},
+                      {"at", sandbox::timeText(std::chrono::sys_time<std::chrono::milliseconds>(
+                                 std::chrono::milliseconds(event.at)))},
+                      {"from", event.from},
+                      {"to", event.to},
+                      {"what", event.what},
+                      {"result", event.result},
+                      {"thread", event.thread}});
+    }
+    operations.push_back({{"number", number}, {"name", name}, {"events", std::move(told)}});
+  }
+  return operations;
+}
+
+Json truthOf(sandbox::Database& database) {
+  const auto email = sandbox::backend::signedInEmail(database);
+  std::vector<sandbox::BackendCard> cards;
+  std::vector<sandbox::ProviderInstrument> instruments;
+  Json guest;
+  if (email) {
+    cards = sandbox::readCards(database, *email);
+    instruments = sandbox::provider::instrumentsOf(database, *email);
+    guest = {{"email", *email},
+             {"has_token", sandbox::readGuestToken(database, *email).has_value()}};
+  }
+  auto pairs = Json::array();
+  for (const auto& [card, instrument] : sandbox::pairsOf(cards, instruments)) {
+    pairs.push_back({{"card", card ? sandbox::jsonOf(*card) : Json()},
+                     {"instrument", instrument ? sandbox::jsonOf(*instrument) : Json()}});
+  }
+  auto faults = Json::array();
+  for (const auto& fault : sandbox::readFaults(database)) faults.push_back(sandbox::jsonOf(fault));
+  return {
+      {"guest", std::move(guest)},
+      {"network", isReachable(sandbox::readNetworkState(database))},
+      {"pairs", std::move(pairs)},
+      {"faults", std::move(faults)},
+      {"oldest_operation", database.integer("SELECT coalesce(min(number), 0) FROM operations")}};
+}
+
+template <class Values>
+Json namesOf(const Values& values) {
+  auto names = Json::array();
+  for (const auto value : values) names.push_back(sandbox::textOf(value));
+  return names;
+}
+
+/// Of every operation's kinds, each once.
+Json kindNames() {
+  std::vector<sandbox::FaultKind> kinds;
+  for (const auto operation : sandbox::allOperations()) {
+    for (const auto kind : sandbox::kindsOf(operation)) {
+      if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) kinds.push_back(kind);
+    }
+  }
+  return namesOf(kinds);
+}
+
+Json choices() {
+  constexpr std::size_t shown = 4;
+  auto cards = Json::array();
+  for (const auto& card : sandbox::testCards()) {
+    cards.push_back({{"name", card.name},
+                     {"brand", sandbox::findCardBrand(card.fields.pan)->name},
+                     {"last_four_digits", card.fields.pan.substr(card.fields.pan.size() - shown)},
+                     {"effect", card.effect}});
+  }
+  return {{"test_cards", std::move(cards)},
+          {"use_cases", {"default", "private", "business"}},
+          {"scenes", namesOf(sandbox::allScenarios())},
+          {"operations", namesOf(sandbox::allOperations())},
+          {"kinds", kindNames()}};
+}
+
+HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
+  if (outcome.refusal) return errorReply(*outcome.refusal, requestID);
+  const auto& error = outcome.error;
+  Json body = {{"operation", outcome.operation},
+               {"answers", outcome.completions},
+               {"credit_card", cardJson(outcome.card)},
+               {"failure", nullptr}};
+  if (error) {
+    body["failure"] = {{"domain", error->domain()},
+                       {"number", error->code()},
+                       {"message", error->localizedDescription().value_or("")}};
+  }
+  HttpReply reply;
+  reply.body = sandbox::textOf(body);
+  return reply;
+}
+
+sandbox::AddressFields addressIn(const Json& json) {
+  sandbox::requireKnownMembers(
+      json, {keys::street, keys::city, keys::countryCode, keys::zip, keys::businessName});
+  return {sandbox::textIn(json, keys::street), sandbox::textIn(json, keys::city),
+          sandbox::textIn(json, keys::countryCode), sandbox::textIn(json, keys::zip),
+          sandbox::textIn(json, keys::businessName)};
+}
+
+}  // namespace hlv::server

@@ -1,0 +1,30 @@
+// The story, the two sides and what can be chosen, in JSON. Private to the server.
+//
+// Threading: pure functions; any. Those that take a database run inside `Store::read`.
+#pragma once
+
+#include <vector>
+
+#include "Sandbox/EnteredAddress.h"
+#include "Sandbox/Journal.h"
+#include "Sandbox/Records/Json.h"
+#include "Sandbox/Store/Database.h"
+#include "Server/Console/App.h"
+#include "Server/Http/HttpMessages.h"
+
+namespace hlv::server {
+
+using sandbox::Json;
+
+Json jsonOf(const std::vector<sandbox::Journal::Operation>& story);
+/// Guest, network, the two sides in pairs, the armed faults, and the oldest operation that is kept.
+Json truthOf(sandbox::Database& database);
+/// Test cards, without their numbers; scenes; faults.
+Json choices();
+/// How an operation of the app came out.
+HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID);
+
+/// Throws `InvalidRecord`.
+sandbox::AddressFields addressIn(const Json& json);
+
+}  // namespace hlv::server

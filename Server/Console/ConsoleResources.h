@@ -1,0 +1,17 @@
+// The console over HTTP: its page, and what the page asks for. Private to the server.
+#pragma once
+
+#include <memory>
+
+#include "Server/Api/Exchange.h"
+#include "Server/Console/App.h"
+
+namespace hlv::server {
+
+/// A card may be typed into the app here, as into any app; its number goes to the kit and nowhere
+/// else, and no reply has it.
+///
+/// Threading: while the routes are filled, one thread.
+void addConsoleRoutes(ApiRoutes& routes, const std::shared_ptr<App>& app);
+
+}  // namespace hlv::server

@@ -1,0 +1,163 @@
+#include "Server/Http/HttpListener.h"
+
+#include <boost/asio/ip/tcp.hpp>
+#include <utility>
+
+#include "Server/Http/Connection.h"
+
+namespace hlv::server {
+namespace {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using ErrorCode = boost::system::error_code;
+
+/// Before another look at connections that could not be taken.
+constexpr std::chrono::milliseconds acceptPause{20};
+/// How many connections are taken before others of the loop have their turn.
+constexpr int connectionsAtOnce = 64;
+
+}  // namespace
+
+/// Takes connections and spreads them over the loops.
+///
+/// Threading: its loop's thread, but for the constructor.
+class Acceptor : public std::enable_shared_from_this<Acceptor> {
+ public:
+  Acceptor(EventLoops::Impl& loops, EventLoop& loop, std::shared_ptr<ListenerState> listener)
+      : presence_(listener),
+        listener_(std::move(listener)),
+        loops_(loops),
+        acceptor_(loop.context()),
+        timer_(loop.context()) {}
+
+  /// Returns the port.
+  int listen(const tcp::endpoint& endpoint, ErrorCode& error) {
+    acceptor_.open(endpoint.protocol(), error);
+    if (!error) acceptor_.set_option(asio::socket_base::reuse_address(true), error);
+    // Without it the library waits for another connection in the place of one that was given up.
+    const asio::socket_base::enable_connection_aborted isAborted(true);
+    if (!error) acceptor_.set_option(isAborted, error);
+    if (!error) acceptor_.bind(endpoint, error);
+    if (!error) acceptor_.listen(asio::socket_base::max_listen_connections, error);
+    if (!error) acceptor_.non_blocking(true, error);
+    return error ? 0 : acceptor_.local_endpoint(error).port();
+  }
+
+  void await() {
+    acceptor_.async_wait(asio::socket_base::wait_read,
+                         [self = shared_from_this()](const ErrorCode& error) {
+                           if (!error) self->accept();
+                         });
+  }
+
+  void close() {
+    ErrorCode error;
+    acceptor_.close(error);
+    timer_.cancel();
+  }
+
+ private:
+  void accept() {
+    for (int i = 0; i < connectionsAtOnce && acceptor_.is_open(); ++i) {
+      if (listener_->present() > listener_->options.limits.connections) return pause();
+      auto& loop = *loops_.loops[next_ % loops_.loops.size()];
+      ErrorCode error;
+      auto socket = acceptor_.accept(loop.context(), error);
+      if (error == asio::error::would_block || error == asio::error::connection_aborted) break;
+      if (error) return pause();
+      ++next_;
+      const std::shared_ptr<Connection> connection(
+          new Connection(std::move(socket), loop, listener_));
+      asio::post(loop.context(), [connection] { connection->start(); });
+    }
+    if (acceptor_.is_open()) await();
+  }
+
+  void pause() {
+    timer_.expires_after(acceptPause);
+    timer_.async_wait([self = shared_from_this()](const ErrorCode& error) {
+      if (!error) self->accept();
+    });
+  }
+
+  const ListenerState::Presence presence_;
+  const std::shared_ptr<ListenerState> listener_;
+  EventLoops::Impl& loops_;
+  std::size_t next_ = 0;
+  asio::basic_socket_acceptor<tcp, LoopExecutor> acceptor_;
+  LoopTimer timer_;
+};
+
+class HttpListener::Impl {
+ public:
+  Impl(EventLoops::Impl& loops, std::shared_ptr<ListenerState> state)
+      : loops_(loops), state_(std::move(state)) {}
+
+  ~Impl() {
+    state_->isClosing = true;
+    for (const auto& loop : loops_.loops) {
+      loop->entry()->post([state = state_, index = loop->index()] {
+        // Those that close leave the set.
+        const auto connections = state->connections[index];
+        for (auto* connection : connections) connection->shutDown();
+      });
+    }
+    if (const auto acceptor = acceptor_.lock()) {
+      acceptLoop_->entry()->post([acceptor] { acceptor->close(); });
+    }
+    state_->waitUntilNoneIsPresent();
+  }
+
+  ErrorCode listen(const tcp::endpoint& endpoint) {
+    acceptLoop_ = &loops_.next();
+    const auto acceptor = std::make_shared<Acceptor>(loops_, *acceptLoop_, state_);
+    ErrorCode error;
+    port_ = acceptor->listen(endpoint, error);
+    if (error) return error;
+    acceptor_ = acceptor;
+    acceptLoop_->entry()->post([acceptor] { acceptor->await(); });
+    return error;
+  }
+
+  int port() const { return port_; }
+
+ private:
+  EventLoops::Impl& loops_;
+  const std::shared_ptr<ListenerState> state_;
+  EventLoop* acceptLoop_ = nullptr;
+  std::weak_ptr<Acceptor> acceptor_;
+  int port_ = 0;
+};
+
+Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, ListenOptions options,
+                                                         HttpHandler& handler) {
+  using Opened = Result<std::unique_ptr<HttpListener>>;
+  ErrorCode error;
+  const auto address = asio::ip::make_address(options.address, error);
+  const auto where = options.address + ", port " + std::to_string(options.port) + ",";
+  if (error || options.port < 0 || options.port > 65'535) {
+    return Opened::failure("The address " + where + " is none.");
+  }
+  if (!address.is_loopback() && !options.beyondThisMachine) {
+    return Opened::failure(
+        "The services listen on this machine alone, at 127.0.0.1, unless they are told to listen "
+        "beyond it.");
+  }
+  const tcp::endpoint endpoint(address, static_cast<std::uint16_t>(options.port));
+  auto state =
+      std::make_shared<ListenerState>(std::move(options), handler, loops.impl().loops.size());
+  auto impl = std::make_unique<Impl>(loops.impl(), std::move(state));
+  if (impl->listen(endpoint)) {
+    return Opened::failure("The address " + where + " cannot be listened on.");
+  }
+  return std::unique_ptr<HttpListener>(new HttpListener(std::move(impl)));
+}
+
+HttpListener::HttpListener(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+HttpListener::~HttpListener() = default;
+
+int HttpListener::port() const { return impl_->port(); }
+
+}  // namespace hlv::server

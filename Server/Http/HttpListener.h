@@ -1,0 +1,54 @@
+// Where requests arrive over HTTP: one port.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/Result.h"
+#include "Server/Http/EventLoops.h"
+#include "Server/Http/HttpLimits.h"
+#include "Server/Http/HttpMessages.h"
+
+namespace hlv::server {
+
+struct ListenOptions {
+  /// An IP address. One that is not of this machine alone is refused without `beyondThisMachine`.
+  std::string address = "127.0.0.1";
+  bool beyondThisMachine = false;
+  /// 0 is any free one.
+  int port = 0;
+  /// Names that clients may call the listener by, beside those of the loopback and 10.0.2.2, which
+  /// is this machine for a phone's emulator. With `beyondThisMachine`, IP addresses too.
+  std::vector<std::string> allowedHosts;
+  HttpLimits limits;
+};
+
+/// Speaks HTTP/1.1 and 1.0 with kept connections; a connection's requests are served one after the
+/// other. No thread waits for a reply. A client that closes its side of the connection has left:
+/// what was held for it is freed at once. Writes no log.
+///
+/// Threading: any, but for the destructor, which runs on no loop's thread. After it the handler is
+/// not called any more.
+class HttpListener {
+ public:
+  /// Takes connections at once. `loops` and `handler` outlive the listener. Changes nothing when
+  /// the port is taken or the address refused.
+  static Result<std::unique_ptr<HttpListener>> open(EventLoops& loops, ListenOptions options,
+                                                    HttpHandler& handler);
+  /// Within a second: idle connections and event streams are closed, requests that are held get no
+  /// reply, replies under way have half a second to leave.
+  ~HttpListener();
+  HttpListener(const HttpListener&) = delete;
+  HttpListener& operator=(const HttpListener&) = delete;
+
+  int port() const;
+
+ private:
+  class Impl;
+  explicit HttpListener(std::unique_ptr<Impl> impl);
+
+  const std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace hlv::server

@@ -1,0 +1,127 @@
+// One request and its reply, apart from how they travel.
+//
+// Threading: plain values.
+#pragma once
+
+#include <any>
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/NullableString.h"
+
+namespace hlv::server {
+
+struct HttpRequest {
+  /// "req_" and twenty letters: none looks like a card number. The reply's X-Request-Id.
+  std::string id;
+  /// HEAD arrives as GET.
+  std::string method;
+  bool isHead = false;
+  /// The path between its slashes, decoded; a slash at its end adds nothing.
+  std::vector<std::string> path;
+  /// As received, for records; may hold whatever a client wrote.
+  std::string target;
+  /// Decoded; of equal names the first.
+  std::map<std::string, std::string> query;
+  NullableString apiKey;
+  NullableString idempotencyKey;
+  NullableString authorization;
+  NullableString prefer;
+  /// Under which name, and port if any, the listener was called.
+  std::string host;
+  /// "address:port" of the client.
+  std::string caller;
+  /// Overwritten when the handler returns.
+  std::string body;
+  std::chrono::system_clock::time_point receivedAt;
+
+  NullableString queryValue(const std::string& name) const {
+    const auto found = query.find(name);
+    return found == query.end() ? std::nullopt : NullableString(found->second);
+  }
+};
+
+/// What the connection does to a reply. After any of these it closes.
+struct TransportFault {
+  enum class Kind {
+    none,
+    /// Reset before a byte of the reply.
+    refused,
+    /// Reset after half of it.
+    reset,
+    /// Other bytes in its place.
+    garbage,
+    /// No byte until the client leaves or the answer time has passed.
+    never,
+    /// The whole reply a second time.
+    twice,
+    /// Reset after `bytes`.
+    cut,
+    /// `bytesPerSecond`.
+    slow,
+    /// Half of it, then as `never`.
+    stalled
+  };
+  Kind kind = Kind::none;
+  std::size_t bytes = 0;
+  std::size_t bytesPerSecond = 0;
+};
+
+/// Asked for what is new, on the connection's loop every 50 ms; empty is nothing. An exception ends
+/// the stream.
+using EventStream = std::function<std::string()>;
+
+struct HttpReply {
+  int status = 200;
+  /// Not sent for 204 and 304, nor with `events`.
+  std::string body;
+  /// Not sent without a body.
+  std::string contentType = "application/json";
+  std::vector<std::pair<std::string, std::string>> headers;
+  /// Error code in the body, for records; empty for none.
+  std::string code;
+  std::chrono::milliseconds delay{0};
+  TransportFault fault;
+  /// Server-sent events, until the client leaves, the stream throws, or the listener closes.
+  EventStream events;
+  /// Whatever the handler wants back in `finished`.
+  std::any context;
+};
+
+/// Takes the reply: on any thread, once, at any time, even after the listener and the loops have
+/// gone. Later calls are ignored, as are those for clients that have left. Where it is not called
+/// the request is held until the answer time has passed.
+using Reply = std::function<void(HttpReply)>;
+
+struct FinishedRequest {
+  /// Without its body. Of a request that could not be read, only what could.
+  const HttpRequest& request;
+  /// 0: no whole reply left.
+  int status;
+  /// From the first byte of the request to the last of the reply.
+  std::chrono::nanoseconds duration;
+  std::size_t requestBytes;
+  std::size_t replyBytes;
+  /// `code` of the reply.
+  const std::string& code;
+  /// `context` of the reply.
+  const std::any& context;
+};
+
+/// Threading: called on all loops at once; must not block.
+class HttpHandler {
+ public:
+  virtual ~HttpHandler() = default;
+  /// May throw `HttpError`; another exception is a reply 500. `request` is valid during the call.
+  virtual void handle(const HttpRequest& request, Reply reply) = 0;
+  /// Every request once, after its reply left or its client did; also those that were rejected
+  /// before `handle`, but for heads that did not arrive whole.
+  virtual void finished(const FinishedRequest& request) = 0;
+};
+
+}  // namespace hlv::server

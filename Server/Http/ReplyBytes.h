@@ -1,0 +1,29 @@
+// Replies as they travel. Private to the listener.
+//
+// Threading: any.
+#pragma once
+
+#include <boost/beast/http/message.hpp>
+#include <string>
+
+#include "Server/Http/HttpMessages.h"
+
+namespace hlv::server {
+
+/// "req_" and twenty letters.
+std::string makeRequestID();
+
+/// What a reply takes over from its request.
+struct ReplyFrame {
+  unsigned version = 11;
+  bool isHead = false;
+  bool keepsConnection = false;
+};
+
+/// With `events`, the head alone.
+std::string serialized(const HttpReply& reply, const std::string& requestID,
+                       const ReplyFrame& frame);
+/// The leave to send a body, for which a client may ask.
+std::string serializedContinue();
+
+}  // namespace hlv::server

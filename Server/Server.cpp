@@ -1,0 +1,143 @@
+#include "Server/Server.h"
+
+#include <algorithm>
+#include <array>
+#include <thread>
+#include <utility>
+
+#include "Sandbox/Records/Json.h"
+#include "Server/Api/ApiHandler.h"
+#include "Server/Api/BackendResources.h"
+#include "Server/Api/ControlResources.h"
+#include "Server/Api/OpenAPI.h"
+#include "Server/Api/ProviderResources.h"
+#include "Server/Api/Registry.h"
+#include "Server/Api/SandboxResources.h"
+#include "Server/Console/App.h"
+#include "Server/Console/ConsoleResources.h"
+
+namespace hlv::server {
+namespace {
+
+constexpr std::chrono::milliseconds maintenancePeriod{200};
+
+/// One of the three listeners.
+struct Listening {
+  ApiHandler handler;
+  int wantedPort;
+  std::string url;
+  std::unique_ptr<HttpListener> listener = {};
+};
+
+int portIn(const std::string& text) {
+  constexpr std::int64_t greatest = 65'535;
+  const auto port = sandbox::numberOf(text).value_or(0);
+  return port > 0 && port <= greatest ? static_cast<int>(port) : 0;
+}
+
+std::string noteOf(const std::string& name) { return "port of the " + name; }
+
+}  // namespace
+
+struct Server::Parts {
+  Parts(std::shared_ptr<Writers> writerThreads, std::unique_ptr<Registry> sandboxes,
+        const ServerOptions& options, unsigned loopCount)
+      : writers(std::move(writerThreads)),
+        registry(std::move(sandboxes)),
+        app(std::make_shared<App>(*registry)),
+        loops(loopCount),
+        backend{ApiHandler("backend", *registry, false), options.backendPort, options.backendURL},
+        provider{ApiHandler("provider", *registry, true), options.providerPort,
+                 options.providerURL},
+        console{ApiHandler("console", *registry, false), options.consolePort, options.consoleURL} {
+    addBackendRoutes(backend.handler.routes());
+    addProviderRoutes(provider.handler.routes());
+    addConsoleRoutes(console.handler.routes(), app);
+    for (auto* each : {&provider, &console}) {
+      addControlRoutes(each->handler.routes(), *registry);
+      auto& common = each->handler.commonRoutes();
+      addSandboxRoutes(common, *registry);
+      common.add("GET", "v1/sandbox/openapi.json", replyingDocument(controlOpenAPI()));
+      common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(sandboxesOpenAPI()));
+    }
+    backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(backendOpenAPI()));
+    provider.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(providerOpenAPI()));
+  }
+
+  ~Parts() {
+    for (auto* each : {&backend, &provider, &console}) each->listener.reset();
+    loops.stop();
+    writers->finish();
+  }
+
+  /// Returns why the listeners cannot be opened, or an empty string.
+  std::string listen(const ListenOptions& listening) {
+    const std::array<std::pair<const char*, Listening*>, 3> all{
+        {{"backend", &backend}, {"provider", &provider}, {"console", &console}}};
+    for (const auto& [name, each] : all) {
+      auto opened = listenAgain(name, *each, listening);
+      if (!opened) return opened.problem();
+      each->listener = std::move(*opened);
+    }
+    for (const auto& [name, each] : all) {
+      const auto port = std::to_string(each->listener->port());
+      if (registry->note(noteOf(name)) != port) registry->setNote(noteOf(name), port);
+      if (each->url.empty()) each->url = "http://" + listening.address + ":" + port;
+    }
+    registry->setURLs({backend.url, provider.url, console.url});
+    return "";
+  }
+
+  /// At the port of the store's last server, so that whoever kept its URL finds it again.
+  Result<std::unique_ptr<HttpListener>> listenAgain(const std::string& name, Listening& wanted,
+                                                    ListenOptions listening) {
+    if (wanted.wantedPort == 0) {
+      listening.port = portIn(registry->note(noteOf(name)).value_or(""));
+      if (listening.port != 0) {
+        auto opened = HttpListener::open(loops, listening, wanted.handler);
+        if (opened) return opened;
+      }
+    }
+    listening.port = wanted.wantedPort;
+    return HttpListener::open(loops, listening, wanted.handler);
+  }
+
+  void maintain() {
+    registry->runMaintenance();
+    loops.after(maintenancePeriod, [this] { maintain(); });
+  }
+
+  const std::shared_ptr<Writers> writers;
+  const std::unique_ptr<Registry> registry;
+  const std::shared_ptr<App> app;
+  EventLoops loops;
+  Listening backend;
+  Listening provider;
+  Listening console;
+};
+
+Result<std::unique_ptr<Server>> Server::open(ServerOptions options) {
+  using Opened = Result<std::unique_ptr<Server>>;
+  const auto cores = std::max(1U, std::thread::hardware_concurrency());
+  const auto writers = std::make_shared<Writers>(cores);
+  auto registry = Registry::open(options.storePath, options.seed, writers);
+  if (!registry) return Opened::failure(registry.problem());
+  auto parts = std::make_unique<Parts>(writers, std::move(*registry), options,
+                                       options.loops == 0 ? cores : options.loops);
+  const auto problem = parts->listen(options.listening);
+  if (!problem.empty()) return Opened::failure(problem);
+  parts->maintain();
+  return std::unique_ptr<Server>(new Server(std::move(parts)));
+}
+
+Server::Server(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+
+Server::~Server() = default;
+
+const std::string& Server::backendURL() const { return parts_->backend.url; }
+const std::string& Server::providerURL() const { return parts_->provider.url; }
+const std::string& Server::consoleURL() const { return parts_->console.url; }
+
+void Server::completeFinishedOperations() { parts_->app->completeFinishedOperations(); }
+
+}  // namespace hlv::server

@@ -1,0 +1,71 @@
+// A server that replies whatever a test wants.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace hlv::testing {
+
+/// Listens on a port of its own and serves every connection on a thread.
+///
+/// Threading: any.
+class CannedServer {
+ public:
+  enum class Then {
+    /// The connection stays open for the next request.
+    keep,
+    close,
+    /// Nothing more is read or written until the server goes.
+    hold
+  };
+  struct Reply {
+    std::string bytes;
+    Then then = Then::close;
+  };
+  struct Request {
+    int connection = 0;
+    /// Head and body.
+    std::string text;
+    /// "GET /path HTTP/1.1"
+    std::string line() const { return text.substr(0, text.find('\r')); }
+    std::string header(const std::string& name) const;
+    std::string body() const { return text.substr(text.find("\r\n\r\n") + 4); }
+  };
+  using Script = std::function<Reply(const Request&)>;
+
+  /// The script runs on the connections' threads.
+  explicit CannedServer(Script script);
+  /// Replies the same to everything.
+  explicit CannedServer(Reply reply);
+  /// Ends every connection.
+  ~CannedServer();
+  CannedServer(const CannedServer&) = delete;
+  CannedServer& operator=(const CannedServer&) = delete;
+
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(port_); }
+  /// What has arrived, in the order of arrival.
+  std::vector<Request> requests() const;
+  /// The first lines of it.
+  std::vector<std::string> lines() const;
+
+  /// A whole reply with that body.
+  static std::string http(const std::string& body, const std::string& status = "200 OK");
+
+ private:
+  void accept();
+  void serve(int descriptor, int connection);
+
+  const Script script_;
+  int listening_;
+  int port_ = 0;
+  mutable std::mutex mutex_;
+  std::vector<Request> requests_;
+  std::vector<int> descriptors_;
+  std::vector<std::thread> threads_;
+  std::thread accepting_;
+};
+
+}  // namespace hlv::testing

@@ -1,0 +1,144 @@
+// What a remote host sends, and what it makes of the replies.
+#include <atomic>
+#include <utility>
+
+#include "Client/RemoteGuest.h"
+#include "Tests/Client/ClientTest.h"
+
+namespace hlv::client {
+namespace {
+
+using Request = CannedServer::Request;
+
+std::string guestJson(int revision, const std::string& more) {
+  return "{\"email\":\"guest@example.com\",\"revision\":" + std::to_string(revision) +
+         ",\"payment_token\":null" + more + "}";
+}
+
+/// A backend that hands out one session after another.
+class SessionServer : public CannedServer {
+ public:
+  SessionServer()
+      : CannedServer(
+            [sessions = std::make_shared<std::atomic<int>>(0)](const Request& request) -> Reply {
+              const auto line = request.line();
+              if (line.starts_with("PUT ")) {
+                return {http(guestJson(1, ",\"credit_cards\":[],\"session\":\"ses_" +
+                                              std::to_string(++*sessions) + "\"")),
+                        Then::keep};
+              }
+              if (line.starts_with("DELETE ")) {
+                return {"HTTP/1.1 204 No Content\r\n\r\n", Then::keep};
+              }
+              return {http("{\"credit_cards\":[],\"instruments\":[]}"), Then::keep};
+            }) {}
+
+  /// The request lines, each with the session that it carried.
+  std::vector<std::string> sessions() const {
+    std::vector<std::string> sessions;
+    for (const auto& request : requests()) {
+      sessions.push_back(request.line().substr(0, request.line().find(' ')) + " " +
+                         request.header("Authorization"));
+    }
+    return sessions;
+  }
+};
+
+using RemoteHostTest = ClientTest;
+
+TEST_F(RemoteHostTest, ASessionIsSentToItsBackendUntilTheGuestSignsOut) {
+  const SessionServer server;
+  const SessionServer other;
+  connect(server);
+  fetchCards();
+  ASSERT_EQ(remote->signIn(email), nullptr);
+  fetchCards();
+  listInstruments();
+  // Another process over the same store.
+  connect(server);
+  fetchCards();
+  ASSERT_EQ(remote->signIn(email), nullptr);
+  settle();
+  EXPECT_EQ(remote->signOut(), nullptr);
+  EXPECT_EQ(remote->signOut(), nullptr) << "nothing is left to end";
+  fetchCards();
+  EXPECT_EQ(server.sessions(), (std::vector<std::string>{
+                                   "GET ", "PUT ", "GET Bearer ses_1", "GET ", "GET Bearer ses_1",
+                                   "PUT ", "DELETE Bearer ses_1", "DELETE Bearer ses_2", "GET "}));
+  ASSERT_EQ(remote->signIn(email), nullptr);
+  connect(other);
+  fetchCards();
+  EXPECT_EQ(other.sessions(), (std::vector<std::string>{"GET "}));
+}
+
+TEST_F(RemoteHostTest, SigningOutForgetsTheSessionWhateverTheBackendSays) {
+  const auto notSignedIn = CannedServer::http(
+      "{\"error\":{\"code\":\"not-signed-in\",\"domain\":\"HLVBackendErrorDomain\","
+      "\"number\":401,\"message\":\"Nobody is signed in.\"}}",
+      "401 Unauthorized");
+  const std::pair<std::string, std::string> rows[] = {{notSignedIn, "none"},
+                                                      {"", "HLVTransportErrorDomain 3"}};
+  for (const auto& [bytes, error] : rows) {
+    const CannedServer server([&, reply = bytes](const Request& request) -> CannedServer::Reply {
+      if (!request.line().starts_with("PUT ")) return {reply, Then::close};
+      return {CannedServer::http(guestJson(1, ",\"credit_cards\":[],\"session\":\"ses_a\"")),
+              Then::keep};
+    });
+    connect(server);
+    ASSERT_EQ(remote->signIn(email), nullptr);
+    EXPECT_EQ(nameOf(remote->signOut()), error);
+    EXPECT_EQ(remote->signOut(), nullptr);
+  }
+}
+
+TEST_F(RemoteHostTest, EveryCreationCarriesAKeyOfItsOwnAndNothingElseDoes) {
+  const CannedServer server([](const Request& request) -> CannedServer::Reply {
+    const bool isUser = request.line().starts_with("POST /v1/users ");
+    return {CannedServer::http(isUser ? "{\"token\":null}" : "{\"instruments\":null}"), Then::keep};
+  });
+  connect(server.url() + "/sandboxes/sbx_a", server.url() + "/sandboxes/sbx_a");
+  EXPECT_EQ(nameOf(addInstrument()), "none");
+  EXPECT_EQ(nameOf(addInstrument()), "none");
+  EXPECT_FALSE(std::get<0>(listInstruments()));
+  remote->inAppClient()->registerWithAPIKey("k\r\nX-Other: y");
+  listInstruments();
+  const auto requests = server.requests();
+  ASSERT_EQ(requests.size(), 4U);
+  EXPECT_EQ(requests[0].line(),
+            "POST /sandboxes/sbx_a/v1/users/tok/instruments?use_case=default HTTP/1.1");
+  EXPECT_EQ(requests[0].header("X-API-Key"), "key");
+  EXPECT_EQ(requests[0].header("Idempotency-Key").size(), 32U);
+  EXPECT_NE(requests[0].header("Idempotency-Key"), requests[1].header("Idempotency-Key"));
+  EXPECT_EQ(requests[2].header("Idempotency-Key"), "");
+  EXPECT_EQ(requests[3].header("X-API-Key") + requests[3].header("X-Other"), "");
+}
+
+// Replies overtake one another, and a minimal one says nothing about the cards.
+TEST_F(RemoteHostTest, AGuestKnowsTheLatestOfEverythingThatCame) {
+  RemoteGuest guest(email);
+  sandbox::BackendGuest record{email, 2, "tok", {{sandbox::BackendCard()}}};
+  guest.learn(record);
+  guest.learn({email, 1, std::nullopt, {{}}});
+  EXPECT_EQ(guest.paylevenToken(), "tok");
+  guest.learn({email, 3, "new", std::nullopt});
+  EXPECT_EQ(guest.paylevenToken(), "new");
+  EXPECT_EQ(guest.creditCards()->size(), 1U);
+  guest.forgetRevision();
+  guest.learn({email, 1, std::nullopt, {{}}});
+  EXPECT_EQ(guest.creditCards()->size(), 0U);
+}
+
+TEST_F(RemoteHostTest, WhatTheKitAsksIsInTheJournal) {
+  const SessionServer server;
+  connect(server);
+  local->journal().beginOperation("list");
+  fetchCards();
+  const auto events = local->journal().last(1).at(0).events;
+  ASSERT_EQ(events.size(), 2U);
+  EXPECT_EQ(events[0].from + " " + events[0].to + " " + events[0].what,
+            "kit backend fetchGuestCreditCards");
+  EXPECT_EQ(events[1].from + " " + events[1].to + " " + events[1].result, "backend kit 0 cards");
+}
+
+}  // namespace
+}  // namespace hlv::client

@@ -1,0 +1,104 @@
+"""What calls that are never answered, and connections that ask for nothing, cost the others.
+Usage: crowds.py PAYLEVENKIT HELD IDLE ROUNDS SECONDS"""
+import socket
+import sys
+import tempfile
+import time
+from statistics import median
+
+from served import GUEST, Served
+from wrk import wrk
+
+LONGEST_WAIT = 60
+
+
+def connect(port):
+    return socket.create_connection(("127.0.0.1", port), timeout=LONGEST_WAIT)
+
+
+def ask(connection, target):
+    connection.sendall(f"GET {target} HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n".encode())
+
+
+def reply_to(connection):
+    """Whether a reply of success came, whole."""
+    received = b""
+    try:
+        while b"\r\n\r\n" not in received:
+            piece = connection.recv(65_536)
+            if not piece:
+                return False
+            received += piece
+        head, _, body = received.partition(b"\r\n\r\n")
+        length = next(int(line.split(b":")[1]) for line in head.lower().split(b"\r\n")
+                      if line.startswith(b"content-length:"))
+        while len(body) < length:
+            body += connection.recv(65_536)
+    except OSError:
+        return False
+    return head.startswith(b"HTTP/1.1 200")
+
+
+def until(holds, what):
+    deadline = time.monotonic() + LONGEST_WAIT
+    while not holds():
+        if time.monotonic() > deadline:
+            raise SystemExit("Not in time: " + what)
+
+
+def held_calls(served, held, rounds, seconds):
+    """The slowest hundredth of other calls, with and without the held ones, in turns."""
+    url, port = served.url("backend") + GUEST, served.ports[0]
+    without, with_held = [], []
+    for _ in range(rounds):
+        without.append(wrk(url, seconds, 4).p99_ms)
+        served.wanted(200, "provider", "POST /v1/sandbox/faults",
+                      {"operation": "fetchGuestCreditCards", "kind": "never", "times": None})
+        before = len(served.wanted(200, "provider", "GET /v1/sandbox/firings")["firings"])
+        connections = [connect(port) for _ in range(held)]
+        for connection in connections:
+            ask(connection, GUEST + "/cards")
+        # The list keeps only so many; when it is full, all have met the fault or nearly so.
+        until(lambda: len(served.wanted(200, "provider", "GET /v1/sandbox/firings")["firings"])
+              >= min(before + held, 1_000), "the calls meet the fault")
+        with_held.append(wrk(url, seconds, 4).p99_ms)
+        for connection in connections:
+            connection.close()
+        served.wanted(200, "provider", "DELETE /v1/sandbox/faults")
+    ratio = median(with_held) / median(without)
+    print(f"99 % of calls take {median(without):.2f} ms at most, and {median(with_held):.2f} ms "
+          f"while {held} others are never answered: {ratio:.2f} times; 1.5 are wanted.", flush=True)
+
+
+def idle_connections(served, idle):
+    """Each has had a reply, and then asks for nothing."""
+    before = served.memory()
+    connections = [connect(served.ports[0]) for _ in range(idle)]
+    for connection in connections:
+        ask(connection, GUEST)
+    answered = sum(reply_to(connection) for connection in connections)
+    grown = (served.memory() - before) / 1024
+    served.wanted(200, "backend", "GET " + GUEST)
+    again = connections[::max(1, idle // 100)]
+    for connection in again:
+        ask(connection, GUEST)
+    heard = sum(reply_to(connection) for connection in again)
+    for connection in connections:
+        connection.close()
+    print(f"{idle} idle connections, of which {answered} had a reply, cost {grown:.0f} MiB; less "
+          f"than 200 are wanted. Of {len(again)} that ask again, {heard} have a reply.", flush=True)
+    return answered == idle and heard == len(again)
+
+
+def main(command, held, idle, rounds, seconds):
+    with tempfile.TemporaryDirectory() as folder:
+        served = Served(command, folder, "--answer-limit", "600000").start()
+        served.wanted(200, "backend", "PUT " + GUEST)
+        held_calls(served, held, rounds, seconds)
+        lost_none = idle_connections(served, idle)
+        served.end()
+    return 0 if lost_none else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1], *map(int, sys.argv[2:])))

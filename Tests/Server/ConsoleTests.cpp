@@ -1,0 +1,199 @@
+// The console over HTTP: the app that it drives, the story that it shows, and its page.
+#include "Sandbox/Journal.h"
+#include "Server/Console/Page.h"
+#include "Tests/Secrecy/CardDataSearch.h"
+#include "Tests/Server/ServerTest.h"
+
+namespace hlv::server {
+namespace {
+
+class ConsoleTest : public ServerTest {
+ protected:
+  ConsoleTest() {
+    serve();
+    sandbox->signOut();
+  }
+
+  Json truth(const std::string& in = "") { return bodyOf(askConsole("GET " + in + "/truth")); }
+  Response addTestCard(const std::string& name, const std::string& in = "") {
+    return askConsole("POST " + in + "/app/cards", {{"test_card", name}});
+  }
+  void signIn() { require(200, askConsole("PUT /app/guest", {{"email", email}})); }
+  /// What the last operation recorded, one event a line.
+  std::string lastStory() {
+    std::string lines;
+    const auto story = sandbox->journal().last(1);
+    for (const auto& event : story.at(0).events) {
+      lines += event.from + " > " + event.to + ": " + event.what + ": " + event.result + "\n";
+    }
+    return lines;
+  }
+  /// A page that follows the story.
+  RawClient follow() const {
+    RawClient page(portOf(server->consoleURL()));
+    page.send(requestOf("GET /events"));
+    return page;
+  }
+};
+
+TEST_F(ConsoleTest, DrivesARealKitFromTheFirstCardToTheLast) {
+  signIn();
+  const auto first = bodyOf(addTestCard("visa"));
+  EXPECT_EQ(first["answers"], 1);
+  EXPECT_EQ(first["credit_card"]["last_four_digits"], "1111");
+  EXPECT_NE(lastStory().find("app > kit: addPaymentInstrument: \n"
+                             "kit > provider: createUserToken use case default: \n"),
+            std::string::npos)
+      << lastStory();
+  const auto second =
+      require(200, askConsole("POST /app/cards", {{"test_card", "amex"},
+                                                  {"use_case", "business"},
+                                                  {"billing_address", {{"city", "Hamburg"}}}}));
+  const auto path = "/app/cards/" + second["credit_card"]["id"].get<std::string>();
+  const auto updated = require(200, askConsole("PATCH " + path, {{"street", "Harbour Road 1"}}));
+  EXPECT_EQ(updated["answers"], 1);
+  auto pairs = truth()["pairs"];
+  ASSERT_EQ(pairs.size(), 2U);
+  EXPECT_EQ(pairs[1]["card"]["billing_address"]["street"], "Harbour Road 1");
+  EXPECT_EQ(pairs[1]["card"]["billing_address"]["city"], "Hamburg");
+  EXPECT_EQ(pairs[1]["card"]["external_identifier"], pairs[1]["instrument"]["identifier"]);
+  EXPECT_EQ(require(200, askConsole("DELETE " + path))["failure"], nullptr);
+  EXPECT_EQ(truth()["pairs"].size(), 1U);
+
+  ASSERT_EQ(askConsole("POST /scenes", {{"name", "instrument-without-card"}}).status, 200);
+  pairs = truth()["pairs"];
+  ASSERT_EQ(pairs.size(), 2U);
+  EXPECT_EQ(pairs[1]["card"], nullptr);
+  EXPECT_EQ(askConsole("POST /app/foreground", Json::object()).status, 200);
+  EXPECT_EQ(truth()["pairs"].size(), 1U) << lastStory();
+
+  EXPECT_EQ(askConsole("PUT /app/network", {{"on", false}}).status, 200);
+  EXPECT_NE(bodyOf(addTestCard("visa"))["failure"], nullptr);
+  EXPECT_EQ(askConsole("POST /reset", Json::object()).status, 200);
+  const auto after = truth();
+  EXPECT_EQ(after["guest"], nullptr);
+  EXPECT_EQ(after["network"], true);
+  EXPECT_EQ(after["pairs"].size(), 0U);
+}
+
+TEST_F(ConsoleTest, TheAppStartsAgainForAnotherGuestAndAnotherSandbox) {
+  require(201, askProvider("PUT /v1/sandboxes/a"));
+  for (const std::string in : {"", "/sandboxes/a", "/sandboxes/default"}) {
+    for (const auto* other : {"one@example.com", "two@example.com"}) {
+      require(200, askConsole("PUT " + in + "/app/guest", {{"email", other}}));
+      ASSERT_EQ(bodyOf(addTestCard("visa", in))["failure"], nullptr);
+      const auto pairs = truth(in)["pairs"].size();
+      require(200, askConsole("POST " + in + "/scenes", {{"name", "instrument-without-card"}}));
+      require(200, askConsole("POST " + in + "/app/foreground", Json::object()));
+      EXPECT_EQ(truth(in)["pairs"].size(), pairs) << "the kit synchronises " << in << other;
+    }
+  }
+  EXPECT_EQ(truth("/sandboxes/a")["guest"]["email"], "two@example.com");
+  EXPECT_EQ(truth("/sandboxes/a")["pairs"].size(), 1U);
+  require(204, askProvider("DELETE /v1/sandboxes/a"));
+  EXPECT_EQ(addTestCard("visa", "/sandboxes/a").code(), "no-such-sandbox");
+  EXPECT_EQ(addTestCard("visa").status, 200);
+}
+
+TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {
+  const auto card = [](const Json& fields) {
+    auto body = enteredCard();
+    body["credit_card"].update(fields);
+    return body;
+  };
+  const std::tuple<std::string, Json, int, std::string> rows[] = {
+      {"PUT /app/guest", {{"email", "nobody"}}, 422, "address-refused"},
+      {"PUT /app/guest", {{"email", 5}}, 422, "wrong-type"},
+      {"PUT /app/network", {{"on", "yes"}}, 422, "wrong-type"},
+      {"POST /app/cards", {{"test_card", "gold"}}, 422, "no-such-test-card"},
+      {"POST /app/cards", card({{"expiry_month", 12}}), 422, "wrong-type"},
+      {"POST /app/cards", card({{"pin", "1"}}), 422, "unknown-member"},
+      {"POST /app/cards", Json::object(), 422, "wrong-type"},
+      {"POST /app/cards", {{"test_card", "visa"}}, 409, "not-signed-in"},
+      {"DELETE /app/cards/crd_x", nullptr, 409, "not-signed-in"},
+      {"POST /faults", {{"operation", "fly"}, {"kind", "error"}}, 422, "fault-refused"},
+      {"POST /faults",
+       {{"operation", "createUserToken"}, {"kind", "error"}, {"times", 0}},
+       422,
+       "fault-refused"},
+      {"POST /faults", {{"operation", "fly"}}, 422, "fault-refused"},
+      {"POST /scenes", {{"name", "half-deleted"}}, 422, "scene-refused"},
+      {"GET /story?last=many", nullptr, 422, "wrong-type"},
+      {"GET /nothing", nullptr, 404, "no-such-resource"},
+      {"DELETE /reset", nullptr, 405, "method-not-allowed"},
+  };
+  for (const auto& [request, body, status, code] : rows) {
+    const auto reply = askConsole(request, body);
+    EXPECT_EQ(reply.status, status) << request;
+    EXPECT_EQ(reply.code(), code) << request;
+  }
+  EXPECT_EQ(truth()["guest"], nullptr);
+  EXPECT_EQ(truth()["faults"].size(), 0U);
+}
+
+TEST_F(ConsoleTest, TheStoryComesWhileItHappensAndTheWholeOfItAtFirst) {
+  signIn();
+  std::vector<RawClient> pages;
+  for (int i = 0; i < 8; ++i) pages.push_back(follow());
+  for (auto& page : pages) {
+    EXPECT_NE(page.receiveUntil("\"name\":\"sign in\"").find("event: story\ndata: {\"whole\":true"),
+              std::string::npos);
+    page.receiveUntil("event: truth\ndata: ");
+  }
+  ASSERT_EQ(addTestCard("visa").status, 200);
+  for (auto& page : pages) {
+    const auto news =
+        page.receiveUntil("\"what\":\"addPaymentInstrument\",\"result\":\"guest, card");
+    EXPECT_NE(news.find("{\"whole\":false"), std::string::npos);
+    // The truth may be out before the kit has replied to the app.
+    const std::string card = "\"last_four_digits\":\"1111\"";
+    if (news.find(card) == std::string::npos) page.receiveUntil(card);
+  }
+  server.reset();
+  for (auto& page : pages) page.receiveRest();
+}
+
+TEST_F(ConsoleTest, ACardThatIsTypedHereIsFoundNowhereAfterwards) {
+  auto card = sandbox::Typed("amex");
+  card.cvv = "7391";
+  signIn();
+  auto page = follow();
+  std::string replies;
+  for (const auto& holder : {std::string("Erika"), "Erika " + card.pan}) {
+    auto typed = card;
+    typed.cardHolder = holder;
+    for (const auto* request : {"POST /app/cards", "POST /faults", "POST /scenes", "PUT /app/guest",
+                                "PATCH /app/cards/crd_x"}) {
+      replies += askConsole(request, enteredCard(typed)).body;
+    }
+  }
+  replies += askConsole("PUT /app/guest", {{"email", card.pan + "@example.com"}}).body;
+  replies += askConsole("POST /scenes", {{"name", card.pan}}).body;
+  for (const auto& path : {"/" + card.pan, std::string("/choices"), std::string("/truth"),
+                           std::string("/story?last=200")}) {
+    replies += askConsole("GET " + path).body;
+  }
+  require(200, askConsole("PUT /app/network", {{"on", false}}));
+  replies += page.receiveUntil("network off");
+  for (const auto& [name, text] :
+       {std::pair("replies", replies), std::pair("log", contentOf(storePath() + ".log")),
+        std::pair("store", contentOf(storePath())),
+        std::pair("WAL", contentOf(storePath() + "-wal"))}) {
+    EXPECT_EQ(hlv::testing::CardDataSearch(card.pan, card.cvv).in(text), std::nullopt) << name;
+  }
+}
+
+TEST_F(ConsoleTest, ThePageNeedsNothingFromElsewhere) {
+  const auto page = askConsole("GET /");
+  EXPECT_TRUE(page.header("Content-Security-Policy").starts_with("default-src 'self'"));
+  for (const char* name : {"console.css", "main.js", "story.js", "diagram.js", "export.js"}) {
+    const auto* file = findPageFile(name);
+    ASSERT_NE(file, nullptr) << name;
+    EXPECT_EQ(askConsole("GET /" + std::string(name)).body, file->content);
+    EXPECT_EQ(file->content.find("https://"), std::string_view::npos) << name;
+    EXPECT_EQ(file->content.find("innerHTML"), std::string_view::npos) << name;
+  }
+}
+
+}  // namespace
+}  // namespace hlv::server

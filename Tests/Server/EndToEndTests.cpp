@@ -1,0 +1,260 @@
+// The kit over HTTP, from a guest's first card to a synchronisation.
+#include "Client/RemoteGuest.h"
+#include "Tests/Server/ServerTest.h"
+
+namespace hlv::server {
+namespace {
+
+using client::RemoteGuest;
+using sandbox::Fault;
+using EndToEnd = ServerTest;
+
+TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
+  serveAndConnect();
+  const auto [owner, first, error] = add("visa");
+  ASSERT_EQ(nameOf(error), "none");
+  EXPECT_EQ(owner, guest);
+  EXPECT_EQ(first->lastFourDigits(), "1111");
+  EXPECT_GT(length(guest->paylevenToken()), 0U);
+
+  const auto second = std::get<1>(add("mastercard", "business"));
+  ASSERT_TRUE(second);
+  EXPECT_EQ(sandbox->backendCards().size(), 2U);
+  EXPECT_EQ(sandbox->providerInstruments()[1].useCase, "business");
+  EXPECT_EQ(second->externalIdentifier(), sandbox->providerInstruments()[1].identifier);
+
+  sandbox::AddressFields address;
+  address.city = "Köln";
+  EXPECT_EQ(nameOf(std::get<2>(update(first->halvoID(), address))), "none");
+  EXPECT_EQ(sandbox->backendCards()[0].billingAddress.city, "Köln");
+
+  EXPECT_EQ(nameOf(std::get<2>(remove(second->halvoID(), "business"))), "none");
+  EXPECT_EQ(guest->creditCards()->size(), 1U);
+  EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
+
+  ASSERT_EQ(sandbox->plantInstrument(sandbox::Typed("amex")), "");
+  ASSERT_EQ(sandbox->plantInstrument(sandbox::Typed("no-identifier")), "");
+  EXPECT_TRUE(synchronize());
+  settle();
+  const auto sides = remote->sides();
+  EXPECT_EQ(nameOf(sides.error), "none");
+  EXPECT_EQ(sides.backend.size(), 1U);
+  ASSERT_EQ(sides.provider.size(), 1U);
+  EXPECT_EQ(sides.provider[0].identifier, sides.backend[0].externalIdentifier);
+
+  // Nothing of this is known any more, and yet no revision comes twice.
+  const auto known = std::dynamic_pointer_cast<RemoteGuest>(guest);
+  const auto before = known->record().revision;
+  sandbox->reset();
+  ASSERT_EQ(nameOf(remote->signIn(email)), "none");
+  EXPECT_EQ(guest->creditCards()->size(), 0U);
+  ASSERT_TRUE(std::get<1>(add("visa")));
+  EXPECT_GT(known->record().revision, before);
+}
+
+/// An error as whoever reads it sees it.
+std::string described(const ErrorPtr& error) {
+  if (!error) return "none";
+  return nameOf(error) + " " + error->localizedDescription().value_or("-") + " " +
+         error->developerMessage().value_or("-");
+}
+
+TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
+  serveAndConnect();
+  add("visa");
+  const auto embedded = sandbox->host();
+  const auto everyError = [&](const std::shared_ptr<Host>& host) {
+    std::vector<std::string> errors;
+    const auto note = [&errors](auto... results) {
+      errors.push_back(described(std::get<sizeof...(results) - 1>(std::tie(results...))));
+    };
+    const auto settled = [&] {
+      pumpUntilQuiet();
+      settle();
+    };
+    const auto api = host->apiManager();
+    const auto client = host->inAppClient();
+    const auto token = guest->paylevenToken();
+    const auto instrument = [&](const char* name) {
+      const sandbox::Typed card(name);
+      return host->makeCreditCardPaymentInstrument(card.pan, card.expiryMonth, card.expiryYear,
+                                                   card.cvv, card.cardHolder);
+    };
+    client->registerWithAPIKey("key");
+    const auto update = host->makeUpdateGuestRequestInfo();
+    api->updateCurrentGuestWithRequest(update, note), settled();
+    api->addCreditCardForGuest(guest, nullptr, note), settled();
+    for (const auto& ID : {NullableString(), NullableString(""), NullableString("crd_x/y?z")}) {
+      api->deleteCreditCardWithID(ID, guest, note), settled();
+      api->updateCreditCard(ID, {}, guest, note), settled();
+    }
+    api->fetchGuestCreditCards(nullptr, note), settled();
+    api->fetchGuestCreditCards(std::make_shared<RemoteGuest>("other@example.com"), note), settled();
+    for (const auto* card : {"declined", "visa"}) {
+      client->createUserToken(email, instrument(card), "nowhere", note), settled();
+      client->createUserToken(std::nullopt, instrument(card), "default", note), settled();
+      client->addPaymentInstrument(instrument(card), token, "default", note), settled();
+      client->addPaymentInstrument(instrument(card), "tok", std::nullopt, note), settled();
+    }
+    client->addPaymentInstrument(instrument("visa"), std::nullopt, "default", note), settled();
+    client->addPaymentInstrument(nullptr, token, "default", note), settled();
+    client->getPaymentInstrumentsList("tok_ä", "default", note), settled();
+    client->removePaymentInstrument(nullptr, "default", token, note), settled();
+    EXPECT_EQ(arm("fetchGuestCreditCards", "error", [](auto& fault) { fault.code = 4711; }), "");
+    api->fetchGuestCreditCards(guest, note), settled();
+    sandbox->setReachable(false);
+    api->fetchGuestCreditCards(guest, note), settled();
+    client->getPaymentInstrumentsList(token, "default", note), settled();
+    sandbox->setReachable(true);
+    client->registerWithAPIKey(std::nullopt);
+    client->getPaymentInstrumentsList(token, "default", note), settled();
+    client->registerWithAPIKey("key");
+    return errors;
+  };
+  const auto expected = everyError(embedded);
+  EXPECT_EQ(expected.size(), 26U);
+  EXPECT_EQ(everyError(remote), expected);
+}
+
+TEST_F(EndToEnd, TheUsualFaultsComeThrough) {
+  serveAndConnect();
+  ASSERT_EQ(arm("createUserToken", "never"), "");
+  serveImpatiently();
+  EXPECT_EQ(nameOf(std::get<2>(add("visa"))), "HLVPaymentErrorDomain 10")
+      << "the kit wraps the error of a connection that ends at the limit";
+  serve();
+  ASSERT_EQ(arm("createUserToken", "no-token"), "");
+  EXPECT_EQ(nameOf(std::get<2>(add("visa"))), "HLVArgumentErrorDomain 2");
+  ASSERT_EQ(arm("createUserToken", "twice"), "");
+  ASSERT_EQ(arm("addCreditCardForGuest", "delay", [](auto& fault) { fault.delayMilliseconds = 1; }),
+            "");
+  EXPECT_TRUE(std::get<1>(add("visa")));
+  EXPECT_EQ(sandbox->backendCards().size(), 1U);
+  ASSERT_EQ(arm("getPaymentInstrumentsList", "no-list"), "");
+  const auto [list, error] = only<sandbox::ListAnswer>([&](auto completion) {
+    provider->getPaymentInstrumentsList(guest->paylevenToken(), "default", completion);
+  });
+  EXPECT_FALSE(list);
+  EXPECT_EQ(nameOf(error), "none");
+}
+
+TEST_F(EndToEnd, EveryFaultOfAReplyMeetsItsBytes) {
+  serve();
+  const auto bytesOf = [this](const Json& members) {
+    Json fault = {{"operation", "fetchGuestCreditCards"}};
+    fault.update(members);
+    require(200, askProvider("POST /v1/sandbox/faults", fault));
+    RawClient client(portOf(server->backendURL()));
+    client.send(requestOf("GET " + guestPath() + "/cards", "", "Connection: close\r\n"));
+    return client.receiveRest().bytes;
+  };
+  const auto whole = bytesOf({{"kind", "delay"}, {"delay_ms", 1}});
+  const auto size = whole.size();
+  EXPECT_TRUE(whole.starts_with("HTTP/1.1 200 "));
+  const std::tuple<Json, std::size_t, std::string> rows[] = {
+      {{{"kind", "slow"}, {"bytes_per_second", 1'000'000}}, size, "HTTP/1.1 200 "},
+      {{{"kind", "twice"}}, 2 * size, "HTTP/1.1 200 "},
+      {{{"kind", "cut"}, {"bytes", 15}}, 15, "HTTP/1.1 200 OK"},
+      {{{"kind", "cut"}, {"bytes", 0}}, 0, ""},
+      {{{"kind", "reset"}}, size / 2, "HTTP/1.1 200 "},
+      {{{"kind", "refused"}}, 0, ""},
+  };
+  for (const auto& [fault, count, begin] : rows) {
+    const auto bytes = bytesOf(fault);
+    EXPECT_EQ(bytes.size(), count) << fault;
+    EXPECT_TRUE(bytes.starts_with(begin)) << fault;
+  }
+  EXPECT_FALSE(bytesOf({{"kind", "garbage"}}).starts_with("HTTP/"));
+  for (const auto* kind : {"stalled", "never"}) {
+    ASSERT_EQ(arm("fetchGuestCreditCards", kind), "");
+    serveImpatiently();
+    RawClient client(portOf(server->backendURL()));
+    client.send(requestOf("GET " + guestPath() + "/cards"));
+    EXPECT_LE(client.receiveRest().bytes.size(), size / 2) << kind;
+    serve();
+  }
+  const auto refused = bytesOf(
+      {{"kind", "error"}, {"code", 1234}, {"status", 429}, {"headers", {{"Retry-After", "3"}}}});
+  EXPECT_TRUE(refused.starts_with("HTTP/1.1 429 "));
+  EXPECT_NE(refused.find("\r\nRetry-After: 3\r\n"), std::string::npos);
+  EXPECT_NE(refused.find("\"number\":1234"), std::string::npos);
+}
+
+TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
+  serveAndConnect();
+  add("visa");
+  const auto tester = remote->tester();
+  Fault fault;
+  fault.operation = sandbox::Operation::listInstruments;
+  fault.kind = sandbox::FaultKind::delay;
+  fault.remaining = std::nullopt;
+  fault.delayMilliseconds = 1;
+  fault.probability = 50;
+  fault.useCase = "private";
+  EXPECT_EQ(tester->arm(fault), "");
+  EXPECT_EQ(tester->arm(fault), "");
+  ASSERT_EQ(tester->armed().size(), 2U);
+  EXPECT_EQ(tester->armed(), sandbox->faults().armed());
+  const auto first = tester->armed().front();
+  const auto second = tester->armed().back();
+  auto changed = first;
+  changed.kind = sandbox::FaultKind::noList;
+  EXPECT_EQ(tester->changeFault(first.number, changed), changed);
+  EXPECT_EQ(tester->fault(first.number), changed);
+  EXPECT_EQ(tester->fault(second.number), second) << "the others stay";
+  tester->removeFault(first.number);
+  EXPECT_EQ(sandbox->faults().armed(), std::vector{second});
+  const auto one = "/v1/sandbox/faults/" + std::to_string(first.number);
+  for (const auto* method : {"GET ", "DELETE ", "PATCH "}) {
+    const bool hasBody = method == std::string("PATCH ");
+    EXPECT_EQ(askProvider(method + one, hasBody ? Json::object() : Json()).code(), "no-such-fault");
+  }
+  fault.kind = sandbox::FaultKind::noToken;
+  EXPECT_EQ(tester->arm(fault), sandbox->faults().arm(fault));
+  tester->clearFaults();
+
+  ASSERT_EQ(arm("fetchGuestCreditCards", "error"), "");
+  EXPECT_EQ(remote->sides().backend.size(), 1U) << "to look is no call of a service";
+  EXPECT_EQ(askBackend("GET " + guestPath() + "/cards").status, 500);
+  ASSERT_EQ(tester->firings().size(), 1U);
+  EXPECT_EQ(tester->firings()[0].operation, sandbox::Operation::fetchCards);
+  EXPECT_EQ(tester->makeScene("same-card-twice"), "");
+  EXPECT_EQ(tester->plantInstrument(sandbox::Typed("amex")), "");
+  EXPECT_EQ(remote->sides().provider.size(), 3U);
+  EXPECT_EQ(tester->makeScene("x"), sandbox->makeScene("x"));
+  server.reset();
+  EXPECT_NE(tester->makeScene("lost-token"), "");
+  EXPECT_THROW(tester->armed(), client::ClientError);
+}
+
+TEST_F(EndToEnd, OneServerAtATimeListensToThisMachineUnlessTheWordIsGiven) {
+  serve();
+  const auto files = contentOf(storePath() + ".sandboxes/registry.sqlite");
+  const auto second = Server::open(options());
+  ASSERT_FALSE(second);
+  EXPECT_NE(second.problem().find("Another server works on the store"), std::string::npos);
+  EXPECT_EQ(contentOf(storePath() + ".sandboxes/registry.sqlite"), files);
+  EXPECT_EQ(askBackend("GET " + guestPath()).status, 200) << "the first one goes on";
+
+  auto other = options();
+  other.storePath = path("other");
+  for (const char* address : {"0.0.0.0", "localhost", ""}) {
+    other.listening.address = address;
+    EXPECT_FALSE(Server::open(other)) << address;
+  }
+  other.listening.address = "0.0.0.0";
+  other.listening.beyondThisMachine = true;
+  EXPECT_TRUE(Server::open(other));
+  other.backendPort = portOf(server->backendURL());
+  other.listening.address = "127.0.0.1";
+  EXPECT_FALSE(Server::open(other)) << "the port is taken";
+
+  const std::string urls[] = {server->backendURL(), server->providerURL(), server->consoleURL()};
+  serve();
+  EXPECT_EQ(urls[0], server->backendURL()) << "found again where it was";
+  EXPECT_EQ(urls[1], server->providerURL());
+  EXPECT_EQ(urls[2], server->consoleURL());
+}
+
+}  // namespace
+}  // namespace hlv::server

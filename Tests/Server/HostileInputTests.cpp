@@ -1,0 +1,264 @@
+// What anybody may send.
+#include <sys/resource.h>
+
+#include <csignal>
+
+#include "Sandbox/Logging/MaskedText.h"
+#include "Tests/Server/ServerTest.h"
+
+namespace hlv::server {
+namespace {
+
+const std::string PAN = "4111111111111111";
+
+struct Row {
+  std::string request;
+  std::string body;
+  int status;
+  std::string code;
+  std::string headers = {};
+};
+
+class HostileInput : public ServerTest {
+ protected:
+  HostileInput() {
+    serveAndConnect();
+    add("visa");
+    ID_ = sandbox->backendCards().at(0).halvoID;
+    token_ = guest->paylevenToken().value();
+  }
+
+  /// Everything that both services keep.
+  std::string kept() const {
+    auto all = askBackend("GET " + guestPath()).body;
+    for (const auto& instrument : sandbox->providerInstruments()) {
+      all += instrument.identifier.value_or("-") + instrument.useCase;
+    }
+    return all + sandbox->signedInEmail().value_or("-");
+  }
+
+  void refuses(const std::string& url, const std::vector<Row>& rows) {
+    const auto before = kept();
+    for (const auto& row : rows) {
+      const auto reply = testing::ask(portOf(url), row.request, row.body, row.headers);
+      const auto shown = sandbox::maskedText(row.request.substr(0, 60)) + " -> " + reply.code();
+      EXPECT_EQ(reply.status, row.status) << shown;
+      EXPECT_EQ(reply.code(), row.code) << shown;
+      EXPECT_TRUE(reply.header("X-Request-Id").starts_with("req_")) << shown;
+      EXPECT_EQ(reply.body.find(PAN), std::string::npos) << "a number came back";
+    }
+    EXPECT_EQ(kept(), before);
+  }
+
+  static std::string changed(const std::function<void(Json&)>& change) {
+    auto body = newCard();
+    change(body);
+    return body.dump();
+  }
+
+  std::string ID_;
+  std::string token_;
+};
+
+TEST_F(HostileInput, TheBackendRefusesWhatItCannotTakeAndChangesNothing) {
+  const auto cards = "POST " + guestPath() + "/cards";
+  const auto card = guestPath() + "/cards/" + ID_;
+  const auto in = [](const char* key, Json value) {
+    return changed([&](Json& body) { body["credit_card"][key] = value; });
+  };
+  std::vector<Row> rows = {
+      {cards, "", 415, "unsupported-media-type"},
+      {cards, "{", 400, "malformed-json"},
+      {cards, std::string(60'000, '['), 400, "malformed-json"},
+      {cards, "{\"a\": 1e999}", 400, "malformed-json"},
+      {cards, "[]", 422, "wrong-type"},
+      {cards, "{\"credit_card\": {}, \"provider\": 0}", 400, "invalid-request"},
+      {cards, changed([](auto& body) { body["provider"] = "0"; }), 422, "wrong-type"},
+      {cards, changed([](auto& body) { body["provider"] = 1; }), 400, "invalid-request"},
+      {cards, changed([](auto& body) { body.erase("provider"); }), 422, "wrong-type"},
+      {cards, changed([](auto& body) { body["pan"] = 1; }), 422, "unknown-member"},
+      {cards, in("cvv", "123"), 422, "unknown-member"},
+      {cards, in("brand", nullptr), 422, "wrong-type"},
+      {cards, in("last_four_digits", "11a1"), 400, "invalid-request"},
+      {cards, in("use_case", "theirs"), 400, "invalid-request"},
+      {cards, in("card_holder", "no " + PAN), 422, "card-number-refused"},
+      {cards, in("external_identifier", "4111 1111 1111 1111"), 422, "card-number-refused"},
+      {cards, in("card_holder", std::string("a\0b", 3)), 422, "unreadable-text"},
+      {cards, in("card_holder", std::string(2'000, 'a')), 422, "unreadable-text"},
+      {cards, in("billing_address", "Berlin"), 422, "wrong-type"},
+      {cards, in("billing_address", {{"city", 1}}), 422, "wrong-type"},
+      {cards, in("billing_address", {{"planet", "x"}}), 422, "unknown-member"},
+      {"POST /v1/guests/other@example.com/cards", newCard().dump(), 404, "unknown-guest"},
+      {"PATCH " + card, "{\"city\": null}", 422, "wrong-type"},
+      {"PATCH " + card, "{\"city\": \"" + PAN + "\"}", 422, "card-number-refused"},
+      {"PATCH " + guestPath() + "/cards/none", "{}", 404, "unknown-card"},
+      {"PATCH " + guestPath(), "{\"payment_token\": 1}", 422, "wrong-type"},
+      {"PATCH " + guestPath(), "{\"payment_token\": null}", 400, "invalid-request"},
+      {"PATCH " + guestPath(), "{\"payment_token\": \"" + PAN + "\"}", 422, "card-number-refused"},
+      {"PATCH /v1/guests/other@example.com", "{\"payment_token\": \"t\"}", 404, "unknown-guest"},
+      {"DELETE " + guestPath() + "/cards/" + PAN, "", 404, "unknown-card"},
+      {"DELETE " + guestPath() + "/cards/%27%20OR%201=1", "", 404, "unknown-card"},
+      {"GET /v1/guests/other@example.com", "", 404, "unknown-guest"},
+      {"PUT /v1/guests/nobody", "", 400, "invalid-request"},
+      {"PUT /v1/guests/" + PAN + "@example.com", "", 400, "invalid-request"},
+      {"PUT /v1/guests/a%00@example.com", "", 400, "malformed-request"},
+      {"PUT /v1/guests/%ff@example.com", "", 400, "malformed-request"},
+      {"PUT /v1/guests/a@b/../c@d", "", 404, "no-such-resource"},
+  };
+  refuses(server->backendURL(), rows);
+}
+
+TEST_F(HostileInput, TheProviderRefusesWhatItCannotTakeAndChangesNothing) {
+  const std::string key = "X-API-Key: key\r\n";
+  const auto list = "/v1/users/" + token_ + "/instruments";
+  const auto with = [](const char* member, const Json& value) {
+    Json card = {{"number", PAN},
+                 {"expiry_month", "12"},
+                 {"expiry_year", "2035"},
+                 {"security_code", "123"},
+                 {"card_holder", "A Guest"}};
+    card[member] = value;
+    return Json{{"email", "guest@example.com"}, {"use_case", "default"}, {"credit_card", card}};
+  };
+  const auto good = with("number", PAN).dump();
+  auto numberAsAddress = with("number", PAN);
+  numberAsAddress["email"] = PAN + "@example.com";
+  auto nestedDeeply = with("number", PAN);
+  for (int i = 0; i < 10; ++i) nestedDeeply = {{"credit_card", nestedDeeply}};
+  const std::vector<Row> rows = {
+      {"POST /v1/users", good, 401, "not-registered", ""},
+      {"POST /v1/users", good, 401, "not-registered", "X-API-Key:\r\n"},
+      {"GET /none", "", 404, "no-such-resource", key},
+      {"POST /v1/users", "{}", 422, "wrong-type", key},
+      {"POST /v1/users", "\"" + PAN + "\"", 422, "wrong-type", key},
+      {"POST /v1/users", PAN + "x", 400, "malformed-json", key},
+      {"POST /v1/users", nestedDeeply.dump(), 400, "malformed-json", key},
+      {"POST /v1/users", numberAsAddress.dump(), 422, "card-number-refused", key},
+      {"POST /v1/users", with("number", 4).dump(), 422, "wrong-type", key},
+      {"POST /v1/users", with("number", "4111111111111112").dump(), 422, "malformed-card", key},
+      {"POST /v1/users", with("number", "4000000000000002").dump(), 422, "card-declined", key},
+      {"POST /v1/users", with("expiry_year", "1999").dump(), 422, "malformed-card", key},
+      {"POST /v1/users", with("pin", "1").dump(), 422, "unknown-member", key},
+      {"POST " + list + "?use_case=default", good, 422, "unknown-member", key},
+      {"GET " + list, "", 422, "unknown-use-case", key},
+      {"GET " + list + "?use_case=" + PAN, "", 422, "unknown-use-case", key},
+      {"GET /v1/users/" + PAN + "/instruments?use_case=default", "", 404, "unknown-token", key},
+      {"DELETE " + list + "/none?use_case=default", "", 404, "instrument-gone", key},
+      {"DELETE " + list + "/none", "", 422, "unknown-use-case", key},
+  };
+  refuses(server->providerURL(), rows);
+}
+
+TEST_F(HostileInput, ControlAndSandboxesTakeNothingElse) {
+  const std::string key = "X-API-Key: key\r\n";
+  const std::string faults = "POST /v1/sandbox/faults";
+  const auto created = require(201, askProvider("POST /v1/sandboxes", {{"id", "a"}}));
+  require(201, askProvider("POST /v1/sandboxes", {{"id", "due"}, {"ttl_seconds", 60}}));
+  std::vector<Row> rows = {
+      {faults, R"({"operation": "fly", "kind": "error"})", 422, "fault-refused"},
+      {faults, R"({"operation": "createUserToken", "kind": "x"})", 422, "fault-refused"},
+      {faults, R"({"operation": "createUserToken", "kind": "error", "times": 0})", 422,
+       "fault-refused"},
+      {faults, R"({"operation": "createUserToken", "kind": "error", "status": 200})", 422,
+       "fault-refused"},
+      {faults, R"({"operation": "createUserToken", "kind": "error", "times": 1.5})", 422,
+       "wrong-type"},
+      {"PATCH /v1/sandbox/faults/x", "{}", 404, "no-such-fault"},
+      {"POST /v1/sandbox/scenes", R"({"name": "x"})", 422, "scene-refused"},
+      {"POST /v1/sandbox/scenes", R"({"name": "lost-token", "guest": "x@y"})", 404,
+       "unknown-guest"},
+      {"GET /v1/sandbox/sides?guest=" + PAN, "", 404, "unknown-guest"},
+      {"PUT /v1/sandbox/clock", R"({"now": "2001-01-01T00:00:00Z"})", 422, "clock-backwards"},
+      {"PUT /v1/sandbox/clock", R"({"advance_seconds": -1})", 422, "clock-backwards"},
+      {"PUT /v1/sandbox/clock", R"({"now": "tomorrow"})", 422, "wrong-type"},
+      {"PUT /v1/sandbox/clock", "{}", 422, "wrong-type"},
+      {"PUT /v1/sandbox/network", R"({"on": "yes"})", 422, "wrong-type"},
+      {"POST /v1/sandbox/restore", R"({"snapshot": "snp_none"})", 404, "no-such-snapshot"},
+      {"GET /v1/sandbox/requests?limit=-1", "", 422, "wrong-type"},
+      {"GET /v1/sandbox/requests/" + PAN, "", 404, "no-such-request"},
+      {"POST /v1/sandboxes", R"({"id": "a"})", 409, "sandbox-exists"},
+      {"PUT /v1/sandboxes/a", "", 409, "sandbox-exists"},
+      {"PUT /v1/sandboxes/default", "", 409, "sandbox-exists"},
+      {"PUT /v1/sandboxes/" + PAN, "", 422, "invalid-id"},
+      {"PUT /v1/sandboxes/b", R"({"id": "c"})", 422, "invalid-id"},
+      {"POST /v1/sandboxes", R"({"id": "../a"})", 422, "invalid-id"},
+      {"POST /v1/sandboxes", R"({"clock": "2001-01-01T00:00:00Z"})", 422, "clock-backwards"},
+      {"POST /v1/sandboxes", R"({"snapshot": "../../store"})", 404, "no-such-snapshot"},
+      {"POST /v1/sandboxes", R"({"ttl_seconds": 0})", 422, "invalid-time-to-live"},
+      {"POST /v1/sandboxes", R"({"seed": -1})", 422, "wrong-type"},
+      {"POST /v1/sandboxes", R"({"name": "x"})", 422, "unknown-member"},
+      {"GET /v1/sandboxes?limit=0", "", 422, "wrong-type"},
+      {"DELETE /v1/sandboxes/default", "", 409, "default-sandbox"},
+      {"DELETE /v1/sandboxes/none", "", 404, "no-such-sandbox"},
+      {"DELETE /v1/snapshots/none", "", 404, "no-such-snapshot"},
+      {"GET /sandboxes/none/v1/sandbox", "", 404, "no-such-sandbox"},
+      {"GET /sandboxes/" + PAN + "/v1/sandbox", "", 404, "no-such-sandbox"},
+      {"GET /sandboxes/a/v1/sandboxes", "", 404, "no-such-resource"},
+      {"GET /sandboxes//v1/sandbox", "", 404, "no-such-sandbox"},
+      {"DELETE /v1/sandbox", "", 405, "method-not-allowed"},
+  };
+  for (auto& row : rows) row.headers = key;
+  refuses(server->providerURL(), rows);
+  const auto none = askBackend("GET /sandboxes/none" + guestPath());
+  EXPECT_EQ(require(404, none)["error"]["message"], "There is no sandbox of this name.");
+  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes"))["sandboxes"].size(), 3U);
+  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes/a"))["created"], created["created"]);
+}
+
+/// Beyond this size files do not grow, as on a disk that is full.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t size) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit full{size, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &full);
+  }
+  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+TEST_F(HostileInput, ADiskThatIsFullIsTheServersFaultAndLosesNothing) {
+  require(201, askProvider("PUT /v1/sandboxes/a"));
+  const auto before = kept();
+  const std::pair<std::string, Json> rows[] = {
+      {"POST /v1/users", newUser("visa", "new@example.com")},
+      {"POST /v1/users/" + token_ + "/instruments?use_case=default", enteredCard()},
+      {"POST /v1/sandbox/faults", {{"operation", "createUserToken"}, {"kind", "error"}}},
+      {"POST /v1/sandbox/scenes", {{"name", "lost-token"}, {"guest", email}}},
+      {"POST /v1/sandbox/reset", Json::object()},
+      {"POST /v1/sandbox/snapshots", Json::object()},
+      {"PUT /v1/sandbox/clock", {{"advance_seconds", 1}}},
+      {"PUT /v1/sandbox/network", {{"on", false}}},
+      {"POST /v1/sandboxes", Json::object()},
+      {"POST /v1/sandboxes", {{"id", "b"}}},
+      {"DELETE /v1/sandboxes/a", nullptr},
+  };
+  std::vector<Response> replies;
+  {
+    const FullDisk full(4096);
+    for (const auto& [request, body] : rows) replies.push_back(askProvider(request, body));
+    replies.push_back(askBackend("POST " + guestPath() + "/cards", newCard(), keyHeader("a")));
+    replies.push_back(askBackend("PUT " + guestPath("new@example.com")));
+    replies.push_back(askConsole("PUT /app/guest", {{"email", email}}));
+    EXPECT_EQ(kept(), before);
+  }
+  for (std::size_t i = 0; i < replies.size(); ++i) {
+    EXPECT_EQ(replies[i].status, 507) << (i < std::size(rows) ? rows[i].first : "") << " " << i;
+    EXPECT_EQ(replies[i].code(), "store-failed") << i;
+  }
+  EXPECT_EQ(kept(), before);
+  require(201, askBackend("POST " + guestPath() + "/cards", newCard(), keyHeader("a")));
+  require(200, askProvider("GET /v1/sandboxes/a"));
+  require(201, askProvider("PUT /v1/sandboxes/b"));
+  serve();
+  require(200, askProvider("GET /v1/sandboxes/a"));
+  require(200, askProvider("GET /v1/sandboxes/b"));
+}
+
+}  // namespace
+}  // namespace hlv::server

@@ -1,0 +1,224 @@
+// Sandboxes of one server: each is a world of its own.
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "Tests/Server/ServerTest.h"
+
+namespace hlv::server {
+namespace {
+
+class ManySandboxes : public ServerTest {
+ protected:
+  Json create(const Json& wanted) {
+    return require(201, askProvider("POST /v1/sandboxes", wanted));
+  }
+  /// A guest with a token, who has one card at both sides. Returns what both sides made up.
+  std::string live(const std::string& in) {
+    require(200, askBackend("PUT " + in + guestPath()));
+    const auto user = require(201, askProvider("POST " + in + "/v1/users", newUser()));
+    const auto card = require(201, askBackend("POST " + in + guestPath() + "/cards", newCard()));
+    return user["token"].get<std::string>() + card["credit_card"]["id"].get<std::string>();
+  }
+  Json guestIn(const std::string& in) { return bodyOf(askBackend("GET " + in + guestPath())); }
+};
+
+TEST_F(ManySandboxes, AreCreatedAsAskedAndShareNothing) {
+  serve();
+  const auto made = create({{"id", "a"},
+                            {"seed", 18'446'744'073'709'551'615U},
+                            {"clock", "2033-01-31T00:00:00Z"},
+                            {"ttl_seconds", 3'600},
+                            {"in_memory", true}});
+  EXPECT_EQ(made["id"], "a");
+  EXPECT_EQ(made["seed"], 18'446'744'073'709'551'615U);
+  EXPECT_TRUE(made["clock"].get<std::string>().starts_with("2033-01-31T00:"));
+  EXPECT_EQ(made["in_memory"], true);
+  EXPECT_GT(made["expires"], made["created"]);
+  EXPECT_EQ(made["guests"], 0);
+  EXPECT_EQ(made["urls"]["backend"], server->backendURL() + "/sandboxes/a");
+  EXPECT_EQ(made["urls"]["control"], server->providerURL() + "/sandboxes/a/v1/sandbox");
+  const auto usual = require(201, askProvider("PUT /v1/sandboxes/b", {{"seed", 7}}));
+  EXPECT_EQ(usual["in_memory"], false);
+  EXPECT_EQ(usual["expires"], nullptr);
+  EXPECT_TRUE(create(Json::object())["id"].get<std::string>().starts_with("sbx_"));
+
+  const auto lived = live("/sandboxes/b");
+  EXPECT_EQ(askBackend("GET /sandboxes/a" + guestPath()).code(), "unknown-guest");
+  EXPECT_EQ(guestIn("")["credit_cards"].size(), 0U);
+  EXPECT_EQ(guestIn("/sandboxes/default"), guestIn(""));
+  for (const bool inMemory : {true, false}) {
+    const auto in = inMemory ? "c" : "d";
+    create({{"id", in}, {"seed", 7}, {"in_memory", inMemory}});
+    EXPECT_EQ(live(std::string("/sandboxes/") + in), lived) << "the same seed";
+  }
+
+  const Json fault = {{"operation", "fetchGuestCreditCards"}, {"kind", "error"}};
+  require(200, askProvider("POST /sandboxes/b/v1/sandbox/faults", fault));
+  require(200, askProvider("PUT /sandboxes/c/v1/sandbox/network", {{"on", false}}));
+  const auto cardsIn = [&](const std::string& in) {
+    return askBackend("GET /sandboxes/" + in + guestPath() + "/cards").status;
+  };
+  EXPECT_EQ(cardsIn("d"), 200);
+  EXPECT_EQ(cardsIn("c"), 503);
+  EXPECT_EQ(cardsIn("b"), 500);
+  EXPECT_EQ(
+      bodyOf(askProvider("GET /sandboxes/d/v1/sandbox/requests?path=/v1/users"))["requests"].size(),
+      1U);
+  EXPECT_EQ(require(200, askProvider("POST /v1/sandboxes/c/reset", Json::object()))["guests"], 0);
+  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes/b"))["guests"], 1);
+
+  require(204, askProvider("DELETE /v1/sandboxes/b"));
+  EXPECT_EQ(askBackend("GET /sandboxes/b" + guestPath()).code(), "no-such-sandbox");
+  create({{"id", "b"}});
+  EXPECT_EQ(askBackend("GET /sandboxes/b" + guestPath()).code(), "unknown-guest") << "a new one";
+
+  std::vector<std::string> listed;
+  for (Json next = ""; !next.is_null() && listed.size() < 10;) {
+    const auto page =
+        require(200, askProvider("GET /v1/sandboxes?limit=2&after=" + next.get<std::string>()));
+    EXPECT_LE(page["sandboxes"].size(), 2U);
+    for (const auto& each : page["sandboxes"]) listed.push_back(each["id"]);
+    next = page["next"];
+  }
+  ASSERT_EQ(listed.size(), 6U);
+  EXPECT_TRUE(std::is_sorted(listed.begin(), listed.end()));
+}
+
+TEST_F(ManySandboxes, GoBackToASnapshot) {
+  serve();
+  create({{"id", "a"}});
+  const std::string in = "/sandboxes/a";
+  live(in);
+  const auto snapshot =
+      require(201, askProvider("POST " + in + "/v1/sandbox/snapshots", Json::object()));
+  EXPECT_EQ(snapshot["sandbox"], "a");
+  const Json wanted = {{"snapshot", snapshot["snapshot"]}};
+  const auto session = require(200, askBackend("PUT " + in + guestPath("x@y")))["session"];
+  require(201, askBackend("POST " + in + guestPath() + "/cards", newCard("ins_y")));
+  const auto later = guestIn(in);
+  EXPECT_EQ(later["credit_cards"].size(), 2U);
+
+  EXPECT_EQ(require(200, askProvider("POST " + in + "/v1/sandbox/restore", wanted))["guests"], 1);
+  EXPECT_EQ(guestIn(in)["credit_cards"].size(), 1U);
+  EXPECT_GT(guestIn(in)["revision"], later["revision"]) << "it never goes back";
+  EXPECT_EQ(askBackend("GET " + in + guestPath("x@y"), nullptr,
+                       "Authorization: Bearer " + session.get<std::string>() + "\r\n")
+                .status,
+            401);
+  const auto log = require(200, askProvider("GET " + in + "/v1/sandbox/requests"));
+  EXPECT_EQ(log["gaps"].size(), 0U);
+  const auto has = [&](const std::string& path) {
+    return std::any_of(log["requests"].begin(), log["requests"].end(),
+                       [&](const auto& each) { return each["path"] == in + path; });
+  };
+  EXPECT_TRUE(has(guestPath("x@y"))) << "it is kept, whatever happened to the rest";
+  EXPECT_TRUE(has("/v1/sandbox/restore"));
+
+  for (const bool inMemory : {true, false}) {
+    const auto id = inMemory ? "m" : "f";
+    EXPECT_EQ(
+        create({{"id", id}, {"snapshot", wanted["snapshot"]}, {"in_memory", inMemory}})["guests"],
+        1);
+    const auto other = "/sandboxes/" + std::string(id);
+    EXPECT_EQ(guestIn(other)["credit_cards"], guestIn(in)["credit_cards"]);
+    const auto own = require(200, askProvider("GET " + other + "/v1/sandbox/requests"));
+    EXPECT_EQ(own["gaps"].size(), 0U);
+    for (const auto& each : own["requests"]) {
+      EXPECT_TRUE(each["path"].get<std::string>().starts_with(other)) << each["path"];
+    }
+  }
+
+  const auto file =
+      storePath() + ".sandboxes/snapshots/" + snapshot["snapshot"].get<std::string>() + ".sqlite";
+  SQLite::Database(file, SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 1");
+  const auto before = guestIn(in);
+  for (const auto& refused : {askProvider("POST " + in + "/v1/sandbox/restore", wanted),
+                              askProvider("POST /v1/sandboxes", wanted)}) {
+    EXPECT_EQ(require(409, refused)["error"]["code"], "snapshot-version");
+    EXPECT_EQ(refused.body.find(storePath()), std::string::npos) << "a path of the server's";
+  }
+  EXPECT_EQ(guestIn(in), before);
+  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes"))["sandboxes"].size(), 4U);
+  require(204, askProvider("DELETE /v1/snapshots/" + snapshot["snapshot"].get<std::string>()));
+  EXPECT_EQ(require(200, askProvider("GET /v1/snapshots"))["snapshots"].size(), 0U);
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(ManySandboxes, CardsExpireByTheirOwnClock) {
+  serve();
+  create({{"id", "a"}});
+  const std::string in = "/sandboxes/a";
+  live(in);
+  const auto use = [&](const std::string& who) {
+    return askProvider("POST " + in + "/v1/users", newUser("visa", who));
+  };
+  const auto state = [&] {
+    const auto sides = require(200, askProvider("GET " + in + "/v1/sandbox/sides?guest=" + email));
+    return sides["instruments"][0]["state"];
+  };
+  EXPECT_EQ(use("x@y").status, 201);
+  const auto usable = state();
+  const auto clock = "PUT " + in + "/v1/sandbox/clock";
+  const auto now = require(200, askProvider(clock, {{"now", "2099-12-31T00:00:00Z"}}))["now"];
+  EXPECT_TRUE(now.get<std::string>().starts_with("2099-12-31T00:"));
+  EXPECT_EQ(use("z@y").code(), "malformed-card");
+  EXPECT_NE(state(), usable);
+  EXPECT_GT(require(200, askProvider(clock, {{"advance_seconds", 86'400}}))["now"], now);
+  EXPECT_EQ(askProvider("POST /v1/users", newUser()).status, 201) << "elsewhere it is another day";
+  require(200, askProvider("POST " + in + "/v1/sandbox/reset", Json::object()));
+  require(200, askBackend("PUT " + in + guestPath()));
+  EXPECT_EQ(use("z@y").status, 201);
+}
+
+TEST_F(ManySandboxes, NeedFewDescriptorsAndAreFoundAgain) {
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit few{128, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  serve();
+  constexpr int count = 300;
+  const auto name = [](int number) { return "s" + std::to_string(number); };
+  for (int i = 0; i < count; ++i) {
+    require(201, askProvider("PUT /v1/sandboxes/" + name(i)));
+    require(200, askBackend("PUT /sandboxes/" + name(i) + guestPath(name(i) + "@x")));
+  }
+  create({{"id", "memory"}, {"in_memory", true}});
+  create({{"id", "due"}, {"ttl_seconds", 3'600}});
+  for (const bool restarts : {false, true}) {
+    if (restarts) {
+      server.reset();
+      SQLite::Database(storePath() + ".sandboxes/registry.sqlite", SQLite::OPEN_READWRITE)
+          .exec("UPDATE sandboxes SET expires = 1 WHERE expires IS NOT NULL");
+      serve();
+    }
+    for (int i = 0; i < count; i += restarts ? 1 : 10) {
+      EXPECT_EQ(askBackend("GET /sandboxes/" + name(i) + guestPath(name(i) + "@x")).status, 200)
+          << i;
+    }
+  }
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  for (const auto* gone : {"memory", "due"}) {
+    EXPECT_EQ(askProvider(std::string("GET /v1/sandboxes/") + gone).code(), "no-such-sandbox");
+  }
+}
+
+TEST_F(ManySandboxes, ATestHasOneOfItsOwn) {
+  serve();
+  {
+    const auto first = client::TestSandbox::create(server->providerURL());
+    const auto second = client::TestSandbox::create(server->providerURL());
+    first.signIn(email), second.signIn(email);
+    const auto in = first.backendURL().substr(server->backendURL().size());
+    require(201, askBackend("POST " + in + guestPath() + "/cards", newCard()));
+    EXPECT_EQ(first.host()->sides().backend.size(), 1U);
+    EXPECT_EQ(second.host()->sides().backend.size(), 0U);
+    EXPECT_EQ(client::SandboxClient(server->providerURL()).list().size(), 3U);
+  }
+  EXPECT_EQ(client::SandboxClient(server->providerURL()).list().size(), 1U);
+}
+
+}  // namespace
+}  // namespace hlv::server

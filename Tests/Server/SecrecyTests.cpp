@@ -1,0 +1,66 @@
+// No card data in what the server leaves or replies.
+#include "Tests/Secrecy/CardDataSearch.h"
+#include "Tests/Server/ServerTest.h"
+
+namespace hlv::server {
+namespace {
+
+using Secrecy = ServerTest;
+
+TEST_F(Secrecy, ACardGoesOverTheWireAndIsFoundNowhereAfterwards) {
+  ::testing::internal::CaptureStdout();
+  ::testing::internal::CaptureStderr();
+  auto card = sandbox::Typed("amex");
+  card.cvv = "7391";
+  // In a field of its own, where people type it by mistake.
+  card.cardHolder = "A Guest " + card.pan;
+  std::string replies;
+  serveAndConnect();
+  ASSERT_EQ(nameOf(std::get<2>(add(card))), "none");
+  ASSERT_EQ(arm("addPaymentInstrument", "error"), "");
+  replies += std::get<2>(add(card))->developerMessage().value_or("");
+  const auto body = newUser(card).dump();
+  const auto spaced =
+      card.pan.substr(0, 4) + "%20" + card.pan.substr(4, 6) + "%2d+" + card.pan.substr(10);
+  for (const auto& sent : {body, body + "}", "[" + body + "]"}) {
+    for (const auto& url : {server->backendURL(), server->providerURL()}) {
+      for (const auto& request :
+           {std::string("POST /v1/users"), "PATCH " + guestPath(), "POST " + guestPath() + "/cards",
+            "PUT /v1/guests/" + card.pan, "GET /v1/users/tok/instruments?use_case=" + card.pan,
+            "DELETE /" + card.pan + "?number=" + spaced, "GET /sandboxes/" + spaced + "/v1/sandbox",
+            "PUT /v1/sandboxes/" + card.pan, card.pan + " /"}) {
+        const auto reply =
+            testing::ask(portOf(url), request, sent, "X-API-Key: key\r\n" + keyHeader(card.pan));
+        replies += reply.head + reply.body;
+      }
+    }
+  }
+  for (const auto* request : {"requests", "har", "firings", "sides"}) {
+    replies += askProvider(std::string("GET /v1/sandbox/") + request).body;
+  }
+  EXPECT_GT(bodyOf(askProvider("GET /v1/sandbox/requests"))["requests"].size(), 50U);
+  ASSERT_GT(replies.size(), 10'000U);
+  std::string journal;
+  for (const auto& side : {sandbox, local}) {
+    for (const auto& operation : side->journal().last(1000)) {
+      for (const auto& event : operation.events) journal += event.what + " " + event.result + "\n";
+    }
+  }
+  const std::pair<std::string, std::string> places[] = {
+      {"replies", replies},
+      {"journal", journal},
+      {"log", contentOf(storePath() + ".log") + contentOf(path("local") + ".log")},
+      {"store", contentOf(storePath()) + contentOf(path("local"))},
+      {"WAL", contentOf(storePath() + "-wal") + contentOf(path("local") + "-wal")},
+      {"registry", contentOf(storePath() + ".sandboxes/registry.sqlite") +
+                       contentOf(storePath() + ".sandboxes/registry.sqlite-wal")},
+      {"stdout", ::testing::internal::GetCapturedStdout()},
+      {"stderr", ::testing::internal::GetCapturedStderr()},
+  };
+  for (const auto& [name, text] : places) {
+    EXPECT_EQ(hlv::testing::CardDataSearch(card.pan, card.cvv).in(text), std::nullopt) << name;
+  }
+}
+
+}  // namespace
+}  // namespace hlv::server

@@ -1,0 +1,98 @@
+// A server in this process, and the kit over a host that speaks to it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <tuple>
+
+#include "Client/Sandboxes.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
+#include "Server/Server.h"
+#include "Tests/Sandbox/SandboxTest.h"
+#include "Tests/Server/RawClient.h"
+
+namespace hlv::server {
+
+using sandbox::nameOf;
+using testing::RawClient;
+using testing::requestOf;
+using Json = nlohmann::ordered_json;
+using Response = RawClient::Response;
+
+/// Null for no body.
+Json bodyOf(const Response& response);
+int portOf(const std::string& url);
+/// A header line of a key for requests that create something.
+std::string keyHeader(const std::string& key);
+inline const std::string minimal = "Prefer: return=minimal\r\n";
+
+/// `sandbox` looks at the server's default sandbox from beside it, as another process might.
+class ServerTest : public sandbox::SandboxTest {
+ protected:
+  using Outcome = sandbox::CardAnswer;
+
+  ~ServerTest() override;
+
+  /// Opens the server on the test's store; again, where one is open. Requests are held for an hour.
+  void serve(const std::function<void(ServerOptions&)>& change = {});
+  /// The same, at the same ports, with requests that are held for no time worth mentioning: for
+  /// those alone that may end without a reply.
+  void serveImpatiently();
+  ServerOptions options() const;
+  /// A host that speaks to the server, with the guest signed in on both sides.
+  void connect(std::chrono::milliseconds timeout = std::chrono::seconds(30));
+  void serveAndConnect() {
+    serve();
+    connect();
+  }
+
+  // Requests over connections of their own.
+
+  Response askBackend(const std::string& request, const Json& body = {},
+                      const std::string& headers = {}) const;
+  /// With a key of the API.
+  Response askProvider(const std::string& request, const Json& body = {},
+                       const std::string& headers = {}) const;
+  /// While this thread pumps the main queue, as the command does.
+  Response askConsole(const std::string& request, const Json& body = {});
+  /// The body, of a reply that has this status.
+  static Json require(int status, const Response& response);
+  /// A connection to the provider that has sent this request, and will not send another.
+  RawClient listeningAt(const std::string& request) const;
+
+  // The kit's operations over the connection, as calls that return.
+
+  Outcome add(const sandbox::Typed& card, const std::string& useCase = "default");
+  Outcome update(const NullableString& ID, sandbox::AddressFields address);
+  Outcome remove(const NullableString& ID, const std::string& useCase = "default");
+  bool synchronize();
+  void settle();
+  /// What a call brings, which is made with a completion that takes what `Results` holds.
+  template <class Results>
+  Results only(const auto& call) {
+    const auto all = std::make_shared<std::vector<Results>>();
+    call([all](auto... results) { all->emplace_back(std::move(results)...); });
+    settle();
+    EXPECT_EQ(all->size(), 1U);
+    return all->empty() ? Results() : all->front();
+  }
+
+  static std::string guestPath(const std::string& who = email) { return "/v1/guests/" + who; }
+  /// As the kit sends it to the backend.
+  static Json newCard(const std::string& identifier = "ins_x");
+  /// As somebody types it, for a user of the provider or one more instrument.
+  static Json enteredCard(const sandbox::Typed& card = "visa");
+  static Json newUser(const sandbox::Typed& card = "visa", const std::string& who = email);
+
+  std::unique_ptr<Server> server;
+  std::shared_ptr<client::RemoteHost> remote;
+  /// On this side of the connection.
+  std::shared_ptr<sandbox::Sandbox> local;
+
+ private:
+  std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager_;
+};
+
+}  // namespace hlv::server

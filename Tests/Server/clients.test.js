@@ -1,0 +1,175 @@
+// Many clients at once: none gets what is another's, and none waits for another.
+import assert from 'node:assert/strict';
+import { once } from 'node:events';
+import { test } from 'node:test';
+import { Documents } from './documents.js';
+import { Client, connect, inTime, newCard, patience, registeredCard, withServer } from './server.js';
+
+const documents = new Documents();
+const guest = (name) => `/v1/guests/${name}@example.com`;
+const onServer = (name, body) => test(name, { timeout: 150_000 }, () => withServer(async (server) => {
+  const client = new Client(64);
+  const call = async (port, request, options) => {
+    const [method, target] = request.split(' ');
+    const reply = await client.request(method, server.urls[port] + target, options);
+    assert.equal(documents.problem(port, method, target, reply), '', request);
+    return reply;
+  };
+  const expect = async (status, port, request, options) => {
+    const reply = await call(port, request, options);
+    assert.equal(reply.status, status, `${request}: ${reply.text.slice(0, 300)}`);
+    return reply.body;
+  };
+  await body({ server, call, expect });
+  client.close();
+}));
+const range = (count) => Array.from({ length: count }, (_, at) => at);
+const arm = (expect, operation, kind, more = {}) =>
+  expect(200, 'provider', 'POST /v1/sandbox/faults', { body: { operation, kind, times: null, ...more } });
+
+for (const withSession of [false, true]) {
+  onServer(`race: a guest is changed while others sign in, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
+    const names = ['a', 'b', 'c', 'd'];
+    const changes = 100;
+    const signIn = (name) => expect(200, 'backend', `PUT ${guest(name)}`);
+    const sessions = Object.fromEntries(await Promise.all(names.map(async (name) => [name, (await signIn(name)).session])));
+    const headers = (name) => (withSession ? { Authorization: `Bearer ${sessions[name]}` } : {});
+    const change = async (name) => {
+      for (const number of range(changes)) {
+        const token = `tok_${name}_${number}`;
+        const { guest: changed } = await expect(200, 'backend', `PATCH ${guest(name)}`, { body: { payment_token: token }, headers: headers(name) });
+        assert.deepEqual([changed.email, changed.payment_token], [`${name}@example.com`, token]);
+        const { guest: owner, credit_card: card } = await expect(201, 'backend', `POST ${guest(name)}/cards`,
+          { body: registeredCard(`ins_${name}_${number}`), headers: { ...headers(name), Prefer: 'return=minimal' } });
+        assert.deepEqual([owner.email, owner.payment_token, card.external_identifier], [`${name}@example.com`, token, `ins_${name}_${number}`]);
+      }
+    };
+    const signInOthers = async () => {
+      for (const number of range(2 * changes)) await signIn(['x', 'y', ...names][number % (names.length + 2)]);
+    };
+    await Promise.all([...names.map(change), signInOthers(), signInOthers()]);
+    for (const name of names) {
+      const kept = await expect(200, 'backend', `GET ${guest(name)}`, { headers: headers(name) });
+      assert.equal(kept.payment_token, `tok_${name}_${changes - 1}`);
+      assert.deepEqual(kept.credit_cards.map((card) => card.external_identifier), range(changes).map((number) => `ins_${name}_${number}`));
+    }
+  });
+}
+
+onServer('no path in the request log shows a card number, however it was written', async ({ call, expect }) => {
+  const groups = ['4242', '4242', '4242', '4242'];
+  const wide = groups.map((group) => group.replace(/\d/g, (digit) => String.fromCodePoint(0xff10 + Number(digit))));
+  const bytes = (text) => [...Buffer.from(text)].map((byte) => `%${byte.toString(16)}`).join('');
+  const written = [groups.join(''), groups.join('%20'), groups.join('%C2%A0'), groups.join('_.-'), groups.join('%E2%80%93'),
+    bytes(groups.join('')), encodeURIComponent(wide.join('')), encodeURIComponent(wide.join('/'))];
+  for (const number of written) await call('backend', `GET ${guest(number)}`);
+  const { requests } = await expect(200, 'provider', 'GET /v1/sandbox/requests?path=guests');
+  assert.equal(requests.length, written.length);
+  for (const [at, { path }] of requests.entries()) {
+    assert.ok(path.match(/\*/g)?.length === 12 && decodeURIComponent(path).match(/\p{Nd}/gu).length === 5, `way ${at} is not masked`);
+  }
+});
+
+onServer('a session is one guest\'s until it ends', async ({ expect }) => {
+  const { session } = await expect(200, 'backend', `PUT ${guest('a')}`);
+  const { session: second } = await expect(200, 'backend', `PUT ${guest('a')}`);
+  await expect(200, 'backend', `PUT ${guest('b')}`);
+  const headers = { Authorization: `Bearer ${session}` };
+  const rows = [
+    [200, `GET ${guest('a')}`, headers], [403, `GET ${guest('b')}`, headers], [200, `GET ${guest('b')}`, {}], [404, `GET ${guest('nobody')}`, {}],
+    [401, `GET ${guest('a')}`, { Authorization: 'Bearer ses_unknown' }], [401, 'DELETE /v1/session', {}], [204, 'DELETE /v1/session', headers],
+    [401, 'DELETE /v1/session', headers], [401, `GET ${guest('a')}`, headers], [200, `GET ${guest('a')}`, { Authorization: `Bearer ${second}` }],
+  ];
+  for (const [status, request, sent] of rows) await expect(status, 'backend', request, { headers: sent });
+});
+
+onServer('starvation: calls that are never answered hold up nobody', async ({ server, expect }) => {
+  const held = 300;
+  await expect(200, 'backend', `PUT ${guest('a')}`);
+  const { token } = await expect(201, 'provider', 'POST /v1/users', { body: { email: 'a@example.com', use_case: 'default', credit_card: newCard() } });
+  await arm(expect, 'fetchGuestCreditCards', 'never');
+  await arm(expect, 'getPaymentInstrumentsList', 'never');
+  const targets = { backend: `${guest('a')}/cards`, provider: `/v1/users/${token}/instruments?use_case=default` };
+  const sockets = [];
+  for (const [port, target] of Object.entries(targets)) {
+    for (const socket of await Promise.all(range(held).map(() => connect(server.urls[port])))) {
+      socket.write(`GET ${target} HTTP/1.1\r\nHost: 127.0.0.1\r\nX-API-Key: any\r\n\r\n`);
+      sockets.push(socket);
+    }
+  }
+  // Each has met its fault by the time that it is counted.
+  const until = async (holds, what) => {
+    const deadline = Date.now() + patience;
+    while (!await holds()) assert.ok(Date.now() < deadline, what);
+  };
+  await until(async () => (await expect(200, 'provider', 'GET /v1/sandbox/firings')).firings.length >= 2 * held, 'every call meets its fault');
+  await Promise.all(range(50).map(() => expect(200, 'backend', `GET ${guest('a')}`)));
+  await Promise.all(range(50).map((number) => expect(201, 'provider', `POST /v1/users`,
+    { body: { email: `b${number}@example.com`, use_case: 'default', credit_card: newCard() } })));
+  const { fault } = await arm(expect, 'updateCreditCard', 'error');
+  await expect(204, 'provider', `DELETE /v1/sandbox/faults/${fault.number}`);
+  assert.ok(sockets.every((socket) => socket.bytesRead === 0), 'a held call is answered');
+  // Whoever hangs up is let go at once, not after the answer limit, and is on record without a reply.
+  sockets.forEach((socket) => socket.destroy());
+  await until(async () => (await expect(200, 'provider', 'GET /v1/sandbox/requests?status=0&limit=1000')).requests.length >= 2 * held, 'every call that hung up is on record');
+  await expect(200, 'provider', 'DELETE /v1/sandbox/faults');
+  assert.deepEqual(await expect(200, 'backend', `GET ${guest('a')}/cards`), { credit_cards: [] });
+});
+
+onServer('burst: a hundred connections at once are all answered', async ({ server }) => {
+  const replies = await Promise.all(range(100).map(async (number) => {
+    const socket = await connect(server.urls.backend);
+    let text = '';
+    socket.on('data', (piece) => { text += piece; });
+    socket.write(`PUT ${guest(`g${number}`)} HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\nConnection: close\r\n\r\n`);
+    await inTime(once(socket, 'end'), `the reply to connection ${number}`);
+    socket.destroy();
+    return text;
+  }));
+  replies.forEach((reply, number) => {
+    assert.match(reply, /^HTTP\/1\.1 200 /);
+    assert.ok(reply.includes(`"email":"g${number}@example.com"`));
+  });
+});
+
+onServer('burst: connections that are open, half sent or held do not keep the server from ending', async ({ server, expect }) => {
+  await expect(200, 'backend', `PUT ${guest('a')}`);
+  await arm(expect, 'fetchGuestCreditCards', 'never');
+  const beginnings = ['', 'GET ', 'GET / HTTP/1.1\r\nHost: 127.0.0.1\r\n', `POST ${guest('a')}/cards HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: application/json\r\nContent-Length: 50\r\n\r\n{`,
+    `GET ${guest('a')}/cards HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n`];
+  const sockets = await Promise.all(['backend', 'provider', 'console'].flatMap((port) => beginnings.map(async (beginning) => {
+    const socket = await connect(server.urls[port]);
+    if (beginning) socket.write(beginning);
+    return socket;
+  })));
+  const stream = await connect(server.urls.provider);
+  stream.write('GET /v1/sandbox/requests/stream HTTP/1.1\r\nHost: 127.0.0.1\r\nX-API-Key: any\r\n\r\n');
+  await inTime(once(stream, 'data'), 'the stream begins');
+  assert.equal(await server.end(), 0);
+  [...sockets, stream].forEach((socket) => socket.destroy());
+  await server.start();
+  await expect(200, 'backend', `GET ${guest('a')}`);
+});
+
+for (const name of ['console', 'client']) {
+  onServer(`phantom synchronisation: what a client stores is the client's to delete, as ${name}`, async ({ expect }) => {
+    await expect(200, 'console', 'PUT /app/guest', { body: { email: 'console@example.com' } });
+    await expect(200, 'console', 'POST /app/cards', { body: { test_card: 'visa' } });
+    const signIn = (who) => expect(200, 'backend', `PUT ${guest(who)}`);
+    await signIn(name);
+    const { token } = await expect(201, 'provider', 'POST /v1/users', { body: { email: `${name}@example.com`, use_case: 'default', credit_card: newCard() } });
+    await expect(200, 'backend', `PATCH ${guest(name)}`, { body: { payment_token: token } });
+    // Is answered when the console's app has nothing more to do.
+    const appIsIdle = () => expect(200, 'console', 'PUT /app/network', { body: { on: true } });
+    await appIsIdle();
+    const list = `/v1/users/${token}/instruments?use_case=default`;
+    await expect(201, 'provider', `POST ${list}`, { body: { credit_card: newCard(`5${'5'.repeat(11)}4444`) } });
+    const count = async () => (await expect(200, 'provider', `GET ${list}`)).instruments.length;
+    const stored = await count();
+    for (const who of [name, 'other', name]) {
+      await signIn(who);
+      await appIsIdle();
+      assert.equal(await count(), stored);
+    }
+  });
+}

@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# Runs the curl lines of docs/server.md as they stand, against the command in processes of its own.
+# Usage: curl-examples.sh PAYLEVENKIT MANUAL
+set -euo pipefail
+
+paylevenkit=$1
+manual=$(realpath "$2")
+folder=$(mktemp -d)
+cd "$folder"
+mkfifo said
+"$paylevenkit" --store store.sqlite serve --ports-file ports.json 2>said &
+server=$!
+finish() {
+  kill "$server" 2>/dev/null && wait "$server" || true
+  rm -rf "$folder"
+}
+trap finish EXIT
+
+# What it says comes after the ports file.
+exec 3<said
+read -r _ BACKEND <&3
+read -r _ PROVIDER <&3
+read -r _ CONSOLE <&3
+for url in "backend\": \"$BACKEND" "provider\": \"$PROVIDER" "console\": \"$CONSOLE"; do
+  grep -q "\"$url\"" ports.json
+done
+
+fail() {
+  echo "$1" >&2
+  exit 1
+}
+
+# In the manual, the comment behind a line is the status and the beginning of the answer.
+examples=0
+status=
+in_example=
+while IFS= read -r line <&4; do
+  case "$line" in
+    '```sh') in_example=yes ;;
+    '```'*) in_example= ;;
+    'curl '*)
+      [ -n "$in_example" ] || continue
+      command=$line
+      status=$(eval "$line -o answer -w '%{http_code}'")
+      ;;
+    '# '*)
+      [ -n "$in_example" ] || continue
+      expected=${line#\# }
+      found="$status $(head -c 1000 answer 2>/dev/null || true)"
+      [[ "$found" == "$expected"* ]] || fail "$command
+  expected: $expected
+  answered: $found"
+      examples=$((examples + 1))
+      ;;
+    [A-Z]*=* | 'grep '*) [ -z "$in_example" ] || eval "$line" || fail "$line: $(cat answer)" ;;
+  esac
+done 4<"$manual"
+[ "$examples" -ge 60 ] || fail "only $examples examples were found in $manual"
+
+# The command itself, on the other side of the connection.
+phone() { "$paylevenkit" --store phone.sqlite --backend "$BACKEND" --provider "$PROVIDER" "$@"; }
+phone sign-in second@example.com >told
+phone add --test-card visa >told
+grep -q "Both sides agree" told || fail "$(cat told)"
+ID=$(phone cards | sed -n 's/^ *\(crd_[a-z]*\) .*/\1/p')
+phone update "$ID" --city Hamburg | grep -q "is now Hamburg" || fail "the address was not changed"
+phone sync >told
+phone delete "$ID" >told
+phone instruments | grep -q "no instruments" || fail "an instrument was left"
+phone fault arm fetchGuestCreditCards error >told
+phone fault list | grep -q "fetchGuestCreditCards  *error" || fail "$(phone fault list)"
+phone fault clear >told
+phone plant --test-card visa >told
+! phone scene same-card-twice 2>told || fail "a scene was made without a card"
+phone sync | grep -q "removed 1 of 1" || fail "the planted instrument is still there"
+! phone demo 2>told || fail "demo was not refused"
+
+# A service that is told to end does so cleanly, and takes its ports file along.
+kill -TERM "$server"
+wait "$server" || fail "the services ended with $?"
+[ ! -e ports.json ] || fail "the ports file was left"
+! phone add --test-card visa 2>told || fail "services that have ended were spoken to"
+grep -q "cannot be reached" told || fail "$(cat told)"
+echo "$examples examples"

@@ -1,0 +1,76 @@
+// Requests made from the documents, good ones and bad ones: each is answered as the documents say.
+import assert from 'node:assert/strict';
+import { once } from 'node:events';
+import { test } from 'node:test';
+import { Documents } from './documents.js';
+import { Random, Requests, sandboxes } from './requests.js';
+import { Client, connect, inTime, masked, newCard, withServer } from './server.js';
+
+const documents = new Documents();
+const count = Number(process.env.DRIVE_REQUESTS ?? 1_500);
+const seed = Number(process.env.DRIVE_SEED ?? 20_260_301);
+const clients = 8;
+/** Of a sandbox whose network a request has switched off, and of as many sandboxes as the server keeps. */
+const allowedFailures = ['not-connected', 'too-many-sandboxes'];
+/** Of what is refused before it has all arrived, a client that is still sending may lose the reply. */
+const isHuge = ({ options }) => (options.body?.length ?? 0) + JSON.stringify(options.headers).length > 50_000;
+const testNumber = newCard().number;
+
+async function prepare(client, server) {
+  for (const prefix of Object.values(sandboxes)) {
+    const reply = await client.request('PUT', `${server.urls.provider}/v1/sandboxes/${prefix.split('/').at(-1)}`, { body: { seed: 7 } });
+    assert.equal(reply.status, 201, reply.text);
+    assert.equal((await client.request('PUT', `${server.urls.backend}${prefix}/v1/guests/a@example.com`)).status, 200);
+  }
+}
+
+test('every reply is described', { timeout: 200_000 }, () => withServer(async (server) => {
+  const client = new Client(clients);
+  await prepare(client, server);
+  const requests = new Requests(documents, new Random(seed));
+  const problems = [];
+  const statuses = new Map();
+  let made = 0;
+  // Good requests come first, so that the rest finds something to act on; each operation's turn comes often.
+  const next = () => requests.make(made, ++made <= 3 * requests.count || requests.random.chance(30));
+  await Promise.all(Array.from({ length: clients }, async () => {
+    while (made < count) {
+      const request = next();
+      const reply = await client.request(request.method, server.urls[request.port] + request.target, request.options);
+      statuses.set(reply.status, (statuses.get(reply.status) ?? 0) + 1);
+      requests.learn(request, reply);
+      const problem = documents.problem(request.port, request.method, request.target, reply) ||
+        (reply.status >= 500 && !allowedFailures.includes(reply.body?.error?.code) && 'a failure of the server') ||
+        (reply.text.includes(testNumber) && 'a card number came back') || (reply.status === 0 && !isHuge(request) && 'no reply') || '';
+      if (problem) {
+        problems.push(masked(`${request.port} ${request.method} ${request.target.slice(0, 120)} ${String(request.options.body ?? '').slice(0, 120)}
+  → ${reply.status}: ${problem} ${reply.text.slice(0, 300)}`));
+      }
+    }
+  }));
+  assert.deepEqual(problems.slice(0, 20), [], `${problems.length} of ${count} replies, seed ${seed}`);
+  for (const status of [200, 201, 204, 400, 401, 404, 405, 415, 422]) assert.ok(statuses.get(status), `no reply has had the status ${status}`);
+  assert.equal((await client.request('GET', `${server.urls.provider}/v1/sandbox`)).status, 200);
+  client.close();
+}));
+
+test('the stream has every request as it is described', { timeout: 60_000 }, () => withServer(async (server) => {
+  const client = new Client();
+  const socket = await connect(server.urls.provider);
+  socket.write('GET /v1/sandbox/requests/stream HTTP/1.1\r\nHost: 127.0.0.1\r\nX-API-Key: any\r\n\r\n');
+  let text = '';
+  const read = async (pattern) => {
+    while (!pattern.test(text)) text += (await inTime(once(socket, 'data'), String(pattern)))[0];
+    return pattern.exec(text);
+  };
+  await read(/^HTTP\/1\.1 200 [\s\S]*\r\n\r\n/);
+  const { headers } = await client.request('GET', `${server.urls.backend}/v1/guests/nobody@example.com`);
+  const [, data] = await read(new RegExp(`data: (\\{[^\n]*${headers['x-request-id']}[^\n]*\\})\n`));
+  const record = JSON.parse(data);
+  assert.equal(documents.mismatch('control', 'Request', record), '');
+  assert.deepEqual([record.status, record.method, record.code], [404, 'GET', 'unknown-guest']);
+  const kept = await client.request('GET', `${server.urls.provider}/v1/sandbox/requests/${record.id}`);
+  assert.deepEqual({ ...kept.body, events: undefined }, { ...record, events: undefined });
+  socket.destroy();
+  client.close();
+}));

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Runs a program of this folder with the npm modules that package-lock.json names, which go to FOLDER.
+# Usage: in-node.sh FOLDER PROGRAM [ARGUMENT...]
+#   PROGRAM is a file of this folder: one that ends in .test.js is run by node's test runner.
+set -euo pipefail
+sources=$(cd "$(dirname "$0")" && pwd)
+mkdir -p "$1"
+folder=$(realpath "$1")
+program=$2
+shift 2
+
+# Several tests may come here at once.
+exec 9>"$folder/lock"
+flock 9
+if ! cmp -s "$sources/package-lock.json" "$folder/node_modules/installed-by"; then
+  cp "$sources"/package*.json "$folder"
+  npm --prefix "$folder" ci --ignore-scripts --no-audit --no-fund --no-update-notifier \
+    --loglevel=error >&2
+  cp "$folder/package-lock.json" "$folder/node_modules/installed-by"
+fi
+exec 9>&-
+
+export SERVER_TEST_MODULES="$folder/node_modules"
+case "$program" in
+  *.test.js)
+    exec timeout --kill-after=10 240 \
+      node --test --test-reporter=spec "$sources/$program" "$@" ;;
+  *) exec node "$sources/$program" "$@" ;;
+esac

@@ -1,0 +1,181 @@
+// `paylevenkit serve` in a process of its own, and clients that keep their connections.
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { mkdtempSync, rmSync } from 'node:fs';
+import http from 'node:http';
+import net from 'node:net';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+
+const started = new Set();
+process.on('exit', () => started.forEach((server) => server.abandon()));
+process.once('SIGTERM', () => process.exit(1));
+
+/** No wait ends a test that works; each only keeps one that hangs from hanging for ever. */
+export const patience = 20_000;
+/** An open connection once kept the server for ten seconds; it has one to end in. Sanitizers and a busy machine have the rest. */
+const timeToEnd = 5_000;
+
+/** Nothing that a test prints shows a card number. */
+export const masked = (text) => String(text).replace(/\d(?:[ -]?\d){11,}/g, '(a long number)');
+
+/** `promise`, or a failure that names what did not come. */
+export function inTime(promise, what, milliseconds = patience) {
+  let timer;
+  const late = new Promise((_, reject) => {
+    timer = setTimeout(() => reject(new Error(`nothing in time: ${masked(what)}`)), milliseconds);
+  });
+  return Promise.race([promise, late]).finally(() => clearTimeout(timer));
+}
+
+export class Server {
+  /** All that it has written. */
+  output = '';
+  /** Base URLs of the default sandbox: `backend`, `provider`, `console`. */
+  urls = {};
+  #folder = mkdtempSync(join(tmpdir(), 'server-'));
+  #options;
+  #process;
+
+  /** With further options of `serve`. */
+  constructor(...options) {
+    this.#options = options;
+  }
+
+  async start() {
+    const store = join(this.#folder, 'store.sqlite');
+    this.#process = spawn(process.env.PAYLEVENKIT, ['--seed', '7', '--store', store, 'serve', ...this.#options],
+      { stdio: ['ignore', 'pipe', 'pipe'] });
+    started.add(this);
+    this.output = '';
+    const listening = new Promise((resolve, reject) => {
+      const read = (piece) => {
+        this.output += piece;
+        for (const [, name, url] of this.output.matchAll(/^(backend|provider|console) +(http\S+)\n/gm)) this.urls[name] = url;
+        if (this.urls.console) resolve();
+      };
+      this.#process.stdout.on('data', read);
+      this.#process.stderr.on('data', read);
+      this.#process.on('error', reject);
+      this.#process.on('exit', () => reject(new Error(`The server ended before it listened: ${masked(this.output)}`)));
+    });
+    await inTime(listening, 'the server starts');
+    return this;
+  }
+
+  get pid() {
+    return this.#process.pid;
+  }
+
+  get hasEnded() {
+    return this.#process.exitCode !== null || this.#process.signalCode !== null;
+  }
+
+  /** Returns the exit code, which is null after a signal that the server does not handle. */
+  async end(signal = 'SIGTERM') {
+    if (!this.hasEnded) {
+      const exit = once(this.#process, 'exit');
+      this.#process.kill(signal);
+      await inTime(exit, `the server ends after ${signal}`, timeToEnd);
+    }
+    return this.#process.exitCode;
+  }
+
+  /** Leaves nothing behind. */
+  abandon() {
+    this.#process?.kill('SIGKILL');
+    rmSync(this.#folder, { recursive: true, force: true });
+    started.delete(this);
+  }
+}
+
+/** Runs `body` with a fresh server, which then has to end as it should. */
+export async function withServer(body, ...options) {
+  const server = await new Server(...options).start();
+  try {
+    await body(server);
+    if (server.hasEnded) throw new Error(`The server has ended: ${masked(server.output)}`);
+    const code = await server.end();
+    if (code !== 0) throw new Error(`The server ended with ${code}: ${masked(server.output)}`);
+  } catch (error) {
+    throw new Error(masked(`${error.stack}\n— the server's output: ${server.output.slice(-4_000)}`));
+  } finally {
+    server.abandon();
+  }
+}
+
+export class Client {
+  #agent;
+
+  /** Keeps as many connections as requests are under way at once, up to `connections`. */
+  constructor(connections = 8) {
+    this.#agent = new http.Agent({ keepAlive: true, maxSockets: connections });
+  }
+
+  close() {
+    this.#agent.destroy();
+  }
+
+  /**
+   * Returns `{status, headers, text, body}`, where `body` is undefined unless the text is JSON, and the status is 0
+   * when the connection ended without a reply. `body` may be a text, bytes, or what JSON can hold.
+   */
+  request(method, url, { body, headers = {} } = {}) {
+    const isRaw = body === undefined || typeof body === 'string' || Buffer.isBuffer(body);
+    const bytes = isRaw ? Buffer.from(body ?? '') : Buffer.from(JSON.stringify(body));
+    const { hostname, port } = new URL(url);
+    // Taken as it is, not as URL would tidy it up.
+    const path = url.slice(url.indexOf('/', url.indexOf('//') + 2));
+    const all = { 'X-API-Key': 'any', 'Content-Length': bytes.length, ...headers };
+    if (body !== undefined && !('Content-Type' in all)) all['Content-Type'] = 'application/json';
+    for (const [name, value] of Object.entries(all)) if (value === undefined) delete all[name];
+    const reply = new Promise((resolve, reject) => {
+      const sent = http.request({ agent: this.#agent, hostname, port, path, method, headers: all }, (response) => {
+        const pieces = [];
+        response.on('data', (piece) => pieces.push(piece));
+        response.on('error', () => resolve({ status: 0, headers: {}, text: '' }));
+        response.on('end', () => resolve(readReply(response, Buffer.concat(pieces).toString())));
+      });
+      sent.on('error', (error) => {
+        if (['ECONNRESET', 'EPIPE'].includes(error.code)) resolve({ status: 0, headers: {}, text: '' });
+        else reject(error);
+      });
+      sent.end(bytes);
+    });
+    return inTime(reply, `${method} ${path.slice(0, 100)}`);
+  }
+}
+
+function readReply({ statusCode, headers }, text) {
+  const reply = { status: statusCode, headers, text };
+  if (headers['content-type']?.startsWith('application/json')) {
+    try {
+      reply.body = JSON.parse(text);
+    } catch {
+      // Left undefined.
+    }
+  }
+  return reply;
+}
+
+/** A connection that has sent nothing yet. */
+export async function connect(url) {
+  const { hostname, port } = new URL(url);
+  const socket = net.connect({ host: hostname, port: Number(port), allowHalfOpen: true });
+  socket.on('error', () => {});
+  await inTime(once(socket, 'connect'), 'a connection');
+  return socket;
+}
+
+/** As the provider takes it; a published test number, never printed. */
+export const newCard = (number = `4${'1'.repeat(15)}`) =>
+  ({ number, expiry_month: '12', expiry_year: '2099', security_code: '123', card_holder: 'A Guest' });
+
+/** As the backend takes it. */
+export const registeredCard = (identifier) => ({
+  credit_card: {
+    last_four_digits: '1111', brand: 'visa', use_case: 'default', external_identifier: identifier,
+    card_holder: 'A Guest', expiry_month: '12', expiry_year: '2099',
+  },
+  provider: 0,
+});

@@ -1,0 +1,33 @@
+# The JSON of records, and the host whose backend and provider are services elsewhere.
+find_package(nlohmann_json REQUIRED)
+
+add_library(hlv_records STATIC
+  Sandbox/Records/CardRecords.cpp
+  Sandbox/Records/FaultRecords.cpp
+  Sandbox/Records/InstrumentRecords.cpp
+  Sandbox/Records/Json.cpp
+  Sandbox/Records/SandboxRecords.cpp)
+target_link_libraries(hlv_records
+  PUBLIC HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json
+  PRIVATE hlv_shipped_flags)
+
+add_library(HLVSDKPaylevenClient STATIC
+  Client/ControlClient.cpp
+  Client/HttpClient.cpp
+  Client/HttpExchange.cpp
+  Client/HttpLoop.cpp
+  Client/RemoteBackend.cpp
+  Client/RemoteHost.cpp
+  Client/RemoteProvider.cpp
+  Client/RemoteService.cpp
+  Client/RemoteSession.cpp
+  Client/RemoteTester.cpp
+  Client/Sandboxes.cpp
+  Client/ServiceErrors.cpp
+  Client/ServiceURL.cpp
+  Client/TestSandbox.cpp)
+target_link_libraries(HLVSDKPaylevenClient
+  PUBLIC HLVSDKPaylevenSandbox
+  PRIVATE hlv_shipped_flags hlv_beast hlv_records nlohmann_json::nlohmann_json)
+hlv_precompile(hlv_records <nlohmann/json.hpp>)
+hlv_precompile(HLVSDKPaylevenClient <nlohmann/json.hpp>)

@@ -1,0 +1,11 @@
+# The host whose services are elsewhere, against a server that replies what a test wants.
+hlv_add_tests(ClientTests
+  SOURCES
+    Tests/Client/CannedServer.cpp
+    Tests/Client/ClientTest.cpp
+    Tests/Client/RecordTests.cpp
+    Tests/Client/RemoteHostTests.cpp
+    Tests/Client/SandboxesTests.cpp
+    Tests/Client/TransportTests.cpp
+  LIBRARIES HLVSDKPaylevenClient hlv_records)
+hlv_precompile(ClientTests <nlohmann/json.hpp>)

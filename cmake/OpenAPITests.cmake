@@ -1,0 +1,33 @@
+# The server from outside: its documents, its replies against them, its manual, and what many clients
+# at once and kills do to it.
+set(server_tests ${PROJECT_SOURCE_DIR}/Tests/Server)
+set(in_node ${server_tests}/in-node.sh ${PROJECT_BINARY_DIR}/server-tests)
+set(openapi ${PROJECT_SOURCE_DIR}/Server/openapi)
+
+add_test(NAME Server.DocumentsFollowTheRecommendedRules
+  COMMAND ${in_node} openapi-lint.js
+          ${openapi}/backend.json ${openapi}/provider.json ${openapi}/control.json
+          ${openapi}/sandboxes.json)
+set_tests_properties(Server.DocumentsFollowTheRecommendedRules PROPERTIES
+  TIMEOUT 120 LABELS ServerTests)
+
+function(hlv_add_server_test name file)
+  add_test(NAME Server.${name} COMMAND ${in_node} ${file})
+  set_tests_properties(Server.${name} PROPERTIES TIMEOUT 300 LABELS ServerTests
+    ENVIRONMENT "PAYLEVENKIT=$<TARGET_FILE:paylevenkit>")
+endfunction()
+hlv_add_server_test(EveryReplyMatchesTheDocuments drive.test.js)
+hlv_add_server_test(OddBytesAreAnsweredOrRefused oddities.test.js)
+hlv_add_server_test(RequestsOfManyClientsKeepApart clients.test.js)
+hlv_add_server_test(WorksBehindAProxyThatHashesBySandbox nginx.test.js)
+
+add_test(NAME Server.TheManualsExamplesWork
+  COMMAND ${server_tests}/curl-examples.sh
+          $<TARGET_FILE:paylevenkit> ${PROJECT_SOURCE_DIR}/docs/server.md)
+set_tests_properties(Server.TheManualsExamplesWork PROPERTIES TIMEOUT 120 LABELS ServerTests)
+
+add_test(NAME Server.LosesNothingThatWasAnsweredWhenItIsKilled
+  COMMAND python3 ${PROJECT_SOURCE_DIR}/Tests/Load/kill_under_load.py
+          $<TARGET_FILE:paylevenkit> 6)
+set_tests_properties(Server.LosesNothingThatWasAnsweredWhenItIsKilled PROPERTIES
+  TIMEOUT 120 LABELS ServerTests ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)
