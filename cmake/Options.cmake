@@ -27,6 +27,9 @@ target_compile_options(hlv_flags INTERFACE
   $<$<BOOL:${HLVSDKPAYLEVENKIT_STRICT}>:-Werror>
   # Errors and log lines carry source paths; those of the build machine are nobody's business.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+# Binding at a first call would write the registers to the stack, and with them the end of whatever
+# was copied last, a card's data for one.
+target_link_options(hlv_flags INTERFACE $<$<PLATFORM_ID:Linux>:LINKER:-z,now>)
 if(HLVSDKPAYLEVENKIT_SANITIZE)
   target_compile_options(hlv_flags INTERFACE
     -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

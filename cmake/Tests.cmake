@@ -7,7 +7,9 @@ function(hlv_add_tests name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE hlv_flags ${arg_LIBRARIES} GTest::gtest_main)
   hlv_precompile(${name} <gtest/gtest.h>)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS ${name})
+  # The libraries too are bound before a test that searches memory for what was overwritten.
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 120 LABELS ${name} ENVIRONMENT LD_BIND_NOW=1)
 endfunction()
 
 hlv_add_tests(PlatformTests
