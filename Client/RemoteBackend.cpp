@@ -25,7 +25,7 @@ ErrorPtr backendError(BackendErrorCode code, const std::string& sentence) {
   return sandbox::SandboxError::make(sandbox::backendErrorDomain, code, sentence);
 }
 
-std::string pathOf(const NullableString& email) {
+std::string guestPath(const NullableString& email) {
   if (length(email) == 0) {
     throw sandbox::Refusal{
         backendError(BackendErrorCode::invalidRequest, "The request names no guest.")};
@@ -33,8 +33,8 @@ std::string pathOf(const NullableString& email) {
   return "/v1/guests/" + percentEncoded(*email);
 }
 
-std::string pathOf(const NullableString& email, const NullableString& card) {
-  const auto guest = pathOf(email);
+std::string cardPath(const NullableString& email, const NullableString& card) {
+  const auto guest = guestPath(email);
   if (length(card) == 0) {
     throw sandbox::Refusal{
         backendError(BackendErrorCode::unknownCard, "The guest has no card with this ID.")};
@@ -110,7 +110,7 @@ void RemoteBackend::updateCurrentGuestWithRequest(
           throw sandbox::Refusal{
               backendError(BackendErrorCode::notSignedIn, "Nobody is signed in.")};
         }
-        return ClientRequest{"PATCH", pathOf(signedIn), {{"payment_token", orNull(token)}}};
+        return ClientRequest{"PATCH", guestPath(signedIn), {{"payment_token", orNull(token)}}};
       }),
       [guests = guests_](const Json& body) { return guestResults(*guests, body); });
 }
@@ -131,7 +131,7 @@ void RemoteBackend::addCreditCardForGuest(
       std::move(what), std::move(completion),
       inSession([email = send(guest, &HLVSDKGuest::email), body = std::move(body), problem] {
         if (problem) throw sandbox::Refusal{problem};
-        ClientRequest request{"POST", pathOf(email) + "/cards", body};
+        ClientRequest request{"POST", guestPath(email) + "/cards", body};
         request.idempotencyKey = RemoteService::freshIdempotencyKey();
         return request;
       }),
@@ -143,7 +143,7 @@ void RemoteBackend::deleteCreditCardWithID(const NullableString& ID,
                                            HLVSDKGuestCompletion completion) {
   service_.call("deleteCreditCardWithID " + ID.value_or(""), std::move(completion),
                 inSession([ID, email = send(guest, &HLVSDKGuest::email)] {
-                  return ClientRequest{"DELETE", pathOf(email, ID), nullptr};
+                  return ClientRequest{"DELETE", cardPath(email, ID), nullptr};
                 }),
                 [guests = guests_](const Json& body) { return guestResults(*guests, body); });
 }
@@ -154,7 +154,7 @@ void RemoteBackend::updateCreditCard(const NullableString& ID, const Dictionary&
   service_.call("updateCreditCard " + ID.value_or(""), std::move(completion),
                 inSession([ID, address = masked(jsonOf(Value(address))),
                            email = send(guest, &HLVSDKGuest::email)] {
-                  return ClientRequest{"PATCH", pathOf(email, ID), address};
+                  return ClientRequest{"PATCH", cardPath(email, ID), address};
                 }),
                 [guests = guests_](const Json& body) { return cardResults(*guests, body); });
 }
@@ -163,7 +163,7 @@ void RemoteBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& gu
                                           HLVSDKCreditCardsCompletion completion) {
   service_.call("fetchGuestCreditCards", std::move(completion),
                 inSession([email = send(guest, &HLVSDKGuest::email)] {
-                  return ClientRequest{"GET", pathOf(email) + "/cards", nullptr};
+                  return ClientRequest{"GET", guestPath(email) + "/cards", nullptr};
                 }),
                 [](const Json& body) {
                   return std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>(cardsOf(body),

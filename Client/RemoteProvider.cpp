@@ -20,7 +20,7 @@ std::string described(std::string operation, const NullableString& useCase) {
   return useCase ? std::move(operation) + " use case " + *useCase : operation;
 }
 
-std::string pathOf(const NullableString& token) {
+std::string userPath(const NullableString& token) {
   if (length(token) == 0) {
     refuse(ProviderErrorCode::unknownToken, "The provider does not know this user.");
   }
@@ -97,8 +97,8 @@ void RemoteProvider::addPaymentInstrument(const Instrument& instrument,
   service_.call(
       described("addPaymentInstrument", useCase), std::move(completion),
       [instrument, userToken, useCase, key = key()] {
-        return creation(pathOf(userToken) + queryOf(useCase), {{"credit_card", cardOf(instrument)}},
-                        key);
+        return creation(userPath(userToken) + queryOf(useCase),
+                        {{"credit_card", cardOf(instrument)}}, key);
       },
       noError);
 }
@@ -109,7 +109,7 @@ void RemoteProvider::getPaymentInstrumentsList(const NullableString& userToken,
   service_.call(
       described("getPaymentInstrumentsList", useCase), std::move(completion),
       [userToken, useCase, key = key()] {
-        return ClientRequest{"GET", pathOf(userToken) + queryOf(useCase), nullptr, key};
+        return ClientRequest{"GET", userPath(userToken) + queryOf(useCase), nullptr, key};
       },
       [useCase](const Json& body) {
         return std::tuple<NullableList<PLVCreditCardPaymentInstrument>, ErrorPtr>(
@@ -127,7 +127,7 @@ void RemoteProvider::removePaymentInstrument(const Instrument& instrument,
       described("removePaymentInstrument" + (identifier ? " " + *identifier : ""), useCase),
       std::move(completion),
       [identifier, row = listed ? listed->row() : 0, useCase, userToken, key = key()] {
-        auto path = pathOf(userToken);
+        auto path = userPath(userToken);
         if (length(identifier) > 0) {
           path += "/" + percentEncoded(*identifier) + queryOf(useCase);
         } else if (row > 0) {

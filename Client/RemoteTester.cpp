@@ -13,9 +13,7 @@ namespace {
 /// `rest` begins with a slash, or is empty.
 std::string control(const std::string& rest) { return "/v1/sandbox" + rest; }
 
-std::string pathOf(std::int64_t fault) { return control("/faults/" + std::to_string(fault)); }
-
-std::string clockIn(const Json& body) { return sandbox::requiredTextIn(body, "now"); }
+std::string faultPath(std::int64_t fault) { return control("/faults/" + std::to_string(fault)); }
 
 /// The sentence of the error that `act` meets, or an empty string.
 template <class Act>
@@ -85,35 +83,19 @@ std::vector<sandbox::Firing> RemoteTester::firings() {
 void RemoteTester::clearFaults() { control_->send("DELETE", control("/faults")); }
 
 sandbox::Fault RemoteTester::fault(std::int64_t number) const {
-  return control_->send("GET", pathOf(number), nullptr, sandbox::faultIn);
+  return control_->send("GET", faultPath(number), nullptr, sandbox::faultIn);
 }
 
 sandbox::Fault RemoteTester::changeFault(std::int64_t number, const sandbox::Fault& fault) const {
-  return control_->send("PATCH", pathOf(number), sandbox::newFaultJson(fault), sandbox::faultIn);
+  return control_->send("PATCH", faultPath(number), sandbox::newFaultJson(fault), sandbox::faultIn);
 }
 
 void RemoteTester::removeFault(std::int64_t number) const {
-  control_->send("DELETE", pathOf(number));
-}
-
-sandbox::SandboxDescription RemoteTester::describe() const {
-  return control_->send("GET", control(""), nullptr, sandbox::sandboxIn);
+  control_->send("DELETE", faultPath(number));
 }
 
 sandbox::SandboxDescription RemoteTester::reset() const {
   return control_->send("POST", control("/reset"), Json::object(), sandbox::sandboxIn);
-}
-
-std::string RemoteTester::clock() const {
-  return control_->send("GET", control("/clock"), nullptr, clockIn);
-}
-
-std::string RemoteTester::setClock(const std::string& time) const {
-  return control_->send("PUT", control("/clock"), {{"now", time}}, clockIn);
-}
-
-std::string RemoteTester::advanceClock(std::int64_t seconds) const {
-  return control_->send("PUT", control("/clock"), {{"advance_seconds", seconds}}, clockIn);
 }
 
 bool RemoteTester::isNetworkOn() const {

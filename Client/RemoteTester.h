@@ -39,14 +39,8 @@ class RemoteTester final : public sandbox::Tester {
   sandbox::Fault changeFault(std::int64_t number, const sandbox::Fault& fault) const;
   void removeFault(std::int64_t number) const;
 
-  // The sandbox itself. Times are in ISO 8601; a clock moves forwards only.
-
-  sandbox::SandboxDescription describe() const;
-  /// Returns what is left.
+  /// Forgets everything in the sandbox. Returns what is left.
   sandbox::SandboxDescription reset() const;
-  std::string clock() const;
-  std::string setClock(const std::string& time) const;
-  std::string advanceClock(std::int64_t seconds) const;
   bool isNetworkOn() const;
   void setNetworkOn(bool isOn) const;
 

@@ -10,12 +10,12 @@ namespace {
 constexpr std::chrono::seconds timeout{15};
 constexpr const char* sandboxes = "/v1/sandboxes";
 
-std::string pathOf(const std::string& id) {
+std::string sandboxPath(const std::string& id) {
   return std::string(sandboxes) + "/" + percentEncoded(id);
 }
 
 /// The default sandbox has its clock below such a path too.
-std::string clockOf(const std::string& id) {
+std::string clockPath(const std::string& id) {
   return "/sandboxes/" + percentEncoded(id) + "/v1/sandbox/clock";
 }
 
@@ -56,22 +56,25 @@ std::vector<SandboxDescription> SandboxClient::list() const {
 }
 
 SandboxDescription SandboxClient::describe(const std::string& id) const {
-  return control_->send("GET", pathOf(id), nullptr, sandbox::sandboxIn);
+  return control_->send("GET", sandboxPath(id), nullptr, sandbox::sandboxIn);
 }
 
-void SandboxClient::remove(const std::string& id) const { control_->send("DELETE", pathOf(id)); }
+void SandboxClient::remove(const std::string& id) const {
+  control_->send("DELETE", sandboxPath(id));
+}
 
 SandboxDescription SandboxClient::reset(const std::string& id) const {
-  return control_->send("POST", pathOf(id) + "/reset", Json::object(), sandbox::sandboxIn);
+  return control_->send("POST", sandboxPath(id) + "/reset", Json::object(), sandbox::sandboxIn);
 }
 
 SnapshotDescription SandboxClient::snapshot(const std::string& id) const {
-  return control_->send("POST", pathOf(id) + "/snapshots", Json::object(), sandbox::snapshotIn);
+  return control_->send("POST", sandboxPath(id) + "/snapshots", Json::object(),
+                        sandbox::snapshotIn);
 }
 
 SandboxDescription SandboxClient::restore(const std::string& id,
                                           const std::string& snapshot) const {
-  return control_->send("POST", pathOf(id) + "/restore", {{"snapshot", snapshot}},
+  return control_->send("POST", sandboxPath(id) + "/restore", {{"snapshot", snapshot}},
                         sandbox::sandboxIn);
 }
 
@@ -90,15 +93,15 @@ void SandboxClient::removeSnapshot(const std::string& snapshot) const {
 }
 
 std::string SandboxClient::clock(const std::string& id) const {
-  return control_->send("GET", clockOf(id), nullptr, clockIn);
+  return control_->send("GET", clockPath(id), nullptr, clockIn);
 }
 
 std::string SandboxClient::setClock(const std::string& id, const std::string& time) const {
-  return control_->send("PUT", clockOf(id), {{"now", time}}, clockIn);
+  return control_->send("PUT", clockPath(id), {{"now", time}}, clockIn);
 }
 
 std::string SandboxClient::advanceClock(const std::string& id, std::int64_t seconds) const {
-  return control_->send("PUT", clockOf(id), {{"advance_seconds", seconds}}, clockIn);
+  return control_->send("PUT", clockPath(id), {{"advance_seconds", seconds}}, clockIn);
 }
 
 }  // namespace hlv::client

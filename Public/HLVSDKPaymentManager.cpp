@@ -7,8 +7,6 @@
 
 namespace hlv {
 
-using Manager = HLVSDKPaymentInstrumentManager;
-
 std::shared_ptr<HLVSDKPaymentManager> HLVSDKPaymentManager::make() {
   return std::shared_ptr<HLVSDKPaymentManager>(new HLVSDKPaymentManager);
 }
@@ -21,23 +19,23 @@ void HLVSDKPaymentManager::addPaymentInstrument(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
     const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) const {
-  send(sharedManager(), &Manager::addPaymentInstrument, instrument, address, guest,
-       std::move(completion));
+  send(sharedManager(), &HLVSDKPaymentInstrumentManager::addPaymentInstrument, instrument, address,
+       guest, std::move(completion));
 }
 
 void HLVSDKPaymentManager::deletePaymentInstrumentWithID(const NullableString& ID,
                                                          const NullableString& useCase,
                                                          const std::shared_ptr<HLVSDKGuest>& guest,
                                                          HLVSDKGuestCompletion completion) const {
-  send(sharedManager(), &Manager::deletePaymentInstrumentWithID, ID, useCase, guest,
-       std::move(completion));
+  send(sharedManager(), &HLVSDKPaymentInstrumentManager::deletePaymentInstrumentWithID, ID, useCase,
+       guest, std::move(completion));
 }
 
 void HLVSDKPaymentManager::updatePaymentInstrument(
     const NullableString& ID, const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
     const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) const {
-  send(sharedManager(), &Manager::updatePaymentInstrument, ID, address, guest,
-       std::move(completion));
+  send(sharedManager(), &HLVSDKPaymentInstrumentManager::updatePaymentInstrument, ID, address,
+       guest, std::move(completion));
 }
 
 }  // namespace hlv

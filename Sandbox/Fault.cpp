@@ -21,7 +21,7 @@ struct PossibleOperation {
   std::size_t kindCount;
 };
 
-constexpr PossibleOperation operations[] = {
+constexpr PossibleOperation possibleOperations[] = {
     {Operation::updateGuest, "updateCurrentGuestWithRequest", false, {}, 0},
     {Operation::addCard, "addCreditCardForGuest", true, {}, 0},
     {Operation::deleteCard, "deleteCreditCardWithID", false, {}, 0},
@@ -70,7 +70,7 @@ constexpr std::pair<Distribution, std::string_view> distributions[] = {
 };
 
 const PossibleOperation& possible(Operation operation) {
-  return *std::find_if(std::begin(operations), std::end(operations),
+  return *std::find_if(std::begin(possibleOperations), std::end(possibleOperations),
                        [&](const auto& row) { return row.operation == operation; });
 }
 
@@ -150,9 +150,9 @@ std::string_view textOf(FaultKind kind) { return nameIn(kinds, kind); }
 std::string_view textOf(Distribution distribution) { return nameIn(distributions, distribution); }
 
 std::optional<Operation> operationNamed(std::string_view name) {
-  const auto* found = std::find_if(std::begin(operations), std::end(operations),
+  const auto* found = std::find_if(std::begin(possibleOperations), std::end(possibleOperations),
                                    [&](const auto& row) { return row.name == name; });
-  return found == std::end(operations) ? std::nullopt : std::optional(found->operation);
+  return found == std::end(possibleOperations) ? std::nullopt : std::optional(found->operation);
 }
 
 std::optional<FaultKind> faultKindNamed(std::string_view name) { return valueIn(kinds, name); }
@@ -163,7 +163,7 @@ std::optional<Distribution> distributionNamed(std::string_view name) {
 
 std::vector<Operation> allOperations() {
   std::vector<Operation> all;
-  for (const auto& row : operations) all.push_back(row.operation);
+  for (const auto& row : possibleOperations) all.push_back(row.operation);
   return all;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Client/Sandboxes.h"
+#include "Sandbox/Records/SandboxRecords.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"
 #include "Tools/Table.h"
@@ -23,24 +24,6 @@ SandboxClient connect(const GlobalOptions& options) {
   return SandboxClient(options.providerURL);
 }
 
-json orNull(const std::optional<std::string>& text) { return text ? json(*text) : json(); }
-
-json objectOf(const SandboxDescription& sandbox) {
-  return {{"id", sandbox.id},
-          {"seed", sandbox.seed ? json(*sandbox.seed) : json()},
-          {"clock", sandbox.clock},
-          {"network", sandbox.isNetworkOn},
-          {"inMemory", sandbox.isInMemory},
-          {"created", sandbox.created},
-          {"expires", orNull(sandbox.expires)},
-          {"guests", sandbox.guests},
-          {"urls",
-           {{"backend", sandbox.backendURL},
-            {"provider", sandbox.providerURL},
-            {"control", sandbox.controlURL},
-            {"console", sandbox.consoleURL}}}};
-}
-
 /// One sentence, and in JSON what is new.
 Report done(const std::string& operation, const std::string& sentence, json details = {}) {
   Report report;
@@ -53,7 +36,7 @@ Report done(const std::string& operation, const std::string& sentence, json deta
 
 Report shown(const std::string& operation, const std::string& sentence,
              const SandboxDescription& sandbox) {
-  auto report = done(operation, sentence, {{"sandbox", objectOf(sandbox)}});
+  auto report = done(operation, sentence, {{"sandbox", sandbox::jsonOf(sandbox)}});
   Table table;
   table.add({"id", sandbox.id});
   if (sandbox.seed) table.add({"seed", std::to_string(*sandbox.seed)});
@@ -78,7 +61,7 @@ Report listed(const SandboxClient& client) {
     table.add({sandbox.id, sandbox.created, sandbox.expires.value_or("for good"),
                std::to_string(sandbox.guests) + (sandbox.guests == 1 ? " guest" : " guests"),
                sandbox.providerURL});
-    list.push_back(objectOf(sandbox));
+    list.push_back(sandbox::jsonOf(sandbox));
   }
   auto report = done("list", "", {{"sandboxes", std::move(list)}});
   report.list(std::move(table), "There is no sandbox.");
@@ -109,14 +92,12 @@ class Definition {
     });
     addOfOne("reset", "Forget everything in a sandbox", [](const auto& client, const auto& id) {
       return done("reset", "The sandbox is empty: " + id + ".",
-                  {{"sandbox", objectOf(client.reset(id))}});
+                  {{"sandbox", sandbox::jsonOf(client.reset(id))}});
     });
     addOfOne("snapshot", "Keep a sandbox as it is now", [](const auto& client, const auto& id) {
       const auto snapshot = client.snapshot(id);
-      return done(
-          "snapshot", "The snapshot is made: " + snapshot.id + ".",
-          {{"snapshot",
-            {{"id", snapshot.id}, {"created", snapshot.created}, {"sandbox", snapshot.sandbox}}}});
+      return done("snapshot", "The snapshot is made: " + snapshot.id + ".",
+                  {{"snapshot", sandbox::jsonOf(snapshot)}});
     });
     addRestore();
     addClock();
@@ -177,7 +158,7 @@ class Definition {
         "restore", "Bring a sandbox back to a snapshot",
         [snapshot](const SandboxClient& client, const std::string& id) {
           return done("restore", "The sandbox is as it was: " + id + ".",
-                      {{"sandbox", objectOf(client.restore(id, *snapshot))}});
+                      {{"sandbox", sandbox::jsonOf(client.restore(id, *snapshot))}});
         },
         " ID --snapshot SNAPSHOT");
     command.add_option("--snapshot", *snapshot, "Which one")->required();

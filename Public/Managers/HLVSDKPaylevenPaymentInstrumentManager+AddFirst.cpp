@@ -17,8 +17,6 @@
 
 namespace hlv {
 
-using Manager = HLVSDKPaylevenPaymentInstrumentManager;
-
 namespace {
 
 constexpr const char* addFirstMethod =
@@ -61,7 +59,7 @@ class BackendAnswers {
 
 /// What waits while the provider works.
 struct FirstCard {
-  std::weak_ptr<Manager> manager;
+  std::weak_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager;
   std::shared_ptr<HLVSDKGuest> guest;
   std::shared_ptr<HLVSDKPaymentInstrument> card;
   std::shared_ptr<HLVSDKPaymentBillingAddress> address;
@@ -71,7 +69,8 @@ struct FirstCard {
   /// the manager no request goes out, the group never empties, and nobody hears of it.
   void registerAtBackend(const NullableString& token) {
     const auto strongManager = manager.lock();
-    const auto apiManager = send(strongManager, &Manager::apiManager);
+    const auto apiManager =
+        send(strongManager, &HLVSDKPaylevenPaymentInstrumentManager::apiManager);
     const auto answers = std::make_shared<BackendAnswers>();
     const auto group = std::make_shared<Group>();
 
@@ -104,10 +103,10 @@ struct FirstCard {
 
 }  // namespace
 
-void Manager::addFirstPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                                        const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                                        const std::shared_ptr<HLVSDKGuest>& guest,
-                                        HLVSDKGuestCardCompletion completion) {
+void HLVSDKPaylevenPaymentInstrumentManager::addFirstPaymentInstrument(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+    const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) {
   addFirstPaymentInstrumentToPayleven(
       card, send(guest, &HLVSDKGuest::email),
       [firstCard = FirstCard{weak_from_this(), guest, card, address, std::move(completion)}](
@@ -132,7 +131,7 @@ void Manager::addFirstPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstr
       });
 }
 
-void Manager::addFirstPaymentInstrumentToPayleven(
+void HLVSDKPaylevenPaymentInstrumentManager::addFirstPaymentInstrumentToPayleven(
     const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& email,
     HLVSDKPaylevenInstrumentCompletion completion) {
   const auto instrument = makeProviderInstrument(card);
@@ -144,7 +143,8 @@ void Manager::addFirstPaymentInstrumentToPayleven(
          if (error) {
            deliverProviderError(std::move(completion), std::nullopt, error);
          } else if (token) {
-           send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token,
+           send(weakManager.lock(),
+                &HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument, card, token,
                 std::move(completion));
          } else {
            HLVSDKAsserts::handleParameterAssert("userToken", std::nullopt);

@@ -14,8 +14,6 @@
 
 namespace hlv {
 
-using Manager = HLVSDKPaylevenPaymentInstrumentManager;
-
 namespace {
 
 constexpr const char* addNewMethod =
@@ -28,10 +26,10 @@ void logFailure(const CallSite& site, const ErrorPtr& error) {
 
 }  // namespace
 
-void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                                      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                                      const std::shared_ptr<HLVSDKGuest>& guest,
-                                      HLVSDKGuestCardCompletion completion) {
+void HLVSDKPaylevenPaymentInstrumentManager::addNewPaymentInstrument(
+    const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+    const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) {
   addNewPaymentInstrumentToPayleven(
       card, send(guest, &HLVSDKGuest::paylevenToken),
       [completion = std::move(completion), card, guest, address, weakManager = weak_from_this()](
@@ -59,8 +57,8 @@ void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrum
         send(card, &HLVSDKPaymentInstrument::setExternalIdentifier, identifier);
         const auto request =
             HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, token);
-        send(send(manager, &Manager::apiManager), &HLVSDKAPIManager::addCreditCardForGuest, guest,
-             request,
+        send(send(manager, &HLVSDKPaylevenPaymentInstrumentManager::apiManager),
+             &HLVSDKAPIManager::addCreditCardForGuest, guest, request,
              answerOnce([completion = std::move(completion), providerError](
                             const std::shared_ptr<HLVSDKGuest>& backendGuest,
                             const std::shared_ptr<HLVSDKCreditCard>& backendCard,
@@ -77,7 +75,7 @@ void Manager::addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrum
       });
 }
 
-void Manager::addNewPaymentInstrumentToPayleven(
+void HLVSDKPaylevenPaymentInstrumentManager::addNewPaymentInstrumentToPayleven(
     const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& token,
     HLVSDKPaylevenInstrumentCompletion completion) {
   const auto instrument = makeProviderInstrument(card);
@@ -90,7 +88,8 @@ void Manager::addNewPaymentInstrumentToPayleven(
            deliverProviderError(std::move(completion), std::nullopt, error);
            return;
          }
-         send(weakManager.lock(), &Manager::processAddedPaymentInstrument, card, token,
+         send(weakManager.lock(),
+              &HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument, card, token,
               std::move(completion));
        }));
 }

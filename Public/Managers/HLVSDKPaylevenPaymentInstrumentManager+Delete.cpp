@@ -14,7 +14,6 @@
 
 namespace hlv {
 
-using Manager = HLVSDKPaylevenPaymentInstrumentManager;
 using Card = HLVSDKCreditCard;
 
 namespace {
@@ -45,7 +44,7 @@ std::shared_ptr<Card> firstCardWithID(const std::shared_ptr<HLVSDKGuest>& guest,
 
 /// The provider's half, once the backend has deleted the card.
 struct ProviderRemoval {
-  std::shared_ptr<Manager> manager;
+  std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager;
   std::shared_ptr<Card> card;
   NullableString useCase;
   std::shared_ptr<HLVSDKGuest> updatedGuest;
@@ -70,9 +69,9 @@ struct ProviderRemoval {
 
 }  // namespace
 
-void Manager::deletePaymentInstrumentWithID(const NullableString& ID, const NullableString& useCase,
-                                            const std::shared_ptr<HLVSDKGuest>& guest,
-                                            HLVSDKGuestCompletion completion) {
+void HLVSDKPaylevenPaymentInstrumentManager::deletePaymentInstrumentWithID(
+    const NullableString& ID, const NullableString& useCase,
+    const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCompletion completion) {
   refreshConnection();
 
   if (!send(guest, &HLVSDKGuest::paylevenToken)) {

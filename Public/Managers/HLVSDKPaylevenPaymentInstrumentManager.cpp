@@ -10,62 +10,75 @@
 
 namespace hlv {
 
-using Manager = HLVSDKPaylevenPaymentInstrumentManager;
 using Address = HLVSDKPaymentBillingAddress;
 
-std::shared_ptr<Manager> Manager::initWithAPIManager(
+std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager>
+HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
     std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
     std::shared_ptr<HLVSDKReachability> reachability) {
-  std::shared_ptr<Manager> manager(new Manager);
+  std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager(
+      new HLVSDKPaylevenPaymentInstrumentManager);
   manager->setReachability(std::move(reachability));
   manager->setApiManager(std::move(apiManager));
   manager->setPaymentClient(std::move(paylevenClient));
   manager->reachabilityObservation_ = Platform::current()->notificationCenter()->observe(
       HLVSDKReachabilityDidChangeReachabilityStateNotification(),
       [weakManager = manager->weak_from_this()](const Notification& notification) {
-        send(weakManager.lock(), &Manager::handleReachabilityChangedNotification, notification);
+        send(weakManager.lock(),
+             &HLVSDKPaylevenPaymentInstrumentManager::handleReachabilityChangedNotification,
+             notification);
       });
   return manager;
 }
 
-bool Manager::isConnectionAvailable() const {
+bool HLVSDKPaylevenPaymentInstrumentManager::isConnectionAvailable() const {
   return connectionAvaiable_.load(std::memory_order_relaxed);
 }
 
-void Manager::setConnectionAvaiable(bool available) {
+void HLVSDKPaylevenPaymentInstrumentManager::setConnectionAvaiable(bool available) {
   connectionAvaiable_.store(available, std::memory_order_relaxed);
 }
 
-std::shared_ptr<PLVInAppClient> Manager::paymentClient() const { return paymentClient_; }
+std::shared_ptr<PLVInAppClient> HLVSDKPaylevenPaymentInstrumentManager::paymentClient() const {
+  return paymentClient_;
+}
 
-void Manager::setPaymentClient(std::shared_ptr<PLVInAppClient> client) {
+void HLVSDKPaylevenPaymentInstrumentManager::setPaymentClient(
+    std::shared_ptr<PLVInAppClient> client) {
   paymentClient_ = std::move(client);
 }
 
-std::shared_ptr<HLVSDKAPIManager> Manager::apiManager() const { return apiManager_; }
+std::shared_ptr<HLVSDKAPIManager> HLVSDKPaylevenPaymentInstrumentManager::apiManager() const {
+  return apiManager_;
+}
 
-void Manager::setApiManager(std::shared_ptr<HLVSDKAPIManager> apiManager) {
+void HLVSDKPaylevenPaymentInstrumentManager::setApiManager(
+    std::shared_ptr<HLVSDKAPIManager> apiManager) {
   apiManager_ = std::move(apiManager);
 }
 
-std::shared_ptr<HLVSDKReachability> Manager::reachability() const { return reachability_; }
+std::shared_ptr<HLVSDKReachability> HLVSDKPaylevenPaymentInstrumentManager::reachability() const {
+  return reachability_;
+}
 
-void Manager::setReachability(std::shared_ptr<HLVSDKReachability> reachability) {
+void HLVSDKPaylevenPaymentInstrumentManager::setReachability(
+    std::shared_ptr<HLVSDKReachability> reachability) {
   reachability_ = std::move(reachability);
 }
 
-void Manager::handleReachabilityChangedNotification(const Notification& notification) {
+void HLVSDKPaylevenPaymentInstrumentManager::handleReachabilityChangedNotification(
+    const Notification& notification) {
   const auto& state = valueForKey(notification.userInfo,
                                   HLVSDKReachabilityDidChangeReachabilityNotificationStateKey());
   setConnectionAvaiable(isReachable(state.integerValue()));
 }
 
-void Manager::refreshConnection() {
+void HLVSDKPaylevenPaymentInstrumentManager::refreshConnection() {
   setConnectionAvaiable(isReachable(send(reachability_, &HLVSDKReachability::currentState)));
 }
 
-bool Manager::validateBillingAddress(const std::shared_ptr<Address>& address,
-                                     ErrorPtr* error) const {
+bool HLVSDKPaylevenPaymentInstrumentManager::validateBillingAddress(
+    const std::shared_ptr<Address>& address, ErrorPtr* error) const {
   const struct {
     const char* name;
     NullableString (Address::*value)() const;
@@ -85,10 +98,9 @@ bool Manager::validateBillingAddress(const std::shared_ptr<Address>& address,
   return *error == nullptr;
 }
 
-void Manager::updatePaymentInstrument(const NullableString& ID,
-                                      const std::shared_ptr<Address>& address,
-                                      const std::shared_ptr<HLVSDKGuest>& guest,
-                                      HLVSDKGuestCardCompletion completion) {
+void HLVSDKPaylevenPaymentInstrumentManager::updatePaymentInstrument(
+    const NullableString& ID, const std::shared_ptr<Address>& address,
+    const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) {
   NullableString (Address::*const fields[])()
       const = {&Address::street, &Address::city, &Address::countryCode, &Address::zip,
                &Address::businessName};

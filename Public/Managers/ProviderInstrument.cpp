@@ -7,12 +7,12 @@ namespace hlv {
 
 std::shared_ptr<PLVCreditCardPaymentInstrument> makeProviderInstrument(
     const std::shared_ptr<HLVSDKPaymentInstrument>& card) {
-  using Card = HLVSDKPaymentInstrument;
-  const Secret pan(card, &Card::pan);
-  const Secret cvv(card, &Card::cvv);
+  const Secret pan(card, &HLVSDKPaymentInstrument::pan);
+  const Secret cvv(card, &HLVSDKPaymentInstrument::cvv);
   return PLVPaymentInstrument::createCreditCardPaymentInstrumentWithPan(
-      pan.text(), send(card, &Card::expiryMonth), send(card, &Card::expiryYear), cvv.text(),
-      send(card, &Card::cardHolder));
+      pan.text(), send(card, &HLVSDKPaymentInstrument::expiryMonth),
+      send(card, &HLVSDKPaymentInstrument::expiryYear), cvv.text(),
+      send(card, &HLVSDKPaymentInstrument::cardHolder));
 }
 
 }  // namespace hlv

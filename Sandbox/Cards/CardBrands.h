@@ -19,8 +19,8 @@ struct CardBrand {
   std::uint32_t securityCodeLength = 3;
   bool hasLuhn = true;
 
-  bool allowsLength(std::size_t digits) const {
-    return digits < 32 && (lengths >> digits & 1U) != 0;
+  bool allowsLength(std::size_t length) const {
+    return length < 32 && (lengths >> length & 1U) != 0;
   }
 };
 

@@ -22,7 +22,7 @@ Distribution distributionIn(const std::string& name) {
   refuse("The distribution of a fault is uniform, normal or log-normal.");
 }
 
-Json orNull(std::optional<std::int64_t> number) { return number ? Json(*number) : Json(); }
+Json numberOrNull(std::optional<std::int64_t> number) { return number ? Json(*number) : Json(); }
 
 /// Null is no number; no member leaves the one that is there.
 void readNumber(const Json& json, const char* key, std::optional<std::int64_t>& number) {
@@ -46,17 +46,17 @@ Json newFaultJson(const Fault& fault) {
   for (const auto& [name, value] : fault.headers) headers[name] = value;
   return {{"operation", textOf(fault.operation)},
           {"kind", textOf(fault.kind)},
-          {"times", orNull(fault.remaining)},
+          {"times", numberOrNull(fault.remaining)},
           {"probability", fault.probability},
           {"delay_ms", fault.delayMilliseconds},
           {"spread_ms", fault.spreadMilliseconds},
           {"distribution", textOf(fault.distribution)},
           {"code", fault.code},
-          {"status", orNull(fault.status)},
+          {"status", numberOrNull(fault.status)},
           {"headers", std::move(headers)},
-          {"bytes", orNull(fault.bytes)},
-          {"bytes_per_second", orNull(fault.bytesPerSecond)},
-          {"use_case", sandbox::orNull(fault.useCase)}};
+          {"bytes", numberOrNull(fault.bytes)},
+          {"bytes_per_second", numberOrNull(fault.bytesPerSecond)},
+          {"use_case", orNull(fault.useCase)}};
 }
 
 Fault newFaultIn(const Json& json) {

@@ -27,26 +27,26 @@ constexpr Known known(std::string_view domain, Code number, int status, const ch
   return {domain, static_cast<std::int64_t>(number), status, code};
 }
 
-constexpr std::string_view backend = sandbox::backendErrorDomain;
-constexpr std::string_view provider = sandbox::providerErrorDomain;
+constexpr std::string_view backendDomain = sandbox::backendErrorDomain;
+constexpr std::string_view providerDomain = sandbox::providerErrorDomain;
 
 constexpr Known knownErrors[] = {
     known(sandbox::urlErrorDomain, sandbox::URLErrorCode::notConnected, 503, "not-connected"),
-    known(backend, BackendErrorCode::invalidRequest, 400, "invalid-request"),
-    known(backend, BackendErrorCode::notSignedIn, 401, "not-signed-in"),
-    known(backend, BackendErrorCode::foreignGuest, 403, "foreign-guest"),
-    known(backend, BackendErrorCode::unknownCard, 404, "unknown-card"),
-    known(backend, BackendErrorCode::unknownGuest, 404, "unknown-guest"),
-    known(backend, BackendErrorCode::cardRefused, 422, "card-refused"),
-    known(backend, BackendErrorCode::storeFailed, 507, "store-failed"),
-    known(provider, ProviderErrorCode::invalidRequest, 400, "invalid-request"),
-    known(provider, ProviderErrorCode::notRegistered, 401, "not-registered"),
-    known(provider, ProviderErrorCode::cardDeclined, 422, "card-declined"),
-    known(provider, ProviderErrorCode::unknownToken, 404, "unknown-token"),
-    known(provider, ProviderErrorCode::unknownUseCase, 422, "unknown-use-case"),
-    known(provider, ProviderErrorCode::instrumentGone, 404, "instrument-gone"),
-    known(provider, ProviderErrorCode::malformedCard, 422, "malformed-card"),
-    known(provider, ProviderErrorCode::storeFailed, 507, "store-failed"),
+    known(backendDomain, BackendErrorCode::invalidRequest, 400, "invalid-request"),
+    known(backendDomain, BackendErrorCode::notSignedIn, 401, "not-signed-in"),
+    known(backendDomain, BackendErrorCode::foreignGuest, 403, "foreign-guest"),
+    known(backendDomain, BackendErrorCode::unknownCard, 404, "unknown-card"),
+    known(backendDomain, BackendErrorCode::unknownGuest, 404, "unknown-guest"),
+    known(backendDomain, BackendErrorCode::cardRefused, 422, "card-refused"),
+    known(backendDomain, BackendErrorCode::storeFailed, 507, "store-failed"),
+    known(providerDomain, ProviderErrorCode::invalidRequest, 400, "invalid-request"),
+    known(providerDomain, ProviderErrorCode::notRegistered, 401, "not-registered"),
+    known(providerDomain, ProviderErrorCode::cardDeclined, 422, "card-declined"),
+    known(providerDomain, ProviderErrorCode::unknownToken, 404, "unknown-token"),
+    known(providerDomain, ProviderErrorCode::unknownUseCase, 422, "unknown-use-case"),
+    known(providerDomain, ProviderErrorCode::instrumentGone, 404, "instrument-gone"),
+    known(providerDomain, ProviderErrorCode::malformedCard, 422, "malformed-card"),
+    known(providerDomain, ProviderErrorCode::storeFailed, 507, "store-failed"),
 };
 
 }  // namespace

@@ -33,7 +33,7 @@ constexpr std::size_t mostInMemory = 1'000;
 constexpr std::size_t mostSandboxes = 100'000;
 constexpr std::chrono::seconds idleTime{30};
 
-sys_seconds now() {
+sys_seconds currentSecond() {
   return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
@@ -108,7 +108,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
         new Registry(storePath, std::move(lock), std::move(registry.store), std::move(writers)));
     opened->readEntries();
     auto& entry = opened->entries_[defaultID];
-    entry.created = now();
+    entry.created = currentSecond();
     entry.world = std::make_shared<World>(defaultID, store.store, opened->writers_);
     entry.world->openLog();
     return opened;
@@ -165,7 +165,7 @@ std::shared_ptr<World> Registry::world(const std::string& id) {
   const auto found = entries_.find(id);
   if (found == entries_.end()) throw noSuchSandbox();
   auto& entry = found->second;
-  if (entry.expires && *entry.expires <= now()) throw noSuchSandbox();
+  if (entry.expires && *entry.expires <= currentSecond()) throw noSuchSandbox();
   auto world = entry.world ? entry.world : opened(id, entry);
   use(id, entry);
   return world;
@@ -287,7 +287,7 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
   const auto id = reserveID(wanted);
   try {
     auto store = makeStore(id, wanted);
-    Entry entry{now(), std::nullopt, wanted.isInMemory};
+    Entry entry{currentSecond(), std::nullopt, wanted.isInMemory};
     if (wanted.secondsToLive) {
       entry.expires = entry.created + std::chrono::seconds(*wanted.secondsToLive);
     }
@@ -423,7 +423,7 @@ SandboxDescription Registry::description(World& world, const Entry& entry) const
 
 SnapshotDescription Registry::snapshot(const std::string& id) {
   const auto source = world(id);
-  const auto created = now();
+  const auto created = currentSecond();
   SnapshotDescription made{"snp_" + sandbox::randomLetters(20), sandbox::timeText(created), id};
   const auto path = folder_ + "/snapshots/" + made.id + ".sqlite";
   source->store().copyTo(path);
@@ -500,7 +500,7 @@ void Registry::removeExpired() {
   {
     const std::lock_guard lock(mutex_);
     for (const auto& [id, entry] : entries_) {
-      if (entry.expires && *entry.expires <= now()) expired.push_back(id);
+      if (entry.expires && *entry.expires <= currentSecond()) expired.push_back(id);
     }
   }
   for (const auto& id : expired) {

@@ -24,7 +24,7 @@ std::string timeText(std::int64_t millisecondsSince1970) {
       std::chrono::sys_time<milliseconds>(milliseconds(millisecondsSince1970)));
 }
 
-std::int64_t now() {
+std::int64_t currentMillisecond() {
   return std::chrono::duration_cast<milliseconds>(
              std::chrono::system_clock::now().time_since_epoch())
       .count();
@@ -169,7 +169,8 @@ void RequestLog::write(Database& database) {
 
 void RequestLog::open(Database& database) {
   if (sandbox::readSetting(database, openSetting)) {
-    database.run("INSERT INTO request_gaps (after, found) VALUES (?, ?)", last(database), now());
+    database.run("INSERT INTO request_gaps (after, found) VALUES (?, ?)", last(database),
+                 currentMillisecond());
     database.run("DELETE FROM request_gaps WHERE number <= ?", database.lastRow() - requestsKept);
   }
   sandbox::writeSetting(database, openSetting, "open");

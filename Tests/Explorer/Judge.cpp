@@ -8,15 +8,17 @@ namespace {
 
 using Text = std::string;
 
-const Text manager = "-[HLVSDKPaylevenPaymentInstrumentManager ";
+const Text managerMethod = "-[HLVSDKPaylevenPaymentInstrumentManager ";
 const Text addFirstMethod =
-    manager + "addFirstPaymentInstrument:billingAddress:forGuest:completion:]";
+    managerMethod + "addFirstPaymentInstrument:billingAddress:forGuest:completion:]";
 const Text addFirstToPaylevenMethod =
-    manager + "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:]";
+    managerMethod + "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:]";
 const Text addNewBlock =
-    manager + "addNewPaymentInstrument:billingAddress:forGuest:completion:]_block_invoke";
-const Text processMethod = manager + "processAddedPaymentInstrument:paylevenToken:completion:]";
-const Text deleteMethod = manager + "deletePaymentInstrumentWithID:useCase:fromGuest:completion:]";
+    managerMethod + "addNewPaymentInstrument:billingAddress:forGuest:completion:]_block_invoke";
+const Text processMethod =
+    managerMethod + "processAddedPaymentInstrument:paylevenToken:completion:]";
+const Text deleteMethod =
+    managerMethod + "deletePaymentInstrumentWithID:useCase:fromGuest:completion:]";
 const Text synchronizeMethod =
     "-[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
     "synchronizePaymentInstrumentsForGuest:completion:]";

@@ -52,15 +52,15 @@ struct HiddenCard final : FakeEnteredCard {
 /// Whether the memory shows one of them.
 bool isInMemory(const std::vector<CardDataSearch>& searches) {
   // Fewer digits may be there by chance. A run of so many meets every eighth byte.
-  constexpr std::size_t tooMany = 8;
+  constexpr std::size_t tooManyInMemory = 8;
   bool isThere = false;
   const auto seen = showProcessMemory([&](std::string_view bytes) {
-    for (auto at = tooMany - 1; at < bytes.size() && !isThere; at += tooMany) {
+    for (auto at = tooManyInMemory - 1; at < bytes.size() && !isThere; at += tooManyInMemory) {
       if (bytes[at] < '0' || bytes[at] > '9') continue;
-      const auto around = bytes.substr(at - tooMany + 1, 2 * tooMany);
+      const auto around = bytes.substr(at - tooManyInMemory + 1, 2 * tooManyInMemory);
       for (const auto& search : searches) {
         auto found = search.in(around);
-        while (found && found->digits < tooMany) found = search.in(around, found->at + 1);
+        while (found && found->digits < tooManyInMemory) found = search.in(around, found->at + 1);
         isThere = isThere || found;
       }
     }

@@ -8,10 +8,10 @@
 namespace hlv::testing {
 namespace {
 
-std::string shown(const NullableString& text) { return text ? *text : "nil"; }
+std::string shownText(const NullableString& text) { return text ? *text : "nil"; }
 
-std::string shown(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument) {
-  return shown(send(instrument, &PLVCreditCardPaymentInstrument::identifier));
+std::string shownText(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument) {
+  return shownText(send(instrument, &PLVCreditCardPaymentInstrument::identifier));
 }
 
 class TracingLogger final : public HLVSDKLogger {
@@ -23,7 +23,7 @@ class TracingLogger final : public HLVSDKLogger {
     std::string entry = name_ + " " + std::to_string(level) + " \"" + format + "\"";
     for (const auto& argument : arguments) {
       const auto* text = std::get_if<NullableString>(&argument);
-      entry += " <" + (text ? shown(*text) : madeAs(std::get<ErrorPtr>(argument))) + ">";
+      entry += " <" + (text ? shownText(*text) : madeAs(std::get<ErrorPtr>(argument))) + ">";
     }
     trace_->push_back(entry + " at " + function);
     if (line <= 0 || std::string(path).find("Public/Managers/") == std::string::npos) {
@@ -56,7 +56,7 @@ void ScriptedBackend::updateCurrentGuestWithRequest(
     const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
     HLVSDKGuestCompletion completion) {
   const auto fake = std::dynamic_pointer_cast<FakeUpdateRequest>(request);
-  trace_->push_back("backend update guest token=" + (fake ? shown(fake->token) : "no request"));
+  trace_->push_back("backend update guest token=" + (fake ? shownText(fake->token) : "no request"));
   guestUpdates.hold(std::move(completion));
 }
 
@@ -66,8 +66,8 @@ void ScriptedBackend::addCreditCardForGuest(
     HLVSDKGuestCardCompletion completion) {
   const auto request =
       std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(requestInfo);
-  trace_->push_back("backend add card for " + shown(send(guest, &HLVSDKGuest::email)) +
-                    " token=" + (request ? shown(request->paylevenToken()) : "no request"));
+  trace_->push_back("backend add card for " + shownText(send(guest, &HLVSDKGuest::email)) +
+                    " token=" + (request ? shownText(request->paylevenToken()) : "no request"));
   lastAddRequest = requestInfo;
   cardAdds.hold(std::move(completion));
 }
@@ -75,59 +75,59 @@ void ScriptedBackend::addCreditCardForGuest(
 void ScriptedBackend::deleteCreditCardWithID(const NullableString& ID,
                                              const std::shared_ptr<HLVSDKGuest>& guest,
                                              HLVSDKGuestCompletion completion) {
-  trace_->push_back("backend delete " + shown(ID) + " of " +
-                    shown(send(guest, &HLVSDKGuest::email)));
+  trace_->push_back("backend delete " + shownText(ID) + " of " +
+                    shownText(send(guest, &HLVSDKGuest::email)));
   deletions.hold(std::move(completion));
 }
 
 void ScriptedBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
                                        const std::shared_ptr<HLVSDKGuest>& guest,
                                        HLVSDKGuestCardCompletion completion) {
-  trace_->push_back("backend update " + shown(ID) + " of " +
-                    shown(send(guest, &HLVSDKGuest::email)));
+  trace_->push_back("backend update " + shownText(ID) + " of " +
+                    shownText(send(guest, &HLVSDKGuest::email)));
   lastAddress = address;
   cardUpdates.hold(std::move(completion));
 }
 
 void ScriptedBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                                             HLVSDKCreditCardsCompletion completion) {
-  trace_->push_back("backend fetch cards of " + shown(send(guest, &HLVSDKGuest::email)));
+  trace_->push_back("backend fetch cards of " + shownText(send(guest, &HLVSDKGuest::email)));
   cardFetches.hold(std::move(completion));
 }
 
 void ScriptedProvider::registerWithAPIKey(const NullableString& key) {
-  trace_->push_back("provider register '" + shown(key) + "'");
+  trace_->push_back("provider register '" + shownText(key) + "'");
 }
 
 void ScriptedProvider::createUserToken(
     const NullableString& email, const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& useCase, PLVUserTokenCompletion completion) {
-  trace_->push_back("provider create token for " + shown(email) + " with " + shown(instrument) +
-                    " use case " + shown(useCase));
+  trace_->push_back("provider create token for " + shownText(email) + " with " +
+                    shownText(instrument) + " use case " + shownText(useCase));
   tokens.hold(std::move(completion));
 }
 
 void ScriptedProvider::addPaymentInstrument(
     const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& userToken, const NullableString& useCase, PLVErrorCompletion completion) {
-  trace_->push_back("provider add " + shown(instrument) + " under " + shown(userToken) +
-                    " use case " + shown(useCase));
+  trace_->push_back("provider add " + shownText(instrument) + " under " + shownText(userToken) +
+                    " use case " + shownText(useCase));
   adds.hold(std::move(completion));
 }
 
 void ScriptedProvider::getPaymentInstrumentsList(const NullableString& userToken,
                                                  const NullableString& useCase,
                                                  PLVPaymentInstrumentsCompletion completion) {
-  trace_->push_back("provider list " + shown(userToken) + " use case " + shown(useCase));
-  lastUseCase = shown(useCase);
+  trace_->push_back("provider list " + shownText(userToken) + " use case " + shownText(useCase));
+  lastUseCase = shownText(useCase);
   lists.hold(std::move(completion));
 }
 
 void ScriptedProvider::removePaymentInstrument(
     const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& useCase, const NullableString& userToken, PLVErrorCompletion completion) {
-  trace_->push_back("provider remove " + shown(instrument) + " from " + shown(useCase) + " of " +
-                    shown(userToken));
+  trace_->push_back("provider remove " + shownText(instrument) + " from " + shownText(useCase) +
+                    " of " + shownText(userToken));
   removals.hold(std::move(completion));
 }
 
@@ -182,12 +182,12 @@ std::shared_ptr<HLVSDKUpdateGuestRequestInfo> ScriptedHost::makeUpdateGuestReque
 }
 
 void ScriptedHost::handleAssertWithMessage(const NullableString& message) {
-  trace.push_back("assert \"" + shown(message) + "\"");
+  trace.push_back("assert \"" + shownText(message) + "\"");
 }
 
 void ScriptedHost::handleParameterAssert(const NullableString& parameter,
                                          const NullableString& message) {
-  trace.push_back("assert parameter " + shown(parameter) + ": " + shown(message));
+  trace.push_back("assert parameter " + shownText(parameter) + ": " + shownText(message));
 }
 
 std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCreditCardRequestBody(
@@ -204,8 +204,8 @@ std::shared_ptr<PLVCreditCardPaymentInstrument> ScriptedHost::makeCreditCardPaym
   auto instrument = std::make_shared<FakeInstrument>();
   // Named by what it was made of, masked.
   instrument->id = "new[" + (pan ? ".." + pan->substr(pan->size() - 4) : "nil") + " " +
-                   shown(expiryMonth) + "/" + shown(expiryYear) + (cvv ? " cvv" : " nil") + " " +
-                   shown(cardHolder) + "]";
+                   shownText(expiryMonth) + "/" + shownText(expiryYear) + (cvv ? " cvv" : " nil") +
+                   " " + shownText(cardHolder) + "]";
   return instrument;
 }
 

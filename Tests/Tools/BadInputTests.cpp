@@ -12,7 +12,7 @@ namespace {
 
 using testing::Command;
 
-const std::string number = "4111111111111111";
+const std::string visaNumber = "4111111111111111";
 const std::string typedCard = "add --month 12 --year 2099 --holder Guest";
 
 struct Bad {
@@ -28,14 +28,14 @@ void PrintTo(const Bad& bad, std::ostream* stream) { *stream << bad.name; }
 
 const Bad badInputs[] = {
     {"LettersInTheNumber", typedCard, "4111letters11111\n123\n", 1, "The card was not added."},
-    {"AnExpiredCard", "add --month 1 --year 2001 --holder Guest", number + "\n123\n", 1,
+    {"AnExpiredCard", "add --month 1 --year 2001 --holder Guest", visaNumber + "\n123\n", 1,
      "The card was not added."},
     {"AnUnknownCardToUpdate", "update nobody --city X", "", 1, "was not changed"},
     {"AnUnknownCardToDelete", "delete nobody", "", 1, "The card was not deleted."},
     {"ADeclinedCardToPlant", "plant --test-card declined", "", 1, "The card was declined."},
     {"NoNumber", typedCard, "", 2, "No card number was given"},
-    {"NoSecurityCode", typedCard, number + "\n", 2, "No security code was given"},
-    {"NoHolder", "add --month 12", number, 2, "also needs --month, --year and --holder"},
+    {"NoSecurityCode", typedCard, visaNumber + "\n", 2, "No security code was given"},
+    {"NoHolder", "add --month 12", visaNumber, 2, "also needs --month, --year and --holder"},
     {"AnUnknownTestCard", "add --test-card nobody", "", 2, "no test card of that name"},
     {"ANumberAsAnArgument", "add 4111-1111-1111-1111", "", 2, "looks like a card number"},
     {"ANumberOfPathParts", "add 4111/1111/1111/1111", "", 2, "looks like a card number"},
@@ -43,7 +43,7 @@ const Bad badInputs[] = {
      "looks like a card number"},
     {"ANumberSplitAtDashes", "add 4111- 1111 - 1111 1111", "", 2, "looks like a card number"},
     {"ASplitNumber", "add 4111 1111 1111 1111", "", 2, "looks like a card number"},
-    {"ANumberInAnOption", "add --pan=" + number, "", 2, "looks like a card number"},
+    {"ANumberInAnOption", "add --pan=" + visaNumber, "", 2, "looks like a card number"},
     {"ACodeAsAnArgument", "add --cvv 907", "", 2, "The option --cvv is not known"},
     {"AnUnknownOperation", "fault arm fly error", "", 2, "no operation"},
     {"AnUnknownFault", "fault arm createUserToken fly", "", 2, "no fault"},
@@ -63,7 +63,8 @@ TEST_P(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
   const auto& bad = GetParam();
   const auto finished = command.run(bad.line, bad.input);
   // Neither a number nor a code that was typed at the wrong place is repeated.
-  ASSERT_EQ(testing::CardDataSearch(number, "907").in(finished.out + finished.err), std::nullopt);
+  ASSERT_EQ(testing::CardDataSearch(visaNumber, "907").in(finished.out + finished.err),
+            std::nullopt);
   EXPECT_EQ(finished.status, bad.status) << finished.out << finished.err;
   const auto& text = bad.status == 2 ? finished.err : finished.out;
   EXPECT_NE(text.find(bad.says), std::string::npos) << text;
