@@ -97,7 +97,7 @@ class Definition {
     addOfOne("snapshot", "Keep a sandbox as it is now", [](const auto& client, const auto& id) {
       const auto snapshot = client.snapshot(id);
       return done("snapshot", "The snapshot is made: " + snapshot.id + ".",
-                  {{"snapshot", sandbox::jsonOf(snapshot)}});
+                  sandbox::jsonOf(snapshot));
     });
     addRestore();
     addClock();

@@ -67,9 +67,9 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
       if (error == asio::error::would_block || error == asio::error::connection_aborted) break;
       if (error) return pause();
       ++next_;
-      const std::shared_ptr<Connection> connection(
-          new Connection(std::move(socket), loop, listener_));
-      asio::post(loop.context(), [connection] { connection->start(); });
+      std::shared_ptr<Connection> connection(new Connection(std::move(socket), loop, listener_));
+      // Nothing of it stays here: it may end on its own loop at once.
+      asio::post(loop.context(), [connection = std::move(connection)] { connection->start(); });
     }
     if (acceptor_.is_open()) await();
   }

@@ -17,7 +17,7 @@ class ToolSandboxes : public ::testing::Test {
     }
     auto finished = tool_.run(line + " --provider " + urls_["provider"].get<std::string>());
     if (line.starts_with("--json sandbox snapshot") && finished.status == 0) {
-      snapshot_ = finished.document()["snapshot"]["id"];
+      snapshot_ = finished.document()["snapshot"];
     }
     return finished;
   }
