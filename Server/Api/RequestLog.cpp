@@ -34,11 +34,12 @@ std::int64_t currentMillisecond() {
 constexpr char partEnd = '\x1f';
 constexpr char eventEnd = '\x1e';
 
-/// As it is stored, which is written far more often than it is read.
-std::string packed(const std::vector<RequestEvent>& events) {
+/// As it is stored, which is written far more often than it is read. Times count from the request's:
+/// the digits of a whole one may look like a piece of a card number.
+std::string packed(const std::vector<RequestEvent>& events, std::int64_t start) {
   std::string text;
   for (const auto& event : events) {
-    text += std::to_string(event.at);
+    text += std::to_string(event.at - start);
     for (const auto& part :
          {event.from, event.to, maskedText(event.what), maskedText(event.result)}) {
       (text += partEnd) += part;
@@ -48,7 +49,7 @@ std::string packed(const std::vector<RequestEvent>& events) {
   return text;
 }
 
-Json unpacked(std::string_view text) {
+Json unpacked(std::string_view text, std::int64_t start) {
   const auto take = [](std::string_view& rest, char end) {
     const auto part = rest.substr(0, rest.find(end));
     rest.remove_prefix(std::min(rest.size(), part.size() + 1));
@@ -57,7 +58,8 @@ Json unpacked(std::string_view text) {
   auto events = Json::array();
   while (!text.empty()) {
     auto event = take(text, eventEnd);
-    Json json = {{"at", timeText(sandbox::numberOf(take(event, partEnd)).value_or(0))}};
+    const auto since = sandbox::numberOf(take(event, partEnd)).value_or(0);
+    Json json = {{"at", timeText(start + since)}};
     for (const char* name : {"from", "to", "what", "result"}) json[name] = take(event, partEnd);
     events.push_back(std::move(json));
   }
@@ -162,7 +164,7 @@ void RequestLog::write(Database& database) {
         maskedTarget(record.path), record.fault, record.microseconds, record.caller,
         record.listener, static_cast<std::int64_t>(record.requestBytes),
         static_cast<std::int64_t>(record.replyBytes),
-        record.code.empty() ? std::nullopt : std::optional(record.code), packed(record.events));
+        record.code.empty() ? std::nullopt : std::optional(record.code), packed(record.events, record.at));
   }
   database.run("DELETE FROM requests WHERE number <= ?", last(database) - requestsKept);
 }
@@ -213,7 +215,7 @@ std::optional<Json> RequestLog::find(Database& database, const std::string& id,
   auto row = database.query(std::string(columns) + "WHERE id = ?", id);
   if (!row.next()) return std::nullopt;
   auto request = requestIn(row, sandbox);
-  request["events"] = unpacked(row.text(13));
+  request["events"] = unpacked(row.text(13), row.integer(2));
   return request;
 }
 

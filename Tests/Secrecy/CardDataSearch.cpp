@@ -10,6 +10,8 @@ constexpr std::size_t tooMany = 5;
 /// The same for a run with gaps that does not begin the number: an expiry date may stand beside the
 /// last four digits and continue them by chance.
 constexpr std::size_t tooManyWithGaps = 8;
+/// The system chooses the ports, and some are five digits of a card.
+constexpr std::string_view beforePort = "127.0.0.1:";
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 bool isGap(char character) {
@@ -32,6 +34,11 @@ std::optional<CardDataSearch::Finding> CardDataSearch::in(std::string_view text,
                                                           std::size_t from) const {
   for (auto at = from; at < text.size(); ++at) {
     if (!isDigit(text[at])) continue;
+    if (text.substr(0, at).ends_with(beforePort)) {
+      const auto end = std::min(text.find_first_not_of("0123456789", at), text.size());
+      if (end - at <= 5) at = end;
+      if (at == end) continue;
+    }
     if (const auto digits = digitsOfNumberAt(text, at)) return Finding{What::number, at, digits};
     if (isCodeAt(text, at)) return Finding{What::code, at, code_.size()};
   }

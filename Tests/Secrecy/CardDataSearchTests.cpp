@@ -30,6 +30,7 @@ TEST(CardDataSearchTest, FindsTheNumberInEveryGuiseAndTheCodeAsANumberOfItsOwn) 
       {"4111 22** **** 4444", What::number, 0, 6},
       {"**** **** 3333 4444", What::number, 10, 8},
       {"1222 a 41112", What::number, 7, 5},
+      {"http://127.0.0.1:411122", What::number, 17, 6},
       {std::string_view("\0\0"
                         "22233\0",
                         8),
@@ -55,7 +56,7 @@ TEST(CardDataSearchTest, LetsTheLastFourDigitsAndOtherNumbersStand) {
   for (const std::string_view text :
        {"", "****4444", "************4444", "**** **** **** 4444", "4444 4/2033", "visa 4111",
         "411-13 1222", "4444444444444444", "73910", "17391", "739", "7 391", "12:30:00.7391",
-        "2033-04-11 12:22", "4444333322221114"}) {
+        "2033-04-11 12:22", "http://127.0.0.1:41112/v1", "4444333322221114"}) {
     EXPECT_EQ(search.in(text), std::nullopt);
   }
   EXPECT_EQ(CardDataSearch("4111222233334444", "").in("7391"), std::nullopt);
