@@ -70,7 +70,7 @@ export class Documents {
   #wrongBody(port, method, path, reply) {
     const match = this.#find(port, method, path);
     const { name, operation } = match ?? { name: described[port][0] };
-    const response = operation && (operation.responses[reply.status] ?? operation.responses.default);
+    const response = operation && (operation.responses[reply.status] ?? operation.responses[`${String(reply.status)[0]}XX`] ?? operation.responses.default);
     if (operation && !response) return `the status ${reply.status} is not described`;
     // The page and its app are described in docs/, not here.
     if (!operation && port === 'console' && reply.status < 400) return '';
