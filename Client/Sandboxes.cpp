@@ -14,9 +14,9 @@ std::string sandboxPath(const std::string& id) {
   return std::string(sandboxes) + "/" + percentEncoded(id);
 }
 
-/// The default sandbox has its clock below such a path too.
-std::string clockPath(const std::string& id) {
-  return "/sandboxes/" + percentEncoded(id) + "/v1/sandbox/clock";
+/// Of test control; `rest` begins with a slash.
+std::string controlPath(const std::string& id, const std::string& rest) {
+  return "/sandboxes/" + percentEncoded(id) + "/v1/sandbox" + rest;
 }
 
 std::string clockIn(const Json& body) { return sandbox::requiredTextIn(body, "now"); }
@@ -64,17 +64,16 @@ void SandboxClient::remove(const std::string& id) const {
 }
 
 SandboxDescription SandboxClient::reset(const std::string& id) const {
-  return control_->send("POST", sandboxPath(id) + "/reset", Json::object(), sandbox::sandboxIn);
+  return control_->send("POST", controlPath(id, "/reset"), Json::object(), sandbox::sandboxIn);
 }
 
 SnapshotDescription SandboxClient::snapshot(const std::string& id) const {
-  return control_->send("POST", sandboxPath(id) + "/snapshots", Json::object(),
-                        sandbox::snapshotIn);
+  return control_->send("POST", controlPath(id, "/snapshots"), Json::object(), sandbox::snapshotIn);
 }
 
 SandboxDescription SandboxClient::restore(const std::string& id,
                                           const std::string& snapshot) const {
-  return control_->send("POST", sandboxPath(id) + "/restore", {{"snapshot", snapshot}},
+  return control_->send("POST", controlPath(id, "/restore"), {{"snapshot", snapshot}},
                         sandbox::sandboxIn);
 }
 
@@ -93,15 +92,15 @@ void SandboxClient::removeSnapshot(const std::string& snapshot) const {
 }
 
 std::string SandboxClient::clock(const std::string& id) const {
-  return control_->send("GET", clockPath(id), nullptr, clockIn);
+  return control_->send("GET", controlPath(id, "/clock"), nullptr, clockIn);
 }
 
 std::string SandboxClient::setClock(const std::string& id, const std::string& time) const {
-  return control_->send("PUT", clockPath(id), {{"now", time}}, clockIn);
+  return control_->send("PUT", controlPath(id, "/clock"), {{"now", time}}, clockIn);
 }
 
 std::string SandboxClient::advanceClock(const std::string& id, std::int64_t seconds) const {
-  return control_->send("PUT", clockPath(id), {{"advance_seconds", seconds}}, clockIn);
+  return control_->send("PUT", controlPath(id, "/clock"), {{"advance_seconds", seconds}}, clockIn);
 }
 
 }  // namespace hlv::client

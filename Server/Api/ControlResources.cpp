@@ -16,7 +16,6 @@
 #include "Server/Api/Callers.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Har.h"
-#include "Server/Api/SandboxResources.h"
 
 namespace hlv::server {
 namespace {
@@ -288,6 +287,42 @@ void addRequests(ApiRoutes& routes) {
   });
 }
 
+HttpReply describing(Registry& registry, const std::string& id) {
+  return jsonReply(200, sandbox::jsonOf(registry.describe(id)));
+}
+
+/// The sandbox is described when it is done, and otherwise the problem.
+World::Done descriptionWhenDone(Registry& registry, const Exchange& exchange) {
+  return [&registry, id = exchange.world->id(), requestID = exchange.request.id,
+          reply = exchange.reply](const std::exception_ptr& problem) {
+    if (problem) return reply(errorReply(problem, requestID));
+    registry.perform([&registry, id] { return describing(registry, id); }, requestID, reply);
+  };
+}
+
+void addWholeSandbox(ApiRoutes& routes, Registry& registry) {
+  routes.add("GET", "v1/sandbox", [&registry](const Exchange& exchange) {
+    registry.perform([&registry, id = exchange.world->id()] { return describing(registry, id); },
+                     exchange.request.id, exchange.reply);
+  });
+  routes.add("POST", "v1/sandbox/reset", [&registry](const Exchange& exchange) {
+    exchange.world->write(sandbox::forgetEverything, descriptionWhenDone(registry, exchange));
+  });
+  routes.add("POST", "v1/sandbox/snapshots", [&registry](const Exchange& exchange) {
+    registry.perform(
+        [&registry, id = exchange.world->id()] {
+          return jsonReply(201, sandbox::jsonOf(registry.snapshot(id)));
+        },
+        exchange.request.id, exchange.reply);
+  });
+  routes.add("POST", "v1/sandbox/restore", [&registry](const Exchange& exchange) {
+    const auto body = exchange.body();
+    sandbox::requireKnownMembers(body, {"snapshot"});
+    registry.restore(exchange.world->id(), sandbox::textIn(body, "snapshot").value_or(""),
+                     descriptionWhenDone(registry, exchange));
+  });
+}
+
 }  // namespace
 
 Fault newFaultOf(const Exchange& exchange) {
@@ -309,22 +344,7 @@ void bringApart(Database& database, const std::string& guest, sandbox::Scenario 
 }
 
 void addControlRoutes(ApiRoutes& routes, Registry& registry) {
-  routes.add("GET", "v1/sandbox", [&registry](const Exchange& exchange) {
-    registry.perform(
-        [&registry, id = exchange.world->id()] {
-          return jsonReply(200, sandbox::jsonOf(registry.describe(id)));
-        },
-        exchange.request.id, exchange.reply);
-  });
-  routes.add("POST", "v1/sandbox/reset", [&registry](const Exchange& exchange) {
-    resetSandbox(registry, exchange, exchange.world->id());
-  });
-  routes.add("POST", "v1/sandbox/snapshots", [&registry](const Exchange& exchange) {
-    snapshotSandbox(registry, exchange, exchange.world->id());
-  });
-  routes.add("POST", "v1/sandbox/restore", [&registry](const Exchange& exchange) {
-    restoreSandbox(registry, exchange, exchange.world->id());
-  });
+  addWholeSandbox(routes, registry);
   addFaults(routes);
   addSides(routes);
   addClockAndNetwork(routes);

@@ -34,8 +34,8 @@ std::int64_t currentMillisecond() {
 constexpr char partEnd = '\x1f';
 constexpr char eventEnd = '\x1e';
 
-/// As it is stored, which is written far more often than it is read. Times count from the request's:
-/// the digits of a whole one may look like a piece of a card number.
+/// As it is stored, which is written far more often than it is read. Times count from the
+/// request's: the digits of a whole one may look like a piece of a card number.
 std::string packed(const std::vector<RequestEvent>& events, std::int64_t start) {
   std::string text;
   for (const auto& event : events) {
@@ -164,7 +164,8 @@ void RequestLog::write(Database& database) {
         maskedTarget(record.path), record.fault, record.microseconds, record.caller,
         record.listener, static_cast<std::int64_t>(record.requestBytes),
         static_cast<std::int64_t>(record.replyBytes),
-        record.code.empty() ? std::nullopt : std::optional(record.code), packed(record.events, record.at));
+        record.code.empty() ? std::nullopt : std::optional(record.code),
+        packed(record.events, record.at));
   }
   database.run("DELETE FROM requests WHERE number <= ?", last(database) - requestsKept);
 }

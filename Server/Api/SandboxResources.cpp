@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "Sandbox/Records/SandboxRecords.h"
-#include "Sandbox/Testing/Reset.h"
-#include "Server/Api/ErrorReplies.h"
+#include "Server/Http/HttpError.h"
 
 namespace hlv::server {
 namespace {
@@ -67,34 +66,6 @@ void addSnapshots(ApiRoutes& routes, Registry& registry) {
 
 }  // namespace
 
-void resetSandbox(Registry& registry, const Exchange& exchange, const std::string& id) {
-  const auto world = registry.world(id);
-  world->write(
-      sandbox::forgetEverything, [&registry, id, requestID = exchange.request.id,
-                                  reply = exchange.reply](const std::exception_ptr& problem) {
-        if (problem) return reply(errorReply(problem, requestID));
-        registry.perform([&registry, id] { return describing(registry, id); }, requestID, reply);
-      });
-}
-
-void snapshotSandbox(Registry& registry, const Exchange& exchange, const std::string& id) {
-  registry.perform(
-      [&registry, id] { return jsonReply(201, sandbox::jsonOf(registry.snapshot(id))); },
-      exchange.request.id, exchange.reply);
-}
-
-void restoreSandbox(Registry& registry, const Exchange& exchange, const std::string& id) {
-  const auto body = exchange.body();
-  sandbox::requireKnownMembers(body, {"snapshot"});
-  registry.restore(id, sandbox::textIn(body, "snapshot").value_or(""),
-                   [&registry, id, requestID = exchange.request.id,
-                    reply = exchange.reply](const std::exception_ptr& problem) {
-                     if (problem) return reply(errorReply(problem, requestID));
-                     registry.perform([&registry, id] { return describing(registry, id); },
-                                      requestID, reply);
-                   });
-}
-
 void addSandboxRoutes(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "v1/sandboxes",
              [&registry](const Exchange& exchange) { list(registry, exchange); });
@@ -121,15 +92,6 @@ void addSandboxRoutes(ApiRoutes& routes, Registry& registry) {
           return jsonReply(204, nullptr);
         },
         exchange.request.id, exchange.reply);
-  });
-  routes.add("POST", "v1/sandboxes/*/reset", [&registry](const Exchange& exchange) {
-    resetSandbox(registry, exchange, exchange.part(2));
-  });
-  routes.add("POST", "v1/sandboxes/*/snapshots", [&registry](const Exchange& exchange) {
-    snapshotSandbox(registry, exchange, exchange.part(2));
-  });
-  routes.add("POST", "v1/sandboxes/*/restore", [&registry](const Exchange& exchange) {
-    restoreSandbox(registry, exchange, exchange.part(2));
   });
   addSnapshots(routes, registry);
 }

@@ -60,15 +60,16 @@ TEST(Sandboxes, AreCreatedListedAndControlledByTheirIds) {
   EXPECT_EQ(client.clock("default"), "2031-01-01T00:00:00Z");
   client.removeSnapshot("snp_a");
   client.remove("a");
-  EXPECT_EQ(server.lines(),
-            (std::vector<std::string>{
-                "POST /proxy/v1/sandboxes", "GET /proxy/v1/sandboxes?limit=1000",
-                "GET /proxy/v1/sandboxes?limit=1000&after=a", "GET /proxy/v1/sandboxes/a%2Fb",
-                "POST /proxy/v1/sandboxes/a/reset", "POST /proxy/v1/sandboxes/a/snapshots",
-                "GET /proxy/v1/snapshots", "POST /proxy/v1/sandboxes/a/restore",
-                "PUT /proxy/sandboxes/a/v1/sandbox/clock",
-                "GET /proxy/sandboxes/default/v1/sandbox/clock", "DELETE /proxy/v1/snapshots/snp_a",
-                "DELETE /proxy/v1/sandboxes/a"}));
+  EXPECT_EQ(
+      server.lines(),
+      (std::vector<std::string>{
+          "POST /proxy/v1/sandboxes", "GET /proxy/v1/sandboxes?limit=1000",
+          "GET /proxy/v1/sandboxes?limit=1000&after=a", "GET /proxy/v1/sandboxes/a%2Fb",
+          "POST /proxy/sandboxes/a/v1/sandbox/reset",
+          "POST /proxy/sandboxes/a/v1/sandbox/snapshots", "GET /proxy/v1/snapshots",
+          "POST /proxy/sandboxes/a/v1/sandbox/restore", "PUT /proxy/sandboxes/a/v1/sandbox/clock",
+          "GET /proxy/sandboxes/default/v1/sandbox/clock", "DELETE /proxy/v1/snapshots/snp_a",
+          "DELETE /proxy/v1/sandboxes/a"}));
   EXPECT_EQ(server.requests()[0].body(),
             R"({"id":"a","seed":7,"ttl_seconds":60,"in_memory":true})");
   EXPECT_EQ(server.requests()[8].body(), R"({"advance_seconds":86400})");

@@ -67,7 +67,8 @@ TEST_F(ManySandboxes, AreCreatedAsAskedAndShareNothing) {
   EXPECT_EQ(
       bodyOf(askProvider("GET /sandboxes/d/v1/sandbox/requests?path=/v1/users"))["requests"].size(),
       1U);
-  EXPECT_EQ(require(200, askProvider("POST /v1/sandboxes/c/reset", Json::object()))["guests"], 0);
+  EXPECT_EQ(
+      require(200, askProvider("POST /sandboxes/c/v1/sandbox/reset", Json::object()))["guests"], 0);
   EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes/b"))["guests"], 1);
 
   require(204, askProvider("DELETE /v1/sandboxes/b"));
