@@ -27,7 +27,7 @@ add_test(NAME Server.TheManualsExamplesWork
 set_tests_properties(Server.TheManualsExamplesWork PROPERTIES TIMEOUT 120 LABELS ServerTests)
 
 add_test(NAME Server.LosesNothingThatWasAnsweredWhenItIsKilled
-  COMMAND python3 ${PROJECT_SOURCE_DIR}/Tests/Load/kill_under_load.py
+  COMMAND python3 ${PROJECT_SOURCE_DIR}/Tests/Server/kill_under_load.py
           $<TARGET_FILE:paylevenkit> 6)
 set_tests_properties(Server.LosesNothingThatWasAnsweredWhenItIsKilled PROPERTIES
   TIMEOUT 120 LABELS ServerTests ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)

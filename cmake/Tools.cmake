@@ -27,6 +27,6 @@ target_link_libraries(paylevenkit PRIVATE
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
 
 # Plays many clients of a server for scripts/load; built only when that asks for it.
-add_executable(paylevenkit-load-clients EXCLUDE_FROM_ALL Tests/Load/LoadClients.cpp)
+add_executable(paylevenkit-load-clients EXCLUDE_FROM_ALL Benchmarks/Load/LoadClients.cpp)
 target_link_libraries(paylevenkit-load-clients PRIVATE
   hlv_shipped_flags HLVSDKPaylevenKit HLVSDKPaylevenClient)

@@ -56,6 +56,12 @@ class Served:
         with open(f"/proc/{self.process.pid}/status", encoding="ascii") as status:
             return int(re.search(r"VmRSS:\s+(\d+)", status.read())[1])
 
+    def processor_seconds(self):
+        """What it has used."""
+        with open(f"/proc/{self.process.pid}/stat", encoding="ascii") as stat:
+            used = stat.read().rpartition(")")[2].split()[11:13]
+        return sum(map(int, used)) / os.sysconf("SC_CLK_TCK")
+
     def backend(self, request, body=None, **headers):
         return self.ask(0, request, body, headers)
 
