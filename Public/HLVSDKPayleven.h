@@ -1,7 +1,6 @@
 // The kit's facade: the class by which the host SDK knows the kit.
 //
-// Threading: enabling may come from any thread. The notification handlers run on the thread that
-// posts. Set the properties before the kit is used from several threads.
+// Threading: any. The notification handlers run on the thread that posts.
 #pragma once
 
 #include <memory>
@@ -13,6 +12,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
 #include "Platform/Export.h"
 #include "Platform/NotificationCenter.h"
+#include "Platform/SharedSlot.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 
 namespace hlv {
@@ -46,7 +46,7 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// `-initWithConfiguration:paylevenKitConfiguration:`. Reads the current guest, once and for all,
   /// registers the payment key with the provider, creates the manager and the synchroniser, and
   /// observes the three notifications. Starts no synchronisation.
-  static std::shared_ptr<HLVSDKPayleven> initWithConfiguration(
+  [[nodiscard]] static std::shared_ptr<HLVSDKPayleven> initWithConfiguration(
       std::shared_ptr<HLVSDKConfiguration> configuration,
       std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration);
 
@@ -100,11 +100,11 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   using Handler = void (HLVSDKPayleven::*)(const Notification&);
   std::unique_ptr<Observation> observe(const NullableString& name, Handler handler);
 
-  std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer> paymentInstrumentsSynchronizer_;
-  std::shared_ptr<HLVSDKPaymentInstrumentManager> paymentInstrumentManager_;
-  std::shared_ptr<HLVSDKConfiguration> configuration_;
-  std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration_;
-  std::shared_ptr<HLVSDKGuest> currentGuest_;
+  SharedSlot<HLVSDKPaymentInstrumentsSynchronizer> paymentInstrumentsSynchronizer_;
+  SharedSlot<HLVSDKPaymentInstrumentManager> paymentInstrumentManager_;
+  SharedSlot<HLVSDKConfiguration> configuration_;
+  SharedSlot<HLVSDKPaylevenKitConfiguration> kitConfiguration_;
+  SharedSlot<HLVSDKGuest> currentGuest_;
   std::unique_ptr<Observation> foregroundObservation_;
   std::unique_ptr<Observation> authorizationObservation_;
   std::unique_ptr<Observation> reachabilityObservation_;

@@ -1,4 +1,6 @@
 // Enabling the kit: what it holds, and whose entry counts.
+#include <stdexcept>
+
 #include "Public/HLVSDKPayleven.h"
 #include "Tests/Support/KitTest.h"
 
@@ -78,6 +80,30 @@ TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   EXPECT_NE(second, first);
   EXPECT_NE(second->paymentInstrumentManager(), first->paymentInstrumentManager());
   EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'other'");
+}
+
+TEST_F(EnablingTest, WithoutAHostItSaysSoAndCanBeRepeated) {
+  Host::install(nullptr);
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(enable(), nullptr);
+  EXPECT_NE(::testing::internal::GetCapturedStderr().find("not enabled"), std::string::npos);
+  Host::install(host);
+  EXPECT_NE(enable(), nullptr);
+  Host::install(nullptr);
+  EXPECT_NE(enable(), nullptr) << "the instance that there is";
+}
+
+TEST_F(EnablingTest, AnExceptionOfTheHostPassesThroughAndEnablingCanBeRepeated) {
+  struct Failing final : HLVSDKPaylevenKitConfiguration {
+    mutable int asked = 0;
+    NullableString paymentKey() const override {
+      if (++asked > 1) throw std::runtime_error("no key after all");
+      return "key";
+    }
+  };
+  const auto failing = kits(List<HLVSDKKitEntry>{entry(std::make_shared<Failing>())});
+  EXPECT_THROW(HLVSDKPayleven::enableWithConfiguration(failing), std::runtime_error);
+  EXPECT_NE(enable(), nullptr);
 }
 
 }  // namespace

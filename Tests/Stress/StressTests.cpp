@@ -31,6 +31,7 @@ enum class Step {
   enterForeground,
   authorize,
   becomeReachable,
+  changeGuest,
   releaseManager,
   releaseKit
 };
@@ -55,7 +56,7 @@ class Stress {
             seed, &threads_, [this](std::size_t number) { works_[number].unanswered = true; }})) {
     std::mt19937 random(seed);
     for (auto& work : works_) {
-      work.step = static_cast<Step>(random() % (withReleases ? 10 : 8));
+      work.step = static_cast<Step>(random() % (withReleases ? 11 : 9));
       work.onMainThread = random() % 5 == 0;
       work.throughKit = random() % 2 == 0;
       // The completion of an update may come on any thread, where no kit is enabled.
@@ -169,6 +170,12 @@ class Stress {
         return post("authorization", {{"isAuthorized", true}});
       case Step::becomeReachable:
         return post("reachability", {{"state", 1}, {"previous", 0}});
+      case Step::changeGuest:
+        if (const auto kit = HLVSDKPayleven::sharedInstance()) {
+          kit->setCurrentGuest(StressHost::guestOf(number, true));
+          kit->setUpPaymentInstrumentsSynchronizer();
+        }
+        return;
       case Step::releaseManager:
         return renewManager();
       case Step::releaseKit:
