@@ -10,7 +10,6 @@
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaymentManager.h"
-#include "Sandbox/AppConfiguration.h"
 #include "Sandbox/ToldCall.h"
 
 namespace hlv::server {
@@ -21,9 +20,8 @@ void enableKit() {
       [](const std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration>& mutableConfiguration) {
         mutableConfiguration->setPaymentKey("paylevenkit-console-key");
       });
-  using sandbox::AppConfiguration;
-  HLVSDKPayleven::enableWithConfiguration(std::make_shared<AppConfiguration>(List<HLVSDKKitEntry>{
-      std::make_shared<AppConfiguration::Entry>(HLVSDKPayleven::kitClass(), configuration)}));
+  const auto entry = HLVSDKKitEntry::make(HLVSDKPayleven::kitClass(), configuration);
+  HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(List<HLVSDKKitEntry>{entry}));
 }
 
 std::shared_ptr<HLVSDKGuest> signedInGuest() {
