@@ -31,7 +31,6 @@ enum class Step {
   enterForeground,
   authorize,
   becomeReachable,
-  changeGuest,
   releaseManager,
   releaseKit
 };
@@ -56,7 +55,7 @@ class Stress {
             seed, &threads_, [this](std::size_t number) { works_[number].unanswered = true; }})) {
     std::mt19937 random(seed);
     for (auto& work : works_) {
-      work.step = static_cast<Step>(random() % (withReleases ? 11 : 9));
+      work.step = static_cast<Step>(random() % (withReleases ? 10 : 8));
       work.onMainThread = random() % 5 == 0;
       work.throughKit = random() % 2 == 0;
       // The completion of an update may come on any thread, where no kit is enabled.
@@ -167,15 +166,13 @@ class Stress {
       case Step::enterForeground:
         return post(UIApplicationWillEnterForegroundNotification, {});
       case Step::authorize:
-        return post("authorization", {{"isAuthorized", true}});
-      case Step::becomeReachable:
-        return post("reachability", {{"state", 1}, {"previous", 0}});
-      case Step::changeGuest:
         if (const auto kit = HLVSDKPayleven::sharedInstance()) {
           kit->setCurrentGuest(StressHost::guestOf(number, true));
           kit->setUpPaymentInstrumentsSynchronizer();
         }
-        return;
+        return post("authorization", {{"isAuthorized", true}});
+      case Step::becomeReachable:
+        return post("reachability", {{"state", 1}, {"previous", 0}});
       case Step::releaseManager:
         return renewManager();
       case Step::releaseKit:
