@@ -30,7 +30,9 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// subclass names its own, and creates the shared instance from it. A missing entry, a
   /// configuration of another kind and a missing payment key are each reported to the assertion
   /// handler, and nothing is created then. Once the shared instance exists, further calls change
-  /// nothing. `configuration` may be null.
+  /// nothing. `configuration` may be null. Without an installed host nothing is created, which is
+  /// said on standard error. After that, and after an exception of the host, which passes through,
+  /// enabling can be repeated.
   static void enableWithConfiguration(const std::shared_ptr<HLVSDKConfiguration>& configuration,
                                       HLVSDKKitClass receiver = kitClass());
 
@@ -63,13 +65,17 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// `-kitConfiguration`, `-setKitConfiguration:`
   std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration() const;
   void setKitConfiguration(std::shared_ptr<HLVSDKPaylevenKitConfiguration> configuration);
-  /// `-currentGuest`, `-setCurrentGuest:`
+  /// `-currentGuest`, `-setCurrentGuest:`. The guest whose instruments are synchronised. The kit
+  /// never reads the host's guest again, so an app sets the next one here when another guest signs
+  /// in, and then calls `setUpPaymentInstrumentsSynchronizer`: the synchroniser of the guest before
+  /// may be at work, or busy for ever after a failure. docs/host.md says when.
   std::shared_ptr<HLVSDKGuest> currentGuest() const;
   void setCurrentGuest(std::shared_ptr<HLVSDKGuest> guest);
 
   /// `-setUpPaymentManager`. Registers the payment key and creates the manager.
   void setUpPaymentManager();
-  /// `-setUpPaymentInstrumentsSynchronizer`
+  /// `-setUpPaymentInstrumentsSynchronizer`. Creates a synchroniser, which is ready for its first
+  /// synchronisation.
   void setUpPaymentInstrumentsSynchronizer();
 
   /// `-start`. Does nothing; enabling has done it all.

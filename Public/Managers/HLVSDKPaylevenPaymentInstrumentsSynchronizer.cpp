@@ -1,6 +1,7 @@
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <mutex>
 #include <utility>
 
@@ -231,13 +232,26 @@ bool Synchronizer::isCreditCardExistsInArray(
   const auto identifier = send(instrument, &Instrument::identifier);
   const auto brand = send(instrument, &Instrument::cardBrand);
   const Secret number(instrument, &Instrument::pan);
-  return std::any_of(cards->begin(), cards->end(), [&](const std::shared_ptr<Card>& card) {
+  const auto standsForIt = [&](const std::shared_ptr<Card>& card) {
     const auto external = send(card, &Card::externalIdentifier);
     if (external) return isEqualToString(external, identifier);
     return hasSuffix(number.text(), send(card, &Card::lastFourDigits)) &&
            isEqualToString(brand, send(card, &Card::brand)) &&
            isEqualToString(useCase, send(card, &Card::useCase));
-  });
+  };
+  // Both sides list cards by age, so the match is probably just behind the last one. Where the
+  // search begins does not change what it returns.
+  const auto begin = cards->begin();
+  const auto end = cards->end();
+  const auto first = begin + static_cast<std::ptrdiff_t>(
+                                 likelyCard_.load(std::memory_order_relaxed) % cards->size());
+  auto found = std::find_if(first, end, standsForIt);
+  if (found == end) {
+    found = std::find_if(begin, first, standsForIt);
+    if (found == first) return false;
+  }
+  likelyCard_.store(static_cast<std::size_t>(found - begin) + 1, std::memory_order_relaxed);
+  return true;
 }
 
 void Synchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(

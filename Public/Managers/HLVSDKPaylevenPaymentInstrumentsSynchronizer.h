@@ -46,8 +46,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   void setSynchronizationQueue(std::shared_ptr<Queue> queue);
   /// `-isSynchronizing`, `-setSynchronizing:`. While it is set, requests are dropped. Any thread.
   ///
-  /// By design only a synchronisation that found instruments clears it; one that failed or found
-  /// none leaves it set, and whoever wants another must clear it here.
+  /// Kept for compatibility: only a synchronisation that found instruments clears it; one that
+  /// failed or found none leaves it set, and whoever wants another must clear it here.
   bool isSynchronizing() const;
   void setSynchronizing(bool synchronizing);
 
@@ -94,6 +94,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   std::shared_ptr<HLVSDKAPIManager> apiManager_;
   std::shared_ptr<PLVInAppClient> paylevenClient_;
   std::shared_ptr<Queue> synchronizationQueue_;
+  // Where the next search for a card begins.
+  mutable std::atomic<std::size_t> likelyCard_{0};
   // Read and set on the caller's thread, cleared on the queue.
   std::atomic<bool> synchronizing_{false};
 };
