@@ -18,10 +18,7 @@ Value fromNSNumber(NSNumber* number) {
     return Value(adapted<Adapter<Object, id>>(number));
   const char kind = *[number objCType];
   if (std::strchr("fd", kind)) return Value([number doubleValue]);
-  const bool isUnsigned = std::strchr("ILQ", kind);
-  if (isUnsigned && [number unsignedLongLongValue] > INT64_MAX) {
-    return Value(adapted<Adapter<Object, id>>(number));
-  }
+  if (std::strchr("ILQ", kind)) return Value(std::uint64_t{[number unsignedLongLongValue]});
   return Value(std::int64_t{[number longLongValue]});
 }
 
@@ -44,6 +41,7 @@ struct ToObject {
   id operator()(std::monostate) const { return [NSNull null]; }
   id operator()(bool value) const { return @(static_cast<BOOL>(value)); }
   id operator()(std::int64_t value) const { return @(static_cast<long long>(value)); }
+  id operator()(std::uint64_t value) const { return @(static_cast<unsigned long long>(value)); }
   id operator()(double value) const { return @(value); }
   id operator()(const std::string& value) const { return toNSString(value); }
   id operator()(const Array& values) const {

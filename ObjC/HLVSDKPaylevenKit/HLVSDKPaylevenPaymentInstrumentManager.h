@@ -56,8 +56,12 @@ NS_ASSUME_NONNULL_BEGIN
 /// the guest and registers the card, both at once. Reports the guest that was passed in and the
 /// backend's card; a card and an error may come together. Errors: the wrapped provider error, those
 /// of the confirmation, the required arguments "userToken" and "identifier", and the first error of
-/// the backend. Never completes when the manager goes away before the provider answers or before
-/// the card is confirmed.
+/// the backend.
+///
+/// When the manager goes away before the provider has created the token, a token never completes,
+/// while an error and a missing token are reported. When it goes away before the card is confirmed,
+/// a confirmed card is marked and never completes, while an error and a card that nothing matches
+/// are reported. Once the requests to the backend have left, it completes.
 - (void)addFirstPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                    billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                          forGuest:(nullable HLVSDKGuest*)guest
@@ -76,9 +80,13 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// Adds the card under the guest's token, confirms it and registers it. Reports the backend's guest
 /// and card. Errors: the wrapped provider error, those of the confirmation and the required
-/// argument "identifier"; by design a registration that the backend refuses reports no error, no
-/// guest and no card. Never completes when the manager goes away before the provider answers or
-/// before an identified card is registered.
+/// argument "identifier". Kept for compatibility: a registration that the backend refuses reports no
+/// error, usually without guest and card; so a missing card means that the card was not added.
+///
+/// When the manager goes away before the provider has stored the card, a success never completes,
+/// while an error is reported. When it goes away before the card is confirmed, a confirmed card is
+/// marked and never completes, while an error and a card that nothing matches are reported. Once the
+/// request to the backend has left, it completes.
 - (void)addNewPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                  billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(nullable HLVSDKGuest*)guest
