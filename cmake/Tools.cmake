@@ -4,8 +4,10 @@ find_package(nlohmann_json REQUIRED)
 
 add_executable(paylevenkit
   Tools/CardCommands.cpp
+  Tools/CardNumberSearch.cpp
   Tools/CardOperations.cpp
   Tools/CardSource.cpp
+  Tools/Characters.cpp
   Tools/CommandLine.cpp
   Tools/Demo.cpp
   Tools/Enabling.cpp
@@ -18,12 +20,14 @@ add_executable(paylevenkit
   Tools/SideBySide.cpp
   Tools/StoreFiles.cpp
   Tools/Table.cpp
+  Tools/TemporaryFolder.cpp
   Tools/Terminal.cpp
   Tools/TesterCommands.cpp
   Tools/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
   hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)
+target_compile_definitions(paylevenkit PRIVATE PAYLEVENKIT_VERSION="${PROJECT_VERSION}")
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
 
 # Plays many clients of a server for scripts/load; built only when that asks for it.
