@@ -4,7 +4,6 @@
 #include <functional>
 #include <mutex>
 
-#include "Platform/Export.h"
 
 namespace hlv {
 
@@ -12,7 +11,7 @@ namespace hlv {
 /// its own guard returns at once instead of deadlocking.
 ///
 /// Threading: any; other threads wait until the body has returned.
-class HLV_EXPORT Once {
+class Once {
  public:
   void run(const std::function<void()>& body);
   void reset();

@@ -11,6 +11,7 @@
 #include "Tools/CardCommands.h"
 #include "Tools/CardNumberSearch.h"
 #include "Tools/Demo.h"
+#include "Tools/Documents.h"
 #include "Tools/Enabling.h"
 #include "Tools/GuestCommands.h"
 #include "Tools/Problem.h"
@@ -137,6 +138,7 @@ CommandLine::CommandLine()
   ServeCommand::define(*this);
   defineSandboxCommands(*this);
   Demo::define(*this);
+  defineDocumentCommands(*this);
 }
 
 CLI::App& CommandLine::add(CLI::App& parent, const std::string& name,

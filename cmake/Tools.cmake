@@ -10,6 +10,7 @@ add_executable(paylevenkit
   Tools/Characters.cpp
   Tools/CommandLine.cpp
   Tools/Demo.cpp
+  Tools/Documents.cpp
   Tools/Enabling.cpp
   Tools/GuestCommands.cpp
   Tools/Printer.cpp
@@ -29,6 +30,16 @@ target_link_libraries(paylevenkit PRIVATE
   hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_compile_definitions(paylevenkit PRIVATE PAYLEVENKIT_VERSION="${PROJECT_VERSION}")
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
+
+# The manual page and the completion come from the options themselves.
+if(HLVSDKPAYLEVENKIT_INSTALL AND NOT CMAKE_CROSSCOMPILING)
+  add_custom_command(
+    OUTPUT paylevenkit.1 paylevenkit.bash
+    COMMAND paylevenkit manual > paylevenkit.1
+    COMMAND paylevenkit completion > paylevenkit.bash
+    DEPENDS paylevenkit VERBATIM)
+  add_custom_target(CommandDocuments ALL DEPENDS paylevenkit.1 paylevenkit.bash)
+endif()
 
 # Plays many clients of a server for scripts/load; built only when that asks for it.
 add_executable(paylevenkit-load-clients EXCLUDE_FROM_ALL Tests/Load/LoadClients.cpp)
