@@ -55,9 +55,14 @@ std::string RemoteTester::makeScene(const std::string& name) {
   });
 }
 
-std::string RemoteTester::arm(const sandbox::Fault& fault) {
-  return problemOf(
-      [&] { control_->send("POST", control("/faults"), sandbox::newFaultJson(fault)); });
+std::string RemoteTester::arm(const sandbox::Fault& fault, std::int64_t* number) {
+  return problemOf([&] {
+    const auto armed = control_->send(
+        "POST", control("/faults"), sandbox::newFaultJson(fault), [](const Json& body) {
+          return sandbox::requiredIntegerIn(sandbox::objectIn(body, "fault"), "number");
+        });
+    if (number) *number = armed;
+  });
 }
 
 std::vector<sandbox::Fault> RemoteTester::armed() {

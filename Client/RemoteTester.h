@@ -27,7 +27,7 @@ class RemoteTester final : public sandbox::Tester {
 
   std::string plantInstrument(const sandbox::CardFields& card) override;
   std::string makeScene(const std::string& name) override;
-  std::string arm(const sandbox::Fault& fault) override;
+  std::string arm(const sandbox::Fault& fault, std::int64_t* number) override;
   std::vector<sandbox::Fault> armed() override;
   std::vector<sandbox::Firing> firings() override;
   void clearFaults() override;

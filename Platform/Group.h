@@ -6,7 +6,6 @@
 #include <mutex>
 #include <vector>
 
-#include "Platform/Export.h"
 #include "Platform/Queue.h"
 
 namespace hlv {
@@ -19,7 +18,7 @@ namespace hlv {
 ///   does not refer to its own group.
 ///
 /// Threading: any. No lock is held while a block is posted.
-class HLV_EXPORT Group {
+class Group {
  public:
   Group() = default;
   Group(const Group&) = delete;

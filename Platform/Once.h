@@ -4,7 +4,6 @@
 #include <functional>
 #include <mutex>
 
-#include "Platform/Export.h"
 
 namespace hlv {
 
@@ -13,7 +12,7 @@ namespace hlv {
 /// exception passes through, and the next call runs its body.
 ///
 /// Threading: any; other threads wait until the body has returned.
-class HLV_EXPORT Once {
+class Once {
  public:
   void run(const std::function<void()>& body);
   void reset();

@@ -221,11 +221,14 @@ std::string problemOf(const Fault& fault) {
 
 Faults::Faults(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-std::string Faults::arm(const Fault& fault) {
+std::string Faults::arm(const Fault& fault, std::int64_t* number) {
   auto problem = problemOf(fault);
   if (!problem.empty()) return problem;
   try {
-    store_->write([&](Database& database) { insertFault(database, fault); });
+    store_->write([&](Database& database) {
+      const auto armed = insertFault(database, fault);
+      if (number) *number = armed;
+    });
   } catch (const StoreFailure& failure) {
     return failure.what();
   }

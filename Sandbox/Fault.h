@@ -126,8 +126,9 @@ class Faults {
  public:
   explicit Faults(std::shared_ptr<Store> store);
 
-  /// Returns one plain sentence when the fault makes no sense, or an empty string.
-  [[nodiscard]] std::string arm(const Fault& fault);
+  /// Returns one plain sentence when the fault makes no sense, or an empty string. `number` becomes
+  /// that of the armed fault; it may be null.
+  [[nodiscard]] std::string arm(const Fault& fault, std::int64_t* number = nullptr);
   std::vector<Fault> armed() const;
   void clear();
   std::vector<Firing> firings() const;

@@ -28,7 +28,14 @@ std::shared_ptr<const HLVSDKConstants> SandboxHost::constants() { return sandbox
 std::shared_ptr<HLVSDKGuest> SandboxHost::currentGuest() { return parts_->guests->signedIn(); }
 
 NullableString SandboxHost::cardBrandFromNumber(const NullableString& number) {
-  const auto* brand = number ? findCardBrand(*number) : nullptr;
+  if (!number) return std::nullopt;
+  // The longest prefix has eight digits; more of the number is not copied.
+  std::string prefix;
+  for (const char character : *number) {
+    if (character == ' ' || character == '-') continue;
+    if (prefix.size() < longestPrefix) prefix += character;
+  }
+  const auto* brand = findCardBrand(prefix);
   return brand ? NullableString(brand->name) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 // What a tester does to the two services, wherever they are.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -19,7 +20,8 @@ class Tester {
   virtual ~Tester() = default;
   virtual std::string plantInstrument(const CardFields& card) = 0;
   virtual std::string makeScene(const std::string& name) = 0;
-  virtual std::string arm(const Fault& fault) = 0;
+  /// `number` becomes that of the armed fault; it may be null.
+  virtual std::string arm(const Fault& fault, std::int64_t* number) = 0;
   virtual std::vector<Fault> armed() = 0;
   virtual std::vector<Firing> firings() = 0;
   virtual void clearFaults() = 0;
@@ -33,7 +35,9 @@ class EmbeddedTester final : public Tester {
     return sandbox_->plantInstrument(card);
   }
   std::string makeScene(const std::string& name) override { return sandbox_->makeScene(name); }
-  std::string arm(const Fault& fault) override { return sandbox_->faults().arm(fault); }
+  std::string arm(const Fault& fault, std::int64_t* number) override {
+    return sandbox_->faults().arm(fault, number);
+  }
   std::vector<Fault> armed() override { return sandbox_->faults().armed(); }
   std::vector<Firing> firings() override { return sandbox_->faults().firings(); }
   void clearFaults() override { sandbox_->faults().clear(); }

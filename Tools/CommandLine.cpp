@@ -1,31 +1,27 @@
 #include "Tools/CommandLine.h"
 
-#include <arpa/inet.h>
-
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
+#include <numeric>
 #include <string_view>
+#include <utility>
+#include <vector>
 
-#include "Public/HLVSDKPaylevenKitVersion.h"
-#include "Sandbox/Logging/MaskedText.h"
 #include "Tools/CardCommands.h"
+#include "Tools/CardNumberSearch.h"
 #include "Tools/Demo.h"
+#include "Tools/Documents.h"
 #include "Tools/Enabling.h"
 #include "Tools/GuestCommands.h"
 #include "Tools/Problem.h"
 #include "Tools/SandboxCommands.h"
 #include "Tools/ServeCommand.h"
+#include "Tools/StoreFiles.h"
 #include "Tools/TesterCommands.h"
 
 namespace hlv::tool {
 namespace {
-
-/// The number behind the last hyphen of the kit's version text.
-std::string version() {
-  const std::string text(reinterpret_cast<const char*>(HLVSDKPaylevenKitVersionString));
-  const auto number = text.substr(text.rfind('-') + 1);
-  return "paylevenkit " + number.substr(0, number.find('\n'));
-}
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
@@ -42,15 +38,61 @@ bool isPath(std::string_view argument) {
   return argument.find('/') != std::string_view::npos && hasLetter(argument);
 }
 
-/// With three digits in each of its parts, one has twelve.
-bool isAddress(const char* argument) {
-  in_addr address{};
-  return ::inet_pton(AF_INET, argument, &address) == 1;
-}
-
 bool isOptionName(const std::string& argument) {
   return argument.size() > 2 && argument.starts_with("--") &&
          std::none_of(argument.begin(), argument.end(), isDigit);
+}
+
+/// Whether a mistyped command may be repeated: it holds no number and no code.
+bool isCommandName(const std::string& argument) {
+  constexpr std::size_t longest = 24;
+  return hasLetter(argument) && argument.size() <= longest &&
+         std::all_of(argument.begin(), argument.end(), [](char character) {
+           return character == '-' || hasLetter({&character, 1});
+         });
+}
+
+/// How many letters have to be inserted, removed or replaced to make one of the other.
+std::size_t distance(std::string_view one, std::string_view other) {
+  std::vector<std::size_t> row(other.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= one.size(); ++i) {
+    auto diagonal = std::exchange(row[0], i);
+    for (std::size_t j = 1; j <= other.size(); ++j) {
+      const auto replaced = diagonal + (one[i - 1] == other[j - 1] ? 0 : 1);
+      diagonal = std::exchange(row[j], std::min({row[j] + 1, row[j - 1] + 1, replaced}));
+    }
+  }
+  return row.back();
+}
+
+/// The command of that name that was meant, or an empty string.
+std::string nearest(const std::string& typed, const CLI::App& parent) {
+  std::string best;
+  std::size_t fewest = 3;
+  for (const auto* command : parent.get_subcommands([](const CLI::App*) { return true; })) {
+    const auto& name = command->get_name();
+    const auto changes = name.starts_with(typed) ? 1 : distance(typed, name);
+    if (changes < fewest) {
+      fewest = changes;
+      best = name;
+    }
+  }
+  return best;
+}
+
+/// Numbers from zero on; a sign would be taken for a very large one.
+std::string problemOfNumber(const std::string& text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), isDigit)
+             ? ""
+             : "A whole number from 0 on is needed";
+}
+
+/// The status of a command whose output has been written, or 1 when it could not be.
+int written(int status) {
+  if (std::cout.flush()) return status;
+  std::cerr << "paylevenkit: The output cannot be written." << std::endl;
+  return 1;
 }
 
 }  // namespace
@@ -60,7 +102,7 @@ CommandLine::CommandLine()
            "paylevenkit") {
   app_.fallthrough();
   app_.require_subcommand(1);
-  app_.set_version_flag("--version", version());
+  app_.set_version_flag("--version", "paylevenkit " PAYLEVENKIT_VERSION);
   app_.add_option("--store", options_.storePath,
                   "The store to work on (default: paylevenkit/store.sqlite in the data folder)")
       ->type_name("FILE")
@@ -68,7 +110,8 @@ CommandLine::CommandLine()
       ->check([](const std::string& path) { return path.empty() ? "A store has a name" : ""; });
   app_.add_flag("--json", options_.json, "Print one JSON document");
   app_.add_option("--seed", options_.seed, "Make the identifiers of a new store repeatable")
-      ->type_name("N");
+      ->type_name("N")
+      ->check(problemOfNumber);
   app_.add_option(
           "--enabling", options_.enabling,
           "How the kit is enabled: normal, or wrongly by no-entry, wrong-class, no-key, none")
@@ -95,6 +138,7 @@ CommandLine::CommandLine()
   ServeCommand::define(*this);
   defineSandboxCommands(*this);
   Demo::define(*this);
+  defineDocumentCommands(*this);
 }
 
 CLI::App& CommandLine::add(CLI::App& parent, const std::string& name,
@@ -108,9 +152,21 @@ CLI::App& CommandLine::add(CLI::App& parent, const std::string& name,
 void CommandLine::whenChosen(CLI::App& command, std::function<Report(Session&)> act) {
   whenChosenWithoutStore(command,
                          [act = std::move(act)](const GlobalOptions& options, const Printer&) {
-                           Session session(options);
-                           return act(session);
+                           return inSession(options, act);
                          });
+}
+
+Report CommandLine::inSession(const GlobalOptions& options,
+                              const std::function<Report(Session&)>& act) {
+  const auto path = StoreFiles::pathOrDefault(options.storePath);
+  const bool wasThere = std::filesystem::exists(path);
+  try {
+    Session session(options);
+    return session.attempt([&] { return act(session); });
+  } catch (...) {
+    if (!wasThere) StoreFiles::removeAgain(path);
+    throw;
+  }
 }
 
 void CommandLine::whenChosenWithoutStore(CLI::App& command, Action act) {
@@ -130,13 +186,13 @@ int CommandLine::run(int argc, const char* const* argv) {
     app_.parse(argc, argv);
     const auto report = chosen_(options_, printer);
     printer.print(report);
-    return report.exitStatus();
+    return written(report.exitStatus());
   } catch (const CLI::CallForHelp&) {
     std::cout << app_.help();
-    return 0;
+    return written(0);
   } catch (const CLI::CallForVersion& asked) {
     std::cout << asked.what() << "\n";
-    return 0;
+    return written(0);
   } catch (const CLI::ParseError& error) {
     printer.printProblem(explained(error));
   } catch (const std::exception& problem) {
@@ -150,30 +206,41 @@ std::string CommandLine::refusal(int argc, const char* const* argv) const {
   std::string arguments;
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument(argv[i]);
-    if (isPath(argument) || isAddress(argv[i])) continue;
+    if (isPath(argument)) continue;
     // What has a letter is no part of a number, and a colon ends one.
     arguments += hasLetter(argument) ? ":" : " ";
     arguments += argument;
   }
-  if (!sandbox::holdsCardNumber(arguments)) return {};
+  if (!holdsValidCardNumber(arguments)) return {};
   return "An argument looks like a card number; a number is typed when asked for, or comes from "
          "standard input.";
 }
 
 std::string CommandLine::explained(const CLI::ParseError& error) const {
   std::string command = "paylevenkit ";
+  const auto* innermost = &app_;
   for (auto chosen = app_.get_subcommands(); !chosen.empty();
        chosen = chosen.front()->get_subcommands()) {
-    command.append(chosen.front()->get_name()).append(" ");
+    innermost = chosen.front();
+    command.append(innermost->get_name()).append(" ");
   }
   const auto help = "; see `" + command + "--help`.";
-  const bool namesNone = app_.get_subcommands().empty();
-  if (namesNone && dynamic_cast<const CLI::RequiredError*>(&error)) {
+  const auto unknown = app_.remaining(true);
+  const bool needsCommand =
+      !innermost->get_subcommands([](const CLI::App*) { return true; }).empty();
+  if (needsCommand && !unknown.empty() && isCommandName(unknown.front())) {
+    const auto meant = nearest(unknown.front(), *innermost);
+    return "The command '" + unknown.front() + "' is not known" +
+           (meant.empty()
+                ? help
+                : "; did you mean `" + command + meant + "`? See `" + command + "--help`.");
+  }
+  if (needsCommand && dynamic_cast<const CLI::RequiredError*>(&error)) {
     return "A command is needed" + help;
   }
   if (!dynamic_cast<const CLI::ExtrasError*>(&error)) return error.what() + help;
   // What was typed by mistake may be secret, so only the name of an option is repeated.
-  for (const auto& argument : app_.remaining(true)) {
+  for (const auto& argument : unknown) {
     const auto name = argument.substr(0, argument.find('='));
     if (isOptionName(name)) {
       return std::string("The option ").append(name).append(" is not known").append(help);

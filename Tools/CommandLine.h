@@ -32,6 +32,9 @@ class CommandLine {
                        const std::string& examples);
   /// What `command` does, with the store open.
   void whenChosen(CLI::App& command, std::function<Report(Session&)> act);
+  /// Runs `act` with the store open. When it throws, nothing has changed: a store that was made for
+  /// it is removed again.
+  static Report inSession(const GlobalOptions& options, const std::function<Report(Session&)>& act);
   /// The same for a command that deals with the store's files itself.
   void whenChosenWithoutStore(CLI::App& command,
                               std::function<Report(const GlobalOptions&, const Printer&)> act);

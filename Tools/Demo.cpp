@@ -1,11 +1,9 @@
 #include "Tools/Demo.h"
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
-#include <system_error>
 
 #include "Sandbox/EnteredAddress.h"
 #include "Tools/CardOperations.h"
@@ -14,7 +12,7 @@
 #include "Tools/Problem.h"
 #include "Tools/Prompt.h"
 #include "Tools/SideBySide.h"
-#include "Tools/StoreFiles.h"
+#include "Tools/TemporaryFolder.h"
 
 namespace hlv::tool {
 namespace {
@@ -23,35 +21,6 @@ struct DemoOptions {
   bool testCards = false;
   bool typed = false;
   bool keep = false;
-};
-
-/// A fresh store: the named one, or one in a folder of its own that goes away with this object.
-class DemoStore {
- public:
-  DemoStore(const std::string& named, bool keep) : path_(named) {
-    if (!named.empty()) {
-      if (std::filesystem::exists(named)) {
-        throw Problem("The demo begins with a fresh store, and this file is there already.");
-      }
-      return;
-    }
-    auto folder = (std::filesystem::temp_directory_path() / "paylevenkit-XXXXXX").string();
-    if (!::mkdtemp(folder.data())) throw Problem("No temporary folder can be made for the demo.");
-    path_ = folder + "/store.sqlite";
-    if (!keep) folder_ = folder;
-  }
-  ~DemoStore() {
-    std::error_code ignored;
-    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
-  }
-  DemoStore(const DemoStore&) = delete;
-  DemoStore& operator=(const DemoStore&) = delete;
-
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-  std::string folder_;
 };
 
 /// What a person or standard input gives for one card; everything that is not given is the test
@@ -116,9 +85,9 @@ class Story {
   void step(const std::string& heading, const std::function<Report()>& act) {
     if (failed_) return;
     printer_.heading(heading);
-    auto report = act();
+    auto report = session_.attempt(act);
     printer_.step(report);
-    failed_ = report.isFailure() || report.outcome != Report::Outcome::succeeded;
+    failed_ = report.isFailure();
     auto document = Printer::document(report);
     document["heading"] = heading;
     steps_.push_back(std::move(document));
@@ -187,7 +156,7 @@ class Story {
   Session& session_;
   const Printer& printer_;
   const DemoOptions& options_;
-  nlohmann::ordered_json steps_ = nlohmann::ordered_json::array();
+  sandbox::Json steps_ = sandbox::Json::array();
   bool failed_ = false;
 };
 
@@ -205,12 +174,19 @@ void Demo::define(CommandLine& line) {
                    "Read a number and a security code for each card from standard input");
   command.add_flag("--keep", options->keep, "Keep the store, and say where it is");
   line.whenChosenWithoutStore(command, [options](GlobalOptions global, const Printer& printer) {
-    const DemoStore store(global.storePath, options->keep);
-    global.storePath = store.path();
-    Session session(global);
-    session.requireOwnServices("demo");
-    auto report = Story(session, printer, *options).tell();
-    if (options->keep) report.sentence += " The store is " + store.path() + ".";
+    std::optional<TemporaryFolder> folder;
+    if (global.storePath.empty()) {
+      folder.emplace();
+      global.storePath = folder->storePath();
+      if (options->keep) folder->keep();
+    } else if (std::filesystem::exists(global.storePath)) {
+      throw Problem("The demo begins with a fresh store, and this file is there already.");
+    }
+    auto report = CommandLine::inSession(global, [&](Session& session) {
+      session.requireOwnServices("demo");
+      return Story(session, printer, *options).tell();
+    });
+    if (options->keep) report.sentence += " The store is " + global.storePath + ".";
     return report;
   });
 }

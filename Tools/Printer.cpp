@@ -2,49 +2,38 @@
 
 #include <iostream>
 
+#include "Sandbox/Records/CardRecords.h"
+#include "Sandbox/Records/InstrumentRecords.h"
+#include "Tools/Characters.h"
 #include "Tools/SideBySide.h"
 #include "Tools/Timeline.h"
 
 namespace hlv::tool {
 namespace {
 
-using json = nlohmann::ordered_json;
+using json = sandbox::Json;
 
-json orNull(const NullableString& string) { return string ? json(*string) : json(); }
+/// Of what the command itself says.
+constexpr const char* commandDomain = "paylevenkit";
 
-json errorObject(const Error& error) {
-  return {{"domain", error.domain()},
-          {"code", error.code()},
-          {"localizedDescription", orNull(error.localizedDescription())},
-          {"developerMessage", orNull(error.developerMessage())}};
+json errorObject(const std::string& domain, std::int64_t number, const json& message,
+                 const json& developerMessage) {
+  return {{"domain", domain},
+          {"number", number},
+          {"message", message},
+          {"developer_message", developerMessage}};
 }
 
-json cardObject(const sandbox::BackendCard& card) {
-  const auto& address = card.billingAddress;
-  return {{"halvoID", card.halvoID},
-          {"brand", card.brand},
-          {"lastFourDigits", card.lastFourDigits},
-          {"useCase", card.useCase},
-          {"externalIdentifier", orNull(card.externalIdentifier)},
-          {"cardHolder", card.cardHolder},
-          {"expiryMonth", card.expiryMonth},
-          {"expiryYear", card.expiryYear},
-          {"billingAddress",
-           {{"street", orNull(address.street)},
-            {"city", orNull(address.city)},
-            {"countryCode", orNull(address.countryCode)},
-            {"zip", orNull(address.zip)},
-            {"businessName", orNull(address.businessName)}}}};
-}
-
-json instrumentObject(const sandbox::ProviderInstrument& instrument) {
-  return {{"identifier", orNull(instrument.identifier)},
-          {"brand", instrument.brand},
-          {"maskedPan", instrument.maskedPan},
-          {"useCase", instrument.useCase},
-          {"expiryMonth", instrument.expiryMonth},
-          {"expiryYear", instrument.expiryYear},
-          {"state", instrument.state}};
+/// A failure that no error describes is told in the report's own sentence.
+json errorOf(const Report& report) {
+  if (const auto& error = report.error) {
+    return errorObject(error->domain(), error->code(),
+                       sandbox::orNull(error->localizedDescription()),
+                       sandbox::orNull(error->developerMessage()));
+  }
+  return report.isFailure()
+             ? errorObject(commandDomain, report.exitStatus(), report.sentence, nullptr)
+             : json();
 }
 
 const char* nameOf(Report::Outcome outcome) {
@@ -62,45 +51,50 @@ const char* nameOf(Report::Outcome outcome) {
 }
 
 void write(const json& document) {
-  std::cout << document.dump(2, ' ', false, json::error_handler_t::replace) << "\n";
+  const bool onlyASCII = !Terminal::ofStandardOutput().hasUTF8();
+  std::cout << document.dump(2, ' ', onlyASCII, json::error_handler_t::replace) << "\n";
 }
 
 std::string mark(const Terminal& terminal, const Report& report) {
-  if (report.isFailure()) return terminal.paint(Colour::red, "✗ ");
-  if (report.outcome == Report::Outcome::succeeded) return terminal.paint(Colour::green, "✓ ");
-  return terminal.paint(Colour::yellow, "? ");
+  if (report.outcome == Report::Outcome::broughtNothing)
+    return terminal.paint(Colour::yellow, "? ");
+  return report.isFailure() ? terminal.paint(Colour::red, "✗ ")
+                            : terminal.paint(Colour::green, "✓ ");
 }
 
-void writeOutcome(const Terminal& terminal, const Report& report) {
-  if (report.sentence.empty()) return;
-  std::cout << mark(terminal, report) << terminal.paint(Colour::bold, report.sentence) << "\n";
-  if (!report.error) return;
-  std::cout << "  " << report.error->domain() << " " << report.error->code() << ": "
-            << report.error->localizedDescription().value_or("no description") << "\n"
-            << "  For the developer: " << report.error->developerMessage().value_or("no message")
-            << "\n";
+std::string outcomeText(const Terminal& terminal, const Report& report) {
+  if (report.sentence.empty()) return {};
+  auto text =
+      mark(terminal, report) + terminal.paint(Colour::bold, escaped(report.sentence)) + "\n";
+  if (const auto& error = report.error) {
+    text += "  " + escaped(error->domain()) + " " + std::to_string(error->code()) + ": " +
+            escaped(error->localizedDescription().value_or("no description")) + "\n" +
+            "  For the developer: " + escaped(error->developerMessage().value_or("no message")) +
+            "\n";
+  }
+  return text;
 }
 
-void writeStory(const Terminal& terminal, const Report& report) {
+std::string storyText(const Terminal& terminal, const Report& report) {
+  std::string text;
   const auto timeline = Timeline::table(report.timeline);
-  if (!timeline.isEmpty()) std::cout << "\n" << timeline.text(terminal);
+  if (!timeline.isEmpty()) text += "\n" + timeline.text(terminal);
   if (!report.unknownSides.empty()) {
-    std::cout << "\n  The two sides are not known: " << report.unknownSides << "\n";
-    return;
+    return text + "\n  The two sides are not known: " + escaped(report.unknownSides) + "\n";
   }
   const SideBySide sides(report.backend, report.provider);
-  std::cout << "\n"
-            << sides.table(terminal.columns()).text(terminal)
-            << terminal.paint(sides.unmatched() == 0 ? Colour::green : Colour::yellow,
-                              "  " + sides.verdict())
-            << "\n";
+  return text + "\n" + sides.table(terminal.columns()).text(terminal) +
+         terminal.paint(sides.unmatched() == 0 ? Colour::green : Colour::yellow,
+                        "  " + sides.verdict()) +
+         "\n";
 }
 
 }  // namespace
 
 void Printer::heading(const std::string& text) const {
   if (json_) return;
-  std::cout << Terminal::ofStandardOutput().paint(Colour::bold, "── " + text) << std::endl;
+  const auto terminal = Terminal::ofStandardOutput();
+  std::cout << terminal.encoded(terminal.paint(Colour::bold, "── " + text)) << std::endl;
 }
 
 void Printer::step(const Report& report) const {
@@ -115,22 +109,15 @@ void Printer::print(const Report& report) const {
     return;
   }
   const auto terminal = Terminal::ofStandardOutput();
-  writeOutcome(terminal, report);
-  if (report.listing) {
-    std::cout << report.listing(terminal);
-  } else {
-    writeStory(terminal, report);
-  }
+  std::cout << terminal.encoded(
+      outcomeText(terminal, report) +
+      (report.listing ? report.listing(terminal) : storyText(terminal, report)));
 }
 
 void Printer::printProblem(const std::string& sentence) const {
-  std::cerr << "paylevenkit: " << sentence << std::endl;
-  if (!json_) return;
-  write({{"error",
-          {{"domain", "paylevenkit"},
-           {"code", 2},
-           {"localizedDescription", sentence},
-           {"developerMessage", nullptr}}}});
+  const auto terminal = Terminal::ofStandardOutput();
+  std::cerr << terminal.encoded("paylevenkit: " + escaped(sentence)) << std::endl;
+  if (json_) write({{"error", errorObject(commandDomain, 2, sentence, nullptr)}});
 }
 
 json Printer::document(const Report& report) {
@@ -138,15 +125,14 @@ json Printer::document(const Report& report) {
   json document = {{"operation", report.operation},
                    {"outcome", nameOf(report.outcome)},
                    {"message", report.sentence},
-                   {"error", report.error ? errorObject(*report.error) : json()},
+                   {"error", errorOf(report)},
                    {"timeline", timeline(report.timeline)},
-                   {"backend", json::array()},
+                   {"backend", sandbox::jsonOf(report.backend)},
                    {"provider", json::array()},
                    {"agreement", sides.unmatched() == 0},
                    {"unmatched", sides.unmatched()}};
-  for (const auto& card : report.backend) document["backend"].push_back(cardObject(card));
   for (const auto& instrument : report.provider) {
-    document["provider"].push_back(instrumentObject(instrument));
+    document["provider"].push_back(sandbox::jsonOf(instrument));
   }
   document.update(report.details);
   return document;

@@ -3,9 +3,9 @@
 // Threading: the main thread.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "Sandbox/Records/Json.h"
 #include "Tools/Report.h"
 
 namespace hlv::tool {
@@ -23,8 +23,8 @@ class Printer {
   /// A sentence on standard error, and an error document where one is expected.
   void printProblem(const std::string& sentence) const;
 
-  static nlohmann::ordered_json document(const Report& report);
-  static nlohmann::ordered_json timeline(const std::vector<sandbox::Event>& events);
+  static sandbox::Json document(const Report& report);
+  static sandbox::Json timeline(const std::vector<sandbox::Event>& events);
 
  private:
   const bool json_;

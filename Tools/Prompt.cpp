@@ -16,11 +16,19 @@ constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 // A signal handler can reach only what is static.
 termios shownSettings;
+std::array<struct sigaction, endingSignals.size()> handlersBefore;
+
+void restoreHandlers() {
+  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+    ::sigaction(endingSignals[i], &handlersBefore[i], nullptr);
+  }
+}
 
 extern "C" void showTypingAndEnd(int signal) {
   ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, "\n", 1);
-  ::signal(signal, SIG_DFL);
+  // Another one may have something to tidy up too.
+  restoreHandlers();
   ::raise(signal);
 }
 
@@ -32,7 +40,7 @@ class HiddenTyping {
     struct sigaction ending {};
     ending.sa_handler = showTypingAndEnd;
     for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-      ::sigaction(endingSignals[i], &ending, &before_[i]);
+      ::sigaction(endingSignals[i], &ending, &handlersBefore[i]);
     }
     termios hidden = shownSettings;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
@@ -42,16 +50,11 @@ class HiddenTyping {
   }
   ~HiddenTyping() {
     ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
-    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-      ::sigaction(endingSignals[i], &before_[i], nullptr);
-    }
+    restoreHandlers();
     std::cerr << "\n" << std::flush;
   }
   HiddenTyping(const HiddenTyping&) = delete;
   HiddenTyping& operator=(const HiddenTyping&) = delete;
-
- private:
-  std::array<struct sigaction, endingSignals.size()> before_{};
 };
 
 std::string withoutBlanksAround(const std::string& line) {

@@ -4,12 +4,12 @@
 #pragma once
 
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "Platform/Error.h"
 #include "Sandbox/Journal.h"
+#include "Sandbox/Records/Json.h"
 #include "Sandbox/Sandbox.h"
 #include "Tools/Table.h"
 #include "Tools/Terminal.h"
@@ -39,7 +39,7 @@ struct Report {
   /// What a command that only lists something shows in place of the timeline and the two sides.
   std::function<std::string(const Terminal&)> listing;
   /// What the command adds to the JSON document.
-  nlohmann::ordered_json details = nlohmann::ordered_json::object();
+  sandbox::Json details = sandbox::Json::object();
 
   /// Shows `table` instead, or the sentence `empty`.
   void list(Table table, const std::string& empty) {
@@ -48,10 +48,8 @@ struct Report {
     };
   }
 
-  /// Whether an error was reported, or nothing at all.
-  bool isFailure() const {
-    return error || outcome == Outcome::failed || outcome == Outcome::neverCompleted;
-  }
+  /// Whether an error was reported, or not what was asked for.
+  bool isFailure() const { return error || outcome != Outcome::succeeded; }
   int exitStatus() const { return isFailure() ? 1 : 0; }
 };
 

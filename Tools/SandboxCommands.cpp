@@ -15,7 +15,7 @@ namespace {
 
 using client::SandboxClient;
 using client::SandboxDescription;
-using json = nlohmann::ordered_json;
+using json = sandbox::Json;
 
 SandboxClient connect(const GlobalOptions& options) {
   if (options.providerURL.empty()) {

@@ -68,7 +68,7 @@ class EndingSignals {
 };
 
 /// Whoever reads the file finds all of it, or nothing.
-void writePorts(const std::string& file, const nlohmann::ordered_json& urls) {
+void writePorts(const std::string& file, const sandbox::Json& urls) {
   const auto whole = file + ".new";
   std::ofstream stream(whole, std::ios::trunc);
   stream << urls.dump(2) << "\n";
@@ -96,9 +96,9 @@ Report serve(Session& session, const ServeOptions& options) {
   serverOptions.listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
   auto server = server::Server::open(serverOptions);
   if (!server) throw Problem(server.problem());
-  const nlohmann::ordered_json urls = {{"backend", (*server)->backendURL()},
-                                       {"provider", (*server)->providerURL()},
-                                       {"console", (*server)->consoleURL()}};
+  const sandbox::Json urls = {{"backend", (*server)->backendURL()},
+                              {"provider", (*server)->providerURL()},
+                              {"console", (*server)->consoleURL()}};
   const auto portsFile =
       options.portsFile.empty() ? session.storePath() + ".ports.json" : options.portsFile;
   writePorts(portsFile, urls);

@@ -149,6 +149,15 @@ std::string Session::whyNothingCame() const {
   return "nothing is on its way any more";
 }
 
+Report Session::attempt(const std::function<Report()>& act) const {
+  try {
+    return act();
+  } catch (const std::exception& problem) {
+    if (!hasBegun()) throw;
+    return report(Report::Outcome::failed, problem.what());
+  }
+}
+
 Report Session::report(const std::string& command) const {
   Report report;
   report.operation = command;

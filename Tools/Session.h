@@ -46,8 +46,9 @@ class Session {
   /// The signed-in guest. Throws Problem when nobody is.
   std::shared_ptr<HLVSDKGuest> guest() const;
 
-  /// Begins an operation in the journal.
+  /// Begins an operation in the journal. What goes wrong from here on is the operation's failure.
   void begin(const std::string& operation);
+  bool hasBegun() const { return !operation_.empty(); }
   /// Enables the kit, which from then on follows the guest who is signed in. Later calls change
   /// nothing.
   void enableKit();
@@ -67,6 +68,10 @@ class Session {
 
   /// Why the current operation will not complete, as far as that is known.
   std::string whyNothingCame() const;
+
+  /// Runs what makes a report. What it throws once an operation has begun becomes a report that the
+  /// operation failed; what it throws before is thrown on, since nothing has changed.
+  Report attempt(const std::function<Report()>& act) const;
 
   /// A command that is no operation: the two sides as they are now, and no timeline.
   Report report(const std::string& command) const;

@@ -50,12 +50,21 @@ bool StoreFiles::isStore(const std::string& path) {
 void StoreFiles::remove(const std::string& path) {
   const sandbox::StoreLock lock(path);
   if (!lock.problem().empty()) throw Problem(lock.problem());
-  // The store itself goes last: while it is there, a removal that failed can be repeated.
-  for (const char* suffix :
-       {".sandboxes", "-wal", "-shm", ".log", ".ports.json", ".ports.json.new", ".lock", ""}) {
+  for (const char* suffix : suffixes) {
     std::error_code failure;
     std::filesystem::remove_all(path + suffix, failure);
     if (failure) throw Problem("The store cannot be removed: " + failure.message() + ".");
+  }
+}
+
+void StoreFiles::removeAgain(const std::string& path) {
+  try {
+    remove(path);
+    if (path != pathOrDefault({})) return;
+    std::error_code ignored;
+    std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
+  } catch (const Problem&) {
+    return;
   }
 }
 

@@ -3,12 +3,18 @@
 // Threading: any thread, one process at a time.
 #pragma once
 
+#include <array>
 #include <string>
 
 namespace hlv::tool {
 
 class StoreFiles {
  public:
+  /// What stands beside a store, and last the store itself: while it is there, a removal that
+  /// failed can be repeated.
+  static constexpr std::array suffixes{".sandboxes",      "-wal",  "-shm", ".log", ".ports.json",
+                                       ".ports.json.new", ".lock", ""};
+
   /// `path`, or the store in the user's data folder, which is made for its owner only. Throws
   /// Problem when there is no such folder.
   static std::string pathOrDefault(const std::string& path);
@@ -18,6 +24,9 @@ class StoreFiles {
   /// a server's sandboxes, snapshots, ports file and lock. Throws Problem while a server works on
   /// the store, and when one of them cannot be removed.
   static void remove(const std::string& path);
+  /// Removes the store of a command that could not begin, and its folder when nothing else is in
+  /// it. What cannot be removed stays.
+  static void removeAgain(const std::string& path);
 };
 
 }  // namespace hlv::tool

@@ -47,6 +47,7 @@ std::string Table::text(const Terminal& terminal) const {
         used += blanks.size();
         const auto left = terminal.columns() > used ? terminal.columns() - used : 0;
         const auto shown = cut(cell.text, left);
+        if (shown.empty()) break;
         line += blanks + terminal.paint(cell.colour, shown);
         blanks.clear();
         used += width(shown);

@@ -11,12 +11,12 @@
 namespace hlv::tool {
 
 /// Lines are indented, columns stand two characters apart, and what does not fit on a line of the
-/// terminal is cut.
+/// terminal is cut. Control characters are shown escaped.
 class Table {
  public:
   struct Cell {
-    Cell(std::string content, Colour paint = Colour::plain)
-        : text(std::move(content)), colour(paint) {}
+    Cell(const std::string& content, Colour paint = Colour::plain)
+        : text(escaped(content)), colour(paint) {}
     Cell(const char* content) : Cell(std::string(content)) {}
     std::string text;
     Colour colour;

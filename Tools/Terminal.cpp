@@ -3,6 +3,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <cctype>
+#include <charconv>
 #include <cstdlib>
 #include <string_view>
 
@@ -12,6 +14,19 @@ namespace {
 bool isSet(const char* variable) {
   const char* value = std::getenv(variable);
   return value && *value;
+}
+
+/// What the user's locale says of its encoding; one that is not named is taken for UTF-8, which is
+/// what terminals speak.
+bool localeHasUTF8() {
+  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    if (!isSet(variable)) continue;
+    std::string name(std::getenv(variable));
+    std::erase(name, '-');
+    for (auto& character : name) character = static_cast<char>(std::tolower(character));
+    return name.find("utf8") != std::string::npos;
+  }
+  return true;
 }
 
 bool isDumb() {
@@ -41,10 +56,17 @@ const char* codeOf(Colour colour) {
 
 Terminal Terminal::ofStandardOutput() {
   Terminal terminal;
+  terminal.hasUTF8_ = localeHasUTF8();
+  const std::string columns = isSet("COLUMNS") ? std::getenv("COLUMNS") : "";
+  std::size_t wanted = 0;
+  const auto* end = columns.data() + columns.size();
+  const auto read = std::from_chars(columns.data(), end, wanted);
+  const bool isWanted = read.ec == std::errc() && read.ptr == end && wanted > 0;
+  if (isWanted) terminal.columns_ = wanted;
   if (!::isatty(STDOUT_FILENO)) return terminal;
   terminal.colours_ = !isSet("NO_COLOR") && !isDumb();
   winsize size{};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+  if (!isWanted && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     terminal.columns_ = size.ws_col;
   }
   return terminal;

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include "Sandbox/Records/FaultRecords.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"
@@ -19,7 +20,7 @@
 namespace hlv::tool {
 namespace {
 
-using json = nlohmann::ordered_json;
+using json = sandbox::Json;
 using sandbox::Distribution;
 using sandbox::Fault;
 using sandbox::FaultKind;
@@ -56,7 +57,10 @@ void defineScene(CommandLine& line) {
   for (const auto& each : sandbox::Sandbox::scenes()) {
     possible += (possible.empty() ? "" : ", ") + each;
   }
-  command.add_option("name", *name, "One of " + possible)->required()->type_name("SCENE");
+  command.add_option("name", *name, "One of " + possible)
+      ->required()
+      ->type_name("SCENE")
+      ->check(CLI::IsMember(sandbox::Sandbox::scenes()));
   line.whenChosen(command, [name](Session& session) {
     session.guest();
     session.begin("scene");
@@ -82,11 +86,6 @@ std::string spread(const Fault& fault) {
   return text(fault.distribution) + ", spread " + milliseconds;
 }
 
-template <class Content>
-json orNull(const std::optional<Content>& content) {
-  return content ? json(*content) : json();
-}
-
 Report armedFaults(Session& session) {
   Table table;
   json list = json::array();
@@ -103,24 +102,9 @@ Report armedFaults(Session& session) {
     }
     if (fault.probability < 100) more += std::to_string(fault.probability) + " in a hundred ";
     if (fault.useCase) more += "only " + *fault.useCase;
-    auto headers = json::object();
-    for (const auto& [name, value] : fault.headers) headers[name] = value;
     table.add({std::to_string(fault.number), text(fault.operation), text(fault.kind), times(fault),
                more});
-    list.push_back({{"number", fault.number},
-                    {"operation", textOf(fault.operation)},
-                    {"kind", textOf(fault.kind)},
-                    {"remaining", orNull(fault.remaining)},
-                    {"delayMilliseconds", fault.delayMilliseconds},
-                    {"spreadMilliseconds", fault.spreadMilliseconds},
-                    {"distribution", textOf(fault.distribution)},
-                    {"probability", fault.probability},
-                    {"code", fault.code},
-                    {"status", orNull(fault.status)},
-                    {"headers", headers},
-                    {"bytes", orNull(fault.bytes)},
-                    {"bytesPerSecond", orNull(fault.bytesPerSecond)},
-                    {"useCase", orNull(fault.useCase)}});
+    list.push_back(sandbox::jsonOf(fault));
   }
   auto report = session.report("fault list");
   report.list(std::move(table), "No fault is armed.");
@@ -133,9 +117,7 @@ Report faultFirings(Session& session) {
   json list = json::array();
   for (const auto& firing : session.tester()->firings()) {
     table.add({std::to_string(firing.faultNumber), text(firing.operation), text(firing.kind)});
-    list.push_back({{"fault", firing.faultNumber},
-                    {"operation", textOf(firing.operation)},
-                    {"kind", textOf(firing.kind)}});
+    list.push_back(sandbox::jsonOf(firing));
   }
   auto report = session.report("fault firings");
   report.list(std::move(table), "No fault has met a call.");
@@ -226,11 +208,14 @@ void defineArm(CommandLine& line, CLI::App& parent) {
       ->type_name("N");
   command.add_option("--use-case", fault.useCase, "Meet only calls for this use case");
   line.whenChosen(command, [typed](Session& session) {
-    const auto armed = typed->read();
-    const auto problem = session.tester()->arm(armed);
+    auto armed = typed->read();
+    const auto problem = session.tester()->arm(armed, &armed.number);
     if (!problem.empty()) throw Problem(problem);
-    return said(session.report("fault arm"), "The fault is armed: " + text(armed.operation) + " " +
-                                                 text(armed.kind) + ", " + times(armed) + ".");
+    auto report =
+        said(session.report("fault arm"), "The fault is armed: " + text(armed.operation) + " " +
+                                              text(armed.kind) + ", " + times(armed) + ".");
+    report.details["fault"] = sandbox::jsonOf(armed);
+    return report;
   });
 }
 
@@ -262,7 +247,10 @@ void defineTrace(CommandLine& line) {
                                    "  paylevenkit trace\n"
                                    "  paylevenkit trace --last 3\n");
   const auto count = std::make_shared<std::size_t>(1);
-  command.add_option("--last", *count, "How many operations (1)")->type_name("N");
+  constexpr std::size_t kept = 200;
+  command.add_option("--last", *count, "How many operations (1)")
+      ->type_name("N")
+      ->check(CLI::Range(std::size_t{1}, kept));
   line.whenChosen(command, [count](Session& session) {
     const auto operations = session.sandbox().journal().last(*count);
     auto report = session.report("trace");

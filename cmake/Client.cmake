@@ -7,11 +7,16 @@ add_library(hlv_records STATIC
   Sandbox/Records/InstrumentRecords.cpp
   Sandbox/Records/Json.cpp
   Sandbox/Records/SandboxRecords.cpp)
+set_target_properties(hlv_records PROPERTIES
+  OUTPUT_NAME HLVSDKPaylevenRecords EXPORT_NAME Records)
 target_link_libraries(hlv_records
-  PUBLIC HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json
-  PRIVATE hlv_shipped_flags)
+  PUBLIC HLVSDKPaylevenSandbox $<BUILD_INTERFACE:nlohmann_json::nlohmann_json>
+  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags>)
 
-add_library(HLVSDKPaylevenClient STATIC
+add_library(HLVSDKPaylevenClient STATIC)
+add_library(HLVSDKPaylevenKit::Client ALIAS HLVSDKPaylevenClient)
+set_target_properties(HLVSDKPaylevenClient PROPERTIES EXPORT_NAME Client)
+target_sources(HLVSDKPaylevenClient PRIVATE
   Client/ControlClient.cpp
   Client/HttpClient.cpp
   Client/HttpExchange.cpp
@@ -28,6 +33,6 @@ add_library(HLVSDKPaylevenClient STATIC
   Client/TestSandbox.cpp)
 target_link_libraries(HLVSDKPaylevenClient
   PUBLIC HLVSDKPaylevenSandbox
-  PRIVATE hlv_shipped_flags hlv_beast hlv_records nlohmann_json::nlohmann_json)
+  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> hlv_beast hlv_records)
 hlv_precompile(hlv_records <nlohmann/json.hpp>)
 hlv_precompile(HLVSDKPaylevenClient <nlohmann/json.hpp>)

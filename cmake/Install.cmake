@@ -1,21 +1,38 @@
-# find_package(HLVSDKPaylevenKit [OPTIONAL_COMPONENTS Sandbox]) and pkg-config, static or shared as
-# BUILD_SHARED_LIBS says. One install holds one kind: two copies of the kit in one process would
+# find_package(HLVSDKPaylevenKit [OPTIONAL_COMPONENTS Sandbox Client]) and pkg-config, static or shared
+# as BUILD_SHARED_LIBS says. One install holds one kind: two copies of the kit in one process would
 # each have a host of their own.
 include(CMakePackageConfigHelpers)
 include(cmake/PublicHeaders.cmake)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/HLVSDKPaylevenKit)
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/HLVSDKPaylevenKit)
+# Relative, so that an install can be moved.
+file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 
-install(TARGETS HLVSDKPaylevenKit EXPORT Kit FILE_SET HEADERS DESTINATION ${header_dir})
-install(EXPORT Kit NAMESPACE HLVSDKPaylevenKit:: FILE KitTargets.cmake DESTINATION ${package_dir})
-if(HLVSDKPAYLEVENKIT_SANDBOX)
-  install(TARGETS HLVSDKPaylevenSandbox EXPORT Sandbox FILE_SET HEADERS DESTINATION ${header_dir})
-  install(EXPORT Sandbox NAMESPACE HLVSDKPaylevenKit:: FILE SandboxTargets.cmake
+function(hlv_install export pc)
+  install(TARGETS ${ARGN} EXPORT ${export}
+          FILE_SET HEADERS DESTINATION ${header_dir} COMPONENT Headers)
+  install(EXPORT ${export} NAMESPACE HLVSDKPaylevenKit:: FILE ${export}Targets.cmake
           DESTINATION ${package_dir})
+  configure_file(cmake/${pc}.pc.in ${pc}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${pc}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+hlv_install(Kit HLVSDKPaylevenKit HLVSDKPaylevenKit)
+if(HLVSDKPAYLEVENKIT_SANDBOX)
+  hlv_install(Sandbox HLVSDKPaylevenKitSandbox HLVSDKPaylevenSandbox)
+  install(FILES NOTICE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+endif()
+if(HLVSDKPAYLEVENKIT_CLIENT)
+  hlv_install(Client HLVSDKPaylevenKitClient HLVSDKPaylevenClient hlv_records hlv_beast)
 endif()
 if(HLVSDKPAYLEVENKIT_SERVER)
   install(TARGETS paylevenkit)
+  if(TARGET CommandDocuments)
+    install(FILES ${PROJECT_BINARY_DIR}/paylevenkit.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES ${PROJECT_BINARY_DIR}/paylevenkit.bash RENAME paylevenkit
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  endif()
 endif()
 
 configure_package_config_file(
@@ -27,9 +44,3 @@ install(FILES
   ${PROJECT_BINARY_DIR}/HLVSDKPaylevenKitConfig.cmake
   ${PROJECT_BINARY_DIR}/HLVSDKPaylevenKitConfigVersion.cmake
   DESTINATION ${package_dir})
-
-# Relative, so that an install can be moved.
-file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-configure_file(cmake/HLVSDKPaylevenKit.pc.in HLVSDKPaylevenKit.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/HLVSDKPaylevenKit.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -58,7 +58,10 @@ if(BUILD_SHARED_LIBS)
   check_linker_flag(CXX LINKER:-z,pack-relative-relocs can_pack_relocations)
   set(exported_names ${PROJECT_SOURCE_DIR}/cmake/ExportedNames.map)
   set_target_properties(HLVSDKPaylevenKit PROPERTIES
-    INTERPROCEDURAL_OPTIMIZATION ${can_optimise_as_a_whole} LINK_DEPENDS ${exported_names})
+    INTERPROCEDURAL_OPTIMIZATION ${can_optimise_as_a_whole}
+    # Debug information that is made in one go cannot be compared (scripts/abi).
+    INTERPROCEDURAL_OPTIMIZATION_DEBUG OFF
+    LINK_DEPENDS ${exported_names})
   target_compile_options(HLVSDKPaylevenKit PRIVATE -fno-semantic-interposition)
   target_link_options(HLVSDKPaylevenKit PRIVATE
     LINKER:-Bsymbolic-functions LINKER:--version-script=${exported_names}

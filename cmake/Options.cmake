@@ -3,7 +3,12 @@ include(CMakeDependentOption)
 option(BUILD_SHARED_LIBS "Build the kit as a shared library" OFF)
 option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox" ${PROJECT_IS_TOP_LEVEL})
 cmake_dependent_option(HLVSDKPAYLEVENKIT_SERVER
-  "Build the server, its client and the paylevenkit command" ON "HLVSDKPAYLEVENKIT_SANDBOX" OFF)
+  "Build the server and the paylevenkit command, and the client that they need"
+  ${PROJECT_IS_TOP_LEVEL} "HLVSDKPAYLEVENKIT_SANDBOX" OFF)
+cmake_dependent_option(HLVSDKPAYLEVENKIT_CLIENT
+  "Build the client of a server elsewhere" OFF
+  "HLVSDKPAYLEVENKIT_SANDBOX;NOT HLVSDKPAYLEVENKIT_SERVER" ${HLVSDKPAYLEVENKIT_SERVER})
+option(HLVSDKPAYLEVENKIT_INSTALL "Install what is built" ${PROJECT_IS_TOP_LEVEL})
 option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
 option(HLVSDKPAYLEVENKIT_OBJC_TESTS "Build the tests of that" OFF)
 option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)

@@ -59,5 +59,14 @@ if(HLVSDKPAYLEVENKIT_SANDBOX)
     Sandbox/ProviderInstrument.h
     Sandbox/Sandbox.h
     Sandbox/SandboxError.h
-    Sandbox/TestCards.h)
+    Sandbox/TestCards.h
+    Sandbox/Tester.h)
+endif()
+if(HLVSDKPAYLEVENKIT_CLIENT)
+  target_sources(HLVSDKPaylevenClient PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
+    Client/ClientError.h
+    Client/RemoteHost.h
+    Client/RemoteTester.h
+    Client/Sandboxes.h
+    Sandbox/Records/SandboxDescription.h)
 endif()

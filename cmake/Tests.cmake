@@ -68,7 +68,8 @@ endif()
 if(NOT HLVSDKPAYLEVENKIT_SANITIZE MATCHES "thread")
   add_test(NAME InstalledPackage.BuildsAndRunsTheExamples
     COMMAND ${PROJECT_SOURCE_DIR}/Tests/Install/installed-package.sh
-            ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/installed)
+            ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/installed
+            ${CMAKE_CXX_COMPILER} "${HLVSDKPAYLEVENKIT_SANITIZE}")
   set_tests_properties(InstalledPackage.BuildsAndRunsTheExamples PROPERTIES
     TIMEOUT 900 RUN_SERIAL ON)
 endif()

@@ -10,6 +10,7 @@ hlv_add_tests(ToolTests
     Tests/Tools/SecrecyTests.cpp
     Tests/Tools/SidesTests.cpp
     Tests/Tools/StoryTests.cpp
+    Tools/Characters.cpp
     Tools/SideBySide.cpp
     Tools/Table.cpp
     Tools/Terminal.cpp

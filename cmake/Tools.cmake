@@ -4,10 +4,13 @@ find_package(nlohmann_json REQUIRED)
 
 add_executable(paylevenkit
   Tools/CardCommands.cpp
+  Tools/CardNumberSearch.cpp
   Tools/CardOperations.cpp
   Tools/CardSource.cpp
+  Tools/Characters.cpp
   Tools/CommandLine.cpp
   Tools/Demo.cpp
+  Tools/Documents.cpp
   Tools/Enabling.cpp
   Tools/GuestCommands.cpp
   Tools/Printer.cpp
@@ -18,13 +21,25 @@ add_executable(paylevenkit
   Tools/SideBySide.cpp
   Tools/StoreFiles.cpp
   Tools/Table.cpp
+  Tools/TemporaryFolder.cpp
   Tools/Terminal.cpp
   Tools/TesterCommands.cpp
   Tools/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
   hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)
+target_compile_definitions(paylevenkit PRIVATE PAYLEVENKIT_VERSION="${PROJECT_VERSION}")
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
+
+# The manual page and the completion come from the options themselves.
+if(HLVSDKPAYLEVENKIT_INSTALL AND NOT CMAKE_CROSSCOMPILING)
+  add_custom_command(
+    OUTPUT paylevenkit.1 paylevenkit.bash
+    COMMAND paylevenkit manual > paylevenkit.1
+    COMMAND paylevenkit completion > paylevenkit.bash
+    DEPENDS paylevenkit VERBATIM)
+  add_custom_target(CommandDocuments ALL DEPENDS paylevenkit.1 paylevenkit.bash)
+endif()
 
 # Plays many clients of a server for scripts/load; built only when that asks for it.
 add_executable(paylevenkit-load-clients EXCLUDE_FROM_ALL Benchmarks/Load/LoadClients.cpp)

@@ -24,6 +24,9 @@ struct CardBrand {
   }
 };
 
+/// How many digits decide.
+inline constexpr std::size_t longestPrefix = 8;
+
 /// The brand whose longest prefix begins `digits`; null when there is none.
 const CardBrand* findCardBrand(std::string_view digits);
 

@@ -90,6 +90,10 @@ std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month) {
   return std::nullopt;
 }
 
+bool isCardNumber(std::string_view digits) {
+  return !brokenNumberRule(digits, findCardBrand(digits));
+}
+
 bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear, YearMonth month) {
   return YearMonth{std::stoi(expiryYear), std::stoi(expiryMonth)} < month;
 }

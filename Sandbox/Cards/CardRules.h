@@ -25,6 +25,8 @@ struct BrokenRule {
 /// Checks number, expiry in a month, security code and holder, in this order. Expects normalised
 /// fields.
 std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month);
+/// Whether a brand has numbers of these digits, by prefix, length and checksum.
+bool isCardNumber(std::string_view digits);
 /// A card can be used until its month is over. Expects normalised fields.
 bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear, YearMonth month);
 /// Whether instruments are stored under this use case.

@@ -13,6 +13,7 @@ constexpr std::size_t visibleDigits = 4;
 struct Symbol {
   std::size_t size;
   NumberPart part;
+  char32_t character = 0;
 };
 
 unsigned byteAt(std::string_view text, std::size_t at) {
@@ -33,12 +34,12 @@ Symbol wideSymbolAt(std::string_view text, std::size_t at) {
     if (!isContinuation(byteAt(text, next))) return strayByte;
     character = character << 6U | (byteAt(text, next) & 0x3FU);
   }
-  return {size, numberPartOf(character)};
+  return {size, numberPartOf(character), character};
 }
 
 Symbol symbolAt(std::string_view text, std::size_t at) {
   const auto byte = byteAt(text, at);
-  return byte < 0x80 ? Symbol{1, numberPartOf(byte)} : wideSymbolAt(text, at);
+  return byte < 0x80 ? Symbol{1, numberPartOf(byte), byte} : wideSymbolAt(text, at);
 }
 
 /// Digits with nothing but gaps between them, from the first one to behind the last one.
@@ -54,7 +55,7 @@ struct Run {
 Run nextNumber(std::string_view text, std::size_t at) {
   Run run;
   while (at < text.size()) {
-    const auto [size, part] = symbolAt(text, at);
+    const auto [size, part, character] = symbolAt(text, at);
     if (part == NumberPart::digit) {
       if (run.digits++ == 0) run.begin = at;
       run.end = at + size;
@@ -70,7 +71,7 @@ Run nextNumber(std::string_view text, std::size_t at) {
 void appendMasked(std::string& result, std::string_view number, std::size_t digits) {
   auto hidden = digits - visibleDigits;
   for (std::size_t at = 0; at < number.size();) {
-    const auto [size, part] = symbolAt(number, at);
+    const auto [size, part, character] = symbolAt(number, at);
     if (part == NumberPart::digit && hidden > 0) {
       result += '*';
       --hidden;
@@ -96,5 +97,17 @@ std::string maskedText(std::string_view text) {
 }
 
 bool holdsCardNumber(std::string_view text) { return nextNumber(text, 0).isNumber(); }
+
+std::string plainNumbers(std::string_view text) {
+  std::string plain;
+  for (std::size_t at = 0; at < text.size();) {
+    const auto [size, part, character] = symbolAt(text, at);
+    plain += part == NumberPart::digit ? static_cast<char>('0' + valueOfDigit(character))
+             : part == NumberPart::gap ? ' '
+                                       : ':';
+    at += size;
+  }
+  return plain;
+}
 
 }  // namespace hlv::sandbox

@@ -20,4 +20,8 @@ std::string maskedText(std::string_view text);
 /// Whether anything in the text would be masked.
 bool holdsCardNumber(std::string_view text);
 
+/// The same text with digits of any script as ASCII digits, gaps as blanks and everything else as
+/// colons.
+std::string plainNumbers(std::string_view text);
+
 }  // namespace hlv::sandbox

@@ -54,18 +54,24 @@ constexpr Range gaps[] = {
     {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
 
 template <class Ranges>
-bool contains(const Ranges& ranges, char32_t character) {
+const Range* rangeOf(const Ranges& ranges, char32_t character) {
   const auto* found =
       std::lower_bound(std::begin(ranges), std::end(ranges), character,
                        [](const Range& range, char32_t wanted) { return range.last < wanted; });
-  return found != std::end(ranges) && found->first <= character;
+  return found != std::end(ranges) && found->first <= character ? found : nullptr;
 }
 
 }  // namespace
 
 NumberPart numberPartBeyondASCII(char32_t character) {
-  if (contains(digits, character)) return NumberPart::digit;
-  return contains(gaps, character) ? NumberPart::gap : NumberPart::other;
+  if (rangeOf(digits, character)) return NumberPart::digit;
+  return rangeOf(gaps, character) ? NumberPart::gap : NumberPart::other;
+}
+
+int valueOfDigit(char32_t digit) {
+  // Scripts that stand side by side have ten digits each.
+  const auto* script = rangeOf(digits, digit);
+  return static_cast<int>((digit - (script ? script->first : U'0')) % 10);
 }
 
 }  // namespace hlv::sandbox

@@ -16,6 +16,8 @@ enum class NumberPart {
 
 /// The same for what is not ASCII; what is no code point is neither a digit nor a gap.
 NumberPart numberPartBeyondASCII(char32_t character);
+/// What a digit of any script stands for.
+int valueOfDigit(char32_t digit);
 
 inline NumberPart numberPartOf(char32_t character) {
   if (character >= 0x80) return numberPartBeyondASCII(character);

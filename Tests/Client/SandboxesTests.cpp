@@ -133,15 +133,17 @@ TEST_F(RemoteTesterTest, NamesTheGuestAndOneFaultByItsNumber) {
   const CannedServer server([&](const Request& request) -> CannedServer::Reply {
     const auto line = request.line();
     if (line.find("/faults/5") != std::string::npos) return replyWith(jsonOf(fault));
-    if (line.starts_with("GET ") && line.find("/faults") != std::string::npos) {
-      return replyWith({{"faults", {jsonOf(fault)}}});
+    if (line.find("/faults") != std::string::npos) {
+      return replyWith({{"faults", {jsonOf(fault)}}, {"fault", jsonOf(fault)}});
     }
     if (line.find("/network") != std::string::npos) return replyWith({{"on", false}});
     return replyWith(description("default"));
   });
   connect(server.url(), server.url() + "/sandboxes/sbx_a");
   const auto tester = remote->tester();
-  EXPECT_EQ(tester->arm(fault), "");
+  std::int64_t number = 0;
+  EXPECT_EQ(tester->arm(fault, &number), "");
+  EXPECT_EQ(number, 5);
   EXPECT_EQ(tester->armed(), std::vector{fault});
   EXPECT_EQ(tester->fault(5), fault);
   EXPECT_EQ(tester->changeFault(5, fault), fault);

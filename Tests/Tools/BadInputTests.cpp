@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <algorithm>
 #include <fstream>
@@ -42,25 +43,39 @@ const Bad badInputs[] = {
     {"ANumberWithOtherBlanks", "add 4111\u2009１１１１\u00a01111_1111", "", 2,
      "looks like a card number"},
     {"ANumberSplitAtDashes", "add 4111- 1111 - 1111 1111", "", 2, "looks like a card number"},
+    {"ANumberAndItsCode", "add 4111 1111 1111 1111 907", "", 2, "looks like a card number"},
     {"ASplitNumber", "add 4111 1111 1111 1111", "", 2, "looks like a card number"},
     {"ANumberInAnOption", "add --pan=" + visaNumber, "", 2, "looks like a card number"},
     {"ACodeAsAnArgument", "add --cvv 907", "", 2, "The option --cvv is not known"},
     {"AnUnknownOperation", "fault arm fly error", "", 2, "no operation"},
     {"AnUnknownFault", "fault arm createUserToken fly", "", 2, "no fault"},
     {"AnUnknownNetwork", "network perhaps", "", 2, "perhaps"},
+    {"AnUnknownScene", "scene perhaps", "", 2, "perhaps not in"},
+    {"AnUnknownCommand", "crads", "", 2, "'crads' is not known; did you mean `paylevenkit cards`"},
+    {"AnUnknownInnerCommand", "sandbox crate", "", 2, "`paylevenkit sandbox create`"},
+    {"ACodeAsACommand", "907", "", 2, "A command is needed"},
+    {"NoAddress", "sign-in nobody", "", 2, "with an e-mail address"},
+    {"NothingToTrace", "trace --last 0", "", 2, "not in range"},
+    {"ANegativeCount", "trace --last -1", "", 2, "not in range"},
+    {"ANegativeSeed", "--seed -1 cards", "", 2, "A whole number from 0 on"},
     {"NoCommand", " ", "", 2, "A command is needed"},
     {"NoID", "delete", "", 2, "ID is required"},
     {"NoConsent", "reset", "", 2, "--yes"},
     {"AStoreWithoutAName", "--store \"\" cards", "", 2, "A store has a name"},
+    {"NoStoreToReset", "reset --yes --store \"\"", "", 2, "A store has a name"},
 };
 
 class ToolBadInput : public ::testing::TestWithParam<Bad> {};
 
 TEST_P(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
   Command command(Command::guestWithCard);
-  const auto before = command.run("cards").out;
-
   const auto& bad = GetParam();
+  const auto look = [&] {
+    const auto cards = command.run("cards").out;
+    return bad.status == 2 ? cards + command.run("trace --last 99").out : cards;
+  };
+  const auto before = look();
+
   const auto finished = command.run(bad.line, bad.input);
   // Neither a number nor a code that was typed at the wrong place is repeated.
   ASSERT_EQ(testing::CardDataSearch(visaNumber, "907").in(finished.out + finished.err),
@@ -73,16 +88,61 @@ TEST_P(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
     EXPECT_TRUE(text.ends_with(".\n")) << text;
   }
-  EXPECT_EQ(command.run("cards").out, before);
+  EXPECT_EQ(look(), before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ToolBadInput, ::testing::ValuesIn(badInputs),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ToolUsage, ErrorsAreADocumentWhereOneIsExpected) {
-  const auto finished = Command().run("--json add --fly");
-  EXPECT_EQ(finished.status, 2);
-  EXPECT_NE(finished.document()["error"]["localizedDescription"], nullptr);
+  const std::pair<const char*, int> rows[] = {
+      {"add --fly", 2}, {"cards", 2}, {"add --without card", 1}, {"plant --test-card visa", 1}};
+  for (const auto& [line, status] : rows) {
+    const auto finished =
+        Command(status == 1 ? Command::guest : "").run(std::string("--json ") + line);
+    EXPECT_EQ(finished.status, status) << line;
+    EXPECT_EQ(finished.document()["error"]["number"], status) << line;
+    EXPECT_TRUE(finished.document()["error"]["message"].is_string()) << line;
+  }
+}
+
+TEST(ToolUsage, MakesNoStoreForACommandThatCannotBegin) {
+  for (const char* line : {"cards", "sign-in nobody", "fault arm fly error", "demo --provider x"}) {
+    Command command;
+    EXPECT_EQ(command.run(line).status, 2) << line;
+    EXPECT_FALSE(std::filesystem::exists(command.store())) << line;
+    EXPECT_FALSE(std::filesystem::exists(command.store() + ".log")) << line;
+  }
+}
+
+TEST(ToolUsage, TakesLongNumbersThatNoCardHas) {
+  Command command;
+  const auto line = "--seed 1234567890123 --store \"" + command.folder().string() +
+                    "/run-20261122075301.sqlite\" " + Command::guest;
+  EXPECT_EQ(command.run(line).status, 0);
+}
+
+TEST(ToolOutput, ThatCannotBeWrittenIsAFailure) {
+  Command command(Command::guest);
+  std::filesystem::remove(command.folder() / "out");
+  std::filesystem::create_symlink("/dev/full", command.folder() / "out");
+  for (const std::string line : {"cards", "--help", "sign-out --json"}) {
+    EXPECT_EQ(command.run(line).status, 1) << line;
+  }
+}
+
+TEST(ToolOutput, SuitsTheTerminal) {
+  Command command(Command::guest + "; add --test-card visa --holder A\x1b[31m");
+  const auto shown = command.run("cards").out;
+  EXPECT_NE(shown.find("A\\x1b[31m"), std::string::npos) << shown;
+  EXPECT_EQ(shown.find('\x1b'), std::string::npos) << shown;
+  ::setenv("COLUMNS", "40", 1);
+  EXPECT_NE(command.run("cards").out.find("…\n"), std::string::npos);
+  ::unsetenv("COLUMNS");
+  ::setenv("LC_ALL", "C", 1);
+  const auto plain = command.run("sync").out;
+  EXPECT_NE(plain.find("visa **** 1111"), std::string::npos) << plain;
+  EXPECT_TRUE(std::all_of(plain.begin(), plain.end(), [](char byte) { return byte > 0; })) << plain;
 }
 
 TEST(ToolStoreFile, ThatIsNoneIsRefusedAndStaysAndOneOfAnotherVersionCanBeReset) {

@@ -18,6 +18,9 @@ Command::Command(const std::string& before) {
   auto folder = (std::filesystem::temp_directory_path() / "paylevenkit-test-XXXXXX").string();
   if (!::mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
   folder_ = folder;
+  // What the output looks like is no matter of who runs the tests.
+  ::setenv("LC_ALL", "C.UTF-8", 1);
+  ::unsetenv("COLUMNS");
   run(before);
 }
 
@@ -98,7 +101,7 @@ std::vector<std::string> Command::argumentsOf(const std::string& line) {
   std::vector<std::string> arguments;
   std::istringstream words(line);
   for (std::string word; words >> std::quoted(word);) {
-    if (word == "ID") word = run("cards --json").document()["backend"][0]["halvoID"];
+    if (word == "ID") word = run("cards --json").document()["backend"][0]["id"];
     arguments.push_back(word);
   }
   return arguments;

@@ -36,7 +36,7 @@ const FailureRow beforeTheFirstCard[] = {
      "Configuration for PaylevenKit must have payment key"},
     {"NotEnabled", "--enabling none add --test-card visa", 1, "the kit is not enabled"},
     {"NobodySignedIn", "sign-out; sync", 2, "Nobody is signed in"},
-    {"NoCard", "add --without card", 0, "no card came back"},
+    {"NoCard", "add --without card", 1, "no card came back"},
     {"AddOffline", "network off; add --test-card visa", 1, "HLVURLErrorDomain 1"},
     {"TokenRefused", "add --test-card declined", 1,
      "  For the developer: The payment provider answered: PLVErrorDomain"},
@@ -63,7 +63,7 @@ const FailureRow beforeTheFirstCard[] = {
 const FailureRow afterTheFirstCard[] = {
     {"FurtherRefused", "add --test-card declined", 1, "Failed to add new payment instrument."},
     {"FurtherWithoutIdentifier", "add --test-card no-identifier", 1, noIdentifier},
-    {"FurtherRefusedByBackend", "add --test-card backend-refused", 0, "no card came back",
+    {"FurtherRefusedByBackend", "add --test-card backend-refused", 1, "no card came back",
      "Failed to add"},
     {"NoID", "delete ID --without id", 1, "halvoID is missing"},
     {"NoUseCase", "delete ID --without use-case", 1, "useCase is missing"},

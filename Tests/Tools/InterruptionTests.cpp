@@ -106,5 +106,22 @@ TEST(ToolPrompt, NeverShowsNumberOrCodeAndLetsTypingBeSeenAgainOnEveryWayOut) {
   }
 }
 
+TEST(ToolPrompt, LeavesNoTemporaryFolderAfterCtrlC) {
+  Command command;
+  command.useDataFolder();
+  const auto temporary = command.folder() / "tmp";
+  std::filesystem::create_directory(temporary);
+  Person person;
+  if (!person.hasTerminal()) GTEST_SKIP() << "There are no pseudo-terminals here.";
+  ::setenv("TMPDIR", temporary.c_str(), 1);
+  command.startOn(person.name(), "demo");
+  ::unsetenv("TMPDIR");
+  person.waitFor("Card number");
+  EXPECT_FALSE(std::filesystem::is_empty(temporary));
+  person.type("\x03");
+  EXPECT_EQ(command.wait().status, 128 + SIGINT);
+  EXPECT_TRUE(std::filesystem::is_empty(temporary));
+}
+
 }  // namespace
 }  // namespace hlv

@@ -22,10 +22,10 @@ class ToolSandboxes : public ::testing::Test {
     return finished;
   }
 
-  testing::Finished signInAt(const std::string& sandbox) {
+  testing::Finished runAt(const std::string& sandbox, const std::string& line) {
     const auto below = "/sandboxes/" + sandbox;
     return tool_.run("--backend " + urls_["backend"].get<std::string>() + below + " --provider " +
-                     urls_["provider"].get<std::string>() + below + " " + Command::guest);
+                     urls_["provider"].get<std::string>() + below + " " + line);
   }
 
   Command server_, tool_;
@@ -74,7 +74,9 @@ TEST_F(ToolSandboxes, AreMadeKeptBroughtBackAndRemoved) {
     }
   };
   expectEach(before);
-  EXPECT_EQ(signInAt("checkout").status, 0);
+  EXPECT_EQ(runAt("checkout", Command::guest).status, 0);
+  const auto armed = runAt("checkout", "fault arm addPaymentInstrument never --json");
+  EXPECT_EQ(armed.document()["fault"]["number"], 1);
   expectEach(after);
   EXPECT_EQ(server_.end().status, 0);
   EXPECT_EQ(server_.run("reset --yes").status, 0);

@@ -17,15 +17,15 @@ TEST(ToolStory, SurvivesFromProcessToProcessUntilBothSidesAgree) {
   };
   const auto first = succeeds("add --test-card amex --street Kai --city Berlin");
   EXPECT_EQ(first["backend"][0]["brand"], "american-express");
-  EXPECT_EQ(first["backend"][0]["lastFourDigits"], "0005");
+  EXPECT_EQ(first["backend"][0]["last_four_digits"], "0005");
   EXPECT_TRUE(first["agreement"]);
   const auto second = succeeds("add --test-card mastercard --use-case business");
   EXPECT_EQ(second["provider"].size(), 2U);
   const auto updated = succeeds("update ID --city Hamburg");
-  EXPECT_EQ(updated["backend"][0]["billingAddress"]["city"], "Hamburg");
-  EXPECT_EQ(updated["backend"][0]["billingAddress"]["street"], "Kai");
+  EXPECT_EQ(updated["backend"][0]["billing_address"]["city"], "Hamburg");
+  EXPECT_EQ(updated["backend"][0]["billing_address"]["street"], "Kai");
 
-  const auto deleted = succeeds("delete " + second["backend"][1]["halvoID"].get<std::string>());
+  const auto deleted = succeeds("delete " + second["backend"][1]["id"].get<std::string>());
   EXPECT_EQ(deleted["backend"].size(), 1U);
   EXPECT_EQ(deleted["provider"].size(), 1U);
 
