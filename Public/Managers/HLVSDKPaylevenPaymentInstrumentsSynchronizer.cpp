@@ -88,10 +88,15 @@ struct Synchronizer::Run {
 std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
     std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient) {
   std::shared_ptr<Synchronizer> synchronizer(new Synchronizer);
-  synchronizer->setApiManager(std::move(apiManager));
-  synchronizer->setPaylevenClient(std::move(paylevenClient));
-  synchronizer->setSynchronizationQueue(Platform::current()->makeSerialQueue(creationLabel));
+  synchronizer->begin(std::move(apiManager), std::move(paylevenClient));
   return synchronizer;
+}
+
+void Synchronizer::begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
+                         std::shared_ptr<PLVInAppClient> paylevenClient) {
+  setApiManager(std::move(apiManager));
+  setPaylevenClient(std::move(paylevenClient));
+  setSynchronizationQueue(Platform::current()->makeSerialQueue(creationLabel));
 }
 
 std::shared_ptr<HLVSDKAPIManager> Synchronizer::apiManager() const { return apiManager_; }
