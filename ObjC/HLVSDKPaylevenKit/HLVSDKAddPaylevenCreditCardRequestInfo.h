@@ -1,14 +1,14 @@
 // The request that registers a card with the backend once the provider has it.
 //
 // Threading: one thread at a time.
-#import <HLVSDKPaylevenKit/Host/HLVSDKPaymentKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaymentKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 /// The host's add-card request, extended by the provider user token.
 @interface HLVSDKAddPaylevenCreditCardRequestInfo : HLVSDKAddCreditCardRequestInfo {
  @private
-  struct HLVRequestCore* _core;
+  NSString* _paylevenToken;
 }
 
 @property(nonatomic, copy, nullable) NSString* paylevenToken;

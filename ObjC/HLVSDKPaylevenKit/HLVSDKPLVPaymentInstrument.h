@@ -1,13 +1,14 @@
 // A provider instrument with the use case under which the provider listed it.
 //
 // Threading: one thread at a time.
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 @interface HLVSDKPLVPaymentInstrument : NSObject {
  @private
-  struct HLVInstrumentPairCore* _core;
+  NSString* _useCase;
+  PLVCreditCardPaymentInstrument* _paymentInstrument;
 }
 
 @property(nonatomic, copy, nullable) NSString* useCase;

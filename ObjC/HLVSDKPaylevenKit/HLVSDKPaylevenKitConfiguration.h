@@ -1,7 +1,7 @@
 // The kit's own configuration: the Payleven payment key.
 //
 // Threading: a record never changes and may be read from any thread.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 

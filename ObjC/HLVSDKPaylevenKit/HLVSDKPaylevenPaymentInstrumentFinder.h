@@ -1,8 +1,8 @@
 // Picks the provider instrument that stands for a card.
 //
 // Threading: pure and re-entrant; any thread, on the caller's thread.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 

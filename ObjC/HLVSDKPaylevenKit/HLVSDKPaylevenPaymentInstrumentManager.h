@@ -3,8 +3,8 @@
 // Threading: operations may be called from any thread and run there until they hand over to the
 // backend or the provider. Completions come on the main thread, except that of an update, which is
 // the backend client's to call. Set the properties before the first operation.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -14,6 +14,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// tell: they throw.
 @interface HLVSDKPaylevenPaymentInstrumentManager : NSObject <HLVSDKPaymentInstrumentManager> {
  @private
+  BOOL _connectionAvaiable;
   struct HLVManagerCore* _core;
 }
 

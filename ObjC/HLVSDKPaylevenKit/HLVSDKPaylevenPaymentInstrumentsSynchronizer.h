@@ -4,9 +4,9 @@
 // Threading: operations may be called from any thread; the final step of a synchronisation runs on
 // the synchroniser's own serial queue, and completions come on the main thread. Set the properties
 // before the first synchronisation.
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 #import <HLVSDKPaylevenKit/HLVSDKQueue.h>
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 

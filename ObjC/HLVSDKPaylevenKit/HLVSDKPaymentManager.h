@@ -1,7 +1,7 @@
 // The kit's door for card operations.
 //
 // Threading: as the manager that the calls reach; nothing happens to a completion on the way.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 

@@ -190,9 +190,11 @@ TEST_F(OperationsTest, NilCompletionsAreSkippedAndTheWorkIsDone) {
 TEST_F(OperationsTest, TheStepsOfAnAddCanBeTakenOneByOne) {
   __block NSString* token = nil;
   __block id found = nil;
+  NSMutableArray* const keep = kept;
   const auto completion =
       copied(^(NSString* paylevenToken, PLVCreditCardPaymentInstrument* confirmed, NSError*) {
-        token = [[paylevenToken retain] autorelease];
+        token = paylevenToken;
+        [keep addObject:token];
         found = confirmed;
       });
   [manager() addFirstPaymentInstrumentToPayleven:card forGuestEmail:@"a@b.c" completion:completion];

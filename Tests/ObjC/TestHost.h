@@ -5,8 +5,8 @@
 #pragma once
 
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
-#import <HLVSDKPaylevenKit/Host/HalvoAuthenticationDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include <Block.h>
 
@@ -107,10 +107,12 @@ NSError* makeError(NSString* description);
 }  // namespace hlv::testing
 
 /// A kit entry of the host configuration.
-@interface TestKitEntry : NSObject <HLVSDKKitEntry> {
+@interface TestKitEntry : NSObject {
  @private
   Class _kit;
   id _configuration;
 }
 + (instancetype)entryWithKit:(Class)kit configuration:(id)configuration;
+- (Class)kit;
+- (id)configuration;
 @end

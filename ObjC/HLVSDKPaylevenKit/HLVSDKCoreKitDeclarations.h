@@ -57,17 +57,11 @@ NS_ASSUME_NONNULL_BEGIN
                                                           NSError* _Nullable error))completion;
 @end
 
-/// One kit that the host is to run.
-@protocol HLVSDKKitEntry <NSObject>
-/// The kit's class.
-- (nullable Class)kit;
-/// The kit's own configuration.
-- (nullable id)configuration;
-@end
-
 /// The configuration that an app gives to the host SDK and to every kit that it enables.
 @interface HLVSDKConfiguration : NSObject
-- (nullable NSArray<id<HLVSDKKitEntry> >*)kits;
+/// Entries of the host's own class, each with `kit`, the kit's class, and `configuration`, the
+/// kit's own record.
+- (nullable NSArray*)kits;
 @end
 
 /// The signed-in user.
