@@ -49,6 +49,7 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentManager.mm
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentsSynchronizer.mm
   ObjC/Classes/HLVSDKPaymentManager.mm
+  ObjC/Foundation/AnyString.mm
   ObjC/Foundation/BlocksRuntime.mm
   ObjC/Foundation/DispatchQueues.mm
   ObjC/Foundation/FoundationNotificationCenter.mm

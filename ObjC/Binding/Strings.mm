@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "ObjC/Foundation/AnyString.h"
+
 namespace hlv::objc {
 namespace {
 
@@ -114,9 +116,7 @@ NSString* newNSString(const NullableString& string) {
       units.push_back(static_cast<char16_t>(lowFirst + ((point - 0x10000) & 0x3FF)));
     }
   }
-  NSString* const made =
-      [[NSString alloc] initWithCharacters:reinterpret_cast<const unichar*>(units.data())
-                                    length:units.size()];
+  NSString* const made = newStringOfUnits(units);
   wipe(units);
   return made;
 }

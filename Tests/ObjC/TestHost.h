@@ -22,6 +22,7 @@ using CardsBlock = void (^)(NSArray<HLVSDKCreditCard*>*, NSError*);
 using InstrumentsBlock = void (^)(NSArray<PLVCreditCardPaymentInstrument*>*, NSError*);
 using TokenBlock = void (^)(NSString*, NSError*);
 using ErrorBlock = void (^)(NSError*);
+using InstrumentBlock = void (^)(NSString*, PLVCreditCardPaymentInstrument*, NSError*);
 
 /// Callbacks that wait, oldest first.
 template <class Block>
@@ -67,6 +68,8 @@ struct TestHost {
   /// The last add-card request.
   HLVSDKAddCreditCardRequestInfo* request = nil;
   NSDictionary* address = nil;
+  /// The token of the last further card.
+  NSString* lastToken = nil;
   /// What the host's own add-card request writes and finds wrong.
   NSDictionary* requestBody = nil;
   NSError* requestError = nil;
