@@ -21,7 +21,7 @@
 #include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
 
-using Core = hlv::HLVSDKPayleven;
+using CoreKit = hlv::HLVSDKPayleven;
 using hlv::send;
 using hlv::objc::adapted;
 using hlv::objc::Configuration;
@@ -34,41 +34,41 @@ using hlv::objc::original;
 
 namespace {
 
-class KitDirector final : public hlv::objc::Director<Core, HLVSDKPayleven> {
+class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
  public:
   using Director::Director;
-  using Core::checkedKitConfiguration;
-  using Core::sharedInstanceMadeBy;
+  using CoreKit::checkedKitConfiguration;
+  using CoreKit::sharedInstanceMadeBy;
 
   void setPaymentInstrumentManager(
       std::shared_ptr<hlv::HLVSDKPaymentInstrumentManager> manager) override {
     const auto kit = object();
-    if (!kit) return Core::setPaymentInstrumentManager(std::move(manager));
+    if (!kit) return CoreKit::setPaymentInstrumentManager(std::move(manager));
     [*kit setPaymentInstrumentManager:original(manager)];
   }
 
   void setPaymentInstrumentsSynchronizer(
       std::shared_ptr<hlv::HLVSDKPaymentInstrumentsSynchronizer> synchronizer) override {
     const auto kit = object();
-    if (!kit) return Core::setPaymentInstrumentsSynchronizer(std::move(synchronizer));
+    if (!kit) return CoreKit::setPaymentInstrumentsSynchronizer(std::move(synchronizer));
     [*kit setPaymentInstrumentsSynchronizer:original(synchronizer)];
   }
 
   void setUpPaymentManager() override {
     const auto kit = object();
-    if (!kit) return Core::setUpPaymentManager();
+    if (!kit) return CoreKit::setUpPaymentManager();
     [*kit setUpPaymentManager];
   }
 
   void setUpPaymentInstrumentsSynchronizer() override {
     const auto kit = object();
-    if (!kit) return Core::setUpPaymentInstrumentsSynchronizer();
+    if (!kit) return CoreKit::setUpPaymentInstrumentsSynchronizer();
     [*kit setUpPaymentInstrumentsSynchronizer];
   }
 
   void synchronizePaymentInstruments() override {
     const auto kit = object();
-    if (!kit) return Core::synchronizePaymentInstruments();
+    if (!kit) return CoreKit::synchronizePaymentInstruments();
     [*kit synchronizePaymentInstruments];
   }
 
@@ -199,7 +199,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 - (void)setPaymentInstrumentManager:(id<HLVSDKPaymentInstrumentManager>)manager {
   if (const auto kit = coreOf(self)) {
-    kit->Core::setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
+    kit->CoreKit::setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
   }
 }
 
@@ -209,7 +209,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 - (void)setPaymentInstrumentsSynchronizer:(id<HLVSDKPaymentInstrumentsSynchronizer>)synchronizer {
   if (const auto kit = coreOf(self)) {
-    kit->Core::setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
+    kit->CoreKit::setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
   }
 }
 
@@ -243,15 +243,15 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 - (void)setUpPaymentManager {
-  if (const auto kit = coreOf(self)) kit->Core::setUpPaymentManager();
+  if (const auto kit = coreOf(self)) kit->CoreKit::setUpPaymentManager();
 }
 
 - (void)setUpPaymentInstrumentsSynchronizer {
-  if (const auto kit = coreOf(self)) kit->Core::setUpPaymentInstrumentsSynchronizer();
+  if (const auto kit = coreOf(self)) kit->CoreKit::setUpPaymentInstrumentsSynchronizer();
 }
 
 - (void)synchronizePaymentInstruments {
-  if (const auto kit = coreOf(self)) kit->Core::synchronizePaymentInstruments();
+  if (const auto kit = coreOf(self)) kit->CoreKit::synchronizePaymentInstruments();
 }
 
 - (void)handleUIApplicationWillEnterForegroundNotification:(NSNotification*)notification {
@@ -270,12 +270,12 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 + (void)resetSharedInstance {
-  Core::resetSharedInstance();
+  CoreKit::resetSharedInstance();
   replaceSharedObject(nil);
 }
 
 + (void)setSharedInstance:(HLVSDKPayleven*)instance {
-  Core::setSharedInstance(coreOf(instance));
+  CoreKit::setSharedInstance(coreOf(instance));
   replaceSharedObject(instance);
 }
 

@@ -12,7 +12,7 @@
 #include "ObjC/Host/Services.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 
-using Core = hlv::HLVSDKPaylevenPaymentInstrumentManager;
+using CoreManager = hlv::HLVSDKPaylevenPaymentInstrumentManager;
 using hlv::HLVSDKGuestCardCompletion;
 using hlv::HLVSDKGuestCompletion;
 using hlv::HLVSDKPaylevenInstrumentCompletion;
@@ -35,18 +35,18 @@ using hlv::objc::toNSString;
 namespace {
 
 class ManagerDirector final
-    : public hlv::objc::Director<Core, HLVSDKPaylevenPaymentInstrumentManager> {
+    : public hlv::objc::Director<CoreManager, HLVSDKPaylevenPaymentInstrumentManager> {
  public:
   using Director::Director;
 
   bool isConnectionAvailable() const override {
     const auto manager = object();
-    return manager ? [*manager isConnectionAvailable] : Core::isConnectionAvailable();
+    return manager ? [*manager isConnectionAvailable] : CoreManager::isConnectionAvailable();
   }
 
   void setConnectionAvaiable(bool available) override {
     const auto manager = object();
-    if (!manager) return Core::setConnectionAvaiable(available);
+    if (!manager) return CoreManager::setConnectionAvaiable(available);
     [*manager setConnectionAvaiable:available];
   }
 
@@ -55,7 +55,8 @@ class ManagerDirector final
                                  const std::shared_ptr<hlv::HLVSDKGuest>& guest,
                                  HLVSDKGuestCardCompletion report) override {
     const auto manager = object();
-    if (!manager) return Core::addFirstPaymentInstrument(card, address, guest, std::move(report));
+    if (!manager)
+      return CoreManager::addFirstPaymentInstrument(card, address, guest, std::move(report));
     [*manager addFirstPaymentInstrument:original(card)
                          billingAddress:original(address)
                                forGuest:original(guest)
@@ -66,7 +67,8 @@ class ManagerDirector final
       const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card, const hlv::NullableString& email,
       HLVSDKPaylevenInstrumentCompletion report) override {
     const auto manager = object();
-    if (!manager) return Core::addFirstPaymentInstrumentToPayleven(card, email, std::move(report));
+    if (!manager)
+      return CoreManager::addFirstPaymentInstrumentToPayleven(card, email, std::move(report));
     [*manager addFirstPaymentInstrumentToPayleven:original(card)
                                     forGuestEmail:toNSString(email)
                                        completion:asBlock(std::move(report)).block()];
@@ -77,7 +79,8 @@ class ManagerDirector final
                                const std::shared_ptr<hlv::HLVSDKGuest>& guest,
                                HLVSDKGuestCardCompletion report) override {
     const auto manager = object();
-    if (!manager) return Core::addNewPaymentInstrument(card, address, guest, std::move(report));
+    if (!manager)
+      return CoreManager::addNewPaymentInstrument(card, address, guest, std::move(report));
     [*manager addNewPaymentInstrument:original(card)
                        billingAddress:original(address)
                              forGuest:original(guest)
@@ -88,7 +91,8 @@ class ManagerDirector final
                                          const hlv::NullableString& token,
                                          HLVSDKPaylevenInstrumentCompletion report) override {
     const auto manager = object();
-    if (!manager) return Core::addNewPaymentInstrumentToPayleven(card, token, std::move(report));
+    if (!manager)
+      return CoreManager::addNewPaymentInstrumentToPayleven(card, token, std::move(report));
     [*manager addNewPaymentInstrumentToPayleven:original(card)
                               withPaylevenToken:toNSString(token)
                                      completion:asBlock(std::move(report)).block()];
@@ -98,7 +102,7 @@ class ManagerDirector final
                                      const hlv::NullableString& token,
                                      HLVSDKPaylevenInstrumentCompletion report) override {
     const auto manager = object();
-    if (!manager) return Core::processAddedPaymentInstrument(card, token, std::move(report));
+    if (!manager) return CoreManager::processAddedPaymentInstrument(card, token, std::move(report));
     [*manager processAddedPaymentInstrument:original(card)
                               paylevenToken:toNSString(token)
                                  completion:asBlock(std::move(report)).block()];
@@ -158,13 +162,13 @@ struct HLVManagerCore {
 #endif
 
 - (BOOL)isConnectionAvailable {
-  return _core->kit->Core::isConnectionAvailable();
+  return _core->kit->CoreManager::isConnectionAvailable();
 }
 
 - (void)setConnectionAvaiable:(BOOL)available {
   // The variable is what key-value coding reads; services write it from their threads.
   __atomic_store_n(&_connectionAvaiable, available, __ATOMIC_RELAXED);
-  _core->kit->Core::setConnectionAvaiable(available);
+  _core->kit->CoreManager::setConnectionAvaiable(available);
 }
 
 - (PLVInAppClient*)paymentClient {
@@ -219,7 +223,7 @@ struct HLVManagerCore {
                    billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                          forGuest:(HLVSDKGuest*)guest
                        completion:(GuestCardBlock)report {
-  _core->kit->Core::addFirstPaymentInstrument(
+  _core->kit->CoreManager::addFirstPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), adapted<BillingAddress>(billingAddress),
       adapted<Guest>(guest), completion<HLVSDKGuestCardCompletion>(report));
 }
@@ -227,7 +231,7 @@ struct HLVManagerCore {
 - (void)addFirstPaymentInstrumentToPayleven:(HLVSDKPaymentInstrument*)paymentInstrument
                               forGuestEmail:(NSString*)email
                                  completion:(InstrumentBlock)report {
-  _core->kit->Core::addFirstPaymentInstrumentToPayleven(
+  _core->kit->CoreManager::addFirstPaymentInstrumentToPayleven(
       adapted<EnteredCard>(paymentInstrument), fromNSString(email),
       completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
@@ -236,7 +240,7 @@ struct HLVManagerCore {
                  billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(HLVSDKGuest*)guest
                      completion:(GuestCardBlock)report {
-  _core->kit->Core::addNewPaymentInstrument(
+  _core->kit->CoreManager::addNewPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), adapted<BillingAddress>(billingAddress),
       adapted<Guest>(guest), completion<HLVSDKGuestCardCompletion>(report));
 }
@@ -244,7 +248,7 @@ struct HLVManagerCore {
 - (void)addNewPaymentInstrumentToPayleven:(HLVSDKPaymentInstrument*)paymentInstrument
                         withPaylevenToken:(NSString*)paylevenToken
                                completion:(InstrumentBlock)report {
-  _core->kit->Core::addNewPaymentInstrumentToPayleven(
+  _core->kit->CoreManager::addNewPaymentInstrumentToPayleven(
       adapted<EnteredCard>(paymentInstrument), fromNSString(paylevenToken),
       completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
@@ -252,7 +256,7 @@ struct HLVManagerCore {
 - (void)processAddedPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                         paylevenToken:(NSString*)paylevenToken
                            completion:(InstrumentBlock)report {
-  _core->kit->Core::processAddedPaymentInstrument(
+  _core->kit->CoreManager::processAddedPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), fromNSString(paylevenToken),
       completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }

@@ -14,7 +14,7 @@
 #include "ObjC/Host/Records.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
-using Core = hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer;
+using CoreSynchronizer = hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 using hlv::objc::adapted;
 using hlv::objc::adaptedList;
 using hlv::objc::APIManager;
@@ -33,18 +33,18 @@ namespace {
 IMP ownQuestion;
 
 class SynchronizerDirector final
-    : public hlv::objc::Director<Core, HLVSDKPaylevenPaymentInstrumentsSynchronizer> {
+    : public hlv::objc::Director<CoreSynchronizer, HLVSDKPaylevenPaymentInstrumentsSynchronizer> {
  public:
   using Director::Director;
 
   bool isSynchronizing() const override {
     const auto synchronizer = object();
-    return synchronizer ? [*synchronizer isSynchronizing] : Core::isSynchronizing();
+    return synchronizer ? [*synchronizer isSynchronizing] : CoreSynchronizer::isSynchronizing();
   }
 
   void setSynchronizing(bool synchronizing) override {
     const auto synchronizer = object();
-    if (!synchronizer) return Core::setSynchronizing(synchronizing);
+    if (!synchronizer) return CoreSynchronizer::setSynchronizing(synchronizing);
     [*synchronizer setSynchronizing:synchronizing];
   }
 
@@ -52,7 +52,7 @@ class SynchronizerDirector final
                                              hlv::HLVSDKSuccessCompletion report) override {
     const auto synchronizer = object();
     if (!synchronizer) {
-      return Core::synchronizePaymentInstrumentsForGuest(guest, std::move(report));
+      return CoreSynchronizer::synchronizePaymentInstrumentsForGuest(guest, std::move(report));
     }
     [*synchronizer synchronizePaymentInstrumentsForGuest:original(guest)
                                               completion:asBlock(std::move(report)).block()];
@@ -65,7 +65,7 @@ class SynchronizerDirector final
     const SEL question = @selector(isCreditCardExistsInArray:relatedToPaymentInstrument:);
     // Asked for every instrument with all cards, which only cross for somebody else's answer.
     if (!synchronizer || [*synchronizer methodForSelector:question] == ownQuestion) {
-      return Core::isCreditCardExistsInArray(cards, pair);
+      return CoreSynchronizer::isCreditCardExistsInArray(cards, pair);
     }
     return [*synchronizer isCreditCardExistsInArray:hlv::objc::crossing(cards)
                          relatedToPaymentInstrument:hlv::objc::crossing(pair)];
@@ -76,7 +76,7 @@ class SynchronizerDirector final
       hlv::HLVSDKPLVPaymentInstrumentsCompletion report) override {
     const auto synchronizer = object();
     if (!synchronizer) {
-      return Core::fetchAllPaylevenPaymentInstrumentsForGuest(guest, std::move(report));
+      return CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(guest, std::move(report));
     }
     [*synchronizer fetchAllPaylevenPaymentInstrumentsForGuest:original(guest)
                                                    completion:asBlock(std::move(report)).block()];
@@ -150,21 +150,21 @@ struct HLVSynchronizerCore {
 }
 
 - (BOOL)isSynchronizing {
-  return _core->kit->Core::isSynchronizing();
+  return _core->kit->CoreSynchronizer::isSynchronizing();
 }
 
 - (void)setSynchronizing:(BOOL)synchronizing {
-  _core->kit->Core::setSynchronizing(synchronizing);
+  _core->kit->CoreSynchronizer::setSynchronizing(synchronizing);
 }
 
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest {
-  _core->kit->Core::synchronizePaymentInstrumentsForGuest(adapted<Guest>(guest));
+  _core->kit->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(adapted<Guest>(guest));
 }
 
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest completion:(SuccessBlock)report {
   // A run keeps the object to its end, as it keeps its completion.
   const auto self_ = std::make_shared<hlv::objc::Held>(self);
-  _core->kit->Core::synchronizePaymentInstrumentsForGuest(
+  _core->kit->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(
       adapted<Guest>(guest), [self_, report = hlv::objc::completion<hlv::HLVSDKSuccessCompletion>(
                                          report)](bool success, const hlv::ErrorPtr& error) {
         if (report) report(success, error);
@@ -173,13 +173,13 @@ struct HLVSynchronizerCore {
 
 - (BOOL)isCreditCardExistsInArray:(NSArray*)creditCards
        relatedToPaymentInstrument:(HLVSDKPLVPaymentInstrument*)paymentInstrument {
-  return _core->kit->Core::isCreditCardExistsInArray(
+  return _core->kit->CoreSynchronizer::isCreditCardExistsInArray(
       adaptedList<StoredCard, hlv::HLVSDKCreditCard>(creditCards), corePair(paymentInstrument));
 }
 
 - (void)fetchAllPaylevenPaymentInstrumentsForGuest:(HLVSDKGuest*)guest
                                         completion:(PairsBlock)report {
-  _core->kit->Core::fetchAllPaylevenPaymentInstrumentsForGuest(
+  _core->kit->CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(
       adapted<Guest>(guest),
       hlv::objc::completion<hlv::HLVSDKPLVPaymentInstrumentsCompletion>(report));
 }
