@@ -90,8 +90,8 @@ def swift_faults(dump):
                 " - updatePayment" in head and "PaymentInstrumentManager" in owner.split("\n")[0])
             if "ompletion:" in head and bool(waits) == ("SwiftAsyncAttr" in method):
                 yield f"an async form too many or too few: {head}"
-            if re.search(r"completion 'void \(\^ .*\*(?! _Nullable).* error", method):
-                yield f"a result that must not be nil: {head}"
+            if re.search(r"completion '[^']*(HLV\w+|PLV\w+|NSString) \* _Nullable[,)]", method):
+                yield f"a result that may be nil and is not marked so: {head}"
 
 
 def main():
