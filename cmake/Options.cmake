@@ -5,6 +5,7 @@ option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox" ${PROJECT_IS_TOP_LEVEL})
 cmake_dependent_option(HLVSDKPAYLEVENKIT_SERVER
   "Build the server, its client and the paylevenkit command" ON "HLVSDKPAYLEVENKIT_SANDBOX" OFF)
 option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
+option(HLVSDKPAYLEVENKIT_FRAMEWORK "Build that as a framework; on a Mac" OFF)
 option(HLVSDKPAYLEVENKIT_OBJC_TESTS "Build the tests of that" OFF)
 option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
 option(HLVSDKPAYLEVENKIT_BENCHMARKS "Build the programs that measure the kit" OFF)

@@ -1,6 +1,6 @@
 """Compiles the binding for Apple's runtime, without linking, against hosts that declare their classes
-in three styles, and the public headers as a framework for a phone; compares what the compiler writes
-down of properties with the table.
+in three styles, and the public headers for a phone; compares what the compiler writes down of
+properties with the table.
 
 Usage: apple_runtime.py TABLE SOURCE_DIRECTORY COMPILER FLAGS...
 """
@@ -109,22 +109,10 @@ def main():
             write_host(scratch / style.__name__, headers, style)
             jobs[style.__name__] = [*for_apple, "-fsyntax-only", "-isystem", scratch / style.__name__]
 
-        # A framework has one folder of headers.
-        framework = scratch / "HLVSDKPaylevenKit.framework"
-        (framework / "Headers").mkdir(parents=True)
-        (framework / "Modules").mkdir()
-        (framework / "Modules/module.modulemap").write_text(
-            (headers / "module.modulemap").read_text())
-        for header in headers.rglob("*.h"):
-            with (framework / "Headers" / header.name).open("x") as flat:
-                flat.write(header.read_text())
-        phone = [command[0], "-target", "arm64-apple-ios15", "-fblocks", "-Wall", "-Werror",
-                 "-nostdinc", "-fsyntax-only", "-I", stubs, "-F", scratch]
-        importing, including = scratch / "importing.m", scratch / "including.m"
-        importing.write_text("@import HLVSDKPaylevenKit;\nHLVSDKPayleven* kit;\n")
-        including.write_text("#import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>\n")
-        jobs["module"] = [*phone, "-fmodules", f"-fmodules-cache-path={scratch}/cache", importing]
-        jobs["headers"] = [*phone, "-Xclang", "-ast-dump", including]
+        umbrella = headers / "HLVSDKPaylevenKit.h"
+        jobs["headers"] = [command[0], "-target", "arm64-apple-ios15", "-fblocks", "-Wall", "-Werror",
+                           "-nostdinc", "-fsyntax-only", "-I", stubs, "-I", folder,
+                           "-Xclang", "-ast-dump", "-x", "objective-c", umbrella]
 
         def run(job):
             return subprocess.run(job, text=True, capture_output=True)
