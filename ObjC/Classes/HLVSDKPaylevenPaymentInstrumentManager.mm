@@ -129,6 +129,11 @@ struct HLVManagerCore {
 
 @implementation HLVSDKPaylevenPaymentInstrumentManager
 
+/// Held for the call: a service may release the object before it returns.
+static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentManager* object) {
+  return object->_core->kit;
+}
+
 + (void)initialize {
   hlv::objc::install();
 }
@@ -162,50 +167,50 @@ struct HLVManagerCore {
 #endif
 
 - (BOOL)isConnectionAvailable {
-  return _core->kit->CoreManager::isConnectionAvailable();
+  return coreOf(self)->CoreManager::isConnectionAvailable();
 }
 
 - (void)setConnectionAvaiable:(BOOL)available {
   // The variable is what key-value coding reads; services write it from their threads.
   __atomic_store_n(&_connectionAvaiable, available, __ATOMIC_RELAXED);
-  _core->kit->CoreManager::setConnectionAvaiable(available);
+  coreOf(self)->CoreManager::setConnectionAvaiable(available);
 }
 
 - (PLVInAppClient*)paymentClient {
-  return original(_core->kit->paymentClient());
+  return original(coreOf(self)->paymentClient());
 }
 
 - (void)setPaymentClient:(PLVInAppClient*)paymentClient {
-  _core->kit->setPaymentClient(adapted<InAppClient>(paymentClient));
+  coreOf(self)->setPaymentClient(adapted<InAppClient>(paymentClient));
 }
 
 - (HLVSDKAPIManager*)apiManager {
-  return original(_core->kit->apiManager());
+  return original(coreOf(self)->apiManager());
 }
 
 - (void)setApiManager:(HLVSDKAPIManager*)apiManager {
-  _core->kit->setApiManager(adapted<APIManager>(apiManager));
+  coreOf(self)->setApiManager(adapted<APIManager>(apiManager));
 }
 
 - (HLVSDKReachability*)reachability {
-  return original(_core->kit->reachability());
+  return original(coreOf(self)->reachability());
 }
 
 - (void)setReachability:(HLVSDKReachability*)reachability {
-  _core->kit->setReachability(adapted<Reachability>(reachability));
+  coreOf(self)->setReachability(adapted<Reachability>(reachability));
 }
 
 - (void)handleReachabilityChangedNotification:(NSNotification*)notification {
-  _core->kit->handleReachabilityChangedNotification(hlv::objc::fromNSNotification(notification));
+  coreOf(self)->handleReachabilityChangedNotification(hlv::objc::fromNSNotification(notification));
 }
 
 - (BOOL)validateBillingAddress:(HLVSDKPaymentBillingAddress*)billingAddress error:(NSError**)error {
   if (!error) {
-    return _core->kit->validateBillingAddress(adapted<BillingAddress>(billingAddress), nullptr);
+    return coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), nullptr);
   }
   hlv::ErrorPtr reason = hlv::objc::fromNSError(*error);
   const bool valid =
-      _core->kit->validateBillingAddress(adapted<BillingAddress>(billingAddress), &reason);
+      coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), &reason);
   *error = hlv::objc::toNSError(reason);
   return valid;
 }
@@ -214,16 +219,16 @@ struct HLVManagerCore {
               billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                     forGuest:(HLVSDKGuest*)guest
                   completion:(GuestCardBlock)report {
-  _core->kit->addPaymentInstrument(adapted<EnteredCard>(paymentInstrument),
-                                   adapted<BillingAddress>(billingAddress), adapted<Guest>(guest),
-                                   completion<HLVSDKGuestCardCompletion>(report));
+  coreOf(self)->addPaymentInstrument(adapted<EnteredCard>(paymentInstrument),
+                                     adapted<BillingAddress>(billingAddress), adapted<Guest>(guest),
+                                     completion<HLVSDKGuestCardCompletion>(report));
 }
 
 - (void)addFirstPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                    billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                          forGuest:(HLVSDKGuest*)guest
                        completion:(GuestCardBlock)report {
-  _core->kit->CoreManager::addFirstPaymentInstrument(
+  coreOf(self)->CoreManager::addFirstPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), adapted<BillingAddress>(billingAddress),
       adapted<Guest>(guest), completion<HLVSDKGuestCardCompletion>(report));
 }
@@ -231,7 +236,7 @@ struct HLVManagerCore {
 - (void)addFirstPaymentInstrumentToPayleven:(HLVSDKPaymentInstrument*)paymentInstrument
                               forGuestEmail:(NSString*)email
                                  completion:(InstrumentBlock)report {
-  _core->kit->CoreManager::addFirstPaymentInstrumentToPayleven(
+  coreOf(self)->CoreManager::addFirstPaymentInstrumentToPayleven(
       adapted<EnteredCard>(paymentInstrument), fromNSString(email),
       completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
@@ -240,7 +245,7 @@ struct HLVManagerCore {
                  billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(HLVSDKGuest*)guest
                      completion:(GuestCardBlock)report {
-  _core->kit->CoreManager::addNewPaymentInstrument(
+  coreOf(self)->CoreManager::addNewPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), adapted<BillingAddress>(billingAddress),
       adapted<Guest>(guest), completion<HLVSDKGuestCardCompletion>(report));
 }
@@ -248,7 +253,7 @@ struct HLVManagerCore {
 - (void)addNewPaymentInstrumentToPayleven:(HLVSDKPaymentInstrument*)paymentInstrument
                         withPaylevenToken:(NSString*)paylevenToken
                                completion:(InstrumentBlock)report {
-  _core->kit->CoreManager::addNewPaymentInstrumentToPayleven(
+  coreOf(self)->CoreManager::addNewPaymentInstrumentToPayleven(
       adapted<EnteredCard>(paymentInstrument), fromNSString(paylevenToken),
       completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
@@ -256,7 +261,7 @@ struct HLVManagerCore {
 - (void)processAddedPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                         paylevenToken:(NSString*)paylevenToken
                            completion:(InstrumentBlock)report {
-  _core->kit->CoreManager::processAddedPaymentInstrument(
+  coreOf(self)->CoreManager::processAddedPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), fromNSString(paylevenToken),
       completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
@@ -265,18 +270,18 @@ struct HLVManagerCore {
                               useCase:(NSString*)useCase
                             fromGuest:(HLVSDKGuest*)guest
                            completion:(GuestBlock)report {
-  _core->kit->deletePaymentInstrumentWithID(fromNSString(ID), fromNSString(useCase),
-                                            adapted<Guest>(guest),
-                                            completion<HLVSDKGuestCompletion>(report));
+  coreOf(self)->deletePaymentInstrumentWithID(fromNSString(ID), fromNSString(useCase),
+                                              adapted<Guest>(guest),
+                                              completion<HLVSDKGuestCompletion>(report));
 }
 
 - (void)updatePaymentInstrument:(NSString*)ID
                  billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(HLVSDKGuest*)guest
                      completion:(GuestCardBlock)report {
-  _core->kit->updatePaymentInstrument(fromNSString(ID), adapted<BillingAddress>(billingAddress),
-                                      adapted<Guest>(guest),
-                                      completion<HLVSDKGuestCardCompletion>(report));
+  coreOf(self)->updatePaymentInstrument(fromNSString(ID), adapted<BillingAddress>(billingAddress),
+                                        adapted<Guest>(guest),
+                                        completion<HLVSDKGuestCardCompletion>(report));
 }
 
 @end

@@ -91,6 +91,12 @@ struct HLVSynchronizerCore {
 
 @implementation HLVSDKPaylevenPaymentInstrumentsSynchronizer
 
+/// Held for the call: a service may release the object before it returns.
+static std::shared_ptr<SynchronizerDirector> coreOf(
+    HLVSDKPaylevenPaymentInstrumentsSynchronizer* object) {
+  return object->_core->kit;
+}
+
 + (void)load {
   ownQuestion = class_getMethodImplementation(self, @selector(isCreditCardExistsInArray:
                                                              relatedToPaymentInstrument:));
@@ -126,45 +132,45 @@ struct HLVSynchronizerCore {
 #endif
 
 - (HLVSDKAPIManager*)apiManager {
-  return original(_core->kit->apiManager());
+  return original(coreOf(self)->apiManager());
 }
 
 - (void)setApiManager:(HLVSDKAPIManager*)apiManager {
-  _core->kit->setApiManager(adapted<APIManager>(apiManager));
+  coreOf(self)->setApiManager(adapted<APIManager>(apiManager));
 }
 
 - (PLVInAppClient*)paylevenClient {
-  return original(_core->kit->paylevenClient());
+  return original(coreOf(self)->paylevenClient());
 }
 
 - (void)setPaylevenClient:(PLVInAppClient*)paylevenClient {
-  _core->kit->setPaylevenClient(adapted<InAppClient>(paylevenClient));
+  coreOf(self)->setPaylevenClient(adapted<InAppClient>(paylevenClient));
 }
 
 - (HLVSDKQueue)synchronizationQueue {
-  return hlv::objc::toSystemQueue(_core->kit->synchronizationQueue());
+  return hlv::objc::toSystemQueue(coreOf(self)->synchronizationQueue());
 }
 
 - (void)setSynchronizationQueue:(HLVSDKQueue)queue {
-  _core->kit->setSynchronizationQueue(hlv::objc::fromSystemQueue(queue));
+  coreOf(self)->setSynchronizationQueue(hlv::objc::fromSystemQueue(queue));
 }
 
 - (BOOL)isSynchronizing {
-  return _core->kit->CoreSynchronizer::isSynchronizing();
+  return coreOf(self)->CoreSynchronizer::isSynchronizing();
 }
 
 - (void)setSynchronizing:(BOOL)synchronizing {
-  _core->kit->CoreSynchronizer::setSynchronizing(synchronizing);
+  coreOf(self)->CoreSynchronizer::setSynchronizing(synchronizing);
 }
 
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest {
-  _core->kit->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(adapted<Guest>(guest));
+  coreOf(self)->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(adapted<Guest>(guest));
 }
 
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest completion:(SuccessBlock)report {
   // A run keeps the object to its end, as it keeps its completion.
   const auto self_ = std::make_shared<hlv::objc::Held>(self);
-  _core->kit->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(
+  coreOf(self)->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(
       adapted<Guest>(guest), [self_, report = hlv::objc::completion<hlv::HLVSDKSuccessCompletion>(
                                          report)](bool success, const hlv::ErrorPtr& error) {
         if (report) report(success, error);
@@ -173,13 +179,13 @@ struct HLVSynchronizerCore {
 
 - (BOOL)isCreditCardExistsInArray:(NSArray*)creditCards
        relatedToPaymentInstrument:(HLVSDKPLVPaymentInstrument*)paymentInstrument {
-  return _core->kit->CoreSynchronizer::isCreditCardExistsInArray(
+  return coreOf(self)->CoreSynchronizer::isCreditCardExistsInArray(
       adaptedList<StoredCard, hlv::HLVSDKCreditCard>(creditCards), corePair(paymentInstrument));
 }
 
 - (void)fetchAllPaylevenPaymentInstrumentsForGuest:(HLVSDKGuest*)guest
                                         completion:(PairsBlock)report {
-  _core->kit->CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(
+  coreOf(self)->CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(
       adapted<Guest>(guest),
       hlv::objc::completion<hlv::HLVSDKPLVPaymentInstrumentsCompletion>(report));
 }
