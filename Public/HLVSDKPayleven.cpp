@@ -45,24 +45,30 @@ HLVSDKKitClass HLVSDKPayleven::kitClass() {
 
 void HLVSDKPayleven::enableWithConfiguration(
     const std::shared_ptr<HLVSDKConfiguration>& configuration, HLVSDKKitClass receiver) {
+  const auto kitConfiguration = checkedKitConfiguration(configuration, receiver);
+  if (kitConfiguration) sharedInstanceWithConfiguration(configuration, kitConfiguration);
+}
+
+std::shared_ptr<HLVSDKPaylevenKitConfiguration> HLVSDKPayleven::checkedKitConfiguration(
+    const std::shared_ptr<HLVSDKConfiguration>& configuration, HLVSDKKitClass receiver) {
   const auto entry = lastEntryOf(receiver, configuration);
   const auto kitConfiguration = std::dynamic_pointer_cast<HLVSDKPaylevenKitConfiguration>(
       send(entry, &HLVSDKKitEntry::configuration));
   if (!entry) {
     HLVSDKAsserts::handleAssertWithMessage(
         "Configuration must have HLVSDKPaylevenKit in kits array");
-    return;
+    return nullptr;
   }
   if (!kitConfiguration) {
     HLVSDKAsserts::handleAssertWithMessage(
         "Configuration for PaylevenKit must be kind of HLVSDKPaylevenKitConfiguration class");
-    return;
+    return nullptr;
   }
   if (!kitConfiguration->paymentKey()) {
     HLVSDKAsserts::handleAssertWithMessage("Configuration for PaylevenKit must have payment key");
-    return;
+    return nullptr;
   }
-  sharedInstanceWithConfiguration(configuration, kitConfiguration);
+  return kitConfiguration;
 }
 
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() {
@@ -72,10 +78,14 @@ std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() {
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstanceWithConfiguration(
     const std::shared_ptr<HLVSDKConfiguration>& configuration,
     const std::shared_ptr<HLVSDKPaylevenKitConfiguration>& kitConfiguration) {
+  return sharedInstanceMadeBy(
+      [&] { return initWithConfiguration(configuration, kitConfiguration); });
+}
+
+std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstanceMadeBy(
+    const std::function<std::shared_ptr<HLVSDKPayleven>()>& make) {
   if (Host::current()) {
-    sharedOnce().run([&] {
-      processSlot<HLVSDKPayleven>().store(initWithConfiguration(configuration, kitConfiguration));
-    });
+    sharedOnce().run([&] { processSlot<HLVSDKPayleven>().store(make()); });
   } else if (!sharedInstance()) {
     std::fputs(
         "HLVSDKPaylevenKit: not enabled, because no host is installed. Call hlv::Host::install() "
@@ -89,21 +99,28 @@ std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::initWithConfiguration(
     std::shared_ptr<HLVSDKConfiguration> configuration,
     std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration) {
   std::shared_ptr<HLVSDKPayleven> kit(new HLVSDKPayleven);
-  kit->setConfiguration(std::move(configuration));
-  kit->setKitConfiguration(std::move(kitConfiguration));
-  kit->setCurrentGuest(HLVSDKGuest::currentGuest());
-  kit->setUpPaymentManager();
-  kit->setUpPaymentInstrumentsSynchronizer();
-  kit->foregroundObservation_ =
-      kit->observe(UIApplicationWillEnterForegroundNotification,
-                   &HLVSDKPayleven::handleUIApplicationWillEnterForegroundNotification);
-  kit->authorizationObservation_ =
-      kit->observe(kHLVSDKDidChangeAuthorizationStatusNotification(),
-                   &HLVSDKPayleven::handleAuthorizationDidChangeNotification);
-  kit->reachabilityObservation_ =
-      kit->observe(HLVSDKReachabilityDidChangeReachabilityStateNotification(),
-                   &HLVSDKPayleven::handleReachabilityChangedNotification);
+  kit->begin(std::move(configuration), std::move(kitConfiguration));
   return kit;
+}
+
+void HLVSDKPayleven::begin(std::shared_ptr<HLVSDKConfiguration> configuration,
+                           std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration) {
+  setConfiguration(std::move(configuration));
+  setKitConfiguration(std::move(kitConfiguration));
+  setCurrentGuest(HLVSDKGuest::currentGuest());
+  setUpPaymentManager();
+  setUpPaymentInstrumentsSynchronizer();
+  observeNotifications();
+}
+
+void HLVSDKPayleven::observeNotifications() {
+  foregroundObservation_ =
+      observe(UIApplicationWillEnterForegroundNotification,
+              &HLVSDKPayleven::handleUIApplicationWillEnterForegroundNotification);
+  authorizationObservation_ = observe(kHLVSDKDidChangeAuthorizationStatusNotification(),
+                                      &HLVSDKPayleven::handleAuthorizationDidChangeNotification);
+  reachabilityObservation_ = observe(HLVSDKReachabilityDidChangeReachabilityStateNotification(),
+                                     &HLVSDKPayleven::handleReachabilityChangedNotification);
 }
 
 std::unique_ptr<Observation> HLVSDKPayleven::observe(const NullableString& name, Handler handler) {
@@ -159,14 +176,27 @@ void HLVSDKPayleven::setUpPaymentManager() {
   const auto client = PLVInAppClient::sharedInstance();
   send(client, &PLVInAppClient::registerWithAPIKey,
        send(kitConfiguration(), &HLVSDKPaylevenKitConfiguration::paymentKey));
-  setPaymentInstrumentManager(HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
+  setPaymentInstrumentManager(makePaymentInstrumentManager(
       HLVSDKAPIManager::manager(), client, HLVSDKReachability::sharedReachability()));
 }
 
+std::shared_ptr<HLVSDKPaymentInstrumentManager> HLVSDKPayleven::makePaymentInstrumentManager(
+    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
+    std::shared_ptr<HLVSDKReachability> reachability) {
+  return HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
+      std::move(apiManager), std::move(paylevenClient), std::move(reachability));
+}
+
 void HLVSDKPayleven::setUpPaymentInstrumentsSynchronizer() {
-  setPaymentInstrumentsSynchronizer(
-      HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(
-          HLVSDKAPIManager::manager(), PLVInAppClient::sharedInstance()));
+  setPaymentInstrumentsSynchronizer(makePaymentInstrumentsSynchronizer(
+      HLVSDKAPIManager::manager(), PLVInAppClient::sharedInstance()));
+}
+
+std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer>
+HLVSDKPayleven::makePaymentInstrumentsSynchronizer(std::shared_ptr<HLVSDKAPIManager> apiManager,
+                                                   std::shared_ptr<PLVInAppClient> paylevenClient) {
+  return HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(
+      std::move(apiManager), std::move(paylevenClient));
 }
 
 void HLVSDKPayleven::synchronizePaymentInstruments() {

@@ -39,6 +39,7 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Binding/Install.mm
   ObjC/Binding/Strings.mm
   ObjC/Binding/Values.mm
+  ObjC/Binding/WeakObject.mm
   ObjC/Classes/HLVSDKAddPaylevenCreditCardRequestInfo.mm
   ObjC/Classes/HLVSDKMutablePaylevenKitConfiguration.mm
   ObjC/Classes/HLVSDKPLVPaymentInstrument.mm
@@ -48,17 +49,20 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentManager.mm
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentsSynchronizer.mm
   ObjC/Classes/HLVSDKPaymentManager.mm
+  ObjC/Foundation/AnyString.mm
   ObjC/Foundation/BlocksRuntime.mm
   ObjC/Foundation/DispatchQueues.mm
   ObjC/Foundation/FoundationNotificationCenter.mm
   ObjC/Foundation/FoundationPlatform.mm
   ObjC/Foundation/OperationQueues.mm
   ObjC/Host/APIManager.mm
+  ObjC/Host/Completions.mm
   ObjC/Host/Configuration.mm
   ObjC/Host/FrameworkHost.mm
   ObjC/Host/InAppClient.mm
   ObjC/Host/KitProtocols.mm
   ObjC/Host/Logger.mm
+  ObjC/Host/Pairs.mm
   ObjC/Host/Records.mm
   ObjC/Host/RequestBody.mm
   ObjC/Host/Services.mm)

@@ -28,5 +28,8 @@ add_test(NAME ObjC.CompilesForApplesRuntime
           -isystem ${PROJECT_SOURCE_DIR}/ObjC/Foundation/GNUstep
           -isystem ${PROJECT_SOURCE_DIR}/Tests/ObjC/PhoneHeaders
   COMMAND_EXPAND_LISTS)
-set_tests_properties(ObjC.CompilesForApplesRuntime PROPERTIES TIMEOUT 300 LABELS ObjCTests
+add_test(NAME ObjC.XcodeFilesAreWhole
+  COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/Tests/ObjC/xcode_files.py
+          ${PROJECT_SOURCE_DIR} ${CMAKE_COMMAND} ${CMAKE_CXX_COMPILER})
+set_tests_properties(ObjC.CompilesForApplesRuntime ObjC.XcodeFilesAreWhole PROPERTIES TIMEOUT 300 LABELS ObjCTests
   ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)

@@ -10,6 +10,7 @@ cmake_dependent_option(HLVSDKPAYLEVENKIT_CLIENT
   "HLVSDKPAYLEVENKIT_SANDBOX;NOT HLVSDKPAYLEVENKIT_SERVER" ${HLVSDKPAYLEVENKIT_SERVER})
 option(HLVSDKPAYLEVENKIT_INSTALL "Install what is built" ${PROJECT_IS_TOP_LEVEL})
 option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
+option(HLVSDKPAYLEVENKIT_FRAMEWORK "Build that as a framework; on a Mac" OFF)
 option(HLVSDKPAYLEVENKIT_OBJC_TESTS "Build the tests of that" OFF)
 option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
 option(HLVSDKPAYLEVENKIT_BENCHMARKS "Build the programs that measure the kit" OFF)

@@ -140,8 +140,7 @@ static void enableKit(void) {
       configurationWithBlock:^(HLVSDKMutablePaylevenKitConfiguration* record) {
         record.paymentKey = @"a-payment-key";
       }];
-  id<HLVSDKKitEntry> entry = [HLVSandbox entryWithKit:[HLVSDKPayleven class]
-                                        configuration:configuration];
+  id entry = [HLVSandbox entryWithKit:[HLVSDKPayleven class] configuration:configuration];
   [HLVSDKPayleven enableWithConfiguration:[HLVSandbox configurationWithEntries:@[ entry ]]];
 }
 

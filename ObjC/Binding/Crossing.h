@@ -21,7 +21,7 @@ namespace hlv::objc {
 inline BOOL crossing(bool value) { return value ? YES : NO; }
 inline NSString* crossing(const NullableString& string) { return toNSString(string); }
 inline NSError* crossing(const ErrorPtr& error) { return toNSError(error); }
-/// Pairs are the core's own; each crossing makes a new object over the same pair.
+/// Pairs are the core's own; each crossing makes a new object that holds the same.
 id crossing(const std::shared_ptr<HLVSDKPLVPaymentInstrument>& pair);
 template <class T>
 id crossing(const std::shared_ptr<T>& object) {

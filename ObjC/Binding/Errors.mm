@@ -1,6 +1,6 @@
 #include "ObjC/Binding/Errors.h"
 
-#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Strings.h"

@@ -75,8 +75,17 @@ NSDictionary* toNSDictionary(const Dictionary& dictionary) {
 }
 
 Notification fromNSNotification(NSNotification* notification) {
-  return {fromNSString([notification name]).value_or(""),
-          fromNSDictionary([notification userInfo])};
+  NSDictionary* const userInfo = [notification userInfo];
+  Notification read{fromNSString([notification name]).value_or(""), fromNSDictionary(userInfo)};
+  // The core reads integers and booleans, which any number can be read as.
+  for (id key in userInfo) {
+    id const number = [userInfo objectForKey:key];
+    if (![key isKindOfClass:[NSString class]] || ![number isKindOfClass:[NSNumber class]]) continue;
+    const bool isWhole = [number isEqual:@([number longLongValue])];
+    read.userInfo[*fromNSString(key)] =
+        isWhole ? Value(std::int64_t{[number longLongValue]}) : Value([number doubleValue]);
+  }
+  return read;
 }
 
 }  // namespace hlv::objc

@@ -1,51 +1,17 @@
 #import <HLVSDKPaylevenKit/HLVSDKAddPaylevenCreditCardRequestInfo.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
-#include <utility>
-
-#include "ObjC/Binding/Crossing.h"
-#include "ObjC/Binding/Install.h"
-#include "ObjC/Binding/Values.h"
-#include "ObjC/Host/RequestBody.h"
-
-using hlv::objc::RequestBody;
-
-struct HLVRequestCore {
-  /// Null until the core hands the request out.
-  std::shared_ptr<hlv::HLVSDKAddPaylevenCreditCardRequestInfo> kit;
-};
-
-namespace {
-
-/// The core's request over an object that is there already.
-struct RequestOver final : hlv::HLVSDKAddPaylevenCreditCardRequestInfo {
-  explicit RequestOver(::HLVSDKAddPaylevenCreditCardRequestInfo* object)
-      : hlv::HLVSDKAddPaylevenCreditCardRequestInfo(
-            std::make_shared<RequestBody>(object, RequestBody::Keeps::nothing)) {}
-};
-
-}  // namespace
+#include "ObjC/Host/HostMessages.h"
 
 @implementation HLVSDKAddPaylevenCreditCardRequestInfo
-
-+ (void)initialize {
-  hlv::objc::install();
-}
-
-- (instancetype)initHostHalfWithPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
-                                   billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress {
-  self = [super initWithPaymentInstrument:paymentInstrument billingAddress:billingAddress];
-  if (self) _core = new HLVRequestCore;
-  return self;
-}
 
 - (instancetype)initWithPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                            billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                             paylevenToken:(NSString*)paylevenToken {
-  self = [self initHostHalfWithPaymentInstrument:paymentInstrument billingAddress:billingAddress];
+  self = [super initWithPaymentInstrument:paymentInstrument billingAddress:billingAddress];
   if (self) {
-    _core->kit = std::make_shared<RequestOver>(self);
     [self setPaylevenToken:paylevenToken];
-    [self setProvider:0];
+    [hlv::objc::toHost(self) setProvider:0];
   }
   return self;
 }
@@ -58,42 +24,43 @@ struct RequestOver final : hlv::HLVSDKAddPaylevenCreditCardRequestInfo {
 }
 
 - (void)dealloc {
-  if (_core && _core->kit) dynamic_cast<RequestBody&>(*_core->kit->body()).requestIsGone();
-  delete _core;
+  [_paylevenToken release];
   [super dealloc];
 }
 
-- (void)setCoreRequest:(std::shared_ptr<hlv::HLVSDKAddPaylevenCreditCardRequestInfo>)request {
-  _core->kit = std::move(request);
-}
-
 - (NSString*)paylevenToken {
-  return _core->kit ? hlv::objc::toNSString(_core->kit->paylevenToken()) : nil;
+  return [[_paylevenToken retain] autorelease];
 }
 
 - (void)setPaylevenToken:(NSString*)paylevenToken {
-  if (_core->kit) _core->kit->setPaylevenToken(hlv::objc::fromNSString(paylevenToken));
+  NSString* const before = _paylevenToken;
+  _paylevenToken = [paylevenToken copy];
+  [before release];
 }
 
-- (NSDictionary*)hostJSONRepresentation {
-  return [super JSONRepresentation];
-}
-
+// The host's body is the host's: it crosses nothing on its way, so that every value of it stays.
 - (NSDictionary*)JSONRepresentation {
-  if (!_core || !_core->kit) return [super JSONRepresentation];
-  return hlv::objc::toNSDictionary(_core->kit->JSONRepresentation());
-}
-
-- (BOOL)isHostHalfValid:(NSError**)error {
-  return [super isValid:error];
+  NSMutableDictionary* const body = [[[super JSONRepresentation] mutableCopy] autorelease];
+  NSString* const token = [self paylevenToken];
+  id const hostCard = [body objectForKey:@"credit_card"];
+  if (token && [hostCard isKindOfClass:[NSDictionary class]]) {
+    NSMutableDictionary* const card = [[hostCard mutableCopy] autorelease];
+    [card setObject:token forKey:@"plv_token"];
+    [body setObject:[[card copy] autorelease] forKey:@"credit_card"];
+  }
+  return [[body copy] autorelease];
 }
 
 - (BOOL)isValid:(NSError**)error {
-  if (!_core || !_core->kit) return [super isValid:error];
-  hlv::ErrorPtr reason;
-  const bool valid = _core->kit->isValid(error ? &reason : nullptr);
-  if (error && reason) *error = hlv::objc::toNSError(reason);
-  return valid;
+  if (![super isValid:error]) return NO;
+  NSString* const token = [self paylevenToken];
+  if ([token length] > 0) return YES;
+  NSError* const reason =
+      [[[HLVErrorFacade new] autorelease] invalidArgumentErrorWithName:@"paylevenToken"
+                                                                 value:token
+                                                               message:nil];
+  if (error) *error = reason;
+  return NO;
 }
 
 @end

@@ -1,29 +1,14 @@
 #import <HLVSDKPaylevenKit/HLVSDKPLVPaymentInstrument.h>
 
-#include "ObjC/Binding/Crossing.h"
-#include "ObjC/Classes/Cores.h"
-#include "ObjC/Host/Records.h"
-
-struct HLVInstrumentPairCore {
-  std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument> kit;
-};
-
 @implementation HLVSDKPLVPaymentInstrument
-
-std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument> HLVCoreOf(HLVSDKPLVPaymentInstrument* object) {
-  return object ? object->_core->kit : nullptr;
-}
-
-- (instancetype)initWithCore:(std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument>)pair {
-  if ((self = [super init])) _core = new HLVInstrumentPairCore{std::move(pair)};
-  return self;
-}
 
 - (instancetype)initWithPaymentInstrument:(PLVCreditCardPaymentInstrument*)paymentInstrument
                                   useCase:(NSString*)useCase {
-  return [self initWithCore:hlv::HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(
-                                hlv::objc::adapted<hlv::objc::Instrument>(paymentInstrument),
-                                hlv::objc::fromNSString(useCase))];
+  if ((self = [super init])) {
+    [self setPaymentInstrument:paymentInstrument];
+    [self setUseCase:useCase];
+  }
+  return self;
 }
 
 - (instancetype)init {
@@ -31,33 +16,29 @@ std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument> HLVCoreOf(HLVSDKPLVPaymentInstr
 }
 
 - (void)dealloc {
-  delete _core;
+  [_useCase release];
+  [_paymentInstrument release];
   [super dealloc];
 }
 
 - (NSString*)useCase {
-  return hlv::objc::toNSString(_core->kit->useCase());
+  return [[_useCase retain] autorelease];
 }
 
 - (void)setUseCase:(NSString*)useCase {
-  _core->kit->setUseCase(hlv::objc::fromNSString(useCase));
+  NSString* const before = _useCase;
+  _useCase = [useCase copy];
+  [before release];
 }
 
 - (PLVCreditCardPaymentInstrument*)paymentInstrument {
-  return hlv::objc::original(_core->kit->paymentInstrument());
+  return [[_paymentInstrument retain] autorelease];
 }
 
 - (void)setPaymentInstrument:(PLVCreditCardPaymentInstrument*)paymentInstrument {
-  _core->kit->setPaymentInstrument(hlv::objc::adapted<hlv::objc::Instrument>(paymentInstrument));
+  PLVCreditCardPaymentInstrument* const before = _paymentInstrument;
+  _paymentInstrument = [paymentInstrument retain];
+  [before release];
 }
 
 @end
-
-namespace hlv::objc {
-
-id crossing(const std::shared_ptr<HLVSDKPLVPaymentInstrument>& pair) {
-  if (!pair) return nil;
-  return [[[::HLVSDKPLVPaymentInstrument alloc] initWithCore:pair] autorelease];
-}
-
-}  // namespace hlv::objc

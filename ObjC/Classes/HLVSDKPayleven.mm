@@ -1,17 +1,28 @@
 #import <HLVSDKPaylevenKit/HLVSDKPayleven.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentManager.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h>
+
+#include <objc/runtime.h>
 
 #include <memory>
 #include <mutex>
 #include <utility>
 
+#include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
+#include "Host/PaylevenFramework/PLVInAppClient.h"
+#include "ObjC/Binding/Crossing.h"
+#include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Install.h"
 #include "ObjC/Binding/Values.h"
-#include "ObjC/Classes/Cores.h"
 #include "ObjC/Host/Configuration.h"
 #include "ObjC/Host/KitProtocols.h"
 #include "ObjC/Host/Records.h"
+#include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
 
+using CoreKit = hlv::HLVSDKPayleven;
+using hlv::send;
 using hlv::objc::adapted;
 using hlv::objc::Configuration;
 using hlv::objc::fromNSNotification;
@@ -21,19 +32,91 @@ using hlv::objc::InstrumentsSynchronizer;
 using hlv::objc::KitConfiguration;
 using hlv::objc::original;
 
-struct HLVPaylevenCore {
-  std::shared_ptr<hlv::HLVSDKPayleven> kit;
-  id<HLVSDKPaymentInstrumentManager> manager = nil;
-  id<HLVSDKPaymentInstrumentsSynchronizer> synchronizer = nil;
+namespace {
+
+class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
+ public:
+  using Director::Director;
+  using CoreKit::checkedKitConfiguration;
+  using CoreKit::sharedInstanceMadeBy;
+
+  void setPaymentInstrumentManager(
+      std::shared_ptr<hlv::HLVSDKPaymentInstrumentManager> manager) override {
+    const auto kit = object();
+    if (!kit) return CoreKit::setPaymentInstrumentManager(std::move(manager));
+    [*kit setPaymentInstrumentManager:original(manager)];
+  }
+
+  void setPaymentInstrumentsSynchronizer(
+      std::shared_ptr<hlv::HLVSDKPaymentInstrumentsSynchronizer> synchronizer) override {
+    const auto kit = object();
+    if (!kit) return CoreKit::setPaymentInstrumentsSynchronizer(std::move(synchronizer));
+    [*kit setPaymentInstrumentsSynchronizer:original(synchronizer)];
+  }
+
+  void setUpPaymentManager() override {
+    const auto kit = object();
+    if (!kit) return CoreKit::setUpPaymentManager();
+    [*kit setUpPaymentManager];
+  }
+
+  void setUpPaymentInstrumentsSynchronizer() override {
+    const auto kit = object();
+    if (!kit) return CoreKit::setUpPaymentInstrumentsSynchronizer();
+    [*kit setUpPaymentInstrumentsSynchronizer];
+  }
+
+  void synchronizePaymentInstruments() override {
+    const auto kit = object();
+    if (!kit) return CoreKit::synchronizePaymentInstruments();
+    [*kit synchronizePaymentInstruments];
+  }
+
+ protected:
+  void observeNotifications() override {
+    observe(hlv::objc::toNSString(hlv::UIApplicationWillEnterForegroundNotification),
+            @selector(handleUIApplicationWillEnterForegroundNotification:));
+    observe(kHLVSDKDidChangeAuthorizationStatusNotification,
+            @selector(handleAuthorizationDidChangeNotification:));
+    observe(HLVSDKReachabilityDidChangeReachabilityStateNotification,
+            @selector(handleReachabilityChangedNotification:));
+  }
+
+  std::shared_ptr<hlv::HLVSDKPaymentInstrumentManager> makePaymentInstrumentManager(
+      std::shared_ptr<hlv::HLVSDKAPIManager> apiManager,
+      std::shared_ptr<hlv::PLVInAppClient> paylevenClient,
+      std::shared_ptr<hlv::HLVSDKReachability> reachability) override {
+    return adapted<InstrumentManager>([[[HLVSDKPaylevenPaymentInstrumentManager alloc]
+        initWithAPIManager:original(apiManager)
+            paylevenClient:original(paylevenClient)
+              reachability:original(reachability)] autorelease]);
+  }
+
+  std::shared_ptr<hlv::HLVSDKPaymentInstrumentsSynchronizer> makePaymentInstrumentsSynchronizer(
+      std::shared_ptr<hlv::HLVSDKAPIManager> apiManager,
+      std::shared_ptr<hlv::PLVInAppClient> paylevenClient) override {
+    return adapted<InstrumentsSynchronizer>([[[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
+        initWithAPIManager:original(apiManager)
+            paylevenClient:original(paylevenClient)] autorelease]);
+  }
+
+ private:
+  void observe(NSString* name, SEL handler) const {
+    const auto kit = object();
+    // Without a name an observer is told of everything.
+    if (!kit || !name) return;
+    [[NSNotificationCenter defaultCenter] addObserver:*kit selector:handler name:name object:nil];
+  }
 };
 
-@interface HLVSDKPayleven (Core)
-- (instancetype)initWithCore:(std::shared_ptr<hlv::HLVSDKPayleven>)kit;
-@end
+}  // namespace
+
+struct HLVPaylevenCore {
+  std::shared_ptr<KitDirector> kit;
+};
 
 @implementation HLVSDKPayleven
 
-// The object that stands for the core's shared instance, so that it is always the same.
 static std::mutex sharedMutex;
 static HLVSDKPayleven* sharedObject;
 
@@ -46,161 +129,153 @@ static void replaceSharedObject(HLVSDKPayleven* object) {
   [object release];
 }
 
+/// Null for an object without a core: a stand-in of another class, or one that is not initialised.
+static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
+  Class type = object_getClass(object);
+  while (type && type != [HLVSDKPayleven class]) type = class_getSuperclass(type);
+  return type && object->_core ? object->_core->kit : nullptr;
+}
+
 + (void)initialize {
   hlv::objc::install();
 }
 
 + (void)enableWithConfiguration:(HLVSDKConfiguration*)configuration {
-  hlv::HLVSDKPayleven::enableWithConfiguration(adapted<Configuration>(configuration),
-                                               hlv::objc::kitClass(self));
+  const auto kitConfiguration = KitDirector::checkedKitConfiguration(
+      adapted<Configuration>(configuration), hlv::objc::kitClass(self));
+  if (!kitConfiguration) return;
+  [HLVSDKPayleven sharedInstanceWithConfiguration:configuration
+                         paylevenKitConfiguration:original(kitConfiguration)];
 }
 
 + (instancetype)sharedInstance {
-  const auto kit = hlv::HLVSDKPayleven::sharedInstance();
-  if (!kit) return nil;
   const std::lock_guard lock(sharedMutex);
-  if (!sharedObject || sharedObject->_core->kit != kit) {
-    [sharedObject autorelease];
-    sharedObject = [[HLVSDKPayleven alloc] initWithCore:kit];
-  }
   return [[sharedObject retain] autorelease];
 }
 
 + (instancetype)sharedInstanceWithConfiguration:(HLVSDKConfiguration*)configuration
                        paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  hlv::HLVSDKPayleven::sharedInstanceWithConfiguration(adapted<Configuration>(configuration),
-                                                       adapted<KitConfiguration>(kitConfiguration));
+  KitDirector::sharedInstanceMadeBy([&] {
+    auto* const made =
+        [[[HLVSDKPayleven alloc] initWithConfiguration:configuration
+                              paylevenKitConfiguration:kitConfiguration] autorelease];
+    replaceSharedObject(made);
+    return coreOf(made);
+  });
   return [self sharedInstance];
-}
-
-- (instancetype)initWithCore:(std::shared_ptr<hlv::HLVSDKPayleven>)kit {
-  if ((self = [super init])) {
-    _core = new HLVPaylevenCore{std::move(kit)};
-    [self takeManager];
-    [self takeSynchronizer];
-  }
-  return self;
 }
 
 - (instancetype)initWithConfiguration:(HLVSDKConfiguration*)configuration
              paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  return [self initWithCore:hlv::HLVSDKPayleven::initWithConfiguration(
-                                adapted<Configuration>(configuration),
-                                adapted<KitConfiguration>(kitConfiguration))];
+  if ((self = [super init])) {
+    _core = new HLVPaylevenCore{std::make_shared<KitDirector>(self)};
+    _core->kit->begin(adapted<Configuration>(configuration),
+                      adapted<KitConfiguration>(kitConfiguration));
+  }
+  return self;
 }
 
 - (instancetype)init {
-  return [self initWithConfiguration:nil paylevenKitConfiguration:nil];
+  if ((self = [super init])) _core = new HLVPaylevenCore{std::make_shared<KitDirector>(self)};
+  return self;
 }
 
 - (void)dealloc {
-  [_core->manager release];
-  [_core->synchronizer release];
+  [[NSNotificationCenter defaultCenter] removeObserver:self];
   delete _core;
   [super dealloc];
 }
 
-/// Puts an object before the core's manager: the app's own where it set one.
-- (void)takeManager {
-  const auto manager = _core->kit->paymentInstrumentManager();
-  const auto own = std::dynamic_pointer_cast<hlv::HLVSDKPaylevenPaymentInstrumentManager>(manager);
-  id before = _core->manager;
-  _core->manager =
-      own ? [[HLVSDKPaylevenPaymentInstrumentManager alloc] initWithCore:own]
-          : static_cast<id<HLVSDKPaymentInstrumentManager>>([original(manager) retain]);
-  [before release];
+#ifdef GNUSTEP
+- (oneway void)release {
+  auto* const reference = _core ? &_core->kit->reference() : nullptr;
+  if (hlv::objc::WeakObject::wasLastRelease(self, reference)) [self dealloc];
 }
-
-- (void)takeSynchronizer {
-  const auto synchronizer = _core->kit->paymentInstrumentsSynchronizer();
-  const auto own =
-      std::dynamic_pointer_cast<hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer>(synchronizer);
-  id before = _core->synchronizer;
-  _core->synchronizer =
-      own ? [[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc] initWithCore:own]
-          : static_cast<id<HLVSDKPaymentInstrumentsSynchronizer>>([original(synchronizer) retain]);
-  [before release];
-}
+#endif
 
 - (id<HLVSDKPaymentInstrumentManager>)paymentInstrumentManager {
-  return [[_core->manager retain] autorelease];
+  return original(send(coreOf(self), &KitDirector::paymentInstrumentManager));
 }
 
 - (void)setPaymentInstrumentManager:(id<HLVSDKPaymentInstrumentManager>)manager {
-  _core->kit->setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
-  [self takeManager];
+  if (const auto kit = coreOf(self)) {
+    kit->CoreKit::setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
+  }
 }
 
 - (id<HLVSDKPaymentInstrumentsSynchronizer>)paymentInstrumentsSynchronizer {
-  return [[_core->synchronizer retain] autorelease];
+  return original(send(coreOf(self), &KitDirector::paymentInstrumentsSynchronizer));
 }
 
 - (void)setPaymentInstrumentsSynchronizer:(id<HLVSDKPaymentInstrumentsSynchronizer>)synchronizer {
-  _core->kit->setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
-  [self takeSynchronizer];
+  if (const auto kit = coreOf(self)) {
+    kit->CoreKit::setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
+  }
 }
 
 - (HLVSDKConfiguration*)configuration {
-  return original(_core->kit->configuration());
+  return original(send(coreOf(self), &KitDirector::configuration));
 }
 
 - (void)setConfiguration:(HLVSDKConfiguration*)configuration {
-  _core->kit->setConfiguration(adapted<Configuration>(configuration));
+  send(coreOf(self), &KitDirector::setConfiguration, adapted<Configuration>(configuration));
 }
 
 - (HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  return original(_core->kit->kitConfiguration());
+  return original(send(coreOf(self), &KitDirector::kitConfiguration));
 }
 
 - (void)setKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  _core->kit->setKitConfiguration(adapted<KitConfiguration>(kitConfiguration));
+  send(coreOf(self), &KitDirector::setKitConfiguration,
+       adapted<KitConfiguration>(kitConfiguration));
 }
 
 - (HLVSDKGuest*)currentGuest {
-  return original(_core->kit->currentGuest());
+  return original(send(coreOf(self), &KitDirector::currentGuest));
 }
 
 - (void)setCurrentGuest:(HLVSDKGuest*)currentGuest {
-  _core->kit->setCurrentGuest(adapted<Guest>(currentGuest));
+  send(coreOf(self), &KitDirector::setCurrentGuest, adapted<Guest>(currentGuest));
 }
 
 - (void)start {
-  _core->kit->start();
+  send(coreOf(self), &KitDirector::start);
 }
 
 - (void)setUpPaymentManager {
-  _core->kit->setUpPaymentManager();
-  [self takeManager];
+  if (const auto kit = coreOf(self)) kit->CoreKit::setUpPaymentManager();
 }
 
 - (void)setUpPaymentInstrumentsSynchronizer {
-  _core->kit->setUpPaymentInstrumentsSynchronizer();
-  [self takeSynchronizer];
+  if (const auto kit = coreOf(self)) kit->CoreKit::setUpPaymentInstrumentsSynchronizer();
 }
 
 - (void)synchronizePaymentInstruments {
-  _core->kit->synchronizePaymentInstruments();
+  if (const auto kit = coreOf(self)) kit->CoreKit::synchronizePaymentInstruments();
 }
 
 - (void)handleUIApplicationWillEnterForegroundNotification:(NSNotification*)notification {
-  _core->kit->handleUIApplicationWillEnterForegroundNotification(fromNSNotification(notification));
+  send(coreOf(self), &KitDirector::handleUIApplicationWillEnterForegroundNotification,
+       fromNSNotification(notification));
 }
 
 - (void)handleAuthorizationDidChangeNotification:(NSNotification*)notification {
-  _core->kit->handleAuthorizationDidChangeNotification(fromNSNotification(notification));
+  send(coreOf(self), &KitDirector::handleAuthorizationDidChangeNotification,
+       fromNSNotification(notification));
 }
 
 - (void)handleReachabilityChangedNotification:(NSNotification*)notification {
-  _core->kit->handleReachabilityChangedNotification(fromNSNotification(notification));
+  send(coreOf(self), &KitDirector::handleReachabilityChangedNotification,
+       fromNSNotification(notification));
 }
 
 + (void)resetSharedInstance {
-  hlv::HLVSDKPayleven::resetSharedInstance();
+  CoreKit::resetSharedInstance();
   replaceSharedObject(nil);
 }
 
 + (void)setSharedInstance:(HLVSDKPayleven*)instance {
-  hlv::HLVSDKPayleven::setSharedInstance(instance ? instance->_core->kit : nullptr);
+  CoreKit::setSharedInstance(coreOf(instance));
   replaceSharedObject(instance);
 }
 

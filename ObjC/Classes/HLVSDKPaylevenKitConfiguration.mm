@@ -2,16 +2,21 @@
 
 @implementation HLVSDKPaylevenKitConfiguration
 
-+ (instancetype)configurationWithBlock:(void (^)(HLVSDKMutablePaylevenKitConfiguration*))block {
++ (HLVSDKPaylevenKitConfiguration*)configurationWithBlock:
+    (void (^)(HLVSDKMutablePaylevenKitConfiguration*))block {
   HLVSDKMutablePaylevenKitConfiguration* configuration =
       [[HLVSDKMutablePaylevenKitConfiguration new] autorelease];
   if (block) block(configuration);
   return [[configuration copy] autorelease];
 }
 
-- (instancetype)initWithConfiguration:(HLVSDKPaylevenKitConfiguration*)configuration {
+- (instancetype)initWithConfiguration:(id)configuration {
   if ((self = [super init])) _paymentKey = [[configuration paymentKey] retain];
   return self;
+}
+
+- (instancetype)init {
+  return [super init];
 }
 
 - (id)copyWithZone:(NSZone*)zone {

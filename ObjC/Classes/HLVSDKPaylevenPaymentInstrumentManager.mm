@@ -2,54 +2,151 @@
 
 #include <utility>
 
-#include "ObjC/Binding/Blocks.h"
+#include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Install.h"
 #include "ObjC/Binding/Values.h"
-#include "ObjC/Classes/Cores.h"
 #include "ObjC/Host/APIManager.h"
+#include "ObjC/Host/Completions.h"
 #include "ObjC/Host/InAppClient.h"
 #include "ObjC/Host/Records.h"
 #include "ObjC/Host/Services.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 
+using CoreManager = hlv::HLVSDKPaylevenPaymentInstrumentManager;
 using hlv::HLVSDKGuestCardCompletion;
 using hlv::HLVSDKGuestCompletion;
 using hlv::HLVSDKPaylevenInstrumentCompletion;
 using hlv::objc::adapted;
 using hlv::objc::APIManager;
+using hlv::objc::asBlock;
 using hlv::objc::BillingAddress;
+using hlv::objc::completion;
 using hlv::objc::EnteredCard;
 using hlv::objc::fromNSString;
 using hlv::objc::Guest;
+using hlv::objc::GuestBlock;
+using hlv::objc::GuestCardBlock;
 using hlv::objc::InAppClient;
+using hlv::objc::InstrumentBlock;
 using hlv::objc::original;
 using hlv::objc::Reachability;
+using hlv::objc::toNSString;
 
-using GuestBlock = void (^)(HLVSDKGuest*, NSError*);
-using GuestCardBlock = void (^)(HLVSDKGuest*, HLVSDKCreditCard*, NSError*);
-using InstrumentBlock = void (^)(NSString*, PLVCreditCardPaymentInstrument*, NSError*);
+namespace {
+
+class ManagerDirector final
+    : public hlv::objc::Director<CoreManager, HLVSDKPaylevenPaymentInstrumentManager> {
+ public:
+  using Director::Director;
+
+  bool isConnectionAvailable() const override {
+    const auto manager = object();
+    return manager ? [*manager isConnectionAvailable] : CoreManager::isConnectionAvailable();
+  }
+
+  void setConnectionAvaiable(bool available) override {
+    const auto manager = object();
+    if (!manager) return CoreManager::setConnectionAvaiable(available);
+    [*manager setConnectionAvaiable:available];
+  }
+
+  void addFirstPaymentInstrument(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
+                                 const std::shared_ptr<hlv::HLVSDKPaymentBillingAddress>& address,
+                                 const std::shared_ptr<hlv::HLVSDKGuest>& guest,
+                                 HLVSDKGuestCardCompletion report) override {
+    const auto manager = object();
+    if (!manager)
+      return CoreManager::addFirstPaymentInstrument(card, address, guest, std::move(report));
+    [*manager addFirstPaymentInstrument:original(card)
+                         billingAddress:original(address)
+                               forGuest:original(guest)
+                             completion:asBlock(std::move(report)).block()];
+  }
+
+  void addFirstPaymentInstrumentToPayleven(
+      const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card, const hlv::NullableString& email,
+      HLVSDKPaylevenInstrumentCompletion report) override {
+    const auto manager = object();
+    if (!manager)
+      return CoreManager::addFirstPaymentInstrumentToPayleven(card, email, std::move(report));
+    [*manager addFirstPaymentInstrumentToPayleven:original(card)
+                                    forGuestEmail:toNSString(email)
+                                       completion:asBlock(std::move(report)).block()];
+  }
+
+  void addNewPaymentInstrument(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
+                               const std::shared_ptr<hlv::HLVSDKPaymentBillingAddress>& address,
+                               const std::shared_ptr<hlv::HLVSDKGuest>& guest,
+                               HLVSDKGuestCardCompletion report) override {
+    const auto manager = object();
+    if (!manager)
+      return CoreManager::addNewPaymentInstrument(card, address, guest, std::move(report));
+    [*manager addNewPaymentInstrument:original(card)
+                       billingAddress:original(address)
+                             forGuest:original(guest)
+                           completion:asBlock(std::move(report)).block()];
+  }
+
+  void addNewPaymentInstrumentToPayleven(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
+                                         const hlv::NullableString& token,
+                                         HLVSDKPaylevenInstrumentCompletion report) override {
+    const auto manager = object();
+    if (!manager)
+      return CoreManager::addNewPaymentInstrumentToPayleven(card, token, std::move(report));
+    [*manager addNewPaymentInstrumentToPayleven:original(card)
+                              withPaylevenToken:toNSString(token)
+                                     completion:asBlock(std::move(report)).block()];
+  }
+
+  void processAddedPaymentInstrument(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
+                                     const hlv::NullableString& token,
+                                     HLVSDKPaylevenInstrumentCompletion report) override {
+    const auto manager = object();
+    if (!manager) return CoreManager::processAddedPaymentInstrument(card, token, std::move(report));
+    [*manager processAddedPaymentInstrument:original(card)
+                              paylevenToken:toNSString(token)
+                                 completion:asBlock(std::move(report)).block()];
+  }
+
+ protected:
+  void observeReachability() override {
+    NSString* const name = HLVSDKReachabilityDidChangeReachabilityStateNotification;
+    const auto manager = object();
+    if (!manager || !name) return;
+    [[NSNotificationCenter defaultCenter]
+        addObserver:*manager
+           selector:@selector(handleReachabilityChangedNotification:)
+               name:name
+             object:nil];
+  }
+};
+
+}  // namespace
 
 struct HLVManagerCore {
-  std::shared_ptr<hlv::HLVSDKPaylevenPaymentInstrumentManager> kit;
+  std::shared_ptr<ManagerDirector> kit;
 };
 
 @implementation HLVSDKPaylevenPaymentInstrumentManager
+
+/// Held for the call: a service may release the object before it returns.
+static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentManager* object) {
+  return object->_core->kit;
+}
 
 + (void)initialize {
   hlv::objc::install();
 }
 
-- (instancetype)initWithCore:(std::shared_ptr<hlv::HLVSDKPaylevenPaymentInstrumentManager>)manager {
-  if ((self = [super init])) _core = new HLVManagerCore{std::move(manager)};
-  return self;
-}
-
 - (instancetype)initWithAPIManager:(HLVSDKAPIManager*)apiManager
                     paylevenClient:(PLVInAppClient*)paylevenClient
                       reachability:(HLVSDKReachability*)reachability {
-  return
-      [self initWithCore:hlv::HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
-                             adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient),
-                             adapted<Reachability>(reachability))];
+  if ((self = [super init])) {
+    _core = new HLVManagerCore{std::make_shared<ManagerDirector>(self)};
+    _core->kit->begin(adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient),
+                      adapted<Reachability>(reachability));
+  }
+  return self;
 }
 
 - (instancetype)init {
@@ -57,53 +154,63 @@ struct HLVManagerCore {
 }
 
 - (void)dealloc {
+  [[NSNotificationCenter defaultCenter] removeObserver:self];
   delete _core;
   [super dealloc];
 }
 
+#ifdef GNUSTEP
+- (oneway void)release {
+  auto* const reference = _core ? &_core->kit->reference() : nullptr;
+  if (hlv::objc::WeakObject::wasLastRelease(self, reference)) [self dealloc];
+}
+#endif
+
 - (BOOL)isConnectionAvailable {
-  return _core->kit->isConnectionAvailable();
+  return coreOf(self)->CoreManager::isConnectionAvailable();
 }
 
 - (void)setConnectionAvaiable:(BOOL)available {
-  _core->kit->setConnectionAvaiable(available);
+  // The variable is what key-value coding reads; services write it from their threads.
+  __atomic_store_n(&_connectionAvaiable, available, __ATOMIC_RELAXED);
+  coreOf(self)->CoreManager::setConnectionAvaiable(available);
 }
 
 - (PLVInAppClient*)paymentClient {
-  return original(_core->kit->paymentClient());
+  return original(coreOf(self)->paymentClient());
 }
 
 - (void)setPaymentClient:(PLVInAppClient*)paymentClient {
-  _core->kit->setPaymentClient(adapted<InAppClient>(paymentClient));
+  coreOf(self)->setPaymentClient(adapted<InAppClient>(paymentClient));
 }
 
 - (HLVSDKAPIManager*)apiManager {
-  return original(_core->kit->apiManager());
+  return original(coreOf(self)->apiManager());
 }
 
 - (void)setApiManager:(HLVSDKAPIManager*)apiManager {
-  _core->kit->setApiManager(adapted<APIManager>(apiManager));
+  coreOf(self)->setApiManager(adapted<APIManager>(apiManager));
 }
 
 - (HLVSDKReachability*)reachability {
-  return original(_core->kit->reachability());
+  return original(coreOf(self)->reachability());
 }
 
 - (void)setReachability:(HLVSDKReachability*)reachability {
-  _core->kit->setReachability(adapted<Reachability>(reachability));
+  coreOf(self)->setReachability(adapted<Reachability>(reachability));
 }
 
 - (void)handleReachabilityChangedNotification:(NSNotification*)notification {
-  _core->kit->handleReachabilityChangedNotification(hlv::objc::fromNSNotification(notification));
+  coreOf(self)->handleReachabilityChangedNotification(hlv::objc::fromNSNotification(notification));
 }
 
 - (BOOL)validateBillingAddress:(HLVSDKPaymentBillingAddress*)billingAddress error:(NSError**)error {
   if (!error) {
-    return _core->kit->validateBillingAddress(adapted<BillingAddress>(billingAddress), nullptr);
+    return coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), nullptr);
   }
   hlv::ErrorPtr reason = hlv::objc::fromNSError(*error);
   const bool valid =
-      _core->kit->validateBillingAddress(adapted<BillingAddress>(billingAddress), &reason);
+      coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), &reason);
   *error = hlv::objc::toNSError(reason);
   return valid;
 }
@@ -111,70 +218,70 @@ struct HLVManagerCore {
 - (void)addPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
               billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                     forGuest:(HLVSDKGuest*)guest
-                  completion:(GuestCardBlock)completion {
-  _core->kit->addPaymentInstrument(adapted<EnteredCard>(paymentInstrument),
-                                   adapted<BillingAddress>(billingAddress), adapted<Guest>(guest),
-                                   hlv::objc::completion<HLVSDKGuestCardCompletion>(completion));
+                  completion:(GuestCardBlock)report {
+  coreOf(self)->addPaymentInstrument(adapted<EnteredCard>(paymentInstrument),
+                                     adapted<BillingAddress>(billingAddress), adapted<Guest>(guest),
+                                     completion<HLVSDKGuestCardCompletion>(report));
 }
 
 - (void)addFirstPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                    billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                          forGuest:(HLVSDKGuest*)guest
-                       completion:(GuestCardBlock)completion {
-  _core->kit->addFirstPaymentInstrument(
+                       completion:(GuestCardBlock)report {
+  coreOf(self)->CoreManager::addFirstPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), adapted<BillingAddress>(billingAddress),
-      adapted<Guest>(guest), hlv::objc::completion<HLVSDKGuestCardCompletion>(completion));
+      adapted<Guest>(guest), completion<HLVSDKGuestCardCompletion>(report));
 }
 
 - (void)addFirstPaymentInstrumentToPayleven:(HLVSDKPaymentInstrument*)paymentInstrument
                               forGuestEmail:(NSString*)email
-                                 completion:(InstrumentBlock)completion {
-  _core->kit->addFirstPaymentInstrumentToPayleven(
+                                 completion:(InstrumentBlock)report {
+  coreOf(self)->CoreManager::addFirstPaymentInstrumentToPayleven(
       adapted<EnteredCard>(paymentInstrument), fromNSString(email),
-      hlv::objc::completion<HLVSDKPaylevenInstrumentCompletion>(completion));
+      completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
 
 - (void)addNewPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                  billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(HLVSDKGuest*)guest
-                     completion:(GuestCardBlock)completion {
-  _core->kit->addNewPaymentInstrument(
+                     completion:(GuestCardBlock)report {
+  coreOf(self)->CoreManager::addNewPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), adapted<BillingAddress>(billingAddress),
-      adapted<Guest>(guest), hlv::objc::completion<HLVSDKGuestCardCompletion>(completion));
+      adapted<Guest>(guest), completion<HLVSDKGuestCardCompletion>(report));
 }
 
 - (void)addNewPaymentInstrumentToPayleven:(HLVSDKPaymentInstrument*)paymentInstrument
                         withPaylevenToken:(NSString*)paylevenToken
-                               completion:(InstrumentBlock)completion {
-  _core->kit->addNewPaymentInstrumentToPayleven(
+                               completion:(InstrumentBlock)report {
+  coreOf(self)->CoreManager::addNewPaymentInstrumentToPayleven(
       adapted<EnteredCard>(paymentInstrument), fromNSString(paylevenToken),
-      hlv::objc::completion<HLVSDKPaylevenInstrumentCompletion>(completion));
+      completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
 
 - (void)processAddedPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                         paylevenToken:(NSString*)paylevenToken
-                           completion:(InstrumentBlock)completion {
-  _core->kit->processAddedPaymentInstrument(
+                           completion:(InstrumentBlock)report {
+  coreOf(self)->CoreManager::processAddedPaymentInstrument(
       adapted<EnteredCard>(paymentInstrument), fromNSString(paylevenToken),
-      hlv::objc::completion<HLVSDKPaylevenInstrumentCompletion>(completion));
+      completion<HLVSDKPaylevenInstrumentCompletion>(report));
 }
 
 - (void)deletePaymentInstrumentWithID:(NSString*)ID
                               useCase:(NSString*)useCase
                             fromGuest:(HLVSDKGuest*)guest
-                           completion:(GuestBlock)completion {
-  _core->kit->deletePaymentInstrumentWithID(
-      fromNSString(ID), fromNSString(useCase), adapted<Guest>(guest),
-      hlv::objc::completion<HLVSDKGuestCompletion>(completion));
+                           completion:(GuestBlock)report {
+  coreOf(self)->deletePaymentInstrumentWithID(fromNSString(ID), fromNSString(useCase),
+                                              adapted<Guest>(guest),
+                                              completion<HLVSDKGuestCompletion>(report));
 }
 
 - (void)updatePaymentInstrument:(NSString*)ID
                  billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(HLVSDKGuest*)guest
-                     completion:(GuestCardBlock)completion {
-  _core->kit->updatePaymentInstrument(fromNSString(ID), adapted<BillingAddress>(billingAddress),
-                                      adapted<Guest>(guest),
-                                      hlv::objc::completion<HLVSDKGuestCardCompletion>(completion));
+                     completion:(GuestCardBlock)report {
+  coreOf(self)->updatePaymentInstrument(fromNSString(ID), adapted<BillingAddress>(billingAddress),
+                                        adapted<Guest>(guest),
+                                        completion<HLVSDKGuestCardCompletion>(report));
 }
 
 @end

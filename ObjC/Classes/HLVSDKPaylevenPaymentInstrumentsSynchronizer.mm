@@ -1,44 +1,118 @@
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h>
 
+#include <objc/runtime.h>
+
 #include <utility>
 
-#include "ObjC/Binding/Blocks.h"
+#include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Install.h"
-#include "ObjC/Classes/Cores.h"
 #include "ObjC/Foundation/Queues.h"
 #include "ObjC/Host/APIManager.h"
+#include "ObjC/Host/Completions.h"
 #include "ObjC/Host/InAppClient.h"
+#include "ObjC/Host/Pairs.h"
 #include "ObjC/Host/Records.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
+using CoreSynchronizer = hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 using hlv::objc::adapted;
 using hlv::objc::adaptedList;
 using hlv::objc::APIManager;
+using hlv::objc::asBlock;
+using hlv::objc::corePair;
 using hlv::objc::Guest;
 using hlv::objc::InAppClient;
 using hlv::objc::original;
+using hlv::objc::PairsBlock;
 using hlv::objc::StoredCard;
+using hlv::objc::SuccessBlock;
+
+namespace {
+
+// This class's own answer, known before anybody can replace it.
+IMP ownQuestion;
+
+class SynchronizerDirector final
+    : public hlv::objc::Director<CoreSynchronizer, HLVSDKPaylevenPaymentInstrumentsSynchronizer> {
+ public:
+  using Director::Director;
+
+  bool isSynchronizing() const override {
+    const auto synchronizer = object();
+    return synchronizer ? [*synchronizer isSynchronizing] : CoreSynchronizer::isSynchronizing();
+  }
+
+  void setSynchronizing(bool synchronizing) override {
+    const auto synchronizer = object();
+    if (!synchronizer) return CoreSynchronizer::setSynchronizing(synchronizing);
+    [*synchronizer setSynchronizing:synchronizing];
+  }
+
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<hlv::HLVSDKGuest>& guest,
+                                             hlv::HLVSDKSuccessCompletion report) override {
+    const auto synchronizer = object();
+    if (!synchronizer) {
+      return CoreSynchronizer::synchronizePaymentInstrumentsForGuest(guest, std::move(report));
+    }
+    [*synchronizer synchronizePaymentInstrumentsForGuest:original(guest)
+                                              completion:asBlock(std::move(report)).block()];
+  }
+
+  bool isCreditCardExistsInArray(
+      const hlv::NullableList<hlv::HLVSDKCreditCard>& cards,
+      const std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument>& pair) const override {
+    const auto synchronizer = object();
+    const SEL question = @selector(isCreditCardExistsInArray:relatedToPaymentInstrument:);
+    // Asked for every instrument with all cards, which only cross for somebody else's answer.
+    if (!synchronizer || [*synchronizer methodForSelector:question] == ownQuestion) {
+      return CoreSynchronizer::isCreditCardExistsInArray(cards, pair);
+    }
+    return [*synchronizer isCreditCardExistsInArray:hlv::objc::crossing(cards)
+                         relatedToPaymentInstrument:hlv::objc::crossing(pair)];
+  }
+
+  void fetchAllPaylevenPaymentInstrumentsForGuest(
+      const std::shared_ptr<hlv::HLVSDKGuest>& guest,
+      hlv::HLVSDKPLVPaymentInstrumentsCompletion report) override {
+    const auto synchronizer = object();
+    if (!synchronizer) {
+      return CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(guest, std::move(report));
+    }
+    [*synchronizer fetchAllPaylevenPaymentInstrumentsForGuest:original(guest)
+                                                   completion:asBlock(std::move(report)).block()];
+  }
+};
+
+}  // namespace
 
 struct HLVSynchronizerCore {
-  std::shared_ptr<hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer> kit;
+  std::shared_ptr<SynchronizerDirector> kit;
 };
 
 @implementation HLVSDKPaylevenPaymentInstrumentsSynchronizer
+
+/// Held for the call: a service may release the object before it returns.
+static std::shared_ptr<SynchronizerDirector> coreOf(
+    HLVSDKPaylevenPaymentInstrumentsSynchronizer* object) {
+  return object->_core->kit;
+}
+
++ (void)load {
+  ownQuestion = class_getMethodImplementation(self, @selector(isCreditCardExistsInArray:
+                                                             relatedToPaymentInstrument:));
+}
 
 + (void)initialize {
   hlv::objc::install();
 }
 
-- (instancetype)initWithCore:
-    (std::shared_ptr<hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer>)synchronizer {
-  if ((self = [super init])) _core = new HLVSynchronizerCore{std::move(synchronizer)};
-  return self;
-}
-
 - (instancetype)initWithAPIManager:(HLVSDKAPIManager*)apiManager
                     paylevenClient:(PLVInAppClient*)paylevenClient {
-  return [self
-      initWithCore:hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(
-                       adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient))];
+  if ((self = [super init])) {
+    _core = new HLVSynchronizerCore{std::make_shared<SynchronizerDirector>(self)};
+    _core->kit->begin(adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient));
+  }
+  return self;
 }
 
 - (instancetype)init {
@@ -50,60 +124,70 @@ struct HLVSynchronizerCore {
   [super dealloc];
 }
 
+#ifdef GNUSTEP
+- (oneway void)release {
+  auto* const reference = _core ? &_core->kit->reference() : nullptr;
+  if (hlv::objc::WeakObject::wasLastRelease(self, reference)) [self dealloc];
+}
+#endif
+
 - (HLVSDKAPIManager*)apiManager {
-  return original(_core->kit->apiManager());
+  return original(coreOf(self)->apiManager());
 }
 
 - (void)setApiManager:(HLVSDKAPIManager*)apiManager {
-  _core->kit->setApiManager(adapted<APIManager>(apiManager));
+  coreOf(self)->setApiManager(adapted<APIManager>(apiManager));
 }
 
 - (PLVInAppClient*)paylevenClient {
-  return original(_core->kit->paylevenClient());
+  return original(coreOf(self)->paylevenClient());
 }
 
 - (void)setPaylevenClient:(PLVInAppClient*)paylevenClient {
-  _core->kit->setPaylevenClient(adapted<InAppClient>(paylevenClient));
+  coreOf(self)->setPaylevenClient(adapted<InAppClient>(paylevenClient));
 }
 
 - (HLVSDKQueue)synchronizationQueue {
-  return hlv::objc::toSystemQueue(_core->kit->synchronizationQueue());
+  return hlv::objc::toSystemQueue(coreOf(self)->synchronizationQueue());
 }
 
 - (void)setSynchronizationQueue:(HLVSDKQueue)queue {
-  _core->kit->setSynchronizationQueue(hlv::objc::fromSystemQueue(queue));
+  coreOf(self)->setSynchronizationQueue(hlv::objc::fromSystemQueue(queue));
 }
 
 - (BOOL)isSynchronizing {
-  return _core->kit->isSynchronizing();
+  return coreOf(self)->CoreSynchronizer::isSynchronizing();
 }
 
 - (void)setSynchronizing:(BOOL)synchronizing {
-  _core->kit->setSynchronizing(synchronizing);
+  coreOf(self)->CoreSynchronizer::setSynchronizing(synchronizing);
 }
 
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest {
-  _core->kit->synchronizePaymentInstrumentsForGuest(adapted<Guest>(guest));
+  coreOf(self)->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(adapted<Guest>(guest));
 }
 
-- (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest
-                                   completion:(void (^)(BOOL, NSError*))completion {
-  _core->kit->synchronizePaymentInstrumentsForGuest(
-      adapted<Guest>(guest), hlv::objc::completion<hlv::HLVSDKSuccessCompletion>(completion));
+- (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest completion:(SuccessBlock)report {
+  // A run keeps the object to its end, as it keeps its completion.
+  const auto self_ = std::make_shared<hlv::objc::Held>(self);
+  coreOf(self)->CoreSynchronizer::synchronizePaymentInstrumentsForGuest(
+      adapted<Guest>(guest), [self_, report = hlv::objc::completion<hlv::HLVSDKSuccessCompletion>(
+                                         report)](bool success, const hlv::ErrorPtr& error) {
+        if (report) report(success, error);
+      });
 }
 
 - (BOOL)isCreditCardExistsInArray:(NSArray*)creditCards
        relatedToPaymentInstrument:(HLVSDKPLVPaymentInstrument*)paymentInstrument {
-  return _core->kit->isCreditCardExistsInArray(
-      adaptedList<StoredCard, hlv::HLVSDKCreditCard>(creditCards), HLVCoreOf(paymentInstrument));
+  return coreOf(self)->CoreSynchronizer::isCreditCardExistsInArray(
+      adaptedList<StoredCard, hlv::HLVSDKCreditCard>(creditCards), corePair(paymentInstrument));
 }
 
 - (void)fetchAllPaylevenPaymentInstrumentsForGuest:(HLVSDKGuest*)guest
-                                        completion:(void (^)(NSArray<HLVSDKPLVPaymentInstrument*>*,
-                                                             NSError*))completion {
-  _core->kit->fetchAllPaylevenPaymentInstrumentsForGuest(
+                                        completion:(PairsBlock)report {
+  coreOf(self)->CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(
       adapted<Guest>(guest),
-      hlv::objc::completion<hlv::HLVSDKPLVPaymentInstrumentsCompletion>(completion));
+      hlv::objc::completion<hlv::HLVSDKPLVPaymentInstrumentsCompletion>(report));
 }
 
 @end

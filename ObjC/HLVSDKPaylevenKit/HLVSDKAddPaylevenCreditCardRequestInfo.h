@@ -1,14 +1,16 @@
 // The request that registers a card with the backend once the provider has it.
 //
 // Threading: one thread at a time.
-#import <HLVSDKPaylevenKit/Host/HLVSDKPaymentKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaymentKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 /// The host's add-card request, extended by the provider user token.
+HLV_AVAILABLE
 @interface HLVSDKAddPaylevenCreditCardRequestInfo : HLVSDKAddCreditCardRequestInfo {
  @private
-  struct HLVRequestCore* _core;
+  NSString* _paylevenToken;
 }
 
 @property(nonatomic, copy, nullable) NSString* paylevenToken;
@@ -18,7 +20,7 @@ NS_ASSUME_NONNULL_BEGIN
 - (nullable instancetype)
     initWithPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
-                paylevenToken:(nullable NSString*)paylevenToken;
+                paylevenToken:(nullable NSString*)paylevenToken NS_DESIGNATED_INITIALIZER;
 
 /// The host's body with "plv_token" inside "credit_card". A missing token is left out, and a body
 /// without a "credit_card" object stays as the host made it. Immutable.

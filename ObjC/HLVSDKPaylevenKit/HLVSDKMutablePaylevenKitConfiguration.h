@@ -2,6 +2,7 @@
 //
 // Threading: belongs to the block, on the thread that builds the configuration.
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKitConfiguration.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -10,8 +11,8 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 /// Keeps a key of its own; the one of its base stays nil. A copy of it is immutable.
-@interface HLVSDKMutablePaylevenKitConfiguration
-    : HLVSDKPaylevenKitConfiguration <HLVSDKMutablePaylevenKitConfiguration> {
+HLV_AVAILABLE HLV_NOT_SENDABLE @interface HLVSDKMutablePaylevenKitConfiguration
+    : HLVSDKPaylevenKitConfiguration<HLVSDKMutablePaylevenKitConfiguration> {
  @private
   NSString* paymentKey;
 }

@@ -3,12 +3,14 @@
 // Threading: enabling may come from any thread. The notification handlers run on the thread that
 // posts. Set the properties before the kit is used from several threads.
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKitConfiguration.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 /// Enabled once and alive for the rest of the process. Owns the manager and the synchroniser, and
 /// synchronises the guest's instruments when the app returns to the foreground, when the guest
 /// becomes authorised and when the network becomes reachable.
+HLV_AVAILABLE
 @interface HLVSDKPayleven : NSObject <HLVSDKKit> {
  @private
   struct HLVPaylevenCore* _core;
@@ -41,9 +43,11 @@ NS_ASSUME_NONNULL_BEGIN
 /// Reads the current guest, once and for all, registers the payment key with the provider, creates
 /// the manager and the synchroniser, and observes the three notifications. Starts no
 /// synchronisation.
-- (nullable instancetype)initWithConfiguration:(nullable HLVSDKConfiguration*)configuration
-                      paylevenKitConfiguration:
-                          (nullable HLVSDKPaylevenKitConfiguration*)kitConfiguration;
+- (instancetype)initWithConfiguration:(nullable HLVSDKConfiguration*)configuration
+             paylevenKitConfiguration:(nullable HLVSDKPaylevenKitConfiguration*)kitConfiguration
+    NS_DESIGNATED_INITIALIZER;
+/// An instance that is not set up: it registers nothing and observes nothing.
+- (instancetype)init NS_DESIGNATED_INITIALIZER;
 
 /// Does nothing; enabling has done it all.
 - (void)start;
@@ -68,6 +72,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface HLVSDKPayleven (Tests)
 /// Lets the shared instance go; the next enabling creates another.
 + (void)resetSharedInstance;
+/// Any object may stand in for the instance.
 + (void)setSharedInstance:(nullable HLVSDKPayleven*)instance;
 @end
 

@@ -1,14 +1,16 @@
 // The kit's own configuration: the Payleven payment key.
 //
 // Threading: a record never changes and may be read from any thread.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 @class HLVSDKMutablePaylevenKitConfiguration;
 
 /// Goes into the host configuration's list of kits, beside the kit's class.
-@interface HLVSDKPaylevenKitConfiguration : NSObject <HLVSDKKitConfiguration> {
+HLV_AVAILABLE HLV_SENDABLE @interface HLVSDKPaylevenKitConfiguration
+    : NSObject<HLVSDKKitConfiguration> {
  @private
   NSString* _paymentKey;
 }
@@ -19,12 +21,14 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// Calls the block, which may be nil, once and before it returns, with a fresh mutable record, and
 /// returns an immutable copy of what the block made of it.
-+ (instancetype)configurationWithBlock:
-    (nullable void (^)(HLVSDKMutablePaylevenKitConfiguration* configuration))block;
++ (HLVSDKPaylevenKitConfiguration*)configurationWithBlock:
+    (nullable void (^)(HLVSDKMutablePaylevenKitConfiguration* configuration))block
+    HLV_SWIFT_NAME(init(block:));
 
-/// An immutable record with the other's key, which is not copied again; without one, with no key.
-- (nullable instancetype)initWithConfiguration:
-    (nullable HLVSDKPaylevenKitConfiguration*)configuration;
+/// An immutable record with the key of any object that has a `paymentKey`, which is not copied
+/// again; without one, with no key.
+- (instancetype)initWithConfiguration:(nullable id)configuration NS_DESIGNATED_INITIALIZER;
+- (instancetype)init NS_DESIGNATED_INITIALIZER;
 
 @end
 

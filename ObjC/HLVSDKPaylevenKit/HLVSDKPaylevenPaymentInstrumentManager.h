@@ -3,8 +3,9 @@
 // Threading: operations may be called from any thread and run there until they hand over to the
 // backend or the provider. Completions come on the main thread, except that of an update, which is
 // the backend client's to call. Set the properties before the first operation.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -12,8 +13,10 @@ NS_ASSUME_NONNULL_BEGIN
 /// once; when a service never answers, or the manager goes away at the moments named below, it
 /// never does. Results and an error may come together, which the `async` forms of Swift cannot
 /// tell: they throw.
+HLV_AVAILABLE
 @interface HLVSDKPaylevenPaymentInstrumentManager : NSObject <HLVSDKPaymentInstrumentManager> {
  @private
+  BOOL _connectionAvaiable;
   struct HLVManagerCore* _core;
 }
 
@@ -28,9 +31,10 @@ NS_ASSUME_NONNULL_BEGIN
 @property(nonatomic, strong, nullable) HLVSDKReachability* reachability;
 
 /// Begins to observe reachability. A nil service answers nothing.
-- (nullable instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
-                             paylevenClient:(nullable PLVInAppClient*)paylevenClient
-                               reachability:(nullable HLVSDKReachability*)reachability;
+- (instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
+                    paylevenClient:(nullable PLVInAppClient*)paylevenClient
+                      reachability:(nullable HLVSDKReachability*)reachability
+    NS_DESIGNATED_INITIALIZER;
 
 /// Takes the connectivity flag from the notification.
 - (void)handleReachabilityChangedNotification:(nullable NSNotification*)notification;
@@ -39,7 +43,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// an invalid argument. `error` must not be null. With a complete address the answer is NO when
 /// `*error` already holds an error, which is left alone.
 - (BOOL)validateBillingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
-                         error:(NSError* _Nullable* _Nullable)error;
+                         error:(NSError* _Nullable* _Nonnull)error;
 
 /// Adds a card as the user typed it. Reports the card's own error when it is not valid,
 /// `HLVURLErrorDomain` code 1 without a connection, and otherwise what the first-card or the
@@ -48,9 +52,11 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)addPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
               billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                     forGuest:(nullable HLVSDKGuest*)guest
-                  completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
-                                                HLVSDKCreditCard* _Nullable card,
-                                                NSError* _Nullable error))completion;
+                  completion:
+                      (nullable void(HLV_ON_MAIN ^)(HLVSDKGuest* HLV_NULLABLE_RESULT guest,
+                                                    HLVSDKCreditCard* HLV_NULLABLE_RESULT card,
+                                                    NSError* _Nullable error))completion
+    HLV_NO_ASYNC;
 
 /// Creates the provider user token with the card, confirms the card, and then stores the token on
 /// the guest and registers the card, both at once. Reports the guest that was passed in and the
@@ -65,18 +71,20 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)addFirstPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                    billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                          forGuest:(nullable HLVSDKGuest*)guest
-                       completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
-                                                     HLVSDKCreditCard* _Nullable card,
-                                                     NSError* _Nullable error))completion;
+                       completion:
+                           (nullable void(HLV_ON_MAIN ^)(HLVSDKGuest* HLV_NULLABLE_RESULT guest,
+                                                         HLVSDKCreditCard* HLV_NULLABLE_RESULT card,
+                                                         NSError* _Nullable error))completion
+    HLV_NO_ASYNC;
 
 /// The provider's half of the first-card operation.
 - (void)addFirstPaymentInstrumentToPayleven:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                               forGuestEmail:(nullable NSString*)email
-                                 completion:
-                                     (nullable void (^)(
-                                         NSString* _Nullable paylevenToken,
-                                         PLVCreditCardPaymentInstrument* _Nullable instrument,
-                                         NSError* _Nullable error))completion;
+                                 completion:(nullable void(HLV_ON_MAIN ^)(
+                                                NSString* HLV_NULLABLE_RESULT paylevenToken,
+                                                PLVCreditCardPaymentInstrument* HLV_NULLABLE_RESULT
+                                                    instrument,
+                                                NSError* _Nullable error))completion HLV_NO_ASYNC;
 
 /// Adds the card under the guest's token, confirms it and registers it. Reports the backend's guest
 /// and card. Errors: the wrapped provider error, those of the confirmation and the required
@@ -90,17 +98,20 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)addNewPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                  billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(nullable HLVSDKGuest*)guest
-                     completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
-                                                   HLVSDKCreditCard* _Nullable card,
-                                                   NSError* _Nullable error))completion;
+                     completion:
+                         (nullable void(HLV_ON_MAIN ^)(HLVSDKGuest* HLV_NULLABLE_RESULT guest,
+                                                       HLVSDKCreditCard* HLV_NULLABLE_RESULT card,
+                                                       NSError* _Nullable error))completion
+    HLV_NO_ASYNC;
 
 /// The provider's half of the further-card operation.
 - (void)addNewPaymentInstrumentToPayleven:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                         withPaylevenToken:(nullable NSString*)paylevenToken
-                               completion:(nullable void (^)(
-                                              NSString* _Nullable paylevenToken,
-                                              PLVCreditCardPaymentInstrument* _Nullable instrument,
-                                              NSError* _Nullable error))completion;
+                               completion:(nullable void(HLV_ON_MAIN ^)(
+                                              NSString* HLV_NULLABLE_RESULT paylevenToken,
+                                              PLVCreditCardPaymentInstrument* HLV_NULLABLE_RESULT
+                                                  instrument,
+                                              NSError* _Nullable error))completion HLV_NO_ASYNC;
 
 /// Finds the instrument that the provider has just stored for a card. Card and token are required.
 /// Reports the token and the instrument, or no instrument when none matches, which is no error
@@ -108,10 +119,11 @@ NS_ASSUME_NONNULL_BEGIN
 /// provider error, and `HLVPaymentErrorDomain` code 5 for an instrument that cannot be used.
 - (void)processAddedPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                         paylevenToken:(nullable NSString*)paylevenToken
-                           completion:(nullable void (^)(
-                                          NSString* _Nullable paylevenToken,
-                                          PLVCreditCardPaymentInstrument* _Nullable instrument,
-                                          NSError* _Nullable error))completion;
+                           completion:
+                               (nullable void(HLV_ON_MAIN ^)(
+                                   NSString* HLV_NULLABLE_RESULT paylevenToken,
+                                   PLVCreditCardPaymentInstrument* HLV_NULLABLE_RESULT instrument,
+                                   NSError* _Nullable error))completion;
 
 /// Deletes a card at the backend and then its instrument at the provider. Required: a guest with a
 /// provider user token, the card's identifier at the backend, its use case, and that the guest has
@@ -122,16 +134,18 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)deletePaymentInstrumentWithID:(nullable NSString*)ID
                               useCase:(nullable NSString*)useCase
                             fromGuest:(nullable HLVSDKGuest*)guest
-                           completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
-                                                         NSError* _Nullable error))completion;
+                           completion:
+                               (nullable void(HLV_ON_MAIN ^)(HLVSDKGuest* HLV_NULLABLE_RESULT guest,
+                                                             NSError* _Nullable error))completion
+    HLV_NO_ASYNC;
 
 /// Sends a card's billing address to the backend; missing fields are left out. The backend client
 /// calls the completion itself, on a thread of its choice.
 - (void)updatePaymentInstrument:(nullable NSString*)ID
                  billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(nullable HLVSDKGuest*)guest
-                     completion:(nullable void (^)(HLVSDKGuest* _Nullable guest,
-                                                   HLVSDKCreditCard* _Nullable card,
+                     completion:(nullable void (^)(HLVSDKGuest* HLV_NULLABLE_RESULT guest,
+                                                   HLVSDKCreditCard* HLV_NULLABLE_RESULT card,
                                                    NSError* _Nullable error))completion;
 
 @end

@@ -4,14 +4,16 @@
 // Threading: operations may be called from any thread; the final step of a synchronisation runs on
 // the synchroniser's own serial queue, and completions come on the main thread. Set the properties
 // before the first synchronisation.
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
 #import <HLVSDKPaylevenKit/HLVSDKQueue.h>
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 @class HLVSDKPLVPaymentInstrument;
 
+HLV_AVAILABLE
 @interface HLVSDKPaylevenPaymentInstrumentsSynchronizer
     : NSObject <HLVSDKPaymentInstrumentsSynchronizer> {
  @private
@@ -31,11 +33,13 @@ NS_ASSUME_NONNULL_BEGIN
 @property(nonatomic, getter=isSynchronizing) BOOL synchronizing;
 
 /// Creates the serial queue. A nil service answers nothing.
-- (nullable instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
-                             paylevenClient:(nullable PLVInAppClient*)paylevenClient;
+- (instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
+                    paylevenClient:(nullable PLVInAppClient*)paylevenClient
+    NS_DESIGNATED_INITIALIZER;
 
 /// As below, telling nobody.
-- (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest;
+- (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
+    HLV_SWIFT_NAME(startSynchronizingPaymentInstruments(for:));
 
 /// Fetches the guest's cards and the provider's instruments, and asks the provider to remove every
 /// instrument without a card. Reports success once the removals are requested; how they come out is
@@ -44,20 +48,22 @@ NS_ASSUME_NONNULL_BEGIN
 /// never completes; neither does a request that is dropped.
 - (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
                                    completion:
-                                       (nullable void (^)(BOOL success,
-                                                          NSError* _Nullable error))completion;
+                                       (nullable void (HLV_ON_MAIN ^)(BOOL success,
+                                                          NSError* _Nullable error))completion
+    HLV_NO_ASYNC HLV_SWIFT_NAME(synchronizePaymentInstruments(for:completion:));
 
 /// Whether a card stands for the instrument: by its external identifier, or, only where it has
 /// none, by last four digits, brand and use case. Any thread.
 - (BOOL)isCreditCardExistsInArray:(nullable NSArray<HLVSDKCreditCard*>*)creditCards
-       relatedToPaymentInstrument:(nullable HLVSDKPLVPaymentInstrument*)paymentInstrument;
+       relatedToPaymentInstrument:(nullable HLVSDKPLVPaymentInstrument*)paymentInstrument
+    HLV_SWIFT_NAME(hasCreditCard(in:relatedTo:));
 
 /// Lists the private, business and default instruments at the same time. Reports the pairs in the
 /// order of the answers, or the last wrapped provider error; on the main thread.
 - (void)
     fetchAllPaylevenPaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
                                     completion:
-                                        (nullable void (^)(
+                                        (nullable void(HLV_ON_MAIN ^)(
                                             NSArray<
                                                 HLVSDKPLVPaymentInstrument*>* _Nullable paymentInstruments,
                                             NSError* _Nullable error))completion;

@@ -3,7 +3,7 @@
 // Threading: as the client.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "ObjC/Binding/Held.h"

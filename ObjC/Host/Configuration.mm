@@ -1,11 +1,12 @@
 #include "ObjC/Host/Configuration.h"
 
 #include "ObjC/Binding/Crossing.h"
+#include "ObjC/Host/HostMessages.h"
 
 namespace hlv::objc {
 namespace {
 
-class KitEntry final : public Adapter<HLVSDKKitEntry, id<HLVSDKKitEntry>> {
+class KitEntry final : public Adapter<HLVSDKKitEntry, id<HLVHostMessages>> {
  public:
   using Adapter::Adapter;
   HLVSDKKitClass kit() const override { return kitClass([object() kit]); }

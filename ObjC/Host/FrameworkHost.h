@@ -7,12 +7,11 @@
 
 namespace hlv::objc {
 
-/// Every question is one message to a class; nothing is kept but the constants, which never change.
+/// Every question is one message to a class; nothing is kept, constants included: a host may fill
+/// in its arrays late.
 class FrameworkHost final : public Host {
  public:
-  FrameworkHost();
-
-  std::shared_ptr<const HLVSDKConstants> constants() override { return constants_; }
+  std::shared_ptr<const HLVSDKConstants> constants() override;
   std::shared_ptr<HLVSDKAPIManager> apiManager() override;
   std::shared_ptr<HLVSDKReachability> reachability() override;
   std::shared_ptr<HLVSDKGuest> currentGuest() override;
@@ -33,9 +32,6 @@ class FrameworkHost final : public Host {
       const NullableString& pan, const NullableString& expiryMonth,
       const NullableString& expiryYear, const NullableString& cvv,
       const NullableString& cardHolder) override;
-
- private:
-  const std::shared_ptr<const HLVSDKConstants> constants_;
 };
 
 }  // namespace hlv::objc

@@ -48,7 +48,9 @@ class BriefString {
 
 }  // namespace
 
-FrameworkHost::FrameworkHost() : constants_(std::make_shared<HLVSDKConstants>(texts())) {}
+std::shared_ptr<const HLVSDKConstants> FrameworkHost::constants() {
+  return std::make_shared<HLVSDKConstants>(texts());
+}
 
 std::shared_ptr<HLVSDKAPIManager> FrameworkHost::apiManager() {
   return adapted<APIManager>([::HLVSDKAPIManager manager]);
@@ -91,11 +93,7 @@ std::shared_ptr<HLVSDKLogger> FrameworkHost::consoleLogger() {
 std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> FrameworkHost::makeAddCreditCardRequestBody(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
-  auto* request = [[[::HLVSDKAddPaylevenCreditCardRequestInfo alloc]
-      initHostHalfWithPaymentInstrument:original(instrument)
-                         billingAddress:original(address)] autorelease];
-  if (!request) return nullptr;
-  return std::make_shared<RequestBody>(request, RequestBody::Keeps::request);
+  return std::make_shared<RequestBody>(instrument, address);
 }
 
 std::shared_ptr<HLVSession> FrameworkHost::activeSession() {

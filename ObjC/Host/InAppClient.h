@@ -3,7 +3,7 @@
 // Threading: as the client.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "ObjC/Binding/Held.h"

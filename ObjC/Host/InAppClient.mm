@@ -1,6 +1,9 @@
 #include "ObjC/Host/InAppClient.h"
 
+#include <utility>
+
 #include "ObjC/Binding/Crossing.h"
+#include "ObjC/Host/Completions.h"
 #include "ObjC/Host/Records.h"
 
 namespace hlv::objc {
@@ -16,9 +19,7 @@ void InAppClient::createUserToken(const NullableString& email,
   [object() createUserToken:toNSString(email)
       withPaymentInstrument:original(instrument)
                  andUseCase:toNSString(useCase)
-              andCompletion:^(NSString* userToken, NSError* error) {
-                completion(fromNSString(userToken), fromNSError(error));
-              }];
+              andCompletion:asBlock(std::move(completion)).block()];
 }
 
 void InAppClient::addPaymentInstrument(
@@ -27,21 +28,15 @@ void InAppClient::addPaymentInstrument(
   [object() addPaymentInstrument:original(instrument)
                     forUserToken:toNSString(userToken)
                       andUseCase:toNSString(useCase)
-                   andCompletion:^(NSError* error) {
-                     completion(fromNSError(error));
-                   }];
+                   andCompletion:asBlock(std::move(completion)).block()];
 }
 
 void InAppClient::getPaymentInstrumentsList(const NullableString& userToken,
                                             const NullableString& useCase,
                                             PLVPaymentInstrumentsCompletion completion) {
-  [object()
-      getPaymentInstrumentsList:toNSString(userToken)
-                     andUseCase:toNSString(useCase)
-                  andCompletion:^(NSArray* instruments, NSError* error) {
-                    completion(adaptedList<Instrument, PLVCreditCardPaymentInstrument>(instruments),
-                               fromNSError(error));
-                  }];
+  [object() getPaymentInstrumentsList:toNSString(userToken)
+                           andUseCase:toNSString(useCase)
+                        andCompletion:asBlock(std::move(completion)).block()];
 }
 
 void InAppClient::removePaymentInstrument(
@@ -50,9 +45,7 @@ void InAppClient::removePaymentInstrument(
   [object() removePaymentInstrument:original(instrument)
                         fromUseCase:toNSString(useCase)
                        forUserToken:toNSString(userToken)
-                      andCompletion:^(NSError* error) {
-                        completion(fromNSError(error));
-                      }];
+                      andCompletion:asBlock(std::move(completion)).block()];
 }
 
 }  // namespace hlv::objc

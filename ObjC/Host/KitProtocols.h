@@ -4,7 +4,7 @@
 // Threading: as the objects.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"

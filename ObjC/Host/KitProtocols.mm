@@ -1,6 +1,8 @@
 #include "ObjC/Host/KitProtocols.h"
 
-#include "ObjC/Binding/Blocks.h"
+#include <utility>
+
+#include "ObjC/Host/Completions.h"
 #include "ObjC/Host/Records.h"
 
 namespace hlv::objc {
@@ -9,14 +11,10 @@ void InstrumentManager::addPaymentInstrument(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
     const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) {
-  [object()
-      addPaymentInstrument:original(instrument)
-            billingAddress:original(address)
-                  forGuest:original(guest)
-                completion:^(::HLVSDKGuest* owner, ::HLVSDKCreditCard* card, NSError* error) {
-                  if (!completion) return;
-                  completion(adapted<Guest>(owner), adapted<StoredCard>(card), fromNSError(error));
-                }];
+  [object() addPaymentInstrument:original(instrument)
+                  billingAddress:original(address)
+                        forGuest:original(guest)
+                      completion:asBlock(std::move(completion)).block()];
 }
 
 void InstrumentManager::deletePaymentInstrumentWithID(const NullableString& ID,
@@ -26,24 +24,16 @@ void InstrumentManager::deletePaymentInstrumentWithID(const NullableString& ID,
   [object() deletePaymentInstrumentWithID:toNSString(ID)
                                   useCase:toNSString(useCase)
                                 fromGuest:original(guest)
-                               completion:^(::HLVSDKGuest* updated, NSError* error) {
-                                 if (!completion) return;
-                                 completion(adapted<Guest>(updated), fromNSError(error));
-                               }];
+                               completion:asBlock(std::move(completion)).block()];
 }
 
 void InstrumentManager::updatePaymentInstrument(
     const NullableString& ID, const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
     const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion) {
-  [object()
-      updatePaymentInstrument:toNSString(ID)
-               billingAddress:original(address)
-                     forGuest:original(guest)
-                   completion:^(::HLVSDKGuest* owner, ::HLVSDKCreditCard* card, NSError* error) {
-                     if (!completion) return;
-                     completion(adapted<Guest>(owner), adapted<StoredCard>(card),
-                                fromNSError(error));
-                   }];
+  [object() updatePaymentInstrument:toNSString(ID)
+                     billingAddress:original(address)
+                           forGuest:original(guest)
+                         completion:asBlock(std::move(completion)).block()];
 }
 
 void InstrumentsSynchronizer::synchronizePaymentInstrumentsForGuest(
@@ -54,10 +44,7 @@ void InstrumentsSynchronizer::synchronizePaymentInstrumentsForGuest(
 void InstrumentsSynchronizer::synchronizePaymentInstrumentsForGuest(
     const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKSuccessCompletion completion) {
   [object() synchronizePaymentInstrumentsForGuest:original(guest)
-                                       completion:^(BOOL success, NSError* error) {
-                                         if (!completion) return;
-                                         completion(success, fromNSError(error));
-                                       }];
+                                       completion:asBlock(std::move(completion)).block()];
 }
 
 }  // namespace hlv::objc

@@ -1,11 +1,10 @@
 #include "ObjC/Host/Logger.h"
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-
 #include <array>
 #include <cstddef>
 
 #include "ObjC/Binding/Crossing.h"
+#include "ObjC/Host/HostMessages.h"
 
 namespace hlv::objc {
 
@@ -17,12 +16,11 @@ void Logger::logWithLevel(int level, const char* path, int line, const char* fun
     objects[i] =
         std::visit([](const auto& argument) -> id { return crossing(argument); }, arguments[i]);
   }
-  [static_cast<::HLVSDKRemoteLogger*>(object())
-      logWithLevel:level
-              path:path
-              line:line
-          function:function
-            format:toNSString(format), objects[0], objects[1], objects[2]];
+  [toHost(object()) logWithLevel:level
+                            path:path
+                            line:line
+                        function:function
+                          format:toNSString(format), objects[0], objects[1], objects[2]];
 }
 
 }  // namespace hlv::objc

@@ -3,8 +3,8 @@
 // Threading: as the objects.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"

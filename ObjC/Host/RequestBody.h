@@ -9,39 +9,25 @@
 
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
 
-/// What the kit's request inherits from the host's class, past its own overriding methods.
-@interface HLVSDKAddPaylevenCreditCardRequestInfo (HostHalf)
-- (instancetype)initHostHalfWithPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
-                                   billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress;
-/// Takes the core's request over, which keeps this object no longer.
-- (void)setCoreRequest:(std::shared_ptr<hlv::HLVSDKAddPaylevenCreditCardRequestInfo>)request;
-- (NSDictionary*)hostJSONRepresentation;
-- (BOOL)isHostHalfValid:(NSError**)error;
-@end
-
 namespace hlv::objc {
 
-/// Asks the request's base class.
+/// What the Objective-C request is made of, once the core hands it out.
 class RequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
  public:
-  enum class Keeps { nothing, request };
+  RequestBody(std::shared_ptr<HLVSDKPaymentInstrument> instrument,
+              std::shared_ptr<HLVSDKPaymentBillingAddress> address);
 
-  /// Either keeps the request alive, or is told when it goes.
-  RequestBody(::HLVSDKAddPaylevenCreditCardRequestInfo* request, Keeps keeps);
-  ~RequestBody() override;
-
-  void setProvider(std::int64_t provider) override;
+  /// The object marks itself.
+  void setProvider(std::int64_t) override {}
   Dictionary JSONRepresentation() const override;
   bool isValid(ErrorPtr* error) const override;
 
-  /// The request, which from now on keeps this and not the other way round. Lives as long as its
-  /// pool.
-  ::HLVSDKAddPaylevenCreditCardRequestInfo* letGoOfRequest();
-  void requestIsGone() { request_ = nil; }
+  /// A new request; nil when the host base makes no object. Lives as long as its pool.
+  ::HLVSDKAddPaylevenCreditCardRequestInfo* requestWithToken(const NullableString& token) const;
 
  private:
-  ::HLVSDKAddPaylevenCreditCardRequestInfo* request_;
-  Keeps keeps_;
+  const std::shared_ptr<HLVSDKPaymentInstrument> instrument_;
+  const std::shared_ptr<HLVSDKPaymentBillingAddress> address_;
 };
 
 /// The request as the host's backend client gets it. Lives as long as its pool.

@@ -1,51 +1,43 @@
 #include "ObjC/Host/RequestBody.h"
 
-#include "ObjC/Binding/Errors.h"
+#include <utility>
+
+#include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Values.h"
+#include "ObjC/Host/Records.h"
 
 namespace hlv::objc {
 
-RequestBody::RequestBody(::HLVSDKAddPaylevenCreditCardRequestInfo* request, Keeps keeps)
-    : request_(request), keeps_(keeps) {
-  if (keeps_ == Keeps::request) [request_ retain];
-}
-
-RequestBody::~RequestBody() {
-  if (keeps_ == Keeps::request) [request_ release];
-}
-
-void RequestBody::setProvider(std::int64_t provider) {
-  [request_ setProvider:static_cast<NSInteger>(provider)];
-}
+RequestBody::RequestBody(std::shared_ptr<HLVSDKPaymentInstrument> instrument,
+                         std::shared_ptr<HLVSDKPaymentBillingAddress> address)
+    : instrument_(std::move(instrument)), address_(std::move(address)) {}
 
 Dictionary RequestBody::JSONRepresentation() const {
-  return fromNSDictionary([request_ hostJSONRepresentation]);
+  return fromNSDictionary([requestWithToken(std::nullopt) JSONRepresentation]);
 }
 
 bool RequestBody::isValid(ErrorPtr* error) const {
   NSError* reason = nil;
-  const bool valid = [request_ isHostHalfValid:error ? &reason : nullptr];
+  const bool valid = [requestWithToken(std::nullopt) isValid:&reason];
   if (error && reason) *error = fromNSError(reason);
   return valid;
 }
 
-::HLVSDKAddPaylevenCreditCardRequestInfo* RequestBody::letGoOfRequest() {
-  if (keeps_ == Keeps::request) {
-    keeps_ = Keeps::nothing;
-    return [request_ autorelease];
-  }
-  return [[request_ retain] autorelease];
+::HLVSDKAddPaylevenCreditCardRequestInfo* RequestBody::requestWithToken(
+    const NullableString& token) const {
+  return [[[::HLVSDKAddPaylevenCreditCardRequestInfo alloc]
+      initWithPaymentInstrument:original(instrument_)
+                 billingAddress:original(address_)
+                  paylevenToken:toNSString(token)] autorelease];
 }
 
 ::HLVSDKAddCreditCardRequestInfo* handOut(
     const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
-  auto kitRequest = std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(request);
+  const auto kitRequest =
+      std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(request);
   if (!kitRequest) return nil;
-  auto* body = dynamic_cast<RequestBody*>(kitRequest->body().get());
-  if (!body) return nil;
-  ::HLVSDKAddPaylevenCreditCardRequestInfo* object = body->letGoOfRequest();
-  [object setCoreRequest:std::move(kitRequest)];
-  return object;
+  const auto* body = dynamic_cast<const RequestBody*>(kitRequest->body().get());
+  return body ? body->requestWithToken(kitRequest->paylevenToken()) : nil;
 }
 
 }  // namespace hlv::objc

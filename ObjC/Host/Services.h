@@ -3,9 +3,9 @@
 // Threading: as the services.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/HalvoAuthenticationDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Authentication/HLVSession.h"

@@ -2,14 +2,15 @@
 
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
+#include "ObjC/Host/HostMessages.h"
 
 namespace hlv::objc {
 
 ErrorPtr ErrorFacade::errorWithCode(std::int64_t code, const NullableString& domain,
                                     const NullableString& message) {
-  return fromNSError([object() errorWithCode:static_cast<NSInteger>(code)
-                                      domain:toNSString(domain)
-                                     message:toNSString(message)]);
+  return fromNSError([toHost(object()) errorWithCode:static_cast<NSInteger>(code)
+                                              domain:toNSString(domain)
+                                             message:toNSString(message)]);
 }
 
 ErrorPtr ErrorFacade::invalidArgumentErrorWithName(const NullableString& name,

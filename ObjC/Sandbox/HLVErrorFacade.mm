@@ -1,5 +1,5 @@
 // The sandbox's maker of errors, as an Objective-C app calls it.
-#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 #include "ObjC/Binding/Errors.h"

@@ -1,5 +1,5 @@
 // The sandbox's backend, as an Objective-C app calls it.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"

@@ -1,5 +1,5 @@
 // Assertions, which the sandbox tells in its journal.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/Sandbox/OpenSandbox.h"

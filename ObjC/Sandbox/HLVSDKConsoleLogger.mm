@@ -1,5 +1,5 @@
 // The sandbox's console logger, as an Objective-C app writes to it.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "ObjC/Sandbox/LogLineWriter.h"
 #include "ObjC/Sandbox/OpenSandbox.h"

@@ -1,5 +1,5 @@
 // The sandbox's network, as an Objective-C app sees it.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "ObjC/Sandbox/OpenSandbox.h"

@@ -2,7 +2,7 @@
 // against without a phone, an account or a network.
 //
 // Threading: any thread. Services answer on threads of the sandbox's own.
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -45,8 +45,8 @@ NS_ASSUME_NONNULL_BEGIN
 
 // How an app says which kits the host is to run.
 
-+ (id<HLVSDKKitEntry>)entryWithKit:(Class)kit configuration:(nullable id)configuration;
-+ (HLVSDKConfiguration*)configurationWithEntries:(NSArray<id<HLVSDKKitEntry>>*)entries;
++ (id)entryWithKit:(Class)kit configuration:(nullable id)configuration;
++ (HLVSDKConfiguration*)configurationWithEntries:(NSArray*)entries;
 
 // What a tester does.
 

@@ -120,11 +120,11 @@ NSString* sentence(const std::string& problem) {
       autorelease];
 }
 
-+ (id<HLVSDKKitEntry>)entryWithKit:(Class)kit configuration:(id)configuration {
++ (id)entryWithKit:(Class)kit configuration:(id)configuration {
   return [[[SandboxKitEntry alloc] initWithKit:kit configuration:configuration] autorelease];
 }
 
-+ (HLVSDKConfiguration*)configurationWithEntries:(NSArray<id<HLVSDKKitEntry>>*)entries {
++ (HLVSDKConfiguration*)configurationWithEntries:(NSArray*)entries {
   return [[[SandboxConfiguration alloc] initWithKits:entries] autorelease];
 }
 

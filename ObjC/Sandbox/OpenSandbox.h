@@ -1,7 +1,7 @@
 // The store that plays the host in this process.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include <map>
 #include <memory>

@@ -1,5 +1,5 @@
 // The sandbox's payment provider, as an Objective-C app calls it.
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "ObjC/Sandbox/Answer.h"

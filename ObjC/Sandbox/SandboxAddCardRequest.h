@@ -3,7 +3,7 @@
 // Threading: one thread at a time.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKPaymentKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaymentKitDeclarations.h>
 
 #include <memory>
 

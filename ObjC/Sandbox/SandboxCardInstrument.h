@@ -3,7 +3,7 @@
 // Threading: immutable; any.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/PaylevenFrameworkDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
 #include "ObjC/Sandbox/SandboxObject.h"

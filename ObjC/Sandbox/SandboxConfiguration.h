@@ -3,11 +3,11 @@
 // Threading: immutable; any.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 @interface SandboxConfiguration : HLVSDKConfiguration {
  @private
-  NSArray<id<HLVSDKKitEntry>>* _kits;
+  NSArray* _kits;
 }
-- (instancetype)initWithKits:(NSArray<id<HLVSDKKitEntry>>*)kits;
+- (instancetype)initWithKits:(NSArray*)kits;
 @end

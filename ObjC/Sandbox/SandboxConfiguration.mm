@@ -2,7 +2,7 @@
 
 @implementation HLVSDKConfiguration
 
-- (NSArray<id<HLVSDKKitEntry>>*)kits {
+- (NSArray*)kits {
   return nil;
 }
 
@@ -10,7 +10,7 @@
 
 @implementation SandboxConfiguration
 
-- (instancetype)initWithKits:(NSArray<id<HLVSDKKitEntry>>*)kits {
+- (instancetype)initWithKits:(NSArray*)kits {
   if ((self = [super init])) _kits = [kits copy];
   return self;
 }
@@ -20,7 +20,7 @@
   [super dealloc];
 }
 
-- (NSArray<id<HLVSDKKitEntry>>*)kits {
+- (NSArray*)kits {
   return _kits;
 }
 

@@ -1,7 +1,7 @@
 #include "ObjC/Sandbox/SandboxConstants.h"
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include <vector>
 

@@ -3,7 +3,7 @@
 // Threading: immutable; any.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "ObjC/Sandbox/SandboxObject.h"

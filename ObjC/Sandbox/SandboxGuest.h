@@ -3,7 +3,7 @@
 // Threading: any.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "ObjC/Sandbox/SandboxObject.h"

@@ -3,12 +3,14 @@
 // Threading: immutable; any.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
-@interface SandboxKitEntry : NSObject <HLVSDKKitEntry> {
+@interface SandboxKitEntry : NSObject {
  @private
   Class _kit;
   id _configuration;
 }
 - (instancetype)initWithKit:(Class)kit configuration:(id)configuration;
+- (Class)kit;
+- (id)configuration;
 @end

@@ -3,7 +3,7 @@
 // Threading: any.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HalvoAuthenticationDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
 
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "ObjC/Sandbox/SandboxObject.h"

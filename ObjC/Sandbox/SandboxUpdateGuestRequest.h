@@ -3,7 +3,7 @@
 // Threading: one thread at a time.
 #pragma once
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "ObjC/Sandbox/SandboxObject.h"

@@ -44,8 +44,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
 
   /// `-isConnectionAvailable`, `-setConnectionAvaiable:`. Whether the network was last seen
   /// reachable. Any thread.
-  bool isConnectionAvailable() const;
-  void setConnectionAvaiable(bool available);
+  virtual bool isConnectionAvailable() const;
+  virtual void setConnectionAvaiable(bool available);
   /// `-paymentClient`, `-setPaymentClient:`
   std::shared_ptr<PLVInAppClient> paymentClient() const;
   void setPaymentClient(std::shared_ptr<PLVInAppClient> client);
@@ -86,16 +86,16 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// while an error and a missing token are reported. When it goes away before the card is
   /// confirmed, a confirmed card is marked and never completes, while an error and a card that
   /// nothing matches are reported. Once the requests to the backend have left, it completes.
-  void addFirstPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                                 const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                                 const std::shared_ptr<HLVSDKGuest>& guest,
-                                 HLVSDKGuestCardCompletion completion);
+  virtual void addFirstPaymentInstrument(
+      const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+      const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKGuestCardCompletion completion);
 
   /// `-addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:`. The provider's half of
   /// `addFirstPaymentInstrument`.
-  void addFirstPaymentInstrumentToPayleven(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                                           const NullableString& email,
-                                           HLVSDKPaylevenInstrumentCompletion completion);
+  virtual void addFirstPaymentInstrumentToPayleven(
+      const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& email,
+      HLVSDKPaylevenInstrumentCompletion completion);
 
   /// `-addNewPaymentInstrument:billingAddress:forGuest:completion:`. Adds the card under the
   /// guest's token, confirms it and registers it. Reports the backend's guest and card. Errors: the
@@ -107,16 +107,16 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// while an error is reported. When it goes away before the card is confirmed, a confirmed card
   /// is marked and never completes, while an error and a card that nothing matches are reported.
   /// Once the request to the backend has left, it completes.
-  void addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                               const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                               const std::shared_ptr<HLVSDKGuest>& guest,
-                               HLVSDKGuestCardCompletion completion);
+  virtual void addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+                                       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                                       const std::shared_ptr<HLVSDKGuest>& guest,
+                                       HLVSDKGuestCardCompletion completion);
 
   /// `-addNewPaymentInstrumentToPayleven:withPaylevenToken:completion:`. The provider's half of
   /// `addNewPaymentInstrument`.
-  void addNewPaymentInstrumentToPayleven(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                                         const NullableString& token,
-                                         HLVSDKPaylevenInstrumentCompletion completion);
+  virtual void addNewPaymentInstrumentToPayleven(
+      const std::shared_ptr<HLVSDKPaymentInstrument>& card, const NullableString& token,
+      HLVSDKPaylevenInstrumentCompletion completion);
 
   /// `-processAddedPaymentInstrument:paylevenToken:completion:`. Finds the instrument that the
   /// provider has just stored for a card. Card and token are required. Reports the token and the
@@ -124,9 +124,9 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// arguments "paymentInstrument" and "paylevenToken", the wrapped provider error, and
   /// `HLVPaymentErrorDomain` code 5 for an instrument that cannot be used. Goes on without the
   /// manager.
-  void processAddedPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                                     const NullableString& paylevenToken,
-                                     HLVSDKPaylevenInstrumentCompletion completion);
+  virtual void processAddedPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+                                             const NullableString& paylevenToken,
+                                             HLVSDKPaylevenInstrumentCompletion completion);
 
   /// `-deletePaymentInstrumentWithID:useCase:fromGuest:completion:`. Deletes a card at the backend
   /// and then its instrument at the provider. Required: a guest with a provider user token, the
@@ -148,9 +148,17 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
                                const std::shared_ptr<HLVSDKGuest>& guest,
                                HLVSDKGuestCardCompletion completion) override;
 
- private:
+ protected:
+  // For a director, which sends the virtual members to another object and calls those of this class
+  // by their qualified names. It constructs, and then begins, once.
   HLVSDKPaylevenPaymentInstrumentManager() = default;
+  /// The initialiser's steps: stores the services and observes reachability.
+  void begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
+             std::shared_ptr<PLVInAppClient> paylevenClient,
+             std::shared_ptr<HLVSDKReachability> reachability);
+  virtual void observeReachability();
 
+ private:
   void refreshConnection();
   /// Reports the token that there is and the wrapped error; wraps it at delivery time.
   static void deliverProviderError(HLVSDKPaylevenInstrumentCompletion completion,

@@ -89,15 +89,17 @@ struct Synchronizer::Run {
 
 std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
     std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient) {
-  return std::shared_ptr<Synchronizer>(
-      new Synchronizer(std::move(apiManager), std::move(paylevenClient)));
+  std::shared_ptr<Synchronizer> synchronizer(new Synchronizer);
+  synchronizer->begin(std::move(apiManager), std::move(paylevenClient));
+  return synchronizer;
 }
 
-Synchronizer::HLVSDKPaylevenPaymentInstrumentsSynchronizer(
-    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient)
-    : apiManager_(std::move(apiManager)),
-      paylevenClient_(std::move(paylevenClient)),
-      synchronizationQueue_(Platform::current()->makeSerialQueue(creationLabel)) {}
+void Synchronizer::begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
+                         std::shared_ptr<PLVInAppClient> paylevenClient) {
+  setApiManager(std::move(apiManager));
+  setPaylevenClient(std::move(paylevenClient));
+  setSynchronizationQueue(Platform::current()->makeSerialQueue(creationLabel));
+}
 
 std::shared_ptr<HLVSDKAPIManager> Synchronizer::apiManager() const { return apiManager_; }
 

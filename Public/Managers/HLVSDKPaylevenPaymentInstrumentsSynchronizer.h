@@ -48,8 +48,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   ///
   /// Kept for compatibility: only a synchronisation that found instruments clears it; one that
   /// failed or found none leaves it set, and whoever wants another must clear it here.
-  bool isSynchronizing() const;
-  void setSynchronizing(bool synchronizing);
+  virtual bool isSynchronizing() const;
+  virtual void setSynchronizing(bool synchronizing);
 
   /// `-synchronizePaymentInstrumentsForGuest:`. As below, telling nobody.
   void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override;
@@ -77,13 +77,16 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   /// `-fetchAllPaylevenPaymentInstrumentsForGuest:completion:`. Lists the private, business and
   /// default instruments at the same time. Reports the pairs in the order of the answers, or the
   /// last wrapped provider error; on the main thread.
-  void fetchAllPaylevenPaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
-                                                  HLVSDKPLVPaymentInstrumentsCompletion completion);
+  virtual void fetchAllPaylevenPaymentInstrumentsForGuest(
+      const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKPLVPaymentInstrumentsCompletion completion);
 
  protected:
-  /// What `initWithAPIManager` does. A subclass too is held by a shared pointer.
-  HLVSDKPaylevenPaymentInstrumentsSynchronizer(std::shared_ptr<HLVSDKAPIManager> apiManager,
-                                               std::shared_ptr<PLVInAppClient> paylevenClient);
+  // For a director, which sends the virtual members to another object and calls those of this class
+  // by their qualified names. It constructs, and then begins, once.
+  HLVSDKPaylevenPaymentInstrumentsSynchronizer() = default;
+  /// The initialiser's steps: stores the services and creates the queue.
+  void begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
+             std::shared_ptr<PLVInAppClient> paylevenClient);
 
  private:
   struct Run;

@@ -5,6 +5,27 @@
 @interface TestSubkit : HLVSDKPayleven
 @end
 @implementation TestSubkit
+- (void)setUpPaymentManager {
+  hlv::testing::TestHost::shared().trace.push_back("setUpPaymentManager");
+}
+- (void)synchronizePaymentInstruments {
+  hlv::testing::TestHost::shared().trace.push_back("synchronizePaymentInstruments");
+}
+@end
+
+/// The kit's synchroniser, watched.
+@interface TestWatchedSynchronizer : HLVSDKPaylevenPaymentInstrumentsSynchronizer
+@end
+@implementation TestWatchedSynchronizer
+- (void)setSynchronizing:(BOOL)synchronizing {
+  hlv::testing::TestHost::shared().trace.push_back(synchronizing ? "begins" : "ends");
+  [super setSynchronizing:synchronizing];
+}
+- (void)fetchAllPaylevenPaymentInstrumentsForGuest:(HLVSDKGuest*)guest
+                                        completion:(void (^)(NSArray<HLVSDKPLVPaymentInstrument*>*,
+                                                             NSError*))completion {
+  completion(nil, nil);
+}
 @end
 
 /// An app's own synchroniser.
@@ -20,7 +41,7 @@
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest
                                    completion:(void (^)(BOOL, NSError*))completion {
   heard = guest;
-  completion(YES, nil);
+  if (completion) completion(YES, nil);
 }
 @end
 
@@ -117,6 +138,8 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
               {@"authorization", @{@"authorized" : @(NO)}, false},
               {@"authorization", nil, false},
               {@"reachability", @{@"state" : @2, @"before" : @1}, true},
+              {@"reachability", @{@"state" : [NSDecimalNumber one], @"before" : @2.0f}, true},
+              {@"reachability", @{@"state" : @(UINT64_MAX - 255), @"before" : @1}, false},
               {@"reachability", @{@"state" : @0, @"before" : @1}, false},
               {@"reachability", @{@"state" : @1, @"before" : @257}, false}};
   for (const auto& row : rows) {
@@ -132,6 +155,39 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
       postNotificationName:@"UIApplicationWillEnterForegroundNotification"
                     object:nil];
   EXPECT_EQ(own->heard, guest) << "the pool still holds the instance";
+}
+
+TEST_F(EnablingTest, WhatTheFacadeDoesByItselfIsAMessage) {
+  TestSubkit* const kit = [[[TestSubkit alloc] initWithConfiguration:nil
+                                            paylevenKitConfiguration:nil] autorelease];
+  EXPECT_EQ(host.takeTrace(), "setUpPaymentManager");
+  [[NSNotificationCenter defaultCenter]
+      postNotificationName:@"UIApplicationWillEnterForegroundNotification"
+                    object:nil];
+  EXPECT_EQ(host.takeTrace(), "synchronizePaymentInstruments");
+  EXPECT_EQ([kit paymentInstrumentManager], nil);
+}
+
+TEST_F(EnablingTest, AnObjectThatIsNotSetUpDoesNothing) {
+  [[HLVSDKPayleven alloc] release];
+  HLVSDKPayleven* const idle = [[HLVSDKPayleven new] autorelease];
+  [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"];
+  [[NSNotificationCenter defaultCenter]
+      postNotificationName:@"UIApplicationWillEnterForegroundNotification"
+                    object:nil];
+  EXPECT_EQ([idle currentGuest], nil);
+  // Stand-ins: an object that nobody initialised, and one of another class.
+  for (id standIn in @[ [[HLVSDKPayleven alloc] autorelease], @"a mock" ]) {
+    [HLVSDKPayleven setSharedInstance:standIn];
+    EXPECT_EQ([HLVSDKPayleven sharedInstance], standIn);
+  }
+  [HLVSDKPayleven setSharedInstance:[[HLVSDKPayleven alloc] autorelease]];
+  EXPECT_EQ([HLVSDKPaymentManager sharedManager], nil);
+  HLVSDKAddPaylevenCreditCardRequestInfo* const empty =
+      [[HLVSDKAddPaylevenCreditCardRequestInfo new] autorelease];
+  [empty setPaylevenToken:@"tok"];
+  EXPECT_TRUE([[empty paylevenToken] isEqual:@"tok"]);
+  EXPECT_EQ(host.takeTrace(), "");
 }
 
 class SynchronizerTest : public ObjCTest {
@@ -187,6 +243,17 @@ TEST_F(SynchronizerTest, AFailureComesWithTheBackendsErrorAndLeavesTheFlagSet) {
   EXPECT_EQ(host.takeTrace(),
             "assert parameter guest: Can not synchronize payment instruments for guest if guest is "
             "nil");
+}
+
+TEST_F(SynchronizerTest, ItsStepsAreMessages) {
+  TestWatchedSynchronizer* const own = [[[TestWatchedSynchronizer alloc]
+      initWithAPIManager:[HLVSDKAPIManager manager]
+          paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
+  [own synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
+  EXPECT_NE(host.takeTrace().find("begins\nbackend cards"), std::string::npos);
+  host.cardFetches.answer((NSArray*)@[], (NSError*)nil);
+  runMainLoopUntil([&] { return heard.count == 1; });
+  EXPECT_TRUE(heard.success) << "a list of its own, without instruments";
 }
 
 TEST_F(SynchronizerTest, PairsQueuesAndServicesAreTheAppsOwn) {
@@ -274,6 +341,8 @@ TEST_F(RequestTest, ExtendsTheHostsBodyAndLeavesTheRestAsItIs) {
   EXPECT_TRUE([[made JSONRepresentation] isEqual:sent]);
   [made setPaylevenToken:nil];
   EXPECT_TRUE([[made JSONRepresentation] isEqual:host.requestBody]);
+  [host.requestBody release], host.requestBody = nil;
+  EXPECT_EQ([made JSONRepresentation], nil);
 }
 
 TEST_F(RequestTest, AsksTheHostFirst) {

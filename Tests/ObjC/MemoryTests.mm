@@ -2,6 +2,19 @@
 // find; these tests make the situations.
 #include "Tests/ObjC/ObjCTest.h"
 
+/// A monitor that releases an object while it is asked.
+@interface TestLeavingMonitor : NSObject {
+ @public
+  id leaving;
+}
+@end
+@implementation TestLeavingMonitor
+- (NSInteger)currentState {
+  [leaving release];
+  return 1;
+}
+@end
+
 namespace hlv::testing {
 namespace {
 
@@ -102,6 +115,19 @@ TEST_F(MemoryTest, AManagerThatIsReleasedHearsNoNotificationAndLosesItsSuccesses
   host.takeTrace();
   host.tokens.answer(@"tok", (NSError*)nil);
   EXPECT_EQ(host.takeTrace(), "") << "nobody is left to confirm the card";
+  EXPECT_EQ(heard.count, 0);
+}
+
+TEST_F(MemoryTest, AManagerMayGoInTheMiddleOfItsOwnCall) {
+  TestLeavingMonitor* const monitor = [[TestLeavingMonitor new] autorelease];
+  auto* const manager = [[HLVSDKPaylevenPaymentInstrumentManager alloc]
+      initWithAPIManager:[HLVSDKAPIManager manager]
+          paylevenClient:[PLVInAppClient sharedInstance]
+            reachability:(HLVSDKReachability*)monitor];
+  monitor->leaving = manager;
+  [manager addPaymentInstrument:card billingAddress:nil forGuest:guest completion:guestCardHeard()];
+  EXPECT_EQ(host.takeTrace(), "provider token for guest@example.com, default");
+  host.tokens.answer(@"tok", (NSError*)nil);
   EXPECT_EQ(heard.count, 0);
 }
 

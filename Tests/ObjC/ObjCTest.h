@@ -44,7 +44,7 @@ class ObjCTest : public ::testing::Test {
     return block;
   }
 
-  /// Runs `work` on another thread, with a pool of its own, and waits for it.
+  /// Runs `work` on another thread, which has no pool, and waits for it.
   static void onAnotherThread(const std::function<void()>& work);
   /// Runs the main thread's loop until `done`.
   static void runMainLoopUntil(const std::function<bool()>& done);

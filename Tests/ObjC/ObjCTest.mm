@@ -78,9 +78,7 @@ void (^ObjCTest::successHeard())(BOOL, NSError*) {
 void ObjCTest::onAnotherThread(const std::function<void()>& work) {
   std::thread([&] {
     GSRegisterCurrentThread();
-    @autoreleasepool {
-      work();
-    }
+    work();
     GSUnregisterCurrentThread();
   }).join();
 }

@@ -1,5 +1,75 @@
 // Every operation through its selectors: what is called, what comes back, and on which thread.
+#include "ObjC/Foundation/AnyString.h"
 #include "Tests/ObjC/ObjCTest.h"
+
+/// An app's own manager, which writes down what it is sent.
+@interface TestManager : HLVSDKPaylevenPaymentInstrumentManager
+@end
+@implementation TestManager
+- (void)noteStep:(SEL)step {
+  hlv::testing::TestHost::shared().trace.push_back([NSStringFromSelector(step) UTF8String]);
+}
+- (BOOL)isConnectionAvailable {
+  [self noteStep:_cmd];
+  return [super isConnectionAvailable];
+}
+#define STEP(declaration, call) \
+  -declaration {                \
+    [self noteStep:_cmd];       \
+    [super call];               \
+  }
+STEP((void)setConnectionAvaiable : (BOOL)available, setConnectionAvaiable : available)
+STEP((void)handleReachabilityChangedNotification
+     : (NSNotification*)notification, handleReachabilityChangedNotification
+     : notification)
+STEP((void)addFirstPaymentInstrument
+     : (HLVSDKPaymentInstrument*)card billingAddress
+     : (HLVSDKPaymentBillingAddress*)address forGuest
+     : (HLVSDKGuest*)guest completion
+     : (hlv::testing::GuestCardBlock)completion, addFirstPaymentInstrument
+     : card billingAddress
+     : address forGuest
+     : guest completion
+     : completion)
+STEP((void)addNewPaymentInstrument
+     : (HLVSDKPaymentInstrument*)card billingAddress
+     : (HLVSDKPaymentBillingAddress*)address forGuest
+     : (HLVSDKGuest*)guest completion
+     : (hlv::testing::GuestCardBlock)completion, addNewPaymentInstrument
+     : card billingAddress
+     : address forGuest
+     : guest completion
+     : completion)
+STEP((void)addFirstPaymentInstrumentToPayleven
+     : (HLVSDKPaymentInstrument*)card forGuestEmail
+     : (NSString*)email completion
+     : (hlv::testing::InstrumentBlock)completion, addFirstPaymentInstrumentToPayleven
+     : card forGuestEmail
+     : email completion
+     : completion)
+STEP((void)addNewPaymentInstrumentToPayleven
+     : (HLVSDKPaymentInstrument*)card withPaylevenToken
+     : (NSString*)token completion
+     : (hlv::testing::InstrumentBlock)completion, addNewPaymentInstrumentToPayleven
+     : card withPaylevenToken
+     : token completion
+     : completion)
+STEP((void)processAddedPaymentInstrument
+     : (HLVSDKPaymentInstrument*)card paylevenToken
+     : (NSString*)token completion
+     : (hlv::testing::InstrumentBlock)completion, processAddedPaymentInstrument
+     : card paylevenToken
+     : token completion
+     : completion)
+#undef STEP
+- (void)observeValueForKeyPath:(NSString*)path
+                      ofObject:(id)object
+                        change:(NSDictionary*)change
+                       context:(void*)context {
+  hlv::testing::TestHost::shared().trace.push_back(
+      [[NSString stringWithFormat:@"%@ is %@", path, [object valueForKey:path]] UTF8String]);
+}
+@end
 
 namespace hlv::testing {
 namespace {
@@ -37,7 +107,8 @@ TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects
   EXPECT_EQ(host.takeTrace(), "provider token for guest@example.com, default");
   onAnotherThread([&] { host.tokens.answer(@"tok", (NSError*)nil); });
   EXPECT_EQ(host.takeTrace(), "provider list under tok, default");
-  onAnotherThread([&] { host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil); });
+  NSArray* const found = @[ instrument ];
+  onAnotherThread([&] { host.lists.answer(found, (NSError*)nil); });
   runMainLoopUntil([&] { return host.cardAdds.size() == 1; });
   EXPECT_EQ(host.takeTrace(),
             "card is plv-1\nbackend token tok\nbackend add for guest@example.com");
@@ -89,7 +160,11 @@ TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
   EXPECT_EQ([heard.error code], 1);
   NSError* const invalid = makeError(@"invalid card");
   [fieldsOf(card) setObject:invalid forKey:@"error"];
-  onAnotherThread([&] { add(); });
+  onAnotherThread([&] {
+    @autoreleasepool {
+      add();
+    }
+  });
   EXPECT_EQ(heard.count, 1);
   runMainLoopUntil([&] { return heard.count == 2; });
   EXPECT_TRUE(heard.onMainThread);
@@ -172,6 +247,13 @@ TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {
   onAnotherThread([&] { host.cardUpdates.answer(guest, storedCard, (NSError*)nil); });
   EXPECT_EQ(heard.count, 1) << "on the backend's thread";
   EXPECT_FALSE(heard.onMainThread);
+  [(NSMutableArray*)HLVSDKCreditCardBusinessAddressJSONKeyes replaceObjectAtIndex:0
+                                                                       withObject:@"street"];
+  [door updatePaymentInstrument:@"card-1" billingAddress:address forGuest:nil completion:nil];
+  [(NSMutableArray*)HLVSDKCreditCardBusinessAddressJSONKeyes replaceObjectAtIndex:0
+                                                                       withObject:@"k0"];
+  EXPECT_TRUE([[host.address objectForKey:@"street"] isEqual:@"Street 1"]) << "the host's key now";
+  host.cardUpdates.drop();
   [door updatePaymentInstrument:@"card-1" billingAddress:nil forGuest:nil completion:nil];
   EXPECT_EQ((const void*)host.cardUpdates.oldest(), nullptr);
   EXPECT_EQ([host.address count], 0u);
@@ -190,9 +272,11 @@ TEST_F(OperationsTest, NilCompletionsAreSkippedAndTheWorkIsDone) {
 TEST_F(OperationsTest, TheStepsOfAnAddCanBeTakenOneByOne) {
   __block NSString* token = nil;
   __block id found = nil;
+  NSMutableArray* const keep = kept;
   const auto completion =
       copied(^(NSString* paylevenToken, PLVCreditCardPaymentInstrument* confirmed, NSError*) {
-        token = [[paylevenToken retain] autorelease];
+        token = paylevenToken;
+        [keep addObject:token];
         found = confirmed;
       });
   [manager() addFirstPaymentInstrumentToPayleven:card forGuestEmail:@"a@b.c" completion:completion];
@@ -211,6 +295,48 @@ TEST_F(OperationsTest, TheStepsOfAnAddCanBeTakenOneByOne) {
             std::string::npos);
 }
 
+TEST_F(OperationsTest, EveryStepIsAMessageAndTheFlagIsObserved) {
+  TestManager* const own = [[[TestManager alloc] initWithAPIManager:[HLVSDKAPIManager manager]
+                                                     paylevenClient:[PLVInAppClient sharedInstance]
+                                                       reachability:nil] autorelease];
+  [[HLVSDKPayleven sharedInstance] setPaymentInstrumentManager:own];
+  [own setReachability:[HLVSDKReachability sharedReachability]];
+  TestManager* const observer = [[TestManager new] autorelease];
+  host.takeTrace();
+  [own addObserver:observer forKeyPath:@"connectionAvaiable" options:0 context:nullptr];
+  add();
+  EXPECT_EQ(host.takeTrace(),
+            "setConnectionAvaiable:\nconnectionAvaiable is 1\nisConnectionAvailable\n"
+            "addFirstPaymentInstrument:billingAddress:forGuest:completion:\n"
+            "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:\n"
+            "provider token for guest@example.com, default");
+  [own removeObserver:observer forKeyPath:@"connectionAvaiable"];
+  onAnotherThread([&] { host.tokens.answer(@"tok", (NSError*)nil); });
+  EXPECT_EQ(host.takeTrace(), "processAddedPaymentInstrument:paylevenToken:completion:\n"
+                              "provider list under tok, default");
+  giveToken();
+  add();
+  EXPECT_EQ(host.takeTrace(), "setConnectionAvaiable:\nisConnectionAvailable\n"
+                              "addNewPaymentInstrument:billingAddress:forGuest:completion:\n"
+                              "addNewPaymentInstrumentToPayleven:withPaylevenToken:completion:\n"
+                              "provider add under tok, default");
+  [[NSNotificationCenter defaultCenter] postNotificationName:@"reachability" object:nil];
+  EXPECT_EQ([[own valueForKey:@"connectionAvaiable"] boolValue], NO);
+}
+
+TEST_F(OperationsTest, TextsCrossAsTheyAre) {
+  // A mark of byte order, half a pair at the end of a part, a whole pair, a zero, half a pair.
+  std::u16string units(127, u'e');
+  units[0] = 0xFEFF;
+  units += {0xD83D, u'x', 0xD83D, 0xDE00, 0, 0xE9, 0x20AC, 0xDE00, 0xD83D};
+  NSString* const token = [objc::newStringOfUnits(units) autorelease];
+  [fieldsOf(guest) setObject:token forKey:@"paylevenToken"];
+  add();
+  EXPECT_TRUE([host.lastToken isEqual:token]);
+  host.adds.answer(makeError(token));
+  EXPECT_EQ(heard.count, 1);
+}
+
 TEST_F(OperationsTest, AnAddressIsCheckedFieldByField) {
   NSError* error = nil;
   EXPECT_TRUE([manager() validateBillingAddress:address error:&error]);
@@ -221,7 +347,6 @@ TEST_F(OperationsTest, AnAddressIsCheckedFieldByField) {
   NSError* const before = error;
   EXPECT_FALSE([manager() validateBillingAddress:address error:&error]);
   EXPECT_EQ(error, before);
-  EXPECT_FALSE([manager() validateBillingAddress:nil error:nullptr]);
 }
 
 TEST_F(OperationsTest, AManagersServicesAreTheAppsOwnAndMayBeReplaced) {

@@ -65,6 +65,8 @@ TEST(RunTimeTableTest, TheRuntimeKnowsEveryClassProtocolAndSelector) {
       EXPECT_EQ(NSStringFromClass([owner superclass]).UTF8String, type) << line;
     } else if (kind == "adopts") {
       EXPECT_TRUE([owner conformsToProtocol:objc_getProtocol(name.c_str())]) << line;
+    } else if (kind == "variable") {
+      EXPECT_TRUE(class_getInstanceVariable(owner, name.c_str())) << line;
     } else {
       const bool isClassMethod = kind == "+";
       const SEL selector = sel_registerName(name.c_str());

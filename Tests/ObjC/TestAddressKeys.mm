@@ -10,6 +10,6 @@ NSArray* HLVSDKCreditCardBusinessAddressJSONKeyes = nil;
 @implementation TestAddressKeys
 + (void)load {
   NSString* const keys[] = {@"k0", @"k1", @"k2", @"k3", @"k4"};
-  HLVSDKCreditCardBusinessAddressJSONKeyes = [[NSArray alloc] initWithObjects:keys count:5];
+  HLVSDKCreditCardBusinessAddressJSONKeyes = [[NSMutableArray alloc] initWithObjects:keys count:5];
 }
 @end

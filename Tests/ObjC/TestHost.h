@@ -5,8 +5,8 @@
 #pragma once
 
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
-#import <HLVSDKPaylevenKit/Host/HalvoAuthenticationDeclarations.h>
-#import <HLVSDKPaylevenKit/Host/HalvoErrorsDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include <Block.h>
 
@@ -22,6 +22,7 @@ using CardsBlock = void (^)(NSArray<HLVSDKCreditCard*>*, NSError*);
 using InstrumentsBlock = void (^)(NSArray<PLVCreditCardPaymentInstrument*>*, NSError*);
 using TokenBlock = void (^)(NSString*, NSError*);
 using ErrorBlock = void (^)(NSError*);
+using InstrumentBlock = void (^)(NSString*, PLVCreditCardPaymentInstrument*, NSError*);
 
 /// Callbacks that wait, oldest first.
 template <class Block>
@@ -67,6 +68,8 @@ struct TestHost {
   /// The last add-card request.
   HLVSDKAddCreditCardRequestInfo* request = nil;
   NSDictionary* address = nil;
+  /// The token of the last further card.
+  NSString* lastToken = nil;
   /// What the host's own add-card request writes and finds wrong.
   NSDictionary* requestBody = nil;
   NSError* requestError = nil;
@@ -107,10 +110,12 @@ NSError* makeError(NSString* description);
 }  // namespace hlv::testing
 
 /// A kit entry of the host configuration.
-@interface TestKitEntry : NSObject <HLVSDKKitEntry> {
+@interface TestKitEntry : NSObject {
  @private
   Class _kit;
   id _configuration;
 }
 + (instancetype)entryWithKit:(Class)kit configuration:(id)configuration;
+- (Class)kit;
+- (id)configuration;
 @end

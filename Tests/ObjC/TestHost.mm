@@ -4,6 +4,8 @@
 #include <mutex>
 #include <sstream>
 
+#include "ObjC/Binding/Strings.h"
+
 namespace hlv::testing {
 namespace {
 
@@ -32,7 +34,7 @@ void note(NSString* format, ...) {
   va_start(arguments, format);
   NSString* line = [[[NSString alloc] initWithFormat:format arguments:arguments] autorelease];
   va_end(arguments);
-  TestHost::shared().trace.push_back([line UTF8String]);
+  TestHost::shared().trace.push_back(objc::fromNSString(line).value_or(""));
 }
 
 void noteLog(const char* logger, NSInteger level, const char* function, NSString* format,
@@ -77,6 +79,7 @@ void TestHost::reset() {
   [currentGuest release], currentGuest = nil;
   [request release], request = nil;
   [address release], address = nil;
+  [lastToken release], lastToken = nil;
   [requestBody release], requestBody = nil;
   [requestError release], requestError = nil;
   network = 1;
@@ -377,6 +380,8 @@ RECORD FIELD(identifier) FIELD(pan) FIELD(cardBrand) FIELD(expiryMonth) FIELD(ex
                   andUseCase:(NSString*)useCase
                andCompletion:(hlv::testing::ErrorBlock)completion {
   note(@"provider add under %@, %@", userToken, useCase);
+  [TestHost::shared().lastToken release];
+  TestHost::shared().lastToken = [userToken retain];
   TestHost::shared().adds.hold(completion);
 }
 - (void)getPaymentInstrumentsList:(NSString*)userToken

@@ -5,7 +5,7 @@
 #import <HLVSDKPaymentKit/HLVSDKPaymentKit.h>
 #else
 
-#import <HLVSDKPaylevenKit/Host/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 

@@ -9,7 +9,7 @@
 #import <HLVSDKCoreKit/HLVSDKCoreKit.h>
 #else
 
-#import <Foundation/Foundation.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -50,24 +50,20 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// Keeps a provider's instruments in step with a guest's cards.
 @protocol HLVSDKPaymentInstrumentsSynchronizer <NSObject>
-- (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest;
+- (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
+    HLV_SWIFT_NAME(startSynchronizingPaymentInstruments(for:));
 - (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
                                    completion:
                                        (nullable void (^)(BOOL success,
-                                                          NSError* _Nullable error))completion;
-@end
-
-/// One kit that the host is to run.
-@protocol HLVSDKKitEntry <NSObject>
-/// The kit's class.
-- (nullable Class)kit;
-/// The kit's own configuration.
-- (nullable id)configuration;
+                                                          NSError* _Nullable error))completion
+    HLV_NO_ASYNC HLV_SWIFT_NAME(synchronizePaymentInstruments(for:completion:));
 @end
 
 /// The configuration that an app gives to the host SDK and to every kit that it enables.
 @interface HLVSDKConfiguration : NSObject
-- (nullable NSArray<id<HLVSDKKitEntry> >*)kits;
+/// Entries of the host's own class, each with `kit`, the kit's class, and `configuration`, the
+/// kit's own record.
+- (nullable NSArray*)kits;
 @end
 
 /// The signed-in user.
