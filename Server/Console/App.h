@@ -22,8 +22,8 @@ namespace hlv::server {
 /// that is asked of it while a guest is signed in; as a kit keeps the guest that it was enabled
 /// with, the app starts again for another one, and for another sandbox, for which it waits until
 /// what runs has come to its end. Everything begins on the main queue, and each thing is an
-/// operation of the sandbox's journal; what is asked for while another runs belongs to the same
-/// one.
+/// operation of the sandbox's journal; what is asked for while another runs joins that
+/// one, whose name then holds both.
 ///
 /// Threading: any, but for `completeFinishedOperations`. Installs the sandbox as the host of the
 /// process.
@@ -82,6 +82,11 @@ class App : public std::enable_shared_from_this<App> {
   /// Starts the app again, over another sandbox.
   void switchTo(const WorldPtr& world);
   void launchForGuest();
+  /// Posts a notification that the kit may answer with a synchronisation, and records why if not.
+  void announce(const std::function<void()>& post);
+  /// Empty where one began after the event `before`.
+  std::string reasonForNoSynchronisation(std::int64_t before) const;
+  std::int64_t lastEvent() const;
   HLVSDKGuestCardCompletion completionOf(const RunningPtr& running, const std::string& what) const;
   std::string useCaseOf(const std::string& ID) const;
 
