@@ -7,7 +7,8 @@ const lineHeight = 15;
 const headHeight = 34;
 const barWidth = 8;
 const leastGap = 64;
-const widestText = 250;
+const widestCall = 250;
+const widestResult = 180;
 /** So many pixels stand for the whole time when waits are drawn to scale. */
 const scaledHeight = 600;
 const isConfirmation = /^getPaymentInstrumentsList/;
@@ -86,7 +87,7 @@ function labelOf(step) {
   if (step.took === undefined) return step.what && !step.result ? short(step.what) : step.text;
   const [, name, useCase] = /^(\w+)(?: use case (\w+))?$/.exec(step.what) ?? [null, step.what];
   const about = step.isAlone ? '' : `${useCase ?? name}: `;
-  return `${about}${step.result} · ${duration(step.took)}`;
+  return `${about}${step.result} ·\u00a0${duration(step.took).replace(' ', '\u00a0')}`;
 }
 
 function wrapped(text, room) {
@@ -133,17 +134,21 @@ function layoutOf(steps, sheet) {
     return { isNarrow, width: sheet, heads, xOf: (lane) => heads[Math.max(0, lanes.indexOf(lane))].x };
   }
   const headWidths = lanes.map((lane) => 18 + 8 * lane.length);
-  const places = [margin + headWidths[0] / 2];
+  const closest = [margin + headWidths[0] / 2];
+  const places = [...closest];
   for (let to = 1; to < lanes.length; ++to) {
-    places[to] = places[to - 1] + Math.max(leastGap, (headWidths[to - 1] + headWidths[to]) / 2 + 10);
+    const gap = (headWidths[to - 1] + headWidths[to]) / 2 + 8;
+    closest[to] = closest[to - 1] + gap;
+    places[to] = places[to - 1] + gap;
     for (const step of steps.filter((each) => each.kind === 'arrow')) {
       const [left, right] = [lanes.indexOf(step.from), lanes.indexOf(step.to)].sort();
-      if (right === to) places[to] = Math.max(places[to], places[left] + Math.min(widestText, widthOf(labelOf(step))) + 4 * barWidth);
+      const width = Math.min(step.result ? widestResult : widestCall, widthOf(labelOf(step)));
+      if (right === to) places[to] = Math.max(places[to], places[left] + width + 4 * barWidth);
     }
   }
-  const end = sheet - headWidths.at(-1) / 2 - 3 * barWidth;
-  const stretch = Math.min(1, (end - places[0]) / (places.at(-1) - places[0]));
-  const heads = lanes.map((lane, index) => ({ lane, x: Math.round(places[0] + (places[index] - places[0]) * stretch), width: headWidths[index], isSmall: false }));
+  const spare = sheet - headWidths.at(-1) / 2 - barWidth - closest.at(-1);
+  const share = Math.min(1, spare / Math.max(1, places.at(-1) - closest.at(-1)));
+  const heads = lanes.map((lane, index) => ({ lane, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: headWidths[index], isSmall: false }));
   return { isNarrow, width: sheet, heads, xOf: (lane) => heads[Math.max(0, lanes.indexOf(lane))].x };
 }
 
@@ -163,11 +168,11 @@ function row(step, y, layout, before) {
   const { x, room, anchor } = placeOfText(step, from, to, layout);
   const label = labelOf(step);
   const time = `+${duration(step.at).replace('<1', '0')}`;
-  const lines = wrapped(isNarrow ? [label, step.thread, time].filter(Boolean).join(' · ') : label, room);
+  const isNew = !before || before.at !== step.at || before.thread !== step.thread;
+  const lines = wrapped(isNarrow && isNew ? [label, step.thread, time].filter(Boolean).join(' · ') : label, room);
   const top = y + 14;
   const last = top + (lines.length - 1) * lineHeight;
   const at = step.kind === 'note' && !isNarrow ? last : last + 7;
-  const isNew = !before || before.at !== step.at || before.thread !== step.thread;
   const when = isNarrow || !isNew ? [] : [
     svg('text', { class: 'time', x: 54, y: top, 'text-anchor': 'end' }, time),
     svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 60, y: top }, step.thread)];
