@@ -13,10 +13,9 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
     await guest.tabTo(locator);
     await keyboard.press(key);
   };
-  const keepsFocus = async (locator) => assert.ok(await guest.isFocusedOn(locator), `the focus left ${locator}`);
+  const keepsFocus = (locator) => sees(locator.and(guest.page.locator(':focus')));
   await press(guest.app.getByLabel('E-mail address'), 'Enter');
   await guest.told('Signed in.');
-  await sees(guest.button('Sign out'));
   await keepsFocus(guest.button('Sign out'));
 
   const network = guest.app.getByRole('switch', { name: 'Network' });
@@ -50,6 +49,10 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
 
   await press(guest.page.getByRole('link', { name: 'Requests' }), 'Enter');
   await press(guest.requests.getByRole('link', { name: '/app/guest' }), 'Enter');
+  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
+  await keyboard.press('Escape');
+  await keepsFocus(guest.requests.getByRole('link', { name: '/app/guest' }));
+  await keyboard.press('Enter');
   await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
   await press(guest.requests.getByRole('link', { name: 'Part of operation 1' }), 'Enter');
   await sees(guest.operations.filter({ hasText: 'sign in' }).and(guest.page.locator('[aria-current=true]')));

@@ -106,7 +106,7 @@ export class Person {
 
   /** What matters of the page, in lines. */
   async seen() {
-    const places = this.page.locator(':is([role=status], #steps li, #pairs li, #faults li, #requests tr)');
+    const places = this.page.locator(':is([role=status], #steps li, #pairs li, #faults li, #request-rows tr)');
     return (await places.allInnerTexts()).map((text) => text.replace(/\s+/g, ' ')).join('\n');
   }
 

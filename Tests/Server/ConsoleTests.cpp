@@ -137,6 +137,7 @@ TEST_F(ConsoleTest, TheTimelineComesWhileItHappensAndTheWholeOfItAtFirst) {
         page.receiveUntil("\"name\":\"sign in\"").find("event: timeline\ndata: {\"whole\":true"),
         std::string::npos);
     page.receiveUntil("event: stored\ndata: ");
+    page.receiveUntil("/app/guest");
   }
   ASSERT_EQ(addTestCard("visa").status, 200);
   for (auto& page : pages) {

@@ -49,6 +49,7 @@ export class RequestsView {
     fault.append(...options([...new Set(choices.operations.flatMap(({ kinds }) => kinds))]));
     timeline.onChange(() => this.#draw());
     find('request-filter').addEventListener('input', () => this.#draw());
+    find('request-detail').addEventListener('keydown', ({ key }) => { if (key === 'Escape') this.#close(); });
     find('request-filter').addEventListener('submit', (event) => event.preventDefault());
   }
 
@@ -60,6 +61,12 @@ export class RequestsView {
   choose(id) {
     this.#chosen = id ?? null;
     this.#draw();
+  }
+
+  /** The focus goes back to the row. */
+  #close() {
+    document.querySelector(`[data-key="${this.#chosen}"]`)?.focus();
+    location.hash = 'requests';
   }
 
   #rows() {
@@ -83,7 +90,7 @@ export class RequestsView {
     const { path, status, fault } = find('request-filter').elements;
     const query = Object.entries({ path: path.value.trim(), status: /^\dxx$/.test(status.value) ? status.value : '', fault: fault.value }).filter(([, value]) => value);
     find('har').href = `v1/sandbox/har?${new URLSearchParams(query)}`;
-    replaceItems(find('requests'), shown.map((row) => this.#row(row)));
+    replaceItems(find('request-rows'), shown.map((row) => this.#row(row)));
     const chosen = rows.find((row) => row.id === this.#chosen) ?? null;
     const now = JSON.stringify([chosen?.id, chosen?.status]);
     if (now === this.#detailed) return;
@@ -126,7 +133,9 @@ export class RequestsView {
     const curl = urls ? curlOf(row, urls) : null;
     const outcome = element('p', { class: 'outcome', role: 'status' });
     place.replaceChildren(
-      element('h3', {}, `${row.method} ${row.path}`),
+      element('div', { class: 'line' },
+        element('h3', { class: 'grow' }, `${row.method} ${row.path}`),
+        element('button', { type: 'button', class: 'quiet', onclick: () => this.#close() }, 'Close')),
       element('p', { class: 'hint' }, [row.operation ? 'made by the kit of this console' : row.id, `at the ${row.listener}`, row.caller && `from ${row.caller}`, row.code && `error ${row.code}`, row.fault && `met the fault ${row.fault}`, row.reply_bytes && `${row.request_bytes} bytes in, ${row.reply_bytes} out`].filter(Boolean).join(' · ')),
       element('p', {}, operation
         ? element('a', { href: `#timeline/${operation}` }, `Part of operation ${operation}: show in the timeline`)
@@ -137,5 +146,6 @@ export class RequestsView {
         element('button', { type: 'button', onclick: (event) => act(event.currentTarget, outcome, () => navigator.clipboard.writeText(curl), () => 'Copied.') }, 'Copy as curl'),
         outcome] : []));
     place.scrollIntoView({ block: 'nearest' });
+    if (find('request-rows').contains(document.activeElement)) place.focus();
   }
 }

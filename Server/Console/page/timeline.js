@@ -21,6 +21,7 @@ export class TimelineView {
 
   constructor() {
     find('pause').addEventListener('click', () => this.#pause());
+    find('skip').addEventListener('click', () => find('filter').focus());
     find('filter').addEventListener('input', () => this.#plan());
     find('kinds').addEventListener('change', () => this.#plan());
     find('export-text').addEventListener('click', () => this.#export('txt', 'text/plain', plainText));
