@@ -177,6 +177,8 @@ std::vector<FaultKind> kindsOf(Operation operation) {
   return suitable;
 }
 
+bool hasUseCase(Operation operation) { return possible(operation).hasUseCase; }
+
 std::string noSuchOperation(std::string_view name) {
   return "There is no operation '" + maskedText(name) +
          "'; possible are: " + listed(allOperations()) + ".";
@@ -195,7 +197,7 @@ std::string problemOf(const Fault& fault) {
     return "The fault '" + std::string(textOf(fault.kind)) + "' makes no sense for " + operation +
            "; possible are: " + listed(suitable) + ".";
   }
-  if (fault.useCase && !possible(fault.operation).hasUseCase) {
+  if (fault.useCase && !hasUseCase(fault.operation)) {
     return "Calls of " + operation + " have no use case.";
   }
   if (fault.useCase && !isUseCase(*fault.useCase)) return unknownUseCase().sentence;

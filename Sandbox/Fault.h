@@ -70,6 +70,8 @@ std::optional<Distribution> distributionNamed(std::string_view name);
 std::vector<Operation> allOperations();
 /// The kinds that suit an operation.
 std::vector<FaultKind> kindsOf(Operation operation);
+/// Whether its calls have a use case, by which a fault can choose among them.
+bool hasUseCase(Operation operation);
 
 /// What to do to calls of one operation of a service. Armed in the store, so that a fault outlives
 /// the process that armed it.

@@ -73,6 +73,13 @@ std::int64_t Journal::beginOperation(const std::string& name) {
              store_->record([&](Database& database) { return insertOperation(database, name); });
 }
 
+void Journal::joinOperation(const std::string& name) {
+  store_->record([&](Database& database) {
+    database.run("UPDATE operations SET name = name || ' + ' || ? WHERE number = ?",
+                 maskedText(name), operation_.load());
+  });
+}
+
 void Journal::record(const std::string& from, const std::string& to, const std::string& what,
                      const std::string& result) {
   const auto thread = threadName();

@@ -43,6 +43,8 @@ class Journal {
   /// Begins a new operation and returns its number; later events of this journal belong to it. The
   /// store keeps the last two hundred operations, and the last five thousand events.
   std::int64_t beginOperation(const std::string& name);
+  /// Adds a name to the current operation's: what begins while it runs belongs to it.
+  void joinOperation(const std::string& name);
   /// Records an event of the current operation, on the calling thread. Masks card numbers. What was
   /// recorded outlives the process; only a failure of power may lose the last events.
   void record(const std::string& from, const std::string& to, const std::string& what,

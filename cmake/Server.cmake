@@ -15,17 +15,20 @@ configure_file(Server/Api/OpenAPI.cpp.in ${PROJECT_BINARY_DIR}/Server/OpenAPI.cp
 set(page_dir ${PROJECT_SOURCE_DIR}/Server/Console/page)
 set(HLV_PAGE_FILES "")
 function(hlv_add_page_file file name type)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${page_dir}/${file})
-  file(READ ${page_dir}/${file} content)
+  cmake_path(ABSOLUTE_PATH file BASE_DIRECTORY ${page_dir})
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  file(READ ${file} content)
   string(APPEND HLV_PAGE_FILES
     "    {\"${name}\", \"${type}; charset=utf-8\", R\"page(${content})page\"},\n")
   set(HLV_PAGE_FILES "${HLV_PAGE_FILES}" PARENT_SCOPE)
 endfunction()
 hlv_add_page_file(index.html "" text/html)
 hlv_add_page_file(console.css console.css text/css)
-foreach(script app cards connection diagram dom export main story truth)
+foreach(script app cards connection diagram dom explain export faults feed main requests sandboxes stored timeline)
   hlv_add_page_file(${script}.js ${script}.js text/javascript)
 endforeach()
+# What the page refers to.
+hlv_add_page_file(${PROJECT_SOURCE_DIR}/docs/failures.md failures.md text/plain)
 configure_file(Server/Console/Page.cpp.in ${PROJECT_BINARY_DIR}/Server/Page.cpp @ONLY)
 
 add_library(HLVSDKPaylevenServer STATIC
@@ -46,7 +49,7 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Console/App.cpp
   Server/Console/ConsoleRecords.cpp
   Server/Console/ConsoleResources.cpp
-  Server/Console/LiveStory.cpp
+  Server/Console/LiveFeed.cpp
   Server/Server.cpp
   ${PROJECT_BINARY_DIR}/Server/OpenAPI.cpp
   ${PROJECT_BINARY_DIR}/Server/Page.cpp)

@@ -8,6 +8,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Platform/Default/DefaultPlatform.h"
+#include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaymentManager.h"
@@ -90,8 +91,10 @@ App::~App() {
 
 void App::signIn(const WorldPtr& world, const std::string& email, Done done) {
   const auto start = [this, email](const RunningPtr&) {
-    const auto problem = sandbox_->signIn(email);
-    if (!problem.empty()) throw HttpError(422, "address-refused", problem);
+    announce([&] {
+      const auto problem = sandbox_->signIn(email);
+      if (!problem.empty()) throw HttpError(422, "address-refused", problem);
+    });
   };
   run(world, "sign in", start, std::move(done));
 }
@@ -102,14 +105,18 @@ void App::signOut(const WorldPtr& world, Done done) {
 }
 
 void App::setReachable(const WorldPtr& world, bool reachable, Done done) {
-  const auto start = [this, reachable](const RunningPtr&) { sandbox_->setReachable(reachable); };
+  const auto start = [this, reachable](const RunningPtr&) {
+    if (!reachable || sandbox_->isReachable()) return sandbox_->setReachable(reachable);
+    announce([this] { sandbox_->setReachable(true); });
+  };
   run(world, reachable ? "network on" : "network off", start, std::move(done));
 }
 
 void App::enterForeground(const WorldPtr& world, Done done) {
-  run(
-      world, "foreground", [this](const RunningPtr&) { sandbox_->enterForeground(); },
-      std::move(done));
+  const auto start = [this](const RunningPtr&) {
+    announce([this] { sandbox_->enterForeground(); });
+  };
+  run(world, "foreground", start, std::move(done));
 }
 
 void App::reset(const WorldPtr& world, Done done) {
@@ -188,8 +195,10 @@ void App::startWaiting() {
 void App::begin(const Waiting& operation) {
   try {
     if (operation.world != world_) switchTo(operation.world);
-    const auto number = running_.empty() ? sandbox_->journal().beginOperation(operation.name)
-                                         : running_.back()->operation();
+    auto& journal = sandbox_->journal();
+    if (!running_.empty()) journal.joinOperation(operation.name);
+    const auto number =
+        running_.empty() ? journal.beginOperation(operation.name) : running_.back()->operation();
     running_.push_back(std::make_shared<Running>(number, operation.done));
   } catch (const std::runtime_error& failure) {
     return operation.done({.refusal = HttpError(507, "store-failed", failure.what())});
@@ -203,6 +212,32 @@ void App::begin(const Waiting& operation) {
   } catch (const std::runtime_error& failure) {
     running->refuse(HttpError(507, "store-failed", failure.what()));
   }
+}
+
+std::int64_t App::lastEvent() const {
+  const auto operations = sandbox_->journal().last(1);
+  return operations.empty() || operations[0].events.empty() ? 0
+                                                            : operations[0].events.back().number;
+}
+
+void App::announce(const std::function<void()>& post) {
+  const auto before = lastEvent();
+  post();
+  const auto reason = reasonForNoSynchronisation(before);
+  if (!reason.empty()) sandbox_->journal().record("kit", "kit", "no synchronisation: " + reason);
+}
+
+std::string App::reasonForNoSynchronisation(std::int64_t before) const {
+  const auto kit = HLVSDKPayleven::sharedInstance();
+  if (!kit) return "the kit was not enabled yet";
+  if (!sandbox_->signedInEmail()) return "not authorised";
+  if (length(send(kit->currentGuest(), &HLVSDKGuest::paylevenToken)) == 0) return "no token";
+  const auto current = sandbox_->journal().last(1);
+  for (const auto& event : current.at(0).events) {
+    const bool isStart = event.to == "log" && event.what.starts_with("Will start synchrozation");
+    if (isStart && event.number > before) return "";
+  }
+  return "already synchronising";
 }
 
 void App::switchTo(const WorldPtr& world) {

@@ -23,7 +23,7 @@ namespace hlv::server {
 /// asked of it, and lets it follow the guest who is signed in. For another sandbox it waits until
 /// what runs has come to its end, and then gives the kit that sandbox's services. Everything begins
 /// on the main queue, and each thing is an operation of the sandbox's journal; what is asked for
-/// while another runs belongs to the same one.
+/// while another runs joins that one, whose name then holds both.
 ///
 /// Threading: any, but for `completeFinishedOperations`. Installs the sandbox as the host of the
 /// process.
@@ -83,6 +83,11 @@ class App : public std::enable_shared_from_this<App> {
   void switchTo(const WorldPtr& world);
   /// Enables the kit, or gives it the services of a sandbox that it does not know yet.
   void launch();
+  /// Posts a notification that the kit may answer with a synchronisation, and records why if not.
+  void announce(const std::function<void()>& post);
+  /// Empty where one began after the event `before`.
+  std::string reasonForNoSynchronisation(std::int64_t before) const;
+  std::int64_t lastEvent() const;
   HLVSDKGuestCardCompletion completionOf(const RunningPtr& running, const std::string& what) const;
   std::string useCaseOf(const std::string& ID) const;
 

@@ -1,6 +1,5 @@
 #include "Server/Console/ConsoleRecords.h"
 
-#include <algorithm>
 #include <chrono>
 
 #include "Sandbox/Backend/AddressKeys.h"
@@ -32,26 +31,26 @@ Json cardJson(const std::shared_ptr<HLVSDKCreditCard>& card) {
 
 }  // namespace
 
-Json jsonOf(const std::vector<sandbox::Journal::Operation>& story) {
+Json jsonOf(const std::vector<sandbox::Journal::Operation>& timeline) {
   auto operations = Json::array();
-  for (const auto& [number, name, events] : story) {
-    auto told = Json::array();
+  for (const auto& [number, name, events] : timeline) {
+    auto recorded = Json::array();
     for (const auto& event : events) {
-      told.push_back({{"number", event.number},
-                      {"at", sandbox::timeText(std::chrono::sys_time<std::chrono::milliseconds>(
-                                 std::chrono::milliseconds(event.at)))},
-                      {"from", event.from},
-                      {"to", event.to},
-                      {"what", event.what},
-                      {"result", event.result},
-                      {"thread", event.thread}});
+      recorded.push_back({{"number", event.number},
+                          {"at", sandbox::timeText(std::chrono::sys_time<std::chrono::milliseconds>(
+                                     std::chrono::milliseconds(event.at)))},
+                          {"from", event.from},
+                          {"to", event.to},
+                          {"what", event.what},
+                          {"result", event.result},
+                          {"thread", event.thread}});
     }
-    operations.push_back({{"number", number}, {"name", name}, {"events", std::move(told)}});
+    operations.push_back({{"number", number}, {"name", name}, {"events", std::move(recorded)}});
   }
   return operations;
 }
 
-Json truthOf(sandbox::Database& database) {
+Json storedData(sandbox::Database& database) {
   const auto email = sandbox::backend::signedInEmail(database);
   std::vector<sandbox::BackendCard> cards;
   std::vector<sandbox::ProviderInstrument> instruments;
@@ -84,17 +83,6 @@ Json namesOf(const Values& values) {
   return names;
 }
 
-/// Of every operation's kinds, each once.
-Json kindNames() {
-  std::vector<sandbox::FaultKind> kinds;
-  for (const auto operation : sandbox::allOperations()) {
-    for (const auto kind : sandbox::kindsOf(operation)) {
-      if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) kinds.push_back(kind);
-    }
-  }
-  return namesOf(kinds);
-}
-
 Json choices() {
   constexpr std::size_t shown = 4;
   auto cards = Json::array();
@@ -104,11 +92,16 @@ Json choices() {
                      {"last_four_digits", card.fields.pan.substr(card.fields.pan.size() - shown)},
                      {"effect", card.effect}});
   }
+  auto operations = Json::array();
+  for (const auto operation : sandbox::allOperations()) {
+    operations.push_back({{"name", sandbox::textOf(operation)},
+                          {"kinds", namesOf(sandbox::kindsOf(operation))},
+                          {"has_use_case", sandbox::hasUseCase(operation)}});
+  }
   return {{"test_cards", std::move(cards)},
           {"use_cases", {"default", "private", "business"}},
-          {"scenes", namesOf(sandbox::allScenarios())},
-          {"operations", namesOf(sandbox::allOperations())},
-          {"kinds", kindNames()}};
+          {"scenarios", namesOf(sandbox::allScenarios())},
+          {"operations", std::move(operations)}};
 }
 
 HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {

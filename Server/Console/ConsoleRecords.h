@@ -1,4 +1,4 @@
-// The story, the two sides and what can be chosen, in JSON. Private to the server.
+// The timeline, stored data and what can be chosen, in JSON. Private to the server.
 //
 // Threading: pure functions; any. Those that take a database run inside `Store::read`.
 #pragma once
@@ -16,10 +16,10 @@ namespace hlv::server {
 
 using sandbox::Json;
 
-Json jsonOf(const std::vector<sandbox::Journal::Operation>& story);
+Json jsonOf(const std::vector<sandbox::Journal::Operation>& timeline);
 /// Guest, network, the two sides in pairs, the armed faults, and the oldest operation that is kept.
-Json truthOf(sandbox::Database& database);
-/// Test cards, without their numbers; scenes; faults.
+Json storedData(sandbox::Database& database);
+/// Test cards, without their numbers; scenarios; the operations with the kinds of faults they have.
 Json choices();
 /// How an operation of the app came out.
 HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID);

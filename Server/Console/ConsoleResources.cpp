@@ -3,14 +3,11 @@
 #include <utility>
 
 #include "Platform/Wiped.h"
-#include "Sandbox/Backend/Backend.h"
-#include "Sandbox/Calls/FaultTables.h"
 #include "Sandbox/Journal.h"
 #include "Sandbox/Records/InstrumentRecords.h"
 #include "Sandbox/TestCards.h"
-#include "Server/Api/ControlResources.h"
 #include "Server/Console/ConsoleRecords.h"
-#include "Server/Console/LiveStory.h"
+#include "Server/Console/LiveFeed.h"
 #include "Server/Console/Page.h"
 
 namespace hlv::server {
@@ -20,7 +17,9 @@ using sandbox::Database;
 using AppPtr = std::shared_ptr<App>;
 
 App::Done replying(const Exchange& exchange) {
-  return [reply = exchange.reply, id = exchange.request.id](const App::Outcome& outcome) {
+  return [reply = exchange.reply, trace = exchange.trace,
+          id = exchange.request.id](const App::Outcome& outcome) {
+    trace->add("client", "app", "operation " + std::to_string(outcome.operation));
     reply(replyOf(outcome, id));
   };
 }
@@ -58,16 +57,16 @@ std::size_t countIn(const HttpRequest& request) {
 void addJournal(ApiRoutes& routes) {
   routes.add("GET", "events", [](const Exchange& exchange) {
     HttpReply reply;
-    reply.events = [story = std::make_shared<LiveStory>(exchange.world)] { return story->next(); };
+    reply.events = [feed = std::make_shared<LiveFeed>(exchange.world)] { return feed->next(); };
     exchange.reply(std::move(reply));
   });
-  routes.add("GET", "story", [](const Exchange& exchange) {
+  routes.add("GET", "timeline", [](const Exchange& exchange) {
     const sandbox::Journal journal(exchange.world->sharedStore(), "start");
     exchange.reply(
         jsonReply(200, {{"operations", jsonOf(journal.last(countIn(exchange.request)))}}));
   });
-  routes.add("GET", "truth", [](const Exchange& exchange) {
-    replyReading(exchange, [](Database& database) { return jsonReply(200, truthOf(database)); });
+  routes.add("GET", "stored", [](const Exchange& exchange) {
+    replyReading(exchange, [](Database& database) { return jsonReply(200, storedData(database)); });
   });
   routes.add("GET", "choices",
              [](const Exchange& exchange) { exchange.reply(jsonReply(200, choices())); });
@@ -107,32 +106,6 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
              [app](const Exchange& exchange) { app->reset(exchange.world, replying(exchange)); });
 }
 
-/// What the page does as a tester, for the guest of the app.
-void addTesting(ApiRoutes& routes) {
-  routes.add("POST", "faults", [](const Exchange& exchange) {
-    replyWriting(exchange, [fault = newFaultOf(exchange)](Database& database) {
-      sandbox::insertFault(database, fault);
-      return jsonReply(200, truthOf(database));
-    });
-  });
-  routes.add("DELETE", "faults", [](const Exchange& exchange) {
-    replyWriting(exchange, [](Database& database) {
-      sandbox::removeAllFaults(database);
-      return jsonReply(200, truthOf(database));
-    });
-  });
-  routes.add("POST", "scenes", [](const Exchange& exchange) {
-    const auto body = exchange.body();
-    sandbox::requireKnownMembers(body, {"name"});
-    replyWriting(exchange, [scenario = scenarioIn(body)](Database& database) {
-      const auto guest = sandbox::backend::signedInEmail(database);
-      if (!guest) throw HttpError(422, "scene-refused", "Nobody is signed in.");
-      bringApart(database, *guest, scenario);
-      return jsonReply(200, truthOf(database));
-    });
-  });
-}
-
 void serveFile(const Exchange& exchange) {
   const auto& request = exchange.request;
   const auto name = request.path.size() > exchange.skipped ? exchange.part(0) : "";
@@ -155,7 +128,6 @@ void serveFile(const Exchange& exchange) {
 void addConsoleRoutes(ApiRoutes& routes, const std::shared_ptr<App>& app) {
   addJournal(routes);
   addApp(routes, app);
-  addTesting(routes);
   routes.add("GET", "", serveFile);
   routes.add("GET", "*", serveFile);
 }

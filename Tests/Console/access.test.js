@@ -1,7 +1,11 @@
-// The page for everybody: without a mouse, without eyes, on a phone, in the dark.
+// The page for everybody: at each size, without a mouse, without eyes, in the dark.
 import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+import { createRequire } from 'node:module';
 import { sees, seesCount } from './person.js';
 import { onConsole } from './stage.js';
+
+const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
 
 onConsole('a guest signs in, and adds, changes and deletes a card by keyboard alone', async (guest) => {
   const { keyboard } = guest.page;
@@ -9,106 +13,133 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
     await guest.tabTo(locator);
     await keyboard.press(key);
   };
+  const keepsFocus = (locator) => sees(locator.and(guest.page.locator(':focus')));
   await press(guest.app.getByLabel('E-mail address'), 'Enter');
   await guest.told('Signed in.');
-
-  await press(guest.app.getByRole('radio', { name: 'visa', exact: true }), 'ArrowRight');
-  await press(guest.button('Add card'), 'Space');
-  await guest.told('Added mastercard •••• 4444.');
-  assert.ok(await guest.isFocusedOn(guest.button('Add card')), 'the focus left the button of the form');
+  await keepsFocus(guest.button('Sign out'));
 
   const network = guest.app.getByRole('switch', { name: 'Network' });
   for (const state of ['off', 'on']) {
     await press(network, 'Space');
     await guest.told(`The network is ${state}.`);
-    assert.ok(await guest.isFocusedOn(network), `the focus left the switch that was turned ${state}`);
+    await keepsFocus(network);
   }
 
-  const update = guest.button('Update the address of mastercard •••• 4444');
+  await press(guest.app.getByRole('combobox', { name: 'Card' }), 'm');
+  await press(guest.button('Add card'), 'Space');
+  await guest.told('Added mastercard •••• 4444.');
+  await keepsFocus(guest.button('Add card'));
+
+  const update = guest.button('Update address of mastercard •••• 4444');
   await press(update, 'Enter');
-  await press(guest.page.getByRole('dialog').getByLabel('Postcode'), 'A');
+  await press(guest.dialog.getByLabel('Postcode'), 'A');
   await keyboard.press('Enter');
   await guest.told('The billing address is changed.');
-  await sees(guest.cards.filter({ hasText: 'A' }).filter({ hasNotText: 'no billing address' }));
-  assert.ok(await guest.isFocusedOn(update), 'the focus left the card that was changed');
+  await sees(guest.cards.filter({ hasText: 'Erika Mustermann, A' }));
+  await keepsFocus(update);
 
   await press(guest.button('Arm'), 'Enter');
-  await sees(guest.truth.getByRole('listitem').filter({ hasText: 'once' }));
-  assert.ok(await guest.isFocusedOn(guest.button('Arm')), 'the focus left the button that arms');
-
+  await press(guest.button(/^Remove/), 'Enter');
+  await seesCount(guest.faults, 0);
+  await keepsFocus(guest.button('Arm'));
   await press(guest.button('Delete mastercard •••• 4444'), 'Enter');
   await guest.told('Deleted mastercard •••• 4444.');
   await seesCount(guest.cards, 0);
+  await keepsFocus(guest.button('Add card'));
+
+  await press(guest.page.getByRole('link', { name: 'Requests' }), 'Enter');
+  await press(guest.requests.getByRole('link', { name: '/app/guest' }), 'Enter');
+  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
+  await keyboard.press('Escape');
+  await keepsFocus(guest.requests.getByRole('link', { name: '/app/guest' }));
+  await keyboard.press('Enter');
+  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
+  await press(guest.requests.getByRole('link', { name: 'Part of operation 1' }), 'Enter');
+  await sees(guest.operations.filter({ hasText: 'sign in' }).and(guest.page.locator('[aria-current=true]')));
 });
 
-onConsole('a phone shows three panels one below the other, and adds a card', async (guest) => {
-  const fits = async () => assert.ok(await guest.page.evaluate(() => {
-    const { scrollWidth, clientWidth } = document.documentElement;
-    return scrollWidth <= clientWidth;
-  }), 'the page is wider than the phone');
-  await fits();
-  await guest.settleIn();
-  await guest.makeScene('instrument without card');
-  await seesCount(guest.drifted, 1);
-  await fits();
-  for (const [link, title] of [['Truth', 'The truth'], ['Story', 'The story'], ['App', 'The app']]) {
-    await guest.page.getByRole('navigation', { name: 'Panels' }).getByRole('link', { name: link }).click();
-    const { y } = await guest.page.getByRole('heading', { name: title }).boundingBox();
-    assert.ok(y >= 0 && y < 200, `${title} lies at ${y}`);
-  }
-  await guest.button('Update the address of visa •••• 1111').click();
-  await sees(guest.page.getByRole('dialog'));
-  await fits();
-}, { viewport: { width: 390, height: 844 }, hasTouch: true });
+/** Pairs of the diagram's texts that lie on each other. */
+const overlaps = () => {
+  const boxes = [...document.querySelectorAll('#diagram :is(.label, .time, .thread)')]
+    .map((text) => ({ text: text.textContent, box: text.getBBox() })).filter(({ text }) => text);
+  return boxes.flatMap((one, index) => boxes.slice(index + 1)
+    .filter(({ box }) => box.x < one.box.x + one.box.width - 1 && one.box.x < box.x + box.width - 1 &&
+      box.y < one.box.y + one.box.height - 3 && one.box.y < box.y + box.height - 3)
+    .map((other) => `${one.text} / ${other.text}`));
+};
 
-onConsole('every control has a name', async (guest) => {
-  const roles = ['button', 'checkbox', 'combobox', 'link', 'radio', 'searchbox', 'spinbutton', 'switch', 'textbox'];
-  const controls = async () => {
-    const session = await guest.page.context().newCDPSession(guest.page);
-    const { nodes } = await session.send('Accessibility.getFullAXTree');
-    return nodes.filter((node) => !node.ignored && roles.includes(node.role?.value));
-  };
-  await guest.settleIn();
-  await guest.app.getByRole('radio', { name: 'type one…' }).check();
-  const onPage = await controls();
-  await guest.button('Update the address of visa •••• 1111').click();
-  const inDialog = await controls();
-  assert.ok(onPage.length > 50 && inDialog.length >= 7, `only ${onPage.length} and ${inDialog.length} controls were found`);
-  const nameless = [...onPage, ...inDialog].filter((node) => !node.name?.value?.trim());
-  assert.deepEqual(nameless.map((node) => node.role.value), []);
-});
-
-/** Each colour of a text, and what it stands on. */
-const texts = [
-  ['ink', 'sheet'], ['ink', 'paper'], ['ink', 'accent-wash'], ['ink', 'drift-wash'],
-  ['soft', 'sheet'], ['soft', 'accent-wash'], ['soft', 'drift-wash'], ['accent', 'sheet'],
-  ['on-accent', 'accent'], ['drift', 'sheet'], ['bad', 'sheet'], ['bad', 'bad-wash'],
-  ['bad', 'accent-wash'], ['good', 'sheet'], ['good', 'accent-wash'],
-];
-
-function contrast(one, other) {
-  const luminance = (colour) => {
-    const [red, green, blue] = colour.match(/[0-9a-f]{2}/gi).map((part) => {
-      const share = parseInt(part, 16) / 255;
-      return share <= 0.04045 ? share / 12.92 : ((share + 0.055) / 1.055) ** 2.4;
-    });
-    return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
-  };
-  const [dark, light] = [luminance(one), luminance(other)].sort((a, b) => a - b);
-  return (light + 0.05) / (dark + 0.05);
+for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]) {
+  onConsole(`everything fits ${width} pixels, and each result is told in sight`, async (guest) => {
+    const fits = async () => assert.ok(await guest.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), 'the page is too wide');
+    await guest.page.getByLabel('E-mail address').fill(`${'a.long.name.'.repeat(4)}@example.com`);
+    await guest.settleIn();
+    await guest.button('Delete visa •••• 1111').click();
+    await guest.told('Deleted visa •••• 1111.');
+    await guest.makeScenario('instrument without card').catch(() => guest.told('no token'));
+    await guest.add({ card: 'backend-refused' });
+    await guest.told('no card came back');
+    await guest.arm('removePaymentInstrument', 'error');
+    await guest.comeToForeground();
+    await fits();
+    for (const view of ['Timeline', 'Requests', ...(width < 1000 ? ['Stored'] : [])]) {
+      await guest.goTo(view);
+      if (view === 'Timeline') await sees(guest.timeline.locator('svg .bad').first());
+      if (view === 'Timeline') assert.deepEqual(await guest.page.evaluate(overlaps), []);
+      if (view === 'Requests') await guest.rows.filter({ hasText: 'removePaymentInstrument' }).getByRole('link').first().click();
+      if (view === 'Requests') await sees(guest.requests.getByRole('link', { name: 'Part of operation' }));
+      await fits();
+    }
+    await guest.button(/^Sandbox/).click();
+    await guest.button('Take a snapshot').click();
+    await guest.told('The snapshot is taken.');
+    await fits();
+  }, { viewport: { width, height } });
 }
 
-onConsole('texts stand out in the light and in the dark', async (guest) => {
-  const papers = new Set();
-  for (const colorScheme of ['light', 'dark']) {
-    await guest.page.emulateMedia({ colorScheme });
-    const pairs = await guest.page.evaluate((names) => {
-      const style = getComputedStyle(document.documentElement);
-      return names.map((pair) => pair.map((name) => style.getPropertyValue(`--${name}`).trim()));
-    }, texts);
-    const weak = texts.filter((pair, index) => contrast(...pairs[index]) < 4.5);
-    assert.deepEqual(weak, [], colorScheme);
-    papers.add(await guest.page.evaluate(() => getComputedStyle(document.body).backgroundColor));
-  }
-  assert.equal(papers.size, 2);
+onConsole('axe finds nothing in any view, light or dark', async (guest) => {
+  const check = async (where) => {
+    for (const colorScheme of ['light', 'dark']) {
+      await guest.page.emulateMedia({ colorScheme });
+      const { violations } = await guest.page.evaluate(() => globalThis.axe.run(matchMedia('(prefers-color-scheme: dark)').matches ? { runOnly: 'color-contrast' } : {}));
+      const found = violations.flatMap(({ id, nodes }) => nodes.map((node) => `${where}, ${colorScheme}: ${id}: ${node.html}`));
+      assert.deepEqual(found, []);
+    }
+  };
+  await guest.page.evaluate(axe);
+  await check('at first');
+  await guest.settleIn();
+  await guest.arm('removePaymentInstrument', 'error');
+  await guest.makeScenario('instrument without card');
+  await guest.choose('Card', 'type one…');
+  for (const summary of await guest.page.locator('summary').all()) await summary.click();
+  await guest.comeToForeground();
+  await check('app');
+  await guest.button('Update address of visa •••• 1111').click();
+  await check('address');
+  await guest.button('Cancel').click();
+  await guest.goTo('Timeline');
+  await check('timeline');
+  await guest.goTo('Requests');
+  await guest.requests.getByRole('link', { name: '/app/foreground' }).click();
+  await sees(guest.button('Copy as curl'));
+  await check('requests');
+  await guest.button(/^Sandbox/).click();
+  await guest.button('Take a snapshot').click();
+  await guest.told('The snapshot is taken.');
+  await check('sandboxes');
 });
+
+onConsole('forced colours show which switch is on and which view is chosen', async (guest) => {
+  const style = (locator, name) => locator.evaluate((element, property) => getComputedStyle(element)[property], name);
+  const network = guest.app.getByRole('switch', { name: 'Network' });
+  const colours = [];
+  for (const state of ['off', 'on']) {
+    await network.setChecked(state === 'on');
+    await guest.told(`The network is ${state}.`);
+    colours.push(await style(network, 'backgroundColor'));
+    assert.notEqual(await style(network, 'borderTopStyle'), 'none');
+  }
+  assert.notEqual(...colours);
+  assert.equal(await style(guest.page.getByRole('link', { name: 'App' }), 'outlineStyle'), 'solid');
+  assert.equal(await style(guest.page.getByRole('link', { name: 'Requests' }), 'outlineStyle'), 'none');
+}, { forcedColors: 'active' });

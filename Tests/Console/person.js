@@ -4,27 +4,42 @@ import { readFileSync } from 'node:fs';
 
 export class Person {
   constructor(page) {
-    const region = (name) => page.getByRole('region', { name });
+    const region = (name) => page.getByRole('region', { name, exact: true });
     this.page = page;
     this.app = region('The app');
-    this.story = region('The story');
-    this.truth = region('The truth');
+    this.testing = region('Faults and scenarios');
+    this.timeline = region('Timeline');
+    this.requests = region('Requests');
+    this.stored = region('Stored data');
+    this.happened = region('What happened');
+    this.dialog = page.getByRole('dialog');
     this.connection = page.getByRole('banner').getByRole('status');
-    this.verdict = this.truth.getByRole('status');
-    this.cards = this.app.getByRole('listitem');
-    this.matched = this.truth.getByRole('listitem').filter({ hasText: 'Matched:' });
-    this.drifted = this.truth.getByRole('listitem').filter({ hasText: 'Drift:' });
-    this.operations = page.getByRole('navigation', { name: 'Operations' }).getByRole('button');
-    this.steps = this.story.getByRole('list', { name: 'The same operation, step by step' }).getByRole('listitem');
+    this.verdict = this.stored.getByRole('status');
+    this.cards = this.app.getByRole('list', { name: "The guest's cards" }).getByRole('listitem');
+    this.faults = this.testing.getByRole('list', { name: 'Armed faults' }).getByRole('listitem');
+    this.matched = this.stored.getByRole('listitem').filter({ hasText: 'Matched:' });
+    this.drifted = this.stored.getByRole('listitem').filter({ hasText: 'Drift:' });
+    this.operations = page.getByRole('navigation', { name: 'Operations' }).getByRole('link');
+    this.steps = this.timeline.getByRole('list', { name: 'The same operation, step by step' }).getByRole('listitem');
+    this.rows = this.requests.getByRole('row');
   }
 
   button(name) {
     return this.page.getByRole('button', { name, exact: true });
   }
 
-  /** The app says so, of what was done last. */
-  told(sentence) {
-    return sees(this.app.getByRole('status').filter({ hasText: sentence }));
+  /** The view of that name is shown. */
+  async goTo(view) {
+    await this.page.getByRole('navigation', { name: 'Views' }).getByRole('link', { name: view }).click();
+  }
+
+  /** It was said of what was done last, where no scrolling is needed to read it. */
+  async told(sentence) {
+    const said = this.page.locator('.outcome').filter({ hasText: sentence });
+    await sees(said);
+    const { y, height } = await said.boundingBox();
+    const seen = this.page.viewportSize().height;
+    assert.ok(y >= 0 && y + height <= seen, `'${sentence}' is said at ${y} of ${seen} pixels`);
   }
 
   async signIn() {
@@ -33,8 +48,8 @@ export class Person {
   }
 
   async add({ card = 'visa', useCase = 'default', city = '' } = {}) {
-    await this.app.getByRole('radio', { name: card, exact: true }).check();
-    await this.app.getByRole('radio', { name: useCase, exact: true }).check();
+    await this.choose('Card', card);
+    await this.app.getByRole('combobox', { name: 'Use case' }).selectOption(useCase);
     if (city) {
       await this.app.getByText('Billing address', { exact: true }).click();
       await this.app.getByLabel('City').fill(city);
@@ -42,17 +57,20 @@ export class Person {
     await this.button('Add card').click();
   }
 
+  choose(name, value) {
+    return this.app.getByRole('combobox', { name, exact: true }).selectOption(value);
+  }
+
   /** A guest with one card, of which everything has arrived. */
   async settleIn() {
     await this.signIn();
     await this.add();
     await this.told('Added visa •••• 1111.');
-    await sees(this.matched);
-    await this.seesStep('app: addPaymentInstrument: guest');
   }
 
-  async makeScene(name) {
-    await this.truth.getByRole('button', { name: new RegExp(`^${name}`) }).click();
+  async makeScenario(name) {
+    await this.button(name).click();
+    await this.told(`Done: ${name}.`);
   }
 
   async comeToForeground() {
@@ -61,21 +79,17 @@ export class Person {
   }
 
   async arm(operation, kind, { delay = 0, often = 'once' } = {}) {
-    await this.truth.getByLabel('Call').selectOption(operation);
-    await this.truth.getByLabel('What happens').selectOption(kind);
-    await this.truth.getByLabel('How often').selectOption(often);
-    await this.truth.getByLabel('Delay, ms').fill(String(delay));
+    await this.testing.getByRole('combobox', { name: 'Call' }).selectOption(operation);
+    await this.testing.getByRole('combobox', { name: 'What happens' }).selectOption(kind);
+    await this.testing.getByRole('combobox', { name: 'How often' }).selectOption(often);
+    await this.testing.getByLabel('Delay, ms').fill(String(delay));
     await this.button('Arm').click();
+    await this.told(`Armed ${operation}: ${kind}`);
   }
 
   /** The steps in words are for ears: nobody sees them. */
   seesStep(text) {
     return this.steps.filter({ hasText: text }).first().waitFor({ state: 'attached' });
-  }
-
-  /** What the story's steps are, without those of log lines. */
-  async stepTexts() {
-    return (await this.steps.allTextContents()).map((text) => text.replace(/ \([^()]*\)$/, ''));
   }
 
   async exported(name) {
@@ -92,7 +106,7 @@ export class Person {
 
   /** What matters of the page, in lines. */
   async seen() {
-    const places = this.page.locator(':is([role=status], [role=alert], #steps li, #pairs li, #faults li)');
+    const places = this.page.locator(':is([role=status], #steps li, #pairs li, #faults li, #request-rows tr)');
     return (await places.allInnerTexts()).map((text) => text.replace(/\s+/g, ' ')).join('\n');
   }
 
@@ -101,7 +115,7 @@ export class Person {
   }
 
   async tabTo(locator) {
-    for (let presses = 0; presses < 120; ++presses) {
+    for (let presses = 0; presses < 80; ++presses) {
       if (await this.isFocusedOn(locator)) return;
       await this.page.keyboard.press('Tab');
     }

@@ -4,34 +4,44 @@ import { closeBrowser, openBrowser } from './browser.js';
 import { Person, sees } from './person.js';
 import { Server } from './server.js';
 
-const desk = { width: 1440, height: 1000 };
+const desk = { width: 1280, height: 800 };
 const pictures = [
-  { name: 'light', colorScheme: 'light', viewport: desk },
-  { name: 'dark', colorScheme: 'dark', viewport: desk },
-  { name: 'phone', colorScheme: 'light', viewport: { width: 390, height: 844 } },
+  { name: 'app', view: 'App', viewport: desk },
+  { name: 'timeline', view: 'Timeline', viewport: desk },
+  { name: 'requests', view: 'Requests', viewport: desk },
+  { name: 'dark', view: 'Timeline', viewport: desk, colorScheme: 'dark' },
+  { name: 'phone', view: 'Timeline', viewport: { width: 390, height: 844 } },
 ];
 
 const server = new Server();
 await server.start();
 const browser = await openBrowser();
-const guest = new Person(await browser.newPage());
+const guest = new Person(await browser.newPage({ viewport: desk }));
 await guest.page.goto(server.url);
 await guest.settleIn();
 await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
 await guest.told('Added mastercard •••• 4444.');
 // The kit finds what it has to remove, and cannot.
+await guest.makeScenario('instrument without card');
+await guest.arm('getPaymentInstrumentsList', 'delay', { delay: 300 });
 await guest.arm('removePaymentInstrument', 'error', { often: 'always' });
-await guest.makeScene('instrument without card');
 await guest.comeToForeground();
+await sees(guest.happened.getByText('could not be removed'));
+const [backend, provider] = ['backend', 'provider'].map((name) => new RegExp(`^${name} +(\\S+)$`, 'm').exec(server.said)[1]);
+await fetch(`${backend}/v1/guests/phone@example.com`, { method: 'PUT' });
+await fetch(`${backend}/v1/guests/phone@example.com/cards`);
+await fetch(`${provider}/v1/users/tok_other/instruments?use_case=default`, { headers: { 'X-API-Key': 'any' } });
 
-for (const { name, ...view } of pictures) {
-  const { page, verdict, story } = new Person(await browser.newPage(view));
-  await page.goto(server.url);
-  await sees(verdict.filter({ hasText: '1 does not match.' }));
-  await sees(story.locator('svg .bad').first());
-  await story.getByRole('region', { name: 'Sequence diagram' }).evaluate((diagram) => diagram.scrollTo(0, 0));
-  if (name === 'phone') await page.getByRole('link', { name: 'Truth' }).click();
-  await page.screenshot({ path: join(process.argv[2], `${name}.png`), animations: 'disabled' });
+for (const { name, view, ...options } of pictures) {
+  const person = new Person(await browser.newPage({ colorScheme: 'light', ...options }));
+  await person.page.goto(server.url);
+  await sees(person.page.locator('.verdict:visible', { hasText: '1 does not match.' }));
+  await person.goTo(view);
+  if (view === 'Timeline') await sees(person.timeline.locator('svg .bad').first());
+  if (view === 'Requests') await person.rows.filter({ hasText: 'tok_other' }).getByRole('link').click();
+  if (view === 'Requests') await sees(person.button('Copy as curl'));
+  await person.page.mouse.move(0, 0);
+  await person.page.screenshot({ path: join(process.argv[2], `${name}.png`), animations: 'disabled' });
 }
 await closeBrowser();
 server.abandon();

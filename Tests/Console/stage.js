@@ -36,7 +36,7 @@ export function onConsole(name, body, view = {}) {
   test(name, { timeout: 60_000 }, async () => {
     const server = new Server();
     await server.start();
-    const context = await (await openBrowser()).newContext({ viewport: { width: 1440, height: 1000 }, ...view });
+    const context = await (await openBrowser()).newContext({ viewport: { width: 1280, height: 800 }, ...view });
     context.setDefaultTimeout(15_000);
     const complaints = complaintsOf(context, server.url);
     const open = async (url = server.url) => {

@@ -1,4 +1,4 @@
-// The console over HTTP: the app that it drives, the story that it shows, and its page.
+// The console over HTTP: the app that it drives, the timeline that it shows, and its page.
 #include "Sandbox/Journal.h"
 #include "Server/Console/Page.h"
 #include "Tests/Secrecy/CardDataSearch.h"
@@ -14,21 +14,21 @@ class ConsoleTest : public ServerTest {
     sandbox->signOut();
   }
 
-  Json truth(const std::string& in = "") { return bodyOf(askConsole("GET " + in + "/truth")); }
+  Json stored(const std::string& in = "") { return bodyOf(askConsole("GET " + in + "/stored")); }
   Response addTestCard(const std::string& name, const std::string& in = "") {
     return askConsole("POST " + in + "/app/cards", {{"test_card", name}});
   }
   void signIn() { require(200, askConsole("PUT /app/guest", {{"email", email}})); }
   /// What the last operation recorded, one event a line.
-  std::string lastStory() {
+  std::string lastTimeline() {
     std::string lines;
-    const auto story = sandbox->journal().last(1);
-    for (const auto& event : story.at(0).events) {
+    const auto timeline = sandbox->journal().last(1);
+    for (const auto& event : timeline.at(0).events) {
       lines += event.from + " > " + event.to + ": " + event.what + ": " + event.result + "\n";
     }
     return lines;
   }
-  /// A page that follows the story.
+  /// A page that follows the feed.
   RawClient follow() const {
     RawClient page(portOf(server->consoleURL()));
     page.send(requestOf("GET /events"));
@@ -41,10 +41,10 @@ TEST_F(ConsoleTest, DrivesARealKitFromTheFirstCardToTheLast) {
   const auto first = bodyOf(addTestCard("visa"));
   EXPECT_EQ(first["answers"], 1);
   EXPECT_EQ(first["credit_card"]["last_four_digits"], "1111");
-  EXPECT_NE(lastStory().find("app > kit: addPaymentInstrument: \n"
-                             "kit > provider: createUserToken use case default: \n"),
+  EXPECT_NE(lastTimeline().find("app > kit: addPaymentInstrument: \n"
+                                "kit > provider: createUserToken use case default: \n"),
             std::string::npos)
-      << lastStory();
+      << lastTimeline();
   const auto second =
       require(200, askConsole("POST /app/cards", {{"test_card", "amex"},
                                                   {"use_case", "business"},
@@ -52,25 +52,28 @@ TEST_F(ConsoleTest, DrivesARealKitFromTheFirstCardToTheLast) {
   const auto path = "/app/cards/" + second["credit_card"]["id"].get<std::string>();
   const auto updated = require(200, askConsole("PATCH " + path, {{"street", "Harbour Road 1"}}));
   EXPECT_EQ(updated["answers"], 1);
-  auto pairs = truth()["pairs"];
+  auto pairs = stored()["pairs"];
   ASSERT_EQ(pairs.size(), 2U);
   EXPECT_EQ(pairs[1]["card"]["billing_address"]["street"], "Harbour Road 1");
   EXPECT_EQ(pairs[1]["card"]["billing_address"]["city"], "Hamburg");
   EXPECT_EQ(pairs[1]["card"]["external_identifier"], pairs[1]["instrument"]["identifier"]);
   EXPECT_EQ(require(200, askConsole("DELETE " + path))["failure"], nullptr);
-  EXPECT_EQ(truth()["pairs"].size(), 1U);
+  EXPECT_EQ(stored()["pairs"].size(), 1U);
 
-  ASSERT_EQ(askConsole("POST /scenes", {{"name", "instrument-without-card"}}).status, 200);
-  pairs = truth()["pairs"];
+  ASSERT_EQ(
+      askConsole("POST /v1/sandbox/scenes", {{"name", "instrument-without-card"}, {"guest", email}})
+          .status,
+      200);
+  pairs = stored()["pairs"];
   ASSERT_EQ(pairs.size(), 2U);
   EXPECT_EQ(pairs[1]["card"], nullptr);
   EXPECT_EQ(askConsole("POST /app/foreground", Json::object()).status, 200);
-  EXPECT_EQ(truth()["pairs"].size(), 1U) << lastStory();
+  EXPECT_EQ(stored()["pairs"].size(), 1U) << lastTimeline();
 
   EXPECT_EQ(askConsole("PUT /app/network", {{"on", false}}).status, 200);
   EXPECT_NE(bodyOf(addTestCard("visa"))["failure"], nullptr);
   EXPECT_EQ(askConsole("POST /reset", Json::object()).status, 200);
-  const auto after = truth();
+  const auto after = stored();
   EXPECT_EQ(after["guest"], nullptr);
   EXPECT_EQ(after["network"], true);
   EXPECT_EQ(after["pairs"].size(), 0U);
@@ -82,14 +85,15 @@ TEST_F(ConsoleTest, TheKitFollowsTheGuestAndTheSandbox) {
     for (const auto* other : {"one@example.com", "two@example.com"}) {
       require(200, askConsole("PUT " + in + "/app/guest", {{"email", other}}));
       ASSERT_EQ(bodyOf(addTestCard("visa", in))["failure"], nullptr);
-      const auto pairs = truth(in)["pairs"].size();
-      require(200, askConsole("POST " + in + "/scenes", {{"name", "instrument-without-card"}}));
+      const auto pairs = stored(in)["pairs"].size();
+      require(200, askConsole("POST " + in + "/v1/sandbox/scenes",
+                              {{"name", "instrument-without-card"}, {"guest", other}}));
       require(200, askConsole("POST " + in + "/app/foreground", Json::object()));
-      EXPECT_EQ(truth(in)["pairs"].size(), pairs) << "the kit synchronises " << in << other;
+      EXPECT_EQ(stored(in)["pairs"].size(), pairs) << "the kit synchronises " << in << other;
     }
   }
-  EXPECT_EQ(truth("/sandboxes/a")["guest"]["email"], "two@example.com");
-  EXPECT_EQ(truth("/sandboxes/a")["pairs"].size(), 1U);
+  EXPECT_EQ(stored("/sandboxes/a")["guest"]["email"], "two@example.com");
+  EXPECT_EQ(stored("/sandboxes/a")["pairs"].size(), 1U);
   require(204, askProvider("DELETE /v1/sandboxes/a"));
   EXPECT_EQ(addTestCard("visa", "/sandboxes/a").code(), "no-such-sandbox");
   EXPECT_EQ(addTestCard("visa").status, 200);
@@ -111,14 +115,7 @@ TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {
       {"POST /app/cards", Json::object(), 422, "wrong-type"},
       {"POST /app/cards", {{"test_card", "visa"}}, 409, "not-signed-in"},
       {"DELETE /app/cards/crd_x", nullptr, 409, "not-signed-in"},
-      {"POST /faults", {{"operation", "fly"}, {"kind", "error"}}, 422, "fault-refused"},
-      {"POST /faults",
-       {{"operation", "createUserToken"}, {"kind", "error"}, {"times", 0}},
-       422,
-       "fault-refused"},
-      {"POST /faults", {{"operation", "fly"}}, 422, "fault-refused"},
-      {"POST /scenes", {{"name", "half-deleted"}}, 422, "scene-refused"},
-      {"GET /story?last=many", nullptr, 422, "wrong-type"},
+      {"GET /timeline?last=many", nullptr, 422, "wrong-type"},
       {"GET /nothing", nullptr, 404, "no-such-resource"},
       {"DELETE /reset", nullptr, 405, "method-not-allowed"},
   };
@@ -127,25 +124,27 @@ TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {
     EXPECT_EQ(reply.status, status) << request;
     EXPECT_EQ(reply.code(), code) << request;
   }
-  EXPECT_EQ(truth()["guest"], nullptr);
-  EXPECT_EQ(truth()["faults"].size(), 0U);
+  EXPECT_EQ(stored()["guest"], nullptr);
+  EXPECT_EQ(stored()["faults"].size(), 0U);
 }
 
-TEST_F(ConsoleTest, TheStoryComesWhileItHappensAndTheWholeOfItAtFirst) {
+TEST_F(ConsoleTest, TheTimelineComesWhileItHappensAndTheWholeOfItAtFirst) {
   signIn();
   std::vector<RawClient> pages;
   for (int i = 0; i < 8; ++i) pages.push_back(follow());
   for (auto& page : pages) {
-    EXPECT_NE(page.receiveUntil("\"name\":\"sign in\"").find("event: story\ndata: {\"whole\":true"),
-              std::string::npos);
-    page.receiveUntil("event: truth\ndata: ");
+    EXPECT_NE(
+        page.receiveUntil("\"name\":\"sign in\"").find("event: timeline\ndata: {\"whole\":true"),
+        std::string::npos);
+    page.receiveUntil("event: stored\ndata: ");
+    page.receiveUntil("/app/guest");
   }
   ASSERT_EQ(addTestCard("visa").status, 200);
   for (auto& page : pages) {
     const auto news =
         page.receiveUntil("\"what\":\"addPaymentInstrument\",\"result\":\"guest, card");
     EXPECT_NE(news.find("{\"whole\":false"), std::string::npos);
-    // The truth may be out before the kit has replied to the app.
+    // The stored data may be out before the kit has replied to the app.
     const std::string card = "\"last_four_digits\":\"1111\"";
     if (news.find(card) == std::string::npos) page.receiveUntil(card);
   }
@@ -162,15 +161,16 @@ TEST_F(ConsoleTest, ACardThatIsTypedHereIsFoundNowhereAfterwards) {
   for (const auto& holder : {std::string("Erika"), "Erika " + card.pan}) {
     auto typed = card;
     typed.cardHolder = holder;
-    for (const auto* request : {"POST /app/cards", "POST /faults", "POST /scenes", "PUT /app/guest",
-                                "PATCH /app/cards/crd_x"}) {
+    for (const auto* request :
+         {"POST /app/cards", "POST /v1/sandbox/faults", "POST /v1/sandbox/scenes", "PUT /app/guest",
+          "PATCH /app/cards/crd_x"}) {
       replies += askConsole(request, enteredCard(typed)).body;
     }
   }
   replies += askConsole("PUT /app/guest", {{"email", card.pan + "@example.com"}}).body;
-  replies += askConsole("POST /scenes", {{"name", card.pan}}).body;
-  for (const auto& path : {"/" + card.pan, std::string("/choices"), std::string("/truth"),
-                           std::string("/story?last=200")}) {
+  replies += askConsole("POST /v1/sandbox/scenes", {{"name", card.pan}}).body;
+  for (const auto& path : {"/" + card.pan, std::string("/choices"), std::string("/stored"),
+                           std::string("/timeline?last=200")}) {
     replies += askConsole("GET " + path).body;
   }
   require(200, askConsole("PUT /app/network", {{"on", false}}));
@@ -186,7 +186,7 @@ TEST_F(ConsoleTest, ACardThatIsTypedHereIsFoundNowhereAfterwards) {
 TEST_F(ConsoleTest, ThePageNeedsNothingFromElsewhere) {
   const auto page = askConsole("GET /");
   EXPECT_TRUE(page.header("Content-Security-Policy").starts_with("default-src 'self'"));
-  for (const char* name : {"console.css", "main.js", "story.js", "diagram.js", "export.js"}) {
+  for (const char* name : {"console.css", "main.js", "timeline.js", "diagram.js", "export.js"}) {
     const auto* file = findPageFile(name);
     ASSERT_NE(file, nullptr) << name;
     EXPECT_EQ(askConsole("GET /" + std::string(name)).body, file->content);

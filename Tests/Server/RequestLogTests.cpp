@@ -31,7 +31,7 @@ TEST_F(RequestLogTest, HasEveryRequestRejectedOnesIncludedAndFindsThem) {
   require(404, askBackend("GET /v1/guests/nobody@x"));
   require(415, testing::ask(portOf(server->backendURL()), "POST " + cards));
   require(401, testing::ask(portOf(server->providerURL()), "POST /v1/users", "{}"));
-  require(403, testing::ask(portOf(server->consoleURL()), "GET /truth", "",
+  require(403, testing::ask(portOf(server->consoleURL()), "GET /stored", "",
                             "Origin: http://evil.example\r\n"));
   EXPECT_EQ(RawClient(portOf(server->backendURL())).send("garbage\r\n\r\n").receive().status, 400);
   ASSERT_EQ(arm("addCreditCardForGuest", "twice"), "");

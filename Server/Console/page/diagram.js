@@ -1,54 +1,74 @@
 // One operation as a sequence diagram.
 import { svg } from './dom.js';
 
-const lanes = ['app', 'main queue', 'kit', 'provider', 'backend'];
-const margin = 82;
-const leastGap = 88;
-/** A text has at least that much room, even if it then crosses a lane. */
-const leastRoom = 140;
-/** What the calls to a service are given before anything else is. */
-const roomForCalls = 200;
-const leastBetweenHeads = 10;
+const everyLane = ['app', 'main queue', 'kit', 'provider', 'backend'];
+const margin = 128;
 const lineHeight = 15;
-const letterWidth = 7.2;
+const headHeight = 34;
+const barWidth = 8;
+const leastGap = 64;
+const widestCall = 250;
+const widestResult = 180;
+/** So many pixels stand for the whole time when waits are drawn to scale. */
+const scaledHeight = 600;
 const isConfirmation = /^getPaymentInstrumentsList/;
 const afterConfirming = /^(addCreditCardForGuest|updateCurrentGuestWithRequest)/;
-/** The rest are notices, which nobody answers. */
-const hasAnswer = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
-const headHeight = 34;
+/** The rest are notices, to which nobody replies. */
+const hasReply = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
+
+const pen = document.createElement('canvas').getContext('2d');
+function widthOf(text) {
+  pen.font = '12.5px system-ui, -apple-system, "Segoe UI", "Noto Sans", "DejaVu Sans", sans-serif';
+  return pen.measureText(text).width;
+}
+
+const millisecondsOf = (event) => Date.parse(event.at);
+export const duration = (ms) => (ms < 1 ? '<1 ms' : ms < 10_000 ? `${Math.round(ms)} ms` : `${(ms / 1000).toFixed(1)} s`);
 
 /**
- * What is drawn of each event. From a service's thread the kit comes to the main one through the
- * main queue only. So when it tells the app of an answer there, or registers a card that was
- * confirmed elsewhere, that was posted.
+ * What is drawn of each event, each reply with what it took. From a service's thread the kit comes
+ * to the main one through the main queue only. So when it calls the app's completion there, or
+ * registers a card that was confirmed elsewhere, that was posted.
  */
 export function stepsOf(events) {
   const steps = [];
-  // The last answer that came on another thread.
-  let answered = '';
+  const open = [];
+  // The last reply that came on another thread.
+  let replied = '';
   for (const event of events) {
     const { from, to, what, result, thread, number } = event;
-    if (from === 'app') answered = '';
-    const goesOn = to === 'app' ? answered !== '' : isConfirmation.test(answered) && afterConfirming.test(what);
+    const at = millisecondsOf(event) - millisecondsOf(events[0]);
+    const common = { thread, number, at };
+    if (from === 'app') replied = '';
+    const goesOn = to === 'app' ? replied !== '' : isConfirmation.test(replied) && afterConfirming.test(what);
     const isPosted = from === 'kit' && thread === 'main' && goesOn;
     if (isPosted) {
-      steps.push({ kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts', tone: 'soft', thread: '', number });
-      answered = '';
+      steps.push({ ...common, kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts', tone: 'soft', thread: '' });
+      replied = '';
     }
-    if (to === 'kit' && thread !== 'main') answered = what;
-    if (to === 'log') steps.push({ kind: 'note', at: 'kit', text: `${result}: ${what}`, tone: 'soft', thread, number, sort: 'log' });
-    else if (to === 'assert') steps.push({ kind: 'note', at: 'kit', text: `assertion: ${what}`, tone: 'bad', thread, number, sort: 'assert' });
-    else if (from === to) steps.push({ kind: 'note', at: from, text: what, tone: 'drift', thread, number, sort: 'calls' });
+    if (to === 'kit' && thread !== 'main') replied = what;
+    if (to === 'log') steps.push({ ...common, kind: 'note', lane: 'kit', text: `${result}: ${what}`, tone: 'soft', sort: 'log' });
+    else if (to === 'assert') steps.push({ ...common, kind: 'note', lane: 'kit', text: `assertion: ${what}`, tone: 'bad', sort: 'assert' });
+    else if (from === to) steps.push({ ...common, kind: 'note', lane: from, text: what, tone: 'drift', sort: 'calls' });
     else {
-      steps.push({
-        kind: 'arrow', from: isPosted && to === 'app' ? 'main queue' : from, to, thread, number,
-        text: result ? `${what}: ${result}` : what,
-        isAnswer: result !== '',
-        tone: result.startsWith('error') ? 'bad' : 'plain',
-        call: !result && hasAnswer.test(what) ? `${to} ${from} ${what}` : null,
-        answers: result ? `${from} ${to} ${what}` : null,
-        sort: 'calls',
-      });
+      const step = {
+        ...common, kind: 'arrow', from: isPosted && to === 'app' ? 'main queue' : from, to, what, result, sort: 'calls',
+        text: result ? `${what}: ${result}` : what, tone: result.startsWith('error') ? 'bad' : 'plain',
+      };
+      if (!result && hasReply.test(what)) {
+        const taken = open.filter((call) => call.to === to).map((call) => call.slot);
+        step.slot = 0;
+        while (taken.includes(step.slot)) step.slot += 1;
+        open.push(step);
+      } else if (result) {
+        const place = open.findIndex((call) => call.to === from && call.from === to && call.what === what);
+        if (place >= 0) {
+          const [call] = open.splice(place, 1);
+          Object.assign(step, { replyTo: call.number, slot: call.slot, took: at - call.at });
+          step.isAlone = call.slot === 0 && !open.some((other) => other.to === from);
+        }
+      }
+      steps.push(step);
     }
   }
   return steps;
@@ -56,55 +76,40 @@ export function stepsOf(events) {
 
 /** A step in words: for those who do not see the drawing, and for a bug report. */
 export function sentenceOf(step) {
-  const where = step.kind === 'note' ? step.at : `${step.from} → ${step.to}`;
-  return `${where}: ${step.text}${step.thread ? ` (${step.thread})` : ''}`;
+  const where = step.kind === 'note' ? step.lane : `${step.from} → ${step.to}`;
+  const took = step.took === undefined ? '' : `, after ${duration(step.took)}`;
+  return `${where}: ${step.text}${took}${step.thread ? ` (${step.thread})` : ''}`;
 }
 
-function wrapped(text, columns) {
+/** What stands on a step's arrow: a reply names its call only where others are under way. */
+function labelOf(step) {
+  const short = (what) => what.replace(/ use case (\w+)$/, ' · $1');
+  if (step.took === undefined) return step.what && !step.result ? short(step.what) : step.text;
+  const [, name, useCase] = /^(\w+)(?: use case (\w+))?$/.exec(step.what) ?? [null, step.what];
+  const about = step.isAlone ? '' : `${useCase ?? name}: `;
+  return `${about}${step.result} ·\u00a0${duration(step.took).replace(' ', '\u00a0')}`;
+}
+
+function wrapped(text, room) {
   const lines = [''];
-  for (const word of text.split(' ')) {
-    const last = lines[lines.length - 1];
-    if (last && last.length + word.length + 1 > columns) lines.push(word);
-    else lines[lines.length - 1] = last ? `${last} ${word}` : word;
+  for (const word of text.split(/ |(?<=[a-z]{12})(?=[A-Z])/)) {
+    const last = lines.at(-1);
+    const longer = last ? `${last} ${word}` : word;
+    if (last && widthOf(longer) > room) lines.push(word);
+    else lines[lines.length - 1] = longer;
   }
   return lines;
 }
 
-function textAt(lines, x, y, tone, anchor) {
-  return svg('text', { class: `label ${tone}`, x, y, 'text-anchor': anchor },
-    ...lines.map((line, index) => {
-      const part = svg('tspan', { x, dy: index === 0 ? 0 : lineHeight });
-      part.textContent = line;
-      return part;
-    }));
+function textAt(lines, x, y, name, anchor) {
+  return svg('text', { class: name, x, y, 'text-anchor': anchor },
+    ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
 }
 
 function head({ lane, x, width, isSmall }) {
-  const label = svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' });
-  label.textContent = lane;
-  return svg('g', { class: 'lane-head' }, svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }), label);
-}
-
-function arrow(step, from, to, y) {
-  const tip = to > from ? -7 : 7;
-  return svg('g', { class: `${step.isAnswer ? 'answer' : 'call'} ${step.tone}` },
-    svg('line', { x1: from, y1: y, x2: to, y2: y }),
-    svg('path', { d: `M${to} ${y}l${tip} -4v8z` }));
-}
-
-/** The bars that show how long a call is being served; those without an answer go on. */
-function bars(placed, xOf, end) {
-  const open = new Map();
-  const drawn = [];
-  const bar = (step, from, to, isOpen) =>
-    svg('rect', { class: isOpen ? 'bar open' : 'bar', x: xOf(step.to) - 4, y: from, width: 8, height: Math.max(4, to - from), rx: 2 });
-  for (const { step, y } of placed) {
-    if (step.call) open.set(step.call, [...(open.get(step.call) ?? []), { step, y }]);
-    const call = step.answers ? open.get(step.answers)?.shift() : null;
-    if (call) drawn.push(bar(call.step, call.y, y, false));
-  }
-  for (const call of [...open.values()].flat()) drawn.push(bar(call.step, call.y, end, true));
-  return drawn;
+  return svg('g', { class: 'lane-head' },
+    svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }),
+    svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' }, lane));
 }
 
 /** The heads alone, which stay in sight while the rest is scrolled. */
@@ -114,87 +119,105 @@ export function headsOf(picture) {
   return heads;
 }
 
-/** Heads at even distances, from edge to edge. */
-function headsOnANarrowSheet(sheet) {
-  const gap = Math.floor(sheet / lanes.length);
-  return lanes.map((lane, index) => ({ lane, x: gap * (index + 0.5), width: Math.min(96, gap - 4), isSmall: gap < 84 }));
-}
-
-/** Heads side by side behind the threads; the calls to the services have most of what is left. */
-function headsOnAWideSheet(sheet) {
-  const widths = lanes.map((lane) => 18 + 8 * lane.length);
-  const left = sheet - margin - widths.reduce((sum, width) => sum + width);
-  const forCalls = Math.min(roomForCalls, left - leastBetweenHeads * lanes.length);
-  const gap = Math.floor((left - forCalls) / lanes.length);
-  let edge = margin;
-  return lanes.map((lane, index) => {
-    if (lane === 'provider') edge += forCalls;
-    const x = edge + widths[index] / 2;
-    edge += widths[index] + gap;
-    return { lane, x, width: widths[index], isSmall: false };
-  });
-}
-
 /**
- * Where things are on a sheet. On a wide one the threads have a column, and a text begins at its
- * lane; on a narrow one it begins at the edge and stands above what it is about.
+ * Where lanes are on a sheet: as far apart as the texts between them need, and closer, with the
+ * texts in several lines, where the sheet is too narrow. On a very narrow one a text begins at the
+ * edge and stands above its arrow.
  */
-function layoutOf(sheet) {
-  const isNarrow = (sheet - margin) / lanes.length < leastGap;
-  const heads = (isNarrow ? headsOnANarrowSheet : headsOnAWideSheet)(sheet);
-  const xOf = (lane) => heads[Math.max(0, lanes.indexOf(lane))].x;
-  return { isNarrow, width: sheet, heads, xOf };
+function layoutOf(steps, sheet) {
+  const isUsed = (lane) => ['app', 'kit'].includes(lane) || steps.some((step) => [step.from, step.to, step.lane].includes(lane));
+  const lanes = everyLane.filter(isUsed);
+  const isNarrow = sheet < 560;
+  if (isNarrow) {
+    const gap = Math.floor(sheet / lanes.length);
+    const heads = lanes.map((lane, index) => ({ lane, x: Math.round(gap * (index + 0.5)), width: gap - 4, isSmall: gap < 84 }));
+    return { isNarrow, width: sheet, heads, xOf: (lane) => heads[Math.max(0, lanes.indexOf(lane))].x };
+  }
+  const headWidths = lanes.map((lane) => 18 + 8 * lane.length);
+  const closest = [margin + headWidths[0] / 2];
+  const places = [...closest];
+  for (let to = 1; to < lanes.length; ++to) {
+    const gap = (headWidths[to - 1] + headWidths[to]) / 2 + 8;
+    closest[to] = closest[to - 1] + gap;
+    places[to] = places[to - 1] + gap;
+    for (const step of steps.filter((each) => each.kind === 'arrow')) {
+      const [left, right] = [lanes.indexOf(step.from), lanes.indexOf(step.to)].sort();
+      const width = Math.min(step.result ? widestResult : widestCall, widthOf(labelOf(step)));
+      if (right === to) places[to] = Math.max(places[to], places[left] + width + 4 * barWidth);
+    }
+  }
+  const spare = sheet - headWidths.at(-1) / 2 - barWidth - closest.at(-1);
+  const share = Math.min(1, spare / Math.max(1, places.at(-1) - closest.at(-1)));
+  const heads = lanes.map((lane, index) => ({ lane, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: headWidths[index], isSmall: false }));
+  return { isNarrow, width: sheet, heads, xOf: (lane) => heads[Math.max(0, lanes.indexOf(lane))].x };
 }
 
-function placeOfText(step, { isNarrow, width, heads, xOf }) {
+function placeOfText(step, from, to, { isNarrow, width, xOf }) {
   if (isNarrow) return { x: 6, room: width - 12, anchor: 'start' };
-  const isNote = step.kind === 'note';
-  const start = isNote ? xOf(step.at) + 12 : Math.min(xOf(step.from), xOf(step.to)) + 10;
-  // A text stops before the next lane, if there is room enough.
-  const stops = heads.map(({ x }) => x);
-  const firstRoom = (rooms) => rooms.map((room) => room - 8).find((room) => room >= leastRoom);
-  const room = firstRoom([...stops, width].map((stop) => stop - start));
-  if (!isNote || room) return { x: start, room: room ?? width - start - 8, anchor: 'start' };
-  // Where little room is left of the sheet, a note stands on the other side of its dot.
-  const end = xOf(step.at) - 12;
-  return { x: end, room: firstRoom(stops.reverse().map((stop) => end - stop)) ?? end - margin, anchor: 'end' };
+  if (step.kind === 'arrow') return { x: Math.round((from + to) / 2), room: Math.max(leastGap, Math.abs(to - from) - barWidth), anchor: 'middle' };
+  const x = xOf(step.lane) + 12;
+  if (['app', 'kit'].includes(step.lane) && width - x > 160) return { x, room: width - x - 8, anchor: 'start' };
+  return { x: xOf(step.lane) - 12, room: xOf(step.lane) - margin - 24, anchor: 'end' };
 }
 
 /** One step with its top at `y`; `at` is where its arrow or dot is. */
-function row(step, y, layout) {
+function row(step, y, layout, before) {
   const { isNarrow, xOf } = layout;
-  const { x, room, anchor } = placeOfText(step, layout);
-  const text = isNarrow && step.thread ? `${step.text} · ${step.thread}` : step.text;
-  const lines = wrapped(text, Math.max(16, Math.floor(room / letterWidth)));
+  const bar = (lane) => (['provider', 'backend'].includes(lane) && step.slot !== undefined ? xOf(lane) - barWidth / 2 + step.slot * (barWidth + 3) : xOf(lane));
+  const [from, to] = step.kind === 'arrow' ? [bar(step.from), bar(step.to)] : [0, 0];
+  const { x, room, anchor } = placeOfText(step, from, to, layout);
+  const label = labelOf(step);
+  const time = `+${duration(step.at).replace('<1', '0')}`;
+  const isNew = !before || before.at !== step.at || before.thread !== step.thread;
+  const lines = wrapped(isNarrow && isNew ? [label, step.thread, time].filter(Boolean).join(' · ') : label, room);
   const top = y + 14;
   const last = top + (lines.length - 1) * lineHeight;
-  const at = last + 7;
-  const thread = svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 8, y: top });
-  thread.textContent = isNarrow ? '' : step.thread;
-  const dotAt = isNarrow ? at + 2 : top - 4;
+  const at = step.kind === 'note' && !isNarrow ? last : last + 7;
+  const when = isNarrow || !isNew ? [] : [
+    svg('text', { class: 'time', x: 54, y: top, 'text-anchor': 'end' }, time),
+    svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 60, y: top }, step.thread)];
+  const tip = to > from ? -7 : 7;
   const mark = step.kind === 'note'
-    ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.at), cy: dotAt, r: 4 })
-    : arrow(step, xOf(step.from), xOf(step.to), at);
-  return { at, parts: [thread, mark, textAt(lines, x, top, step.tone, anchor)] };
+    ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.lane), cy: isNarrow ? at + 2 : top - 4, r: 4 })
+    : svg('g', { class: `${step.result ? 'reply' : 'call'} ${step.tone}` },
+      svg('line', { x1: from, y1: at, x2: to, y2: at }), svg('path', { d: `M${to} ${at}l${tip} -4v8z` }));
+  return { at, parts: [...when, mark, textAt(lines, x, top, `label ${step.tone}`, anchor)] };
 }
 
-/** Draws steps on a sheet of so many pixels; those after the event `known` are new. */
-export function drawn(steps, sheet, known = Infinity) {
-  const layout = layoutOf(sheet);
+/**
+ * Draws steps on a sheet of so many pixels; those after the event `known` are new. With `isScaled`,
+ * steps are as far apart as they were in time.
+ */
+export function drawn(steps, sheet, known = Infinity, isScaled = false) {
+  const layout = layoutOf(steps, sheet);
   const { width, heads, xOf } = layout;
-  const placed = [];
   const rows = [];
+  const bars = [];
+  const open = new Map();
+  const whole = Math.max(1, (steps.at(-1)?.at ?? 0) - (steps[0]?.at ?? 0));
   let y = headHeight + 8;
+  let before = null;
+  const bar = (call, from, to, isOpen) => bars.push(svg('rect', {
+    class: isOpen ? 'bar open' : 'bar', x: xOf(call.to) - barWidth / 2 + call.slot * (barWidth + 3), y: from, width: barWidth, height: Math.max(4, to - from), rx: 2,
+  }));
   for (const step of steps) {
-    const { at, parts } = row(step, y, layout);
+    if (isScaled && before) y += Math.round(((step.at - before.at) / whole) * scaledHeight);
+    const { at, parts } = row(step, y, layout, before);
     rows.push(svg('g', { class: step.number > known ? 'new' : '' }, ...parts));
-    placed.push({ step, y: at });
-    y = at + (layout.isNarrow ? 9 : 5);
+    if (step.slot !== undefined && step.replyTo === undefined) open.set(step.number, { step, at });
+    const call = open.get(step.replyTo);
+    if (call) {
+      bar(call.step, call.at, at, false);
+      open.delete(step.replyTo);
+    }
+    y = at + (layout.isNarrow ? 9 : 6);
+    before = step;
   }
   const height = y + 14;
+  for (const { step, at } of open.values()) bar(step, at, height - 6, true);
   return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
     ...heads.map(({ x }) => svg('line', { class: 'lane', x1: x, x2: x, y1: headHeight - 4, y2: height - 6 })),
-    ...bars(placed, xOf, height - 6),
+    ...bars,
     ...rows,
     ...heads.map(head));
 }

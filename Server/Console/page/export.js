@@ -8,8 +8,8 @@ const style = `
   .label { paint-order: stroke; stroke: #ffffff; stroke-width: 3px; }
   .head { font-weight: 600; } .head-box { fill: #f6f5f1; stroke: #d9d9d2; }
   .lane { stroke: #d9d9d2; } .thread { fill: #56626b; font-size: 11px; }
-  .call line, .answer line { stroke: #1d2429; stroke-width: 1.3; } .answer line { stroke-dasharray: 5 4; }
-  .call path, .answer path { fill: #1d2429; }
+  .call line, .reply line { stroke: #1d2429; stroke-width: 1.3; } .reply line { stroke-dasharray: 5 4; }
+  .call path, .reply path { fill: #1d2429; }
   .bar { fill: #e3f1ee; stroke: #0f6e66; } .bar.open { stroke-dasharray: 3 3; }
   .soft, .label.soft { fill: #56626b; } .bad line { stroke: #b3261e; } .bad path, .label.bad, .dot.bad { fill: #b3261e; }
   .label.drift, .dot.drift { fill: #8a5200; } .dot.soft { fill: #9aa5ac; }`;

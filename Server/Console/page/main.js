@@ -1,9 +1,12 @@
-// Puts the three panels together, and keeps them live.
+// Puts the views together, and keeps them live. The part of the URL after # says which one is shown.
 import { AppPanel } from './app.js';
-import { listen, request } from './connection.js';
+import { listen, request, sandbox } from './connection.js';
 import { find } from './dom.js';
-import { StoryPanel } from './story.js';
-import { TruthPanel } from './truth.js';
+import { FaultsPanel } from './faults.js';
+import { RequestsView } from './requests.js';
+import { listenToSandboxes } from './sandboxes.js';
+import { showStored } from './stored.js';
+import { TimelineView } from './timeline.js';
 
 const sentences = {
   live: 'Live',
@@ -16,22 +19,46 @@ async function choices() {
     try {
       return await request('GET', 'choices');
     } catch {
-      await new Promise((resolve) => { setTimeout(resolve, 1000); });
+      await new Promise((resolve) => { setTimeout(resolve, 400); });
     }
   }
 }
 
 const chosen = await choices();
 const app = new AppPanel(chosen);
-const truthPanel = new TruthPanel(chosen);
-const story = new StoryPanel();
+const faults = new FaultsPanel(chosen);
+const timeline = new TimelineView();
+const requests = new RequestsView(chosen, timeline);
+listenToSandboxes();
+find('sandbox-name').textContent = sandbox;
+document.title = `${sandbox} · paylevenkit console`;
+
+function showView() {
+  const [view, what] = location.hash.slice(1).split('/');
+  const shown = ['timeline', 'requests', 'stored'].includes(view) ? view : 'app';
+  document.body.dataset.view = shown;
+  for (const link of find('views').querySelectorAll('a')) {
+    if (link.hash === `#${shown}`) link.setAttribute('aria-current', 'page');
+    else link.removeAttribute('aria-current');
+  }
+  timeline.choose(shown === 'timeline' ? what : null);
+  requests.choose(shown === 'requests' ? what : null);
+}
+addEventListener('hashchange', () => {
+  showView();
+  // What was followed may be hidden now.
+  if (!document.activeElement.checkVisibility()) document.querySelector(`[data-of="${document.body.dataset.view}"]`).focus();
+});
+showView();
 
 listen({
-  story: (news) => story.add(news),
-  truth: (truth) => {
-    app.show(truth);
-    truthPanel.show(truth);
-    story.forgetBefore(truth.oldest_operation);
+  timeline: (news) => timeline.add(news),
+  requests: (news) => requests.add(news),
+  stored: (stored) => {
+    app.show(stored);
+    faults.show(stored);
+    showStored(stored);
+    timeline.forgetBefore(stored.oldest_operation);
   },
   state: (state) => {
     const place = find('connection');

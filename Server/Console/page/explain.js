@@ -1,0 +1,146 @@
+// What happened in an operation, in plain English, made from its events alone.
+
+const nameOf = (what) => what.split(' ')[0];
+const isError = (event) => event.result.startsWith('error');
+
+/** Calls of the services with their replies: { what, of, start, end, error, fault }, in order. */
+export function callsOf(events) {
+  const calls = [];
+  const open = (event) => calls.find((call) => !call.end && call.of === event.from && call.start.what === event.what);
+  for (const event of events) {
+    const isCall = event.from === 'kit' && ['backend', 'provider'].includes(event.to);
+    if (isCall && !event.result && event.what !== 'registerWithAPIKey') {
+      calls.push({ what: nameOf(event.what), of: event.to, start: event, end: null, error: null, fault: null });
+    } else if (event.to === 'kit' && event.result) {
+      const call = open(event);
+      if (call) Object.assign(call, { end: event, error: isError(event) ? event.result : null });
+    } else if (event.from === event.to) {
+      const [, kind, what] = /^fault '(.+)' met (.+)$/.exec(event.what) ?? [];
+      const call = calls.find((each) => !each.fault && !each.end && each.of === event.from && each.what === what);
+      if (call) call.fault = kind;
+    }
+  }
+  return calls;
+}
+
+/** The calls and what the operation's own events say of them. */
+function factsOf({ events }) {
+  const calls = callsOf(events);
+  const logs = events.filter((event) => event.to === 'log').map((event) => event.what);
+  return {
+    calls,
+    call: (what) => calls.find((call) => call.what === what),
+    waits: calls.find((call) => !call.end),
+    isLogged: (text) => logs.some((line) => line.startsWith(text)),
+  };
+}
+
+const good = (text) => ({ tone: 'good', text });
+const bad = (text, row = null) => ({ tone: 'bad', text, row });
+const waiting = ({ waits }, row) => ({
+  tone: 'waits',
+  text: waits
+    ? `The kit waits for ${waits.what}, to which the ${waits.of} has not replied; until then the app's completion is not called.`
+    : "The app's completion has not been called.",
+  row,
+});
+const offline = bad('There was no connection, so the kit asked neither side and reported the error of the network.', 'no connection');
+
+function add(facts, completion) {
+  const { call, calls } = facts;
+  const isFirst = Boolean(call('createUserToken'));
+  if (!completion) return waiting(facts, 'the provider never answers');
+  if (calls.length === 0) return isError(completion) ? bad('The kit reported an error before it asked either side: the card refused itself, or there was no connection.', 'the card refuses itself') : bad('There was no card to add, so nothing was asked.', 'the card is missing');
+  const stored = call('createUserToken') ?? call('addPaymentInstrument');
+  if (stored.error) return bad(`The provider did not confirm that it stored the card (${stored.error}); the kit reports this to the app, and the backend was not asked.`, isFirst ? 'the provider refuses to create a token' : 'the provider refuses the card');
+  const list = call('getPaymentInstrumentsList');
+  if (!list) return bad('The provider replied without a token, so the kit could not go on.', 'neither a token nor an error');
+  if (list.error) return bad('The provider stored the card, but its list of instruments failed; the backend was not asked, and the app got the error.', 'the lookup fails');
+  const registered = call('addCreditCardForGuest');
+  if (!registered) return bad('The provider stored the card, but its list has no usable instrument for it; the backend was not asked.', 'the stored instrument has no identifier');
+  if (registered.error && !isFirst) return bad('The provider stored the card and the backend refused it; the kit reports no error (kept for compatibility); the next synchronisation will remove the instrument.', 'the backend refuses the card');
+  if (registered.error) return bad('The provider stored the card and the backend refused it; the app got the error, and the next synchronisation will remove the instrument.', 'fails');
+  if (call('updateCurrentGuestWithRequest')?.error) return bad("The card is stored on both sides, but the backend refused the guest's token; the app got that error.", 'fails, answers last');
+  if (isError(completion)) return bad(`The card is stored on both sides, but the app got ${completion.result}.`);
+  return good(isFirst ? "The provider made a token and stored the guest's first card, and the backend registered both." : 'The provider stored the card, and the backend registered it.');
+}
+
+function remove(facts, completion) {
+  const { call, calls } = facts;
+  const deleted = call('deleteCreditCardWithID');
+  if (!completion) return waiting(facts, 'the backend never answers');
+  if (calls.length === 0) return completion.result.includes('URLError') ? offline : bad('The kit reported what was missing before it asked either side.', 'the guest has no token');
+  if (deleted?.error) return bad('The backend refused to delete the card, so the provider was not asked to remove its instrument.', 'the backend refuses');
+  const removed = call('removePaymentInstrument');
+  if (call('getPaymentInstrumentsList')?.error) return bad("The backend deleted the card, but the provider's list failed; the kit reports no error (kept for compatibility); the next synchronisation will remove the instrument.", "the provider's list fails, or is missing");
+  if (!removed) return { ...good('The backend deleted the card; no instrument of the provider matched it, so none was removed.'), row: 'no instrument matches' };
+  if (removed.error) return bad('The backend deleted the card, but the provider did not remove the instrument; the app got the error, and the next synchronisation will try again.', 'the removal fails');
+  return good('The backend deleted the card, and the provider removed its instrument.');
+}
+
+function update({ call, ...facts }, completion) {
+  if (!completion) return waiting(facts, null);
+  if (!call('updateCreditCard')) return offline;
+  return call('updateCreditCard').error
+    ? bad('The backend refused the billing address; nothing was changed.', 'the backend refuses the update')
+    : good('The backend changed the billing address; the provider has none and was not asked.');
+}
+
+function synchronise(facts) {
+  const { calls, call, isLogged } = facts;
+  if (isLogged('Failed to synchronize')) {
+    const failed = calls.find((each) => each.error);
+    return bad(`The synchronisation failed${failed ? ` at ${failed.what} of the ${failed.of}` : ''}, so nothing was removed. The kit still counts it as under way and drops later ones until the app starts again.`,
+      call('fetchGuestCreditCards')?.error ? "the backend's list fails" : 'a provider list fails');
+  }
+  if (isLogged('Nothing to synchronize')) return { ...good('The provider has no instruments, so there was nothing to do. The kit still counts this synchronisation as under way and drops later ones until the app starts again.'), row: 'the provider holds nothing' };
+  const removals = calls.filter((each) => each.what === 'removePaymentInstrument');
+  const failed = removals.filter((each) => each.error).length;
+  if (failed > 0) return bad(`${removals.length === 1 ? 'The instrument without a card' : `Of ${removals.length} instruments without a card ${failed}`} could not be removed; the kit counts the synchronisation as successful, and the next one will try again.`, 'a removal fails');
+  if (!isLogged('Successfully synchronized')) return waiting(facts, 'a service never answers');
+  return good(removals.length === 0
+    ? 'Both sides were compared: each instrument has a card, so nothing was removed.'
+    : `Both sides were compared, and ${removals.length === 1 ? 'the instrument' : `${removals.length} instruments`} without a card removed from the provider.`);
+}
+
+const dropped = {
+  'already synchronising': ['The kit dropped the synchronisation, since it counts an earlier one as under way: one that failed or found nothing stays so until the app starts again.', 'a synchronisation is under way'],
+  'no token': ['The kit did not synchronise: the guest has no token yet, since no card was added.', 'a synchronisation for a guest without a token'],
+  'not authorised': ['The kit did not synchronise: nobody is signed in.', null],
+  'the kit was not enabled yet': ['There was no kit to synchronise: the app enables it once a guest is signed in.', null],
+};
+
+const plain = [
+  ['guest changed', 'The guest changed, so the app started again and enabled a new kit; what the old one waited for is given up.'],
+  ['enableWithConfiguration', 'The guest is signed in, and the kit is enabled.'],
+  ['authorisation changed', 'The app told the kit that who is signed in has changed.'],
+  ['reachability changed', 'The app told the kit that the network has changed.'],
+];
+const operations = { addPaymentInstrument: add, updatePaymentInstrument: update, deletePaymentInstrumentWithID: remove };
+const worst = ['bad', 'waits', 'dropped', 'good', 'none'];
+
+/** { tone, sentences, row }: the row is one of docs/failures.md, by its first cell; null for none. */
+export function explained(operation) {
+  const { events } = operation;
+  const facts = factsOf(operation);
+  const parts = [];
+  for (const asked of events.filter((event) => event.from === 'app' && event.to === 'kit' && operations[event.what])) {
+    const completion = events.find((event) => event.from === 'kit' && event.to === 'app' && event.what === asked.what);
+    parts.push(operations[asked.what](facts, completion));
+  }
+  if (facts.isLogged('Will start synchrozation')) parts.push(synchronise(facts));
+  for (const event of events) {
+    const [text, row] = dropped[/^no synchronisation: (.+)$/.exec(event.what)?.[1]] ?? [];
+    const isNews = text && !(event.what.endsWith('enabled yet') && events.some(({ what }) => what === 'enableWithConfiguration'));
+    if (isNews) parts.push({ tone: event.what.endsWith('synchronising') ? 'dropped' : 'none', text, row });
+  }
+  for (const event of events.filter(({ to }) => to === 'assert')) parts.push(bad(`The kit asserted: ${event.what}.`));
+  const news = plain.find(([what]) => events.some((event) => event.what.startsWith(what)));
+  if (news && (parts.length === 0 || news[0] !== 'reachability changed')) parts.unshift({ tone: 'none', text: news[1], row: null });
+  const tone = worst.find((each) => parts.some((part) => part.tone === each)) ?? 'none';
+  return {
+    tone,
+    sentences: [...new Set(parts.map((part) => part.text))],
+    row: parts.find((part) => part.row)?.row ?? null,
+  };
+}

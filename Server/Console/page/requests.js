@@ -1,0 +1,151 @@
+// Every request to the services, and every call that the console's own kit makes of them.
+import { request, sandbox } from './connection.js';
+import { duration } from './diagram.js';
+import { act, element, find, options, replaceItems } from './dom.js';
+import { callsOf } from './explain.js';
+
+const mostRows = 300;
+const groups = {
+  ok: (status) => status === 'ok' || (status >= 200 && status < 400),
+  '4xx': (status) => status >= 400 && status < 500,
+  '5xx': (status) => status >= 500,
+  failed: (status) => !groups.ok(status) && status !== 'waits',
+  'no reply': (status) => status === 0 || status === 'waits',
+};
+
+/** A call that the console's kit made within the server's process, as a row of the table. */
+function rowOf(operation, call) {
+  const error = call.error?.match(/^error (\S+) (-?\d+)/);
+  return {
+    id: `call-${call.start.number}`, at: call.start.at, method: 'call', path: call.start.what, sandbox,
+    status: error ? Number(error[2]) || error[0] : call.end ? 'ok' : 'waits',
+    duration_ms: call.end ? Date.parse(call.end.at) - Date.parse(call.start.at) : null,
+    fault: call.fault, listener: call.of, operation, events: [call.start, ...(call.end ? [call.end] : [])],
+  };
+}
+
+/** What only this page asked of the server. */
+const isOwn = (row) => row.listener === 'console' && (row.method === 'GET' || row.path.includes('/v1/'));
+
+/** A request as a command, without what the log does not keep: keys, sessions and bodies. */
+function curlOf(row, urls) {
+  const parts = [`curl -i -X ${row.method} '${urls[row.listener].replace(/\/sandboxes\/.*$/, '')}${row.path.replaceAll("'", '%27')}'`];
+  if (row.listener === 'provider') parts.push("-H 'X-API-Key: any'");
+  if (row.listener === 'backend') parts.push('-H "Authorization: Bearer $SESSION"');
+  if (['POST', 'PATCH', 'PUT'].includes(row.method)) parts.push("-H 'Content-Type: application/json'", '-d @body.json');
+  return parts.join(' \\\n  ');
+}
+
+export class RequestsView {
+  #requests = [];
+  #timeline;
+  #chosen = null;
+  /** What is shown below the table, which stays while it is the same. */
+  #detailed = null;
+
+  constructor(choices, timeline) {
+    this.#timeline = timeline;
+    const { fault } = find('request-filter').elements;
+    fault.append(...options([...new Set(choices.operations.flatMap(({ kinds }) => kinds))]));
+    timeline.onChange(() => this.#draw());
+    find('request-filter').addEventListener('input', () => this.#draw());
+    find('request-detail').addEventListener('keydown', ({ key }) => { if (key === 'Escape') this.#close(); });
+    find('request-filter').addEventListener('submit', (event) => event.preventDefault());
+  }
+
+  add({ whole, requests }) {
+    this.#requests = [...(whole ? [] : this.#requests), ...requests].slice(-1000);
+    this.#draw();
+  }
+
+  choose(id) {
+    this.#chosen = id ?? null;
+    this.#draw();
+  }
+
+  /** The focus goes back to the row. */
+  #close() {
+    document.querySelector(`[data-key="${this.#chosen}"]`)?.focus();
+    location.hash = 'requests';
+  }
+
+  #rows() {
+    const { status, path, fault, own } = find('request-filter').elements;
+    const word = path.value.trim().toLowerCase();
+    const calls = this.#timeline.operations().flatMap((operation) => callsOf(operation.events).map((call) => rowOf(operation, call)));
+    return [...this.#requests, ...calls].reverse()
+      .filter((row) => own.checked || !isOwn(row))
+      .filter((row) => !status.value || groups[status.value](row.status))
+      .filter((row) => `${row.method} ${row.path}`.toLowerCase().includes(word))
+      .filter((row) => !fault.value || (fault.value === 'any' ? row.fault : row.fault === fault.value))
+      .sort((one, other) => (one.at < other.at ? 1 : one.at > other.at ? -1 : 0));
+  }
+
+  #draw() {
+    if (document.body.dataset.view !== 'requests') return;
+    const rows = this.#rows();
+    const shown = rows.slice(0, mostRows);
+    find('request-count').textContent = rows.length > mostRows ? `${mostRows} of ${rows.length}` : `${rows.length}`;
+    find('no-requests').hidden = rows.length > 0;
+    const { path, status, fault } = find('request-filter').elements;
+    const query = Object.entries({ path: path.value.trim(), status: /^\dxx$/.test(status.value) ? status.value : '', fault: fault.value }).filter(([, value]) => value);
+    find('har').href = `v1/sandbox/har?${new URLSearchParams(query)}`;
+    replaceItems(find('request-rows'), shown.map((row) => this.#row(row)));
+    const chosen = rows.find((row) => row.id === this.#chosen) ?? null;
+    const now = JSON.stringify([chosen?.id, chosen?.status]);
+    if (now === this.#detailed) return;
+    this.#detailed = now;
+    this.#showDetail(chosen);
+  }
+
+  #row(row) {
+    const isFailed = groups.failed(row.status);
+    const cell = (name, ...content) => element('td', { class: name }, ...content);
+    return element('tr', { 'aria-current': row.id === this.#chosen ? 'true' : null, class: isFailed ? 'failed' : '', onclick: () => { location.hash = `requests/${row.id}`; } },
+      cell('mono', row.at.slice(11, 23)),
+      cell('mono', row.method),
+      cell('path', element('a', { href: `#requests/${row.id}`, 'data-key': row.id }, row.path)),
+      cell('mono status', String(row.status || 'none')),
+      cell('mono number', row.duration_ms === null ? '' : duration(row.duration_ms)),
+      cell('wide', row.sandbox),
+      cell('fault', row.fault ?? ''),
+      cell('mono wide', row.operation ? `operation ${row.operation.number}` : row.id.slice(0, 12)));
+  }
+
+  async #showDetail(row) {
+    const place = find('request-detail');
+    place.hidden = row === null;
+    if (!row) return;
+    let details = row;
+    let urls = null;
+    if (!row.operation) {
+      try {
+        [details, { urls }] = await Promise.all([request('GET', `v1/sandbox/requests/${row.id}`), request('GET', 'v1/sandbox')]);
+      } catch (problem) {
+        place.replaceChildren(element('p', { class: 'outcome', 'data-kind': 'bad' }, problem.message));
+        return;
+      }
+    }
+    if (row.id !== this.#chosen) return;
+    const events = details.events.map((event) => element('li', {}, `${event.from} → ${event.to}: ${event.what}${event.result ? `: ${event.result}` : ''}`));
+    const operation = row.operation?.number ?? /^operation (\d+)$/.exec(details.events[0]?.what)?.[1];
+    const step = details.events.find((event) => event.from === 'client' && event.to !== 'app')?.what;
+    const curl = urls ? curlOf(row, urls) : null;
+    const outcome = element('p', { class: 'outcome', role: 'status' });
+    place.replaceChildren(
+      element('div', { class: 'line' },
+        element('h3', { class: 'grow' }, `${row.method} ${row.path}`),
+        element('button', { type: 'button', class: 'quiet', onclick: () => this.#close() }, 'Close')),
+      element('p', { class: 'hint' }, [row.operation ? 'made by the kit of this console' : row.id, `at the ${row.listener}`, row.caller && `from ${row.caller}`, row.code && `error ${row.code}`, row.fault && `met the fault ${row.fault}`, row.reply_bytes && `${row.request_bytes} bytes in, ${row.reply_bytes} out`].filter(Boolean).join(' · ')),
+      element('p', {}, operation
+        ? element('a', { href: `#timeline/${operation}` }, `Part of operation ${operation}: show in the timeline`)
+        : step ? `The step of the kit that causes it: ${step}` : 'It reached no operation of a service.'),
+      element('ul', { 'aria-label': 'What it did at the services' }, ...(events.length > 0 ? events : [element('li', {}, 'nothing')])),
+      ...(curl ? [
+        element('pre', { tabindex: 0, 'aria-label': 'As curl' }, curl),
+        element('button', { type: 'button', onclick: (event) => act(event.currentTarget, outcome, () => navigator.clipboard.writeText(curl), () => 'Copied.') }, 'Copy as curl'),
+        outcome] : []));
+    place.scrollIntoView({ block: 'nearest' });
+    if (find('request-rows').contains(document.activeElement)) place.focus();
+  }
+}

@@ -1,0 +1,110 @@
+// What goes wrong, on purpose: faults, scenarios, and a server that dies.
+import assert from 'node:assert/strict';
+import { sees, seesCount } from './person.js';
+import { onConsole } from './stage.js';
+
+const cannotBeReached = 'The service cannot be reached.';
+const faults = [
+  { kind: 'refused', told: cannotBeReached },
+  { kind: 'reset', told: 'The connection ended before the service had answered.' },
+  { kind: 'garbage', told: 'What the service answered cannot be read.' },
+  { kind: 'error', listed: 'createUserToken: error, code 500, once', told: 'as the armed fault demands' },
+  { kind: 'never', told: 'The kit has not called the completion' },
+  { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', told: 'Added visa •••• 1111.' },
+];
+
+onConsole('an armed fault is listed, meets a call, and the app is told', async (guest) => {
+  await guest.signIn();
+  for (const { kind, delay, told, listed = `createUserToken: ${kind}, once` } of faults) {
+    await guest.arm('createUserToken', kind, { delay });
+    await sees(guest.faults.filter({ hasText: listed }));
+    await guest.add();
+    await guest.told(told);
+    await sees(guest.testing.getByText('No fault is armed.'));
+  }
+  await seesCount(guest.cards, 1);
+});
+
+onConsole('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
+  await guest.signIn();
+  await guest.arm('createUserToken', 'refused', { often: 'always' });
+  for (let time = 0; time < 2; ++time) {
+    await guest.add();
+    await guest.told(cannotBeReached);
+  }
+  await guest.button('Edit createUserToken: refused, always').click();
+  await guest.testing.getByRole('combobox', { name: 'What happens' }).selectOption('error');
+  await guest.testing.getByLabel('HTTP status').fill('503');
+  await guest.testing.getByText('Chance, spread').click();
+  await guest.testing.getByLabel('Headers').fill('Retry-After: 3');
+  await guest.button('Save').click();
+  const changed = 'createUserToken: error, code 500, status 503, Retry-After: 3, always';
+  await guest.told(`Changed ${changed}.`);
+  const provider = /^provider +(\S+)$/m.exec(server.said)[1];
+  const reply = await fetch(`${provider}/v1/users`, {
+    method: 'POST', headers: { 'X-API-Key': 'any', 'Content-Type': 'application/json' },
+    body: JSON.stringify({ email: 'guest@example.com', credit_card: { number: '4242'.repeat(4), expiry_month: '12', expiry_year: '2035', security_code: '9'.repeat(3), card_holder: 'A. Guest' } }),
+  });
+  assert.deepEqual([reply.status, reply.headers.get('Retry-After')], [503, '3']);
+
+  await guest.arm('deleteCreditCardWithID', 'cut');
+  const kinds = await guest.testing.getByRole('combobox', { name: 'What happens' }).getByRole('option').allTextContents();
+  assert.ok(kinds.includes('never') && !kinds.includes('no-token'), kinds.join());
+  await guest.button(`Remove ${changed}`).click();
+  await guest.told(`Removed ${changed}.`);
+  await seesCount(guest.faults, 1);
+  await guest.button('Undo').click();
+  await guest.told('Armed again.');
+  await guest.button('Disarm all').click();
+  await sees(guest.testing.getByText('No fault is armed.'));
+});
+
+const agree = 'Both sides agree.';
+const scenarios = [
+  { name: 'instrument without card', rows: [1, 1], seen: '1 does not match.', mended: [1, 0], left: agree },
+  { name: 'half deleted', rows: [0, 1], seen: '1 does not match.', mended: [0, 0], left: agree },
+  { name: 'same card twice', rows: [1, 1], seen: '1 does not match.', mended: [1, 0], left: agree },
+  { name: 'card without instrument', rows: [0, 1], seen: '1 does not match.', mended: [0, 1], left: '1 does not match.' },
+  { name: 'lost token', rows: [1, 0], seen: 'The backend has no token', mended: [1, 0], left: 'The backend has no token' },
+];
+
+onConsole('drift is marked until the kit has mended what it can', async (guest) => {
+  for (const { name, rows, seen, mended, left } of scenarios) {
+    const seesBoth = async (verdict, [matched, drifted]) => {
+      await sees(guest.verdict.filter({ hasText: verdict }));
+      await seesCount(guest.matched, matched);
+      await seesCount(guest.drifted, drifted);
+    };
+    await guest.app.getByLabel('E-mail address').fill(`${name.replaceAll(' ', '-')}@example.com`);
+    await guest.settleIn();
+    await guest.makeScenario(name);
+    await seesBoth(seen, rows);
+    await guest.comeToForeground();
+    // A page that begins now shows what came of it, and no earlier state.
+    await guest.page.reload();
+    await seesBoth(left, mended);
+    await guest.button('Sign out').click();
+    await guest.told('Signed out.');
+  }
+});
+
+onConsole('a page shows within a second that its server has gone, and is back', async (guest, server) => {
+  const isSaid = async (text) => {
+    const since = Date.now();
+    await sees(guest.connection.filter({ hasText: text }));
+    assert.ok(Date.now() - since < 1000, `'${text}' was said after ${Date.now() - since} ms`);
+  };
+  await guest.settleIn();
+  await server.end('SIGKILL');
+  await isSaid('The server is gone.');
+  await guest.button('Come to the foreground').click();
+  await guest.told('No reply came: the server is gone');
+  const before = server.url;
+  await server.start();
+  assert.equal(server.url, before);
+  await isSaid('Live');
+  await guest.add({ card: 'mastercard', useCase: 'private' });
+  await guest.told('Added mastercard •••• 4444.');
+  await seesCount(guest.cards, 2);
+  await seesCount(guest.matched, 2);
+});

@@ -1,0 +1,105 @@
+// The requests of clients, and the sandboxes that they go to.
+import assert from 'node:assert/strict';
+import { sees, seesCount } from './person.js';
+import { onConsole } from './stage.js';
+
+onConsole('requests are listed as they come, filtered, shown and copied', async (guest, server) => {
+  const [backend, provider] = ['backend', 'provider'].map((name) => new RegExp(`^${name} +(\\S+)$`, 'm').exec(server.said)[1]);
+  const asProvider = { headers: { 'X-API-Key': 'any' } };
+  await guest.settleIn();
+  await guest.goTo('Requests');
+  await fetch(`${backend}/v1/guests/a@example.com`, { method: 'PUT' });
+  await fetch(`${provider}/v1/users/tok_none/instruments?use_case=default`, asProvider);
+  await fetch(`${provider}/v1/users/${'4111'.repeat(4)}/instruments?use_case=default`);
+  const refused = guest.rows.filter({ hasText: 'tok_none' });
+  await sees(refused.filter({ hasText: '404' }).filter({ hasText: /\d ms/ }).filter({ hasText: 'req_' }));
+  await sees(guest.rows.filter({ hasText: '***4111' }).filter({ hasText: '401' }));
+  await seesCount(guest.rows.filter({ hasText: '4111111111111111' }), 0);
+  await sees(guest.rows.filter({ hasText: 'createUserToken' }).filter({ hasText: 'operation 2' }));
+  await seesCount(guest.rows.filter({ hasText: 'choices' }), 0);
+
+  const filter = guest.requests.getByRole('searchbox', { name: 'Path' });
+  await filter.fill('GUESTS/');
+  await seesCount(guest.rows, 2);
+  await guest.rows.getByRole('link', { name: '/v1/guests/a@example.com' }).click();
+  const did = guest.requests.getByRole('list', { name: 'What it did at the services' });
+  await sees(guest.requests.getByText('at the backend'));
+  await guest.page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
+  await guest.button('Copy as curl').click();
+  await guest.told('Copied.');
+  assert.ok((await guest.page.evaluate(() => navigator.clipboard.readText())).startsWith(`curl -i -X PUT '${backend}/v1/guests/a@example.com'`));
+  await filter.fill('');
+  await guest.requests.getByRole('combobox', { name: 'Status' }).selectOption('4xx');
+  await seesCount(guest.rows, 3);
+  await refused.click();
+  await sees(did.getByText('error'));
+  await sees(guest.requests.getByText('The step of the kit that causes it: getPaymentInstrumentsList'));
+  await guest.page.getByRole('link', { name: 'Export HAR' }).click({ trial: true });
+  const har = await (await guest.page.request.get(`${server.url}/${await guest.page.getByRole('link', { name: 'Export HAR' }).getAttribute('href')}`)).json();
+  assert.deepEqual(har.log.entries.map(({ response }) => response.status).sort(), [401, 404]);
+});
+
+onConsole('the fault that a call met is listed, and the call leads to its step', async (guest) => {
+  await guest.signIn();
+  await guest.arm('createUserToken', 'refused');
+  await guest.add();
+  await guest.told('The service cannot be reached.');
+  await guest.goTo('Requests');
+  await guest.requests.getByRole('combobox', { name: 'Fault' }).selectOption('refused');
+  await seesCount(guest.rows, 2);
+  await guest.rows.getByRole('link').click();
+  await guest.requests.getByRole('link', { name: /^Part of operation/ }).click();
+  await guest.seesStep("fault 'refused' met createUserToken");
+});
+
+onConsole('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
+  const openSandboxes = () => guest.button(/^Sandbox/).click();
+  await openSandboxes();
+  await guest.dialog.getByLabel('Name').fill('beside');
+  await guest.dialog.getByLabel('Seed').fill('11');
+  await guest.button('Make').click();
+  await guest.told('Made beside.');
+  await guest.dialog.getByRole('link', { name: 'beside' }).click();
+  await sees(guest.button('Sandbox: beside'));
+  assert.equal(guest.page.url(), `${server.url}/sandboxes/beside/`);
+  await guest.settleIn();
+
+  await openSandboxes();
+  await sees(guest.dialog.getByText('11', { exact: true }));
+  await guest.dialog.getByLabel('Move clock forwards').fill('40000');
+  await guest.button('Move').click();
+  await guest.told(/clock reads 21\d\d-/);
+  await guest.button('Take a snapshot').click();
+  await guest.told('The snapshot is taken.');
+  await guest.button('Reset everything').click();
+  await guest.told('are forgotten');
+  await seesCount(guest.matched, 0);
+  await guest.button(/^Restore/).first().click();
+  await guest.told('Restored.');
+  await seesCount(guest.matched, 1);
+  await guest.button('Undo').click();
+  await guest.told('Back to what it was.');
+  await seesCount(guest.matched, 0);
+  guest.page.once('dialog', (dialog) => dialog.accept());
+  await guest.button('Delete sandbox').click();
+  await sees(guest.button('Sandbox: default'));
+  await openSandboxes();
+  await sees(guest.dialog.getByRole('link', { name: 'default' }));
+  await seesCount(guest.dialog.getByRole('link', { name: 'beside' }), 0);
+});
+
+onConsole('each sandbox sees its own guest', async (guest, server, open) => {
+  await fetch(`${server.url}/v1/sandboxes/beside`, { method: 'PUT' });
+  const neighbour = await open(`${server.url}/sandboxes/beside/`);
+  await neighbour.settleIn();
+  await neighbour.makeScenario('half deleted');
+  await seesCount(neighbour.drifted, 1);
+  await sees(guest.verdict.filter({ hasText: 'Nobody is signed in.' }));
+  await guest.page.bringToFront();
+  await guest.settleIn();
+  await neighbour.page.bringToFront();
+  await neighbour.comeToForeground();
+  await sees(neighbour.verdict.filter({ hasText: 'Both sides agree.' }));
+  await seesCount(neighbour.cards, 0);
+  await seesCount(guest.matched, 1);
+});

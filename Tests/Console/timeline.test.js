@@ -1,0 +1,146 @@
+// The timeline as something to work with: filtered, paused, exported, explained, seen by many.
+import assert from 'node:assert/strict';
+import { sees, seesCount } from './person.js';
+import { onConsole } from './stage.js';
+
+const callsOfAFirstAdd = [
+  'app → kit: addPaymentInstrument',
+  'kit → provider: createUserToken use case default',
+  'kit → provider: getPaymentInstrumentsList use case default',
+  'kit → main queue: posts',
+  'kit → backend: updateCurrentGuestWithRequest',
+  'kit → backend: addCreditCardForGuest use case default',
+  'kit → main queue: posts',
+];
+
+onConsole('a first card is drawn in order, with what each reply took', async (guest) => {
+  await guest.settleIn();
+  await sees(guest.happened.getByText("stored the guest's first card, and the backend registered both"));
+  await sees(guest.verdict.filter({ hasText: 'Both sides agree.' }));
+  await guest.goTo('Timeline');
+  await sees(guest.operations.filter({ hasText: /add.*succeeded/ }));
+  const heads = await guest.timeline.locator('svg.heads .head').allTextContents();
+  assert.deepEqual(heads, ['app', 'main queue', 'kit', 'provider', 'backend']);
+  const texts = (await guest.steps.allTextContents()).map((text) => text.replace(/ \([^()]*\)$/, ''));
+  assert.deepEqual(texts.filter((text) => !/: .*: /.test(text)), callsOfAFirstAdd);
+  assert.match(texts.at(-1), /^main queue → app: addPaymentInstrument: guest, card crd_/);
+  assert.equal(texts.filter((text) => /^(provider|backend) → kit: .*, after (<1|\d+) ms$/.test(text)).length, 4);
+});
+
+onConsole('a wait is drawn to scale, and parallel calls beside each other', async (guest) => {
+  await guest.settleIn();
+  for (const call of ['fetchGuestCreditCards', 'getPaymentInstrumentsList']) await guest.arm(call, 'delay', { delay: 300, often: 'always' });
+  await guest.comeToForeground();
+  await guest.goTo('Timeline');
+  await guest.seesStep(/fetchGuestCreditCards: 1 card, after \d{3} ms/);
+  const bars = guest.timeline.locator('svg .bar');
+  const boxes = () => bars.evaluateAll((all) => all.map((bar) => bar.getBBox()).map(({ x, y, height }) => ({ x, y, height })));
+  const closely = Math.max(...(await boxes()).map(({ height }) => height));
+  await guest.timeline.getByRole('checkbox', { name: 'time to scale' }).check();
+  await bars.first().evaluate(() => new Promise((drawn) => { requestAnimationFrame(() => requestAnimationFrame(drawn)); }));
+  const scaled = await boxes();
+  assert.ok(Math.max(...scaled.map(({ height }) => height)) > closely + 400, 'the wait is not drawn to scale');
+  assert.equal(new Set(scaled.map(({ x }) => x)).size, 4, 'parallel calls lie on each other');
+});
+
+onConsole('what the kit drops says why, and what it asks for meanwhile joins the operation', async (guest) => {
+  const says = async (text, row) => {
+    await sees(guest.happened.getByText(text));
+    const link = guest.happened.getByRole('link', { name: `Manual: “${row}”` });
+    const manual = await (await guest.page.request.get(await link.evaluate(({ href }) => href))).text();
+    assert.ok(manual.includes(`| ${row} |`), `the manual has no row '${row}'`);
+  };
+  await guest.comeToForeground();
+  await sees(guest.happened.getByText('There was no kit to synchronise'));
+  await guest.signIn();
+  await guest.comeToForeground();
+  await says('the guest has no token yet', 'a synchronisation for a guest without a token');
+  await guest.add();
+  await guest.told('Added visa');
+  await guest.arm('fetchGuestCreditCards', 'error');
+  await guest.comeToForeground();
+  await says('The synchronisation failed at fetchGuestCreditCards of the backend', "the backend's list fails");
+  await guest.comeToForeground();
+  await says('The kit dropped the synchronisation', 'a synchronisation is under way');
+  await guest.add({ card: 'backend-refused' });
+  await says('the kit reports no error (kept for compatibility)', 'the backend refuses the card');
+
+  await guest.arm('addPaymentInstrument', 'delay', { delay: 500 });
+  await guest.add({ card: 'amex' });
+  await guest.comeToForeground();
+  await guest.goTo('Timeline');
+  await sees(guest.operations.filter({ hasText: 'add + foreground' }));
+  await guest.seesStep('no synchronisation: already synchronising');
+});
+
+onConsole('an operation keeps its outcome whatever other clients do', async (guest, server) => {
+  await guest.settleIn();
+  const provider = /^provider +(\S+)$/m.exec(server.said)[1];
+  await fetch(`${provider}/v1/users/tok_none/instruments?use_case=default`, { headers: { 'X-API-Key': 'any' } });
+  await guest.goTo('Requests');
+  await sees(guest.rows.filter({ hasText: 'tok_none' }).filter({ hasText: '404' }));
+  await guest.goTo('Timeline');
+  await sees(guest.operations.filter({ hasText: /add.*succeeded/ }));
+  await seesCount(guest.steps.filter({ hasText: 'error' }), 0);
+});
+
+onConsole('an older operation is chosen and filtered while new ones come', async (guest, server, open) => {
+  await guest.settleIn();
+  await guest.goTo('Timeline');
+  await guest.operations.filter({ hasText: 'add' }).click();
+  await guest.seesStep('createUserToken');
+  await guest.timeline.getByLabel('Filter').fill('CREATEUSERTOKEN');
+  await seesCount(guest.steps, 2);
+  const other = await open();
+  await other.comeToForeground();
+  await guest.page.bringToFront();
+  await sees(guest.operations.filter({ hasText: 'foreground' }));
+  await seesCount(guest.steps.filter({ hasText: 'createUserToken' }), 2);
+  await guest.timeline.getByLabel('Filter').fill('no such word');
+  await sees(guest.timeline.getByText('No step fits the filter.'));
+  await guest.timeline.getByLabel('Filter').fill('');
+  await guest.button('Pause').click();
+  await other.page.bringToFront();
+  await other.comeToForeground();
+  await guest.page.bringToFront();
+  await sees(guest.button('Resume (more has come)'));
+  await seesCount(guest.operations.filter({ hasText: 'foreground' }), 1);
+  await guest.button('Resume (more has come)').click();
+  await seesCount(guest.operations.filter({ hasText: 'foreground' }), 2);
+  await guest.operations.filter({ hasText: 'foreground' }).first().click();
+  await guest.seesStep('Successfully synchronized');
+  await guest.timeline.getByRole('checkbox', { name: 'log lines' }).uncheck();
+  await seesCount(guest.steps.filter({ hasText: 'Successfully' }), 0);
+});
+
+onConsole('exports hold the whole operation, and not who the guest is', async (guest) => {
+  await guest.settleIn();
+  await guest.goTo('Timeline');
+  const text = await guest.exported('Export text');
+  const picture = await guest.exported('Export SVG');
+  assert.match(text, /^Operation \d+: add\n\n +1 {2}app → kit: addPaymentInstrument/);
+  assert.equal(text.trim().split('\n').length - 2, await guest.steps.count());
+  const anywhere = await guest.page.context().newPage();
+  const names = await anywhere.evaluate((source) => {
+    const sheet = new DOMParser().parseFromString(source, 'image/svg+xml');
+    return [...sheet.querySelectorAll('svg .head')].map((label) => label.textContent);
+  }, picture);
+  assert.deepEqual(names, ['app', 'main queue', 'kit', 'provider', 'backend']);
+  for (const written of [text, picture]) {
+    assert.ok(!/@|\d(?:[ -]?\d){11}/.test(written), 'an export holds an address or a long number');
+  }
+  const long = '1234 5678-'.repeat(2);
+  const redacted = await guest.page.evaluate(async (line) => (await import('./export.js')).redacted(line),
+    `guest@example.com gave ${long}and 2030`);
+  assert.ok(redacted === '(address) gave •••• 5678-and 2030', 'what is redacted');
+});
+
+onConsole('nine pages see the same, and each acts', async (guest, server, open) => {
+  const pages = [guest];
+  while (pages.length < 9) pages.push(await open());
+  await pages[8].settleIn();
+  for (const page of pages) await seesCount(page.matched, 1);
+  await guest.page.bringToFront();
+  await guest.button('Delete visa •••• 1111').click();
+  for (const page of pages) await seesCount(page.cards, 0);
+});
