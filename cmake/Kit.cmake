@@ -10,6 +10,7 @@ add_library(HLVSDKPaylevenKit
   Platform/Once.cpp
   Platform/Platform.cpp
   Platform/Secret.cpp
+  Platform/SharedSlot.cpp
   Platform/Value.cpp
   Host/HLVSDKCoreKit/HLVSDKConfiguration.cpp
   Host/HLVSDKCoreKit/HLVSDKConstants.cpp
