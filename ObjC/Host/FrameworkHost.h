@@ -3,12 +3,16 @@
 // Threading: any.
 #pragma once
 
+#include <utility>
+
 #include "Host/Host.h"
+#include "ObjC/Binding/Held.h"
+#include "Platform/SharedSlot.h"
 
 namespace hlv::objc {
 
-/// Every question is one message to a class; nothing is kept, constants included: a host may fill
-/// in its arrays late.
+/// Every question is one message to a class. Only the constants are kept, until the host's array of
+/// address keys is another one: a host may fill it in late.
 class FrameworkHost final : public Host {
  public:
   std::shared_ptr<const HLVSDKConstants> constants() override;
@@ -32,6 +36,15 @@ class FrameworkHost final : public Host {
       const NullableString& pan, const NullableString& expiryMonth,
       const NullableString& expiryYear, const NullableString& cvv,
       const NullableString& cardHolder) override;
+
+ private:
+  struct Constants {
+    Constants(HLVSDKConstants all, NSArray* addressKeys)
+        : texts(std::move(all)), keys(addressKeys) {}
+    HLVSDKConstants texts;
+    Held keys;
+  };
+  SharedSlot<const Constants> constants_;
 };
 
 }  // namespace hlv::objc

@@ -49,7 +49,13 @@ class BriefString {
 }  // namespace
 
 std::shared_ptr<const HLVSDKConstants> FrameworkHost::constants() {
-  return std::make_shared<HLVSDKConstants>(texts());
+  NSArray* const keys = ::HLVSDKCreditCardBusinessAddressJSONKeyes;
+  auto known = constants_.load();
+  if (!known || (keys != known->keys.held() && ![keys isEqual:known->keys.held()])) {
+    known = std::make_shared<const Constants>(texts(), [[keys copy] autorelease]);
+    constants_.store(known);
+  }
+  return std::shared_ptr<const HLVSDKConstants>(known, &known->texts);
 }
 
 std::shared_ptr<HLVSDKAPIManager> FrameworkHost::apiManager() {
