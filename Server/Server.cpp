@@ -52,7 +52,7 @@ struct Server::Parts {
         console{ApiHandler("console", *registry, false), options.consolePort, options.consoleURL} {
     addBackendRoutes(backend.handler.routes());
     addProviderRoutes(provider.handler.routes());
-    addConsoleRoutes(console.handler.routes(), app);
+    addConsoleRoutes(console.handler.routes(), *registry, app);
     for (auto* each : {&provider, &console}) {
       addControlRoutes(each->handler.routes(), *registry);
       auto& common = each->handler.commonRoutes();

@@ -1,5 +1,6 @@
 #include "Server/Console/ConsoleResources.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "Platform/Wiped.h"
@@ -54,10 +55,14 @@ std::size_t countIn(const HttpRequest& request) {
   return static_cast<std::size_t>(*count);
 }
 
-void addJournal(ApiRoutes& routes) {
-  routes.add("GET", "events", [](const Exchange& exchange) {
+void addJournal(ApiRoutes& routes, Registry& registry) {
+  routes.add("GET", "events", [&registry](const Exchange& exchange) {
     HttpReply reply;
-    reply.events = [feed = std::make_shared<LiveFeed>(exchange.world)] { return feed->next(); };
+    reply.events = [&registry, world = exchange.world,
+                    feed = std::make_shared<LiveFeed>(exchange.world)] {
+      if (registry.openWorld(world->id()) != world) throw std::runtime_error("deleted");
+      return feed->next();
+    };
     exchange.reply(std::move(reply));
   });
   routes.add("GET", "timeline", [](const Exchange& exchange) {
@@ -125,8 +130,8 @@ void serveFile(const Exchange& exchange) {
 
 }  // namespace
 
-void addConsoleRoutes(ApiRoutes& routes, const std::shared_ptr<App>& app) {
-  addJournal(routes);
+void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_ptr<App>& app) {
+  addJournal(routes, registry);
   addApp(routes, app);
   routes.add("GET", "", serveFile);
   routes.add("GET", "*", serveFile);

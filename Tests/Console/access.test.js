@@ -84,7 +84,11 @@ for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]
     for (const view of ['Timeline', 'Requests', ...(width < 1000 ? ['Stored'] : [])]) {
       await guest.goTo(view);
       if (view === 'Timeline') await sees(guest.timeline.locator('svg .bad').first());
-      if (view === 'Timeline') assert.deepEqual(await guest.page.evaluate(overlaps), []);
+      for (const operation of view === 'Timeline' ? await guest.operations.all() : []) {
+        await operation.click();
+        await sees(guest.operations.and(guest.page.locator(`[href="${await operation.getAttribute('href')}"][aria-current]`)));
+        assert.deepEqual(await guest.page.evaluate(overlaps), []);
+      }
       if (view === 'Requests') await guest.rows.filter({ hasText: 'removePaymentInstrument' }).getByRole('link').first().click();
       if (view === 'Requests') await sees(guest.requests.getByRole('link', { name: 'Part of operation' }));
       await fits();

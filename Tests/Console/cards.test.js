@@ -58,7 +58,7 @@ onConsole('an add is refused, and told so, without network and without a guest',
   await guest.told('The network is off.');
   await guest.add();
   await guest.told('No network connection is available. (HLVURLErrorDomain 1)');
-  await sees(guest.happened.getByText('before it asked either side'));
+  await sees(guest.happened.getByText('There was no connection'));
   await network.check();
   await guest.told('The network is on.');
 

@@ -102,4 +102,6 @@ onConsole('each sandbox sees its own guest', async (guest, server, open) => {
   await sees(neighbour.verdict.filter({ hasText: 'Both sides agree.' }));
   await seesCount(neighbour.cards, 0);
   await seesCount(guest.matched, 1);
+  await fetch(`${server.url}/v1/sandboxes/beside`, { method: 'DELETE' });
+  await sees(neighbour.connection.filter({ hasText: 'This sandbox was deleted.' }));
 });

@@ -50,7 +50,7 @@ function add(facts, completion) {
   const { call, calls } = facts;
   const isFirst = Boolean(call('createUserToken'));
   if (!completion) return waiting(facts, 'the provider never answers');
-  if (calls.length === 0) return isError(completion) ? bad('The kit reported an error before it asked either side: the card refused itself, or there was no connection.', 'the card refuses itself') : bad('There was no card to add, so nothing was asked.', 'the card is missing');
+  if (calls.length === 0) return completion.result.includes('URLError') ? offline : bad('The card refused itself, so the kit asked neither side.', 'the card refuses itself');
   const stored = call('createUserToken') ?? call('addPaymentInstrument');
   if (stored.error) return bad(`The provider did not confirm that it stored the card (${stored.error}); the kit reports this to the app, and the backend was not asked.`, isFirst ? 'the provider refuses to create a token' : 'the provider refuses the card');
   const list = call('getPaymentInstrumentsList');
@@ -59,8 +59,8 @@ function add(facts, completion) {
   const registered = call('addCreditCardForGuest');
   if (!registered) return bad('The provider stored the card, but its list has no usable instrument for it; the backend was not asked.', 'the stored instrument has no identifier');
   if (registered.error && !isFirst) return bad('The provider stored the card and the backend refused it; the kit reports no error (kept for compatibility); the next synchronisation will remove the instrument.', 'the backend refuses the card');
-  if (registered.error) return bad('The provider stored the card and the backend refused it; the app got the error, and the next synchronisation will remove the instrument.', 'fails');
-  if (call('updateCurrentGuestWithRequest')?.error) return bad("The card is stored on both sides, but the backend refused the guest's token; the app got that error.", 'fails, answers last');
+  if (registered.error) return bad('The provider stored the card and the backend refused it; the app got the error, and the next synchronisation will remove the instrument.', 'What becomes of the two backend requests');
+  if (call('updateCurrentGuestWithRequest')?.error) return bad("The card is stored on both sides, but the backend refused the guest's token; the app got that error.", 'What becomes of the two backend requests');
   if (isError(completion)) return bad(`The card is stored on both sides, but the app got ${completion.result}.`);
   return good(isFirst ? "The provider made a token and stored the guest's first card, and the backend registered both." : 'The provider stored the card, and the backend registered it.');
 }
@@ -80,8 +80,7 @@ function remove(facts, completion) {
 
 function update({ call, ...facts }, completion) {
   if (!completion) return waiting(facts, null);
-  if (!call('updateCreditCard')) return offline;
-  return call('updateCreditCard').error
+  return call('updateCreditCard')?.error
     ? bad('The backend refused the billing address; nothing was changed.', 'the backend refuses the update')
     : good('The backend changed the billing address; the provider has none and was not asked.');
 }
@@ -119,7 +118,7 @@ const plain = [
 const operations = { addPaymentInstrument: add, updatePaymentInstrument: update, deletePaymentInstrumentWithID: remove };
 const worst = ['bad', 'waits', 'dropped', 'good', 'none'];
 
-/** { tone, sentences, row }: the row is one of docs/failures.md, by its first cell; null for none. */
+/** { tone, sentences, row }: the row is one of docs/failures.md, by a text that it begins with; null for none. */
 export function explained(operation) {
   const { events } = operation;
   const facts = factsOf(operation);

@@ -13,10 +13,11 @@ export function follow(tell) {
     for (const kind of ['timeline', 'stored', 'requests']) {
       source.addEventListener(kind, (event) => tell(kind, JSON.parse(event.data)));
     }
-    source.onerror = () => {
+    source.onerror = async () => {
       source.close();
-      tell('state', 'lost');
       retry = setTimeout(open, 400);
+      const { status } = await fetch('choices').catch(() => ({ status: 0 }));
+      tell('state', status === 404 ? 'deleted' : 'lost');
     };
   }
   return open;

@@ -10,6 +10,7 @@ import { TimelineView } from './timeline.js';
 
 const sentences = {
   live: 'Live',
+  deleted: 'This sandbox was deleted.',
   lost: 'The server is gone. Waiting for it to come back…',
 };
 
