@@ -11,7 +11,9 @@
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include "Platform/Default/DefaultPlatform.h"
 #include "Server/Server.h"
@@ -67,17 +69,36 @@ class EndingSignals {
   std::thread thread_;
 };
 
-/// Whoever reads the file finds all of it, or nothing.
-void writePorts(const std::string& file, const sandbox::Json& urls) {
-  const auto whole = file + ".new";
-  std::ofstream stream(whole, std::ios::trunc);
-  stream << urls.dump(2) << "\n";
-  stream.close();
-  if (!stream || std::rename(whole.c_str(), file.c_str()) != 0) {
-    std::remove(whole.c_str());
-    throw Problem("The ports file cannot be written.");
+/// Where the URLs stand while the services run. Whoever reads the file finds all of it, or nothing.
+class PortsFile {
+ public:
+  /// Throws Problem when it cannot be written, before there is anything to write.
+  explicit PortsFile(std::string path)
+      : path_(std::move(path)), unfinished_(path_ + ".new"), stream_(unfinished_, std::ios::trunc) {
+    if (!stream_) throw unwritable();
   }
-}
+  ~PortsFile() {
+    std::remove(unfinished_.c_str());
+    if (isWritten_) std::remove(path_.c_str());
+  }
+  PortsFile(const PortsFile&) = delete;
+  PortsFile& operator=(const PortsFile&) = delete;
+
+  void write(const sandbox::Json& urls) {
+    stream_ << urls.dump(2) << "\n";
+    stream_.close();
+    if (!stream_ || std::rename(unfinished_.c_str(), path_.c_str()) != 0) throw unwritable();
+    isWritten_ = true;
+  }
+
+ private:
+  static Problem unwritable() { return Problem("The ports file cannot be written."); }
+
+  const std::string path_;
+  const std::string unfinished_;
+  std::ofstream stream_;
+  bool isWritten_ = false;
+};
 
 /// Connections take descriptors, and a shell's limit is far below what the system allows.
 void allowAllDescriptors() {
@@ -94,20 +115,19 @@ Report serve(Session& session, const ServeOptions& options) {
   auto serverOptions = options.server;
   serverOptions.storePath = session.storePath();
   serverOptions.listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
+  PortsFile ports(options.portsFile.empty() ? session.storePath() + ".ports.json"
+                                            : options.portsFile);
   auto server = server::Server::open(serverOptions);
   if (!server) throw Problem(server.problem());
   const sandbox::Json urls = {{"backend", (*server)->backendURL()},
                               {"provider", (*server)->providerURL()},
                               {"console", (*server)->consoleURL()}};
-  const auto portsFile =
-      options.portsFile.empty() ? session.storePath() + ".ports.json" : options.portsFile;
-  writePorts(portsFile, urls);
+  ports.write(urls);
   for (const auto& [name, url] : urls.items()) {
     std::cerr << std::left << std::setw(10) << name << url.get<std::string>() << std::endl;
   }
   signals.await([&] { (*server)->completeFinishedOperations(); });
   server->reset();
-  std::remove(portsFile.c_str());
 
   auto report = session.report("serve");
   report.sentence = "The services have ended.";

@@ -86,8 +86,8 @@ build_project "$source_dir/Tests/Install/Consumer" "$work/command" consumer \
   -DCMAKE_CXX_COMPILER="${tests_compiler[0]}" -DCMAKE_CXX_FLAGS="${tests_compiler[*]:1}"
 "$work/consumer/Remote" "$provider"
 # shellcheck disable=SC2046
-"${tests_compiler[@]}" -std=c++20 "$source_dir/Tests/Install/Consumer/Remote.cpp" -o "$work/remote" \
-  $(pkg_config "$work/command" --cflags --libs HLVSDKPaylevenKitClient)
+"${tests_compiler[@]}" "$work/consumer/CMakeFiles/Remote.dir/Remote.cpp.o" -o "$work/remote" \
+  $(pkg_config "$work/command" --libs HLVSDKPaylevenKitClient)
 "$work/remote" "$provider"
 kill "$server"
 
