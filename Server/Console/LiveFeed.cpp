@@ -9,7 +9,8 @@ namespace hlv::server {
 namespace {
 
 constexpr std::size_t operationsAtFirst = 50;
-constexpr std::int64_t requestsAtFirst = 300;
+/// All that the log keeps.
+constexpr std::int64_t requestsAtFirst = 1'000;
 
 /// JSON has no line breaks, which would end the event.
 std::string eventOf(const std::string& name, const std::string& data) {

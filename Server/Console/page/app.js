@@ -49,7 +49,8 @@ export class AppPanel {
     find('signed-out').hidden = isSignedIn;
     find('signed-in').hidden = !isSignedIn;
     find('guest-name').textContent = isSignedIn ? stored.guest.email : '';
-    find('network').checked = stored.network;
+    // What is being switched is not switched back by what was stored before.
+    if (find('network').ariaBusy !== 'true') find('network').checked = stored.network;
     if (isSignedIn) find('email').value = stored.guest.email;
     if (hadFocus && changes) find(isSignedIn ? 'sign-out' : 'email').focus();
     const cards = stored.pairs.map((pair) => pair.card).filter(Boolean);

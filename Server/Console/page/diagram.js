@@ -2,7 +2,7 @@
 import { svg } from './dom.js';
 
 const everyLane = ['app', 'main queue', 'kit', 'provider', 'backend'];
-const margin = 128;
+const margin = 134;
 const lineHeight = 15;
 const headHeight = 34;
 const barWidth = 8;
@@ -18,7 +18,7 @@ const hasReply = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
 
 const pen = document.createElement('canvas').getContext('2d');
 function widthOf(text) {
-  pen.font = '12.5px system-ui, -apple-system, "Segoe UI", "Noto Sans", "DejaVu Sans", sans-serif';
+  pen.font = '12px system-ui, -apple-system, "Segoe UI", "Noto Sans", "DejaVu Sans", sans-serif';
   return pen.measureText(text).width;
 }
 
@@ -85,8 +85,9 @@ export function sentenceOf(step) {
 function labelOf(step) {
   const short = (what) => what.replace(/ use case (\w+)$/, ' · $1');
   if (step.took === undefined) return step.what && !step.result ? short(step.what) : step.text;
-  const [, name, useCase] = /^(\w+)(?: use case (\w+))?$/.exec(step.what) ?? [null, step.what];
-  const about = step.isAlone ? '' : `${useCase ?? name}: `;
+  // Calls of one name differ in their use case.
+  const word = step.what.split(' ').at(step.what.startsWith('get') ? -1 : 0);
+  const about = step.isAlone ? '' : `${word}: `;
   return `${about}${step.result} ·\u00a0${duration(step.took).replace(' ', '\u00a0')}`;
 }
 
@@ -109,7 +110,7 @@ function textAt(lines, x, y, name, anchor) {
 function head({ lane, x, width, isSmall }) {
   return svg('g', { class: 'lane-head' },
     svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }),
-    svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' }, lane));
+    svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' }, isSmall ? lane.split(' ').at(-1) : lane));
 }
 
 /** The heads alone, which stay in sight while the rest is scrolled. */

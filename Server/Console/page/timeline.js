@@ -53,7 +53,9 @@ export class TimelineView {
       return;
     }
     if (news.whole) {
-      this.#operations.clear();
+      // The server sends the last ones; those before are what they were.
+      const first = news.operations[0]?.number ?? 0;
+      for (const number of [...this.#operations.keys()]) if (number >= first) this.#operations.delete(number);
       this.#lastDrawn = null;
     }
     for (const { number, name, events } of news.operations) {
