@@ -16,12 +16,6 @@
 namespace hlv {
 namespace {
 
-Once& sharedOnce() {
-  // Not destroyed at exit, when a thread may still enable the kit.
-  static auto& once = *new Once;
-  return once;
-}
-
 std::shared_ptr<HLVSDKKitEntry> lastEntryOf(HLVSDKKitClass kit,
                                             const std::shared_ptr<HLVSDKConfiguration>& host) {
   std::shared_ptr<HLVSDKKitEntry> last;
@@ -37,6 +31,12 @@ bool isActiveSessionAuthorized() {
 }
 
 }  // namespace
+
+Once& HLVSDKPayleven::sharedOnce() {
+  // Not destroyed at exit, when a thread may still enable the kit.
+  static auto& once = *new Once;
+  return once;
+}
 
 HLVSDKKitClass HLVSDKPayleven::kitClass() {
   static const char identity = 0;
@@ -78,14 +78,10 @@ std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() {
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstanceWithConfiguration(
     const std::shared_ptr<HLVSDKConfiguration>& configuration,
     const std::shared_ptr<HLVSDKPaylevenKitConfiguration>& kitConfiguration) {
-  return sharedInstanceMadeBy(
-      [&] { return initWithConfiguration(configuration, kitConfiguration); });
-}
-
-std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstanceMadeBy(
-    const std::function<std::shared_ptr<HLVSDKPayleven>()>& make) {
   if (Host::current()) {
-    sharedOnce().run([&] { processSlot<HLVSDKPayleven>().store(make()); });
+    sharedOnce().run([&] {
+      processSlot<HLVSDKPayleven>().store(initWithConfiguration(configuration, kitConfiguration));
+    });
   } else if (!sharedInstance()) {
     std::fputs(
         "HLVSDKPaylevenKit: not enabled, because no host is installed. Call hlv::Host::install() "
@@ -99,28 +95,21 @@ std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::initWithConfiguration(
     std::shared_ptr<HLVSDKConfiguration> configuration,
     std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration) {
   std::shared_ptr<HLVSDKPayleven> kit(new HLVSDKPayleven);
-  kit->begin(std::move(configuration), std::move(kitConfiguration));
+  kit->setConfiguration(std::move(configuration));
+  kit->setKitConfiguration(std::move(kitConfiguration));
+  kit->setCurrentGuest(HLVSDKGuest::currentGuest());
+  kit->setUpPaymentManager();
+  kit->setUpPaymentInstrumentsSynchronizer();
+  kit->foregroundObservation_ =
+      kit->observe(UIApplicationWillEnterForegroundNotification,
+                   &HLVSDKPayleven::handleUIApplicationWillEnterForegroundNotification);
+  kit->authorizationObservation_ =
+      kit->observe(kHLVSDKDidChangeAuthorizationStatusNotification(),
+                   &HLVSDKPayleven::handleAuthorizationDidChangeNotification);
+  kit->reachabilityObservation_ =
+      kit->observe(HLVSDKReachabilityDidChangeReachabilityStateNotification(),
+                   &HLVSDKPayleven::handleReachabilityChangedNotification);
   return kit;
-}
-
-void HLVSDKPayleven::begin(std::shared_ptr<HLVSDKConfiguration> configuration,
-                           std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration) {
-  setConfiguration(std::move(configuration));
-  setKitConfiguration(std::move(kitConfiguration));
-  setCurrentGuest(HLVSDKGuest::currentGuest());
-  setUpPaymentManager();
-  setUpPaymentInstrumentsSynchronizer();
-  observeNotifications();
-}
-
-void HLVSDKPayleven::observeNotifications() {
-  foregroundObservation_ =
-      observe(UIApplicationWillEnterForegroundNotification,
-              &HLVSDKPayleven::handleUIApplicationWillEnterForegroundNotification);
-  authorizationObservation_ = observe(kHLVSDKDidChangeAuthorizationStatusNotification(),
-                                      &HLVSDKPayleven::handleAuthorizationDidChangeNotification);
-  reachabilityObservation_ = observe(HLVSDKReachabilityDidChangeReachabilityStateNotification(),
-                                     &HLVSDKPayleven::handleReachabilityChangedNotification);
 }
 
 std::unique_ptr<Observation> HLVSDKPayleven::observe(const NullableString& name, Handler handler) {
@@ -176,27 +165,14 @@ void HLVSDKPayleven::setUpPaymentManager() {
   const auto client = PLVInAppClient::sharedInstance();
   send(client, &PLVInAppClient::registerWithAPIKey,
        send(kitConfiguration(), &HLVSDKPaylevenKitConfiguration::paymentKey));
-  setPaymentInstrumentManager(makePaymentInstrumentManager(
+  setPaymentInstrumentManager(HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
       HLVSDKAPIManager::manager(), client, HLVSDKReachability::sharedReachability()));
 }
 
-std::shared_ptr<HLVSDKPaymentInstrumentManager> HLVSDKPayleven::makePaymentInstrumentManager(
-    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
-    std::shared_ptr<HLVSDKReachability> reachability) {
-  return HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
-      std::move(apiManager), std::move(paylevenClient), std::move(reachability));
-}
-
 void HLVSDKPayleven::setUpPaymentInstrumentsSynchronizer() {
-  setPaymentInstrumentsSynchronizer(makePaymentInstrumentsSynchronizer(
-      HLVSDKAPIManager::manager(), PLVInAppClient::sharedInstance()));
-}
-
-std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer>
-HLVSDKPayleven::makePaymentInstrumentsSynchronizer(std::shared_ptr<HLVSDKAPIManager> apiManager,
-                                                   std::shared_ptr<PLVInAppClient> paylevenClient) {
-  return HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(
-      std::move(apiManager), std::move(paylevenClient));
+  setPaymentInstrumentsSynchronizer(
+      HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(
+          HLVSDKAPIManager::manager(), PLVInAppClient::sharedInstance()));
 }
 
 void HLVSDKPayleven::synchronizePaymentInstruments() {

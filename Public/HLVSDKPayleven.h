@@ -3,7 +3,6 @@
 // Threading: any. The notification handlers run on the thread that posts.
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKConfiguration.h"
@@ -18,9 +17,7 @@
 
 namespace hlv {
 
-class HLVSDKAPIManager;
-class HLVSDKReachability;
-class PLVInAppClient;
+class Once;
 
 /// Enabled once and alive for the rest of the process. Owns the manager and the synchroniser, and
 /// synchronises the guest's instruments when the app returns to the foreground, when the guest
@@ -59,11 +56,11 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
 
   /// `-paymentInstrumentsSynchronizer`, `-setPaymentInstrumentsSynchronizer:`
   std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer> paymentInstrumentsSynchronizer() const;
-  virtual void setPaymentInstrumentsSynchronizer(
+  void setPaymentInstrumentsSynchronizer(
       std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer> synchronizer);
   /// `-paymentInstrumentManager`, `-setPaymentInstrumentManager:`
   std::shared_ptr<HLVSDKPaymentInstrumentManager> paymentInstrumentManager() const;
-  virtual void setPaymentInstrumentManager(std::shared_ptr<HLVSDKPaymentInstrumentManager> manager);
+  void setPaymentInstrumentManager(std::shared_ptr<HLVSDKPaymentInstrumentManager> manager);
   /// `-configuration`, `-setConfiguration:`
   std::shared_ptr<HLVSDKConfiguration> configuration() const;
   void setConfiguration(std::shared_ptr<HLVSDKConfiguration> configuration);
@@ -78,10 +75,16 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   void setCurrentGuest(std::shared_ptr<HLVSDKGuest> guest);
 
   /// `-setUpPaymentManager`. Registers the payment key and creates the manager.
+<<<<<<< HEAD
   virtual void setUpPaymentManager();
   /// `-setUpPaymentInstrumentsSynchronizer`. Creates a synchroniser, which is ready for its first
   /// synchronisation.
   virtual void setUpPaymentInstrumentsSynchronizer();
+=======
+  void setUpPaymentManager();
+  /// `-setUpPaymentInstrumentsSynchronizer`
+  void setUpPaymentInstrumentsSynchronizer();
+>>>>>>> objc
 
   /// `-start`. Does nothing; enabling has done it all.
   void start() override {}
@@ -105,24 +108,15 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   static void setSharedInstance(std::shared_ptr<HLVSDKPayleven> instance);
 
  protected:
-  // For a director, which sends the virtual members to another object and calls those of this class
-  // by their qualified names. It constructs, and then begins, once.
+  // For a director, which sends the virtual members to an object of another model. That object
+  // calls those of this class by their qualified names, and does by itself what the initialiser
+  // does.
   HLVSDKPayleven() = default;
-  /// The initialiser's steps.
-  void begin(std::shared_ptr<HLVSDKConfiguration> configuration,
-             std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration);
-  virtual void observeNotifications();
-  virtual std::shared_ptr<HLVSDKPaymentInstrumentManager> makePaymentInstrumentManager(
-      std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
-      std::shared_ptr<HLVSDKReachability> reachability);
-  virtual std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer> makePaymentInstrumentsSynchronizer(
-      std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient);
   /// The kit configuration to enable `receiver` with; null once a fault has been asserted.
   static std::shared_ptr<HLVSDKPaylevenKitConfiguration> checkedKitConfiguration(
       const std::shared_ptr<HLVSDKConfiguration>& configuration, HLVSDKKitClass receiver);
-  /// The first call of the process stores what `make` returns as the shared instance.
-  static std::shared_ptr<HLVSDKPayleven> sharedInstanceMadeBy(
-      const std::function<std::shared_ptr<HLVSDKPayleven>()>& make);
+  /// Guards the making of the shared instance.
+  static Once& sharedOnce();
 
  private:
   using Handler = void (HLVSDKPayleven::*)(const Notification&);

@@ -14,7 +14,6 @@ template <class Core, class Object>
 class Director : public Core {
  public:
   explicit Director(Object* object) : reference_(object) {}
-  using Core::begin;
   WeakObject& reference() const { return reference_; }
 
  protected:

@@ -34,13 +34,13 @@ class Adapter : public Interface, public Held {
 
 /// `object` as the core sees it; nil is null.
 template <class Adapted>
-std::shared_ptr<Adapted> adapted(id object) {
+[[gnu::noinline]] std::shared_ptr<Adapted> adapted(id object) {
   return object ? std::make_shared<Adapted>(object) : nullptr;
 }
 
 /// The very object that an adapter was made of; nil for null. It lives as long as its pool.
 template <class T>
-id original(const std::shared_ptr<T>& object) {
+[[gnu::noinline]] id original(const std::shared_ptr<T>& object) {
   const auto* held = dynamic_cast<const Held*>(object.get());
   return held ? [[held->held() retain] autorelease] : nil;
 }

@@ -8,9 +8,6 @@
 #include <mutex>
 #include <utility>
 
-#include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
-#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
-#include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Install.h"
@@ -18,6 +15,7 @@
 #include "ObjC/Host/Configuration.h"
 #include "ObjC/Host/KitProtocols.h"
 #include "ObjC/Host/Records.h"
+#include "Platform/Once.h"
 #include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
 
@@ -38,74 +36,12 @@ class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
  public:
   using Director::Director;
   using CoreKit::checkedKitConfiguration;
-  using CoreKit::sharedInstanceMadeBy;
-
-  void setPaymentInstrumentManager(
-      std::shared_ptr<hlv::HLVSDKPaymentInstrumentManager> manager) override {
-    const auto kit = object();
-    if (!kit) return CoreKit::setPaymentInstrumentManager(std::move(manager));
-    [*kit setPaymentInstrumentManager:original(manager)];
-  }
-
-  void setPaymentInstrumentsSynchronizer(
-      std::shared_ptr<hlv::HLVSDKPaymentInstrumentsSynchronizer> synchronizer) override {
-    const auto kit = object();
-    if (!kit) return CoreKit::setPaymentInstrumentsSynchronizer(std::move(synchronizer));
-    [*kit setPaymentInstrumentsSynchronizer:original(synchronizer)];
-  }
-
-  void setUpPaymentManager() override {
-    const auto kit = object();
-    if (!kit) return CoreKit::setUpPaymentManager();
-    [*kit setUpPaymentManager];
-  }
-
-  void setUpPaymentInstrumentsSynchronizer() override {
-    const auto kit = object();
-    if (!kit) return CoreKit::setUpPaymentInstrumentsSynchronizer();
-    [*kit setUpPaymentInstrumentsSynchronizer];
-  }
+  using CoreKit::sharedOnce;
 
   void synchronizePaymentInstruments() override {
     const auto kit = object();
     if (!kit) return CoreKit::synchronizePaymentInstruments();
     [*kit synchronizePaymentInstruments];
-  }
-
- protected:
-  void observeNotifications() override {
-    observe(hlv::objc::toNSString(hlv::UIApplicationWillEnterForegroundNotification),
-            @selector(handleUIApplicationWillEnterForegroundNotification:));
-    observe(kHLVSDKDidChangeAuthorizationStatusNotification,
-            @selector(handleAuthorizationDidChangeNotification:));
-    observe(HLVSDKReachabilityDidChangeReachabilityStateNotification,
-            @selector(handleReachabilityChangedNotification:));
-  }
-
-  std::shared_ptr<hlv::HLVSDKPaymentInstrumentManager> makePaymentInstrumentManager(
-      std::shared_ptr<hlv::HLVSDKAPIManager> apiManager,
-      std::shared_ptr<hlv::PLVInAppClient> paylevenClient,
-      std::shared_ptr<hlv::HLVSDKReachability> reachability) override {
-    return adapted<InstrumentManager>([[[HLVSDKPaylevenPaymentInstrumentManager alloc]
-        initWithAPIManager:original(apiManager)
-            paylevenClient:original(paylevenClient)
-              reachability:original(reachability)] autorelease]);
-  }
-
-  std::shared_ptr<hlv::HLVSDKPaymentInstrumentsSynchronizer> makePaymentInstrumentsSynchronizer(
-      std::shared_ptr<hlv::HLVSDKAPIManager> apiManager,
-      std::shared_ptr<hlv::PLVInAppClient> paylevenClient) override {
-    return adapted<InstrumentsSynchronizer>([[[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
-        initWithAPIManager:original(apiManager)
-            paylevenClient:original(paylevenClient)] autorelease]);
-  }
-
- private:
-  void observe(NSString* name, SEL handler) const {
-    const auto kit = object();
-    // Without a name an observer is told of everything.
-    if (!kit || !name) return;
-    [[NSNotificationCenter defaultCenter] addObserver:*kit selector:handler name:name object:nil];
   }
 };
 
@@ -155,12 +91,10 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 + (instancetype)sharedInstanceWithConfiguration:(HLVSDKConfiguration*)configuration
                        paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  KitDirector::sharedInstanceMadeBy([&] {
-    auto* const made =
-        [[[HLVSDKPayleven alloc] initWithConfiguration:configuration
-                              paylevenKitConfiguration:kitConfiguration] autorelease];
-    replaceSharedObject(made);
-    return coreOf(made);
+  KitDirector::sharedOnce().run([&] {
+    [self setSharedInstance:[[[HLVSDKPayleven alloc] initWithConfiguration:configuration
+                                                  paylevenKitConfiguration:kitConfiguration]
+                                autorelease]];
   });
   return [self sharedInstance];
 }
@@ -169,8 +103,17 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
              paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
   if ((self = [super init])) {
     _core = new HLVPaylevenCore{std::make_shared<KitDirector>(self)};
-    _core->kit->begin(adapted<Configuration>(configuration),
-                      adapted<KitConfiguration>(kitConfiguration));
+    [self setConfiguration:configuration];
+    [self setKitConfiguration:kitConfiguration];
+    [self setCurrentGuest:[HLVSDKGuest currentGuest]];
+    [self setUpPaymentManager];
+    [self setUpPaymentInstrumentsSynchronizer];
+    [self observe:hlv::objc::toNSString(hlv::UIApplicationWillEnterForegroundNotification)
+             with:@selector(handleUIApplicationWillEnterForegroundNotification:)];
+    [self observe:kHLVSDKDidChangeAuthorizationStatusNotification
+             with:@selector(handleAuthorizationDidChangeNotification:)];
+    [self observe:HLVSDKReachabilityDidChangeReachabilityStateNotification
+             with:@selector(handleReachabilityChangedNotification:)];
   }
   return self;
 }
@@ -199,7 +142,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 - (void)setPaymentInstrumentManager:(id<HLVSDKPaymentInstrumentManager>)manager {
   if (const auto kit = coreOf(self)) {
-    kit->CoreKit::setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
+    kit->setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
   }
 }
 
@@ -209,7 +152,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 - (void)setPaymentInstrumentsSynchronizer:(id<HLVSDKPaymentInstrumentsSynchronizer>)synchronizer {
   if (const auto kit = coreOf(self)) {
-    kit->CoreKit::setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
+    kit->setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
   }
 }
 
@@ -242,12 +185,27 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
   send(coreOf(self), &KitDirector::start);
 }
 
+- (void)observe:(NSString*)name with:(SEL)handler {
+  // Without a name an observer is told of everything.
+  if (!name) return;
+  [[NSNotificationCenter defaultCenter] addObserver:self selector:handler name:name object:nil];
+}
+
 - (void)setUpPaymentManager {
-  if (const auto kit = coreOf(self)) kit->CoreKit::setUpPaymentManager();
+  PLVInAppClient* const client = [PLVInAppClient sharedInstance];
+  [client registerWithAPIKey:[[self kitConfiguration] paymentKey]];
+  [self setPaymentInstrumentManager:[[[HLVSDKPaylevenPaymentInstrumentManager alloc]
+                                        initWithAPIManager:[HLVSDKAPIManager manager]
+                                            paylevenClient:client
+                                              reachability:[HLVSDKReachability sharedReachability]]
+                                        autorelease]];
 }
 
 - (void)setUpPaymentInstrumentsSynchronizer {
-  if (const auto kit = coreOf(self)) kit->CoreKit::setUpPaymentInstrumentsSynchronizer();
+  [self setPaymentInstrumentsSynchronizer:[[[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
+                                              initWithAPIManager:[HLVSDKAPIManager manager]
+                                                  paylevenClient:[PLVInAppClient sharedInstance]]
+                                              autorelease]];
 }
 
 - (void)synchronizePaymentInstruments {

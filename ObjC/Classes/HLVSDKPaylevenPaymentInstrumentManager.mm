@@ -107,18 +107,6 @@ class ManagerDirector final
                               paylevenToken:toNSString(token)
                                  completion:asBlock(std::move(report)).block()];
   }
-
- protected:
-  void observeReachability() override {
-    NSString* const name = HLVSDKReachabilityDidChangeReachabilityStateNotification;
-    const auto manager = object();
-    if (!manager || !name) return;
-    [[NSNotificationCenter defaultCenter]
-        addObserver:*manager
-           selector:@selector(handleReachabilityChangedNotification:)
-               name:name
-             object:nil];
-  }
 };
 
 }  // namespace
@@ -143,8 +131,18 @@ static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentMa
                       reachability:(HLVSDKReachability*)reachability {
   if ((self = [super init])) {
     _core = new HLVManagerCore{std::make_shared<ManagerDirector>(self)};
-    _core->kit->begin(adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient),
-                      adapted<Reachability>(reachability));
+    [self setReachability:reachability];
+    [self setApiManager:apiManager];
+    [self setPaymentClient:paylevenClient];
+    // Without a name an observer is told of everything.
+    NSString* const name = HLVSDKReachabilityDidChangeReachabilityStateNotification;
+    if (name) {
+      [[NSNotificationCenter defaultCenter]
+          addObserver:self
+             selector:@selector(handleReachabilityChangedNotification:)
+                 name:name
+               object:nil];
+    }
   }
   return self;
 }

@@ -12,6 +12,7 @@
 #include "ObjC/Host/InAppClient.h"
 #include "ObjC/Host/Pairs.h"
 #include "ObjC/Host/Records.h"
+#include "Platform/Platform.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
 using CoreSynchronizer = hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer;
@@ -36,6 +37,7 @@ class SynchronizerDirector final
     : public hlv::objc::Director<CoreSynchronizer, HLVSDKPaylevenPaymentInstrumentsSynchronizer> {
  public:
   using Director::Director;
+  using CoreSynchronizer::queueLabel;
 
   bool isSynchronizing() const override {
     const auto synchronizer = object();
@@ -110,7 +112,10 @@ static std::shared_ptr<SynchronizerDirector> coreOf(
                     paylevenClient:(PLVInAppClient*)paylevenClient {
   if ((self = [super init])) {
     _core = new HLVSynchronizerCore{std::make_shared<SynchronizerDirector>(self)};
-    _core->kit->begin(adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient));
+    [self setApiManager:apiManager];
+    [self setPaylevenClient:paylevenClient];
+    coreOf(self)->setSynchronizationQueue(
+        hlv::Platform::current()->makeSerialQueue(SynchronizerDirector::queueLabel));
   }
   return self;
 }

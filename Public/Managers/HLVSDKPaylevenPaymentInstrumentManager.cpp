@@ -18,27 +18,17 @@ HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
     std::shared_ptr<HLVSDKReachability> reachability) {
   std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager(
       new HLVSDKPaylevenPaymentInstrumentManager);
-  manager->begin(std::move(apiManager), std::move(paylevenClient), std::move(reachability));
-  return manager;
-}
-
-void HLVSDKPaylevenPaymentInstrumentManager::begin(
-    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
-    std::shared_ptr<HLVSDKReachability> reachability) {
-  setReachability(std::move(reachability));
-  setApiManager(std::move(apiManager));
-  setPaymentClient(std::move(paylevenClient));
-  observeReachability();
-}
-
-void HLVSDKPaylevenPaymentInstrumentManager::observeReachability() {
-  reachabilityObservation_ = Platform::current()->notificationCenter()->observe(
+  manager->setReachability(std::move(reachability));
+  manager->setApiManager(std::move(apiManager));
+  manager->setPaymentClient(std::move(paylevenClient));
+  manager->reachabilityObservation_ = Platform::current()->notificationCenter()->observe(
       HLVSDKReachabilityDidChangeReachabilityStateNotification(),
-      [weakManager = weak_from_this()](const Notification& notification) {
+      [weakManager = manager->weak_from_this()](const Notification& notification) {
         send(weakManager.lock(),
              &HLVSDKPaylevenPaymentInstrumentManager::handleReachabilityChangedNotification,
              notification);
       });
+  return manager;
 }
 
 bool HLVSDKPaylevenPaymentInstrumentManager::isConnectionAvailable() const {

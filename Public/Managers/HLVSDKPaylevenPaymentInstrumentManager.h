@@ -149,14 +149,10 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
                                HLVSDKGuestCardCompletion completion) override;
 
  protected:
-  // For a director, which sends the virtual members to another object and calls those of this class
-  // by their qualified names. It constructs, and then begins, once.
+  // For a director, which sends the virtual members to an object of another model. That object
+  // calls those of this class by their qualified names, and does by itself what the initialiser
+  // does.
   HLVSDKPaylevenPaymentInstrumentManager() = default;
-  /// The initialiser's steps: stores the services and observes reachability.
-  void begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
-             std::shared_ptr<PLVInAppClient> paylevenClient,
-             std::shared_ptr<HLVSDKReachability> reachability);
-  virtual void observeReachability();
 
  private:
   void refreshConnection();

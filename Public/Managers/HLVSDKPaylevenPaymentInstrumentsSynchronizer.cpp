@@ -30,9 +30,7 @@ constexpr const char* synchronizeMethod =
     "-[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
     "synchronizePaymentInstrumentsForGuest:completion:]";
 
-constexpr const char* creationLabel =
-    "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
-// Differs from the label above on purpose: it tells a queue that was made late.
+// Differs from `queueLabel` on purpose: it tells a queue that was made late.
 constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
 
 /// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
@@ -90,15 +88,10 @@ struct Synchronizer::Run {
 std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
     std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient) {
   std::shared_ptr<Synchronizer> synchronizer(new Synchronizer);
-  synchronizer->begin(std::move(apiManager), std::move(paylevenClient));
+  synchronizer->setApiManager(std::move(apiManager));
+  synchronizer->setPaylevenClient(std::move(paylevenClient));
+  synchronizer->setSynchronizationQueue(Platform::current()->makeSerialQueue(queueLabel));
   return synchronizer;
-}
-
-void Synchronizer::begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
-                         std::shared_ptr<PLVInAppClient> paylevenClient) {
-  setApiManager(std::move(apiManager));
-  setPaylevenClient(std::move(paylevenClient));
-  setSynchronizationQueue(Platform::current()->makeSerialQueue(creationLabel));
 }
 
 std::shared_ptr<HLVSDKAPIManager> Synchronizer::apiManager() const { return apiManager_; }

@@ -81,12 +81,13 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
       const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKPLVPaymentInstrumentsCompletion completion);
 
  protected:
-  // For a director, which sends the virtual members to another object and calls those of this class
-  // by their qualified names. It constructs, and then begins, once.
+  // For a director, which sends the virtual members to an object of another model. That object
+  // calls those of this class by their qualified names, and does by itself what the initialiser
+  // does.
   HLVSDKPaylevenPaymentInstrumentsSynchronizer() = default;
-  /// The initialiser's steps: stores the services and creates the queue.
-  void begin(std::shared_ptr<HLVSDKAPIManager> apiManager,
-             std::shared_ptr<PLVInAppClient> paylevenClient);
+
+  static constexpr const char* queueLabel =
+      "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
 
  private:
   struct Run;
