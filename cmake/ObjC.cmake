@@ -36,7 +36,7 @@ endif()
 
 add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Binding/Errors.mm
-  ObjC/Binding/Install.mm
+  ObjC/Host/Install.mm
   ObjC/Binding/Strings.mm
   ObjC/Binding/Values.mm
   ObjC/Binding/WeakObject.mm
@@ -49,7 +49,7 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentManager.mm
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentsSynchronizer.mm
   ObjC/Classes/HLVSDKPaymentManager.mm
-  ObjC/Foundation/AnyString.mm
+  ObjC/Binding/AnyString.mm
   ObjC/Foundation/BlocksRuntime.mm
   ObjC/Foundation/DispatchQueues.mm
   ObjC/Foundation/FoundationNotificationCenter.mm

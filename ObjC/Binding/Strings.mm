@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "ObjC/Foundation/AnyString.h"
+#include "ObjC/Binding/AnyString.h"
 
 namespace hlv::objc {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Binding/Install.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/Configuration.h"
 #include "ObjC/Host/KitProtocols.h"

@@ -2,7 +2,7 @@
 
 #include "Matching/HLVSDKPaylevenPaymentInstrumentFinder.h"
 #include "ObjC/Binding/Crossing.h"
-#include "ObjC/Binding/Install.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Host/Records.h"
 
 using hlv::objc::adapted;

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Binding/Install.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/APIManager.h"
 #include "ObjC/Host/Completions.h"

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Binding/Install.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Foundation/Queues.h"
 #include "ObjC/Host/APIManager.h"
 #include "ObjC/Host/Completions.h"

@@ -1,6 +1,6 @@
 #import "ObjC/Sandbox/HLVSandbox.h"
 
-#include "ObjC/Binding/Install.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/Sandbox/Failure.h"
 #include "ObjC/Sandbox/OpenSandbox.h"

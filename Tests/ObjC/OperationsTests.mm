@@ -1,5 +1,5 @@
 // Every operation through its selectors: what is called, what comes back, and on which thread.
-#include "ObjC/Foundation/AnyString.h"
+#include "ObjC/Binding/AnyString.h"
 #include "Tests/ObjC/ObjCTest.h"
 
 /// An app's own manager, which writes down what it is sent.

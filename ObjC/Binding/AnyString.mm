@@ -1,4 +1,4 @@
-#include "ObjC/Foundation/AnyString.h"
+#include "ObjC/Binding/AnyString.h"
 
 #ifdef GNUSTEP
 

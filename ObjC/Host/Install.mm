@@ -1,4 +1,4 @@
-#include "ObjC/Binding/Install.h"
+#include "ObjC/Host/Install.h"
 
 #include <mutex>
 
