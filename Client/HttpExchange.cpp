@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "Client/ServiceErrors.h"
-#include "Platform/Wiped.h"
+#include "Values/Wiped.h"
 
 namespace hlv::client {
 

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "Client/HttpLoop.h"
-#include "Sandbox/TransportError.h"
+#include "Sandbox/Errors/TransportError.h"
 
 namespace hlv::client {
 

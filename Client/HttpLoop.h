@@ -9,9 +9,9 @@
 #include <variant>
 
 #include "Client/ServiceURL.h"
-#include "Platform/Error.h"
-#include "Platform/NullableString.h"
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/JSON/Json.h"
+#include "Values/Error.h"
+#include "Values/NullableString.h"
 
 namespace hlv::client {
 

@@ -1,11 +1,11 @@
 #include "Client/RemoteBackend.h"
 
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
-#include "Platform/Send.h"
 #include "Sandbox/Backend/UpdateGuestRequest.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/Records/CardRecords.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/Masking/MaskedText.h"
+#include "Values/Send.h"
 
 namespace hlv::client {
 namespace {

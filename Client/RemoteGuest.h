@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Platform/List.h"
 #include "Sandbox/Backend/StoredCard.h"
-#include "Sandbox/Records/CardRecords.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Values/List.h"
 
 namespace hlv::client {
 

@@ -5,8 +5,8 @@
 #include "Client/ControlClient.h"
 #include "Client/RemoteBackend.h"
 #include "Client/RemoteProvider.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Records/InstrumentRecords.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 
 namespace hlv::client {
 namespace {

@@ -1,9 +1,9 @@
 #include "Client/RemoteProvider.h"
 
-#include "Platform/Send.h"
-#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Provider/CardInstruments.h"
-#include "Sandbox/Records/InstrumentRecords.h"
+#include "Values/Send.h"
 
 namespace hlv::client {
 namespace {

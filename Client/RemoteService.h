@@ -13,9 +13,9 @@
 #include "Client/HttpClient.h"
 #include "Sandbox/Calls/Failed.h"
 #include "Sandbox/Calls/Summary.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Errors/TransportError.h"
 #include "Sandbox/Sandbox.h"
-#include "Sandbox/SandboxError.h"
-#include "Sandbox/TransportError.h"
 
 namespace hlv::client {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "Platform/NullableString.h"
 #include "Sandbox/Sandbox.h"
+#include "Values/NullableString.h"
 
 namespace hlv::client {
 

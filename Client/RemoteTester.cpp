@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "Client/ControlClient.h"
-#include "Sandbox/Records/FaultRecords.h"
-#include "Sandbox/Records/InstrumentRecords.h"
-#include "Sandbox/Records/SandboxRecords.h"
+#include "Sandbox/JSON/FaultRecords.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
+#include "Sandbox/JSON/SandboxRecords.h"
 
 namespace hlv::client {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "Platform/NullableString.h"
 #include "Sandbox/Records/SandboxDescription.h"
 #include "Sandbox/Tester.h"
+#include "Values/NullableString.h"
 
 namespace hlv::client {
 

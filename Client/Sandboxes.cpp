@@ -2,7 +2,7 @@
 
 #include "Client/ControlClient.h"
 #include "Client/ServiceURL.h"
-#include "Sandbox/Records/SandboxRecords.h"
+#include "Sandbox/JSON/SandboxRecords.h"
 
 namespace hlv::client {
 namespace {

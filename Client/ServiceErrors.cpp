@@ -1,7 +1,7 @@
 #include "Client/ServiceErrors.h"
 
-#include "Sandbox/SandboxError.h"
-#include "Sandbox/TransportError.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Errors/TransportError.h"
 
 namespace hlv::client {
 namespace {

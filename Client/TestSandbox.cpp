@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Client/Sandboxes.h"
-#include "Platform/Error.h"
+#include "Values/Error.h"
 
 namespace hlv::client {
 namespace {

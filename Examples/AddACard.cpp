@@ -2,7 +2,7 @@
 // have.
 #include <cstdio>
 
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 #include "SandboxApp.h"
 
 int main(int argc, char** argv) {

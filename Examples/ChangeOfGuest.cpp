@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 #include "SandboxApp.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 #include "SandboxApp.h"
 
 int main(int argc, char** argv) {

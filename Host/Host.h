@@ -10,9 +10,9 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

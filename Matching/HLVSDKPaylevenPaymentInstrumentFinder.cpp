@@ -4,8 +4,8 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
-#include "Platform/Secret.h"
-#include "Platform/Send.h"
+#include "Values/Secret.h"
+#include "Values/Send.h"
 
 namespace hlv {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
-#include "Platform/Export.h"
-#include "Platform/List.h"
-#include "Platform/NullableString.h"
+#include "Values/Export.h"
+#include "Values/List.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

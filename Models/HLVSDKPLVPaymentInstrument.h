@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

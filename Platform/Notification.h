@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "Platform/Export.h"
-#include "Platform/Value.h"
+#include "Values/Export.h"
+#include "Values/Value.h"
 
 namespace hlv {
 

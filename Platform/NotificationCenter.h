@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
-#include "Platform/Export.h"
 #include "Platform/Notification.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

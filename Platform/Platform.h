@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Export.h"
 #include "Platform/NotificationCenter.h"
 #include "Platform/Queue.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

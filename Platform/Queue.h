@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "Platform/Export.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

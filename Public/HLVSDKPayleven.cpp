@@ -3,15 +3,15 @@
 #include <cstdio>
 #include <utility>
 
+#include "Async/Once.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
-#include "Platform/Once.h"
 #include "Platform/Platform.h"
-#include "Platform/Send.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
+#include "Values/Send.h"
 
 namespace hlv {
 namespace {

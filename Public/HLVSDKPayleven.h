@@ -10,10 +10,10 @@
 #include "Host/HLVSDKCoreKit/HLVSDKKit.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
-#include "Platform/Export.h"
 #include "Platform/NotificationCenter.h"
 #include "Platform/SharedSlot.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

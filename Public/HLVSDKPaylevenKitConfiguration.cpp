@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

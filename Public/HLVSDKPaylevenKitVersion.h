@@ -3,7 +3,7 @@
 // Threading: constants; any thread.
 #pragma once
 
-#include "Platform/Export.h"
+#include "Values/Export.h"
 
 #ifdef __cplusplus
 extern "C" {

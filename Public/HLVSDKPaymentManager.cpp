@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

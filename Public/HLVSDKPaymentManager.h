@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentManager.h"
-#include "Platform/Export.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

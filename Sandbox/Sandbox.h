@@ -14,12 +14,12 @@
 #include <vector>
 
 #include "Host/Host.h"
-#include "Sandbox/BackendCard.h"
-#include "Sandbox/EnteredAddress.h"
-#include "Sandbox/EnteredCard.h"
-#include "Sandbox/Fault.h"
-#include "Sandbox/Journal.h"
-#include "Sandbox/ProviderInstrument.h"
+#include "Sandbox/Calls/Journal.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Faults/Fault.h"
+#include "Sandbox/Records/BackendCard.h"
+#include "Sandbox/Records/EnteredAddress.h"
+#include "Sandbox/Records/ProviderInstrument.h"
 
 namespace hlv::sandbox {
 

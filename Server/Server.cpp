@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/JSON/Json.h"
 #include "Server/Api/ApiHandler.h"
 #include "Server/Api/BackendResources.h"
 #include "Server/Api/ControlResources.h"

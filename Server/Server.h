@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Result.h"
 #include "Server/Http/HttpListener.h"
+#include "Values/Result.h"
 
 namespace hlv::server {
 

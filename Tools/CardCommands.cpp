@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Sandbox/EnteredAddress.h"
-#include "Sandbox/EnteredCard.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Records/EnteredAddress.h"
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"

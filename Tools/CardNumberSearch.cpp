@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Sandbox/Cards/CardRules.h"
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Masking/MaskedText.h"
 
 namespace hlv::tool {
 namespace {

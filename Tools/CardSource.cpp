@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 #include "Tools/Problem.h"
 #include "Tools/Prompt.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "Sandbox/EnteredCard.h"
+#include "Sandbox/Cards/EnteredCard.h"
 
 namespace CLI {
 class App;

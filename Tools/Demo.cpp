@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "Sandbox/EnteredAddress.h"
+#include "Sandbox/Records/EnteredAddress.h"
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"

@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "Sandbox/Records/CardRecords.h"
-#include "Sandbox/Records/InstrumentRecords.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 #include "Tools/Characters.h"
 #include "Tools/SideBySide.h"
 #include "Tools/Timeline.h"

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Error.h"
-#include "Sandbox/Journal.h"
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/Calls/Journal.h"
+#include "Sandbox/JSON/Json.h"
 #include "Sandbox/Sandbox.h"
 #include "Tools/Table.h"
 #include "Tools/Terminal.h"
+#include "Values/Error.h"
 
 namespace hlv::tool {
 

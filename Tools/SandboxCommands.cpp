@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Client/Sandboxes.h"
-#include "Sandbox/Records/SandboxRecords.h"
+#include "Sandbox/JSON/SandboxRecords.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"
 #include "Tools/Table.h"

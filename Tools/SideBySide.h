@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Sandbox/Pairs.h"
+#include "Sandbox/Records/Pairs.h"
 #include "Tools/Table.h"
 
 namespace hlv::tool {

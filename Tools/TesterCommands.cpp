@@ -8,7 +8,7 @@
 #include <system_error>
 #include <vector>
 
-#include "Sandbox/Records/FaultRecords.h"
+#include "Sandbox/JSON/FaultRecords.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"

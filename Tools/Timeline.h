@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "Sandbox/Journal.h"
+#include "Sandbox/Calls/Journal.h"
 #include "Tools/Table.h"
 
 namespace hlv::tool {

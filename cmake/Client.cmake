@@ -2,11 +2,11 @@
 find_package(nlohmann_json REQUIRED)
 
 add_library(hlv_records STATIC
-  Sandbox/Records/CardRecords.cpp
-  Sandbox/Records/FaultRecords.cpp
-  Sandbox/Records/InstrumentRecords.cpp
-  Sandbox/Records/Json.cpp
-  Sandbox/Records/SandboxRecords.cpp)
+  Sandbox/JSON/CardRecords.cpp
+  Sandbox/JSON/FaultRecords.cpp
+  Sandbox/JSON/InstrumentRecords.cpp
+  Sandbox/JSON/Json.cpp
+  Sandbox/JSON/SandboxRecords.cpp)
 set_target_properties(hlv_records PROPERTIES
   OUTPUT_NAME HLVSDKPaylevenRecords EXPORT_NAME Records)
 target_link_libraries(hlv_records

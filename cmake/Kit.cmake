@@ -6,12 +6,12 @@ add_library(HLVSDKPaylevenKit
   Platform/Default/DefaultNotificationCenter.cpp
   Platform/Default/DefaultPlatform.cpp
   Platform/Default/WorkerThreads.cpp
-  Platform/Group.cpp
-  Platform/Once.cpp
-  Platform/Platform.cpp
-  Platform/Secret.cpp
+  Async/Group.cpp
+  Async/Once.cpp
+  Platform/Default/Platform.cpp
+  Values/Secret.cpp
   Platform/SharedSlot.cpp
-  Platform/Value.cpp
+  Values/Value.cpp
   Host/HLVSDKCoreKit/HLVSDKConfiguration.cpp
   Host/HLVSDKCoreKit/HLVSDKConstants.cpp
   Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.cpp

@@ -29,17 +29,17 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
   Models/HLVSDKAddPaylevenCreditCardRequestInfo.h
   Models/HLVSDKPLVPaymentInstrument.h
   Platform/Default/DefaultPlatform.h
-  Platform/Error.h
-  Platform/Export.h
-  Platform/List.h
+  Values/Error.h
+  Values/Export.h
+  Values/List.h
   Platform/Notification.h
   Platform/NotificationCenter.h
-  Platform/NullableString.h
-  Platform/Object.h
+  Values/NullableString.h
+  Values/Object.h
   Platform/Platform.h
   Platform/Queue.h
   Platform/SharedSlot.h
-  Platform/Value.h
+  Values/Value.h
   Public/HLVSDKPayleven.h
   Public/HLVSDKPaylevenKit.h
   Public/HLVSDKPaylevenKitConfiguration.h
@@ -50,16 +50,16 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
 
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   target_sources(HLVSDKPaylevenSandbox PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-    Sandbox/BackendCard.h
-    Sandbox/EnteredAddress.h
-    Sandbox/EnteredCard.h
-    Sandbox/ErrorCodes.h
-    Sandbox/Fault.h
-    Sandbox/Journal.h
-    Sandbox/ProviderInstrument.h
+    Sandbox/Records/BackendCard.h
+    Sandbox/Records/EnteredAddress.h
+    Sandbox/Cards/EnteredCard.h
+    Sandbox/Errors/ErrorCodes.h
+    Sandbox/Faults/Fault.h
+    Sandbox/Calls/Journal.h
+    Sandbox/Records/ProviderInstrument.h
     Sandbox/Sandbox.h
-    Sandbox/SandboxError.h
-    Sandbox/TestCards.h
+    Sandbox/Errors/SandboxError.h
+    Sandbox/Cards/TestCards.h
     Sandbox/Tester.h)
 endif()
 if(HLVSDKPAYLEVENKIT_CLIENT)

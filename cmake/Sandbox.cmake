@@ -13,7 +13,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Backend/Guest.cpp
   Sandbox/Calls/Answers.cpp
   Sandbox/Calls/CallHandler.cpp
-  Sandbox/Calls/FaultTables.cpp
+  Sandbox/Faults/FaultTables.cpp
   Sandbox/Calls/Service.cpp
   Sandbox/Calls/Summary.cpp
   Sandbox/Cards/Calendar.cpp
@@ -22,8 +22,8 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Logging/ConsoleLogger.cpp
   Sandbox/Logging/LogLine.cpp
   Sandbox/Logging/LogSink.cpp
-  Sandbox/Logging/MaskedText.cpp
-  Sandbox/Logging/NumberParts.cpp
+  Sandbox/Masking/MaskedText.cpp
+  Sandbox/Masking/NumberParts.cpp
   Sandbox/Logging/RemoteFileLogger.cpp
   Sandbox/Provider/CardInstruments.cpp
   Sandbox/Provider/Provider.cpp
@@ -38,20 +38,20 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Store/StoreLock.cpp
   Sandbox/Testing/Reset.cpp
   Sandbox/Testing/Scenarios.cpp
-  Sandbox/Constants.cpp
-  Sandbox/EnteredAddress.cpp
-  Sandbox/EnteredCard.cpp
-  Sandbox/ErrorFacade.cpp
-  Sandbox/Fault.cpp
-  Sandbox/Journal.cpp
-  Sandbox/Pairs.cpp
-  Sandbox/Reachability.cpp
+  Sandbox/Host/Constants.cpp
+  Sandbox/Records/EnteredAddress.cpp
+  Sandbox/Cards/EnteredCard.cpp
+  Sandbox/Errors/ErrorFacade.cpp
+  Sandbox/Faults/Fault.cpp
+  Sandbox/Calls/Journal.cpp
+  Sandbox/Records/Pairs.cpp
+  Sandbox/Calls/Reachability.cpp
   Sandbox/Sandbox.cpp
-  Sandbox/SandboxError.cpp
-  Sandbox/SandboxHost.cpp
-  Sandbox/TestCards.cpp
+  Sandbox/Errors/SandboxError.cpp
+  Sandbox/Host/SandboxHost.cpp
+  Sandbox/Cards/TestCards.cpp
   Sandbox/ToldCall.cpp
-  Sandbox/TransportError.cpp)
+  Sandbox/Errors/TransportError.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
   PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> SQLiteCpp spdlog::spdlog)

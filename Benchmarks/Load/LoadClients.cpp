@@ -17,8 +17,8 @@
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
-#include "Sandbox/EnteredAddress.h"
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Records/EnteredAddress.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/Host.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
-#include "Platform/Value.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
+#include "Values/Value.h"
 
 namespace hlv {
 

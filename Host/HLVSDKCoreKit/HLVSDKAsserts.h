@@ -2,8 +2,8 @@
 #pragma once
 
 #include "Host/Host.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

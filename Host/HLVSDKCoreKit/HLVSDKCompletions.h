@@ -4,8 +4,8 @@
 #include <functional>
 #include <memory>
 
-#include "Platform/Error.h"
-#include "Platform/List.h"
+#include "Values/Error.h"
+#include "Values/List.h"
 
 namespace hlv {
 

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKKitClass.h"
-#include "Platform/Export.h"
-#include "Platform/List.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/List.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

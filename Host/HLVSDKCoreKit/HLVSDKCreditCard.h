@@ -2,9 +2,9 @@
 #pragma once
 
 #include "Host/Host.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

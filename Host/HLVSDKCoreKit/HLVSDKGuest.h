@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "Host/Host.h"
-#include "Platform/Export.h"
-#include "Platform/List.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/List.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -1,8 +1,8 @@
 // The protocol of a kit that the host SDK can run.
 #pragma once
 
-#include "Platform/Export.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -3,7 +3,7 @@
 // Threading: plain value; any thread.
 #pragma once
 
-#include "Platform/Export.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "Platform/Export.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "Host/Host.h"
-#include "Platform/Error.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Error.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

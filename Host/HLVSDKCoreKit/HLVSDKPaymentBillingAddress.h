@@ -1,9 +1,9 @@
 // Where a card's bills go.
 #pragma once
 
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -1,10 +1,10 @@
 // A card as the user typed it.
 #pragma once
 
-#include "Platform/Error.h"
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Error.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

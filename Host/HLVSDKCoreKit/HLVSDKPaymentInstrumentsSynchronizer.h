@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
-#include "Platform/Export.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "Host/Host.h"
-#include "Platform/Export.h"
-#include "Platform/Object.h"
+#include "Values/Export.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <memory>
 
-#include "Platform/Error.h"
-#include "Platform/Export.h"
-#include "Platform/Object.h"
-#include "Platform/Value.h"
+#include "Values/Error.h"
+#include "Values/Export.h"
+#include "Values/Object.h"
+#include "Values/Value.h"
 
 namespace hlv {
 

@@ -3,8 +3,8 @@
 // Threading: any.
 #pragma once
 
-#include "Platform/Export.h"
-#include "Platform/NullableString.h"
+#include "Values/Export.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

@@ -6,10 +6,10 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/Error.h"
-#include "Platform/Export.h"
-#include "Platform/List.h"
-#include "Platform/Value.h"
+#include "Values/Error.h"
+#include "Values/Export.h"
+#include "Values/List.h"
+#include "Values/Value.h"
 
 namespace hlv {
 

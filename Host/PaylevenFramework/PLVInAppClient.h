@@ -5,11 +5,11 @@
 #include <memory>
 
 #include "Host/Host.h"
-#include "Platform/Error.h"
-#include "Platform/Export.h"
-#include "Platform/List.h"
-#include "Platform/NullableString.h"
-#include "Platform/Object.h"
+#include "Values/Error.h"
+#include "Values/Export.h"
+#include "Values/List.h"
+#include "Values/NullableString.h"
+#include "Values/Object.h"
 
 namespace hlv {
 

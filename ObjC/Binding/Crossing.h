@@ -10,7 +10,7 @@
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Strings.h"
-#include "Platform/List.h"
+#include "Values/List.h"
 
 namespace hlv {
 class HLVSDKPLVPaymentInstrument;

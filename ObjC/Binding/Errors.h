@@ -5,7 +5,7 @@
 
 #import <Foundation/Foundation.h>
 
-#include "Platform/Error.h"
+#include "Values/Error.h"
 
 namespace hlv::objc {
 

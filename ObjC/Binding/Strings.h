@@ -5,7 +5,7 @@
 
 #import <Foundation/Foundation.h>
 
-#include "Platform/NullableString.h"
+#include "Values/NullableString.h"
 
 namespace hlv::objc {
 

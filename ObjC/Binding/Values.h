@@ -6,7 +6,7 @@
 #import <Foundation/Foundation.h>
 
 #include "Platform/Notification.h"
-#include "Platform/Value.h"
+#include "Values/Value.h"
 
 namespace hlv::objc {
 

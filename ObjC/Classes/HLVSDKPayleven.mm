@@ -8,16 +8,16 @@
 #include <mutex>
 #include <utility>
 
+#include "Async/Once.h"
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/Configuration.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Host/KitProtocols.h"
 #include "ObjC/Host/Records.h"
-#include "Platform/Once.h"
-#include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
+#include "Values/Send.h"
 
 using CoreKit = hlv::HLVSDKPayleven;
 using hlv::send;

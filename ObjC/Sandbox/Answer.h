@@ -11,7 +11,7 @@
 #include "ObjC/Sandbox/SandboxCardInstrument.h"
 #include "ObjC/Sandbox/SandboxCreditCard.h"
 #include "ObjC/Sandbox/SandboxGuest.h"
-#include "Platform/List.h"
+#include "Values/List.h"
 
 namespace hlv::sandbox::objc {
 

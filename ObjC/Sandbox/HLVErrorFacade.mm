@@ -5,7 +5,7 @@
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::fromNSError;
 using hlv::objc::fromNSString;

@@ -7,7 +7,7 @@
 #include "ObjC/Sandbox/Answer.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
 #include "ObjC/Sandbox/SandboxAddCardRequest.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::fromNSDictionary;
 using hlv::objc::fromNSString;

@@ -3,7 +3,7 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace {
 

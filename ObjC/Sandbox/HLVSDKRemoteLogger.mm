@@ -3,7 +3,7 @@
 
 #include "ObjC/Sandbox/LogLineWriter.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace {
 

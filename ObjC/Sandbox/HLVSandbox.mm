@@ -1,7 +1,7 @@
 #import "ObjC/Sandbox/HLVSandbox.h"
 
-#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Strings.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Sandbox/Failure.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
 #include "ObjC/Sandbox/SandboxBillingAddress.h"
@@ -10,7 +10,7 @@
 #include "ObjC/Sandbox/SandboxKitEntry.h"
 #include "ObjC/Sandbox/SandboxPaymentInstrument.h"
 #include "ObjC/Sandbox/SidesAsLines.h"
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 
 using hlv::objc::fromNSString;
 using hlv::objc::toNSString;

@@ -4,7 +4,7 @@
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "ObjC/Sandbox/Answer.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::fromNSString;
 using hlv::sandbox::objc::answerTo;

@@ -7,7 +7,7 @@
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
 #include "ObjC/Sandbox/SandboxObject.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::toNSDictionary;
 using hlv::objc::toNSError;

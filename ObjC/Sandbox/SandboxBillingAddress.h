@@ -6,7 +6,7 @@
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "ObjC/Sandbox/SandboxObject.h"
-#include "Sandbox/EnteredAddress.h"
+#include "Sandbox/Records/EnteredAddress.h"
 
 @interface SandboxBillingAddress : HLVSDKPaymentBillingAddress <SandboxObject> {
  @private

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ObjC/Binding/Strings.h"
-#include "Sandbox/Constants.h"
+#include "Sandbox/Host/Constants.h"
 
 NSString* const kHLVSDKCreditCardUseCaseDefault = @"default";
 NSString* const kHLVSDKCreditCardUseCasePrivate = @"private";

@@ -2,7 +2,7 @@
 
 #include "ObjC/Sandbox/OpenSandbox.h"
 #include "ObjC/Sandbox/TypedText.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::toNSString;
 using hlv::sandbox::objc::openHost;

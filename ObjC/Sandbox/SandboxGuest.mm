@@ -2,7 +2,7 @@
 
 #include "ObjC/Sandbox/Answer.h"
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::sandbox::objc::asObject;
 using hlv::sandbox::objc::behind;

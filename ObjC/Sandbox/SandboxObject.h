@@ -11,8 +11,8 @@
 #include <memory>
 
 #include "ObjC/Binding/Strings.h"
-#include "Platform/Object.h"
-#include "Platform/Secret.h"
+#include "Values/Object.h"
+#include "Values/Secret.h"
 
 /// What the private subclasses have in common.
 @protocol SandboxObject

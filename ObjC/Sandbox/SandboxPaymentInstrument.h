@@ -6,7 +6,7 @@
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "ObjC/Sandbox/SandboxObject.h"
-#include "Sandbox/EnteredCard.h"
+#include "Sandbox/Cards/EnteredCard.h"
 
 @interface SandboxPaymentInstrument : HLVSDKPaymentInstrument <SandboxObject> {
  @private

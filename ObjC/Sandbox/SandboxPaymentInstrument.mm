@@ -1,7 +1,7 @@
 #include "ObjC/Sandbox/SandboxPaymentInstrument.h"
 
 #include "ObjC/Binding/Errors.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::fromNSString;
 using hlv::objc::toNSError;

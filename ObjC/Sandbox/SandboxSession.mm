@@ -1,7 +1,7 @@
 #include "ObjC/Sandbox/SandboxSession.h"
 
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::sandbox::objc::behind;
 using hlv::sandbox::objc::openHost;

@@ -1,7 +1,7 @@
 #include "ObjC/Sandbox/SandboxUpdateGuestRequest.h"
 
 #include "ObjC/Sandbox/OpenSandbox.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 using hlv::objc::fromNSString;
 using hlv::sandbox::objc::behind;

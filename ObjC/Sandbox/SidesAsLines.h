@@ -7,8 +7,8 @@
 
 #include <vector>
 
-#include "Sandbox/BackendCard.h"
-#include "Sandbox/ProviderInstrument.h"
+#include "Sandbox/Records/BackendCard.h"
+#include "Sandbox/Records/ProviderInstrument.h"
 
 namespace hlv::sandbox::objc {
 

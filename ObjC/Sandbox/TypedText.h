@@ -6,7 +6,7 @@
 #import <Foundation/Foundation.h>
 
 #include "ObjC/Binding/Strings.h"
-#include "Platform/Secret.h"
+#include "Values/Secret.h"
 
 namespace hlv::sandbox::objc {
 

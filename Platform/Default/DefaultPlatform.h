@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Export.h"
 #include "Platform/Platform.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

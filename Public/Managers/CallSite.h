@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "Platform/Deliver.h"
+#include "Async/Deliver.h"
 
 namespace hlv {
 

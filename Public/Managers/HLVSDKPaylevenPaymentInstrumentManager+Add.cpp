@@ -1,11 +1,11 @@
 // Adding a card: which way it goes.
 #include <utility>
 
+#include "Async/Deliver.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Platform/Deliver.h"
-#include "Platform/Send.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

@@ -2,18 +2,18 @@
 #include <mutex>
 #include <utility>
 
+#include "Async/AnswerOnce.h"
+#include "Async/Deliver.h"
+#include "Async/Group.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
-#include "Platform/AnswerOnce.h"
-#include "Platform/Deliver.h"
-#include "Platform/Group.h"
-#include "Platform/Send.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/ProviderInstrument.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

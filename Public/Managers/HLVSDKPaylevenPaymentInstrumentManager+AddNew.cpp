@@ -1,16 +1,16 @@
 // A further card of a guest who has a provider user token.
 #include <utility>
 
+#include "Async/AnswerOnce.h"
+#include "Async/Deliver.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
-#include "Platform/AnswerOnce.h"
-#include "Platform/Deliver.h"
-#include "Platform/Send.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/Log.h"
 #include "Public/Managers/ProviderInstrument.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

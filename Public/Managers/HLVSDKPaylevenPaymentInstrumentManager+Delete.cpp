@@ -2,15 +2,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "Async/AnswerOnce.h"
+#include "Async/Deliver.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Matching/HLVSDKPaylevenPaymentInstrumentFinder.h"
-#include "Platform/AnswerOnce.h"
-#include "Platform/Deliver.h"
-#include "Platform/Send.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

@@ -6,7 +6,7 @@
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 #include "Host/Halvo_Meta/HLVUtilities.h"
 #include "Platform/Platform.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

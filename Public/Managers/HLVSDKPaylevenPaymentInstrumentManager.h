@@ -19,8 +19,8 @@
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
-#include "Platform/Export.h"
 #include "Platform/NotificationCenter.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

@@ -5,17 +5,17 @@
 #include <mutex>
 #include <utility>
 
+#include "Async/AnswerOnce.h"
+#include "Async/Deliver.h"
+#include "Async/Group.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/Halvo_Meta/HLVUtilities.h"
-#include "Platform/AnswerOnce.h"
-#include "Platform/Deliver.h"
-#include "Platform/Group.h"
 #include "Platform/Platform.h"
-#include "Platform/Secret.h"
-#include "Platform/Send.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/Log.h"
+#include "Values/Secret.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

@@ -16,8 +16,8 @@
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Models/HLVSDKPLVPaymentInstrument.h"
-#include "Platform/Export.h"
 #include "Platform/Queue.h"
+#include "Values/Export.h"
 
 namespace hlv {
 

@@ -2,7 +2,7 @@
 
 #include "Host/Halvo_Errors/HLVErrorDomains.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

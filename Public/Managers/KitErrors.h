@@ -3,9 +3,9 @@
 // Threading: any. Null while no host is installed.
 #pragma once
 
-#include "Platform/Error.h"
-#include "Platform/NullableString.h"
 #include "Public/Managers/CallSite.h"
+#include "Values/Error.h"
+#include "Values/NullableString.h"
 
 namespace hlv {
 

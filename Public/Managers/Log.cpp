@@ -1,6 +1,6 @@
 #include "Public/Managers/Log.h"
 
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

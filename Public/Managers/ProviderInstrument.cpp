@@ -1,7 +1,7 @@
 #include "Public/Managers/ProviderInstrument.h"
 
-#include "Platform/Secret.h"
-#include "Platform/Send.h"
+#include "Values/Secret.h"
+#include "Values/Send.h"
 
 namespace hlv {
 

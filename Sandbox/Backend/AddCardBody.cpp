@@ -1,12 +1,12 @@
 #include "Sandbox/Backend/AddCardBody.h"
 
 #include "Host/Halvo_Meta/HLVUtilities.h"
-#include "Platform/Send.h"
-#include "Sandbox/Backend/AddressKeys.h"
 #include "Sandbox/Cards/CardBrands.h"
 #include "Sandbox/Cards/CardRules.h"
-#include "Sandbox/EnteredCard.h"
-#include "Sandbox/ErrorFacade.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Errors/ErrorFacade.h"
+#include "Sandbox/Records/AddressKeys.h"
+#include "Values/Send.h"
 
 namespace hlv::sandbox {
 namespace {

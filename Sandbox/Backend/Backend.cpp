@@ -2,13 +2,13 @@
 
 #include <utility>
 
-#include "Sandbox/Backend/AddressKeys.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Cards/SpecialCards.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/SandboxError.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Masking/MaskedText.h"
+#include "Sandbox/Records/AddressKeys.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
 

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "Platform/NullableString.h"
-#include "Platform/Value.h"
-#include "Sandbox/BackendGuest.h"
-#include "Sandbox/Fault.h"
+#include "Sandbox/Faults/Fault.h"
+#include "Sandbox/Records/BackendGuest.h"
 #include "Sandbox/Store/Database.h"
+#include "Values/NullableString.h"
+#include "Values/Value.h"
 
 namespace hlv::sandbox::backend {
 

@@ -2,11 +2,11 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
-#include "Platform/Send.h"
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/StoredCard.h"
 #include "Sandbox/Backend/UpdateGuestRequest.h"
-#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Values/Send.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Sandbox/BackendCard.h"
+#include "Sandbox/Records/BackendCard.h"
 #include "Sandbox/Store/Database.h"
 
 namespace hlv::sandbox {

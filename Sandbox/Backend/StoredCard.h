@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
-#include "Sandbox/BackendCard.h"
+#include "Sandbox/Records/BackendCard.h"
 
 namespace hlv::sandbox {
 

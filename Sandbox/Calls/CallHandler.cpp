@@ -1,8 +1,8 @@
 #include "Sandbox/Calls/CallHandler.h"
 
-#include "Sandbox/Calls/FaultTables.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Reachability.h"
+#include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/Faults/FaultTables.h"
 
 namespace hlv::sandbox {
 

@@ -11,11 +11,11 @@
 #include <type_traits>
 #include <utility>
 
-#include "Platform/Error.h"
 #include "Sandbox/Calls/Failed.h"
-#include "Sandbox/Fault.h"
-#include "Sandbox/SandboxError.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Faults/Fault.h"
 #include "Sandbox/Store/Database.h"
+#include "Values/Error.h"
 
 namespace hlv::sandbox {
 

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <utility>
 
-#include "Platform/Error.h"
+#include "Values/Error.h"
 
 namespace hlv::sandbox {
 

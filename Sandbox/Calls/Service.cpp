@@ -1,6 +1,6 @@
 #include "Sandbox/Calls/Service.h"
 
-#include "Sandbox/TransportError.h"
+#include "Sandbox/Errors/TransportError.h"
 
 namespace hlv::sandbox {
 

@@ -12,8 +12,8 @@
 
 #include "Sandbox/Calls/Answers.h"
 #include "Sandbox/Calls/CallHandler.h"
+#include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Calls/Summary.h"
-#include "Sandbox/Journal.h"
 #include "Sandbox/Store/Store.h"
 
 namespace hlv::sandbox {

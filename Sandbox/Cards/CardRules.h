@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "Sandbox/Cards/Calendar.h"
-#include "Sandbox/EnteredCard.h"
-#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Errors/ErrorCodes.h"
 
 namespace hlv::sandbox {
 

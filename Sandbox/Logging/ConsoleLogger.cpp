@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Sandbox/Logging/LogLine.h"
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Masking/MaskedText.h"
 
 namespace hlv::sandbox {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Masking/MaskedText.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
-#include "Sandbox/Journal.h"
+#include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Logging/LogSink.h"
 
 namespace hlv::sandbox {

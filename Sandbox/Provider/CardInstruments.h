@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
-#include "Sandbox/EnteredCard.h"
-#include "Sandbox/ProviderInstrument.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Records/ProviderInstrument.h"
 
 namespace hlv::sandbox {
 

@@ -5,9 +5,9 @@
 #include "Sandbox/Cards/CardBrands.h"
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Cards/SpecialCards.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/SandboxError.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 

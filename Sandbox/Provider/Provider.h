@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "Platform/NullableString.h"
-#include "Sandbox/EnteredCard.h"
-#include "Sandbox/Fault.h"
-#include "Sandbox/ProviderInstrument.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Faults/Fault.h"
+#include "Sandbox/Records/ProviderInstrument.h"
 #include "Sandbox/Store/Database.h"
+#include "Values/NullableString.h"
 
 namespace hlv::sandbox::provider {
 

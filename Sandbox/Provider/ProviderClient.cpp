@@ -1,6 +1,6 @@
 #include "Sandbox/Provider/ProviderClient.h"
 
-#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Provider/CardInstruments.h"
 #include "Sandbox/Provider/Provider.h"
 

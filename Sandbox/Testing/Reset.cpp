@@ -3,9 +3,9 @@
 #include <string>
 
 #include "Sandbox/Backend/Backend.h"
-#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Faults/FaultTables.h"
 #include "Sandbox/Provider/Provider.h"
-#include "Sandbox/Reachability.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/KeptReplies.h"
 

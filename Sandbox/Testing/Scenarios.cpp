@@ -5,9 +5,9 @@
 
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Provider/Provider.h"
-#include "Sandbox/TestCards.h"
 
 namespace hlv::sandbox {
 namespace {

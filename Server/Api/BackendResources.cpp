@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "Sandbox/Backend/Backend.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/Records/CardRecords.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Server/Api/Callers.h"
 
 namespace hlv::server {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Sandbox/Fault.h"
+#include "Sandbox/Faults/Fault.h"
 #include "Sandbox/Testing/Scenarios.h"
 #include "Server/Api/Exchange.h"
 #include "Server/Api/Registry.h"

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Records/InvalidRecord.h"
-#include "Sandbox/SandboxError.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/JSON/InvalidRecord.h"
 #include "Sandbox/Store/Store.h"
 #include "Server/Http/HttpError.h"
 

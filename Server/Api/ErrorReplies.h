@@ -6,8 +6,8 @@
 #include <exception>
 #include <string>
 
-#include "Platform/Error.h"
 #include "Server/Http/HttpMessages.h"
+#include "Values/Error.h"
 
 namespace hlv::server {
 

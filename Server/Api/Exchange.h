@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Sandbox/Calls/CallHandler.h"
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/JSON/Json.h"
 #include "Server/Api/World.h"
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/JSON/Json.h"
 
 namespace hlv::server {
 

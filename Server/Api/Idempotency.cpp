@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/KeptReplies.h"
 #include "Server/Http/HttpError.h"
 

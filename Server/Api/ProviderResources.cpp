@@ -4,11 +4,11 @@
 #include <utility>
 
 #include "Sandbox/Calls/Summary.h"
-#include "Sandbox/EnteredCard.h"
-#include "Sandbox/ErrorCodes.h"
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Errors/ErrorCodes.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Provider/Provider.h"
-#include "Sandbox/Records/InstrumentRecords.h"
 #include "Server/Api/Callers.h"
 
 namespace hlv::server {

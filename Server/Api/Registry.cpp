@@ -9,8 +9,8 @@
 #include <system_error>
 #include <utility>
 
-#include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/Reachability.h"
+#include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/KeptReplies.h"

@@ -13,11 +13,11 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Result.h"
 #include "Sandbox/Records/SandboxDescription.h"
 #include "Sandbox/Store/StoreLock.h"
 #include "Server/Api/World.h"
 #include "Server/Http/HttpMessages.h"
+#include "Values/Result.h"
 
 namespace hlv::server {
 

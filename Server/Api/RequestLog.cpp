@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Settings.h"
 

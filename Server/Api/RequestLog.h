@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Database.h"
 
 namespace hlv::server {

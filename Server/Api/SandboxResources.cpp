@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Sandbox/Records/SandboxRecords.h"
+#include "Sandbox/JSON/SandboxRecords.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {

@@ -8,11 +8,11 @@
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Platform/Default/DefaultPlatform.h"
-#include "Platform/Send.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaymentManager.h"
 #include "Sandbox/ToldCall.h"
+#include "Values/Send.h"
 
 namespace hlv::server {
 namespace {

@@ -11,8 +11,8 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Platform/NotificationCenter.h"
-#include "Sandbox/EnteredAddress.h"
-#include "Sandbox/EnteredCard.h"
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Sandbox.h"
 #include "Server/Api/Registry.h"
 #include "Server/Http/HttpError.h"

@@ -2,20 +2,20 @@
 
 #include <chrono>
 
-#include "Sandbox/Backend/AddressKeys.h"
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Backend/StoredCard.h"
-#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Cards/CardBrands.h"
-#include "Sandbox/Pairs.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Faults/FaultTables.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/JSON/FaultRecords.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Provider/Provider.h"
-#include "Sandbox/Reachability.h"
-#include "Sandbox/Records/CardRecords.h"
-#include "Sandbox/Records/FaultRecords.h"
-#include "Sandbox/Records/InstrumentRecords.h"
+#include "Sandbox/Records/AddressKeys.h"
+#include "Sandbox/Records/Pairs.h"
 #include "Sandbox/Store/Clock.h"
-#include "Sandbox/TestCards.h"
 #include "Sandbox/Testing/Scenarios.h"
 #include "Server/Http/HttpError.h"
 

@@ -5,9 +5,9 @@
 
 #include <vector>
 
-#include "Sandbox/EnteredAddress.h"
-#include "Sandbox/Journal.h"
-#include "Sandbox/Records/Json.h"
+#include "Sandbox/Calls/Journal.h"
+#include "Sandbox/JSON/Json.h"
+#include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Store/Database.h"
 #include "Server/Console/App.h"
 #include "Server/Http/HttpMessages.h"

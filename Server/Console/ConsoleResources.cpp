@@ -3,13 +3,13 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Platform/Wiped.h"
-#include "Sandbox/Journal.h"
-#include "Sandbox/Records/InstrumentRecords.h"
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Calls/Journal.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 #include "Server/Console/ConsoleRecords.h"
 #include "Server/Console/LiveFeed.h"
 #include "Server/Console/Page.h"
+#include "Values/Wiped.h"
 
 namespace hlv::server {
 namespace {

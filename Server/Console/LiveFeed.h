@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "Sandbox/Journal.h"
+#include "Sandbox/Calls/Journal.h"
 #include "Server/Api/World.h"
 
 namespace hlv::server {

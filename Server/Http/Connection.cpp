@@ -6,7 +6,7 @@
 #include <boost/beast/http/read.hpp>
 #include <utility>
 
-#include "Platform/Wiped.h"
+#include "Values/Wiped.h"
 
 namespace hlv::server {
 namespace {

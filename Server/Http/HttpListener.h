@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Result.h"
 #include "Server/Http/EventLoops.h"
 #include "Server/Http/HttpLimits.h"
 #include "Server/Http/HttpMessages.h"
+#include "Values/Result.h"
 
 namespace hlv::server {
 

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/NullableString.h"
+#include "Values/NullableString.h"
 
 namespace hlv::server {
 

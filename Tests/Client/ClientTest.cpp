@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "Platform/Default/DefaultPlatform.h"
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 
 namespace hlv::client {
 

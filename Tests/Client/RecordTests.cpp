@@ -3,11 +3,11 @@
 
 #include <functional>
 
-#include "Sandbox/Records/CardRecords.h"
-#include "Sandbox/Records/FaultRecords.h"
-#include "Sandbox/Records/InstrumentRecords.h"
-#include "Sandbox/Records/SandboxRecords.h"
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/JSON/FaultRecords.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
+#include "Sandbox/JSON/SandboxRecords.h"
 
 namespace hlv::sandbox {
 namespace {

@@ -2,9 +2,9 @@
 #include <algorithm>
 
 #include "Client/Sandboxes.h"
-#include "Sandbox/Records/FaultRecords.h"
-#include "Sandbox/Records/SandboxRecords.h"
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/JSON/FaultRecords.h"
+#include "Sandbox/JSON/SandboxRecords.h"
 #include "Tests/Client/ClientTest.h"
 
 namespace hlv::client {

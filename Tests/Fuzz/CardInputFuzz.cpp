@@ -7,7 +7,7 @@
 #include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/CardBrands.h"
 #include "Sandbox/Cards/CardRules.h"
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Masking/MaskedText.h"
 
 namespace hlv::sandbox {
 namespace {

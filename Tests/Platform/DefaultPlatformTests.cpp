@@ -9,8 +9,8 @@
 #include <string>
 #include <thread>
 
+#include "Async/Deliver.h"
 #include "Platform/Default/DefaultPlatform.h"
-#include "Platform/Deliver.h"
 
 namespace hlv::testing {
 namespace {

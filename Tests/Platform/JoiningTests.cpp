@@ -10,13 +10,13 @@
 #include <type_traits>
 #include <vector>
 
-#include "Platform/AnswerOnce.h"
-#include "Platform/Group.h"
-#include "Platform/NullableString.h"
-#include "Platform/Once.h"
-#include "Platform/Secret.h"
-#include "Platform/Value.h"
+#include "Async/AnswerOnce.h"
+#include "Async/Group.h"
+#include "Async/Once.h"
 #include "Tests/Support/ManualPlatform.h"
+#include "Values/NullableString.h"
+#include "Values/Secret.h"
+#include "Values/Value.h"
 
 namespace hlv::testing {
 namespace {

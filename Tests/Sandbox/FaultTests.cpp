@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "Sandbox/Calls/FaultTables.h"
+#include "Sandbox/Faults/FaultTables.h"
 #include "Sandbox/Store/Store.h"
 #include "Tests/Sandbox/SandboxTest.h"
 

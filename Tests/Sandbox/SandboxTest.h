@@ -15,9 +15,9 @@
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
-#include "Sandbox/ErrorCodes.h"
+#include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Sandbox.h"
-#include "Sandbox/TestCards.h"
 
 namespace hlv::sandbox {
 

@@ -7,8 +7,8 @@
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
-#include "Sandbox/Logging/MaskedText.h"
-#include "Sandbox/SandboxError.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Tests/Sandbox/SandboxTest.h"
 #include "Tests/Secrecy/CardDataSearch.h"
 

@@ -1,5 +1,5 @@
 // The console over HTTP: the app that it drives, the timeline that it shows, and its page.
-#include "Sandbox/Journal.h"
+#include "Sandbox/Calls/Journal.h"
 #include "Server/Console/Page.h"
 #include "Tests/Secrecy/CardDataSearch.h"
 #include "Tests/Server/ServerTest.h"

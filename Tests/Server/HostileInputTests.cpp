@@ -3,7 +3,7 @@
 
 #include <csignal>
 
-#include "Sandbox/Logging/MaskedText.h"
+#include "Sandbox/Masking/MaskedText.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {

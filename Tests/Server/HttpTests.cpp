@@ -14,13 +14,13 @@
 #include <thread>
 #include <utility>
 
-#include "Platform/Wiped.h"
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpListener.h"
 #include "Server/Http/Routes.h"
 #include "Server/Http/WipingAllocator.h"
 #include "Tests/Secrecy/ProcessMemory.h"
 #include "Tests/Server/RawClient.h"
+#include "Values/Wiped.h"
 
 namespace hlv::server {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace hlv::testing {
 namespace {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
-#include "Platform/Send.h"
+#include "Values/Send.h"
 
 namespace hlv::testing {
 namespace {

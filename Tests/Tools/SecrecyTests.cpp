@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Sandbox/TestCards.h"
+#include "Sandbox/Cards/TestCards.h"
 #include "Tests/Secrecy/CardDataSearch.h"
 #include "Tests/Tools/Command.h"
 

@@ -1,0 +1,33 @@
+#include "Async/Group.h"
+
+#include <utility>
+
+namespace hlv {
+
+void Group::enter() {
+  const std::lock_guard lock(mutex_);
+  ++entered_;
+}
+
+void Group::leave() {
+  std::vector<Waiter> ready;
+  {
+    const std::lock_guard lock(mutex_);
+    if (entered_ == 0 || --entered_ > 0) return;
+    ready.swap(waiters_);
+  }
+  for (auto& waiter : ready) waiter.queue->async(std::move(waiter.block));
+}
+
+void Group::notify(std::shared_ptr<Queue> queue, Block block) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (entered_ > 0) {
+      waiters_.push_back({std::move(queue), std::move(block)});
+      return;
+    }
+  }
+  queue->async(std::move(block));
+}
+
+}  // namespace hlv

@@ -1,0 +1,143 @@
+#include "Sandbox/Calls/Journal.h"
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <map>
+#include <utility>
+
+#include "Platform/Platform.h"
+#include "Sandbox/Masking/MaskedText.h"
+#include "Sandbox/Store/Store.h"
+
+namespace hlv::sandbox {
+namespace {
+
+constexpr std::int64_t operationsKept = 200;
+constexpr std::int64_t eventsKept = 5000;
+
+std::string threadName() {
+  if (Platform::current()->isMainThread()) return "main";
+  std::array<char, 16> name{};
+  pthread_getname_np(pthread_self(), name.data(), name.size());
+  return name.data();
+}
+
+std::int64_t millisecondsNow() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+bool isKnown(Database& database, std::int64_t operation) {
+  return database.query("SELECT 1 FROM operations WHERE number = ?", operation).next();
+}
+
+std::int64_t insertOperation(Database& database, const std::string& name) {
+  database.run("INSERT INTO operations (name) VALUES (?)", maskedText(name));
+  const auto number = database.lastRow();
+  database.run("DELETE FROM operations WHERE number <= ?", number - operationsKept);
+  return number;
+}
+
+constexpr const char* eventColumns =
+    "SELECT operation, speaker, listener, what, result, thread, number, at FROM events ";
+
+Event readEvent(const Query& row) {
+  return {row.integer(0), row.text(1), row.text(2),    row.text(3),
+          row.text(4),    row.text(5), row.integer(6), row.integer(7)};
+}
+
+std::vector<Event> eventsOf(Database& database, std::int64_t operation) {
+  std::vector<Event> events;
+  auto row =
+      database.query(std::string(eventColumns) + "WHERE operation = ? ORDER BY number", operation);
+  while (row.next()) events.push_back(readEvent(row));
+  return events;
+}
+
+std::string nameOf(Database& database, std::int64_t operation) {
+  auto row = database.query("SELECT name FROM operations WHERE number = ?", operation);
+  return row.next() ? row.text(0) : "";
+}
+
+}  // namespace
+
+Journal::Journal(std::shared_ptr<Store> store, std::string first)
+    : store_(std::move(store)), first_(std::move(first)) {}
+
+std::int64_t Journal::beginOperation(const std::string& name) {
+  return operation_ =
+             store_->record([&](Database& database) { return insertOperation(database, name); });
+}
+
+void Journal::joinOperation(const std::string& name) {
+  store_->record([&](Database& database) {
+    database.run("UPDATE operations SET name = name || ' + ' || ? WHERE number = ?",
+                 maskedText(name), operation_.load());
+  });
+}
+
+void Journal::record(const std::string& from, const std::string& to, const std::string& what,
+                     const std::string& result) {
+  const auto thread = threadName();
+  const auto at = millisecondsNow();
+  try {
+    store_->record([&](Database& database) {
+      // Another process may have forgotten this one's operation meanwhile.
+      if (!isKnown(database, operation_)) operation_ = insertOperation(database, first_);
+      database.run(
+          "INSERT INTO events (operation, speaker, listener, what, result, thread, at) "
+          "VALUES (?, ?, ?, ?, ?, ?, ?)",
+          operation_.load(), from, to, maskedText(what), maskedText(result), thread, at);
+      database.run("DELETE FROM events WHERE number <= ?", database.lastRow() - eventsKept);
+    });
+  } catch (const StoreFailure&) {
+    // The story has no listener of its own. What cannot be told here fails loudly where the same
+    // store has to take an operation's data.
+  }
+}
+
+std::vector<Journal::Operation> Journal::last(std::size_t count) const {
+  return store_->read([&](Database& database) {
+    std::vector<Operation> operations;
+    auto row = database.query("SELECT number, name FROM operations ORDER BY number DESC LIMIT ?",
+                              static_cast<std::int64_t>(count));
+    while (row.next()) {
+      operations.push_back({row.integer(0), row.text(1), eventsOf(database, row.integer(0))});
+    }
+    std::reverse(operations.begin(), operations.end());
+    return operations;
+  });
+}
+
+std::vector<Journal::Operation> Journal::since(std::int64_t event) const {
+  return store_->read([&](Database& database) {
+    std::map<std::int64_t, Operation> operations;
+    auto row =
+        database.query(std::string(eventColumns) + "WHERE number > ? ORDER BY number", event);
+    while (row.next()) {
+      auto told = readEvent(row);
+      auto& operation = operations[told.operation];
+      if (operation.events.empty()) {
+        operation.number = told.operation;
+        operation.name = nameOf(database, told.operation);
+      }
+      operation.events.push_back(std::move(told));
+    }
+    std::vector<Operation> inOrder;
+    inOrder.reserve(operations.size());
+    for (auto& [number, operation] : operations) inOrder.push_back(std::move(operation));
+    return inOrder;
+  });
+}
+
+std::int64_t Journal::oldest() const {
+  return store_->read([](Database& database) {
+    return database.integer("SELECT coalesce(min(number), 0) FROM operations");
+  });
+}
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,23 @@
+// What goes wrong between a client and a service, by an armed fault or for real.
+#pragma once
+
+#include "Values/Error.h"
+
+namespace hlv::sandbox {
+
+inline constexpr const char* transportErrorDomain = "HLVTransportErrorDomain";
+
+enum class TransportErrorCode {
+  /// Nobody listens at the address.
+  unreachable = 1,
+  timedOut = 2,
+  /// The connection ended before an answer was whole.
+  broken = 3,
+  /// What came is no answer of the service.
+  unreadable = 4,
+};
+
+/// Threading: any.
+ErrorPtr transportError(TransportErrorCode code);
+
+}  // namespace hlv::sandbox

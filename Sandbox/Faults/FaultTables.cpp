@@ -1,0 +1,156 @@
+#include "Sandbox/Faults/FaultTables.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Sandbox/Store/Identifiers.h"
+
+namespace hlv::sandbox {
+namespace {
+
+constexpr std::int64_t firingsKept = 10'000;
+
+constexpr const char* columns =
+    "SELECT number, operation, kind, remaining, delay, code, use_case, spread, probability, "
+    "distribution, status, headers, bytes, bytes_per_second FROM faults ";
+
+/// A line each; names and values hold no control characters.
+std::string joined(const std::vector<std::pair<std::string, std::string>>& headers) {
+  std::string text;
+  for (const auto& [name, value] : headers) text += name + ":" + value + "\n";
+  return text;
+}
+
+std::vector<std::pair<std::string, std::string>> split(const std::string& text) {
+  std::vector<std::pair<std::string, std::string>> headers;
+  for (std::size_t at = 0; at < text.size();) {
+    const auto colon = text.find(':', at);
+    const auto end = text.find('\n', at);
+    headers.emplace_back(text.substr(at, colon - at), text.substr(colon + 1, end - colon - 1));
+    at = end + 1;
+  }
+  return headers;
+}
+
+Fault faultIn(const Query& row) {
+  Fault fault;
+  fault.number = row.integer(0);
+  fault.operation = operationNamed(row.text(1)).value_or(fault.operation);
+  fault.kind = faultKindNamed(row.text(2)).value_or(fault.kind);
+  fault.remaining = row.integerOrNull(3);
+  fault.delayMilliseconds = row.integer(4);
+  fault.code = row.integer(5);
+  fault.useCase = row.textOrNull(6);
+  fault.spreadMilliseconds = row.integer(7);
+  fault.probability = row.integer(8);
+  fault.distribution = distributionNamed(row.text(9)).value_or(fault.distribution);
+  fault.status = row.integerOrNull(10);
+  fault.headers = split(row.text(11));
+  fault.bytes = row.integerOrNull(12);
+  fault.bytesPerSecond = row.integerOrNull(13);
+  return fault;
+}
+
+/// How long this call's reply waits.
+std::int64_t chosenDelay(Database& database, const Fault& fault) {
+  const auto delay = fault.delayMilliseconds;
+  const auto spread = fault.spreadMilliseconds;
+  if (spread == 0) return delay;
+  if (fault.distribution == Distribution::uniform) {
+    return delay + randomBelow(database, spread + 1);
+  }
+  const auto middle = static_cast<double>(delay);
+  const auto width = static_cast<double>(spread);
+  const auto chosen = fault.distribution == Distribution::normal
+                          ? middle + width * randomNormal(database)
+                          : middle * std::exp(std::log1p(width / middle) * randomNormal(database));
+  constexpr double longest = 2.0 * 24 * 60 * 60 * 1000;
+  return std::llround(std::clamp(chosen, 0.0, longest));
+}
+
+}  // namespace
+
+std::vector<Fault> readFaults(Database& database) {
+  std::vector<Fault> faults;
+  auto row = database.query(std::string(columns) + "ORDER BY number");
+  while (row.next()) faults.push_back(faultIn(row));
+  return faults;
+}
+
+std::optional<Fault> readFault(Database& database, std::int64_t number) {
+  auto row = database.query(std::string(columns) + "WHERE number = ?", number);
+  return row.next() ? std::optional(faultIn(row)) : std::nullopt;
+}
+
+std::vector<Firing> readFirings(Database& database) {
+  std::vector<Firing> firings;
+  auto row = database.query("SELECT fault, operation, kind FROM firings ORDER BY number");
+  while (row.next()) {
+    firings.push_back({row.integer(0), operationNamed(row.text(1)).value_or(Operation{}),
+                       faultKindNamed(row.text(2)).value_or(FaultKind{})});
+  }
+  return firings;
+}
+
+std::int64_t insertFault(Database& database, const Fault& fault) {
+  // A null number is the next one.
+  const auto number = fault.number == 0 ? std::nullopt : std::optional(fault.number);
+  database.run(
+      "INSERT INTO faults (number, operation, kind, remaining, delay, code, use_case, spread, "
+      "probability, distribution, status, headers, bytes, bytes_per_second) "
+      "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      number, std::string(textOf(fault.operation)), std::string(textOf(fault.kind)),
+      fault.remaining, fault.delayMilliseconds, fault.code, fault.useCase, fault.spreadMilliseconds,
+      fault.probability, std::string(textOf(fault.distribution)), fault.status,
+      joined(fault.headers), fault.bytes, fault.bytesPerSecond);
+  return database.lastRow();
+}
+
+bool replaceFault(Database& database, const Fault& fault) {
+  if (!removeFault(database, fault.number)) return false;
+  insertFault(database, fault);
+  return true;
+}
+
+bool removeFault(Database& database, std::int64_t number) {
+  database.run("DELETE FROM faults WHERE number = ?", number);
+  return database.changes() > 0;
+}
+
+void removeAllFaults(Database& database) { database.run("DELETE FROM faults"); }
+
+bool mayMeetFault(Database& database, Operation operation) {
+  auto row = database.query("SELECT 1 FROM faults WHERE operation = ? LIMIT 1",
+                            std::string(textOf(operation)));
+  return row.next();
+}
+
+std::optional<Fault> takeFault(Database& database, Operation operation,
+                               const std::optional<std::string>& useCase) {
+  std::vector<Fault> faults;
+  {
+    auto row = database.query(std::string(columns) +
+                                  "WHERE operation = ? AND (use_case IS NULL OR use_case = ?) "
+                                  "ORDER BY number",
+                              std::string(textOf(operation)), useCase);
+    while (row.next()) faults.push_back(faultIn(row));
+  }
+  const auto found = std::find_if(faults.begin(), faults.end(), [&](const Fault& fault) {
+    return fault.probability == 100 || randomBelow(database, 100) < fault.probability;
+  });
+  if (found == faults.end()) return std::nullopt;
+  auto& fault = *found;
+  fault.delayMilliseconds = chosenDelay(database, fault);
+  if (fault.remaining) {
+    --*fault.remaining;
+    database.run("UPDATE faults SET remaining = ? WHERE number = ?", *fault.remaining,
+                 fault.number);
+    database.run("DELETE FROM faults WHERE remaining = 0");
+  }
+  database.run("INSERT INTO firings (fault, operation, kind) VALUES (?, ?, ?)", fault.number,
+               std::string(textOf(fault.operation)), std::string(textOf(fault.kind)));
+  database.run("DELETE FROM firings WHERE number <= ?", database.lastRow() - firingsKept);
+  return fault;
+}
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,71 @@
+#include "Sandbox/JSON/CardRecords.h"
+
+#include "Sandbox/Records/AddressKeys.h"
+
+namespace hlv::sandbox {
+
+namespace keys = addressKeys;
+
+Json jsonOf(const BackendCard& card) {
+  const auto& address = card.billingAddress;
+  return {{"id", card.halvoID},
+          {"brand", card.brand},
+          {"last_four_digits", card.lastFourDigits},
+          {"use_case", card.useCase},
+          {"external_identifier", orNull(card.externalIdentifier)},
+          {"card_holder", card.cardHolder},
+          {"expiry_month", card.expiryMonth},
+          {"expiry_year", card.expiryYear},
+          {"billing_address",
+           {{keys::street, orNull(address.street)},
+            {keys::city, orNull(address.city)},
+            {keys::countryCode, orNull(address.countryCode)},
+            {keys::zip, orNull(address.zip)},
+            {keys::businessName, orNull(address.businessName)}}}};
+}
+
+Json jsonOf(const std::vector<BackendCard>& cards) {
+  auto list = Json::array();
+  for (const auto& card : cards) list.push_back(jsonOf(card));
+  return list;
+}
+
+Json jsonOf(const BackendGuest& guest) {
+  Json json = {{"email", guest.email},
+               {"revision", guest.revision},
+               {"payment_token", orNull(guest.paymentToken)}};
+  if (guest.cards) json["credit_cards"] = jsonOf(*guest.cards);
+  return json;
+}
+
+BackendCard cardIn(const Json& json) {
+  const auto& address = objectIn(json, "billing_address");
+  return {requiredTextIn(json, "id"),
+          requiredTextIn(json, "brand"),
+          requiredTextIn(json, "last_four_digits"),
+          requiredTextIn(json, "use_case"),
+          textIn(json, "external_identifier"),
+          requiredTextIn(json, "card_holder"),
+          requiredTextIn(json, "expiry_month"),
+          requiredTextIn(json, "expiry_year"),
+          {textIn(address, keys::street), textIn(address, keys::city),
+           textIn(address, keys::countryCode), textIn(address, keys::zip),
+           textIn(address, keys::businessName)}};
+}
+
+std::vector<BackendCard> cardsIn(const Json::array_t& list) {
+  std::vector<BackendCard> cards;
+  for (const auto& card : list) cards.push_back(cardIn(card));
+  return cards;
+}
+
+BackendGuest guestIn(const Json& json) {
+  BackendGuest guest{requiredTextIn(json, "email"),
+                     requiredIntegerIn(json, "revision"),
+                     textIn(json, "payment_token"),
+                     {}};
+  if (json.contains("credit_cards")) guest.cards = cardsIn(listIn(json, "credit_cards"));
+  return guest;
+}
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,31 @@
+// What the provider takes and keeps, in JSON.
+//
+// Threading: pure functions; any. Readers throw `InvalidRecord`.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/JSON/Json.h"
+#include "Sandbox/Records/ProviderInstrument.h"
+
+namespace hlv::sandbox {
+
+/// In a list of the provider's, where the number tells instruments apart that have no identifier.
+/// The list is of one use case, which its JSON leaves out.
+Json listedJson(std::int64_t number, const ProviderInstrument& instrument);
+std::pair<std::int64_t, ProviderInstrument> listedInstrumentIn(const Json& json,
+                                                               const std::string& useCase);
+
+/// As the provider stores it.
+Json jsonOf(const ProviderInstrument& instrument);
+ProviderInstrument instrumentIn(const Json& json);
+
+/// With the card's number and security code; the texts are to be wiped.
+Json newCardJson(const EnteredCard& card);
+/// Takes the member "credit_card" of a request, and wipes what stood there.
+CardFields takeNewCard(Json& request);
+
+}  // namespace hlv::sandbox

@@ -1,0 +1,31 @@
+#include "Values/Value.h"
+
+#include <cstddef>
+#include <new>
+
+namespace hlv {
+
+std::int64_t Value::integerValue() const {
+  if (const auto* boolean = std::get_if<bool>(&storage_)) return *boolean ? 1 : 0;
+  if (const auto* integer = std::get_if<std::int64_t>(&storage_)) return *integer;
+  if (const auto* integer = std::get_if<std::uint64_t>(&storage_)) {
+    return static_cast<std::int64_t>(*integer);
+  }
+  if (const auto* number = std::get_if<double>(&storage_)) {
+    // Outside this range the conversion would be undefined; such a number reads as zero.
+    constexpr double limit = 9.2e18;
+    if (*number > -limit && *number < limit) return static_cast<std::int64_t>(*number);
+  }
+  return 0;
+}
+
+const Value& valueForKey(const Dictionary& dictionary, const NullableString& key) {
+  // Nobody destroys it, and it takes nothing from the heap.
+  alignas(Value) static std::byte room[sizeof(Value)];
+  static const auto& null = *new (room) Value;
+  if (!key) return null;
+  const auto found = dictionary.find(*key);
+  return found == dictionary.end() ? null : found->second;
+}
+
+}  // namespace hlv
