@@ -1,5 +1,4 @@
-// One request and its reply, on Boost.Beast. Private to this folder, and to the sources that
-// include Boost.
+// One request and its reply, on Boost.Beast. Private to this folder.
 #pragma once
 
 #include <boost/asio/ip/tcp.hpp>

@@ -47,10 +47,10 @@ hlv_add_tests(StressTests
     Tests/Stress/StressTests.cpp
     Tests/Support/ScriptedHost.cpp
   LIBRARIES HLVSDKPaylevenKit hlv_asio)
-hlv_add_tests(HouseTests
-  SOURCES Tests/House/IncludeArrowTests.cpp
+hlv_add_tests(LayeringTests
+  SOURCES Tests/Layering/LayeringTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
-target_compile_definitions(HouseTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+target_compile_definitions(LayeringTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 
 include(cmake/Explorer.cmake)
 if(HLVSDKPAYLEVENKIT_SANDBOX)

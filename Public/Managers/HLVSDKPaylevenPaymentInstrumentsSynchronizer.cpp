@@ -30,7 +30,9 @@ constexpr const char* synchronizeMethod =
     "-[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
     "synchronizePaymentInstrumentsForGuest:completion:]";
 
-// Differs from `queueLabel` on purpose: it tells a queue that was made late.
+constexpr const char* creationLabel =
+    "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
+// Differs from the label above on purpose: it tells a queue that was made late.
 constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
 
 /// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
@@ -87,12 +89,15 @@ struct Synchronizer::Run {
 
 std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
     std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient) {
-  std::shared_ptr<Synchronizer> synchronizer(new Synchronizer);
-  synchronizer->setApiManager(std::move(apiManager));
-  synchronizer->setPaylevenClient(std::move(paylevenClient));
-  synchronizer->setSynchronizationQueue(Platform::current()->makeSerialQueue(queueLabel));
-  return synchronizer;
+  return std::shared_ptr<Synchronizer>(
+      new Synchronizer(std::move(apiManager), std::move(paylevenClient)));
 }
+
+Synchronizer::HLVSDKPaylevenPaymentInstrumentsSynchronizer(
+    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient)
+    : apiManager_(std::move(apiManager)),
+      paylevenClient_(std::move(paylevenClient)),
+      synchronizationQueue_(Platform::current()->makeSerialQueue(creationLabel)) {}
 
 std::shared_ptr<HLVSDKAPIManager> Synchronizer::apiManager() const { return apiManager_; }
 

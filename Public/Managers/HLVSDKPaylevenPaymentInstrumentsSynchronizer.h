@@ -81,13 +81,9 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
       const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKPLVPaymentInstrumentsCompletion completion);
 
  protected:
-  // For a director, which sends the virtual members to an object of another model. That object
-  // calls those of this class by their qualified names, and does by itself what the initialiser
-  // does.
-  HLVSDKPaylevenPaymentInstrumentsSynchronizer() = default;
-
-  static constexpr const char* queueLabel =
-      "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
+  /// What `initWithAPIManager` does. A subclass too is held by a shared pointer.
+  HLVSDKPaylevenPaymentInstrumentsSynchronizer(std::shared_ptr<HLVSDKAPIManager> apiManager,
+                                               std::shared_ptr<PLVInAppClient> paylevenClient);
 
  private:
   struct Run;

@@ -1,4 +1,4 @@
-// The backend's rows. Private to the sandbox.
+// The backend's rows. Private to the sandbox and the server.
 //
 // Threading: inside `Store::read` and `Store::write`.
 #pragma once

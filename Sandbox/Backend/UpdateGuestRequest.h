@@ -1,4 +1,4 @@
-// The sandbox's request to change the current guest. Private to the sandbox.
+// The sandbox's request to change the current guest. Private to the sandbox, server and client.
 #pragma once
 
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"

@@ -1,4 +1,4 @@
-// The results of a call that failed. Private to the sandbox and its services.
+// The results of a call that failed. Private to the sandbox, server and client.
 #pragma once
 
 #include <cstddef>

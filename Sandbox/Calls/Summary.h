@@ -1,4 +1,4 @@
-// How an answer reads in the journal. Private to the sandbox.
+// How an answer reads in the journal. Private to the sandbox, server and client.
 //
 // Threading: any.
 #pragma once

@@ -1,4 +1,4 @@
-// The texts of the sandbox's host. Private to the sandbox.
+// The texts of the sandbox's host. Private to the sandbox of both languages.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,4 @@
-// The provider's instruments as objects: one made from an entered card, one listed. Private to this
-// folder.
+// The provider's instruments as objects: one made from an entered card, one listed. Private to the sandbox, server and client.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// The keys of a billing address on its way to the backend. Private to the sandbox.
+// The keys of a billing address on its way to the backend. Private to the sandbox and the server.
 #pragma once
 
 namespace hlv::sandbox::addressKeys {

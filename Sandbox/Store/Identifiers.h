@@ -1,4 +1,4 @@
-// Makes tokens and identifiers. Private to the sandbox.
+// Makes tokens and identifiers. Private to the sandbox and the server.
 //
 // Threading: inside `Store::write`.
 #pragma once

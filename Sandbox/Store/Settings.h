@@ -1,4 +1,4 @@
-// Single values of a store. Private to the sandbox.
+// Single values of a store. Private to the sandbox and the server.
 //
 // Threading: inside `Store::read` and `Store::write`.
 #pragma once

@@ -55,7 +55,8 @@ TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument
 
 TEST_F(SynchronizerTest, AnOverrideDecidesWhatStays) {
   struct KeepsEverything final : Synchronizer {
-    explicit KeepsEverything(const ScriptedHost& host) { begin(host.backend, host.provider); }
+    explicit KeepsEverything(const ScriptedHost& host)
+        : Synchronizer(host.backend, host.provider) {}
     bool isCreditCardExistsInArray(
         const NullableList<HLVSDKCreditCard>&,
         const std::shared_ptr<HLVSDKPLVPaymentInstrument>&) const override {
