@@ -1,20 +1,19 @@
-// What both examples begin with: an app whose host is the sandbox, with a guest and the kit.
+// What the examples begin with: an app whose host is the sandbox, and the kit.
 #pragma once
 
 #include <cstdio>
 #include <memory>
 
-#include "KitConfiguration.h"
 #include "Public/HLVSDKPaylevenKit.h"
 #include "Sandbox/Sandbox.h"
 
-/// Takes the store's path from the command line. Says why it cannot start, and returns null.
-inline std::shared_ptr<hlv::sandbox::Sandbox> startApp(int argc, char** argv) {
+/// Chooses the host. A phone app installs the real one; here it is the sandbox, whose store the
+/// command line names. Says why it cannot, and returns null.
+inline std::shared_ptr<hlv::sandbox::Sandbox> installSandbox(int argc, char** argv) {
   if (argc != 2) {
     std::fprintf(stderr, "usage: %s STORE\n", argv[0]);
     return nullptr;
   }
-  // 1. Choose a host. A phone app installs the real one; here it is the sandbox.
   hlv::sandbox::SandboxOptions options;
   options.storePath = argv[1];
   const auto opened = hlv::sandbox::Sandbox::open(options);
@@ -23,10 +22,22 @@ inline std::shared_ptr<hlv::sandbox::Sandbox> startApp(int argc, char** argv) {
     return nullptr;
   }
   hlv::Host::install(opened.sandbox->host());
-  opened.sandbox->signIn("guest@example.com");
-
-  // 2. Enable the kit, once.
-  hlv::HLVSDKPayleven::enableWithConfiguration(
-      std::make_shared<HostConfiguration>("a-payment-key"));
   return opened.sandbox;
+}
+
+/// Enables the kit, once.
+inline void enableKit() {
+  const auto key = hlv::HLVSDKPaylevenKitConfiguration::configurationWithBlock(
+      [](const auto& configuration) { configuration->setPaymentKey("a-payment-key"); });
+  const auto entry = hlv::HLVSDKKitEntry::make(hlv::HLVSDKPayleven::kitClass(), key);
+  hlv::HLVSDKPayleven::enableWithConfiguration(hlv::HLVSDKConfiguration::make({{entry}}));
+}
+
+/// Both, for a guest who is signed in from the start.
+inline std::shared_ptr<hlv::sandbox::Sandbox> startApp(int argc, char** argv) {
+  auto sandbox = installSandbox(argc, argv);
+  if (!sandbox) return nullptr;
+  sandbox->signIn("guest@example.com");
+  enableKit();
+  return sandbox;
 }

@@ -31,10 +31,17 @@ bool isUsableCard(const std::shared_ptr<Instrument>& instrument, const NullableS
          isEqualToString(send(instrument, &Instrument::cardBrand), brand);
 }
 
-/// A number of fewer than four characters is its own last digits.
+/// A number of fewer than four characters is its own last digits. Digits of other scripts take
+/// several bytes, so characters are counted: those bytes that do not continue one.
 NullableString lastFourDigitsOf(const NullableString& number) {
   if (!number) return std::nullopt;
-  return number->substr(number->size() - std::min<std::size_t>(number->size(), 4));
+  auto start = number->size();
+  for (int characters = 0; start > 0 && characters < 4;) {
+    const bool continuesACharacter =
+        (static_cast<unsigned char>((*number)[--start]) & 0xC0) == 0x80;
+    if (!continuesACharacter) ++characters;
+  }
+  return number->substr(start);
 }
 
 }  // namespace

@@ -22,14 +22,16 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentFinder {
 
   /// `+findPaylevenPaymentInstrumentIn:matchesLastFourDigits:andBrand:`. All three are required.
   /// Returns an object of the list, or null.
-  static std::shared_ptr<PLVCreditCardPaymentInstrument> findPaylevenPaymentInstrumentIn(
+  [[nodiscard]] static std::shared_ptr<PLVCreditCardPaymentInstrument>
+  findPaylevenPaymentInstrumentIn(
       const NullableList<PLVCreditCardPaymentInstrument>& paylevenInstruments,
       const NullableString& lastFourDigits, const NullableString& brand);
 
   /// `+findPaylevenPaymentInstrumentIn:matchesHalvoPaymentInstrument:`. Both are required. Matches
   /// the number's last four digits, its brand, and the expiry as it is spelled. Returns an object
   /// of the list, or null.
-  static std::shared_ptr<PLVCreditCardPaymentInstrument> findPaylevenPaymentInstrumentIn(
+  [[nodiscard]] static std::shared_ptr<PLVCreditCardPaymentInstrument>
+  findPaylevenPaymentInstrumentIn(
       const NullableList<PLVCreditCardPaymentInstrument>& paylevenInstruments,
       const std::shared_ptr<HLVSDKPaymentInstrument>& halvoInstrument);
 };

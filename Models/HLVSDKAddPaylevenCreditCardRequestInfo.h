@@ -16,9 +16,10 @@ class HLV_EXPORT HLVSDKAddPaylevenCreditCardRequestInfo : public HLVSDKAddCredit
  public:
   /// `-initWithPaymentInstrument:billingAddress:paylevenToken:`. Null when the host base makes no
   /// object; otherwise marked with the provider value zero. Any argument may be missing.
-  static std::shared_ptr<HLVSDKAddPaylevenCreditCardRequestInfo> initWithPaymentInstrument(
-      const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
-      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address, NullableString paylevenToken);
+  [[nodiscard]] static std::shared_ptr<HLVSDKAddPaylevenCreditCardRequestInfo>
+  initWithPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
+                            const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                            NullableString paylevenToken);
 
   /// `-paylevenToken`, `-setPaylevenToken:`
   NullableString paylevenToken() const;
@@ -30,7 +31,7 @@ class HLV_EXPORT HLVSDKAddPaylevenCreditCardRequestInfo : public HLVSDKAddCredit
 
   /// `-isValid:`. False with the host's error, or, when the host is content and the token is
   /// missing or empty, with the invalid-argument error "paylevenToken". `error` may be null.
-  bool isValid(ErrorPtr* error) const override;
+  [[nodiscard]] bool isValid(ErrorPtr* error) const override;
 
  protected:
   /// `body` is not null.

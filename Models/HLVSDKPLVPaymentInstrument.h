@@ -15,7 +15,7 @@ namespace hlv {
 class HLV_EXPORT HLVSDKPLVPaymentInstrument : public Object {
  public:
   /// `-initWithPaymentInstrument:useCase:`. Checks nothing; either argument may be missing.
-  static std::shared_ptr<HLVSDKPLVPaymentInstrument> initWithPaymentInstrument(
+  [[nodiscard]] static std::shared_ptr<HLVSDKPLVPaymentInstrument> initWithPaymentInstrument(
       std::shared_ptr<PLVCreditCardPaymentInstrument> instrument, NullableString useCase);
 
   /// `-paymentInstrument`, `-setPaymentInstrument:`

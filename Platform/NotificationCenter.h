@@ -37,7 +37,8 @@ class HLV_EXPORT NotificationCenter {
   virtual ~NotificationCenter() = default;
 
   /// Observes `name` until the result is destroyed. A missing name is never posted.
-  virtual std::unique_ptr<Observation> observe(const NullableString& name, Handler handler) = 0;
+  [[nodiscard]] virtual std::unique_ptr<Observation> observe(const NullableString& name,
+                                                             Handler handler) = 0;
   virtual void post(const Notification& notification) = 0;
 };
 

@@ -6,13 +6,46 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace hlv {
 
-/// Missing and empty are different things, and the kit's rules tell them apart.
-using NullableString = std::optional<std::string>;
+/// Missing and empty are different things, and the kit's rules tell them apart. A null pointer,
+/// such as `std::getenv` returns, is a missing string.
+class NullableString : public std::optional<std::string> {
+ public:
+  NullableString() = default;
+  NullableString(std::nullopt_t) {}
+  NullableString(std::nullptr_t) {}
+  NullableString(const char* text) {
+    if (text) emplace(text);
+  }
+  explicit NullableString(std::string_view text) : optional(std::string(text)) {}
+  NullableString(std::string text) : optional(std::move(text)) {}
+  NullableString(std::optional<std::string> text) : optional(std::move(text)) {}
 
-/// The number of characters; a missing string has none.
+  // The base's comparisons take any two types; for two optional ones of different types they would
+  // be ambiguous.
+  friend bool operator==(const NullableString& one, const NullableString& other) {
+    return one.base() == other.base();
+  }
+  friend bool operator==(const NullableString& one, const std::optional<std::string>& other) {
+    return one.base() == other;
+  }
+  friend bool operator==(const NullableString& one, std::nullopt_t) { return !one; }
+  friend bool operator==(const NullableString& one, const char* other) {
+    return one == NullableString(other);
+  }
+  friend bool operator==(const NullableString& one, const std::string& other) {
+    return one && *one == other;
+  }
+
+ private:
+  const std::optional<std::string>& base() const { return *this; }
+};
+
+/// The number of bytes: zero exactly where there is no character. A missing string has none.
 inline std::size_t length(const NullableString& string) { return string ? string->size() : 0; }
 
 /// Exact, case-sensitive equality. A missing string equals nothing, not even another missing one.

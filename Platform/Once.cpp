@@ -6,7 +6,13 @@ namespace hlv {
 
 void Once::run(const std::function<void()>& body) {
   const std::lock_guard lock(mutex_);
-  if (!std::exchange(hasBegun_, true)) body();
+  if (std::exchange(hasBegun_, true)) return;
+  try {
+    body();
+  } catch (...) {
+    hasBegun_ = false;
+    throw;
+  }
 }
 
 void Once::reset() {

@@ -9,7 +9,8 @@
 namespace hlv {
 
 /// The run-once guard. Unlike the standard library's it can be reset, and a body that comes back to
-/// its own guard returns at once instead of deadlocking.
+/// its own guard returns at once instead of deadlocking. A body that throws has not run: the
+/// exception passes through, and the next call runs its body.
 ///
 /// Threading: any; other threads wait until the body has returned.
 class HLV_EXPORT Once {

@@ -16,6 +16,8 @@ using Block = std::function<void()>;
 /// - take a block from any thread, return without running it, and run it once;
 /// - run a block that is posted by a running block after the blocks posted before it;
 /// - see that all a block wrote is seen by the next block;
+/// - let what a block throws pass through to whoever runs the queue, and go on with the next block
+///   afterwards. On a thread of the queue's own there is nobody, and the process terminates;
 /// - allow the last reference to a queue to go away on any thread, in a block of its own included.
 class HLV_EXPORT Queue {
  public:

@@ -8,24 +8,23 @@
 
 namespace hlv {
 
-/// Threading: any. What is replaced is let go outside the lock, so that a destructor may come back.
-template <class T>
-class SharedSlot {
- public:
-  std::shared_ptr<T> load() const {
-    const std::lock_guard lock(mutex_);
-    return value_;
-  }
-
-  void store(std::shared_ptr<T> value) {
-    const std::lock_guard lock(mutex_);
-    value_.swap(value);
-    // `value`, the parameter, outlives the lock.
-  }
+/// What all slots share, so that their code is there once. The library's own: not exported.
+class AnySharedSlot {
+ protected:
+  std::shared_ptr<void> loadAny() const;
+  void storeAny(std::shared_ptr<void> value);
 
  private:
   mutable std::mutex mutex_;
-  std::shared_ptr<T> value_;
+  std::shared_ptr<void> value_;
+};
+
+/// Threading: any. What is replaced is let go outside the lock, so that a destructor may come back.
+template <class T>
+class SharedSlot : private AnySharedSlot {
+ public:
+  std::shared_ptr<T> load() const { return std::static_pointer_cast<T>(loadAny()); }
+  void store(std::shared_ptr<T> value) { storeAny(std::move(value)); }
 };
 
 /// The process's own slot for a `T`. It is emptied when the process exits and never destroyed: a

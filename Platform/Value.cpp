@@ -8,6 +8,9 @@ namespace hlv {
 std::int64_t Value::integerValue() const {
   if (const auto* boolean = std::get_if<bool>(&storage_)) return *boolean ? 1 : 0;
   if (const auto* integer = std::get_if<std::int64_t>(&storage_)) return *integer;
+  if (const auto* integer = std::get_if<std::uint64_t>(&storage_)) {
+    return static_cast<std::int64_t>(*integer);
+  }
   if (const auto* number = std::get_if<double>(&storage_)) {
     // Outside this range the conversion would be undefined; such a number reads as zero.
     constexpr double limit = 9.2e18;

@@ -1,5 +1,6 @@
 #include "Public/HLVSDKPayleven.h"
 
+#include <cstdio>
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
@@ -9,7 +10,6 @@
 #include "Platform/Once.h"
 #include "Platform/Platform.h"
 #include "Platform/Send.h"
-#include "Platform/SharedSlot.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
@@ -33,7 +33,8 @@ bool isActiveSessionAuthorized() {
 }  // namespace
 
 Once& HLVSDKPayleven::sharedOnce() {
-  static Once once;
+  // Not destroyed at exit, when a thread may still enable the kit.
+  static auto& once = *new Once;
   return once;
 }
 
@@ -77,10 +78,17 @@ std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() {
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstanceWithConfiguration(
     const std::shared_ptr<HLVSDKConfiguration>& configuration,
     const std::shared_ptr<HLVSDKPaylevenKitConfiguration>& kitConfiguration) {
-  sharedOnce().run([&] {
-    processSlot<HLVSDKPayleven>().store(initWithConfiguration(configuration, kitConfiguration));
-  });
-  return processSlot<HLVSDKPayleven>().load();
+  if (Host::current()) {
+    sharedOnce().run([&] {
+      processSlot<HLVSDKPayleven>().store(initWithConfiguration(configuration, kitConfiguration));
+    });
+  } else if (!sharedInstance()) {
+    std::fputs(
+        "HLVSDKPaylevenKit: not enabled, because no host is installed. Call hlv::Host::install() "
+        "and enable the kit again.\n",
+        stderr);
+  }
+  return sharedInstance();
 }
 
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::initWithConfiguration(
@@ -113,44 +121,44 @@ std::unique_ptr<Observation> HLVSDKPayleven::observe(const NullableString& name,
 
 std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer>
 HLVSDKPayleven::paymentInstrumentsSynchronizer() const {
-  return paymentInstrumentsSynchronizer_;
+  return paymentInstrumentsSynchronizer_.load();
 }
 
 void HLVSDKPayleven::setPaymentInstrumentsSynchronizer(
     std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer> synchronizer) {
-  paymentInstrumentsSynchronizer_ = std::move(synchronizer);
+  paymentInstrumentsSynchronizer_.store(std::move(synchronizer));
 }
 
 std::shared_ptr<HLVSDKPaymentInstrumentManager> HLVSDKPayleven::paymentInstrumentManager() const {
-  return paymentInstrumentManager_;
+  return paymentInstrumentManager_.load();
 }
 
 void HLVSDKPayleven::setPaymentInstrumentManager(
     std::shared_ptr<HLVSDKPaymentInstrumentManager> manager) {
-  paymentInstrumentManager_ = std::move(manager);
+  paymentInstrumentManager_.store(std::move(manager));
 }
 
 std::shared_ptr<HLVSDKConfiguration> HLVSDKPayleven::configuration() const {
-  return configuration_;
+  return configuration_.load();
 }
 
 void HLVSDKPayleven::setConfiguration(std::shared_ptr<HLVSDKConfiguration> configuration) {
-  configuration_ = std::move(configuration);
+  configuration_.store(std::move(configuration));
 }
 
 std::shared_ptr<HLVSDKPaylevenKitConfiguration> HLVSDKPayleven::kitConfiguration() const {
-  return kitConfiguration_;
+  return kitConfiguration_.load();
 }
 
 void HLVSDKPayleven::setKitConfiguration(
     std::shared_ptr<HLVSDKPaylevenKitConfiguration> configuration) {
-  kitConfiguration_ = std::move(configuration);
+  kitConfiguration_.store(std::move(configuration));
 }
 
-std::shared_ptr<HLVSDKGuest> HLVSDKPayleven::currentGuest() const { return currentGuest_; }
+std::shared_ptr<HLVSDKGuest> HLVSDKPayleven::currentGuest() const { return currentGuest_.load(); }
 
 void HLVSDKPayleven::setCurrentGuest(std::shared_ptr<HLVSDKGuest> guest) {
-  currentGuest_ = std::move(guest);
+  currentGuest_.store(std::move(guest));
 }
 
 void HLVSDKPayleven::setUpPaymentManager() {
@@ -168,11 +176,12 @@ void HLVSDKPayleven::setUpPaymentInstrumentsSynchronizer() {
 }
 
 void HLVSDKPayleven::synchronizePaymentInstruments() {
+  // In this order: an app that follows its guest sets the guest first, so a new synchroniser never
+  // gets the guest before.
+  const auto synchronizer = paymentInstrumentsSynchronizer();
   const auto guest = currentGuest();
   if (length(send(guest, &HLVSDKGuest::paylevenToken)) == 0) return;
-  if (const auto synchronizer = paymentInstrumentsSynchronizer()) {
-    synchronizer->synchronizePaymentInstrumentsForGuest(guest);
-  }
+  if (synchronizer) synchronizer->synchronizePaymentInstrumentsForGuest(guest);
 }
 
 void HLVSDKPayleven::handleUIApplicationWillEnterForegroundNotification(const Notification&) {

@@ -1,7 +1,6 @@
 // The kit's facade: the class by which the host SDK knows the kit.
 //
-// Threading: enabling may come from any thread. The notification handlers run on the thread that
-// posts. Set the properties before the kit is used from several threads.
+// Threading: any. The notification handlers run on the thread that posts.
 #pragma once
 
 #include <memory>
@@ -13,6 +12,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
 #include "Platform/Export.h"
 #include "Platform/NotificationCenter.h"
+#include "Platform/SharedSlot.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 
 namespace hlv {
@@ -32,7 +32,9 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// subclass names its own, and creates the shared instance from it. A missing entry, a
   /// configuration of another kind and a missing payment key are each reported to the assertion
   /// handler, and nothing is created then. Once the shared instance exists, further calls change
-  /// nothing. `configuration` may be null.
+  /// nothing. `configuration` may be null. Without an installed host nothing is created, which is
+  /// said on standard error. After that, and after an exception of the host, which passes through,
+  /// enabling can be repeated.
   static void enableWithConfiguration(const std::shared_ptr<HLVSDKConfiguration>& configuration,
                                       HLVSDKKitClass receiver = kitClass());
 
@@ -48,7 +50,7 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// `-initWithConfiguration:paylevenKitConfiguration:`. Reads the current guest, once and for all,
   /// registers the payment key with the provider, creates the manager and the synchroniser, and
   /// observes the three notifications. Starts no synchronisation.
-  static std::shared_ptr<HLVSDKPayleven> initWithConfiguration(
+  [[nodiscard]] static std::shared_ptr<HLVSDKPayleven> initWithConfiguration(
       std::shared_ptr<HLVSDKConfiguration> configuration,
       std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration);
 
@@ -65,13 +67,17 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// `-kitConfiguration`, `-setKitConfiguration:`
   std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration() const;
   void setKitConfiguration(std::shared_ptr<HLVSDKPaylevenKitConfiguration> configuration);
-  /// `-currentGuest`, `-setCurrentGuest:`
+  /// `-currentGuest`, `-setCurrentGuest:`. The guest whose instruments are synchronised. The kit
+  /// never reads the host's guest again, so an app sets the next one here when another guest signs
+  /// in, and then calls `setUpPaymentInstrumentsSynchronizer`: the synchroniser of the guest before
+  /// may be at work, or busy for ever after a failure. docs/host.md says when.
   std::shared_ptr<HLVSDKGuest> currentGuest() const;
   void setCurrentGuest(std::shared_ptr<HLVSDKGuest> guest);
 
   /// `-setUpPaymentManager`. Registers the payment key and creates the manager.
   void setUpPaymentManager();
-  /// `-setUpPaymentInstrumentsSynchronizer`
+  /// `-setUpPaymentInstrumentsSynchronizer`. Creates a synchroniser, which is ready for its first
+  /// synchronisation.
   void setUpPaymentInstrumentsSynchronizer();
 
   /// `-start`. Does nothing; enabling has done it all.
@@ -110,11 +116,11 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   using Handler = void (HLVSDKPayleven::*)(const Notification&);
   std::unique_ptr<Observation> observe(const NullableString& name, Handler handler);
 
-  std::shared_ptr<HLVSDKPaymentInstrumentsSynchronizer> paymentInstrumentsSynchronizer_;
-  std::shared_ptr<HLVSDKPaymentInstrumentManager> paymentInstrumentManager_;
-  std::shared_ptr<HLVSDKConfiguration> configuration_;
-  std::shared_ptr<HLVSDKPaylevenKitConfiguration> kitConfiguration_;
-  std::shared_ptr<HLVSDKGuest> currentGuest_;
+  SharedSlot<HLVSDKPaymentInstrumentsSynchronizer> paymentInstrumentsSynchronizer_;
+  SharedSlot<HLVSDKPaymentInstrumentManager> paymentInstrumentManager_;
+  SharedSlot<HLVSDKConfiguration> configuration_;
+  SharedSlot<HLVSDKPaylevenKitConfiguration> kitConfiguration_;
+  SharedSlot<HLVSDKGuest> currentGuest_;
   std::unique_ptr<Observation> foregroundObservation_;
   std::unique_ptr<Observation> authorizationObservation_;
   std::unique_ptr<Observation> reachabilityObservation_;

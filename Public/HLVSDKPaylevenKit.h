@@ -1,7 +1,27 @@
-// Everything an app needs to embed the kit: include this one.
+// Everything an app and a host of its own need: include this one.
 #pragma once
 
+#include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/HLVSDKCoreKit/HLVSDKConfiguration.h"
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
+#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
+#include "Host/Halvo_Authentication/HLVSession.h"
+#include "Host/Halvo_Errors/HLVErrorDomains.h"
+#include "Host/Halvo_Errors/HLVErrorFacade.h"
+#include "Host/Halvo_Meta/HLVUtilities.h"
 #include "Host/Host.h"
+#include "Host/PaylevenFramework/PLVInAppClient.h"
+#include "Host/PaylevenFramework/PLVPaymentInstrument.h"
+#include "Matching/HLVSDKPaylevenPaymentInstrumentFinder.h"
+#include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
+#include "Models/HLVSDKPLVPaymentInstrument.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"

@@ -20,16 +20,16 @@ class HLV_EXPORT HLVSDKPaylevenKitConfiguration : public HLVSDKKitConfiguration 
  public:
   /// `+configurationWithBlock:`. Calls `block`, which may be empty, once and before it returns,
   /// with a fresh mutable record, and returns an immutable copy of what the block made of it.
-  static std::shared_ptr<HLVSDKPaylevenKitConfiguration> configurationWithBlock(
+  [[nodiscard]] static std::shared_ptr<HLVSDKPaylevenKitConfiguration> configurationWithBlock(
       const std::function<void(const std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration>&)>&
           block);
 
   /// `-initWithConfiguration:`. An immutable record with the other's key; without one, with no key.
-  static std::shared_ptr<HLVSDKPaylevenKitConfiguration> initWithConfiguration(
+  [[nodiscard]] static std::shared_ptr<HLVSDKPaylevenKitConfiguration> initWithConfiguration(
       const std::shared_ptr<const HLVSDKPaylevenKitConfiguration>& configuration);
 
   /// `-copyWithZone:`. A new immutable record, whatever this one is.
-  std::shared_ptr<HLVSDKKitConfiguration> copyWithZone() const override;
+  [[nodiscard]] std::shared_ptr<HLVSDKKitConfiguration> copyWithZone() const override;
 
   /// `-paymentKey`. The API key of the payment provider. It may be missing; enabling the kit
   /// refuses that, and accepts an empty one.
@@ -49,7 +49,7 @@ class HLV_EXPORT HLVSDKMutablePaylevenKitConfiguration final
     : public HLVSDKPaylevenKitConfiguration {
  public:
   /// `+new`
-  static std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration> make();
+  [[nodiscard]] static std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration> make();
 
   /// `-paymentKey`, `-setPaymentKey:`
   NullableString paymentKey() const override;

@@ -5,12 +5,9 @@
 #include "Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
-#include "Sandbox/AppConfiguration.h"
 
 namespace hlv::tool {
 namespace {
-
-using sandbox::AppConfiguration;
 
 class ConfigurationOfAnotherKit final : public HLVSDKKitConfiguration {
  public:
@@ -38,10 +35,9 @@ void Enabling::enable(const std::string& way) {
   if (way == "none") return;
   List<HLVSDKKitEntry> kits;
   if (way != "no-entry") {
-    kits.push_back(std::make_shared<AppConfiguration::Entry>(HLVSDKPayleven::kitClass(),
-                                                             kitConfiguration(way)));
+    kits.push_back(HLVSDKKitEntry::make(HLVSDKPayleven::kitClass(), kitConfiguration(way)));
   }
-  HLVSDKPayleven::enableWithConfiguration(std::make_shared<AppConfiguration>(std::move(kits)));
+  HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(std::move(kits)));
 }
 
 }  // namespace hlv::tool

@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/HLVSDKPayleven.h"
@@ -33,6 +34,15 @@ std::string sentenceOf(const ErrorPtr& error) {
   return error->localizedDescription().value_or("The services cannot be used.");
 }
 
+/// The kit keeps its guest, and a synchroniser that failed for one guest stays busy for the next.
+void followGuest() {
+  const auto kit = HLVSDKPayleven::sharedInstance();
+  const auto guest = HLVSDKGuest::currentGuest();
+  if (!kit || kit->currentGuest() == guest) return;
+  kit->setCurrentGuest(guest);
+  kit->setUpPaymentInstrumentsSynchronizer();
+}
+
 /// Where a completion writes, from whatever thread and however late.
 struct Heard {
   std::mutex mutex;
@@ -44,6 +54,10 @@ struct Heard {
 Session::Session(const GlobalOptions& options)
     : options_(options), sandbox_(openSandbox(options)), remote_(openRemote(options, sandbox_)) {
   Host::install(remote_ ? remote_ : sandbox_->host());
+  // Before the kit is enabled, so that this comes before the kit's own observer.
+  followsGuest_ = Platform::current()->notificationCenter()->observe(
+      kHLVSDKDidChangeAuthorizationStatusNotification(),
+      [](const Notification&) { followGuest(); });
 }
 
 Session::~Session() {

@@ -12,6 +12,7 @@
 #include "Client/RemoteHost.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Platform/NotificationCenter.h"
 #include "Sandbox/Sandbox.h"
 #include "Tools/GlobalOptions.h"
 #include "Tools/Report.h"
@@ -47,7 +48,8 @@ class Session {
 
   /// Begins an operation in the journal.
   void begin(const std::string& operation);
-  /// Enables the kit, for the guest who is signed in now. Later calls change nothing.
+  /// Enables the kit, which from then on follows the guest who is signed in. Later calls change
+  /// nothing.
   void enableKit();
   static bool kitIsEnabled();
   /// Pumps the main queue until every answer has come and nothing more can happen.
@@ -79,6 +81,7 @@ class Session {
   const std::shared_ptr<sandbox::Sandbox> sandbox_;
   /// Null for the embedded services.
   const std::shared_ptr<client::RemoteHost> remote_;
+  std::unique_ptr<Observation> followsGuest_;
   std::string operation_;
   std::size_t firingsBefore_ = 0;
 };

@@ -10,11 +10,12 @@ add_library(HLVSDKPaylevenKit
   Platform/Once.cpp
   Platform/Platform.cpp
   Platform/Secret.cpp
+  Platform/SharedSlot.cpp
   Platform/Value.cpp
+  Host/HLVSDKCoreKit/HLVSDKConfiguration.cpp
   Host/HLVSDKCoreKit/HLVSDKConstants.cpp
   Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.cpp
   Host/Host.cpp
-  Matching/CardIndex.cpp
   Matching/HLVSDKPaylevenPaymentInstrumentFinder.cpp
   Models/HLVSDKAddPaylevenCreditCardRequestInfo.cpp
   Models/HLVSDKPLVPaymentInstrument.cpp

@@ -38,6 +38,7 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
   Platform/Object.h
   Platform/Platform.h
   Platform/Queue.h
+  Platform/SharedSlot.h
   Platform/Value.h
   Public/HLVSDKPayleven.h
   Public/HLVSDKPaylevenKit.h

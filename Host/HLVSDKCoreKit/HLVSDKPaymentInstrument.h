@@ -24,7 +24,7 @@ class HLV_EXPORT HLVSDKPaymentInstrument : public Object {
 
   /// `-isValid:`. The card checks itself. `error` may be null, and may be left alone when the
   /// answer is false.
-  virtual bool isValid(ErrorPtr* error) const = 0;
+  [[nodiscard]] virtual bool isValid(ErrorPtr* error) const = 0;
 
   /// `-setExternalIdentifier:`. Receives the identifier of the provider's instrument.
   virtual void setExternalIdentifier(const NullableString& identifier) = 0;

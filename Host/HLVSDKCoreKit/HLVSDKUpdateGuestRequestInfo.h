@@ -14,7 +14,7 @@ namespace hlv {
 class HLV_EXPORT HLVSDKUpdateGuestRequestInfo : public Object {
  public:
   /// `+new`
-  static std::shared_ptr<HLVSDKUpdateGuestRequestInfo> make() {
+  [[nodiscard]] static std::shared_ptr<HLVSDKUpdateGuestRequestInfo> make() {
     return Host::ask(&Host::makeUpdateGuestRequestInfo);
   }
 

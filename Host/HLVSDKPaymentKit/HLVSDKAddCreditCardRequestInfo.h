@@ -27,11 +27,11 @@ class HLV_EXPORT HLVSDKAddCreditCardRequestInfo : public Object {
     virtual void setProvider(std::int64_t provider) = 0;
     virtual Dictionary JSONRepresentation() const = 0;
     /// `error` may be null.
-    virtual bool isValid(ErrorPtr* error) const = 0;
+    [[nodiscard]] virtual bool isValid(ErrorPtr* error) const = 0;
   };
 
   /// `-initWithPaymentInstrument:billingAddress:`. Null when the host makes no body.
-  static std::shared_ptr<HLVSDKAddCreditCardRequestInfo> initWithPaymentInstrument(
+  [[nodiscard]] static std::shared_ptr<HLVSDKAddCreditCardRequestInfo> initWithPaymentInstrument(
       const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address);
 
@@ -40,7 +40,7 @@ class HLV_EXPORT HLVSDKAddCreditCardRequestInfo : public Object {
   /// `-JSONRepresentation`. A body of its own; later changes of the request do not reach it.
   virtual Dictionary JSONRepresentation() const;
   /// `-isValid:`. `error` may be null; it is set only when the answer is false.
-  virtual bool isValid(ErrorPtr* error) const;
+  [[nodiscard]] virtual bool isValid(ErrorPtr* error) const;
 
   /// The host's part, for hosts that know their own. Never null.
   const std::shared_ptr<Body>& body() const { return body_; }

@@ -19,7 +19,9 @@ namespace hlv {
 class HLV_EXPORT HLVErrorFacade : public Object {
  public:
   /// `+new`
-  static std::shared_ptr<HLVErrorFacade> make() { return Host::ask(&Host::makeErrorFacade); }
+  [[nodiscard]] static std::shared_ptr<HLVErrorFacade> make() {
+    return Host::ask(&Host::makeErrorFacade);
+  }
 
   /// `-errorWithCode:domain:message:`. `message` may be missing.
   virtual ErrorPtr errorWithCode(std::int64_t code, const NullableString& domain,

@@ -19,6 +19,7 @@ struct ToObject {
   id operator()(std::monostate) const { return [NSNull null]; }
   id operator()(bool value) const { return @(static_cast<BOOL>(value)); }
   id operator()(std::int64_t value) const { return @(static_cast<long long>(value)); }
+  id operator()(std::uint64_t value) const { return @(static_cast<unsigned long long>(value)); }
   id operator()(double value) const { return @(value); }
   id operator()(const std::string& value) const { return toNSString(value); }
   id operator()(const Array& values) const {

@@ -62,10 +62,12 @@ HLV_AVAILABLE
 /// the guest and registers the card, both at once. Reports the guest that was passed in and the
 /// backend's card; a card and an error may come together. Errors: the wrapped provider error, those
 /// of the confirmation, the required arguments "userToken" and "identifier", and the first error of
-/// the backend. When the manager goes away before the provider's first reply, an error is still
-/// reported and a success never is; before the card is confirmed, errors and a card that is not
-/// found are reported, and a card that is found is marked, not registered, and never reported. Once
-/// the requests to the backend have left, the manager is not needed.
+/// the backend.
+///
+/// When the manager goes away before the provider has created the token, a token never completes,
+/// while an error and a missing token are reported. When it goes away before the card is confirmed,
+/// a confirmed card is marked and never completes, while an error and a card that nothing matches
+/// are reported. Once the requests to the backend have left, it completes.
 - (void)addFirstPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                    billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                          forGuest:(nullable HLVSDKGuest*)guest
@@ -86,8 +88,13 @@ HLV_AVAILABLE
 
 /// Adds the card under the guest's token, confirms it and registers it. Reports the backend's guest
 /// and card. Errors: the wrapped provider error, those of the confirmation and the required
-/// argument "identifier"; kept for compatibility, a registration that the backend refuses reports
-/// no error, no guest and no card. A manager that goes away counts as for a first card.
+/// argument "identifier". Kept for compatibility: a registration that the backend refuses reports
+/// no error, usually without guest and card; so a missing card means that the card was not added.
+///
+/// When the manager goes away before the provider has stored the card, a success never completes,
+/// while an error is reported. When it goes away before the card is confirmed, a confirmed card is
+/// marked and never completes, while an error and a card that nothing matches are reported. Once
+/// the request to the backend has left, it completes.
 - (void)addNewPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                  billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(nullable HLVSDKGuest*)guest

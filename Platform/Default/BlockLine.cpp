@@ -20,17 +20,25 @@ bool BlockLine::runOne(Wait wait) {
   const auto first = next();
   if (isClosed_ || first == waiting_.end()) return false;
 
-  auto [block, lane] = std::move(*first);
+  Turn turn = std::move(*first);
   waiting_.erase(first);
   ++running_;
-  if (lane) lane->isBusy = true;
+  if (turn.lane) turn.lane->isBusy = true;
   lock.unlock();
-  block();
-  block = nullptr;
-  lock.lock();
-  // Nobody is told that the lane is free: this thread is back at once for what waits there.
-  if (lane) lane->isBusy = false;
-  --running_;
+  const auto finish = [&] {
+    turn.block = nullptr;
+    lock.lock();
+    // No thread is notified that the lane is free: this one is back at once for what waits there.
+    if (turn.lane) turn.lane->isBusy = false;
+    --running_;
+  };
+  try {
+    turn.block();
+  } catch (...) {
+    finish();
+    throw;
+  }
+  finish();
   return true;
 }
 

@@ -25,7 +25,8 @@ class BlockLine {
   enum class Wait { no, forBlock };
 
   void post(Block block, std::shared_ptr<Lane> lane = nullptr);
-  /// Runs the next block and returns whether there was one.
+  /// Runs the next block and returns whether there was one. What the block throws passes through;
+  /// it counts as finished then.
   bool runOne(Wait wait);
   /// Ends one wait, under way or yet to come, without a block.
   void wake();

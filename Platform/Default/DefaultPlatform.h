@@ -23,7 +23,7 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
   /// queues stop after the blocks that run; it is never destroyed, as other threads may still post.
   static std::shared_ptr<DefaultPlatform> shared();
   /// A platform with queues, threads and observers of its own.
-  static std::shared_ptr<DefaultPlatform> make();
+  [[nodiscard]] static std::shared_ptr<DefaultPlatform> make();
   ~DefaultPlatform() override;
 
   bool isMainThread() const override;
@@ -35,7 +35,7 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
   void adoptMainThread();
 
   /// Runs the blocks that wait on the main queue, those they post included, and returns how many
-  /// ran. Never waits.
+  /// ran. Never waits. What a block throws passes through to the caller; the blocks behind it stay.
   std::size_t runPending();
 
   /// Pumps the main queue and waits for more until `done` answers true. It is asked before the

@@ -23,11 +23,11 @@ class MainQueue final : public Queue {
     line->post(std::move(block));
     if (const auto hook = hook_.load(); hook && *hook) (*hook)();
   }
-  void setPostHook(Block hook) { hook_.store(std::make_shared<const Block>(std::move(hook))); }
+  void setPostHook(Block hook) { hook_.store(std::make_shared<Block>(std::move(hook))); }
 
  private:
   const std::weak_ptr<BlockLine> line_;
-  SharedSlot<const Block> hook_;
+  SharedSlot<Block> hook_;
 };
 
 }  // namespace hlv

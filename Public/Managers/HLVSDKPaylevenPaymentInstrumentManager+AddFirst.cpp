@@ -65,8 +65,9 @@ struct FirstCard {
   std::shared_ptr<HLVSDKPaymentBillingAddress> address;
   HLVSDKGuestCardCompletion completion;
 
-  /// Stores the token on the guest and registers the card, neither waiting for the other. Without
-  /// the manager no request goes out, the group never empties, and nobody hears of it.
+  /// Stores the token on the guest and registers the card, neither waiting for the other. Uses the
+  /// enrolment up. Without the manager no request goes out, the group never empties, and the
+  /// completion is never called.
   void registerAtBackend(const NullableString& token) {
     const auto strongManager = manager.lock();
     const auto apiManager =
@@ -94,10 +95,11 @@ struct FirstCard {
            group->leave();
          }));
 
-    group->notify(Platform::current()->mainQueue(), [answers, guest = std::move(guest),
-                                                     completion = std::move(completion)]() mutable {
-      answers->deliverTo(std::move(completion), guest);
-    });
+    // Card and address stay with the enrolment until its completion has been called.
+    group->notify(Platform::current()->mainQueue(),
+                  [answers, enrolment = std::move(*this)]() mutable {
+                    answers->deliverTo(std::move(enrolment.completion), enrolment.guest);
+                  });
   }
 };
 

@@ -63,8 +63,8 @@ void HLVSDKPaylevenPaymentInstrumentManager::addNewPaymentInstrument(
                             const std::shared_ptr<HLVSDKGuest>& backendGuest,
                             const std::shared_ptr<HLVSDKCreditCard>& backendCard,
                             const ErrorPtr& backendError) mutable {
-               // By design it is the provider's error that counts here, and there was none: a
-               // registration that the backend refuses is reported without an error.
+               // Kept for compatibility: it is the provider's error that counts here, and there was
+               // none: a registration that the backend refuses is reported without an error.
                if (providerError) {
                  logFailure(HLV_HERE(functionName(addNewMethod, 2)), backendError);
                  deliver(std::move(completion), nullptr, nullptr, backendError);

@@ -74,7 +74,7 @@ void HLVSDKPaylevenPaymentInstrumentManager::handleReachabilityChangedNotificati
 }
 
 void HLVSDKPaylevenPaymentInstrumentManager::refreshConnection() {
-  setConnectionAvaiable(isReachable(send(reachability_, &HLVSDKReachability::currentState)));
+  setConnectionAvaiable(isReachable(send(reachability(), &HLVSDKReachability::currentState)));
 }
 
 bool HLVSDKPaylevenPaymentInstrumentManager::validateBillingAddress(

@@ -30,15 +30,15 @@ using HLVSDKPaylevenInstrumentCompletion =
 
 /// Every argument of every operation may be null; which are required is said there. A null
 /// completion is skipped and everything else still happens. Each operation reports at most once;
-/// when a service never answers, or the manager goes away at the moments named below, it never
-/// does.
+/// when a service never replies, or the manager goes away at the moments named below, it never
+/// does. An exception that a service or a completion throws passes through to whoever called.
 class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
     : public HLVSDKPaymentInstrumentManager,
       public std::enable_shared_from_this<HLVSDKPaylevenPaymentInstrumentManager> {
  public:
   /// `-initWithAPIManager:paylevenClient:reachability:`. Begins to observe reachability; the
   /// connectivity flag stays false until it is first set. A null service answers nothing.
-  static std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> initWithAPIManager(
+  [[nodiscard]] static std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> initWithAPIManager(
       std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
       std::shared_ptr<HLVSDKReachability> reachability);
 
@@ -63,8 +63,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// the first that is not is reported as an invalid argument. `error` must not be null. With a
   /// complete address the answer is false when `*error` already holds an error, which is left
   /// alone.
-  bool validateBillingAddress(const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                              ErrorPtr* error) const;
+  [[nodiscard]] bool validateBillingAddress(
+      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address, ErrorPtr* error) const;
 
   /// `-addPaymentInstrument:billingAddress:forGuest:completion:`. Adds a card as the user typed it.
   /// Reports the card's own error when it is not valid, `HLVURLErrorDomain` code 1 without a
@@ -80,8 +80,12 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// the card, both at once. Reports the guest that was passed in and the backend's card; a card
   /// and an error may come together. Errors: the wrapped provider error, those of
   /// `processAddedPaymentInstrument`, the required arguments "userToken" and "identifier", and the
-  /// first error of the backend. Never completes when the manager goes away before the provider
-  /// answers or before the card is confirmed.
+  /// first error of the backend.
+  ///
+  /// When the manager goes away before the provider has created the token, a token never completes,
+  /// while an error and a missing token are reported. When it goes away before the card is
+  /// confirmed, a confirmed card is marked and never completes, while an error and a card that
+  /// nothing matches are reported. Once the requests to the backend have left, it completes.
   virtual void addFirstPaymentInstrument(
       const std::shared_ptr<HLVSDKPaymentInstrument>& card,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
@@ -96,9 +100,13 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// `-addNewPaymentInstrument:billingAddress:forGuest:completion:`. Adds the card under the
   /// guest's token, confirms it and registers it. Reports the backend's guest and card. Errors: the
   /// wrapped provider error, those of `processAddedPaymentInstrument` and the required argument
-  /// "identifier"; by design a registration that the backend refuses reports no error, no guest and
-  /// no card. Never completes when the manager goes away before the provider answers or before an
-  /// identified card is registered.
+  /// "identifier". Kept for compatibility: a registration that the backend refuses reports no
+  /// error, usually without guest and card; so a missing card means that the card was not added.
+  ///
+  /// When the manager goes away before the provider has stored the card, a success never completes,
+  /// while an error is reported. When it goes away before the card is confirmed, a confirmed card
+  /// is marked and never completes, while an error and a card that nothing matches are reported.
+  /// Once the request to the backend has left, it completes.
   virtual void addNewPaymentInstrument(const std::shared_ptr<HLVSDKPaymentInstrument>& card,
                                        const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
                                        const std::shared_ptr<HLVSDKGuest>& guest,

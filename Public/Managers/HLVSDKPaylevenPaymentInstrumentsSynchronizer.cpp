@@ -1,16 +1,18 @@
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <mutex>
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/Halvo_Meta/HLVUtilities.h"
-#include "Matching/CardIndex.h"
 #include "Platform/AnswerOnce.h"
 #include "Platform/Deliver.h"
 #include "Platform/Group.h"
 #include "Platform/Platform.h"
+#include "Platform/Secret.h"
 #include "Platform/Send.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/Log.h"
@@ -28,7 +30,9 @@ constexpr const char* synchronizeMethod =
     "-[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
     "synchronizePaymentInstrumentsForGuest:completion:]";
 
-// Differs from `queueLabel` on purpose: it tells a queue that was made late.
+constexpr const char* creationLabel =
+    "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
+// Differs from the label above on purpose: it tells a queue that was made late.
 constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
 
 /// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
@@ -85,12 +89,15 @@ struct Synchronizer::Run {
 
 std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
     std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient) {
-  std::shared_ptr<Synchronizer> synchronizer(new Synchronizer);
-  synchronizer->setApiManager(std::move(apiManager));
-  synchronizer->setPaylevenClient(std::move(paylevenClient));
-  synchronizer->setSynchronizationQueue(Platform::current()->makeSerialQueue(queueLabel));
-  return synchronizer;
+  return std::shared_ptr<Synchronizer>(
+      new Synchronizer(std::move(apiManager), std::move(paylevenClient)));
 }
+
+Synchronizer::HLVSDKPaylevenPaymentInstrumentsSynchronizer(
+    std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient)
+    : apiManager_(std::move(apiManager)),
+      paylevenClient_(std::move(paylevenClient)),
+      synchronizationQueue_(Platform::current()->makeSerialQueue(creationLabel)) {}
 
 std::shared_ptr<HLVSDKAPIManager> Synchronizer::apiManager() const { return apiManager_; }
 
@@ -194,11 +201,10 @@ void Synchronizer::finish(const Run& run) {
 }
 
 void Synchronizer::removeOrphans(const Run& run) {
-  const CardIndex cards(run.guestCards);
   for (const auto& pair : run.providerInstruments) {
+    if (isCreditCardExistsInArray(run.guestCards, pair)) continue;
     const auto instrument = send(pair, &Pair::paymentInstrument);
     const auto useCase = send(pair, &Pair::useCase);
-    if (cards.hasCardFor(instrument, useCase)) continue;
     log(LogLevel::workAboutToStart, HLV_HERE(functionName(synchronizeMethod, 1)),
         "Will remove payment instrument with identifier %@ from external payment system",
         {send(instrument, &Instrument::identifier)});
@@ -220,8 +226,32 @@ void Synchronizer::removeOrphans(const Run& run) {
 bool Synchronizer::isCreditCardExistsInArray(
     const NullableList<HLVSDKCreditCard>& cards,
     const std::shared_ptr<HLVSDKPLVPaymentInstrument>& paymentInstrument) const {
-  return CardIndex(cards).hasCardFor(send(paymentInstrument, &Pair::paymentInstrument),
-                                     send(paymentInstrument, &Pair::useCase));
+  if (!cards || cards->empty()) return false;
+  const auto instrument = send(paymentInstrument, &Pair::paymentInstrument);
+  const auto useCase = send(paymentInstrument, &Pair::useCase);
+  const auto identifier = send(instrument, &Instrument::identifier);
+  const auto brand = send(instrument, &Instrument::cardBrand);
+  const Secret number(instrument, &Instrument::pan);
+  const auto standsForIt = [&](const std::shared_ptr<Card>& card) {
+    const auto external = send(card, &Card::externalIdentifier);
+    if (external) return isEqualToString(external, identifier);
+    return hasSuffix(number.text(), send(card, &Card::lastFourDigits)) &&
+           isEqualToString(brand, send(card, &Card::brand)) &&
+           isEqualToString(useCase, send(card, &Card::useCase));
+  };
+  // Both sides list cards by age, so the match is probably just behind the last one. Where the
+  // search begins does not change what it returns.
+  const auto begin = cards->begin();
+  const auto end = cards->end();
+  const auto first = begin + static_cast<std::ptrdiff_t>(
+                                 likelyCard_.load(std::memory_order_relaxed) % cards->size());
+  auto found = std::find_if(first, end, standsForIt);
+  if (found == end) {
+    found = std::find_if(begin, first, standsForIt);
+    if (found == first) return false;
+  }
+  likelyCard_.store(static_cast<std::size_t>(found - begin) + 1, std::memory_order_relaxed);
+  return true;
 }
 
 void Synchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(

@@ -29,10 +29,10 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
     : public HLVSDKPaymentInstrumentsSynchronizer,
       public std::enable_shared_from_this<HLVSDKPaylevenPaymentInstrumentsSynchronizer> {
  public:
-  /// `-initWithAPIManager:paylevenClient:`. Creates the serial queue. A null service answers
-  /// nothing.
-  static std::shared_ptr<HLVSDKPaylevenPaymentInstrumentsSynchronizer> initWithAPIManager(
-      std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient);
+  /// `-initWithAPIManager:paylevenClient:`. Creates the serial queue. A null service never replies.
+  [[nodiscard]] static std::shared_ptr<HLVSDKPaylevenPaymentInstrumentsSynchronizer>
+  initWithAPIManager(std::shared_ptr<HLVSDKAPIManager> apiManager,
+                     std::shared_ptr<PLVInAppClient> paylevenClient);
 
   /// `-apiManager`, `-setApiManager:`
   std::shared_ptr<HLVSDKAPIManager> apiManager() const;
@@ -46,8 +46,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   void setSynchronizationQueue(std::shared_ptr<Queue> queue);
   /// `-isSynchronizing`, `-setSynchronizing:`. While it is set, requests are dropped. Any thread.
   ///
-  /// By design only a synchronisation that found instruments clears it; one that failed or found
-  /// none leaves it set, and whoever wants another must clear it here.
+  /// Kept for compatibility: only a synchronisation that found instruments clears it; one that
+  /// failed or found none leaves it set, and whoever wants another must clear it here.
   virtual bool isSynchronizing() const;
   virtual void setSynchronizing(bool synchronizing);
 
@@ -66,7 +66,11 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   /// `-isCreditCardExistsInArray:relatedToPaymentInstrument:`. Whether a card stands for the
   /// instrument: by its external identifier, or, only where it has none, by last four digits, brand
   /// and use case. Any thread.
-  virtual bool isCreditCardExistsInArray(
+  ///
+  /// A synchronisation asks this once for each instrument, after it has requested the removals of
+  /// the instruments before it; so an override decides, and a card that changes meanwhile counts as
+  /// it is then.
+  [[nodiscard]] virtual bool isCreditCardExistsInArray(
       const NullableList<HLVSDKCreditCard>& cards,
       const std::shared_ptr<HLVSDKPLVPaymentInstrument>& paymentInstrument) const;
 
@@ -77,13 +81,9 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
       const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKPLVPaymentInstrumentsCompletion completion);
 
  protected:
-  // For a director, which sends the virtual members to an object of another model. That object
-  // calls those of this class by their qualified names, and does by itself what the initialiser
-  // does.
-  HLVSDKPaylevenPaymentInstrumentsSynchronizer() = default;
-
-  static constexpr const char* queueLabel =
-      "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
+  /// What `initWithAPIManager` does. A subclass too is held by a shared pointer.
+  HLVSDKPaylevenPaymentInstrumentsSynchronizer(std::shared_ptr<HLVSDKAPIManager> apiManager,
+                                               std::shared_ptr<PLVInAppClient> paylevenClient);
 
  private:
   struct Run;
@@ -94,6 +94,8 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   std::shared_ptr<HLVSDKAPIManager> apiManager_;
   std::shared_ptr<PLVInAppClient> paylevenClient_;
   std::shared_ptr<Queue> synchronizationQueue_;
+  // Where the next search for a card begins.
+  mutable std::atomic<std::size_t> likelyCard_{0};
   // Read and set on the caller's thread, cleared on the queue.
   std::atomic<bool> synchronizing_{false};
 };

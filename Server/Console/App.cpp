@@ -5,12 +5,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaymentManager.h"
-#include "Sandbox/AppConfiguration.h"
 #include "Sandbox/ToldCall.h"
 
 namespace hlv::server {
@@ -21,9 +21,17 @@ void enableKit() {
       [](const std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration>& mutableConfiguration) {
         mutableConfiguration->setPaymentKey("paylevenkit-console-key");
       });
-  using sandbox::AppConfiguration;
-  HLVSDKPayleven::enableWithConfiguration(std::make_shared<AppConfiguration>(List<HLVSDKKitEntry>{
-      std::make_shared<AppConfiguration::Entry>(HLVSDKPayleven::kitClass(), configuration)}));
+  const auto entry = HLVSDKKitEntry::make(HLVSDKPayleven::kitClass(), configuration);
+  HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(List<HLVSDKKitEntry>{entry}));
+}
+
+/// The kit keeps its guest, and a synchroniser that failed for one guest stays busy for the next.
+void followGuest() {
+  const auto kit = HLVSDKPayleven::sharedInstance();
+  const auto guest = HLVSDKGuest::currentGuest();
+  if (!kit || kit->currentGuest() == guest) return;
+  kit->setCurrentGuest(guest);
+  kit->setUpPaymentInstrumentsSynchronizer();
 }
 
 std::shared_ptr<HLVSDKGuest> signedInGuest() {
@@ -188,9 +196,8 @@ void App::begin(const Waiting& operation) {
   }
   const auto running = running_.back();
   try {
-    launchForGuest();
+    launch();
     operation.start(running);
-    launchForGuest();
   } catch (const HttpError& refusal) {
     running->refuse(refusal);
   } catch (const std::runtime_error& failure) {
@@ -203,19 +210,26 @@ void App::switchTo(const WorldPtr& world) {
   options.storePath = registry_.pathOf(*world);
   auto opened = sandbox::Sandbox::over(world->sharedStore(), options);
   if (!opened.sandbox) throw std::runtime_error(opened.problem);
-  HLVSDKPayleven::resetSharedInstance();
-  launchedFor_.reset();
   world_ = world;
   sandbox_ = std::move(opened.sandbox);
+  hasLaunched_ = false;
   Host::install(sandbox_->host());
 }
 
-void App::launchForGuest() {
-  const auto email = sandbox_->signedInEmail();
-  if (!email || email == launchedFor_) return;
-  launchedFor_ = email;
+void App::launch() {
+  if (std::exchange(hasLaunched_, true)) return;
+  if (const auto kit = HLVSDKPayleven::sharedInstance()) {
+    sandbox_->journal().record("app", "kit", "setUpPaymentManager");
+    kit->setCurrentGuest(HLVSDKGuest::currentGuest());
+    kit->setUpPaymentManager();
+    kit->setUpPaymentInstrumentsSynchronizer();
+    return;
+  }
+  // Observes before the kit does, so that the kit's own observer finds the new guest.
+  followsGuest_ = Platform::current()->notificationCenter()->observe(
+      kHLVSDKDidChangeAuthorizationStatusNotification(),
+      [](const Notification&) { followGuest(); });
   sandbox_->journal().record("app", "kit", "enableWithConfiguration");
-  HLVSDKPayleven::resetSharedInstance();
   enableKit();
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
+#include "Platform/NotificationCenter.h"
 #include "Sandbox/EnteredAddress.h"
 #include "Sandbox/EnteredCard.h"
 #include "Sandbox/Sandbox.h"
@@ -18,12 +19,11 @@
 
 namespace hlv::server {
 
-/// A real kit over one sandbox at a time. The app starts, and enables the kit, with the first thing
-/// that is asked of it while a guest is signed in; as a kit keeps the guest that it was enabled
-/// with, the app starts again for another one, and for another sandbox, for which it waits until
-/// what runs has come to its end. Everything begins on the main queue, and each thing is an
-/// operation of the sandbox's journal; what is asked for while another runs belongs to the same
-/// one.
+/// A real kit over one sandbox at a time. The app enables the kit with the first thing that is
+/// asked of it, and lets it follow the guest who is signed in. For another sandbox it waits until
+/// what runs has come to its end, and then gives the kit that sandbox's services. Everything begins
+/// on the main queue, and each thing is an operation of the sandbox's journal; what is asked for
+/// while another runs belongs to the same one.
 ///
 /// Threading: any, but for `completeFinishedOperations`. Installs the sandbox as the host of the
 /// process.
@@ -79,9 +79,10 @@ class App : public std::enable_shared_from_this<App> {
   void run(const WorldPtr& world, const std::string& name, Start start, Done done);
   void startWaiting();
   void begin(const Waiting& operation);
-  /// Starts the app again, over another sandbox.
+  /// Makes another sandbox the host.
   void switchTo(const WorldPtr& world);
-  void launchForGuest();
+  /// Enables the kit, or gives it the services of a sandbox that it does not know yet.
+  void launch();
   HLVSDKGuestCardCompletion completionOf(const RunningPtr& running, const std::string& what) const;
   std::string useCaseOf(const std::string& ID) const;
 
@@ -91,7 +92,8 @@ class App : public std::enable_shared_from_this<App> {
   std::shared_ptr<sandbox::Sandbox> sandbox_;
   std::deque<Waiting> waiting_;
   std::vector<RunningPtr> running_;
-  std::optional<std::string> launchedFor_;
+  bool hasLaunched_ = false;
+  std::unique_ptr<Observation> followsGuest_;
 };
 
 }  // namespace hlv::server

@@ -1,4 +1,6 @@
 // Enabling the kit: what it holds, and whose entry counts.
+#include <stdexcept>
+
 #include "Public/HLVSDKPayleven.h"
 #include "Tests/Support/KitTest.h"
 
@@ -78,6 +80,63 @@ TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   EXPECT_NE(second, first);
   EXPECT_NE(second->paymentInstrumentManager(), first->paymentInstrumentManager());
   EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'other'");
+}
+
+TEST_F(EnablingTest, AnAppThatFollowsItsGuestSynchronisesTheNextOne) {
+  const auto authorize = [&](bool isAuthorized) {
+    platform->notificationCenter()->post({"authorization", {{"isAuthorized", isAuthorized}}});
+  };
+  const auto follows = platform->notificationCenter()->observe(
+      kHLVSDKDidChangeAuthorizationStatusNotification(), [&](const Notification&) {
+        const auto kit = HLVSDKPayleven::sharedInstance();
+        if (kit->currentGuest() == host->guest) return;
+        kit->setCurrentGuest(host->guest);
+        kit->setUpPaymentInstrumentsSynchronizer();
+      });
+  const auto kit = enable();
+  authorize(true);
+  backend.cardFetches.answer(std::nullopt, makeError("not yours any more"));
+  for (int list = 0; list < 3; ++list) provider.lists.answer(std::nullopt, nullptr);
+  platform->runEverything();
+  host->takeTrace();
+  authorize(true);
+  EXPECT_EQ(host->takeTrace(), "") << "what failed is never tried again for the same guest";
+
+  host->guest = nullptr;
+  authorize(false);
+  platform->notificationCenter()->post({UIApplicationWillEnterForegroundNotification, {}});
+  EXPECT_EQ(host->takeTrace(), "");
+  const auto next = std::make_shared<FakeGuest>();
+  next->emailText = "next@example.com";
+  next->token = "next";
+  host->guest = next;
+  authorize(true);
+  EXPECT_NE(host->takeTrace().find("provider list next use case private"), std::string::npos);
+  EXPECT_EQ(backend.cardFetches.count(), 1u);
+}
+
+TEST_F(EnablingTest, WithoutAHostItSaysSoAndCanBeRepeated) {
+  Host::install(nullptr);
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(enable(), nullptr);
+  EXPECT_NE(::testing::internal::GetCapturedStderr().find("not enabled"), std::string::npos);
+  Host::install(host);
+  EXPECT_NE(enable(), nullptr);
+  Host::install(nullptr);
+  EXPECT_NE(enable(), nullptr) << "the instance that there is";
+}
+
+TEST_F(EnablingTest, AnExceptionOfTheHostPassesThroughAndEnablingCanBeRepeated) {
+  struct Failing final : HLVSDKPaylevenKitConfiguration {
+    mutable int asked = 0;
+    NullableString paymentKey() const override {
+      if (++asked > 1) throw std::runtime_error("no key after all");
+      return "key";
+    }
+  };
+  const auto failing = kits(List<HLVSDKKitEntry>{entry(std::make_shared<Failing>())});
+  EXPECT_THROW(HLVSDKPayleven::enableWithConfiguration(failing), std::runtime_error);
+  EXPECT_NE(enable(), nullptr);
 }
 
 }  // namespace

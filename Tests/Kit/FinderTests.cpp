@@ -58,12 +58,22 @@ TEST_F(FinderTest, AShortNumberIsItsOwnLastDigits) {
   EXPECT_FALSE(matchesCard());
 }
 
+TEST_F(FinderTest, DigitsOfOtherScriptsAreCountedAsCharacters) {
+  card->number = "٤١١١١١١١١١١١٢٣٤٥";
+  instrument->number = "**** ٢٣٤٥";
+  const auto endsAlike = std::make_shared<FakeInstrument>();
+  endsAlike->number = "**** ٩٩٤٥";
+  EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(Instruments{instrument, endsAlike}, card),
+            instrument);
+}
+
 TEST_F(FinderTest, OnlyTheFirstMissingArgumentIsAsserted) {
-  Finder::findPaylevenPaymentInstrumentIn(std::nullopt, std::nullopt, std::nullopt);
-  Finder::findPaylevenPaymentInstrumentIn(std::nullopt, "1111", std::nullopt);
-  Finder::findPaylevenPaymentInstrumentIn(Instruments(), "1111", std::nullopt);
-  Finder::findPaylevenPaymentInstrumentIn(std::nullopt, nullptr);
-  Finder::findPaylevenPaymentInstrumentIn(std::nullopt, card);
+  EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(std::nullopt, std::nullopt, std::nullopt),
+            nullptr);
+  EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(std::nullopt, "1111", std::nullopt), nullptr);
+  EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(Instruments(), "1111", std::nullopt), nullptr);
+  EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(std::nullopt, nullptr), nullptr);
+  EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(std::nullopt, card), nullptr);
   EXPECT_EQ(host->takeTrace(),
             "assert parameter lastFourDigits: nil\n"
             "assert parameter paylevenInstruments: nil\n"

@@ -70,6 +70,44 @@ TEST_F(ManagerCoreTest, AnUpdateSendsThePresentFieldsUnderTheHostsKeysAndNothing
   EXPECT_EQ(backend.lastAddress, (Dictionary{{"k0", "Street 1"}})) << "what has no key stays out";
 }
 
+TEST_F(ManagerCoreTest, AMonitorMayReplaceItselfWhileItIsAsked) {
+  struct Replacing final : HLVSDKReachability {
+    HLVSDKPaylevenPaymentInstrumentManager* owner = nullptr;
+    std::shared_ptr<bool> isGone = std::make_shared<bool>(false);
+    ~Replacing() override { *isGone = true; }
+    std::int64_t currentState() const override {
+      const auto gone = isGone;
+      owner->setReachability(nullptr);
+      EXPECT_FALSE(*gone);
+      return 1;
+    }
+  };
+  auto monitor = std::make_shared<Replacing>();
+  monitor->owner = manager.get();
+  manager->setReachability(std::move(monitor));
+  manager->deletePaymentInstrumentWithID(std::nullopt, std::nullopt, nullptr, nullptr);
+  EXPECT_TRUE(manager->isConnectionAvailable());
+}
+
+TEST_F(ManagerCoreTest, AFirstCardAndItsAddressAreHeldUntilTheCompletionHasBeenCalled) {
+  auto ownCard = std::make_shared<FakeEnteredCard>();
+  auto ownAddress = std::make_shared<FakeAddress>();
+  const std::weak_ptr<Object> seenCard = ownCard;
+  const std::weak_ptr<Object> seenAddress = ownAddress;
+  manager->addFirstPaymentInstrument(std::move(ownCard), std::move(ownAddress), guest,
+                                     [&](auto, auto, auto) {
+                                       ++outcome.count;
+                                       EXPECT_FALSE(seenCard.expired() || seenAddress.expired());
+                                     });
+  provider.tokens.answer("tok", nullptr);
+  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument}, nullptr);
+  backend.guestUpdates.answer(guest, nullptr);
+  backend.cardAdds.answer(guest, storedCard, nullptr);
+  platform->runEverything();
+  EXPECT_EQ(outcome.count, 1);
+  EXPECT_TRUE(seenCard.expired() && seenAddress.expired());
+}
+
 TEST_F(ManagerCoreTest, AFurtherCardWithoutATokenIsRefusedByTheConfirmation) {
   manager->addNewPaymentInstrument(card, address, guest, guestCard());
   host->takeTrace();

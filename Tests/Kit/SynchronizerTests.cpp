@@ -12,6 +12,15 @@ class SynchronizerTest : public KitTest {
  protected:
   SynchronizerTest() { guest->token = "tok"; }
 
+  /// A synchronisation whose provider lists these instruments once.
+  void run(Synchronizer& with, List<PLVCreditCardPaymentInstrument> instruments) {
+    with.synchronizePaymentInstrumentsForGuest(guest);
+    backend.cardFetches.answer(List<HLVSDKCreditCard>{storedCard}, nullptr);
+    provider.lists.answer(std::move(instruments), nullptr);
+    for (int list = 0; list < 2; ++list) provider.lists.answer(std::nullopt, nullptr);
+    platform->runEverything();
+  }
+
   const std::shared_ptr<Synchronizer> synchronizer =
       Synchronizer::initWithAPIManager(host->backend, host->provider);
 };
@@ -28,6 +37,35 @@ TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesBeforeTheFlagIsCleared) 
   platform->runMain();
   EXPECT_TRUE(wasSet);
   EXPECT_FALSE(synchronizer->isSynchronizing());
+}
+
+TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument) {
+  const auto second = std::make_shared<FakeInstrument>();
+  second->id = "plv-2";
+  storedCard->digits = "2222";
+  provider.removals.answerInside = [&](const auto& answer) {
+    storedCard->external = "plv-2";
+    answer(nullptr);
+  };
+  run(*synchronizer, {instrument, second});
+  const auto trace = host->takeTrace();
+  EXPECT_NE(trace.find("provider remove plv-1"), std::string::npos);
+  EXPECT_EQ(trace.find("provider remove plv-2"), std::string::npos);
+}
+
+TEST_F(SynchronizerTest, AnOverrideDecidesWhatStays) {
+  struct KeepsEverything final : Synchronizer {
+    explicit KeepsEverything(const ScriptedHost& host)
+        : Synchronizer(host.backend, host.provider) {}
+    bool isCreditCardExistsInArray(
+        const NullableList<HLVSDKCreditCard>&,
+        const std::shared_ptr<HLVSDKPLVPaymentInstrument>&) const override {
+      return true;
+    }
+  };
+  storedCard->digits = "2222";
+  run(*std::make_shared<KeepsEverything>(*host), {instrument});
+  EXPECT_EQ(host->takeTrace().find("provider remove"), std::string::npos);
 }
 
 TEST_F(SynchronizerTest, AFetchOfAllInstrumentsNeedsNoListener) {

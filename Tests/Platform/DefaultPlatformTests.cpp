@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <future>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -57,6 +58,14 @@ TEST_F(DefaultPlatformTest, TheMainQueueRunsOnlyWhenPumpedAndWithWhatItsBlocksPo
   EXPECT_TRUE(platform->isIdle());
   EXPECT_EQ(platform->runPending(), 0u);
   EXPECT_EQ(queue->label(), "main");
+}
+
+TEST_F(DefaultPlatformTest, AnExceptionOfABlockPassesThroughAndTheQueueGoesOn) {
+  platform->mainQueue()->async([] { throw std::runtime_error("of the app"); });
+  platform->mainQueue()->async([] {});
+  EXPECT_THROW(platform->runPending(), std::runtime_error);
+  EXPECT_EQ(platform->runPending(), 1u);
+  EXPECT_TRUE(platform->isIdle());
 }
 
 TEST_F(DefaultPlatformTest, ABlockOfTheMainQueueMayPumpItAndWait) {

@@ -3,8 +3,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <cstdlib>
 #include <string_view>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "Platform/AnswerOnce.h"
@@ -99,6 +102,13 @@ TEST(SecretTest, LeavesNoCharacterInItsPlace) {
   EXPECT_FALSE(holdsNumber());
 }
 
+TEST(NullableStringTest, ANullPointerIsAMissingString) {
+  EXPECT_EQ(NullableString(nullptr), std::nullopt);
+  EXPECT_EQ(NullableString(std::getenv("HLV_NOBODY_SETS_THIS")), std::nullopt);
+  EXPECT_EQ(NullableString(), std::optional<std::string>());
+  EXPECT_TRUE(Value(std::getenv("HLV_NOBODY_SETS_THIS")).isNull());
+}
+
 TEST(NullableStringTest, MissingAndEmptyAreDifferentThings) {
   EXPECT_EQ(length(std::nullopt), 0u);
   EXPECT_FALSE(isEqualToString(std::nullopt, std::nullopt));
@@ -107,6 +117,17 @@ TEST(NullableStringTest, MissingAndEmptyAreDifferentThings) {
   EXPECT_TRUE(hasSuffix("1111", ""));
   EXPECT_FALSE(hasSuffix(std::nullopt, ""));
   EXPECT_FALSE(hasSuffix("1111", std::nullopt));
+}
+
+TEST(ValueTest, ConversionsAreExactOrDoNotCompile) {
+  EXPECT_TRUE(Value(nullptr).isNull());
+  EXPECT_EQ(Value(4'294'967'295U), Value(4'294'967'295LL));
+  EXPECT_EQ(std::get<std::uint64_t>(Value(SIZE_MAX).storage()), SIZE_MAX);
+  EXPECT_EQ(Value(0.5F), Value(0.5));
+  EXPECT_EQ(Value("text"), Value(std::string("text")));
+  static_assert(!std::is_convertible_v<const Object*, Value>);
+  static_assert(!std::is_convertible_v<char, Value>);
+  static_assert(!std::is_convertible_v<long double, Value>);
 }
 
 TEST(ValueTest, OnlyNumbersAndBooleansReadAsNumbers) {

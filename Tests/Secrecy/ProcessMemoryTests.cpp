@@ -19,7 +19,8 @@ struct HiddenDigits {
   std::size_t length;
 
   NullableString readable() const {
-    NullableString digits(std::in_place, length, '4');
+    NullableString digits;
+    digits.emplace(length, '4');
     auto state = seed * 2654435761U;
     for (std::size_t i = 1; i < length; ++i) {
       state = state * 1664525U + 1013904223U;

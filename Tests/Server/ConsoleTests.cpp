@@ -76,7 +76,7 @@ TEST_F(ConsoleTest, DrivesARealKitFromTheFirstCardToTheLast) {
   EXPECT_EQ(after["pairs"].size(), 0U);
 }
 
-TEST_F(ConsoleTest, TheAppStartsAgainForAnotherGuestAndAnotherSandbox) {
+TEST_F(ConsoleTest, TheKitFollowsTheGuestAndTheSandbox) {
   require(201, askProvider("PUT /v1/sandboxes/a"));
   for (const std::string in : {"", "/sandboxes/a", "/sandboxes/default"}) {
     for (const auto* other : {"one@example.com", "two@example.com"}) {

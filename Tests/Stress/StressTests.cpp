@@ -166,6 +166,10 @@ class Stress {
       case Step::enterForeground:
         return post(UIApplicationWillEnterForegroundNotification, {});
       case Step::authorize:
+        if (const auto kit = HLVSDKPayleven::sharedInstance()) {
+          kit->setCurrentGuest(StressHost::guestOf(number, true));
+          kit->setUpPaymentInstrumentsSynchronizer();
+        }
         return post("authorization", {{"isAuthorized", true}});
       case Step::becomeReachable:
         return post("reachability", {{"state", 1}, {"previous", 0}});

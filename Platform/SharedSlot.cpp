@@ -1,0 +1,16 @@
+#include "Platform/SharedSlot.h"
+
+namespace hlv {
+
+std::shared_ptr<void> AnySharedSlot::loadAny() const {
+  const std::lock_guard lock(mutex_);
+  return value_;
+}
+
+void AnySharedSlot::storeAny(std::shared_ptr<void> value) {
+  const std::lock_guard lock(mutex_);
+  value_.swap(value);
+  // `value`, the parameter, outlives the lock.
+}
+
+}  // namespace hlv
