@@ -16,6 +16,12 @@
 namespace hlv {
 namespace {
 
+Once& sharedOnce() {
+  // Not destroyed at exit, when a thread may still enable the kit.
+  static auto& once = *new Once;
+  return once;
+}
+
 std::shared_ptr<HLVSDKKitEntry> lastEntryOf(HLVSDKKitClass kit,
                                             const std::shared_ptr<HLVSDKConfiguration>& host) {
   std::shared_ptr<HLVSDKKitEntry> last;
@@ -32,12 +38,6 @@ bool isActiveSessionAuthorized() {
 
 }  // namespace
 
-Once& HLVSDKPayleven::sharedOnce() {
-  // Not destroyed at exit, when a thread may still enable the kit.
-  static auto& once = *new Once;
-  return once;
-}
-
 HLVSDKKitClass HLVSDKPayleven::kitClass() {
   static const char identity = 0;
   return HLVSDKKitClass(&identity);
@@ -45,30 +45,24 @@ HLVSDKKitClass HLVSDKPayleven::kitClass() {
 
 void HLVSDKPayleven::enableWithConfiguration(
     const std::shared_ptr<HLVSDKConfiguration>& configuration, HLVSDKKitClass receiver) {
-  const auto kitConfiguration = checkedKitConfiguration(configuration, receiver);
-  if (kitConfiguration) sharedInstanceWithConfiguration(configuration, kitConfiguration);
-}
-
-std::shared_ptr<HLVSDKPaylevenKitConfiguration> HLVSDKPayleven::checkedKitConfiguration(
-    const std::shared_ptr<HLVSDKConfiguration>& configuration, HLVSDKKitClass receiver) {
   const auto entry = lastEntryOf(receiver, configuration);
   const auto kitConfiguration = std::dynamic_pointer_cast<HLVSDKPaylevenKitConfiguration>(
       send(entry, &HLVSDKKitEntry::configuration));
   if (!entry) {
     HLVSDKAsserts::handleAssertWithMessage(
         "Configuration must have HLVSDKPaylevenKit in kits array");
-    return nullptr;
+    return;
   }
   if (!kitConfiguration) {
     HLVSDKAsserts::handleAssertWithMessage(
         "Configuration for PaylevenKit must be kind of HLVSDKPaylevenKitConfiguration class");
-    return nullptr;
+    return;
   }
   if (!kitConfiguration->paymentKey()) {
     HLVSDKAsserts::handleAssertWithMessage("Configuration for PaylevenKit must have payment key");
-    return nullptr;
+    return;
   }
-  return kitConfiguration;
+  sharedInstanceWithConfiguration(configuration, kitConfiguration);
 }
 
 std::shared_ptr<HLVSDKPayleven> HLVSDKPayleven::sharedInstance() {

@@ -17,8 +17,6 @@
 
 namespace hlv {
 
-class Once;
-
 /// Enabled once and alive for the rest of the process. Owns the manager and the synchroniser, and
 /// synchronises the guest's instruments when the app returns to the foreground, when the guest
 /// becomes authorised and when the network becomes reachable.
@@ -102,15 +100,8 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   static void setSharedInstance(std::shared_ptr<HLVSDKPayleven> instance);
 
  protected:
-  // For a director, which sends the virtual members to an object of another model. That object
-  // calls those of this class by their qualified names, and does by itself what the initialiser
-  // does.
+  // For a director, as in the manager.
   HLVSDKPayleven() = default;
-  /// The kit configuration to enable `receiver` with; null once a fault has been asserted.
-  static std::shared_ptr<HLVSDKPaylevenKitConfiguration> checkedKitConfiguration(
-      const std::shared_ptr<HLVSDKConfiguration>& configuration, HLVSDKKitClass receiver);
-  /// Guards the making of the shared instance.
-  static Once& sharedOnce();
 
  private:
   using Handler = void (HLVSDKPayleven::*)(const Notification&);

@@ -257,7 +257,7 @@ TEST_F(SynchronizerTest, ItsStepsAreMessages) {
   [own synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
   EXPECT_NE(host.takeTrace().find("begins\nbackend cards"), std::string::npos);
   host.cardFetches.answer((NSArray*)@[ storedCard ], (NSError*)nil);
-  runMainLoopUntil([&] { return ![own isSynchronizing]; });
+  runMainLoopUntil([&] { return heard.count == 1 && ![own isSynchronizing]; });
   const std::string said = host.takeTrace();
   EXPECT_NE(said.find("asked"), std::string::npos);
   EXPECT_EQ(said.find("provider remove"), std::string::npos);
