@@ -3,6 +3,8 @@
 // Threading: as the core's class.
 #pragma once
 
+#include <utility>
+
 #include "ObjC/Binding/WeakObject.h"
 
 namespace hlv::objc {
@@ -13,7 +15,9 @@ namespace hlv::objc {
 template <class Core, class Object>
 class Director : public Core {
  public:
-  explicit Director(Object* object) : reference_(object) {}
+  template <class... Arguments>
+  explicit Director(Object* object, Arguments... arguments)
+      : Core(std::move(arguments)...), reference_(object) {}
   WeakObject& reference() const { return reference_; }
 
  protected:

@@ -8,16 +8,17 @@
 #include <mutex>
 #include <utility>
 
-#include "Async/Once.h"
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/Configuration.h"
-#include "ObjC/Host/Install.h"
+#include "ObjC/Host/HostMessages.h"
 #include "ObjC/Host/KitProtocols.h"
 #include "ObjC/Host/Records.h"
-#include "Public/HLVSDKPayleven.h"
+#include "Async/Once.h"
 #include "Values/Send.h"
+#include "Public/HLVSDKPayleven.h"
 
 using CoreKit = hlv::HLVSDKPayleven;
 using hlv::send;
@@ -29,14 +30,13 @@ using hlv::objc::InstrumentManager;
 using hlv::objc::InstrumentsSynchronizer;
 using hlv::objc::KitConfiguration;
 using hlv::objc::original;
+using hlv::objc::toHost;
 
 namespace {
 
 class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
  public:
   using Director::Director;
-  using CoreKit::checkedKitConfiguration;
-  using CoreKit::sharedOnce;
 
   void synchronizePaymentInstruments() override {
     const auto kit = object();
@@ -55,6 +55,12 @@ struct HLVPaylevenCore {
 
 static std::mutex sharedMutex;
 static HLVSDKPayleven* sharedObject;
+
+static hlv::Once& sharedOnce() {
+  // Not destroyed at exit, when a thread may still enable the kit.
+  static auto& once = *new hlv::Once;
+  return once;
+}
 
 static void replaceSharedObject(HLVSDKPayleven* object) {
   [object retain];
@@ -77,11 +83,21 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 + (void)enableWithConfiguration:(HLVSDKConfiguration*)configuration {
-  const auto kitConfiguration = KitDirector::checkedKitConfiguration(
-      adapted<Configuration>(configuration), hlv::objc::kitClass(self));
-  if (!kitConfiguration) return;
-  [HLVSDKPayleven sharedInstanceWithConfiguration:configuration
-                         paylevenKitConfiguration:original(kitConfiguration)];
+  id entry = nil;
+  for (id candidate in [configuration kits]) {
+    if ([toHost(candidate) kit] == [self class]) entry = candidate;
+  }
+  id const record = [toHost(entry) configuration];
+  NSString* fault = nil;
+  if (!entry) {
+    fault = @"Configuration must have HLVSDKPaylevenKit in kits array";
+  } else if (![record isKindOfClass:[HLVSDKPaylevenKitConfiguration class]]) {
+    fault = @"Configuration for PaylevenKit must be kind of HLVSDKPaylevenKitConfiguration class";
+  } else if (![record paymentKey]) {
+    fault = @"Configuration for PaylevenKit must have payment key";
+  }
+  if (fault) return [HLVSDKAsserts handleAssertWithMessage:fault];
+  [HLVSDKPayleven sharedInstanceWithConfiguration:configuration paylevenKitConfiguration:record];
 }
 
 + (instancetype)sharedInstance {
@@ -91,7 +107,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 + (instancetype)sharedInstanceWithConfiguration:(HLVSDKConfiguration*)configuration
                        paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  KitDirector::sharedOnce().run([&] {
+  sharedOnce().run([&] {
     [self setSharedInstance:[[[HLVSDKPayleven alloc] initWithConfiguration:configuration
                                                   paylevenKitConfiguration:kitConfiguration]
                                 autorelease]];
@@ -229,6 +245,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 
 + (void)resetSharedInstance {
   CoreKit::resetSharedInstance();
+  sharedOnce().reset();
   replaceSharedObject(nil);
 }
 

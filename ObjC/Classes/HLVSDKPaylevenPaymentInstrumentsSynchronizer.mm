@@ -12,7 +12,6 @@
 #include "ObjC/Host/InAppClient.h"
 #include "ObjC/Host/Pairs.h"
 #include "ObjC/Host/Records.h"
-#include "Platform/Platform.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
 using CoreSynchronizer = hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer;
@@ -37,7 +36,6 @@ class SynchronizerDirector final
     : public hlv::objc::Director<CoreSynchronizer, HLVSDKPaylevenPaymentInstrumentsSynchronizer> {
  public:
   using Director::Director;
-  using CoreSynchronizer::queueLabel;
 
   bool isSynchronizing() const override {
     const auto synchronizer = object();
@@ -111,11 +109,8 @@ static std::shared_ptr<SynchronizerDirector> coreOf(
 - (instancetype)initWithAPIManager:(HLVSDKAPIManager*)apiManager
                     paylevenClient:(PLVInAppClient*)paylevenClient {
   if ((self = [super init])) {
-    _core = new HLVSynchronizerCore{std::make_shared<SynchronizerDirector>(self)};
-    [self setApiManager:apiManager];
-    [self setPaylevenClient:paylevenClient];
-    coreOf(self)->setSynchronizationQueue(
-        hlv::Platform::current()->makeSerialQueue(SynchronizerDirector::queueLabel));
+    _core = new HLVSynchronizerCore{std::make_shared<SynchronizerDirector>(
+        self, adapted<APIManager>(apiManager), adapted<InAppClient>(paylevenClient))};
   }
   return self;
 }

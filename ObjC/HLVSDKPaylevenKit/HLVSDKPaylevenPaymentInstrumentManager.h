@@ -88,13 +88,13 @@ HLV_AVAILABLE
 
 /// Adds the card under the guest's token, confirms it and registers it. Reports the backend's guest
 /// and card. Errors: the wrapped provider error, those of the confirmation and the required
-/// argument "identifier". Kept for compatibility: a registration that the backend refuses reports no
-/// error, usually without guest and card; so a missing card means that the card was not added.
+/// argument "identifier". Kept for compatibility: a registration that the backend refuses reports
+/// no error, usually without guest and card; so a missing card means that the card was not added.
 ///
 /// When the manager goes away before the provider has stored the card, a success never completes,
 /// while an error is reported. When it goes away before the card is confirmed, a confirmed card is
-/// marked and never completes, while an error and a card that nothing matches are reported. Once the
-/// request to the backend has left, it completes.
+/// marked and never completes, while an error and a card that nothing matches are reported. Once
+/// the request to the backend has left, it completes.
 - (void)addNewPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
                  billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(nullable HLVSDKGuest*)guest

@@ -28,8 +28,8 @@ HLV_AVAILABLE
 @property(nonatomic, strong, nullable) HLVSDKQueue synchronizationQueue;
 /// While it is set, requests are dropped. Any thread.
 ///
-/// Kept for compatibility: only a synchronisation that found instruments clears it; one that failed or found none
-/// leaves it set, and whoever wants another must clear it here.
+/// Kept for compatibility: only a synchronisation that found instruments clears it; one that failed
+/// or found none leaves it set, and whoever wants another must clear it here.
 @property(nonatomic, getter=isSynchronizing) BOOL synchronizing;
 
 /// Creates the serial queue. A nil service answers nothing.

@@ -17,10 +17,10 @@ HLV_AVAILABLE HLV_SENDABLE @interface HLVSDKPaymentManager : NSObject
 /// The enabled kit's manager, or nil.
 + (nullable id<HLVSDKPaymentInstrumentManager>)sharedManager;
 
-/// Adds a card as the user typed it. The completion gets the guest, the backend's card and an error;
-/// on the main thread. For a guest's first card, card and error may come together. A further card
-/// that the backend refuses comes back with no card **and no error**: it was added only when there is
-/// a card.
+/// Adds a card as the user typed it. The completion gets the guest, the backend's card and an
+/// error; on the main thread. For a guest's first card, card and error may come together. A further
+/// card that the backend refuses comes back with no card **and no error**: it was added only when
+/// there is a card.
 - (void)addPaymentInstrument:(nullable HLVSDKPaymentInstrument*)paymentInstrument
               billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                     forGuest:(nullable HLVSDKGuest*)guest
@@ -28,8 +28,9 @@ HLV_AVAILABLE HLV_SENDABLE @interface HLVSDKPaymentManager : NSObject
                                                 HLVSDKCreditCard* HLV_NULLABLE_RESULT card,
                                                 NSError* _Nullable error))completion HLV_NO_ASYNC;
 
-/// Deletes the card with the backend's identifier `ID`. The completion gets the guest as the backend
-/// returned it and an error; on the main thread. Both come together when only the provider failed.
+/// Deletes the card with the backend's identifier `ID`. The completion gets the guest as the
+/// backend returned it and an error; on the main thread. Both come together when only the provider
+/// failed.
 - (void)deletePaymentInstrumentWithID:(nullable NSString*)ID
                               useCase:(nullable NSString*)useCase
                             fromGuest:(nullable HLVSDKGuest*)guest
@@ -37,8 +38,8 @@ HLV_AVAILABLE HLV_SENDABLE @interface HLVSDKPaymentManager : NSObject
                                                          NSError* _Nullable error))completion
     HLV_NO_ASYNC;
 
-/// Sends the billing address of the card with the backend's identifier `ID`. The completion gets the
-/// guest, the card and an error, on the backend client's thread.
+/// Sends the billing address of the card with the backend's identifier `ID`. The completion gets
+/// the guest, the card and an error, on the backend client's thread.
 - (void)updatePaymentInstrument:(nullable NSString*)ID
                  billingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                        forGuest:(nullable HLVSDKGuest*)guest

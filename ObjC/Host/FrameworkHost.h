@@ -44,7 +44,7 @@ class FrameworkHost final : public Host {
     HLVSDKConstants texts;
     Held keys;
   };
-  SharedSlot<const Constants> constants_;
+  SharedSlot<Constants> constants_;
 };
 
 }  // namespace hlv::objc

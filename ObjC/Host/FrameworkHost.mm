@@ -52,7 +52,7 @@ std::shared_ptr<const HLVSDKConstants> FrameworkHost::constants() {
   NSArray* const keys = ::HLVSDKCreditCardBusinessAddressJSONKeyes;
   auto known = constants_.load();
   if (!known || (keys != known->keys.held() && ![keys isEqual:known->keys.held()])) {
-    known = std::make_shared<const Constants>(texts(), [[keys copy] autorelease]);
+    known = std::make_shared<Constants>(texts(), [[keys copy] autorelease]);
     constants_.store(known);
   }
   return std::shared_ptr<const HLVSDKConstants>(known, &known->texts);
