@@ -54,8 +54,8 @@ class HLV_EXPORT Value {
   Value(const char* value) : Value(NullableString(value)) {}
   Value(std::string value) : storage_(std::move(value)) {}
   /// A missing string becomes the null value.
-  Value(const NullableString& value) {
-    if (value) storage_ = *value;
+  Value(NullableString value) {
+    if (value) storage_.emplace<std::string>(std::move(*value));
   }
   Value(Array value) : storage_(std::move(value)) {}
   Value(Dictionary value) : storage_(std::move(value)) {}
