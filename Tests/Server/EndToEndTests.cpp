@@ -191,8 +191,8 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   fault.delayMilliseconds = 1;
   fault.probability = 50;
   fault.useCase = "private";
-  EXPECT_EQ(tester->arm(fault), "");
-  EXPECT_EQ(tester->arm(fault), "");
+  EXPECT_EQ(tester->arm(fault, nullptr), "");
+  EXPECT_EQ(tester->arm(fault, nullptr), "");
   ASSERT_EQ(tester->armed().size(), 2U);
   EXPECT_EQ(tester->armed(), sandbox->faults().armed());
   const auto first = tester->armed().front();
@@ -210,7 +210,7 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
     EXPECT_EQ(askProvider(method + one, hasBody ? Json::object() : Json()).code(), "no-such-fault");
   }
   fault.kind = sandbox::FaultKind::noToken;
-  EXPECT_EQ(tester->arm(fault), sandbox->faults().arm(fault));
+  EXPECT_EQ(tester->arm(fault, nullptr), sandbox->faults().arm(fault));
   tester->clearFaults();
 
   ASSERT_EQ(arm("fetchGuestCreditCards", "error"), "");
