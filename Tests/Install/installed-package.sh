@@ -16,7 +16,7 @@ trap 'rm -rf "$work"' EXIT
 install_kit() {  # NAME OPTION...
   local name=$1
   shift
-  cmake -S "$source_dir" -B "$build_dir/$name" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+  cmake -S "$source_dir" -B "$build_dir/$name" -G Ninja --no-warn-unused-cli -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_CXX_FLAGS_RELEASE=-O0 -DHLVSDKPAYLEVENKIT_STRICT=ON \
     -DHLVSDKPAYLEVENKIT_TESTS=OFF "$@" >"$work/configure.log"
   cmake --build "$build_dir/$name" >"$work/build.log" || { cat "$work/build.log"; exit 1; }
@@ -57,7 +57,7 @@ echo "== inside another project, which installs none of it"
 mkdir "$work/outer"
 printf 'cmake_minimum_required(VERSION 3.25)\nproject(Outer CXX)\nadd_subdirectory("%s" kit)\n' \
   "$source_dir" >"$work/outer/CMakeLists.txt"
-cmake -S "$work/outer" -B "$work/outer/build" -G Ninja \
+cmake -S "$work/outer" -B "$work/outer/build" -G Ninja --no-warn-unused-cli \
   -DCMAKE_DISABLE_FIND_PACKAGE_{Boost,SQLiteCpp}=ON >"$work/configure.log"
 cmake --install "$work/outer/build" --prefix "$work/outer/installed" >"$work/install.log"
 [ ! -e "$work/outer/installed" ]

@@ -71,8 +71,7 @@ TEST_P(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
   Command command(Command::guestWithCard);
   const auto& bad = GetParam();
   const auto look = [&] {
-    const auto cards = command.run("cards").out;
-    return bad.status == 2 ? cards + command.run("trace --last 99").out : cards;
+    return bad.status == 2 ? Command::contentOf(command.store()) : command.run("cards").out;
   };
   const auto before = look();
 
@@ -88,7 +87,7 @@ TEST_P(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
     EXPECT_TRUE(text.ends_with(".\n")) << text;
   }
-  EXPECT_EQ(look(), before);
+  EXPECT_TRUE(look() == before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ToolBadInput, ::testing::ValuesIn(badInputs),
