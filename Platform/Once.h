@@ -4,7 +4,6 @@
 #include <functional>
 #include <mutex>
 
-
 namespace hlv {
 
 /// The run-once guard. Unlike the standard library's it can be reset, and a body that comes back to
