@@ -126,9 +126,8 @@ void define(CommandLine& line, const std::string& name, const std::string& descr
       command, [&app = line.app(), name, textOf](const GlobalOptions&, const Printer&) {
         Report report;
         report.operation = name;
-        const auto text = textOf(app);
-        report.details["text"] = text;
-        report.listing = [text](const Terminal&) { return text; };
+        report.listing = [text = textOf(app)](const Terminal&) { return text; };
+        report.details["text"] = textOf(app);
         return report;
       });
 }

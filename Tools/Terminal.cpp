@@ -6,22 +6,22 @@
 #include <cctype>
 #include <charconv>
 #include <cstdlib>
-#include <string_view>
 
 namespace hlv::tool {
 namespace {
 
-bool isSet(const char* variable) {
-  const char* value = std::getenv(variable);
-  return value && *value;
+/// Empty when it is not set.
+std::string variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
 }
 
 /// What the user's locale says of its encoding; one that is not named is taken for UTF-8, which is
 /// what terminals speak.
 bool localeHasUTF8() {
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    if (!isSet(variable)) continue;
-    std::string name(std::getenv(variable));
+  for (const char* category : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    auto name = variable(category);
+    if (name.empty()) continue;
     std::erase(name, '-');
     for (auto& character : name) character = static_cast<char>(std::tolower(character));
     return name.find("utf8") != std::string::npos;
@@ -30,8 +30,8 @@ bool localeHasUTF8() {
 }
 
 bool isDumb() {
-  const char* kind = std::getenv("TERM");
-  return !kind || std::string_view(kind) == "dumb";
+  const auto kind = variable("TERM");
+  return kind.empty() || kind == "dumb";
 }
 
 const char* codeOf(Colour colour) {
@@ -57,14 +57,14 @@ const char* codeOf(Colour colour) {
 Terminal Terminal::ofStandardOutput() {
   Terminal terminal;
   terminal.hasUTF8_ = localeHasUTF8();
-  const std::string columns = isSet("COLUMNS") ? std::getenv("COLUMNS") : "";
+  const auto columns = variable("COLUMNS");
   std::size_t wanted = 0;
   const auto* end = columns.data() + columns.size();
   const auto read = std::from_chars(columns.data(), end, wanted);
   const bool isWanted = read.ec == std::errc() && read.ptr == end && wanted > 0;
   if (isWanted) terminal.columns_ = wanted;
   if (!::isatty(STDOUT_FILENO)) return terminal;
-  terminal.colours_ = !isSet("NO_COLOR") && !isDumb();
+  terminal.colours_ = variable("NO_COLOR").empty() && !isDumb();
   winsize size{};
   if (!isWanted && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     terminal.columns_ = size.ws_col;
