@@ -68,6 +68,10 @@ Sandbox::~Sandbox() = default;
 
 std::shared_ptr<Host> Sandbox::host() const { return host_; }
 
+std::string Sandbox::problemOfAddress(const std::string& email) {
+  return backend::problemOfAddress(email);
+}
+
 std::string Sandbox::signIn(const std::string& email) {
   auto problem = backend::problemOfAddress(email);
   if (!problem.empty()) return problem;

@@ -64,6 +64,8 @@ class Sandbox {
   /// Returns one plain sentence when it cannot, or an empty string. An address in which a card
   /// number may stand is refused, because addresses are kept as they are typed.
   std::string signIn(const std::string& email);
+  /// The sentence with which `signIn` would refuse the address, or an empty string.
+  [[nodiscard]] static std::string problemOfAddress(const std::string& email);
   void signOut();
   /// The signed-in guest's address.
   std::optional<std::string> signedInEmail() const;

@@ -3,7 +3,6 @@
 #include <memory>
 #include <string>
 
-#include "Sandbox/Backend/Backend.h"
 #include "Tools/CardOperations.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Problem.h"
@@ -27,7 +26,7 @@ void defineSigning(CommandLine& line) {
   const auto email = std::make_shared<std::string>();
   signIn.add_option("EMAIL", *email, "The guest's e-mail address")->required();
   line.whenChosen(signIn, [email](Session& session) {
-    if (const auto problem = sandbox::backend::problemOfAddress(*email); !problem.empty()) {
+    if (const auto problem = sandbox::Sandbox::problemOfAddress(*email); !problem.empty()) {
       throw Problem(problem);
     }
     return noticed(session, "sign-in", *email + " is signed in.",
