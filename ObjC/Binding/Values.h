@@ -10,8 +10,8 @@
 
 namespace hlv::objc {
 
-/// Numbers are read, whole ones as integers and others as fractions; everything else passes through
-/// the core as the object it is. Keys that are no strings are left out.
+/// Whole numbers are read as integers and others as fractions. What is no string, number, array or
+/// dictionary passes through the core as the object it is. Keys that are no strings are left out.
 Dictionary fromNSDictionary(NSDictionary* dictionary);
 
 /// Immutable. Lives as long as its pool.

@@ -1,5 +1,7 @@
 #include "ObjC/Binding/Values.h"
 
+#include <utility>
+
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Strings.h"
 
@@ -9,6 +11,16 @@ namespace {
 id toObject(const Value& value);
 
 Value fromObject(id object) {
+  static const Class booleans = [@(YES) class];
+  if ([object isKindOfClass:booleans]) return Value(static_cast<bool>([object boolValue]));
+  if ([object isKindOfClass:[NSNull class]]) return Value();
+  if ([object isKindOfClass:[NSString class]]) return Value(fromNSString(object));
+  if ([object isKindOfClass:[NSDictionary class]]) return Value(fromNSDictionary(object));
+  if ([object isKindOfClass:[NSArray class]]) {
+    Array values;
+    for (id element in object) values.push_back(fromObject(element));
+    return Value(std::move(values));
+  }
   if (![object isKindOfClass:[NSNumber class]]) return Value(adapted<Adapter<Object, id>>(object));
   const char kind = *[object objCType];
   if (kind == 'f' || kind == 'd') return Value([object doubleValue]);
