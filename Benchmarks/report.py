@@ -34,7 +34,7 @@ def verdict(figures, budget, rule):
 
 
 def compare(figures):
-    """Prints the table and tells how many rows fail."""
+    """Prints the table and returns how many rows fail."""
     failures = 0
     form = "{:<26} {:>10} {:>8} {:<4}{:<14}{}"
     print(form.format("measure", "figure", "budget", "", "verdict", ""))

@@ -89,7 +89,7 @@ class Sandbox {
   /// Returns one plain sentence when it cannot, or an empty string.
   std::string makeScene(const std::string& name);
   static std::vector<std::string> scenes();
-  /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, turns the
+  /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, tasks the
   /// network on and tells the app that nobody is signed in. Identifiers go on where they were.
   void reset();
 

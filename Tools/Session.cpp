@@ -6,7 +6,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/HLVSDKPayleven.h"
-#include "Sandbox/ToldCall.h"
+#include "Sandbox/RecordedCall.h"
 #include "Tools/Enabling.h"
 #include "Tools/Problem.h"
 #include "Tools/StoreFiles.h"
@@ -125,7 +125,7 @@ void Session::settle() {
 Session::Answer Session::call(const std::string& what,
                               const std::function<void(HLVSDKGuestCardCompletion)>& start) {
   const auto heard = std::make_shared<Heard>();
-  start(sandbox::toldCall(
+  start(sandbox::recordedCall(
       sandbox_, what,
       [heard](const std::shared_ptr<HLVSDKGuest>& guest,
               const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {

@@ -11,7 +11,7 @@
 
 namespace hlv {
 
-/// Missing and empty are different things, and the kit's rules tell them apart. A null pointer,
+/// Missing and empty are different things, and the kit's rules distinguish them. A null pointer,
 /// such as `std::getenv` returns, is a missing string.
 class NullableString : public std::optional<std::string> {
  public:

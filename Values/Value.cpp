@@ -21,8 +21,8 @@ std::int64_t Value::integerValue() const {
 
 const Value& valueForKey(const Dictionary& dictionary, const NullableString& key) {
   // Nobody destroys it, and it takes nothing from the heap.
-  alignas(Value) static std::byte room[sizeof(Value)];
-  static const auto& null = *new (room) Value;
+  alignas(Value) static std::byte place[sizeof(Value)];
+  static const auto& null = *new (place) Value;
   if (!key) return null;
   const auto found = dictionary.find(*key);
   return found == dictionary.end() ? null : found->second;

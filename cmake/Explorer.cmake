@@ -3,11 +3,11 @@ find_package(CLI11 REQUIRED)
 
 add_library(hlv_explorer STATIC
   Tests/Explorer/Choices.cpp
-  Tests/Explorer/Follower.cpp
+  Tests/Explorer/ModelRunner.cpp
   Tests/Explorer/History.cpp
-  Tests/Explorer/Judge.cpp
+  Tests/Explorer/ReferenceModel.cpp
   Tests/Explorer/Scenario.cpp
-  Tests/Explorer/World.cpp
+  Tests/Explorer/Simulation.cpp
   Tests/Secrecy/CardDataSearch.cpp
   Tests/Support/ScriptedHost.cpp)
 target_link_libraries(hlv_explorer PUBLIC HLVSDKPaylevenKit PRIVATE hlv_flags)

@@ -2,7 +2,7 @@
 find_package(Threads REQUIRED)
 
 add_library(HLVSDKPaylevenKit
-  Platform/Default/BlockLine.cpp
+  Platform/Default/TaskQueue.cpp
   Platform/Default/DefaultNotificationCenter.cpp
   Platform/Default/DefaultPlatform.cpp
   Platform/Default/WorkerThreads.cpp

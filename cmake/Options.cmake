@@ -1,4 +1,4 @@
-# What a build can choose, and the flags that every wing shares.
+# What a build can choose, and the flags that every part shares.
 include(CMakeDependentOption)
 option(BUILD_SHARED_LIBS "Build the kit as a shared library" OFF)
 option(HLVSDKPAYLEVENKIT_SANDBOX "Build the sandbox" ${PROJECT_IS_TOP_LEVEL})
@@ -51,7 +51,7 @@ target_compile_options(hlv_shipped_flags INTERFACE
 
 # The queue library is headers only, and its symbols stay inside. Left to itself it chooses its
 # allocator by the headers that come before its own, and two sources of one program may then
-# disagree; so every wing that uses it takes it from here.
+# disagree; so every part that uses it takes it from here.
 add_library(hlv_asio INTERFACE)
 target_compile_definitions(hlv_asio INTERFACE
   ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_VISIBILITY ASIO_DISABLE_STD_ALIGNED_ALLOC)

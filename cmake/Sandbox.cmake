@@ -11,7 +11,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Backend/BackendClient.cpp
   Sandbox/Backend/BackendTables.cpp
   Sandbox/Backend/Guest.cpp
-  Sandbox/Calls/Answers.cpp
+  Sandbox/Calls/ReplyQueue.cpp
   Sandbox/Calls/CallHandler.cpp
   Sandbox/Faults/FaultTables.cpp
   Sandbox/Calls/Service.cpp
@@ -50,7 +50,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Errors/SandboxError.cpp
   Sandbox/Host/SandboxHost.cpp
   Sandbox/Cards/TestCards.cpp
-  Sandbox/ToldCall.cpp
+  Sandbox/RecordedCall.cpp
   Sandbox/Errors/TransportError.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit

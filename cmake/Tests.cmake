@@ -1,4 +1,4 @@
-# The tests. Each wing's test program links that wing and nothing above it.
+# The tests. Each test program links its part and nothing above it.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 

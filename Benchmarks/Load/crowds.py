@@ -82,12 +82,12 @@ def idle_connections(served, idle):
     again = connections[::max(1, idle // 100)]
     for connection in again:
         ask(connection, GUEST)
-    heard = sum(reply_to(connection) for connection in again)
+    answered_again = sum(reply_to(connection) for connection in again)
     for connection in connections:
         connection.close()
     print(f"{idle} idle connections, of which {answered} had a reply, cost {grown:.0f} MiB; less "
-          f"than 200 are wanted. Of {len(again)} that ask again, {heard} have a reply.", flush=True)
-    return answered == idle and heard == len(again)
+          f"than 200 are wanted. Of {len(again)} that ask again, {answered_again} have a reply.", flush=True)
+    return answered == idle and answered_again == len(again)
 
 
 def main(command, held, idle, rounds, seconds):

@@ -15,7 +15,7 @@
 namespace hlv {
 
 struct DefaultPlatform::State {
-  const std::shared_ptr<BlockLine> mainLine = std::make_shared<BlockLine>();
+  const std::shared_ptr<TaskQueue> mainLine = std::make_shared<TaskQueue>();
   const std::shared_ptr<MainQueue> mainQueue = std::make_shared<MainQueue>(mainLine);
   const std::shared_ptr<DefaultNotificationCenter> notificationCenter =
       std::make_shared<DefaultNotificationCenter>();
@@ -64,13 +64,13 @@ void DefaultPlatform::adoptMainThread() { state_->adoptedMainThread = std::this_
 std::size_t DefaultPlatform::runPending() {
   std::size_t ran = 0;
   const auto line = state_->mainLine;  // A block may let go of the platform.
-  while (line->runOne(BlockLine::Wait::no)) ++ran;
+  while (line->runOne(TaskQueue::Wait::no)) ++ran;
   return ran;
 }
 
 void DefaultPlatform::runUntil(const std::function<bool()>& done) {
   const auto line = state_->mainLine;
-  while (!done()) line->runOne(BlockLine::Wait::forBlock);
+  while (!done()) line->runOne(TaskQueue::Wait::forBlock);
 }
 
 void DefaultPlatform::setPostHook(std::function<void()> hook) {

@@ -5,20 +5,20 @@
 #include <string>
 #include <utility>
 
-#include "Platform/Default/BlockLine.h"
+#include "Platform/Default/TaskQueue.h"
 #include "Platform/SharedSlot.h"
 
 namespace hlv {
 
-/// Its blocks have no lane: a running one may pump the queue in turn.
+/// Its blocks have no strand: a running one may pump the queue in turn.
 ///
 /// Threading: as Queue.
 class MainQueue final : public Queue {
  public:
-  explicit MainQueue(std::weak_ptr<BlockLine> line) : line_(std::move(line)) {}
+  explicit MainQueue(std::weak_ptr<TaskQueue> line) : tasks_(std::move(line)) {}
   std::string label() const override { return "main"; }
   void async(Block block) override {
-    const auto line = line_.lock();
+    const auto line = tasks_.lock();
     if (!line) return;
     line->post(std::move(block));
     if (const auto hook = hook_.load(); hook && *hook) (*hook)();
@@ -26,7 +26,7 @@ class MainQueue final : public Queue {
   void setPostHook(Block hook) { hook_.store(std::make_shared<Block>(std::move(hook))); }
 
  private:
-  const std::weak_ptr<BlockLine> line_;
+  const std::weak_ptr<TaskQueue> tasks_;
   SharedSlot<Block> hook_;
 };
 

@@ -9,8 +9,8 @@
 
 namespace hlv {
 
-/// A lane on threads that belong to the platform: a queue that is freed in a block of its own never
-/// waits for the thread it runs on.
+/// A strand on threads that belong to the platform: a queue that is freed in a block of its own
+/// never waits for the thread it runs on.
 ///
 /// Threading: as Queue.
 class SerialQueue final : public Queue {
@@ -20,13 +20,13 @@ class SerialQueue final : public Queue {
   std::string label() const override { return label_; }
   void async(Block block) override {
     // The block may free this queue before the call returns.
-    if (const auto workers = workers_.lock()) workers->post(std::move(block), lane_);
+    if (const auto workers = workers_.lock()) workers->post(std::move(block), strand_);
   }
 
  private:
   const std::string label_;
   const std::weak_ptr<WorkerThreads> workers_;
-  const std::shared_ptr<BlockLine::Lane> lane_ = std::make_shared<BlockLine::Lane>();
+  const std::shared_ptr<TaskQueue::Strand> strand_ = std::make_shared<TaskQueue::Strand>();
 };
 
 }  // namespace hlv

@@ -13,21 +13,21 @@ void WorkerThreads::end() {
     hasEnded_ = true;
     ending.swap(threads_);
   }
-  line_->close();
+  tasks_->close();
   for (auto& thread : ending) {
     const bool isThisOne = thread.get_id() == std::this_thread::get_id();
     isThisOne ? thread.detach() : thread.join();
   }
 }
 
-void WorkerThreads::post(Block block, std::shared_ptr<BlockLine::Lane> lane) {
-  line_->post(std::move(block), std::move(lane));
+void WorkerThreads::post(Block block, std::shared_ptr<TaskQueue::Strand> strand) {
+  tasks_->post(std::move(block), std::move(strand));
   constexpr std::size_t count = 2;
   const std::lock_guard lock(mutex_);
   while (!hasEnded_ && threads_.size() < count) {
-    threads_.emplace_back([line = line_, finished = finished_] {
+    threads_.emplace_back([line = tasks_, finished = finished_] {
       pthread_setname_np(pthread_self(), "serial-queue");
-      while (line->runOne(BlockLine::Wait::forBlock)) finished();
+      while (line->runOne(TaskQueue::Wait::forBlock)) finished();
     });
   }
 }

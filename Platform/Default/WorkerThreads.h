@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Default/BlockLine.h"
+#include "Platform/Default/TaskQueue.h"
 
 namespace hlv {
 
@@ -21,14 +21,14 @@ class WorkerThreads {
   explicit WorkerThreads(std::function<void()> finished) : finished_(std::move(finished)) {}
   ~WorkerThreads();
 
-  void post(Block block, std::shared_ptr<BlockLine::Lane> lane);
+  void post(Block block, std::shared_ptr<TaskQueue::Strand> strand);
   /// Waits for the blocks that run; no other runs any more.
   void end();
-  bool isIdle() const { return line_->isIdle(); }
+  bool isIdle() const { return tasks_->isIdle(); }
 
  private:
   // A thread on which this object ends goes on without it to the end of its block.
-  const std::shared_ptr<BlockLine> line_ = std::make_shared<BlockLine>();
+  const std::shared_ptr<TaskQueue> tasks_ = std::make_shared<TaskQueue>();
   const std::function<void()> finished_;
   std::mutex mutex_;
   bool hasEnded_ = false;

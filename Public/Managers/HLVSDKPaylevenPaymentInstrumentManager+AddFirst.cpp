@@ -2,9 +2,9 @@
 #include <mutex>
 #include <utility>
 
-#include "Async/AnswerOnce.h"
 #include "Async/Deliver.h"
 #include "Async/Group.h"
+#include "Async/OneShot.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
@@ -79,7 +79,7 @@ struct FirstCard {
     const auto update = HLVSDKUpdateGuestRequestInfo::make();
     send(update, &HLVSDKUpdateGuestRequestInfo::setPaymentToken, token);
     send(apiManager, &HLVSDKAPIManager::updateCurrentGuestWithRequest, update,
-         answerOnce([answers, group](const std::shared_ptr<HLVSDKGuest>&, const ErrorPtr& error) {
+         oneShot([answers, group](const std::shared_ptr<HLVSDKGuest>&, const ErrorPtr& error) {
            answers->guestUpdated(error);
            group->leave();
          }));
@@ -88,9 +88,9 @@ struct FirstCard {
     const auto request =
         HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, token);
     send(apiManager, &HLVSDKAPIManager::addCreditCardForGuest, guest, request,
-         answerOnce([answers, group](const std::shared_ptr<HLVSDKGuest>&,
-                                     const std::shared_ptr<HLVSDKCreditCard>& added,
-                                     const ErrorPtr& error) {
+         oneShot([answers, group](const std::shared_ptr<HLVSDKGuest>&,
+                                  const std::shared_ptr<HLVSDKCreditCard>& added,
+                                  const ErrorPtr& error) {
            answers->cardAdded(added, error);
            group->leave();
          }));
@@ -140,8 +140,8 @@ void HLVSDKPaylevenPaymentInstrumentManager::addFirstPaymentInstrumentToPayleven
   const auto useCase = send(card, &HLVSDKPaymentInstrument::instrumentUseCaseString);
 
   send(paymentClient(), &PLVInAppClient::createUserToken, email, instrument, useCase,
-       answerOnce([completion = std::move(completion), card, weakManager = weak_from_this()](
-                      const NullableString& token, const ErrorPtr& error) mutable {
+       oneShot([completion = std::move(completion), card, weakManager = weak_from_this()](
+                   const NullableString& token, const ErrorPtr& error) mutable {
          if (error) {
            deliverProviderError(std::move(completion), std::nullopt, error);
          } else if (token) {

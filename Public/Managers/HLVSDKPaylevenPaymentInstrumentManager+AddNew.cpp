@@ -1,8 +1,8 @@
 // A further card of a guest who has a provider user token.
 #include <utility>
 
-#include "Async/AnswerOnce.h"
 #include "Async/Deliver.h"
+#include "Async/OneShot.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
@@ -59,10 +59,10 @@ void HLVSDKPaylevenPaymentInstrumentManager::addNewPaymentInstrument(
             HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, token);
         send(send(manager, &HLVSDKPaylevenPaymentInstrumentManager::apiManager),
              &HLVSDKAPIManager::addCreditCardForGuest, guest, request,
-             answerOnce([completion = std::move(completion), providerError](
-                            const std::shared_ptr<HLVSDKGuest>& backendGuest,
-                            const std::shared_ptr<HLVSDKCreditCard>& backendCard,
-                            const ErrorPtr& backendError) mutable {
+             oneShot([completion = std::move(completion), providerError](
+                         const std::shared_ptr<HLVSDKGuest>& backendGuest,
+                         const std::shared_ptr<HLVSDKCreditCard>& backendCard,
+                         const ErrorPtr& backendError) mutable {
                // Kept for compatibility: it is the provider's error that counts here, and there was
                // none: a registration that the backend refuses is reported without an error.
                if (providerError) {
@@ -82,8 +82,8 @@ void HLVSDKPaylevenPaymentInstrumentManager::addNewPaymentInstrumentToPayleven(
   const auto useCase = send(card, &HLVSDKPaymentInstrument::instrumentUseCaseString);
 
   send(paymentClient(), &PLVInAppClient::addPaymentInstrument, instrument, token, useCase,
-       answerOnce([completion = std::move(completion), card, token,
-                   weakManager = weak_from_this()](const ErrorPtr& error) mutable {
+       oneShot([completion = std::move(completion), card, token,
+                weakManager = weak_from_this()](const ErrorPtr& error) mutable {
          if (error) {
            deliverProviderError(std::move(completion), std::nullopt, error);
            return;

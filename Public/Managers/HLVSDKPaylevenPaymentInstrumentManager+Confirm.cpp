@@ -2,8 +2,8 @@
 // for among those that are stored now.
 #include <utility>
 
-#include "Async/AnswerOnce.h"
 #include "Async/Deliver.h"
+#include "Async/OneShot.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/Halvo_Errors/HLVErrorDomains.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
@@ -49,9 +49,9 @@ void HLVSDKPaylevenPaymentInstrumentManager::processAddedPaymentInstrument(
 
   send(paymentClient(), &PLVInAppClient::getPaymentInstrumentsList, paylevenToken,
        card->instrumentUseCaseString(),
-       answerOnce([completion = std::move(completion), token = paylevenToken, card](
-                      const NullableList<PLVCreditCardPaymentInstrument>& instruments,
-                      const ErrorPtr& error) mutable {
+       oneShot([completion = std::move(completion), token = paylevenToken, card](
+                   const NullableList<PLVCreditCardPaymentInstrument>& instruments,
+                   const ErrorPtr& error) mutable {
          if (error) {
            deliverProviderError(std::move(completion), token, error);
            return;

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "Async/AnswerOnce.h"
 #include "Async/Deliver.h"
+#include "Async/OneShot.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
@@ -59,8 +59,8 @@ struct ProviderRemoval {
     }
     send(manager->paymentClient(), &PLVInAppClient::removePaymentInstrument, instrument, useCase,
          send(updatedGuest, &HLVSDKGuest::paylevenToken),
-         answerOnce([completion = std::move(completion),
-                     updatedGuest = updatedGuest](const ErrorPtr& error) mutable {
+         oneShot([completion = std::move(completion),
+                  updatedGuest = updatedGuest](const ErrorPtr& error) mutable {
            deliver(std::move(completion), updatedGuest,
                    error ? paymentProviderError(error) : nullptr);
          }));
@@ -95,9 +95,9 @@ void HLVSDKPaylevenPaymentInstrumentManager::deletePaymentInstrumentWithID(
   }
 
   send(apiManager(), &HLVSDKAPIManager::deleteCreditCardWithID, ID, guest,
-       answerOnce([completion = std::move(completion), useCase, card,
-                   weakManager = weak_from_this()](const std::shared_ptr<HLVSDKGuest>& updatedGuest,
-                                                   const ErrorPtr& backendError) mutable {
+       oneShot([completion = std::move(completion), useCase, card, weakManager = weak_from_this()](
+                   const std::shared_ptr<HLVSDKGuest>& updatedGuest,
+                   const ErrorPtr& backendError) mutable {
          if (backendError) {
            deliver(std::move(completion), nullptr, backendError);
            return;
@@ -108,9 +108,9 @@ void HLVSDKPaylevenPaymentInstrumentManager::deletePaymentInstrumentWithID(
          ProviderRemoval removal{manager, card, useCase, updatedGuest, std::move(completion)};
          send(manager->paymentClient(), &PLVInAppClient::getPaymentInstrumentsList,
               send(updatedGuest, &HLVSDKGuest::paylevenToken), useCase,
-              answerOnce([removal = std::move(removal), backendError](
-                             const NullableList<PLVCreditCardPaymentInstrument>& instruments,
-                             const ErrorPtr& listError) mutable {
+              oneShot([removal = std::move(removal), backendError](
+                          const NullableList<PLVCreditCardPaymentInstrument>& instruments,
+                          const ErrorPtr& listError) mutable {
                 // By design it is the backend's error that counts here, and there was none: a
                 // list that failed goes on as it came, and finds nothing to remove.
                 if (backendError) {

@@ -5,9 +5,9 @@
 #include <mutex>
 #include <utility>
 
-#include "Async/AnswerOnce.h"
 #include "Async/Deliver.h"
 #include "Async/Group.h"
+#include "Async/OneShot.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/Halvo_Meta/HLVUtilities.h"
@@ -169,7 +169,7 @@ void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<H
         group->leave();
       });
   send(apiManager(), &HLVSDKAPIManager::fetchGuestCreditCards, guest,
-       answerOnce([run, group](NullableList<Card> cards, const ErrorPtr& error) {
+       oneShot([run, group](NullableList<Card> cards, const ErrorPtr& error) {
          if (error) {
            run->fail(error);
          } else {
@@ -209,7 +209,7 @@ void Synchronizer::removeOrphans(const Run& run) {
         "Will remove payment instrument with identifier %@ from external payment system",
         {send(instrument, &Instrument::identifier)});
     send(paylevenClient(), &PLVInAppClient::removePaymentInstrument, instrument, useCase,
-         run.guest->paylevenToken(), answerOnce([](const ErrorPtr& error) {
+         run.guest->paylevenToken(), oneShot([](const ErrorPtr& error) {
            const auto function = functionName(synchronizeMethod, 2);
            if (error) {
              log(LogLevel::outcome, HLV_HERE(function),
@@ -263,8 +263,8 @@ void Synchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(
     group->enter();
     send(paylevenClient(), &PLVInAppClient::getPaymentInstrumentsList,
          send(guest, &HLVSDKGuest::paylevenToken), useCase,
-         answerOnce([lists, group, useCase](const NullableList<Instrument>& instruments,
-                                            const ErrorPtr& error) {
+         oneShot([lists, group, useCase](const NullableList<Instrument>& instruments,
+                                         const ErrorPtr& error) {
            if (error) {
              lists->fail(paymentProviderError(error));
            } else {

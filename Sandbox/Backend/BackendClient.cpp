@@ -54,7 +54,7 @@ using CardsResults = std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>;
 BackendClient::BackendClient(std::shared_ptr<Guests> guests,
                              const Service::Surroundings& surroundings)
     : guests_(std::move(guests)),
-      service_("backend", backendErrorDomain, Lane::backend, surroundings) {}
+      service_("backend", backendErrorDomain, ServiceThread::backend, surroundings) {}
 
 void BackendClient::updateCurrentGuestWithRequest(
     const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,

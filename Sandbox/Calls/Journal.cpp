@@ -95,7 +95,7 @@ void Journal::record(const std::string& from, const std::string& to, const std::
       database.run("DELETE FROM events WHERE number <= ?", database.lastRow() - eventsKept);
     });
   } catch (const StoreFailure&) {
-    // The story has no listener of its own. What cannot be told here fails loudly where the same
+    // The timeline has no listener of its own. What cannot be told here fails loudly where the same
     // store has to take an operation's data.
   }
 }
@@ -119,13 +119,13 @@ std::vector<Journal::Operation> Journal::since(std::int64_t event) const {
     auto row =
         database.query(std::string(eventColumns) + "WHERE number > ? ORDER BY number", event);
     while (row.next()) {
-      auto told = readEvent(row);
-      auto& operation = operations[told.operation];
+      auto next = readEvent(row);
+      auto& operation = operations[next.operation];
       if (operation.events.empty()) {
-        operation.number = told.operation;
-        operation.name = nameOf(database, told.operation);
+        operation.number = next.operation;
+        operation.name = nameOf(database, next.operation);
       }
-      operation.events.push_back(std::move(told));
+      operation.events.push_back(std::move(next));
     }
     std::vector<Operation> inOrder;
     inOrder.reserve(operations.size());

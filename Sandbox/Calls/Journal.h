@@ -10,7 +10,7 @@
 
 namespace hlv::sandbox {
 
-/// One line of the story. No text of it holds a card number beyond its last four digits, or a
+/// One line of the timeline. No text of it holds a card number beyond its last four digits, or a
 /// security code.
 struct Event {
   std::int64_t operation = 0;
@@ -32,7 +32,7 @@ struct Event {
 
 class Store;
 
-/// The story that one store tells.
+/// The timeline of one store.
 ///
 /// Threading: any; events stand in the order in which they were recorded.
 class Journal {

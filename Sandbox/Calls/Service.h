@@ -10,9 +10,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "Sandbox/Calls/Answers.h"
 #include "Sandbox/Calls/CallHandler.h"
 #include "Sandbox/Calls/Journal.h"
+#include "Sandbox/Calls/ReplyQueue.h"
 #include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Store/Store.h"
 
@@ -25,17 +25,18 @@ class Service {
   struct Surroundings {
     std::shared_ptr<Store> store;
     std::shared_ptr<Journal> journal;
-    std::shared_ptr<Answers> answers;
+    std::shared_ptr<ReplyQueue> answers;
   };
 
-  Service(std::string name, std::string errorDomain, Lane lane, const Surroundings& surroundings)
+  Service(std::string name, std::string errorDomain, ServiceThread thread,
+          const Surroundings& surroundings)
       : desk_(std::make_shared<Desk>(Desk{CallHandler(std::move(name), std::move(errorDomain)),
                                           surroundings.store, surroundings.journal})),
-        lane_(lane),
+        thread_(thread),
         answers_(surroundings.answers) {}
 
   /// Records something that the kit said and that has no reply.
-  void hear(const std::string& what) const {
+  void recordOneWayCall(const std::string& what) const {
     desk_->journal->record("kit", desk_->handler.name(), what);
   }
 
@@ -45,7 +46,7 @@ class Service {
             std::type_identity_t<Handling<Results...>> handling) const {
     auto what = call.description();
     desk_->journal->record("kit", desk_->handler.name(), what);
-    answers_->call(lane_,
+    answers_->call(thread_,
                    [desk = desk_, call = std::move(call), what = std::move(what),
                     completion = std::move(completion),
                     handling = std::move(handling)]() mutable -> std::optional<Delivery> {
@@ -95,8 +96,8 @@ class Service {
   static ErrorPtr transportErrorOf(const std::optional<Fault>& fault);
 
   const std::shared_ptr<const Desk> desk_;
-  const Lane lane_;
-  const std::shared_ptr<Answers> answers_;
+  const ServiceThread thread_;
+  const std::shared_ptr<ReplyQueue> answers_;
 };
 
 }  // namespace hlv::sandbox

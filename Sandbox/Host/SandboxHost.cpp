@@ -15,7 +15,7 @@ Parts::Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink con
       journal(std::make_shared<Journal>(store, "start")),
       faults(std::make_shared<Faults>(store)),
       reachability(std::make_shared<Reachability>(store)),
-      answers(std::make_shared<Answers>()),
+      answers(std::make_shared<ReplyQueue>()),
       guests(std::make_shared<Guests>(store)),
       backend(
           std::make_shared<BackendClient>(guests, Service::Surroundings{store, journal, answers})),

@@ -6,9 +6,9 @@
 #include "Host/Host.h"
 #include "Sandbox/Backend/BackendClient.h"
 #include "Sandbox/Backend/Guest.h"
-#include "Sandbox/Calls/Answers.h"
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Calls/ReplyQueue.h"
 #include "Sandbox/Faults/Fault.h"
 #include "Sandbox/Logging/ConsoleLogger.h"
 #include "Sandbox/Logging/RemoteFileLogger.h"
@@ -27,7 +27,7 @@ struct Parts {
   const std::shared_ptr<Journal> journal;
   const std::shared_ptr<Faults> faults;
   const std::shared_ptr<Reachability> reachability;
-  const std::shared_ptr<Answers> answers;
+  const std::shared_ptr<ReplyQueue> answers;
   const std::shared_ptr<Guests> guests;
   const std::shared_ptr<BackendClient> backend;
   const std::shared_ptr<ProviderClient> provider;

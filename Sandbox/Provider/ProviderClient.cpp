@@ -27,10 +27,10 @@ const EnteredCard* cardOf(const Instrument& instrument) {
 }  // namespace
 
 ProviderClient::ProviderClient(const Service::Surroundings& surroundings)
-    : service_("provider", providerErrorDomain, Lane::provider, surroundings) {}
+    : service_("provider", providerErrorDomain, ServiceThread::provider, surroundings) {}
 
 void ProviderClient::registerWithAPIKey(const NullableString& key) {
-  service_.hear("registerWithAPIKey");
+  service_.recordOneWayCall("registerWithAPIKey");
   *isRegistered_ = length(key) > 0;
 }
 

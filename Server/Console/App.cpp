@@ -11,7 +11,7 @@
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaymentManager.h"
-#include "Sandbox/ToldCall.h"
+#include "Sandbox/RecordedCall.h"
 #include "Values/Send.h"
 
 namespace hlv::server {
@@ -270,7 +270,7 @@ void App::launch() {
 
 HLVSDKGuestCardCompletion App::completionOf(const RunningPtr& running,
                                             const std::string& what) const {
-  return sandbox::toldCall(
+  return sandbox::recordedCall(
       sandbox_, what,
       [running](const std::shared_ptr<HLVSDKGuest>&, const std::shared_ptr<HLVSDKCreditCard>& card,
                 const ErrorPtr& error) { running->complete(card, error); });

@@ -18,8 +18,8 @@ class Choices {
   virtual std::size_t choose(std::size_t count) = 0;
 };
 
-/// Walks through all choices, depth first. The world behind them must always offer the same choices
-/// after the same ones.
+/// Walks through all choices, depth first. The simulation behind them must always offer the same
+/// choices after the same ones.
 class DepthFirst final : public Choices {
  public:
   DepthFirst() = default;

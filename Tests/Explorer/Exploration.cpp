@@ -7,18 +7,21 @@
 
 namespace hlv::testing {
 
-std::optional<Judge::Violation> violationOf(const Scenario& scenario, const History& history) {
+std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
+                                                     const History& history) {
   static const auto cardData = [] {
     const FakeEnteredCard card;
     return CardDataSearch(*card.pan(), *card.cvv());
   }();
   for (std::size_t i = 0; i < history.size(); ++i) {
-    if (cardData.in(history[i].output)) return Judge::Violation{i, "no card data in this line"};
+    if (cardData.in(history[i].output))
+      return ReferenceModel::Violation{i, "no card data in this line"};
   }
-  return Judge::examine(scenario, history);
+  return ReferenceModel::examine(scenario, history);
 }
 
-std::string textOf(const History& history, const std::optional<Judge::Violation>& violation) {
+std::string textOf(const History& history,
+                   const std::optional<ReferenceModel::Violation>& violation) {
   std::string text;
   for (std::size_t i = 0; i <= history.size(); ++i) {
     if (violation && violation->event == i) text += "!! expected: " + violation->expected + "\n";
@@ -28,19 +31,19 @@ std::string textOf(const History& history, const std::optional<Judge::Violation>
 }
 
 std::optional<std::string> Exploration::run(Progress& progress, const std::atomic<bool>& stop) {
-  World world;
+  Simulation simulation;
   DepthFirst choices;
   std::size_t blocks = 0;
   std::uint64_t played = 0;
   do {
-    const auto& history = world.play(scenario_, limits_.disturbances, choices);
+    const auto& history = simulation.play(scenario_, limits_.disturbances, choices);
     if (const auto violation = violationOf(scenario_, history)) {
       keepIfShorter(history, *violation, choices);
     }
     progress.histories.store(++played, std::memory_order_relaxed);
 
     // What lasts is made by the first history.
-    world.forget();
+    simulation.forget();
     if (played > 1 && !shortest_ && liveBlocks() > blocks) {
       keepIfShorter({}, {0, "no memory left over"}, choices);
     }
@@ -50,7 +53,7 @@ std::optional<std::string> Exploration::run(Progress& progress, const std::atomi
   return shortest_;
 }
 
-void Exploration::keepIfShorter(const History& history, const Judge::Violation& violation,
+void Exploration::keepIfShorter(const History& history, const ReferenceModel::Violation& violation,
                                 const DepthFirst& choices) {
   const auto moves = static_cast<std::size_t>(std::count_if(
       history.begin(), history.end(), [](const auto& event) { return event.isMove; }));

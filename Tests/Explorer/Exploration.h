@@ -9,17 +9,19 @@
 #include <optional>
 #include <string>
 
-#include "Tests/Explorer/Judge.h"
-#include "Tests/Explorer/World.h"
+#include "Tests/Explorer/ReferenceModel.h"
+#include "Tests/Explorer/Simulation.h"
 
 namespace hlv::testing {
 
 /// What is wrong with a history: the judge's opinion, or a card's number or security code in a
 /// line.
-std::optional<Judge::Violation> violationOf(const Scenario& scenario, const History& history);
+std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
+                                                     const History& history);
 
 /// The history, with what was expected where it was not.
-std::string textOf(const History& history, const std::optional<Judge::Violation>& violation);
+std::string textOf(const History& history,
+                   const std::optional<ReferenceModel::Violation>& violation);
 
 class Exploration {
  public:
@@ -43,7 +45,7 @@ class Exploration {
   std::optional<std::string> run(Progress& progress, const std::atomic<bool>& stop);
 
  private:
-  void keepIfShorter(const History& history, const Judge::Violation& violation,
+  void keepIfShorter(const History& history, const ReferenceModel::Violation& violation,
                      const DepthFirst& choices);
 
   const Scenario& scenario_;

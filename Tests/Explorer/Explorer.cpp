@@ -77,10 +77,10 @@ int replay(const std::string& line) {
     std::cerr << "A replay line is: SCENARIO; DISTURBANCES; PATH\n";
     return 2;
   }
-  World world;
+  Simulation simulation;
   auto path = *choices;
   const auto& history =
-      world.play(*scenario, std::strtoul(line.c_str() + first + 2, nullptr, 10), path);
+      simulation.play(*scenario, std::strtoul(line.c_str() + first + 2, nullptr, 10), path);
   const auto violation = violationOf(*scenario, history);
   std::cout << textOf(history, violation);
   return violation ? 1 : 0;

@@ -1,4 +1,5 @@
-// What happened, in order: what the world did to the kit, and what the kit did to the world.
+// What happened, in order: what the simulation did to the kit, and what the kit did to the
+// simulation.
 //
 // Threading: plain values.
 #pragma once
@@ -11,7 +12,7 @@
 
 namespace hlv::testing {
 
-/// One thing that the world does.
+/// One thing that the simulation does.
 struct Move {
   enum class Kind {
     goOn,

@@ -32,9 +32,9 @@ const auto unusable = instrument("plv-3", "1111", 1);
 const auto another = instrument("plv-4", "2222");
 
 /// Everything that the services may answer to operations on a card.
-Menu everyAnswer() {
-  const auto& cast = Cast::shared();
-  const Menu::Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
+PossibleReplies everyAnswer() {
+  const auto& cast = Fixtures::shared();
+  const PossibleReplies::Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
   return {.createToken = {{.name = "a token", .token = "tok"},
                           {.name = "an empty token", .token = ""},
                           {.name = "nothing"},
@@ -67,45 +67,47 @@ Menu everyAnswer() {
 }
 
 /// Success, or an error.
-Menu successOrError() {
-  auto menu = everyAnswer();
-  menu.createToken = {{.name = "a token", .token = "tok"}, {.name = "an error", .fails = true}};
-  menu.addCard.erase(menu.addCard.begin() + 1, menu.addCard.begin() + 3);
-  menu.deleteCard.erase(menu.deleteCard.begin() + 1, menu.deleteCard.begin() + 3);
-  const Menu::Answers lists{{.name = "a match", .instruments = Instruments{matching}},
-                            {.name = "an error", .fails = true}};
-  menu.defaultList = lists;
-  menu.privateList = menu.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
-  menu.fetchCards = {{.name = "no cards", .cards = Cards{}}};
-  return menu;
+PossibleReplies successOrError() {
+  auto replies = everyAnswer();
+  replies.createToken = {{.name = "a token", .token = "tok"}, {.name = "an error", .fails = true}};
+  replies.addCard.erase(replies.addCard.begin() + 1, replies.addCard.begin() + 3);
+  replies.deleteCard.erase(replies.deleteCard.begin() + 1, replies.deleteCard.begin() + 3);
+  const PossibleReplies::Answers lists{{.name = "a match", .instruments = Instruments{matching}},
+                                       {.name = "an error", .fails = true}};
+  replies.defaultList = lists;
+  replies.privateList =
+      replies.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
+  replies.fetchCards = {{.name = "no cards", .cards = Cards{}}};
+  return replies;
 }
 
 /// `count` instruments over the three use cases, the first of which the backend may know by its
 /// identifier, by its digits, or not at all.
-Menu instruments(std::size_t count) {
+PossibleReplies instruments(std::size_t count) {
   std::vector<Instruments> lists(3);
   const std::shared_ptr<FakeInstrument> all[] = {matching, another, laterMatch, unidentified};
   for (std::size_t i = 0; i < count; ++i) lists[i % 3].push_back(all[i]);
   const auto answers = [&](const Instruments& list) {
-    return Menu::Answers{{.name = "its list", .instruments = list},
-                         {.name = "no list"},
-                         {.name = "a list and an error", .fails = true, .instruments = list}};
+    return PossibleReplies::Answers{
+        {.name = "its list", .instruments = list},
+        {.name = "no list"},
+        {.name = "a list and an error", .fails = true, .instruments = list}};
   };
-  Menu menu;
-  menu.privateList = answers(lists[0]);
-  menu.businessList = answers(lists[1]);
-  menu.defaultList = answers(lists[2]);
-  menu.fetchCards = {{.name = "cards known by identifier",
-                      .cards = Cards{storedCard("plv-1"), storedCard("plv-2")}},
-                     {.name = "cards known by digits",
-                      .cards = Cards{storedCard("plv-9", "1111", "private"),
-                                     storedCard(std::nullopt, "1111", "private"),
-                                     storedCard(std::nullopt, "2222", "private")}},
-                     {.name = "no cards", .cards = Cards{}},
-                     {.name = "no list"},
-                     {.name = "an error", .fails = true}};
-  menu.removeInstrument = {{.name = "done"}, {.name = "an error", .fails = true}};
-  return menu;
+  PossibleReplies replies;
+  replies.privateList = answers(lists[0]);
+  replies.businessList = answers(lists[1]);
+  replies.defaultList = answers(lists[2]);
+  replies.fetchCards = {{.name = "cards known by identifier",
+                         .cards = Cards{storedCard("plv-1"), storedCard("plv-2")}},
+                        {.name = "cards known by digits",
+                         .cards = Cards{storedCard("plv-9", "1111", "private"),
+                                        storedCard(std::nullopt, "1111", "private"),
+                                        storedCard(std::nullopt, "2222", "private")}},
+                        {.name = "no cards", .cards = Cards{}},
+                        {.name = "no list"},
+                        {.name = "an error", .fails = true}};
+  replies.removeInstrument = {{.name = "done"}, {.name = "an error", .fails = true}};
+  return replies;
 }
 
 const Posted foreground{Posted::Name::foreground};
@@ -166,7 +168,7 @@ std::vector<Scenario> singleOperations() {
                          std::size_t disturbances = 1) {
     scenarios.push_back({.name = name,
                          .operations = {operation},
-                         .menu = everyAnswer(),
+                         .replies = everyAnswer(),
                          .notifications = {lost, found},
                          .disturbances = disturbances});
   };
@@ -183,16 +185,16 @@ std::vector<Scenario> singleOperations() {
 
 std::vector<Scenario> pairsOfOperations() {
   const Operation operations[] = {addFirst, addFurther, remove, update, synchronize};
-  auto menu = successOrError();
+  auto replies = successOrError();
   // The join of a first card is explored alone.
-  menu.updateGuest.resize(1);
+  replies.updateGuest.resize(1);
   std::vector<Scenario> scenarios;
   for (const auto& one : operations) {
     for (const auto& other : operations) {
       scenarios.push_back(
           {.name = std::string(one.requests[0].name) + ", then " + other.requests[0].name,
            .operations = {one, other},
-           .menu = menu,
+           .replies = replies,
            .bothThreads = false});
     }
   }
@@ -207,7 +209,7 @@ std::vector<Scenario> synchronisations() {
     fetching.removeInstrument.resize(1);
     scenarios.push_back({.name = name + ", every fetch",
                          .operations = {synchronize},
-                         .menu = fetching,
+                         .replies = fetching,
                          .bothThreads = count == 3});
     auto removing = instruments(count);
     for (auto* list : {&removing.privateList, &removing.businessList, &removing.defaultList}) {
@@ -215,20 +217,20 @@ std::vector<Scenario> synchronisations() {
     }
     scenarios.push_back({.name = name + ", every removal",
                          .operations = {synchronize},
-                         .menu = removing,
+                         .replies = removing,
                          .bothThreads = count < 4});
   }
   const auto withRequests = [&](const char* name, OperationKind kind,
                                 const std::vector<Request>& requests) {
-    auto menu = instruments(2);
-    menu.privateList.resize(1);
-    menu.businessList.resize(1);
-    for (auto* answers : {&menu.defaultList, &menu.fetchCards}) {
+    auto replies = instruments(2);
+    replies.privateList.resize(1);
+    replies.businessList.resize(1);
+    for (auto* answers : {&replies.defaultList, &replies.fetchCards}) {
       answers->erase(answers->begin() + 1, answers->end() - 1);
     }
     scenarios.push_back({.name = name,
                          .operations = {{kind, requests}},
-                         .menu = menu,
+                         .replies = replies,
                          .bothThreads = false,
                          .notifications = {foreground, {Posted::Name::authorization, 1}},
                          .disturbances = 1,
@@ -270,7 +272,7 @@ std::vector<Scenario> enablings() {
       scenarios.push_back({.name = std::string("enabling ") + (authorized ? "with" : "without") +
                                    " a session, " + (token ? "with" : "without") + " a token",
                            .operations = {enable, enable},
-                           .menu = atOnce,
+                           .replies = atOnce,
                            .notifications = notifications,
                            .disturbances = 2,
                            .kitGuestHasToken = token,
@@ -282,12 +284,12 @@ std::vector<Scenario> enablings() {
 
 }  // namespace
 
-Cast& Cast::shared() {
-  static Cast cast;
+Fixtures& Fixtures::shared() {
+  static Fixtures cast;
   return cast;
 }
 
-Cast::Cast() {
+Fixtures::Fixtures() {
   guest->emailText = "guest";
   addedTo->emailText = "added-to";
   deletedFrom->emailText = "deleted-from";
@@ -298,7 +300,8 @@ Cast::Cast() {
   guest->cards = List<HLVSDKCreditCard>{stored, namesake};
 }
 
-const Menu::Answers& Menu::of(Service service, const std::string& useCase) const {
+const PossibleReplies::Answers& PossibleReplies::of(Service service,
+                                                    const std::string& useCase) const {
   switch (service) {
     case Service::createToken:
       return createToken;

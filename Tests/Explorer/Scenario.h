@@ -12,11 +12,11 @@
 
 namespace hlv::testing {
 
-/// The people and things of every history. Each guest is told from the others by its e-mail
+/// The people and things of every history. Each guest is completed from the others by its e-mail
 /// address.
-struct Cast {
-  static Cast& shared();
-  Cast();
+struct Fixtures {
+  static Fixtures& shared();
+  Fixtures();
 
   const std::shared_ptr<FakeGuest> guest = std::make_shared<FakeGuest>();
   /// The guest as the backend returns it after an add, and after a deletion.
@@ -53,8 +53,8 @@ enum class Service {
   fetchCards
 };
 
-/// What each service may answer. The lists are told apart by the use case they are asked for.
-struct Menu {
+/// What each service may answer. The lists are completed apart by the use case they are asked for.
+struct PossibleReplies {
   using Answers = std::vector<Answer>;
   Answers createToken = {}, addInstrument = {}, removeInstrument = {}, updateGuest = {},
           addCard = {}, deleteCard = {}, updateCard = {}, fetchCards = {}, privateList = {},
@@ -96,11 +96,11 @@ struct Posted {
 };
 
 /// A family of histories. The kit is enabled before it begins, unless an operation enables it. A
-/// service that has only one answer on its menu gives it at once; every other one chooses.
+/// service that has only one answer on its replies gives it at once; every other one chooses.
 struct Scenario {
   std::string name;
   std::vector<Operation> operations;
-  Menu menu;
+  PossibleReplies replies;
   /// Whether services answer on both threads.
   bool bothThreads = true;
   /// What may be posted.

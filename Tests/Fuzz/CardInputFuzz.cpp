@@ -23,9 +23,9 @@ std::int64_t verdictOn(const CardFields& fields) {
   const auto card = EnteredCard::make(fields);
   EXPECT_TRUE(card->isValid(&error) == !error && card->isValid(nullptr) == !error);
   if (!error) return 0;
-  const auto told = *error->localizedDescription() + *error->developerMessage();
-  EXPECT_LT(digitsOf(told).size(), 4U);
-  EXPECT_TRUE(digitsOf(fields.cvv).size() < 3 || told.find(fields.cvv) == std::string::npos);
+  const auto completed = *error->localizedDescription() + *error->developerMessage();
+  EXPECT_LT(digitsOf(completed).size(), 4U);
+  EXPECT_TRUE(digitsOf(fields.cvv).size() < 3 || completed.find(fields.cvv) == std::string::npos);
   return error->code();
 }
 

@@ -82,25 +82,25 @@ class GuestLife final : public SandboxTest {
       case 0: {
         const auto [token, error] = createToken(card, useCase);
         if (token) EXPECT_EQ(std::exchange(token_, token).value_or(*token), *token);
-        return tell(error, pan + useCase);
+        return check(error, pan + useCase);
       }
       case 1:
-        return tell(addInstrument(card, token_, useCase), pan + useCase);
+        return check(addInstrument(card, token_, useCase), pan + useCase);
       case 2:
         listed_ = oneOf(std::get<0>(list(token_, useCase)).value_or(Instruments::value_type()));
         return;
       case 3:
-        return tell(removeInstrument(listed_, token_, useCase),
-                    listed_ ? *listed_->pan() + useCase : "", false);
+        return check(removeInstrument(listed_, token_, useCase),
+                     listed_ ? *listed_->pan() + useCase : "", false);
       case 4:
-        return tell(std::get<2>(addCard(card, guest, "ins_x", address)), lastFourDigits(pan));
+        return check(std::get<2>(addCard(card, guest, "ins_x", address)), lastFourDigits(pan));
       default:
-        return tell(std::get<1>(deleteCard(chosen.halvoID, guest)), chosen.lastFourDigits, false);
+        return check(std::get<1>(deleteCard(chosen.halvoID, guest)), chosen.lastFourDigits, false);
     }
   }
 
   /// What an operation did, if it was served: it ended without an error, or its answer was lost.
-  void tell(const ErrorPtr& error, const std::string& what, bool isNew = true) {
+  void check(const ErrorPtr& error, const std::string& what, bool isNew = true) {
     EXPECT_TRUE(error || sandbox->isReachable());
     const bool isLost = nameOf(error) == "HLVTransportErrorDomain 3" ||
                         nameOf(error) == "HLVTransportErrorDomain 4";

@@ -3,8 +3,8 @@
 #include <fuzzer/FuzzedDataProvider.h>
 #include <gtest/gtest.h>
 
-#include "Tests/Explorer/Judge.h"
-#include "Tests/Explorer/World.h"
+#include "Tests/Explorer/ReferenceModel.h"
+#include "Tests/Explorer/Simulation.h"
 
 namespace hlv::testing {
 namespace {
@@ -25,9 +25,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   GTEST_FLAG_SET(break_on_failure, true);
   ChosenByBytes choices(data, size);
   const auto& scenario = allScenarios()[choices.choose(allScenarios().size())];
-  World world;
-  const auto& history = world.play(scenario, choices.choose(6), choices);
-  const auto violation = Judge::examine(scenario, history);
+  Simulation simulation;
+  const auto& history = simulation.play(scenario, choices.choose(6), choices);
+  const auto violation = ReferenceModel::examine(scenario, history);
   EXPECT_FALSE(violation) << scenario.name << ", event " << violation->event << " should be "
                           << violation->expected;
   return 0;

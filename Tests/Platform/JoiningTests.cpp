@@ -10,9 +10,9 @@
 #include <type_traits>
 #include <vector>
 
-#include "Async/AnswerOnce.h"
 #include "Async/Group.h"
 #include "Async/Once.h"
+#include "Async/OneShot.h"
 #include "Tests/Support/ManualPlatform.h"
 #include "Values/NullableString.h"
 #include "Values/Secret.h"
@@ -74,10 +74,10 @@ TEST(OnceTest, RunsOnceAmongThreadsThatAllWaitForIt) {
   EXPECT_EQ(runs, 2);
 }
 
-TEST(AnswerOnceTest, HearsTheFirstAnswerAndLetsGoOfWhatItHeld) {
+TEST(OneShotTest, RunsForTheFirstReplyAndReleasesWhatItHeld) {
   const auto held = std::make_shared<int>();
   int sum = 0;
-  const auto answer = answerOnce([held, &sum](int value) { sum += value; });
+  const auto answer = oneShot([held, &sum](int value) { sum += value; });
   const auto copy = answer;
   copy(1);
   EXPECT_EQ(held.use_count(), 1);

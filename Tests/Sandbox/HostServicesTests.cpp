@@ -12,7 +12,7 @@ using HostServices = SandboxTest;
 
 TEST_F(HostServices, NotificationsCarryTheirValuesAndTheHostAnswersTheSame) {
   start();
-  std::string told;
+  std::string shown;
   std::vector<std::unique_ptr<Observation>> observations;
   const std::pair<NullableString, const char*> names[] = {
       {kHLVSDKDidChangeAuthorizationStatusNotification(), "a"},
@@ -20,10 +20,10 @@ TEST_F(HostServices, NotificationsCarryTheirValuesAndTheHostAnswersTheSame) {
       {UIApplicationWillEnterForegroundNotification, "f"}};
   for (const auto& [name, sign] : names) {
     observations.push_back(Platform::current()->notificationCenter()->observe(
-        name, [&told, sign = sign](const Notification& notification) {
-          told += sign;
+        name, [&shown, sign = sign](const Notification& notification) {
+          shown += sign;
           for (const auto& entry : notification.userInfo) {
-            told += std::to_string(entry.second.integerValue());
+            shown += std::to_string(entry.second.integerValue());
           }
         }));
   }
@@ -44,7 +44,7 @@ TEST_F(HostServices, NotificationsCarryTheirValuesAndTheHostAnswersTheSame) {
   sandbox->setReachable(true);
   sandbox->enterForeground();
   // The previous state's key sorts before the state's.
-  EXPECT_EQ(told, "a0a1r10r01r11f");
+  EXPECT_EQ(shown, "a0a1r10r01r11f");
 }
 
 TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
@@ -58,12 +58,12 @@ TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
   }
   HLVSDKAsserts::handleParameterAssert("guest", "Who?");
   sandbox->enterForeground();
-  std::string story;
+  std::string timeline;
   const auto operations = sandbox->journal().last(1);
   for (const auto& event : operations.at(0).events) {
-    story += event.from + " > " + event.to + ": " + event.what + " = " + event.result + "\n";
+    timeline += event.from + " > " + event.to + ": " + event.what + " = " + event.result + "\n";
   }
-  EXPECT_EQ(story,
+  EXPECT_EQ(timeline,
             "kit > provider: getPaymentInstrumentsList use case private = \n"
             "provider > provider: fault 'error' met getPaymentInstrumentsList = \n"
             "provider > kit: getPaymentInstrumentsList use case private = "

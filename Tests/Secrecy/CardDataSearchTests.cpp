@@ -66,9 +66,9 @@ TEST(CardDataSearchTest, GoesOnBehindAFindingAndTellsNoDigitOfIt) {
   const std::string_view text = "7391 and 33334444";
   const auto next = search.in(text, search.in(text)->at + 1);
   ASSERT_TRUE(next.has_value());
-  std::ostringstream told;
-  told << *next;
-  EXPECT_EQ(told.str(), "8 digits of the number at 9");
+  std::ostringstream shown;
+  shown << *next;
+  EXPECT_EQ(shown.str(), "8 digits of the number at 9");
 }
 
 }  // namespace

@@ -43,12 +43,12 @@ std::vector<std::pair<std::size_t, std::size_t>> privateWritableMappings() {
 }  // namespace
 
 std::size_t showProcessMemory(const std::function<bool(std::string_view bytes)>& look) {
-  constexpr std::size_t room = pagesAPiece * pageSize + overlap;
+  constexpr std::size_t space = pagesAPiece * pageSize + overlap;
   const int memory = ::open("/proc/self/mem", O_RDONLY | O_CLOEXEC);
   const int pages = ::open("/proc/self/pagemap", O_RDONLY | O_CLOEXEC);
   // Shared, so that what is read is not found a second time where it was read to.
   auto* const window = static_cast<char*>(
-      ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+      ::mmap(nullptr, space, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   if (memory < 0 || pages < 0 || window == MAP_FAILED) throw std::runtime_error("no memory");
   const auto wasWritten = [](std::uint64_t page) { return (page >> 62U) != 0; };
   std::size_t shown = 0;
@@ -59,13 +59,13 @@ std::size_t showProcessMemory(const std::function<bool(std::string_view bytes)>&
       const auto read = ::pread(pages, entries, sizeof entries,
                                 static_cast<off_t>(at / pageSize * sizeof *entries));
       if (read > 0 && std::none_of(std::begin(entries), std::end(entries), wasWritten)) continue;
-      const auto size = ::pread(memory, window, std::min(room, end - at), static_cast<off_t>(at));
+      const auto size = ::pread(memory, window, std::min(space, end - at), static_cast<off_t>(at));
       if (size <= 0) continue;
       shown += static_cast<std::size_t>(size);
       enough = look({window, static_cast<std::size_t>(size)});
     }
   }
-  ::munmap(window, room);
+  ::munmap(window, space);
   ::close(pages);
   ::close(memory);
   return shown;

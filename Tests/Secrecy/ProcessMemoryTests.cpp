@@ -74,10 +74,10 @@ bool isInMemory(const std::vector<CardDataSearch>& searches) {
 /// Runs `work` so far down the stack that the frames of a later search do not cover its traces.
 template <class Work>
 __attribute__((noinline)) void farDownTheStack(Work work) {
-  char room[1U << 16U];
-  std::memset(room, 0, sizeof room);
+  char space[1U << 16U];
+  std::memset(space, 0, sizeof space);
   work();
-  asm volatile("" : : "r"(room) : "memory");
+  asm volatile("" : : "r"(space) : "memory");
 }
 
 /// Up to fifteen characters lie in the string itself, and more on the heap. There an allocator

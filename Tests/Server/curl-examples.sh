@@ -59,26 +59,26 @@ done 4<"$manual"
 
 # The command itself, on the other side of the connection.
 phone() { "$paylevenkit" --store phone.sqlite --backend "$BACKEND" --provider "$PROVIDER" "$@"; }
-phone sign-in second@example.com >told
-phone add --test-card visa >told
-grep -q "Both sides agree" told || fail "$(cat told)"
+phone sign-in second@example.com >shown
+phone add --test-card visa >shown
+grep -q "Both sides agree" shown || fail "$(cat shown)"
 ID=$(phone cards | sed -n 's/^ *\(crd_[a-z]*\) .*/\1/p')
 phone update "$ID" --city Hamburg | grep -q "is now Hamburg" || fail "the address was not changed"
-phone sync >told
-phone delete "$ID" >told
+phone sync >shown
+phone delete "$ID" >shown
 phone instruments | grep -q "no instruments" || fail "an instrument was left"
-phone fault arm fetchGuestCreditCards error >told
+phone fault arm fetchGuestCreditCards error >shown
 phone fault list | grep -q "fetchGuestCreditCards  *error" || fail "$(phone fault list)"
-phone fault clear >told
-phone plant --test-card visa >told
-! phone scene same-card-twice 2>told || fail "a scene was made without a card"
+phone fault clear >shown
+phone plant --test-card visa >shown
+! phone scene same-card-twice 2>shown || fail "a scene was made without a card"
 phone sync | grep -q "removed 1 of 1" || fail "the planted instrument is still there"
-! phone demo 2>told || fail "demo was not refused"
+! phone demo 2>shown || fail "demo was not refused"
 
-# A service that is told to end does so cleanly, and takes its ports file along.
+# A service that is shown to end does so cleanly, and takes its ports file along.
 kill -TERM "$server"
 wait "$server" || fail "the services ended with $?"
 [ ! -e ports.json ] || fail "the ports file was left"
-! phone add --test-card visa 2>told || fail "services that have ended were spoken to"
-grep -q "cannot be reached" told || fail "$(cat told)"
+! phone add --test-card visa 2>shown || fail "services that have ended were spoken to"
+grep -q "cannot be reached" shown || fail "$(cat shown)"
 echo "$examples examples"

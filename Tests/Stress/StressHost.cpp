@@ -70,8 +70,8 @@ class StressBackend final : public HLVSDKAPIManager {
                              HLVSDKCreditCardsCompletion completion) override {
     service_.answer(
         numberOf(guest), 5, completion,
-        [](const auto& tell) { tell(List<HLVSDKCreditCard>{}, nullptr); },
-        [](const auto& tell) { tell(std::nullopt, makeError("fetch")); });
+        [](const auto& complete) { complete(List<HLVSDKCreditCard>{}, nullptr); },
+        [](const auto& complete) { complete(std::nullopt, makeError("fetch")); });
   }
 
  private:
@@ -79,15 +79,17 @@ class StressBackend final : public HLVSDKAPIManager {
                    const std::shared_ptr<HLVSDKGuest>& guest,
                    const HLVSDKGuestCompletion& completion) const {
     service_.answer(
-        operation, call, completion, [guest](const auto& tell) { tell(guest, nullptr); },
-        [](const auto& tell) { tell(nullptr, makeError("guest")); });
+        operation, call, completion, [guest](const auto& complete) { complete(guest, nullptr); },
+        [](const auto& complete) { complete(nullptr, makeError("guest")); });
   }
   void answerCard(const std::shared_ptr<HLVSDKGuest>& guest, std::uint32_t call,
                   const HLVSDKGuestCardCompletion& completion, bool isOfTheApp) const {
     service_.answer(
         numberOf(guest), call, completion,
-        [guest](const auto& tell) { tell(guest, std::make_shared<FakeStoredCard>(), nullptr); },
-        [](const auto& tell) { tell(nullptr, nullptr, makeError("card")); }, isOfTheApp);
+        [guest](const auto& complete) {
+          complete(guest, std::make_shared<FakeStoredCard>(), nullptr);
+        },
+        [](const auto& complete) { complete(nullptr, nullptr, makeError("card")); }, isOfTheApp);
   }
 
   const Service service_;
@@ -102,8 +104,8 @@ class StressProvider final : public PLVInAppClient {
                        const std::shared_ptr<PLVCreditCardPaymentInstrument>&,
                        const NullableString&, PLVUserTokenCompletion completion) override {
     service_.answer(
-        email, 6, completion, [email](const auto& tell) { tell(email, nullptr); },
-        [](const auto& tell) { tell(std::nullopt, makeError("token")); });
+        email, 6, completion, [email](const auto& complete) { complete(email, nullptr); },
+        [](const auto& complete) { complete(std::nullopt, makeError("token")); });
   }
   void addPaymentInstrument(const std::shared_ptr<PLVCreditCardPaymentInstrument>&,
                             const NullableString& userToken, const NullableString&,
@@ -114,10 +116,11 @@ class StressProvider final : public PLVInAppClient {
                                  PLVPaymentInstrumentsCompletion completion) override {
     service_.answer(
         userToken, 8 + static_cast<std::uint32_t>(length(useCase)), completion,
-        [](const auto& tell) {
-          tell(List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()}, nullptr);
+        [](const auto& complete) {
+          complete(List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()},
+                   nullptr);
         },
-        [](const auto& tell) { tell(std::nullopt, makeError("list")); });
+        [](const auto& complete) { complete(std::nullopt, makeError("list")); });
   }
   void removePaymentInstrument(const std::shared_ptr<PLVCreditCardPaymentInstrument>&,
                                const NullableString&, const NullableString& userToken,
@@ -129,8 +132,8 @@ class StressProvider final : public PLVInAppClient {
   void answerError(const NullableString& operation, std::uint32_t call,
                    const PLVErrorCompletion& completion) const {
     service_.answer(
-        operation, call, completion, [](const auto& tell) { tell(nullptr); },
-        [](const auto& tell) { tell(makeError("provider")); });
+        operation, call, completion, [](const auto& complete) { complete(nullptr); },
+        [](const auto& complete) { complete(makeError("provider")); });
   }
 
   const Service service_;

@@ -13,8 +13,8 @@
 namespace hlv::testing {
 
 /// A guest's address and token are the number of the operation that it takes part in; that is how a
-/// service knows whose call it hears. How a call is answered depends on the seed, the operation and
-/// the call, and on nothing else.
+/// service knows whose call it serves. How a call is answered depends on the seed, the operation
+/// and the call, and on nothing else.
 ///
 /// Threading: any.
 class StressHost final : public Host {
@@ -22,7 +22,7 @@ class StressHost final : public Host {
   struct Setting {
     std::uint32_t seed = 0;
     AnswerThreads* threads = nullptr;
-    /// Told about each call that is never answered.
+    /// Called for each call that is never answered.
     std::function<void(std::size_t operation)> unanswered;
   };
   explicit StressHost(const Setting& setting);

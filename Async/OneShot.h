@@ -1,4 +1,4 @@
-// Hears a service once.
+// A callback that a service may call once.
 #pragma once
 
 #include <atomic>
@@ -14,17 +14,17 @@ namespace hlv {
 /// A callback until it is answered. It lies in the object itself and is reached through two plain
 /// functions, so that one class serves every callback that hears the same results.
 template <class... Results>
-class PendingAnswer {
+class PendingCallback {
  public:
   /// Takes `callback` over.
   template <class Callback>
-  explicit PendingAnswer(Callback& callback) : run_(&runAs<Callback>), free_(&freeAs<Callback>) {
+  explicit PendingCallback(Callback& callback) : run_(&runAs<Callback>), free_(&freeAs<Callback>) {
     static_assert(sizeof(Callback) <= sizeof(place_));
     new (place_) Callback(std::move(callback));
   }
-  PendingAnswer(const PendingAnswer&) = delete;
-  PendingAnswer& operator=(const PendingAnswer&) = delete;
-  ~PendingAnswer() {
+  PendingCallback(const PendingCallback&) = delete;
+  PendingCallback& operator=(const PendingCallback&) = delete;
+  ~PendingCallback() {
     if (!answered_.test_and_set()) free_(place_);
   }
 
@@ -53,15 +53,15 @@ class PendingAnswer {
 
 /// What a service gets to hold: copies share the one answer.
 template <class... Results>
-struct AnswerOnce {
-  std::shared_ptr<PendingAnswer<Results...>> pending;
+struct OneShot {
+  std::shared_ptr<PendingCallback<Results...>> pending;
   void operator()(Results... results) const { pending->answer(results...); }
 };
 
 template <class Callback, class... Parameters>
 auto answerOnceAs(Callback& callback, const std::function<void(Parameters...)>*) {
-  using Pending = PendingAnswer<std::decay_t<Parameters>...>;
-  return AnswerOnce<std::decay_t<Parameters>...>{std::make_shared<Pending>(callback)};
+  using Pending = PendingCallback<std::decay_t<Parameters>...>;
+  return OneShot<std::decay_t<Parameters>...>{std::make_shared<Pending>(callback)};
 }
 
 /// Wraps what the kit hands to a service as a callback. The first answer runs `callback`; a second
@@ -69,7 +69,7 @@ auto answerOnceAs(Callback& callback, const std::function<void(Parameters...)>*)
 /// and a service that keeps a callback it has answered keeps nothing of the kit's or the caller's
 /// alive with it.
 template <class Callback>
-auto answerOnce(Callback callback) {
+auto oneShot(Callback callback) {
   using Shape = decltype(std::function(std::declval<Callback>()));
   return answerOnceAs(callback, static_cast<const Shape*>(nullptr));
 }

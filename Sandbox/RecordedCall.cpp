@@ -1,4 +1,4 @@
-#include "Sandbox/ToldCall.h"
+#include "Sandbox/RecordedCall.h"
 
 #include <utility>
 
@@ -19,8 +19,8 @@ std::string described(const std::shared_ptr<HLVSDKGuest>& guest,
 
 }  // namespace
 
-HLVSDKGuestCardCompletion toldCall(const std::shared_ptr<Sandbox>& sandbox, const std::string& what,
-                                   HLVSDKGuestCardCompletion heard) {
+HLVSDKGuestCardCompletion recordedCall(const std::shared_ptr<Sandbox>& sandbox,
+                                       const std::string& what, HLVSDKGuestCardCompletion heard) {
   sandbox->journal().record("app", "kit", what);
   return [weakSandbox = std::weak_ptr(sandbox), what, heard = std::move(heard)](
              const std::shared_ptr<HLVSDKGuest>& guest,

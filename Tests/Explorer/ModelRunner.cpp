@@ -1,19 +1,19 @@
-#include "Tests/Explorer/Follower.h"
+#include "Tests/Explorer/ModelRunner.h"
 
 #include <utility>
 
 namespace hlv::testing {
 
-void Follower::Join::leave() {
+void ModelRunner::Join::leave() {
   if (--entered_ == 0 && then_) std::exchange(then_, nullptr)();
 }
 
-void Follower::Join::whenEmpty(std::function<void()> then) {
+void ModelRunner::Join::whenEmpty(std::function<void()> then) {
   if (entered_ == 0) return then();
   then_ = std::move(then);
 }
 
-void Follower::bringToLife() {
+void ModelRunner::bringToLife() {
   enabledOnce_ = true;
   connected_ = false;
   kitSeen_ = kit_ = std::make_shared<const char>();
@@ -21,7 +21,7 @@ void Follower::bringToLife() {
   synchronizerSeen_ = synchronizer_ = std::make_shared<bool>(false);
 }
 
-void Follower::expect(const Text& line) {
+void ModelRunner::expect(const Text& line) {
   if (violation_) return;
   if (position_ < history_.size() && !history_[position_].isMove &&
       history_[position_].output == line) {
@@ -31,48 +31,48 @@ void Follower::expect(const Text& line) {
   violation_ = {position_, line};
 }
 
-void Follower::call(const Text& line, Continuation then, Heard heard) {
-  waiting_.push_back({std::move(then), heard});
+void ModelRunner::call(const Text& line, Continuation then, Replies replies) {
+  waiting_.push_back({std::move(then), replies});
   expect(line + (onMain_ ? ", on main" : ", off main"));
   takeMoves();
 }
 
-void Follower::onMainThread(std::function<void(bool posted)> work) {
+void ModelRunner::onMainThread(std::function<void(bool posted)> work) {
   if (onMain_) return work(false);
   postToMainQueue([work = std::move(work)] { work(true); });
 }
 
-void Follower::tell(const Asking& who, const Text& results) {
+void ModelRunner::complete(const Asking& who, const Text& results) {
   tellBuilt(who, [results](bool) { return results; });
 }
 
-void Follower::tellBuilt(const Asking& who, std::function<Text(bool posted)> results) {
+void ModelRunner::tellBuilt(const Asking& who, std::function<Text(bool posted)> results) {
   if (!who.request->completion) return;
-  onMainThread([=, this](bool posted) { tellHere(who, results(posted)); });
+  onMainThread([=, this](bool posted) { completeHere(who, results(posted)); });
 }
 
-void Follower::tellHere(const Asking& who, const Text& results) {
+void ModelRunner::completeHere(const Asking& who, const Text& results) {
   if (!who.request->completion) return;
-  expect("tells " + std::to_string(who.operation) + (onMain_ ? ", on main: " : ", off main: ") +
+  expect("completes " + std::to_string(who.operation) + (onMain_ ? ", on main: " : ", off main: ") +
          results);
   takeMoves();
 }
 
-void Follower::log(int level, const Text& format, const Text& argument, const Text& function) {
+void ModelRunner::log(int level, const Text& format, const Text& argument, const Text& function) {
   for (const Text logger : {"remote ", "console "}) {
     expect(logger + std::to_string(level) + " \"" + format + "\"" +
            (argument.empty() ? "" : " <" + argument + ">") + " at " + function);
   }
 }
 
-std::optional<Follower::Violation> Follower::follow() {
+std::optional<ModelRunner::Violation> ModelRunner::follow() {
   takeMoves();
   if (!violation_ && position_ < history_.size()) violation_ = {position_, "nothing"};
   return violation_;
 }
 
-/// Takes the moves that the world makes here.
-void Follower::takeMoves() {
+/// Takes the moves that the simulation makes here.
+void ModelRunner::takeMoves() {
   while (!violation_ && position_ < history_.size() && history_[position_].isMove &&
          history_[position_].depth == depth_) {
     const auto& move = history_[position_++].move;
@@ -85,7 +85,7 @@ void Follower::takeMoves() {
   }
 }
 
-void Follower::take(const Move& move) {
+void ModelRunner::take(const Move& move) {
   const auto runFirst = [](auto& queue) {
     if (queue.empty()) return;
     const auto block = std::move(queue.front());
@@ -107,8 +107,8 @@ void Follower::take(const Move& move) {
       return runFirst(serialQueue_);
     case Move::Kind::answer:
     case Move::Kind::answerAgain: {
-      const auto [then, heard] = waiting_[move.call];
-      if (heard == Heard::once) waiting_[move.call].then = nullptr;
+      const auto [then, replies] = waiting_[move.call];
+      if (replies == Replies::once) waiting_[move.call].then = nullptr;
       const Text error = move.answer->fails ? "error " + std::to_string(move.call) : "none";
       return then ? then({*move.answer, error}) : void();
     }
@@ -126,11 +126,11 @@ void Follower::take(const Move& move) {
       enabledOnce_ = false;
       return;
     case Move::Kind::post:
-      return hear(*move.notification);
+      return handle(*move.notification);
   }
 }
 
-Follower::Text Follower::state() const {
+ModelRunner::Text ModelRunner::state() const {
   const auto synchronizing = synchronizerSeen_.lock();
   return Text(kitSeen_.expired() ? "-" : "K") +
          (managerSeen_.expired() ? "-"

@@ -1,5 +1,5 @@
-// The real kit in a world in which everything that decides order is a choice: which answer comes
-// next and with what in it, on which thread, inside the call, twice or never; when a queue
+// The real kit in a simulation in which everything that decides order is a choice: which answer
+// comes next and with what in it, on which thread, inside the call, twice or never; when a queue
 // advances; when a notification is posted; when something is released, also inside a call or a
 // completion.
 //
@@ -21,12 +21,12 @@
 
 namespace hlv::testing {
 
-class World {
+class Simulation {
  public:
-  World();
-  ~World();
-  World(const World&) = delete;
-  World& operator=(const World&) = delete;
+  Simulation();
+  ~Simulation();
+  Simulation(const Simulation&) = delete;
+  Simulation& operator=(const Simulation&) = delete;
 
   /// Plays one history. `disturbances` says how many it may hold beyond those of the scenario.
   /// Whatever is left over at its end stands in the history as a line. The result is valid until
@@ -37,22 +37,22 @@ class World {
 
  private:
   struct Call {
-    const Menu::Answers* answers;
+    const PossibleReplies::Answers* answers;
     std::function<void(const Answer&, const ErrorPtr&)> answer;
     bool answered = false;
   };
   class EnteredCard;
   static constexpr std::size_t noCall = static_cast<std::size_t>(-1);
 
-  template <class Held, class Hear>
-  void listen(Held& held, Service service, Hear hear);
+  template <class Held, class Deliver>
+  void listen(Held& held, Service service, Deliver deliver);
   void called(Service service, std::function<void(const Answer&, const ErrorPtr&)> answer);
-  void told(std::size_t operation, const std::string& results);
+  void completed(std::size_t operation, const std::string& results);
 
   void begin();
   void end();
   bool step();
-  /// Lets the world act inside a call to a service, or inside a completion.
+  /// Lets the simulation act inside a call to a service, or inside a completion.
   void react(std::size_t call);
   void addStarts(std::vector<bool> threads);
   void addAnswers(std::size_t call, bool onMain);

@@ -1,4 +1,4 @@
-#include "Tests/Explorer/World.h"
+#include "Tests/Explorer/Simulation.h"
 
 #include <utility>
 
@@ -38,7 +38,7 @@ std::string named(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrum
 }  // namespace
 
 /// A card that says what is done to it.
-class World::EnteredCard final : public FakeEnteredCard {
+class Simulation::EnteredCard final : public FakeEnteredCard {
  public:
   EnteredCard(Trace* trace, std::size_t operation)
       : trace_(trace), name_("card " + std::to_string(operation)) {}
@@ -56,16 +56,16 @@ class World::EnteredCard final : public FakeEnteredCard {
   const std::string name_;
 };
 
-template <class Held, class Hear>
-void World::listen(Held& held, Service service, Hear hear) {
-  held.answerInside = [this, service, hear](const auto& callback) {
-    called(service, [callback, hear](const Answer& answer, const ErrorPtr& error) {
-      if (callback) hear(callback, answer, error);
+template <class Held, class Deliver>
+void Simulation::listen(Held& held, Service service, Deliver deliver) {
+  held.answerInside = [this, service, deliver](const auto& callback) {
+    called(service, [callback, deliver](const Answer& answer, const ErrorPtr& error) {
+      if (callback) deliver(callback, answer, error);
     });
   };
 }
 
-World::World() {
+Simulation::Simulation() {
   Platform::install(platform_);
   Host::install(host_);
   // What is made once is made now, so that every history leaves as many blocks of memory behind as
@@ -82,31 +82,34 @@ World::World() {
   host_->network->trace = &host_->trace;
   auto& backend = *host_->backend;
   auto& provider = *host_->provider;
-  const auto hearError = [](auto& tell, auto&, auto& error) { tell(error); };
-  const auto hearGuest = [](auto& tell, auto& answer, auto& error) { tell(answer.guest, error); };
-  const auto hearCard = [](auto& tell, auto& answer, auto& error) {
-    tell(answer.guest, answer.card, error);
+  const auto takeError = [](auto& complete, auto&, auto& error) { complete(error); };
+  const auto takeGuest = [](auto& complete, auto& answer, auto& error) {
+    complete(answer.guest, error);
+  };
+  const auto takeCard = [](auto& complete, auto& answer, auto& error) {
+    complete(answer.guest, answer.card, error);
   };
   listen(provider.tokens, Service::createToken,
-         [](auto& tell, auto& answer, auto& error) { tell(answer.token, error); });
-  listen(provider.adds, Service::addInstrument, hearError);
+         [](auto& complete, auto& answer, auto& error) { complete(answer.token, error); });
+  listen(provider.adds, Service::addInstrument, takeError);
   listen(provider.lists, Service::list,
-         [](auto& tell, auto& answer, auto& error) { tell(answer.instruments, error); });
-  listen(provider.removals, Service::removeInstrument, hearError);
-  listen(backend.guestUpdates, Service::updateGuest, hearGuest);
-  listen(backend.cardAdds, Service::addCard, hearCard);
-  listen(backend.deletions, Service::deleteCard, hearGuest);
-  listen(backend.cardUpdates, Service::updateCard, hearCard);
+         [](auto& complete, auto& answer, auto& error) { complete(answer.instruments, error); });
+  listen(provider.removals, Service::removeInstrument, takeError);
+  listen(backend.guestUpdates, Service::updateGuest, takeGuest);
+  listen(backend.cardAdds, Service::addCard, takeCard);
+  listen(backend.deletions, Service::deleteCard, takeGuest);
+  listen(backend.cardUpdates, Service::updateCard, takeCard);
   listen(backend.cardFetches, Service::fetchCards,
-         [](auto& tell, auto& answer, auto& error) { tell(answer.cards, error); });
+         [](auto& complete, auto& answer, auto& error) { complete(answer.cards, error); });
 }
 
-World::~World() {
+Simulation::~Simulation() {
   Host::install(nullptr);
   Platform::install(nullptr);
 }
 
-const History& World::play(const Scenario& scenario, std::size_t disturbances, Choices& choices) {
+const History& Simulation::play(const Scenario& scenario, std::size_t disturbances,
+                                Choices& choices) {
   scenario_ = &scenario;
   choices_ = &choices;
   disturbancesLeft_ = disturbances + scenario.disturbances;
@@ -117,8 +120,8 @@ const History& World::play(const Scenario& scenario, std::size_t disturbances, C
   return history_;
 }
 
-void World::begin() {
-  const auto& cast = Cast::shared();
+void Simulation::begin() {
+  const auto& cast = Fixtures::shared();
   history_.clear();
   depth_ = 0;
   nextOperation_ = 0;
@@ -134,7 +137,7 @@ void World::begin() {
   host_->trace.clear();
 }
 
-void World::end() {
+void Simulation::end() {
   // The services still keep the callbacks that they have answered.
   HLVSDKPayleven::resetSharedInstance();
   host_->backend->lastAddRequest.reset();
@@ -156,7 +159,7 @@ void World::end() {
 
 // The moves
 
-bool World::step() {
+bool Simulation::step() {
   moves_.clear();
   addStarts(scenario_->bothThreads ? std::vector{true, false} : std::vector{true});
   if (platform_->main->waiting() > 0) moves_.push_back({Move::Kind::runMainQueue});
@@ -179,7 +182,7 @@ bool World::step() {
   return true;
 }
 
-void World::react(std::size_t call) {
+void Simulation::react(std::size_t call) {
   while (true) {
     moves_.clear();
     const bool waits = call != noCall && !calls_[call].answered;
@@ -196,7 +199,7 @@ void World::react(std::size_t call) {
   }
 }
 
-void World::addStarts(std::vector<bool> threads) {
+void Simulation::addStarts(std::vector<bool> threads) {
   if (nextOperation_ == scenario_->operations.size()) return;
   for (const auto& request : scenario_->operations[nextOperation_].requests) {
     for (const bool onMain : threads) {
@@ -208,14 +211,14 @@ void World::addStarts(std::vector<bool> threads) {
   }
 }
 
-void World::addAnswers(std::size_t call, bool onMain) {
+void Simulation::addAnswers(std::size_t call, bool onMain) {
   for (const auto& answer : *calls_[call].answers) {
     moves_.push_back(
         {.kind = Move::Kind::answer, .onMain = onMain, .call = call, .answer = &answer});
   }
 }
 
-void World::addDisturbances() {
+void Simulation::addDisturbances() {
   if (disturbancesLeft_ == 0) return;
   for (std::size_t call = 0; call < calls_.size(); ++call) {
     const auto& answers = *calls_[call].answers;
@@ -235,7 +238,7 @@ void World::addDisturbances() {
   }
 }
 
-void World::perform(const Move& move) {
+void Simulation::perform(const Move& move) {
   writeDown();
   history_.push_back({true, move, depth_, {}});
   ++depth_;
@@ -250,7 +253,7 @@ void World::perform(const Move& move) {
   writeDown();
 }
 
-void World::execute(const Move& move) {
+void Simulation::execute(const Move& move) {
   switch (move.kind) {
     case Move::Kind::goOn:
     case Move::Kind::end:
@@ -298,10 +301,10 @@ void World::execute(const Move& move) {
   }
 }
 
-// What the world does to the kit
+// What the simulation does to the kit
 
-void World::start(const Move& move) {
-  const auto& cast = Cast::shared();
+void Simulation::start(const Move& move) {
+  const auto& cast = Fixtures::shared();
   const auto& request = *move.request;
   const auto operation = move.operation;
   const auto guest = request.guest ? cast.guest : nullptr;
@@ -315,7 +318,7 @@ void World::start(const Move& move) {
     enteredCards_.push_back(card);
   }
   const auto whenGuestAndCard = [this, operation](auto toldGuest, auto toldCard, auto error) {
-    told(operation, named(toldGuest) + ", " + named(toldCard) + ", " + madeAs(error));
+    completed(operation, named(toldGuest) + ", " + named(toldCard) + ", " + madeAs(error));
   };
   const auto ifWanted = [&](auto completion, auto wanted) {
     return request.completion ? decltype(wanted)(completion) : nullptr;
@@ -342,7 +345,7 @@ void World::start(const Move& move) {
           request.id, request.useCase, guest,
           ifWanted(
               [this, operation](auto toldGuest, auto error) {
-                told(operation, named(toldGuest) + ", " + madeAs(error));
+                completed(operation, named(toldGuest) + ", " + madeAs(error));
               },
               HLVSDKGuestCompletion()));
     case OperationKind::update:
@@ -354,8 +357,8 @@ void World::start(const Move& move) {
             card, request.confirmToken,
             ifWanted(
                 [this, operation](auto token, auto instrument, auto error) {
-                  told(operation,
-                       token.value_or("none") + ", " + named(instrument) + ", " + madeAs(error));
+                  completed(operation, token.value_or("none") + ", " + named(instrument) + ", " +
+                                           madeAs(error));
                 },
                 HLVSDKPaylevenInstrumentCompletion()));
       }
@@ -370,7 +373,7 @@ void World::start(const Move& move) {
                   for (const auto& pair : pairs.value_or(List<HLVSDKPLVPaymentInstrument>())) {
                     list += *pair->useCase() + " " + named(pair->paymentInstrument()) + ", ";
                   }
-                  told(operation, list + madeAs(error));
+                  completed(operation, list + madeAs(error));
                 },
                 HLVSDKPLVPaymentInstrumentsCompletion()));
       }
@@ -380,7 +383,8 @@ void World::start(const Move& move) {
         receiver->synchronizePaymentInstrumentsForGuest(
             guest, ifWanted(
                        [this, operation](bool success, auto error) {
-                         told(operation, (success ? "success, " : "failure, ") + madeAs(error));
+                         completed(operation,
+                                   (success ? "success, " : "failure, ") + madeAs(error));
                        },
                        HLVSDKSuccessCompletion()));
       }
@@ -388,7 +392,7 @@ void World::start(const Move& move) {
   }
 }
 
-void World::enable(const Request& request) {
+void Simulation::enable(const Request& request) {
   List<HLVSDKKitEntry> entries;
   for (const auto& key : request.kits) {
     const auto configuration =
@@ -405,7 +409,7 @@ void World::enable(const Request& request) {
   HLVSDKPayleven::enableWithConfiguration(std::make_shared<FakeConfiguration>(entries));
 }
 
-void World::post(const Posted& notification) {
+void Simulation::post(const Posted& notification) {
   const auto center = platform_->notificationCenter();
   Dictionary userInfo;
   switch (notification.name) {
@@ -421,28 +425,30 @@ void World::post(const Posted& notification) {
   }
 }
 
-// What the kit does to the world
+// What the kit does to the simulation
 
-void World::called(Service service, std::function<void(const Answer&, const ErrorPtr&)> answer) {
+void Simulation::called(Service service,
+                        std::function<void(const Answer&, const ErrorPtr&)> answer) {
   auto& line = host_->trace.back();
   if (service == Service::addCard) {
     for (const auto& card : enteredCards_) {
       if (card.get() == host_->requestedCard) line += ", " + card->name();
     }
-    if (host_->requestedAddress == Cast::shared().address.get()) line += " at the address";
+    if (host_->requestedAddress == Fixtures::shared().address.get()) line += " at the address";
   }
   line += std::string(", ") + thread(platform_->onMainThread);
-  calls_.push_back({&scenario_->menu.of(service, host_->provider->lastUseCase), std::move(answer)});
+  calls_.push_back(
+      {&scenario_->replies.of(service, host_->provider->lastUseCase), std::move(answer)});
   react(calls_.size() - 1);
 }
 
-void World::told(std::size_t operation, const std::string& results) {
-  say("tells " + std::to_string(operation) + ", " + thread(platform_->onMainThread) + ": " +
+void Simulation::completed(std::size_t operation, const std::string& results) {
+  say("completes " + std::to_string(operation) + ", " + thread(platform_->onMainThread) + ": " +
       results);
   react(noCall);
 }
 
-void World::watchKit() {
+void Simulation::watchKit() {
   const auto kit = HLVSDKPayleven::sharedInstance();
   if (!kit || kit == kit_.lock()) return;
   kit_ = kit;
@@ -452,7 +458,7 @@ void World::watchKit() {
       kit->paymentInstrumentsSynchronizer());
 }
 
-std::string World::state() const {
+std::string Simulation::state() const {
   std::size_t onSerialQueues = 0;
   for (const auto& queue : platform_->serialQueues) {
     if (const auto alive = queue.lock()) onSerialQueues += alive->waiting();
@@ -468,7 +474,7 @@ std::string World::state() const {
   return state;
 }
 
-void World::writeDown() {
+void Simulation::writeDown() {
   for (auto& line : host_->trace) history_.push_back({false, {}, depth_, std::move(line)});
   host_->trace.clear();
 }

@@ -1,5 +1,6 @@
-// What the kit promises, told once more and without a line of the kit's own code. Judge.cpp is the
-// place to read what each operation does, in which order, on which thread and in which words.
+// What the kit promises, completed once more and without a line of the kit's own code.
+// ReferenceModel.cpp is the place to read what each operation does, in which order, on which thread
+// and in which words.
 //
 // Threading: one thread.
 #pragma once
@@ -9,13 +10,13 @@
 #include <optional>
 #include <string>
 
-#include "Tests/Explorer/Follower.h"
+#include "Tests/Explorer/ModelRunner.h"
 
 namespace hlv::testing {
 
-class Judge final : private Follower {
+class ReferenceModel final : private ModelRunner {
  public:
-  using Follower::Violation;
+  using ModelRunner::Violation;
   /// The first thing in the history that is not as it must be, or nothing.
   static std::optional<Violation> examine(const Scenario& scenario, const History& history);
 
@@ -26,9 +27,9 @@ class Judge final : private Follower {
       std::function<void(const NullableString& token, const Instrument&, const Text&)>;
   struct Fetched;
 
-  using Follower::Follower;
+  using ModelRunner::ModelRunner;
   void start(OperationKind kind, const Asking& who) override;
-  void hear(const Posted& notification) override;
+  void handle(const Posted& notification) override;
 
   void enable(const Request& request);
   void add(const Asking& who);

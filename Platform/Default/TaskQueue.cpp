@@ -1,17 +1,17 @@
-#include "Platform/Default/BlockLine.h"
+#include "Platform/Default/TaskQueue.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace hlv {
 
-void BlockLine::post(Block block, std::shared_ptr<Lane> lane) {
+void TaskQueue::post(Block block, std::shared_ptr<Strand> strand) {
   const std::lock_guard lock(mutex_);
-  waiting_.push_back({std::move(block), std::move(lane)});
+  waiting_.push_back({std::move(block), std::move(strand)});
   changed_.notify_one();
 }
 
-bool BlockLine::runOne(Wait wait) {
+bool TaskQueue::runOne(Wait wait) {
   std::unique_lock lock(mutex_);
   if (wait == Wait::forBlock) {
     changed_.wait(lock, [&] { return isWoken_ || isClosed_ || next() != waiting_.end(); });
@@ -20,16 +20,16 @@ bool BlockLine::runOne(Wait wait) {
   const auto first = next();
   if (isClosed_ || first == waiting_.end()) return false;
 
-  Turn turn = std::move(*first);
+  Task turn = std::move(*first);
   waiting_.erase(first);
   ++running_;
-  if (turn.lane) turn.lane->isBusy = true;
+  if (turn.strand) turn.strand->isBusy = true;
   lock.unlock();
   const auto finish = [&] {
     turn.block = nullptr;
     lock.lock();
-    // No thread is notified that the lane is free: this one is back at once for what waits there.
-    if (turn.lane) turn.lane->isBusy = false;
+    // No thread is notified that the strand is free: this one is back at once for what waits there.
+    if (turn.strand) turn.strand->isBusy = false;
     --running_;
   };
   try {
@@ -42,26 +42,26 @@ bool BlockLine::runOne(Wait wait) {
   return true;
 }
 
-void BlockLine::wake() {
+void TaskQueue::wake() {
   const std::lock_guard lock(mutex_);
   isWoken_ = true;
   changed_.notify_one();
 }
 
-void BlockLine::close() {
+void TaskQueue::close() {
   const std::lock_guard lock(mutex_);
   isClosed_ = true;
   changed_.notify_all();
 }
 
-bool BlockLine::isIdle() const {
+bool TaskQueue::isIdle() const {
   const std::lock_guard lock(mutex_);
   return waiting_.empty() && running_ == 0;
 }
 
-std::list<BlockLine::Turn>::iterator BlockLine::next() {
+std::list<TaskQueue::Task>::iterator TaskQueue::next() {
   return std::find_if(waiting_.begin(), waiting_.end(),
-                      [](const Turn& turn) { return !turn.lane || !turn.lane->isBusy; });
+                      [](const Task& turn) { return !turn.strand || !turn.strand->isBusy; });
 }
 
 }  // namespace hlv

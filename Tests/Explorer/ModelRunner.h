@@ -16,7 +16,7 @@
 
 namespace hlv::testing {
 
-class Follower {
+class ModelRunner {
  public:
   /// Where in the history something is wrong, and what should stand there.
   struct Violation {
@@ -41,7 +41,7 @@ class Follower {
   /// The request of the kit itself, whose completion says nothing.
   static constexpr std::size_t byTheKit = static_cast<std::size_t>(-1);
 
-  /// What a service brought. Errors are told by how they were made, and "none" is no error.
+  /// What a service brought. Errors are completed by how they were made, and "none" is no error.
   struct Brought {
     const Answer& answer;
     Text error;
@@ -52,7 +52,7 @@ class Follower {
   };
   using Continuation = std::function<void(const Brought&)>;
   /// The kit hears a service once; an app whose completion a service has got hears it always.
-  enum class Heard { once, always };
+  enum class Replies { once, always };
 
   /// Answers that wait for one another. One that never comes frees what would be done then.
   class Join {
@@ -66,30 +66,30 @@ class Follower {
     std::function<void()> then_;
   };
 
-  Follower(const Scenario& scenario, const History& history)
+  ModelRunner(const Scenario& scenario, const History& history)
       : scenario_(scenario), history_(history) {}
-  ~Follower() = default;
+  ~ModelRunner() = default;
 
   /// Follows to the end.
   std::optional<Violation> follow();
 
   virtual void start(OperationKind kind, const Asking& who) = 0;
-  virtual void hear(const Posted& notification) = 0;
+  virtual void handle(const Posted& notification) = 0;
 
   void bringToLife();
   /// The kit says or does this now.
   void expect(const Text& line);
   /// It calls a service, on the thread that it is on.
-  void call(const Text& line, Continuation then, Heard heard = Heard::once);
+  void call(const Text& line, Continuation then, Replies replies = Replies::once);
   /// The main-thread rule: now, if this is the main thread, and otherwise posted.
   void onMainThread(std::function<void(bool posted)> work);
   void postToMainQueue(std::function<void()> work) { mainQueue_.push_back(std::move(work)); }
   void postToSerialQueue(std::function<void()> work) { serialQueue_.push_back(std::move(work)); }
   /// Tells the caller by that rule. A missing completion is skipped, and builds and posts nothing.
-  void tell(const Asking& who, const Text& results);
+  void complete(const Asking& who, const Text& results);
   void tellBuilt(const Asking& who, std::function<Text(bool posted)> results);
   /// Tells the caller here and now.
-  void tellHere(const Asking& who, const Text& results);
+  void completeHere(const Asking& who, const Text& results);
   /// Writes to the remote logger and then to the console, with the same words.
   void log(int level, const Text& format, const Text& argument, const Text& function);
 
@@ -111,7 +111,7 @@ class Follower {
 
   struct Waiting {
     Continuation then;
-    Heard heard;
+    Replies replies;
   };
   const History& history_;
   std::size_t position_ = 0;

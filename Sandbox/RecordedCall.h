@@ -13,7 +13,7 @@ namespace hlv::sandbox {
 
 /// Tells that the app asks for `what`, and returns a completion that tells what it hears, every
 /// time that it does, and hands it on. The completion holds the sandbox weakly.
-HLVSDKGuestCardCompletion toldCall(const std::shared_ptr<Sandbox>& sandbox, const std::string& what,
-                                   HLVSDKGuestCardCompletion heard);
+HLVSDKGuestCardCompletion recordedCall(const std::shared_ptr<Sandbox>& sandbox,
+                                       const std::string& what, HLVSDKGuestCardCompletion heard);
 
 }  // namespace hlv::sandbox

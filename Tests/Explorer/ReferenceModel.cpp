@@ -1,4 +1,4 @@
-#include "Tests/Explorer/Judge.h"
+#include "Tests/Explorer/ReferenceModel.h"
 
 #include <algorithm>
 #include <utility>
@@ -79,13 +79,14 @@ bool standsFor(const FakeStoredCard& card, const FakeInstrument& instrument, con
 
 }  // namespace
 
-std::optional<Judge::Violation> Judge::examine(const Scenario& scenario, const History& history) {
-  Judge judge(scenario, history);
+std::optional<ReferenceModel::Violation> ReferenceModel::examine(const Scenario& scenario,
+                                                                 const History& history) {
+  ReferenceModel judge(scenario, history);
   if (scenario.operations.front().kind != OperationKind::enable) judge.bringToLife();
   return judge.follow();
 }
 
-void Judge::start(OperationKind kind, const Asking& who) {
+void ReferenceModel::start(OperationKind kind, const Asking& who) {
   const auto kept = std::pair(manager_, synchronizer_);
   switch (kind) {
     case OperationKind::enable:
@@ -108,7 +109,7 @@ void Judge::start(OperationKind kind, const Asking& who) {
 // Enabling: the last entry of the kit's own class counts; the first fault is the one that is
 // reported, and then nothing is created. The first enabling that succeeds is the only one that
 // does anything: it reads the guest once and registers the key.
-void Judge::enable(const Request& request) {
+void ReferenceModel::enable(const Request& request) {
   const Text* last = nullptr;
   for (const auto& key : request.kits) {
     if (key != "another kit") last = &key;
@@ -127,15 +128,15 @@ void Judge::enable(const Request& request) {
 
 // Adding: reachability is read first, then the card checks itself; an invalid card is reported with
 // its own error even when there is no connection. A guest with a token has had a card before.
-void Judge::add(const Asking& who) {
+void ReferenceModel::add(const Asking& who) {
   expect("network asked");
   connected_ = (network_ & 0xff) != 0;
-  if (!who.request->card) return tell(who, "none, none, none");
+  if (!who.request->card) return complete(who, "none, none, none");
   expect(who.card() + " checks itself");
   if (!who.request->valid) {
-    return tell(who, "none, none, error " + std::to_string(who.operation));
+    return complete(who, "none, none, error " + std::to_string(who.operation));
   }
-  if (!connected_) return tell(who, "none, none, " + noConnection);
+  if (!connected_) return complete(who, "none, none, " + noConnection);
   const bool hasToken = who.request->guest && guestToken_ && !guestToken_->empty();
   hasToken ? addFurther(who) : addFirst(who);
 }
@@ -143,7 +144,7 @@ void Judge::add(const Asking& who) {
 // A first card: the provider makes the token with it, the list names its instrument, and then the
 // backend stores the token and registers the card, neither waiting for the other. The first error
 // wins; a card that came before it stays. The manager is not kept while anybody answers.
-void Judge::addFirst(const Asking& who) {
+void ReferenceModel::addFirst(const Asking& who) {
   const auto register_ = [=, this](const NullableString& token) {
     const auto kept = who.manager.lock();
     if (!kept) return;
@@ -167,13 +168,13 @@ void Judge::addFirst(const Asking& who) {
          });
     both->whenEmpty([=, this] {
       postToMainQueue([=, this] {
-        tell(who, who.guest("none") + ", " + answers->card + ", " + answers->error);
+        complete(who, who.guest("none") + ", " + answers->card + ", " + answers->error);
       });
     });
   };
   const auto added = [=, this](const NullableString& token, const Instrument& instrument,
                                const Text& error) {
-    if (error != none) return tell(who, "none, none, " + error);
+    if (error != none) return complete(who, "none, none, " + error);
     if (!instrument || !instrument->id) {
       return tellBuilt(who, [](bool posted) {
         const auto method = by(addFirstMethod, posted);
@@ -201,25 +202,25 @@ void Judge::addFirst(const Asking& who) {
 
 // A further card: under the guest's token, without a join. What fails at the provider is logged;
 // what the backend says of the card is reported, except its error, by design.
-void Judge::addFurther(const Asking& who) {
+void ReferenceModel::addFurther(const Asking& who) {
   const Text token = *guestToken_;
   const auto added = [=, this](const NullableString&, const Instrument& instrument,
                                const Text& error) {
     const auto kept = who.manager.lock();
     if (error != none) {
       log(1, failedToAdd + "%@", error, addNewBlock);
-      return tell(who, "none, none, " + error);
+      return complete(who, "none, none, " + error);
     }
     if (!instrument || !instrument->id) {
       log(1, failedToAdd + notIdentified, "", addNewBlock);
-      return tell(who,
-                  "none, none, " + required("identifier", notIdentified, addNewBlock, "AddNew"));
+      return complete(
+          who, "none, none, " + required("identifier", notIdentified, addNewBlock, "AddNew"));
     }
     expect(who.card() + " is " + *instrument->id);
     if (!kept) return;
     call("backend add card for guest token=" + token + ", " + who.card() + " at the address",
          [=, this](const Brought& brought) {
-           tell(who, brought.guest() + ", " + brought.card() + ", none");
+           complete(who, brought.guest() + ", " + brought.card() + ", none");
          });
   };
 
@@ -234,11 +235,11 @@ void Judge::addFurther(const Asking& who) {
 // Confirming: the provider's answer to an add names no instrument, so the list under the token is
 // searched for the last usable one with the card's digits, brand and expiry. Finding none is no
 // error here. The manager is not kept meanwhile.
-void Judge::confirm(const Asking& who, const NullableString& token, Confirmed then) {
+void ReferenceModel::confirm(const Asking& who, const NullableString& token, Confirmed then) {
   if (!then && who.request->completion) {
-    then = [=, this](const NullableString& told, const Instrument& found, const Text& error) {
+    then = [=, this](const NullableString& completed, const Instrument& found, const Text& error) {
       const Text instrument = !found ? none : found->id.value_or("unidentified");
-      tellHere(who, told.value_or(none) + ", " + instrument + ", " + error);
+      completeHere(who, completed.value_or(none) + ", " + instrument + ", " + error);
     };
   }
   if (!who.request->card || !token) {
@@ -264,7 +265,7 @@ void Judge::confirm(const Asking& who, const NullableString& token, Confirmed th
 // connection counts last. The backend goes first, and its guest is the one that is reported and
 // whose token the provider hears. A list that fails is not reported, by design. The manager is kept
 // from the backend's answer to the list's.
-void Judge::remove(const Asking& who) {
+void ReferenceModel::remove(const Asking& who) {
   expect("network asked");
   connected_ = (network_ & 0xff) != 0;
   const auto refuse = [&](const Text& asserted, const Text& reported) {
@@ -279,12 +280,12 @@ void Judge::remove(const Asking& who) {
   if (!request.useCase) return refuse("useCase", "useCase");
   if (*request.id != "card-1") {
     const Text message = "Given guest must have credit card with the given halvoID";
-    return tell(who, "none, " + required("existedCard", message, deleteMethod, "Delete"));
+    return complete(who, "none, " + required("existedCard", message, deleteMethod, "Delete"));
   }
-  if (!connected_) return tell(who, "none, " + noConnection);
+  if (!connected_) return complete(who, "none, " + noConnection);
 
   call("backend delete card-1 of guest", [=, this](const Brought& deleted) {
-    if (deleted.failed()) return tell(who, "none, " + deleted.error);
+    if (deleted.failed()) return complete(who, "none, " + deleted.error);
     const auto kept = who.manager.lock();
     if (!kept) return;
     const auto guest = deleted.guest();
@@ -293,10 +294,10 @@ void Judge::remove(const Asking& who) {
          [=, this, keptMeanwhile = kept](const Brought& listed) {
            if (!listed.answer.instruments) expect("assert parameter paylevenInstruments: nil");
            const auto found = lastUsable(listed.answer);
-           if (!found) return tell(who, guest + ", none");
+           if (!found) return complete(who, guest + ", none");
            call("provider remove " + shown(found->id) + " from default of " + token,
                 [=, this](const Brought& removed) {
-                  tell(who, guest + ", " + (removed.failed() ? wrapped(removed.error) : none));
+                  complete(who, guest + ", " + (removed.failed() ? wrapped(removed.error) : none));
                 });
          });
   });
@@ -304,15 +305,15 @@ void Judge::remove(const Asking& who) {
 
 // Updating: straight to the backend, with the caller's completion as it is: no check, no provider,
 // on whatever thread the backend answers and as often as it does.
-void Judge::update(const Asking& who) {
-  const auto told = [=, this](const Brought& brought) {
-    tellHere(who, brought.guest() + ", " + brought.card() + ", " + brought.error);
+void ReferenceModel::update(const Asking& who) {
+  const auto completed = [=, this](const Brought& brought) {
+    completeHere(who, brought.guest() + ", " + brought.card() + ", " + brought.error);
   };
-  call("backend update card-1 of guest", told, Heard::always);
+  call("backend update card-1 of guest", completed, Replies::always);
 }
 
 /// What fetches brought; of several errors the last one counts.
-struct Judge::Fetched {
+struct ReferenceModel::Fetched {
   std::vector<std::pair<Text, Instrument>> pairs;
   std::vector<std::shared_ptr<FakeStoredCard>> cards;
   Text error = none;
@@ -321,7 +322,7 @@ struct Judge::Fetched {
 // Synchronising: one run at a time; a request that comes meanwhile is dropped. The provider's three
 // lists and the backend's cards are fetched at the same time, and compared on the serial queue. The
 // synchroniser keeps itself until then.
-void Judge::synchronize(const Asking& who) {
+void ReferenceModel::synchronize(const Asking& who) {
   const auto self = synchronizer_;
   if (*self) return;
   const Text cannot = "Can not synchronize payment instruments for guest ";
@@ -353,15 +354,16 @@ void Judge::synchronize(const Asking& who) {
 
 // Fetching all instruments: three lists at once, gathered in the order of the answers. One that
 // fails fails them all, and the last error is the one that counts.
-void Judge::fetchAll(const Asking& who, std::function<void(const std::shared_ptr<Fetched>&)> then) {
+void ReferenceModel::fetchAll(const Asking& who,
+                              std::function<void(const std::shared_ptr<Fetched>&)> then) {
   if (!then) {
     then = [=, this](const std::shared_ptr<Fetched>& fetched) {
-      if (fetched->error != none) return tellHere(who, "no list, " + fetched->error);
+      if (fetched->error != none) return completeHere(who, "no list, " + fetched->error);
       Text list;
       for (const auto& [useCase, instrument] : fetched->pairs) {
         list += useCase + " " + instrument->id.value_or("unidentified") + ", ";
       }
-      tellHere(who, list + none);
+      completeHere(who, list + none);
     };
   }
   const auto fetched = std::make_shared<Fetched>();
@@ -385,10 +387,10 @@ void Judge::fetchAll(const Asking& who, std::function<void(const std::shared_ptr
 // The end of a synchronisation: what the backend does not know is removed, and success is reported
 // as soon as the removals are asked for. Only this way clears the flag: after a failure, or when
 // there was nothing to compare, every later request is dropped.
-void Judge::finish(const Asking& who, const Fetched& fetched, bool& synchronizing) {
+void ReferenceModel::finish(const Asking& who, const Fetched& fetched, bool& synchronizing) {
   const auto report = [&](const Text& results) {
     // The kit's own request has a completion too, one that does nothing.
-    who.operation == byTheKit ? postToMainQueue([] {}) : tell(who, results);
+    who.operation == byTheKit ? postToMainQueue([] {}) : complete(who, results);
   };
   if (fetched.error != none) {
     log(1, "Failed to synchronize payment instruments. %@", "developer " + fetched.error,
@@ -424,7 +426,7 @@ void Judge::finish(const Asking& who, const Fetched& fetched, bool& synchronizin
 // Notifications: the foreground and an authorisation synchronise, and so does a change of the
 // network into a reachable state from another one. States count by their lowest eight bits. The
 // guest is the one that the kit has known from the start.
-void Judge::hear(const Posted& posted) {
+void ReferenceModel::handle(const Posted& posted) {
   bool wanted = scenario_.authorized;
   if (posted.name == Posted::Name::authorization) wanted = posted.state > 0;
   if (posted.name == Posted::Name::reachability) {

@@ -11,20 +11,20 @@
 
 namespace hlv {
 
-/// Blocks in the order of their posting; the first whose lane is free is the next to run. Queues
+/// Blocks in the order of their posting; the first whose strand is free is the next to run. Queues
 /// refer weakly to it, so that it goes with every block that never ran, one that holds its queue
 /// included.
 ///
 /// Threading: any. No lock is held while a block runs or is freed.
-class BlockLine {
+class TaskQueue {
  public:
-  /// Of the blocks that share a lane, one runs at a time. One without a lane may always run.
-  struct Lane {
+  /// Of the blocks that share a strand, one runs at a time. One without a strand may always run.
+  struct Strand {
     bool isBusy = false;
   };
   enum class Wait { no, forBlock };
 
-  void post(Block block, std::shared_ptr<Lane> lane = nullptr);
+  void post(Block block, std::shared_ptr<Strand> strand = nullptr);
   /// Runs the next block and returns whether there was one. What the block throws passes through;
   /// it counts as finished then.
   bool runOne(Wait wait);
@@ -36,15 +36,15 @@ class BlockLine {
   bool isIdle() const;
 
  private:
-  struct Turn {
+  struct Task {
     Block block;
-    std::shared_ptr<Lane> lane;
+    std::shared_ptr<Strand> strand;
   };
-  std::list<Turn>::iterator next();
+  std::list<Task>::iterator next();
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
-  std::list<Turn> waiting_;
+  std::list<Task> waiting_;
   std::size_t running_ = 0;
   bool isWoken_ = false;
   bool isClosed_ = false;

@@ -1,0 +1,146 @@
+#include "Sandbox/Calls/ReplyQueue.h"
+
+#include <pthread.h>
+
+#include <array>
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <atomic>
+#include <deque>
+#include <string>
+#include <utility>
+
+#include "Platform/Platform.h"
+
+namespace hlv::sandbox {
+namespace {
+
+using WorkGuard = asio::executor_work_guard<asio::io_context::executor_type>;
+
+struct Task {
+  ServiceThread thread;
+  std::function<void()> run;
+};
+
+}  // namespace
+
+/// Each service's thread holds this, so blocks on the threads refer to it plainly.
+struct ReplyQueue::State : std::enable_shared_from_this<State> {
+  asio::io_context& context(ServiceThread thread) {
+    return contexts[static_cast<std::size_t>(thread)];
+  }
+
+  void lineUp(Task turn) {
+    const std::lock_guard lock(mutex);
+    tasks.push_back(std::move(turn));
+    if (!isServing) callNext();
+  }
+
+  /// With the lock held.
+  void callNext() {
+    isServing = !tasks.empty();
+    if (isServing) asio::post(context(tasks.front().thread), [this] { serve(); });
+  }
+
+  void serve() {
+    Task turn = [this] {
+      const std::lock_guard lock(mutex);
+      auto first = std::move(tasks.front());
+      tasks.pop_front();
+      return first;
+    }();
+    turn.run();
+    turn.run = nullptr;
+    const std::lock_guard lock(mutex);
+    callNext();
+  }
+
+  void answer(ServiceThread thread, Delivery delivery) {
+    if (delivery.delay.count() > 0) return hold(thread, std::move(delivery));
+    delivery.deliver();
+    delivery.deliver = nullptr;
+    finish();
+  }
+
+  void hold(ServiceThread thread, Delivery delivery) {
+    auto timer = std::make_shared<asio::steady_timer>(context(thread), delivery.delay);
+    delivery.delay = {};
+    timer->async_wait([this, timer, thread,
+                       delivery = std::move(delivery)](const asio::error_code& stopped) mutable {
+      if (!stopped) answerAfterMainQueue(thread, std::move(delivery));
+    });
+  }
+
+  void answerAfterMainQueue(ServiceThread thread, Delivery delivery) {
+    Platform::current()->mainQueue()->async(
+        [weak = weak_from_this(), thread, delivery = std::move(delivery)]() mutable {
+          const auto state = weak.lock();
+          if (!state) return;
+          state->lineUp(
+              {thread, [plain = state.get(), thread, delivery = std::move(delivery)]() mutable {
+                 plain->answer(thread, std::move(delivery));
+               }});
+        });
+  }
+
+  /// A pump that waits on the main queue looks again.
+  void finish() {
+    --unfinished;
+    if (!hasEnded) Platform::current()->mainQueue()->async([] {});
+  }
+
+  std::array<asio::io_context, 2> contexts;
+  std::array<WorkGuard, 2> stayReady{WorkGuard(contexts[0].get_executor()),
+                                     WorkGuard(contexts[1].get_executor())};
+  std::atomic<std::size_t> unfinished{0};
+  std::atomic<bool> hasEnded{false};
+  std::mutex mutex;
+  std::deque<Task> tasks;
+  bool isServing = false;
+};
+
+ReplyQueue::ReplyQueue() : state_(std::make_shared<State>()) {}
+
+ReplyQueue::~ReplyQueue() {
+  state_->hasEnded = true;
+  for (auto& context : state_->contexts) context.stop();
+  for (auto& thread : threads_) {
+    if (thread.get_id() == std::this_thread::get_id()) {
+      thread.detach();
+    } else {
+      thread.join();
+    }
+  }
+}
+
+void ReplyQueue::start() {
+  std::call_once(started_, [this] {
+    for (const auto thread : {ServiceThread::backend, ServiceThread::provider}) {
+      threads_.emplace_back([state = state_, thread] {
+        const auto name = "service-" + std::to_string(static_cast<int>(thread) + 1);
+        pthread_setname_np(pthread_self(), name.c_str());
+        state->context(thread).run();
+      });
+    }
+  });
+}
+
+void ReplyQueue::call(ServiceThread thread, Work work) {
+  start();
+  ++state_->unfinished;
+  state_->lineUp({thread, [state = state_.get(), thread, work = std::move(work)]() mutable {
+                    auto delivery = work();
+                    work = nullptr;
+                    if (delivery) {
+                      state->answer(thread, std::move(*delivery));
+                    } else {
+                      state->finish();
+                    }
+                  }});
+}
+
+bool ReplyQueue::isQuiet() const { return state_->unfinished == 0; }
+
+}  // namespace hlv::sandbox
