@@ -26,7 +26,7 @@ inline void runOnMainThread(std::function<void(Delivery)> block) {
 /// now, and otherwise from the main queue; an empty completion is skipped and builds nothing.
 ///
 /// `build(Delivery)` returns a tuple of the completion's arguments. It runs right before the
-/// completion, on the main thread, and is told which way it came: errors carry the name of the
+/// completion, on the main thread, and learns which way it came: errors carry the name of the
 /// function that builds them.
 template <class... Results>
 void deliverBuilt(std::function<void(Results...)> completion,

@@ -12,7 +12,7 @@
 namespace hlv {
 
 /// A callback until it is answered. It lies in the object itself and is reached through two plain
-/// functions, so that one class serves every callback that hears the same results.
+/// functions, so that one class serves every callback that takes the same results.
 template <class... Results>
 class PendingCallback {
  public:
@@ -47,7 +47,7 @@ class PendingCallback {
   std::atomic_flag answered_;
   void (*const run_)(void*, Results&...);
   void (*const free_)(void*);
-  /// Room for the largest callback of the kit.
+  /// Holds the largest callback of the kit.
   alignas(std::max_align_t) std::byte place_[160];
 };
 

@@ -26,7 +26,7 @@ void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace hlv::bench {
 
-/// Has a name of its own, so that a profiler can be told to count in here only.
+/// Has a name of its own, so that a profiler can count in here only.
 [[gnu::noinline]] void performOnce(const Operation& operation, EnabledKit& kit,
                                    DefaultPlatform& platform) {
   operation.start(kit);
@@ -61,7 +61,7 @@ int main(int argc, char** argv) {
     if (kit.succeeded() - succeededBefore != performed) state.SkipWithError("it failed");
   };
   for (const auto& operation : operations) {
-    // Always as many, so that instructions can be told for one.
+    // Always as many, so that the instructions of one can be computed.
     benchmark::RegisterBenchmark(operation.name, measure, operation)->Iterations(20'000);
   }
   benchmark::Initialize(&argc, argv);

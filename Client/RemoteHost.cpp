@@ -73,7 +73,7 @@ ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& ema
     parts_->guests->learn(sandbox::guestIn(reply.body));
     if (!isSignIn) return nullptr;
     const auto replaced = parts_->session->exchange(sandbox::textIn(reply.body, "session"));
-    // Nobody waits to hear whether it was still one.
+    // Nobody waits to learn whether it was still one.
     if (replaced) {
       parts_->backendClient.send([replaced] { return endOf(replaced); }, [](const ClientReply&) {});
     }

@@ -1,5 +1,5 @@
 // An app in which one guest after another signs in. The kit keeps the guest whom it read when it
-// was enabled; the app tells it of the next one.
+// was enabled; the app sets the next one.
 #include <cstdio>
 #include <string>
 

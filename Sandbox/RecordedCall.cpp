@@ -20,15 +20,16 @@ std::string described(const std::shared_ptr<HLVSDKGuest>& guest,
 }  // namespace
 
 HLVSDKGuestCardCompletion recordedCall(const std::shared_ptr<Sandbox>& sandbox,
-                                       const std::string& what, HLVSDKGuestCardCompletion heard) {
+                                       const std::string& what,
+                                       HLVSDKGuestCardCompletion completion) {
   sandbox->journal().record("app", "kit", what);
-  return [weakSandbox = std::weak_ptr(sandbox), what, heard = std::move(heard)](
+  return [weakSandbox = std::weak_ptr(sandbox), what, completion = std::move(completion)](
              const std::shared_ptr<HLVSDKGuest>& guest,
              const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
     if (const auto open = weakSandbox.lock()) {
       open->journal().record("kit", "app", what, described(guest, card, error));
     }
-    heard(guest, card, error);
+    completion(guest, card, error);
   };
 }
 

@@ -1,4 +1,4 @@
-// What an app asks of the kit and hears from it, as the story tells it.
+// What an app asks of the kit and gets from it, as the timeline records it.
 //
 // Threading: any.
 #pragma once
@@ -11,9 +11,10 @@
 
 namespace hlv::sandbox {
 
-/// Tells that the app asks for `what`, and returns a completion that tells what it hears, every
+/// Records that the app asks for `what`, and returns a completion that records what it gets, every
 /// time that it does, and hands it on. The completion holds the sandbox weakly.
 HLVSDKGuestCardCompletion recordedCall(const std::shared_ptr<Sandbox>& sandbox,
-                                       const std::string& what, HLVSDKGuestCardCompletion heard);
+                                       const std::string& what,
+                                       HLVSDKGuestCardCompletion completion);
 
 }  // namespace hlv::sandbox

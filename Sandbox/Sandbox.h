@@ -47,7 +47,7 @@ class Sandbox {
     std::string problem;
   };
 
-  /// Opens a store, or makes one. Whatever an earlier process was told is still there.
+  /// Opens a store, or makes one. Whatever an earlier process stored is still there.
   [[nodiscard]] static Opened open(const SandboxOptions& options);
   /// The same on a store that is open already; only the options about logs count. For a server.
   [[nodiscard]] static Opened over(std::shared_ptr<Store> store, const SandboxOptions& options);
@@ -90,7 +90,7 @@ class Sandbox {
   std::string makeScene(const std::string& name);
   static std::vector<std::string> scenes();
   /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, tasks the
-  /// network on and tells the app that nobody is signed in. Identifiers go on where they were.
+  /// network on and notifies the app that nobody is signed in. Identifiers go on where they were.
   void reset();
 
   // The two sides of the signed-in guest, as the services have them now. At the provider that is

@@ -17,8 +17,8 @@ std::string named(const HLVSDKCreditCard& card) {
 }
 
 /// The report of an answer. `done` says what a success did, and `undone` what a failure did not.
-Report told(const Session& session, const Session::Answer& answer, const std::string& done,
-            const std::string& undone) {
+Report reportOf(const Session& session, const Session::Answer& answer, const std::string& done,
+                const std::string& undone) {
   if (answer.times == 0) {
     return session.report(Outcome::neverCompleted,
                           "The operation never completes: " + session.whyNothingCame() + ".");
@@ -67,8 +67,8 @@ Report CardOperations::add(Session& session, const std::shared_ptr<HLVSDKPayment
                            const std::shared_ptr<HLVSDKGuest>& guest) {
   session.begin("add");
   session.enableKit();
-  const auto answer = session.call("addPaymentInstrument", [&](HLVSDKGuestCardCompletion heard) {
-    HLVSDKPaymentManager::make()->addPaymentInstrument(card, address, guest, std::move(heard));
+  const auto answer = session.call("addPaymentInstrument", [&](HLVSDKGuestCardCompletion received) {
+    HLVSDKPaymentManager::make()->addPaymentInstrument(card, address, guest, std::move(received));
   });
   if (answer.times > 0 && !answer.card && !answer.error) {
     return session.report(Outcome::broughtNothing,
@@ -77,10 +77,10 @@ Report CardOperations::add(Session& session, const std::shared_ptr<HLVSDKPayment
   }
   const auto registered =
       answer.card ? named(*answer.card) + " as " + answer.card->halvoID().value_or("?") : "";
-  return told(session, answer, "Added " + registered + ".",
-              answer.card ? "The backend registered " + registered +
-                                ", and the operation reports an error all the same."
-                          : "The card was not added.");
+  return reportOf(session, answer, "Added " + registered + ".",
+                  answer.card ? "The backend registered " + registered +
+                                    ", and the operation reports an error all the same."
+                              : "The card was not added.");
 }
 
 Report CardOperations::update(Session& session, const NullableString& ID,
@@ -88,9 +88,11 @@ Report CardOperations::update(Session& session, const NullableString& ID,
                               const std::shared_ptr<HLVSDKGuest>& guest) {
   session.begin("update");
   session.enableKit();
-  const auto answer = session.call("updatePaymentInstrument", [&](HLVSDKGuestCardCompletion heard) {
-    HLVSDKPaymentManager::make()->updatePaymentInstrument(ID, address, guest, std::move(heard));
-  });
+  const auto answer =
+      session.call("updatePaymentInstrument", [&](HLVSDKGuestCardCompletion received) {
+        HLVSDKPaymentManager::make()->updatePaymentInstrument(ID, address, guest,
+                                                              std::move(received));
+      });
   std::string changed = "The billing address is changed.";
   for (const auto& card : session.backendCards()) {
     if (card.halvoID == ID) {
@@ -98,7 +100,7 @@ Report CardOperations::update(Session& session, const NullableString& ID,
                 " is now " + describe(card.billingAddress) + ".";
     }
   }
-  return told(session, answer, changed, "The billing address was not changed.");
+  return reportOf(session, answer, changed, "The billing address was not changed.");
 }
 
 Report CardOperations::remove(Session& session, const NullableString& ID,
@@ -107,16 +109,17 @@ Report CardOperations::remove(Session& session, const NullableString& ID,
   session.begin("delete");
   session.enableKit();
   const auto answer =
-      session.call("deletePaymentInstrumentWithID", [&](const HLVSDKGuestCardCompletion& heard) {
+      session.call("deletePaymentInstrumentWithID", [&](const HLVSDKGuestCardCompletion& received) {
         HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
-            ID, useCase, guest, [heard](std::shared_ptr<HLVSDKGuest> updated, ErrorPtr error) {
-              heard(std::move(updated), nullptr, std::move(error));
+            ID, useCase, guest, [received](std::shared_ptr<HLVSDKGuest> updated, ErrorPtr error) {
+              received(std::move(updated), nullptr, std::move(error));
             });
       });
-  return told(session, answer, "The card is deleted.",
-              answer.guest ? "The card is deleted at the backend, but its instrument could not be "
-                             "removed at the provider."
-                           : "The card was not deleted.");
+  return reportOf(session, answer, "The card is deleted.",
+                  answer.guest
+                      ? "The card is deleted at the backend, but its instrument could not be "
+                        "removed at the provider."
+                      : "The card was not deleted.");
 }
 
 Report CardOperations::synchronize(Session& session, const std::string& by) {

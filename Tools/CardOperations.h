@@ -1,4 +1,4 @@
-// The kit's card operations and the synchronisation, each told as a report.
+// The kit's card operations and the synchronisation, each returned as a report.
 //
 // Threading: the main thread.
 #pragma once

@@ -32,7 +32,7 @@ sandbox::CardFields card(const DemoOptions& options, const std::string& testCard
 
   const auto hidden = [asks](const std::string& what) {
     auto line = asks ? Prompt::askHidden(what) : Prompt::readLine();
-    if (!line) throw Problem("The input ended before the story did.");
+    if (!line) throw Problem("The input ended before the demo did.");
     return *line;
   };
   const auto shown = [](const std::string& what, const std::string& proposal) {
@@ -51,12 +51,12 @@ sandbox::CardFields card(const DemoOptions& options, const std::string& testCard
   return fields;
 }
 
-class Story {
+class DemoRun {
  public:
-  Story(Session& session, const Printer& printer, const DemoOptions& options)
+  DemoRun(Session& session, const Printer& printer, const DemoOptions& options)
       : session_(session), printer_(printer), options_(options) {}
 
-  Report tell() {
+  Report run() {
     step("A guest signs in", [&] { return signIn(); });
     step("A first card: the provider makes a token for the guest",
          [&] { return add("visa", "default"); });
@@ -131,13 +131,13 @@ class Story {
   }
 
   Report end() {
-    auto report = session_.report(Report::Outcome::failed, "The story ended before its end.");
+    auto report = session_.report(Report::Outcome::failed, "The demo ended early.");
     const SideBySide sides(report.backend, report.provider);
     if (!failed_ && sides.unmatched() == 0) {
       report.outcome = Report::Outcome::succeeded;
-      report.sentence = "The story is told. " + sides.verdict();
+      report.sentence = "The demo is complete. " + sides.verdict();
     } else if (!failed_) {
-      report.sentence = "The story is told, but " + sides.verdict();
+      report.sentence = "The demo is complete, but " + sides.verdict();
     }
     report.operation = "demo";
     report.timeline.clear();
@@ -164,9 +164,9 @@ class Story {
 
 void Demo::define(CommandLine& line) {
   auto& command = CommandLine::add(line.app(), "demo",
-                                   "Tell the whole story of a guest's cards on a fresh store",
+                                   "Run through the life of a guest's cards on a fresh store",
                                    "  paylevenkit demo\n"
-                                   "  paylevenkit demo --test-cards --store story.sqlite\n"
+                                   "  paylevenkit demo --test-cards --store demo.sqlite\n"
                                    "  paylevenkit demo --typed < numbers-and-codes.txt\n");
   const auto options = std::make_shared<DemoOptions>();
   command.add_flag("--test-cards", options->testCards, "Do not ask for cards");
@@ -184,7 +184,7 @@ void Demo::define(CommandLine& line) {
     }
     auto report = CommandLine::inSession(global, [&](Session& session) {
       session.requireOwnServices("demo");
-      return Story(session, printer, *options).tell();
+      return DemoRun(session, printer, *options).run();
     });
     if (options->keep) report.sentence += " The store is " + global.storePath + ".";
     return report;

@@ -1,4 +1,4 @@
-// The whole story of a guest's cards, from the first sign-in to two sides that agree.
+// The life of a guest's cards, from the first sign-in to two sides that agree.
 //
 // Threading: the main thread.
 #pragma once

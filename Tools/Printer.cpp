@@ -24,7 +24,7 @@ json errorObject(const std::string& domain, std::int64_t number, const json& mes
           {"developer_message", developerMessage}};
 }
 
-/// A failure that no error describes is told in the report's own sentence.
+/// A failure that no error describes is described in the report's own sentence.
 json errorOf(const Report& report) {
   if (const auto& error = report.error) {
     return errorObject(error->domain(), error->code(),
@@ -75,7 +75,7 @@ std::string outcomeText(const Terminal& terminal, const Report& report) {
   return text;
 }
 
-std::string storyText(const Terminal& terminal, const Report& report) {
+std::string timelineText(const Terminal& terminal, const Report& report) {
   std::string text;
   const auto timeline = Timeline::table(report.timeline);
   if (!timeline.isEmpty()) text += "\n" + timeline.text(terminal);
@@ -111,7 +111,7 @@ void Printer::print(const Report& report) const {
   const auto terminal = Terminal::ofStandardOutput();
   std::cout << terminal.encoded(
       outcomeText(terminal, report) +
-      (report.listing ? report.listing(terminal) : storyText(terminal, report)));
+      (report.listing ? report.listing(terminal) : timelineText(terminal, report)));
 }
 
 void Printer::printProblem(const std::string& sentence) const {

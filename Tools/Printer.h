@@ -15,7 +15,7 @@ class Printer {
  public:
   explicit Printer(bool json) : json_(json) {}
 
-  // The steps of a longer story; in JSON its one document holds them.
+  // The steps of a longer operation; in JSON its one document holds them.
   void heading(const std::string& text) const;
   void step(const Report& report) const;
 

@@ -5,7 +5,7 @@
 
 namespace hlv::tool {
 
-/// A usage or store problem, told in one plain sentence. Ends the command with exit status 2.
+/// A usage or store problem in one plain sentence. Ends the command with exit status 2.
 class Problem : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

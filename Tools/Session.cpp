@@ -44,7 +44,7 @@ void followGuest() {
 }
 
 /// Where a completion writes, from whatever thread and however late.
-struct Heard {
+struct Received {
   std::mutex mutex;
   Session::Answer answer;
 };
@@ -124,17 +124,17 @@ void Session::settle() {
 
 Session::Answer Session::call(const std::string& what,
                               const std::function<void(HLVSDKGuestCardCompletion)>& start) {
-  const auto heard = std::make_shared<Heard>();
+  const auto received = std::make_shared<Received>();
   start(sandbox::recordedCall(
       sandbox_, what,
-      [heard](const std::shared_ptr<HLVSDKGuest>& guest,
-              const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
-        const std::lock_guard lock(heard->mutex);
-        heard->answer = {heard->answer.times + 1, guest, card, error};
+      [received](const std::shared_ptr<HLVSDKGuest>& guest,
+                 const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
+        const std::lock_guard lock(received->mutex);
+        received->answer = {received->answer.times + 1, guest, card, error};
       }));
   settle();
-  const std::lock_guard lock(heard->mutex);
-  return heard->answer;
+  const std::lock_guard lock(received->mutex);
+  return received->answer;
 }
 
 std::string Session::whyNothingCame() const {

@@ -13,19 +13,19 @@ std::string lastFour(const std::string& pan) {
   return pan.size() > 4 ? pan.substr(pan.size() - 4) : pan;
 }
 
-/// What a card and an instrument are told by.
-struct Told {
+/// What describes a card and an instrument.
+struct Description {
   std::string brand;
   std::string digits;
   std::string expiry;
   std::string rest;
 
-  explicit Told(const BackendCard& card)
+  explicit Description(const BackendCard& card)
       : brand(card.brand),
         digits(card.lastFourDigits),
         expiry(card.expiryMonth + "/" + card.expiryYear),
         rest(card.useCase) {}
-  explicit Told(const ProviderInstrument& instrument)
+  explicit Description(const ProviderInstrument& instrument)
       : brand(instrument.brand),
         digits(lastFour(instrument.maskedPan)),
         expiry(instrument.expiryMonth + "/" + instrument.expiryYear),
@@ -47,8 +47,10 @@ std::string shortened(const std::string& identifier) {
 
 }  // namespace
 
-std::string describe(const BackendCard& card) { return Told(card).inFull(); }
-std::string describe(const ProviderInstrument& instrument) { return Told(instrument).inFull(); }
+std::string describe(const BackendCard& card) { return Description(card).inFull(); }
+std::string describe(const ProviderInstrument& instrument) {
+  return Description(instrument).inFull();
+}
 
 std::string describe(const sandbox::AddressFields& address) {
   std::string line;
@@ -80,7 +82,7 @@ Table SideBySide::table(std::size_t columns) const {
     return full ? identifier : shortened(identifier);
   };
   const auto text = [&](const auto& one) {
-    return full ? Told(one).inFull() : Told(one).inShort();
+    return full ? Description(one).inFull() : Description(one).inShort();
   };
 
   Table table;

@@ -243,7 +243,7 @@ void defineFault(CommandLine& line) {
 }
 
 void defineTrace(CommandLine& line) {
-  auto& command = CommandLine::add(line.app(), "trace", "Tell the last operations again",
+  auto& command = CommandLine::add(line.app(), "trace", "Show the last operations again",
                                    "  paylevenkit trace\n"
                                    "  paylevenkit trace --last 3\n");
   const auto count = std::make_shared<std::size_t>(1);

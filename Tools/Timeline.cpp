@@ -31,37 +31,37 @@ std::vector<std::optional<std::size_t>> pairs(const std::vector<Event>& events) 
 }
 
 /// The lines that join calls and answers, as they stand beside one event after the other.
-class Lanes {
+class CallColumns {
  public:
   std::string begin(std::size_t call) {
-    const auto free = std::find(lanes_.begin(), lanes_.end(), std::nullopt);
-    const auto lane = static_cast<std::size_t>(free - lanes_.begin());
-    if (free == lanes_.end()) lanes_.emplace_back();
-    lanes_[lane] = call;
-    return drawn(lane, "┌");
+    const auto free = std::find(columns_.begin(), columns_.end(), std::nullopt);
+    const auto column = static_cast<std::size_t>(free - columns_.begin());
+    if (free == columns_.end()) columns_.emplace_back();
+    columns_[column] = call;
+    return drawn(column, "┌");
   }
 
   std::string end(std::size_t call) {
-    const auto lane =
-        static_cast<std::size_t>(std::find(lanes_.begin(), lanes_.end(), call) - lanes_.begin());
-    auto drawing = drawn(lane, "└");
-    lanes_[lane] = std::nullopt;
-    while (!lanes_.empty() && !lanes_.back()) lanes_.pop_back();
+    const auto column = static_cast<std::size_t>(std::find(columns_.begin(), columns_.end(), call) -
+                                                 columns_.begin());
+    auto drawing = drawn(column, "└");
+    columns_[column] = std::nullopt;
+    while (!columns_.empty() && !columns_.back()) columns_.pop_back();
     return drawing;
   }
 
-  std::string pass() const { return drawn(lanes_.size(), "·"); }
+  std::string pass() const { return drawn(columns_.size(), "·"); }
 
  private:
-  std::string drawn(std::size_t lane, const char* corner) const {
+  std::string drawn(std::size_t column, const char* corner) const {
     std::string drawing;
-    for (std::size_t i = 0; i < std::max(lanes_.size(), lane + 1); ++i) {
-      drawing += i == lane ? corner : lanes_[i] ? "│" : " ";
+    for (std::size_t i = 0; i < std::max(columns_.size(), column + 1); ++i) {
+      drawing += i == column ? corner : columns_[i] ? "│" : " ";
     }
     return drawing;
   }
 
-  std::vector<std::optional<std::size_t>> lanes_;
+  std::vector<std::optional<std::size_t>> columns_;
 };
 
 std::string textOf(const Event& event) {
@@ -78,15 +78,15 @@ Colour colourOf(const Event& event) {
 
 Table Timeline::table(const std::vector<Event>& events) {
   const auto partner = pairs(events);
-  Lanes lanes;
+  CallColumns columns;
   Table table;
   for (std::size_t i = 0; i < events.size(); ++i) {
     const auto& event = events[i];
-    const auto lane = !partner[i]       ? lanes.pass()
-                      : *partner[i] > i ? lanes.begin(i)
-                                        : lanes.end(*partner[i]);
+    const auto column = !partner[i]       ? columns.pass()
+                        : *partner[i] > i ? columns.begin(i)
+                                          : columns.end(*partner[i]);
     const auto colour = colourOf(event);
-    table.add({{lane, Colour::dim},
+    table.add({{column, Colour::dim},
                {event.from + " → " + event.to, colour},
                {event.thread, Colour::dim},
                {textOf(event), colour}});

@@ -1,4 +1,4 @@
-// The story of one operation, line by line.
+// The timeline of one operation, line by line.
 //
 // Threading: one thread at a time.
 #pragma once
@@ -13,7 +13,7 @@ namespace hlv::tool {
 class Timeline {
  public:
   /// One row an event. A call and its answer are joined by a line at the left, so that calls that
-  /// run side by side can be told apart.
+  /// run side by side can be distinguished.
   static Table table(const std::vector<sandbox::Event>& events);
 };
 

@@ -9,7 +9,7 @@ hlv_add_tests(ToolTests
     Tests/Tools/SandboxesTests.cpp
     Tests/Tools/SecrecyTests.cpp
     Tests/Tools/SidesTests.cpp
-    Tests/Tools/StoryTests.cpp
+    Tests/Tools/TimelineTests.cpp
     Tools/Characters.cpp
     Tools/SideBySide.cpp
     Tools/Table.cpp

@@ -12,7 +12,7 @@ CARD = {"id": "crd_azyeghwywhuqvvjlhacj", "brand": "visa", "last_four_digits": "
 INSTRUMENT = {"identifier": "ins_jmoxichhszbmmydxjwxu", "number": 1,
               "masked_number": "************1111", "brand": "visa", "expiry_month": "12",
               "expiry_year": "2099", "state": 0}
-# Both lists, as each peer is told to return them.
+# Both lists, as each peer is asked to return them.
 LISTS = {"/v1/guests/{name}/cards": {"credit_cards": [CARD]},
          "/v1/users/{name}/instruments": {"instruments": [INSTRUMENT]}}
 

@@ -29,7 +29,7 @@ class EnabledKit {
   void updateCard();
   void synchronize();
 
-  /// How many operations have told the app that they succeeded. Failures are not counted.
+  /// How many operations have reported success to the app. Failures are not counted.
   std::size_t succeeded() const { return succeeded_; }
 
   /// Runs the final step of a synchronisation on the main queue, so that one thread does it all.

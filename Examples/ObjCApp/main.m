@@ -1,4 +1,4 @@
-// An Objective-C app that embeds the kit. It tells the story of a guest's cards on a fresh store,
+// An Objective-C app that embeds the kit. It runs through the life of a guest's cards on a fresh store,
 // and ends well only if the backend and the payment provider agree about them.
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
 
@@ -6,7 +6,7 @@
 
 #import "ObjC/Sandbox/HLVSandbox.h"
 
-/// What one operation reports. Operations may report on any thread; the app hears it on the main
+/// What one operation reports. Operations may report on any thread; the app gets it on the main
 /// thread.
 @interface Answer : NSObject {
  @private
@@ -21,10 +21,10 @@
 @implementation Answer
 
 - (void)report:(NSError*)error {
-  [self performSelectorOnMainThread:@selector(hear:) withObject:error waitUntilDone:NO];
+  [self performSelectorOnMainThread:@selector(receive:) withObject:error waitUntilDone:NO];
 }
 
-- (void)hear:(NSError*)error {
+- (void)receive:(NSError*)error {
   _error = [error retain];
   _hasCome = YES;
 }
@@ -177,7 +177,7 @@ static BOOL returnToForeground(HLVSandbox* sandbox) {
   return isFine(agree ? nil : @"The two sides do not agree.");
 }
 
-static BOOL tellStory(HLVSandbox* sandbox) {
+static BOOL runThroughCards(HLVSandbox* sandbox) {
   printf("A guest signs in, and the kit is enabled\n");
   if (!isFine([sandbox signInWithEmail:@"guest@example.com"])) return NO;
   enableKit();
@@ -204,7 +204,7 @@ int main(int argc, char** argv) {
     HLVSandbox* sandbox = [HLVSandbox openStoreAtPath:[NSString stringWithUTF8String:argv[1]]
                                               problem:&problem];
     if (!sandbox) isFine(problem);
-    if (!sandbox || !tellStory(sandbox)) return 1;
+    if (!sandbox || !runThroughCards(sandbox)) return 1;
     printf("Both sides agree.\n");
   }
   return 0;

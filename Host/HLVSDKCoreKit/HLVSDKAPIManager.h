@@ -17,7 +17,7 @@ class HLVSDKUpdateGuestRequestInfo;
 
 /// Implementations must
 /// - take every operation from any thread, and skip an empty completion;
-/// - answer each call once, on any thread, inside the call or later. The kit hears one answer a
+/// - answer each call once, on any thread, inside the call or later. The kit takes one reply a
 ///   call and ignores further ones, except where it hands over the app's own completion
 ///   (`updateCreditCard`);
 /// - give no error on success, and free a callback that will never be answered.

@@ -8,17 +8,17 @@
 #include <mutex>
 #include <utility>
 
+#include "Async/Once.h"
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/Configuration.h"
 #include "ObjC/Host/HostMessages.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Host/KitProtocols.h"
 #include "ObjC/Host/Records.h"
-#include "Async/Once.h"
-#include "Values/Send.h"
 #include "Public/HLVSDKPayleven.h"
+#include "Values/Send.h"
 
 using CoreKit = hlv::HLVSDKPayleven;
 using hlv::send;
@@ -202,7 +202,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 - (void)observe:(NSString*)name with:(SEL)handler {
-  // Without a name an observer is told of everything.
+  // Without a name an observer gets everything.
   if (!name) return;
   [[NSNotificationCenter defaultCenter] addObserver:self selector:handler name:name object:nil];
 }

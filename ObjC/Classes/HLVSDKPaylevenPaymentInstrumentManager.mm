@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Host/Install.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/APIManager.h"
 #include "ObjC/Host/Completions.h"
 #include "ObjC/Host/InAppClient.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Host/Records.h"
 #include "ObjC/Host/Services.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
@@ -134,7 +134,7 @@ static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentMa
     [self setReachability:reachability];
     [self setApiManager:apiManager];
     [self setPaymentClient:paylevenClient];
-    // Without a name an observer is told of everything.
+    // Without a name an observer gets everything.
     NSString* const name = HLVSDKReachabilityDidChangeReachabilityStateNotification;
     if (name) {
       [[NSNotificationCenter defaultCenter]

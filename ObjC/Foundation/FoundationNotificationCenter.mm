@@ -7,13 +7,13 @@
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/Binding/Values.h"
 
-/// Hears one name for the core.
+/// Observes one name for the core.
 @interface HLVNotificationListener : NSObject {
  @private
   hlv::NotificationCenter::Handler* _handler;
 }
 - (instancetype)initWithHandler:(hlv::NotificationCenter::Handler)handler;
-- (void)hear:(NSNotification*)notification;
+- (void)receive:(NSNotification*)notification;
 @end
 
 @implementation HLVNotificationListener
@@ -30,7 +30,7 @@
   [super dealloc];
 }
 
-- (void)hear:(NSNotification*)notification {
+- (void)receive:(NSNotification*)notification {
   // The observation may end while its handler runs.
   [self retain];
   (*_handler)(hlv::objc::fromNSNotification(notification));
@@ -47,7 +47,7 @@ class FoundationObservation final : public Observation {
   FoundationObservation(NSString* name, NotificationCenter::Handler handler)
       : listener_([[HLVNotificationListener alloc] initWithHandler:std::move(handler)]) {
     [[NSNotificationCenter defaultCenter] addObserver:listener_
-                                             selector:@selector(hear:)
+                                             selector:@selector(receive:)
                                                  name:name
                                                object:nil];
   }

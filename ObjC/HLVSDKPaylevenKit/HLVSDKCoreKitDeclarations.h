@@ -2,7 +2,7 @@
 //
 // On a phone the framework's headers are taken and this file declares nothing. Elsewhere whoever
 // plays the host implements these classes: as subclasses of them, since a class without the
-// framework has no room for instance variables, and with what the class methods return.
+// framework has no place for instance variables, and with what the class methods return.
 //
 // Threading: implementations answer from any thread; callbacks may come on any thread.
 #if __has_include(<HLVSDKCoreKit/HLVSDKCoreKit.h>)

@@ -1,4 +1,4 @@
-// What the compiler and Swift are told beside the declarations.
+// What the compiler and Swift must know beside the declarations.
 #import <Foundation/Foundation.h>
 
 /// A result that may be nil although the error is nil too; it stays optional in `async` forms.

@@ -12,7 +12,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// A nil completion is skipped and everything else still happens. Each operation reports at most
 /// once; when a service never answers, or the manager goes away at the moments named below, it
 /// never does. Results and an error may come together, which the `async` forms of Swift cannot
-/// tell: they throw.
+/// say: they throw.
 HLV_AVAILABLE
 @interface HLVSDKPaylevenPaymentInstrumentManager : NSObject <HLVSDKPaymentInstrumentManager> {
  @private

@@ -12,7 +12,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// The host's request to register a card.
 @interface HLVSDKAddCreditCardRequestInfo : NSObject {
  @private
-  // Room for whoever implements the class; the kit derives from it and must know its size.
+  // Space for whoever implements the class; the kit derives from it and must know its size.
   void* _storage;
 }
 - (nullable instancetype)

@@ -28,7 +28,7 @@ NSArray* asObject(const NullableList<T>& list) {
 }
 
 /// A completion that hands each result to `block`, in a pool of its own: the sandbox's threads have
-/// none. Nil hears nothing.
+/// none. Nil does nothing.
 template <class Block>
 auto answerTo(Block block) {
   return [copied = hlv::objc::CopiedBlock<Block>(block)](const auto&... results) {

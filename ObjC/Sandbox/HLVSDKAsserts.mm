@@ -1,4 +1,4 @@
-// Assertions, which the sandbox tells in its journal.
+// Assertions, which the sandbox records in its journal.
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "ObjC/Binding/Strings.h"

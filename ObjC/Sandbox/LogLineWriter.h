@@ -13,7 +13,7 @@
 namespace hlv::sandbox::objc {
 
 /// Renders the line as Foundation does, and leaves the masking of card numbers to the logger. A
-/// null logger hears nothing.
+/// null logger logs nothing.
 void writeLine(const std::shared_ptr<HLVSDKLogger>& logger, NSInteger level, const char* path,
                NSInteger line, const char* function, NSString* format, va_list arguments);
 

@@ -1,6 +1,6 @@
 // The sandbox's objects behind Objective-C ones.
 //
-// The classes of the host and the provider have no room for instance variables. What they hand out
+// The classes of the host and the provider have no place for instance variables. What they hand out
 // are objects of private subclasses, one a class, which keep an object of the sandbox.
 //
 // Threading: any.

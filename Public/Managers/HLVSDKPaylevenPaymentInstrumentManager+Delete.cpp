@@ -23,7 +23,7 @@ constexpr const char* deleteMethod =
     "deletePaymentInstrumentWithID:useCase:fromGuest:completion:]";
 
 /// Reports a missing argument to the assertion handler and then to the completion, which by design
-/// may be told another name.
+/// may get another name.
 void refuse(const char* assertedName, const char* reportedName, HLVSDKGuestCompletion completion) {
   HLVSDKAsserts::handleParameterAssert(assertedName, std::nullopt);
   deliverBuilt(std::move(completion), [reportedName](Delivery delivery) {

@@ -4,7 +4,7 @@
 // backend or the provider. Completions come on the main thread, except that of an update, which is
 // the backend client's to call. Set the properties before the first operation.
 //
-// One source file tells each operation: this class's own (core and update), and those with +Add
+// One source file holds each operation: this class's own (core and update), and those with +Add
 // (dispatch), +AddFirst (first card), +AddNew (further card), +Confirm and +Delete.
 #pragma once
 

@@ -32,7 +32,7 @@ constexpr const char* synchronizeMethod =
 
 constexpr const char* creationLabel =
     "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
-// Differs from the label above on purpose: it tells a queue that was made late.
+// Differs from the label above on purpose: it marks a queue that was made late.
 constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
 
 /// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
@@ -70,8 +70,8 @@ class ProviderLists {
 
 }  // namespace
 
-/// What the two fetches of one synchronisation bring, and whom to tell. Each fetch writes its own
-/// list, and either may write the error.
+/// What the two fetches of one synchronisation bring, and whom to report to. Each fetch writes its
+/// own list, and either may write the error.
 struct Synchronizer::Run {
   std::shared_ptr<HLVSDKGuest> guest;
   HLVSDKSuccessCompletion completion;

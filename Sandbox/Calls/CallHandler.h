@@ -71,7 +71,7 @@ class CallHandler {
     return handled;
   }
 
-  /// What a caller is told when the store fails under a call.
+  /// What a caller gets when the store fails under a call.
   ErrorPtr errorFor(const StoreFailure& failure) const;
 
  private:

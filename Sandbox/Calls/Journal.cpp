@@ -95,8 +95,8 @@ void Journal::record(const std::string& from, const std::string& to, const std::
       database.run("DELETE FROM events WHERE number <= ?", database.lastRow() - eventsKept);
     });
   } catch (const StoreFailure&) {
-    // The timeline has no listener of its own. What cannot be told here fails loudly where the same
-    // store has to take an operation's data.
+    // The timeline has no listener of its own. What cannot be recorded here fails loudly where the
+    // same store has to take an operation's data.
   }
 }
 

@@ -57,7 +57,7 @@ class Journal {
   };
   /// The last `count` operations, oldest first.
   std::vector<Operation> last(std::size_t count) const;
-  /// What was told after the event of that number, and in which operations, both oldest first.
+  /// What was recorded after the event of that number, and in which operations, both oldest first.
   std::vector<Operation> since(std::int64_t event) const;
   /// The number of the oldest operation that is kept; 0 for none.
   std::int64_t oldest() const;

@@ -90,9 +90,9 @@ class Service {
     }
   };
 
-  /// How often a caller in this process hears of the results.
+  /// How often a caller in this process gets the results.
   static int deliveries(const std::optional<Fault>& fault);
-  /// What such a caller hears instead; null for the results.
+  /// What such a caller gets instead; null for the results.
   static ErrorPtr transportErrorOf(const std::optional<Fault>& fault);
 
   const std::shared_ptr<const Desk> desk_;

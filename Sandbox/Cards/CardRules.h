@@ -16,7 +16,7 @@ namespace hlv::sandbox {
 /// The first rule that a card breaks.
 struct BrokenRule {
   CardErrorCode code;
-  /// For the person who typed; tells nothing of the number or the security code.
+  /// For the person who typed; says nothing of the number or the security code.
   std::string sentence;
   /// For the developer, with the same restraint.
   std::string detail;

@@ -13,7 +13,7 @@
 
 namespace hlv::sandbox {
 
-/// In a list of the provider's, where the number tells instruments apart that have no identifier.
+/// In a list of the provider's, where the number distinguishes instruments that have no identifier.
 /// The list is of one use case, which its JSON leaves out.
 Json listedJson(std::int64_t number, const ProviderInstrument& instrument);
 std::pair<std::int64_t, ProviderInstrument> listedInstrumentIn(const Json& json,

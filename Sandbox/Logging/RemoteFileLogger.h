@@ -9,7 +9,7 @@
 
 namespace hlv::sandbox {
 
-/// Also tells the journal. The console logger, which hears every line as well, does not.
+/// Also records in the journal. The console logger, which gets every line as well, does not.
 ///
 /// Threading: any.
 class RemoteFileLogger final : public HLVSDKLogger {

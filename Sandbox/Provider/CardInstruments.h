@@ -1,4 +1,5 @@
-// The provider's instruments as objects: one made from an entered card, one listed. Private to the sandbox, server and client.
+// The provider's instruments as objects: one made from an entered card, one listed. Private to the
+// sandbox, server and client.
 #pragma once
 
 #include <memory>
@@ -35,7 +36,7 @@ class NewInstrument final : public PLVCreditCardPaymentInstrument {
 /// Threading: immutable; any.
 class ListedInstrument final : public PLVCreditCardPaymentInstrument {
  public:
-  /// `row` tells instruments apart that have no identifier.
+  /// `row` distinguishes instruments that have no identifier.
   ListedInstrument(std::int64_t row, ProviderInstrument values)
       : row_(row), values_(std::move(values)) {}
 

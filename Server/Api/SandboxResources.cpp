@@ -30,7 +30,7 @@ void list(Registry& registry, const Exchange& exchange) {
   }
   registry.perform(
       [&registry, after = exchange.request.queryValue("after").value_or(""), limit = *limit] {
-        // One more tells whether there is a next page.
+        // One more shows whether there is a next page.
         auto sandboxes = registry.list(after, static_cast<std::size_t>(limit) + 1);
         Json next;
         if (sandboxes.size() > static_cast<std::size_t>(limit)) {

@@ -150,9 +150,9 @@ void App::remove(const WorldPtr& world, const std::string& ID, Done done) {
     const auto guest = signedInGuest();
     HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
         ID, useCaseOf(ID), guest,
-        [heard = completionOf(running, "deletePaymentInstrumentWithID")](
+        [completion = completionOf(running, "deletePaymentInstrumentWithID")](
             const std::shared_ptr<HLVSDKGuest>& updated, const ErrorPtr& error) {
-          heard(updated, nullptr, error);
+          completion(updated, nullptr, error);
         });
   };
   run(world, "delete", start, std::move(done));

@@ -21,7 +21,7 @@ constexpr auto farewell = 1'000ms;
 constexpr auto lastReplies = 500ms;
 constexpr std::size_t slowPiecesPerSecond = 20;
 constexpr auto eventPause = 50ms;
-/// How many times in a row a stream may have nothing new before a line that says nothing tells both
+/// How many times in a row a stream may have nothing new before an empty line shows both
 /// sides that the other is there.
 constexpr int mostSilence = 100;
 
@@ -433,8 +433,8 @@ void Connection::watch() {
 
 void Connection::onReadable() {
   ErrorCode error;
-  const auto room = std::min(firstRead, input_.max_size() - input_.size());
-  const auto bytes = stream_.socket().read_some(input_.prepare(room), error);
+  const auto space = std::min(firstRead, input_.max_size() - input_.size());
+  const auto bytes = stream_.socket().read_some(input_.prepare(space), error);
   if (error && error != asio::error::would_block) return close();
   input_.commit(bytes);
   watch();

@@ -141,7 +141,7 @@ Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, List
   }
   if (!address.is_loopback() && !options.beyondThisMachine) {
     return Opened::failure(
-        "The services listen on this machine alone, at 127.0.0.1, unless they are told to listen "
+        "The services listen on this machine alone, at 127.0.0.1, unless they are asked to listen "
         "beyond it.");
   }
   const tcp::endpoint endpoint(address, static_cast<std::uint16_t>(options.port));

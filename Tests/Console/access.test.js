@@ -15,26 +15,26 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
   };
   const keepsFocus = (locator) => sees(locator.and(guest.page.locator(':focus')));
   await press(guest.app.getByLabel('E-mail address'), 'Enter');
-  await guest.told('Signed in.');
+  await guest.sees('Signed in.');
   await keepsFocus(guest.button('Sign out'));
 
   const network = guest.app.getByRole('switch', { name: 'Network' });
   for (const state of ['off', 'on']) {
     await press(network, 'Space');
-    await guest.told(`The network is ${state}.`);
+    await guest.sees(`The network is ${state}.`);
     await keepsFocus(network);
   }
 
   await press(guest.app.getByRole('combobox', { name: 'Card' }), 'm');
   await press(guest.button('Add card'), 'Space');
-  await guest.told('Added mastercard •••• 4444.');
+  await guest.sees('Added mastercard •••• 4444.');
   await keepsFocus(guest.button('Add card'));
 
   const update = guest.button('Update address of mastercard •••• 4444');
   await press(update, 'Enter');
   await press(guest.dialog.getByLabel('Postcode'), 'A');
   await keyboard.press('Enter');
-  await guest.told('The billing address is changed.');
+  await guest.sees('The billing address is changed.');
   await sees(guest.cards.filter({ hasText: 'Erika Mustermann, A' }));
   await keepsFocus(update);
 
@@ -43,7 +43,7 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
   await seesCount(guest.faults, 0);
   await keepsFocus(guest.button('Arm'));
   await press(guest.button('Delete mastercard •••• 4444'), 'Enter');
-  await guest.told('Deleted mastercard •••• 4444.');
+  await guest.sees('Deleted mastercard •••• 4444.');
   await seesCount(guest.cards, 0);
   await keepsFocus(guest.button('Add card'));
 
@@ -69,15 +69,15 @@ const overlaps = () => {
 };
 
 for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]) {
-  onConsole(`everything fits ${width} pixels, and each result is told in sight`, async (guest) => {
+  onConsole(`everything fits ${width} pixels, and each result shows in sight`, async (guest) => {
     const fits = async () => assert.ok(await guest.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), 'the page is too wide');
     await guest.page.getByLabel('E-mail address').fill(`${'a.long.name.'.repeat(4)}@example.com`);
     await guest.settleIn();
     await guest.button('Delete visa •••• 1111').click();
-    await guest.told('Deleted visa •••• 1111.');
-    await guest.makeScenario('instrument without card').catch(() => guest.told('no token'));
+    await guest.sees('Deleted visa •••• 1111.');
+    await guest.makeScenario('instrument without card').catch(() => guest.sees('no token'));
     await guest.add({ card: 'backend-refused' });
-    await guest.told('no card came back');
+    await guest.sees('no card came back');
     await guest.arm('removePaymentInstrument', 'error');
     await guest.comeToForeground();
     await fits();
@@ -95,7 +95,7 @@ for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]
     }
     await guest.button(/^Sandbox/).click();
     await guest.button('Take a snapshot').click();
-    await guest.told('The snapshot is taken.');
+    await guest.sees('The snapshot is taken.');
     await fits();
   }, { viewport: { width, height } });
 }
@@ -129,7 +129,7 @@ onConsole('axe finds nothing in any view, light or dark', async (guest) => {
   await check('requests');
   await guest.button(/^Sandbox/).click();
   await guest.button('Take a snapshot').click();
-  await guest.told('The snapshot is taken.');
+  await guest.sees('The snapshot is taken.');
   await check('sandboxes');
 });
 
@@ -139,7 +139,7 @@ onConsole('forced colours show which switch is on and which view is chosen', asy
   const colours = [];
   for (const state of ['off', 'on']) {
     await network.setChecked(state === 'on');
-    await guest.told(`The network is ${state}.`);
+    await guest.sees(`The network is ${state}.`);
     colours.push(await style(network, 'backgroundColor'));
     assert.notEqual(await style(network, 'borderTopStyle'), 'none');
   }

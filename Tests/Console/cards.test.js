@@ -6,7 +6,7 @@ import { onConsole } from './stage.js';
 onConsole('a further card, its new address, and its deletion reach both sides', async (guest) => {
   await guest.settleIn();
   await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
-  await guest.told('Added mastercard •••• 4444.');
+  await guest.sees('Added mastercard •••• 4444.');
   await seesCount(guest.matched, 2);
   const card = guest.cards.filter({ hasText: '4444' });
   await sees(card.filter({ hasText: 'private' }).filter({ hasText: 'Hamburg' }));
@@ -16,11 +16,11 @@ onConsole('a further card, its new address, and its deletion reach both sides', 
   assert.equal(await dialog.getByLabel('City').inputValue(), 'Hamburg');
   await dialog.getByLabel('City').fill('Bremen');
   await dialog.getByRole('button', { name: 'Update' }).click();
-  await guest.told('The billing address is changed.');
+  await guest.sees('The billing address is changed.');
   await sees(card.filter({ hasText: 'Bremen' }));
 
   await guest.button('Delete mastercard •••• 4444').click();
-  await guest.told('Deleted mastercard •••• 4444.');
+  await guest.sees('Deleted mastercard •••• 4444.');
   await seesCount(guest.cards, 1);
   await seesCount(guest.matched, 1);
   await seesCount(guest.drifted, 0);
@@ -37,7 +37,7 @@ onConsole('a typed card leaves nothing on the page but its last four digits', as
   await guest.choose('Card', 'type one…');
   for (const [label, text] of typed) await guest.app.getByRole('textbox', { name: label }).or(guest.app.getByLabel(label, { exact: true })).first().fill(text);
   await guest.button('Add card').click();
-  await guest.told('Added visa •••• 4242.');
+  await guest.sees('Added visa •••• 4242.');
   await sees(guest.cards.filter({ hasText: '11/2039' }));
   for (const label of ['Card number', 'Security code']) {
     assert.ok(await guest.app.getByLabel(label).inputValue() === '', `${label} is still there`);
@@ -51,25 +51,25 @@ onConsole('a typed card leaves nothing on the page but its last four digits', as
   assert.ok(!words.includes(code), 'the code is still there');
 });
 
-onConsole('an add is refused, and told so, without network and without a guest', async (guest) => {
+onConsole('an add is refused, and says so, without network and without a guest', async (guest) => {
   await guest.signIn();
   const network = guest.app.getByRole('switch', { name: 'Network' });
   await network.uncheck();
-  await guest.told('The network is off.');
+  await guest.sees('The network is off.');
   await guest.add();
-  await guest.told('No network connection is available. (HLVURLErrorDomain 1)');
+  await guest.sees('No network connection is available. (HLVURLErrorDomain 1)');
   await sees(guest.happened.getByText('There was no connection'));
   await network.check();
-  await guest.told('The network is on.');
+  await guest.sees('The network is on.');
 
   await guest.button('Sign out').click();
-  await guest.told('Signed out.');
+  await guest.sees('Signed out.');
   await sees(guest.verdict.filter({ hasText: 'Nobody is signed in.' }));
   await guest.add();
-  await guest.told('Nobody is signed in.');
+  await guest.sees('Nobody is signed in.');
   await seesCount(guest.cards, 0);
   await guest.signIn();
   await guest.button('Sign out').click();
   await guest.button('Undo').click();
-  await guest.told('Signed in again.');
+  await guest.sees('Signed in again.');
 });

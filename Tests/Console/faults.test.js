@@ -5,21 +5,21 @@ import { onConsole } from './stage.js';
 
 const cannotBeReached = 'The service cannot be reached.';
 const faults = [
-  { kind: 'refused', told: cannotBeReached },
-  { kind: 'reset', told: 'The connection ended before the service had answered.' },
-  { kind: 'garbage', told: 'What the service answered cannot be read.' },
-  { kind: 'error', listed: 'createUserToken: error, code 500, once', told: 'as the armed fault demands' },
-  { kind: 'never', told: 'The kit has not called the completion' },
-  { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', told: 'Added visa •••• 1111.' },
+  { kind: 'refused', shows: cannotBeReached },
+  { kind: 'reset', shows: 'The connection ended before the service had answered.' },
+  { kind: 'garbage', shows: 'What the service answered cannot be read.' },
+  { kind: 'error', listed: 'createUserToken: error, code 500, once', shows: 'as the armed fault demands' },
+  { kind: 'never', shows: 'The kit has not called the completion' },
+  { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', shows: 'Added visa •••• 1111.' },
 ];
 
-onConsole('an armed fault is listed, meets a call, and the app is told', async (guest) => {
+onConsole('an armed fault is listed, meets a call, and the app is shows', async (guest) => {
   await guest.signIn();
-  for (const { kind, delay, told, listed = `createUserToken: ${kind}, once` } of faults) {
+  for (const { kind, delay, shows, listed = `createUserToken: ${kind}, once` } of faults) {
     await guest.arm('createUserToken', kind, { delay });
     await sees(guest.faults.filter({ hasText: listed }));
     await guest.add();
-    await guest.told(told);
+    await guest.sees(shows);
     await sees(guest.testing.getByText('No fault is armed.'));
   }
   await seesCount(guest.cards, 1);
@@ -30,7 +30,7 @@ onConsole('faults last, are edited, removed and brought back, and have the kinds
   await guest.arm('createUserToken', 'refused', { often: 'always' });
   for (let time = 0; time < 2; ++time) {
     await guest.add();
-    await guest.told(cannotBeReached);
+    await guest.sees(cannotBeReached);
   }
   await guest.button('Edit createUserToken: refused, always').click();
   await guest.testing.getByRole('combobox', { name: 'What happens' }).selectOption('error');
@@ -39,7 +39,7 @@ onConsole('faults last, are edited, removed and brought back, and have the kinds
   await guest.testing.getByLabel('Headers').fill('Retry-After: 3');
   await guest.button('Save').click();
   const changed = 'createUserToken: error, code 500, status 503, Retry-After: 3, always';
-  await guest.told(`Changed ${changed}.`);
+  await guest.sees(`Changed ${changed}.`);
   const provider = /^provider +(\S+)$/m.exec(server.said)[1];
   const reply = await fetch(`${provider}/v1/users`, {
     method: 'POST', headers: { 'X-API-Key': 'any', 'Content-Type': 'application/json' },
@@ -51,10 +51,10 @@ onConsole('faults last, are edited, removed and brought back, and have the kinds
   const kinds = await guest.testing.getByRole('combobox', { name: 'What happens' }).getByRole('option').allTextContents();
   assert.ok(kinds.includes('never') && !kinds.includes('no-token'), kinds.join());
   await guest.button(`Remove ${changed}`).click();
-  await guest.told(`Removed ${changed}.`);
+  await guest.sees(`Removed ${changed}.`);
   await seesCount(guest.faults, 1);
   await guest.button('Undo').click();
-  await guest.told('Armed again.');
+  await guest.sees('Armed again.');
   await guest.button('Disarm all').click();
   await sees(guest.testing.getByText('No fault is armed.'));
 });
@@ -84,7 +84,7 @@ onConsole('drift is marked until the kit has mended what it can', async (guest) 
     await guest.page.reload();
     await seesBoth(left, mended);
     await guest.button('Sign out').click();
-    await guest.told('Signed out.');
+    await guest.sees('Signed out.');
   }
 });
 
@@ -98,13 +98,13 @@ onConsole('a page shows within a second that its server has gone, and is back', 
   await server.end('SIGKILL');
   await isSaid('The server is gone.');
   await guest.button('Come to the foreground').click();
-  await guest.told('No reply came: the server is gone');
+  await guest.sees('No reply came: the server is gone');
   const before = server.url;
   await server.start();
   assert.equal(server.url, before);
   await isSaid('Live');
   await guest.add({ card: 'mastercard', useCase: 'private' });
-  await guest.told('Added mastercard •••• 4444.');
+  await guest.sees('Added mastercard •••• 4444.');
   await seesCount(guest.cards, 2);
   await seesCount(guest.matched, 2);
 });

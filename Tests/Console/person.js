@@ -34,7 +34,7 @@ export class Person {
   }
 
   /** It was said of what was done last, where no scrolling is needed to read it. */
-  async told(sentence) {
+  async sees(sentence) {
     const said = this.page.locator('.outcome').filter({ hasText: sentence });
     await sees(said);
     const { y, height } = await said.boundingBox();
@@ -44,7 +44,7 @@ export class Person {
 
   async signIn() {
     await this.button('Sign in').click();
-    await this.told('Signed in.');
+    await this.sees('Signed in.');
   }
 
   async add({ card = 'visa', useCase = 'default', city = '' } = {}) {
@@ -65,17 +65,17 @@ export class Person {
   async settleIn() {
     await this.signIn();
     await this.add();
-    await this.told('Added visa •••• 1111.');
+    await this.sees('Added visa •••• 1111.');
   }
 
   async makeScenario(name) {
     await this.button(name).click();
-    await this.told(`Done: ${name}.`);
+    await this.sees(`Done: ${name}.`);
   }
 
   async comeToForeground() {
     await this.button('Come to the foreground').click();
-    await this.told('The app came to the foreground.');
+    await this.sees('The app came to the foreground.');
   }
 
   async arm(operation, kind, { delay = 0, often = 'once' } = {}) {
@@ -84,7 +84,7 @@ export class Person {
     await this.testing.getByRole('combobox', { name: 'How often' }).selectOption(often);
     await this.testing.getByLabel('Delay, ms').fill(String(delay));
     await this.button('Arm').click();
-    await this.told(`Armed ${operation}: ${kind}`);
+    await this.sees(`Armed ${operation}: ${kind}`);
   }
 
   /** The steps in words are for ears: nobody sees them. */

@@ -20,7 +20,7 @@ const guest = new Person(await browser.newPage({ viewport: desk }));
 await guest.page.goto(server.url);
 await guest.settleIn();
 await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
-await guest.told('Added mastercard •••• 4444.');
+await guest.sees('Added mastercard •••• 4444.');
 // The kit finds what it has to remove, and cannot.
 await guest.makeScenario('instrument without card');
 await guest.arm('getPaymentInstrumentsList', 'delay', { delay: 300 });

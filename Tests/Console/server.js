@@ -23,19 +23,19 @@ export class Server {
     started.add(this);
     const before = this.said.length;
     await new Promise((resolve, reject) => {
-      const hear = (piece) => {
+      const see = (piece) => {
         this.said += piece;
         this.url = /^console +(http\S+)\n/m.exec(this.said.slice(before))?.[1] ?? '';
         if (this.url) resolve();
       };
-      this.#process.stdout.on('data', hear);
-      this.#process.stderr.on('data', hear);
+      this.#process.stdout.on('data', see);
+      this.#process.stderr.on('data', see);
       this.#process.on('error', reject);
       this.#process.on('exit', () => reject(new Error('The server ended before it listened.')));
     });
   }
 
-  /** Answers the exit code, which is null after a signal that the server does not hear. */
+  /** Answers the exit code, which is null after a signal that the server does not see. */
   async end(signal) {
     if (this.#process.exitCode !== null || this.#process.signalCode !== null) return this.#process.exitCode;
     const exit = once(this.#process, 'exit');

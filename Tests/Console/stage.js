@@ -9,7 +9,7 @@ after(closeBrowser);
 // Which ends the browser and the server, too.
 process.once('SIGTERM', () => process.exit(1));
 
-/** Nothing that a test tells shows a card number. */
+/** Nothing that a test prints shows a card number. */
 const masked = (text) => text.replace(/\d(?:[ -]?\d){11,}/g, '(a long number)');
 
 /** What no page may do, whatever happens to it. */
@@ -29,7 +29,7 @@ function complaintsOf(context, url) {
 }
 
 /**
- * A test that begins before a fresh console. What the page and the server said is told when it
+ * A test that begins before a fresh console. What the page and the server said is shows when it
  * fails. The body gets a person, the server and a way to open another page beside it.
  */
 export function onConsole(name, body, view = {}) {

@@ -56,7 +56,7 @@ onConsole('what the kit drops says why, and what it asks for meanwhile joins the
   await guest.comeToForeground();
   await says('the guest has no token yet', 'a synchronisation for a guest without a token');
   await guest.add();
-  await guest.told('Added visa');
+  await guest.sees('Added visa');
   await guest.arm('fetchGuestCreditCards', 'error');
   await guest.comeToForeground();
   await says('The synchronisation failed at fetchGuestCreditCards of the backend', "the backend's list fails");

@@ -51,7 +51,8 @@ class ModelRunner {
     Text card() const { return answer.card ? *answer.card->id : "none"; }
   };
   using Continuation = std::function<void(const Brought&)>;
-  /// The kit hears a service once; an app whose completion a service has got hears it always.
+  /// The kit takes one reply of a service; an app whose completion a service has got takes them
+  /// all.
   enum class Replies { once, always };
 
   /// Answers that wait for one another. One that never comes frees what would be done then.
@@ -85,10 +86,10 @@ class ModelRunner {
   void onMainThread(std::function<void(bool posted)> work);
   void postToMainQueue(std::function<void()> work) { mainQueue_.push_back(std::move(work)); }
   void postToSerialQueue(std::function<void()> work) { serialQueue_.push_back(std::move(work)); }
-  /// Tells the caller by that rule. A missing completion is skipped, and builds and posts nothing.
+  /// Completes by that rule. A missing completion is skipped, and builds and posts nothing.
   void complete(const Asking& who, const Text& results);
   void tellBuilt(const Asking& who, std::function<Text(bool posted)> results);
-  /// Tells the caller here and now.
+  /// Completes here and now.
   void completeHere(const Asking& who, const Text& results);
   /// Writes to the remote logger and then to the console, with the same words.
   void log(int level, const Text& format, const Text& argument, const Text& function);

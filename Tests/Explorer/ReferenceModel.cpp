@@ -263,7 +263,7 @@ void ReferenceModel::confirm(const Asking& who, const NullableString& token, Con
 
 // Deleting: reachability is read first; then the first thing that is missing is reported, and the
 // connection counts last. The backend goes first, and its guest is the one that is reported and
-// whose token the provider hears. A list that fails is not reported, by design. The manager is kept
+// whose token the provider gets. A list that fails is not reported, by design. The manager is kept
 // from the backend's answer to the list's.
 void ReferenceModel::remove(const Asking& who) {
   expect("network asked");

@@ -1,4 +1,4 @@
-// The door through which the host reaches the manager.
+// The entry point through which the host reaches the manager.
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaymentManager.h"
 #include "Tests/Support/KitTest.h"
@@ -15,12 +15,12 @@ class EntryPointTest : public KitTest {
         nullptr, HLVSDKPaylevenKitConfiguration::configurationWithBlock(nullptr));
   }
   void callEverything() {
-    door->addPaymentInstrument(card, address, guest, guestCard());
-    door->deletePaymentInstrumentWithID("card-1", "default", guest, guestOnly());
-    door->updatePaymentInstrument("card-1", address, guest, guestCard());
+    entryPoint->addPaymentInstrument(card, address, guest, guestCard());
+    entryPoint->deletePaymentInstrumentWithID("card-1", "default", guest, guestOnly());
+    entryPoint->updatePaymentInstrument("card-1", address, guest, guestCard());
   }
 
-  const std::shared_ptr<HLVSDKPaymentManager> door = HLVSDKPaymentManager::make();
+  const std::shared_ptr<HLVSDKPaymentManager> entryPoint = HLVSDKPaymentManager::make();
 };
 
 TEST_F(EntryPointTest, BeforeEnablingNothingHappensAndNobodyIsTold) {

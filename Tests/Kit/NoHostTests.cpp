@@ -17,7 +17,7 @@ TEST_F(KitTest, WithoutAHostEverythingAnswersNullAndItIsSaidOnce) {
   EXPECT_EQ(HLVErrorFacade::make(), nullptr);
   EXPECT_EQ(kHLVSDKCreditCardUseCaseDefault(), std::nullopt);
   EXPECT_EQ(HLVSDKCreditCardBusinessAddressJSONKeyes(0), std::nullopt);
-  HLVSDKAsserts::handleAssertWithMessage("heard by nobody");
+  HLVSDKAsserts::handleAssertWithMessage("read by nobody");
   const auto said = ::testing::internal::GetCapturedStderr();
   EXPECT_NE(said.find("no host is installed"), std::string::npos);
   EXPECT_EQ(said.find('\n'), said.size() - 1) << "one line";

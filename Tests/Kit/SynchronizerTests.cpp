@@ -71,7 +71,7 @@ TEST_F(SynchronizerTest, AnOverrideDecidesWhatStays) {
 TEST_F(SynchronizerTest, AFetchOfAllInstrumentsNeedsNoListener) {
   synchronizer->fetchAllPaylevenPaymentInstrumentsForGuest(guest, nullptr);
   for (int list = 0; list < 3; ++list) provider.lists.answer(std::nullopt, nullptr);
-  EXPECT_EQ(platform->runMain(), 1u) << "the join, and nobody to tell";
+  EXPECT_EQ(platform->runMain(), 1u) << "the join, and nobody to report to";
 }
 
 TEST_F(SynchronizerTest, TheQueueIsMadeAtCreationAndReplacedWhenMissing) {

@@ -36,16 +36,16 @@
 /// An app's own synchroniser.
 @interface TestSynchronizer : NSObject <HLVSDKPaymentInstrumentsSynchronizer> {
  @public
-  id heard;
+  id received;
 }
 @end
 @implementation TestSynchronizer
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest {
-  heard = guest;
+  received = guest;
 }
 - (void)synchronizePaymentInstrumentsForGuest:(HLVSDKGuest*)guest
                                    completion:(void (^)(BOOL, NSError*))completion {
-  heard = guest;
+  received = guest;
   if (completion) completion(YES, nil);
 }
 @end
@@ -148,18 +148,18 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
               {@"reachability", @{@"state" : @0, @"before" : @1}, false},
               {@"reachability", @{@"state" : @1, @"before" : @257}, false}};
   for (const auto& row : rows) {
-    own->heard = nil;
+    own->received = nil;
     [[NSNotificationCenter defaultCenter] postNotificationName:row.name
                                                         object:nil
                                                       userInfo:row.userInfo];
-    EXPECT_EQ(own->heard, row.starts ? guest : nil) << [row.name UTF8String];
+    EXPECT_EQ(own->received, row.starts ? guest : nil) << [row.name UTF8String];
   }
-  own->heard = nil;
+  own->received = nil;
   [HLVSDKPayleven resetSharedInstance];
   [[NSNotificationCenter defaultCenter]
       postNotificationName:@"UIApplicationWillEnterForegroundNotification"
                     object:nil];
-  EXPECT_EQ(own->heard, guest) << "the pool still holds the instance";
+  EXPECT_EQ(own->received, guest) << "the pool still holds the instance";
 }
 
 TEST_F(EnablingTest, WhatTheFacadeDoesByItselfIsAMessage) {
@@ -223,9 +223,9 @@ TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndTheMainThreadHearsOfIt) 
             std::string::npos);
   host.cardFetches.answer((NSArray*)@[], (NSError*)nil);
   answerLists(@[ instrument ]);
-  runMainLoopUntil([&] { return heard.count == 1; });
-  EXPECT_TRUE(heard.success);
-  EXPECT_TRUE(heard.onMainThread);
+  runMainLoopUntil([&] { return received.count == 1; });
+  EXPECT_TRUE(received.success);
+  EXPECT_TRUE(received.onMainThread);
   EXPECT_EQ(host.removals.size(), 1u);
   EXPECT_NE(host.takeTrace().find("provider remove plv-1 under tok, private"), std::string::npos);
 }
@@ -235,9 +235,9 @@ TEST_F(SynchronizerTest, AFailureComesWithTheBackendsErrorAndLeavesTheFlagSet) {
   [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
   answerLists(@[ instrument ]);
   host.cardFetches.answer((NSArray*)nil, refusal);
-  runMainLoopUntil([&] { return heard.count == 1; });
-  EXPECT_FALSE(heard.success);
-  EXPECT_EQ(heard.error, refusal);
+  runMainLoopUntil([&] { return received.count == 1; });
+  EXPECT_FALSE(received.success);
+  EXPECT_EQ(received.error, refusal);
   EXPECT_TRUE([synchronizer isSynchronizing]);
   EXPECT_NE(host.takeTrace().find("payment instruments. for developers: refused"),
             std::string::npos);
@@ -257,7 +257,7 @@ TEST_F(SynchronizerTest, ItsStepsAreMessages) {
   [own synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
   EXPECT_NE(host.takeTrace().find("begins\nbackend cards"), std::string::npos);
   host.cardFetches.answer((NSArray*)@[ storedCard ], (NSError*)nil);
-  runMainLoopUntil([&] { return heard.count == 1 && ![own isSynchronizing]; });
+  runMainLoopUntil([&] { return received.count == 1 && ![own isSynchronizing]; });
   const std::string said = host.takeTrace();
   EXPECT_NE(said.find("asked"), std::string::npos);
   EXPECT_EQ(said.find("provider remove"), std::string::npos);

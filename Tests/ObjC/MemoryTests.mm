@@ -47,7 +47,7 @@ TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
     host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
     host.guestUpdates.answer((HLVSDKGuest*)nil, (NSError*)nil);
     host.cardAdds.answer((HLVSDKGuest*)nil, storedCard, (NSError*)nil);
-    runMainLoopUntil([&] { return heard.count == 1; });
+    runMainLoopUntil([&] { return received.count == 1; });
     [host.request release], host.request = nil;
   }
   EXPECT_EQ(liveRecords(), before);
@@ -115,7 +115,7 @@ TEST_F(MemoryTest, AManagerThatIsReleasedHearsNoNotificationAndLosesItsSuccesses
   host.takeTrace();
   host.tokens.answer(@"tok", (NSError*)nil);
   EXPECT_EQ(host.takeTrace(), "") << "nobody is left to confirm the card";
-  EXPECT_EQ(heard.count, 0);
+  EXPECT_EQ(received.count, 0);
 }
 
 TEST_F(MemoryTest, AManagerMayGoInTheMiddleOfItsOwnCall) {
@@ -128,7 +128,7 @@ TEST_F(MemoryTest, AManagerMayGoInTheMiddleOfItsOwnCall) {
   [manager addPaymentInstrument:card billingAddress:nil forGuest:guest completion:guestCardHeard()];
   EXPECT_EQ(host.takeTrace(), "provider token for guest@example.com, default");
   host.tokens.answer(@"tok", (NSError*)nil);
-  EXPECT_EQ(heard.count, 0);
+  EXPECT_EQ(received.count, 0);
 }
 
 TEST_F(MemoryTest, AnInstanceThatIsReleasedHearsNoNotification) {
@@ -155,8 +155,8 @@ TEST_F(MemoryTest, ASynchroniserMayGoWhileItsQueueWorks) {
   }
   host.cardFetches.answer((NSArray*)@[], (NSError*)nil);
   for (int list = 0; list < 3; ++list) host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
-  runMainLoopUntil([&] { return heard.count == 1; });
-  EXPECT_TRUE(heard.success);
+  runMainLoopUntil([&] { return received.count == 1; });
+  EXPECT_TRUE(received.success);
 }
 
 }  // namespace

@@ -12,8 +12,8 @@
 
 namespace hlv::testing {
 
-/// What a completion heard.
-struct Heard {
+/// What a completion received.
+struct Received {
   int count = 0;
   bool onMainThread = false;
   id guest = nil, card = nil;
@@ -31,7 +31,7 @@ class ObjCTest : public ::testing::Test {
   static HLVSDKConfiguration* configurationWithEntries(NSArray* entries);
   void enable();
 
-  /// Completions that write down what they hear. The objects live as long as the test's pool.
+  /// Completions that record what they get. The objects live as long as the test's pool.
   GuestBlock guestHeard();
   GuestCardBlock guestCardHeard();
   void (^successHeard())(BOOL, NSError*);
@@ -51,8 +51,8 @@ class ObjCTest : public ::testing::Test {
 
   TestHost& host = TestHost::shared();
   NSAutoreleasePool* const pool = [NSAutoreleasePool new];
-  Heard heard;
-  /// Keeps what is heard until the test ends.
+  Received received;
+  /// Keeps what is received until the test ends.
   NSMutableArray* const kept = [NSMutableArray array];
   HLVSDKGuest* const guest = make<HLVSDKGuest>(@{@"email" : @"guest@example.com"});
   HLVSDKPaymentInstrument* const card = make<HLVSDKPaymentInstrument>(@{

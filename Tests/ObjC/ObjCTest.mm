@@ -39,7 +39,7 @@ void ObjCTest::enable() {
 }
 
 GuestBlock ObjCTest::guestHeard() {
-  Heard* const into = &heard;
+  Received* const into = &received;
   NSMutableArray* const keep = kept;
   return copied(^(HLVSDKGuest* owner, NSError* error) {
     ++into->count;
@@ -51,7 +51,7 @@ GuestBlock ObjCTest::guestHeard() {
 }
 
 GuestCardBlock ObjCTest::guestCardHeard() {
-  Heard* const into = &heard;
+  Received* const into = &received;
   NSMutableArray* const keep = kept;
   return copied(^(HLVSDKGuest* owner, HLVSDKCreditCard* added, NSError* error) {
     ++into->count;
@@ -64,7 +64,7 @@ GuestCardBlock ObjCTest::guestCardHeard() {
 }
 
 void (^ObjCTest::successHeard())(BOOL, NSError*) {
-  Heard* const into = &heard;
+  Received* const into = &received;
   NSMutableArray* const keep = kept;
   return copied(^(BOOL success, NSError* error) {
     ++into->count;

@@ -83,23 +83,23 @@ class OperationsTest : public ObjCTest {
   void giveToken() { [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"]; }
   void giveCard() { [fieldsOf(guest) setObject:@[ storedCard ] forKey:@"creditCards"]; }
   void add() {
-    [door addPaymentInstrument:card
-                billingAddress:address
-                      forGuest:guest
-                    completion:guestCardHeard()];
+    [entryPoint addPaymentInstrument:card
+                      billingAddress:address
+                            forGuest:guest
+                          completion:guestCardHeard()];
   }
   void remove(NSString* ID) {
-    [door deletePaymentInstrumentWithID:ID
-                                useCase:@"default"
-                              fromGuest:guest
-                             completion:guestHeard()];
+    [entryPoint deletePaymentInstrumentWithID:ID
+                                      useCase:@"default"
+                                    fromGuest:guest
+                                   completion:guestHeard()];
   }
   void answerList() {
     host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
     host.takeTrace();
   }
 
-  HLVSDKPaymentManager* const door = [[HLVSDKPaymentManager new] autorelease];
+  HLVSDKPaymentManager* const entryPoint = [[HLVSDKPaymentManager new] autorelease];
 };
 
 TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects) {
@@ -124,11 +124,11 @@ TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects
     host.guestUpdates.answer((HLVSDKGuest*)nil, (NSError*)nil);
     host.cardAdds.answer((HLVSDKGuest*)nil, storedCard, (NSError*)nil);
   });
-  runMainLoopUntil([&] { return heard.count == 1; });
-  EXPECT_TRUE(heard.onMainThread);
-  EXPECT_EQ(heard.guest, guest);
-  EXPECT_EQ(heard.card, storedCard);
-  EXPECT_EQ(heard.error, nil);
+  runMainLoopUntil([&] { return received.count == 1; });
+  EXPECT_TRUE(received.onMainThread);
+  EXPECT_EQ(received.guest, guest);
+  EXPECT_EQ(received.card, storedCard);
+  EXPECT_EQ(received.error, nil);
 }
 
 TEST_F(OperationsTest, AFirstCardsFailuresNameWhatIsMissingAndPassErrorsThrough) {
@@ -136,28 +136,28 @@ TEST_F(OperationsTest, AFirstCardsFailuresNameWhatIsMissingAndPassErrorsThrough)
   host.takeTrace();
   host.tokens.answer((NSString*)nil, (NSError*)nil);
   EXPECT_EQ(host.takeTrace(), "assert parameter userToken: (null)");
-  EXPECT_TRUE([[heard.error localizedDescription]
+  EXPECT_TRUE([[received.error localizedDescription]
       isEqual:@"userToken: (null), -[HLVSDKPaylevenPaymentInstrumentManager "
               @"addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:]"]);
   add();
   NSError* const refusal = makeError(@"refused");
   host.tokens.answer((NSString*)nil, refusal);
-  EXPECT_EQ([[heard.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
+  EXPECT_EQ([[received.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
   add();
   host.tokens.answer(@"tok", (NSError*)nil);
   answerList();
   host.cardAdds.answer((HLVSDKGuest*)nil, storedCard, (NSError*)nil);
   host.guestUpdates.answer((HLVSDKGuest*)nil, refusal);
-  runMainLoopUntil([&] { return heard.count == 3; });
-  EXPECT_EQ(heard.card, storedCard) << "a card and an error may come together";
-  EXPECT_EQ(heard.error, refusal);
+  runMainLoopUntil([&] { return received.count == 3; });
+  EXPECT_EQ(received.card, storedCard) << "a card and an error may come together";
+  EXPECT_EQ(received.error, refusal);
 }
 
 TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
   host.network = 256;
   add();
-  EXPECT_TRUE([[heard.error domain] isEqual:@"URL"]);
-  EXPECT_EQ([heard.error code], 1);
+  EXPECT_TRUE([[received.error domain] isEqual:@"URL"]);
+  EXPECT_EQ([received.error code], 1);
   NSError* const invalid = makeError(@"invalid card");
   [fieldsOf(card) setObject:invalid forKey:@"error"];
   onAnotherThread([&] {
@@ -165,10 +165,10 @@ TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
       add();
     }
   });
-  EXPECT_EQ(heard.count, 1);
-  runMainLoopUntil([&] { return heard.count == 2; });
-  EXPECT_TRUE(heard.onMainThread);
-  EXPECT_EQ(heard.error, invalid);
+  EXPECT_EQ(received.count, 1);
+  runMainLoopUntil([&] { return received.count == 2; });
+  EXPECT_TRUE(received.onMainThread);
+  EXPECT_EQ(received.error, invalid);
   EXPECT_EQ(host.takeTrace(), "");
 }
 
@@ -182,15 +182,15 @@ TEST_F(OperationsTest, AFurtherCardLogsItsFailuresToBothLoggers) {
       " 1 -[HLVSDKPaylevenPaymentInstrumentManager "
       "addNewPaymentInstrument:billingAddress:forGuest:completion:]_block_invoke: "
       "Failed to add new payment instrument. %@ = Failed to add new payment instrument. ";
-  const std::string rendered = [[heard.error description] UTF8String];
+  const std::string rendered = [[received.error description] UTF8String];
   EXPECT_EQ(host.takeTrace(), "remote" + line + rendered + "\nconsole" + line + rendered);
-  EXPECT_EQ([[heard.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
+  EXPECT_EQ([[received.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
 
   add();
   host.adds.answer((NSError*)nil);
   [fieldsOf(instrument) removeObjectForKey:@"identifier"];
   answerList();
-  EXPECT_TRUE([[heard.error localizedDescription]
+  EXPECT_TRUE([[received.error localizedDescription]
       isEqual:@"identifier: Added instrument to external payment system doesn't have identifier, "
               @"-[HLVSDKPaylevenPaymentInstrumentManager "
               @"addNewPaymentInstrument:billingAddress:forGuest:completion:]_block_invoke"]);
@@ -203,24 +203,24 @@ TEST_F(OperationsTest, AFurtherCardReportsTheBackendsGuestAndNeverItsError) {
   answerList();
   HLVSDKGuest* const updated = make<HLVSDKGuest>(@{});
   host.cardAdds.answer(updated, storedCard, makeError(@"refused"));
-  EXPECT_EQ(heard.guest, updated);
-  EXPECT_EQ(heard.card, storedCard);
-  EXPECT_EQ(heard.error, nil);
+  EXPECT_EQ(received.guest, updated);
+  EXPECT_EQ(received.card, storedCard);
+  EXPECT_EQ(received.error, nil);
 }
 
 TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndAsksForEverythingItNeeds) {
   remove(@"card-1");
   EXPECT_EQ(host.takeTrace(), "assert parameter guest.paylevenToken: (null)");
-  EXPECT_TRUE([[heard.error localizedDescription] hasPrefix:@"paymentToken: (null), -["]);
+  EXPECT_TRUE([[received.error localizedDescription] hasPrefix:@"paymentToken: (null), -["]);
   giveToken();
   remove(nil);
   EXPECT_EQ(host.takeTrace(), "assert parameter halvoID: (null)");
   remove(@"card-1");
-  EXPECT_TRUE([[heard.error localizedDescription] hasPrefix:@"existedCard: Given guest must"]);
+  EXPECT_TRUE([[received.error localizedDescription] hasPrefix:@"existedCard: Given guest must"]);
   giveCard();
   host.network = 0;
   remove(@"card-1");
-  EXPECT_TRUE([[heard.error domain] isEqual:@"URL"]);
+  EXPECT_TRUE([[received.error domain] isEqual:@"URL"]);
   host.network = 2;
   remove(@"card-1");
   EXPECT_EQ(host.takeTrace(), "backend delete card-1 of guest@example.com");
@@ -231,30 +231,33 @@ TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndAsksForEverythingItNeeds
   EXPECT_EQ(host.takeTrace(), "provider remove plv-1 under tok2, default");
   NSError* const refusal = makeError(@"refused");
   host.removals.answer(refusal);
-  EXPECT_EQ(heard.guest, updated);
-  EXPECT_EQ([[heard.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
-  EXPECT_EQ(heard.count, 5);
+  EXPECT_EQ(received.guest, updated);
+  EXPECT_EQ([[received.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
+  EXPECT_EQ(received.count, 5);
 }
 
 TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {
   const auto block = guestCardHeard();
-  [door updatePaymentInstrument:@"card-1" billingAddress:address forGuest:guest completion:block];
+  [entryPoint updatePaymentInstrument:@"card-1"
+                       billingAddress:address
+                             forGuest:guest
+                           completion:block];
   EXPECT_EQ(host.takeTrace(), "backend update card-1 of guest@example.com");
   EXPECT_EQ((const void*)host.cardUpdates.oldest(), (const void*)block);
   NSDictionary* const fields =
       @{@"k0" : @"Street 1", @"k1" : @"Berlin", @"k2" : @"DE", @"k3" : @"10115"};
   EXPECT_TRUE([host.address isEqual:fields]);
   onAnotherThread([&] { host.cardUpdates.answer(guest, storedCard, (NSError*)nil); });
-  EXPECT_EQ(heard.count, 1) << "on the backend's thread";
-  EXPECT_FALSE(heard.onMainThread);
+  EXPECT_EQ(received.count, 1) << "on the backend's thread";
+  EXPECT_FALSE(received.onMainThread);
   [(NSMutableArray*)HLVSDKCreditCardBusinessAddressJSONKeyes replaceObjectAtIndex:0
                                                                        withObject:@"street"];
-  [door updatePaymentInstrument:@"card-1" billingAddress:address forGuest:nil completion:nil];
+  [entryPoint updatePaymentInstrument:@"card-1" billingAddress:address forGuest:nil completion:nil];
   [(NSMutableArray*)HLVSDKCreditCardBusinessAddressJSONKeyes replaceObjectAtIndex:0
                                                                        withObject:@"k0"];
   EXPECT_TRUE([[host.address objectForKey:@"street"] isEqual:@"Street 1"]) << "the host's key now";
   host.cardUpdates.drop();
-  [door updatePaymentInstrument:@"card-1" billingAddress:nil forGuest:nil completion:nil];
+  [entryPoint updatePaymentInstrument:@"card-1" billingAddress:nil forGuest:nil completion:nil];
   EXPECT_EQ((const void*)host.cardUpdates.oldest(), nullptr);
   EXPECT_EQ([host.address count], 0u);
 }
@@ -262,9 +265,9 @@ TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {
 TEST_F(OperationsTest, NilCompletionsAreSkippedAndTheWorkIsDone) {
   giveToken();
   giveCard();
-  [door addPaymentInstrument:card billingAddress:nil forGuest:guest completion:nil];
+  [entryPoint addPaymentInstrument:card billingAddress:nil forGuest:guest completion:nil];
   host.adds.answer(makeError(@"refused"));
-  [door deletePaymentInstrumentWithID:@"card-1" useCase:nil fromGuest:guest completion:nil];
+  [entryPoint deletePaymentInstrumentWithID:@"card-1" useCase:nil fromGuest:guest completion:nil];
   [manager() processAddedPaymentInstrument:nil paylevenToken:nil completion:nil];
   EXPECT_NE(host.takeTrace().find("assert parameter paymentInstrument"), std::string::npos);
 }
@@ -334,7 +337,7 @@ TEST_F(OperationsTest, TextsCrossAsTheyAre) {
   add();
   EXPECT_TRUE([host.lastToken isEqual:token]);
   host.adds.answer(makeError(token));
-  EXPECT_EQ(heard.count, 1);
+  EXPECT_EQ(received.count, 1);
 }
 
 TEST_F(OperationsTest, AnAddressIsCheckedFieldByField) {
@@ -367,7 +370,7 @@ TEST_F(OperationsTest, AManagersServicesAreTheAppsOwnAndMayBeReplaced) {
   [manager() setReachability:nil];
   EXPECT_EQ([manager() apiManager], nil);
   add();
-  EXPECT_TRUE([[heard.error domain] isEqual:@"URL"]) << "no monitor, no connection";
+  EXPECT_TRUE([[received.error domain] isEqual:@"URL"]) << "no monitor, no connection";
 }
 
 }  // namespace

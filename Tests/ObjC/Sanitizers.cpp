@@ -1,4 +1,4 @@
-// What the sanitizers of this program are told.
+// The options of this program's sanitizers.
 
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __asan_default_options();

@@ -1,5 +1,5 @@
 // A host SDK and a provider as Objective-C classes that do nothing until the test answers, and
-// write down what they hear.
+// record what they get.
 //
 // Threading: calls and answers one at a time; the answers may come from any thread.
 #pragma once
@@ -57,7 +57,7 @@ class HeldBlocks {
   std::deque<Block> blocks_;
 };
 
-/// What the classes of the host and the provider say, hear and hold.
+/// What the classes of the host and the provider return, receive and hold.
 struct TestHost {
   static TestHost& shared();
 

@@ -10,7 +10,7 @@ namespace hlv::testing {
 namespace {
 
 std::mutex recordsMutex;
-// Host classes have no room for instance variables, so their fields lie here.
+// Host classes have no place for instance variables, so their fields lie here.
 std::map<const void*, NSMutableDictionary*>& records() {
   static auto& all = *new std::map<const void*, NSMutableDictionary*>;
   return all;

@@ -80,7 +80,7 @@ def written(code):
 
 
 def swift_faults(dump):
-    """What Swift must be told of the completions, out of the compiler's tree of the headers."""
+    """What Swift must know of the completions, out of the compiler's tree of the headers."""
     for owner in re.split(r"\n[|`]-ObjC(?=InterfaceDecl)", dump):
         if not re.match(r"InterfaceDecl .* HLVSDKPay(?:leven|mentManager)", owner):
             continue

@@ -170,20 +170,20 @@ TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
 
 TEST_F(DefaultPlatformTest, ACompletionIsCalledDirectlyOnTheMainThreadAndPostedElsewhere) {
   Platform::install(platform);
-  std::string heard;
+  std::string received;
   const std::function<void(std::string)> completion = [&](const std::string& how) {
-    heard += how;
+    received += how;
     EXPECT_TRUE(platform->isMainThread());
   };
   const auto build = [](Delivery delivery) {
     return std::tuple(delivery == Delivery::direct ? "direct " : "posted ");
   };
   deliverBuilt(completion, build);
-  EXPECT_EQ(heard, "direct ");
+  EXPECT_EQ(received, "direct ");
   std::thread([&] { deliverBuilt(completion, build); }).join();
-  EXPECT_EQ(heard, "direct ");
+  EXPECT_EQ(received, "direct ");
   platform->runPending();
-  EXPECT_EQ(heard, "direct posted ");
+  EXPECT_EQ(received, "direct posted ");
 }
 
 }  // namespace

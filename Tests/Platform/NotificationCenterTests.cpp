@@ -12,12 +12,12 @@ namespace {
 class NotificationCenterTest : public ::testing::Test {
  protected:
   std::unique_ptr<Observation> observe(const std::string& mark) {
-    return center->observe("name", [this, mark](const Notification&) { heard += mark; });
+    return center->observe("name", [this, mark](const Notification&) { received += mark; });
   }
 
   const std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
   const std::shared_ptr<NotificationCenter> center = platform->notificationCenter();
-  std::string heard;
+  std::string received;
 };
 
 TEST_F(NotificationCenterTest, DeliversInOrderByNameBeforePostReturns) {
@@ -25,7 +25,7 @@ TEST_F(NotificationCenterTest, DeliversInOrderByNameBeforePostReturns) {
   const auto second = observe("b");
   center->post({"name", {}});
   center->post({"other", {}});
-  EXPECT_EQ(heard, "ab");
+  EXPECT_EQ(received, "ab");
   EXPECT_EQ(center->observe(std::nullopt, [](const Notification&) {}), nullptr);
 }
 
@@ -34,24 +34,24 @@ TEST_F(NotificationCenterTest, AnObservationEndsWithItsObject) {
   const auto second = observe("b");
   first.reset();
   center->post({"name", {}});
-  EXPECT_EQ(heard, "b");
+  EXPECT_EQ(received, "b");
 }
 
 TEST_F(NotificationCenterTest, ObserversMayComeGoAndPostDuringAPost) {
   std::unique_ptr<Observation> self, later, added;
   self = center->observe("name", [&](const Notification&) {
-    heard += "a";
+    received += "a";
     added = observe("new");
     later.reset();
     self.reset();
     center->post({"other", {}});
   });
   later = observe("removed before its turn");
-  const auto other = center->observe("other", [&](const Notification&) { heard += "b"; });
+  const auto other = center->observe("other", [&](const Notification&) { received += "b"; });
   center->post({"name", {}});
-  EXPECT_EQ(heard, "ab");
+  EXPECT_EQ(received, "ab");
   center->post({"name", {}});
-  EXPECT_EQ(heard, "abnew");
+  EXPECT_EQ(received, "abnew");
 }
 
 TEST_F(NotificationCenterTest, AnObservationMayOutliveItsCentre) {

@@ -143,7 +143,7 @@ class WholeRun : public SandboxTest {
     HLVSDKAsserts::handleParameterAssert(number, std::nullopt);
   }
 
-  /// Everything that a run tells or leaves, by where it stands, while the store is open and so has
+  /// Everything that a run prints or leaves, by where it stands, while the store is open and so has
   /// its write-ahead log.
   std::vector<std::pair<std::string, std::string>> sinks() const {
     std::string journal;

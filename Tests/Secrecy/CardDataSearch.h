@@ -12,7 +12,7 @@ namespace hlv::testing {
 /// Finds the number, whole or in part, with or without gaps, and the security code as a number of
 /// its own. Only the number's last four digits may stand.
 ///
-/// Goes once over a text, allocates nothing, and tells where it found something but never what.
+/// Goes once over a text, allocates nothing, and returns where it found something but never what.
 /// Keeps the digits as values and not as characters, so that a search of the process's own memory
 /// does not find the searcher. Threading: any, once it is made.
 class CardDataSearch {

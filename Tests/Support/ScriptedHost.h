@@ -1,4 +1,4 @@
-// A host and a provider that do nothing until the test answers, and write down what they hear.
+// A host and a provider that do nothing until the test answers, and record what they get.
 //
 // Threading: one thread.
 #pragma once

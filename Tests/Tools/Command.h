@@ -40,7 +40,7 @@ class Command {
   /// From here on no line names the store, and the folder is the user's data folder.
   void useDataFolder();
 
-  /// Runs lines with semicolons between them, and tells how the last one ended. ID stands for the
+  /// Runs lines with semicolons between them, and returns how the last one ended. ID stands for the
   /// first card's identifier.
   Finished run(const std::string& lines, const std::string& input = {});
   /// Starts one line and returns when a call of it has met a fault.

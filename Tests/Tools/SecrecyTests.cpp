@@ -26,7 +26,7 @@ std::vector<std::pair<std::string, std::string>> leftIn(const std::filesystem::p
   return left;
 }
 
-TEST(ToolSecrecy, NoNumberAndNoCodeIsLeftAnywhereByAWholeStoryWithAllLoggingOn) {
+TEST(ToolSecrecy, NoNumberAndNoCodeIsLeftAnywhereByAWholeDemoWithAllLoggingOn) {
   std::vector<std::pair<std::string, CardDataSearch>> searches;
   for (const auto& card : sandbox::testCards()) {
     searches.emplace_back(card.name, CardDataSearch(card.fields.pan, ""));
@@ -37,11 +37,11 @@ TEST(ToolSecrecy, NoNumberAndNoCodeIsLeftAnywhereByAWholeStoryWithAllLoggingOn) 
     searches.emplace_back("a typed card", CardDataSearch(number, code));
   }
   Command command;
-  const auto told = command.run("--console-log demo --typed", typed);
-  ASSERT_EQ(told.status, 0) << "the demo failed";
-  ASSERT_NE(told.err.find("synchronized"), std::string::npos) << "nothing was logged";
-  ASSERT_NE(told.out.find("8431"), std::string::npos) << "the typed card was not used";
-  std::string said = told.out + told.err;
+  const auto shown = command.run("--console-log demo --typed", typed);
+  ASSERT_EQ(shown.status, 0) << "the demo failed";
+  ASSERT_NE(shown.err.find("synchronized"), std::string::npos) << "nothing was logged";
+  ASSERT_NE(shown.out.find("8431"), std::string::npos) << "the typed card was not used";
+  std::string said = shown.out + shown.err;
 
   // The write-ahead log stays beside the store only while a process has it open.
   command.run("fault arm getPaymentInstrumentsList delay --delay 3600000");

@@ -1,7 +1,7 @@
 // One operation as a sequence diagram.
 import { svg } from './dom.js';
 
-const everyLane = ['app', 'main queue', 'kit', 'provider', 'backend'];
+const everyLifeline = ['app', 'main queue', 'kit', 'provider', 'backend'];
 const margin = 134;
 const lineHeight = 15;
 const headHeight = 34;
@@ -47,9 +47,9 @@ export function stepsOf(events) {
       replied = '';
     }
     if (to === 'kit' && thread !== 'main') replied = what;
-    if (to === 'log') steps.push({ ...common, kind: 'note', lane: 'kit', text: `${result}: ${what}`, tone: 'soft', sort: 'log' });
-    else if (to === 'assert') steps.push({ ...common, kind: 'note', lane: 'kit', text: `assertion: ${what}`, tone: 'bad', sort: 'assert' });
-    else if (from === to) steps.push({ ...common, kind: 'note', lane: from, text: what, tone: 'drift', sort: 'calls' });
+    if (to === 'log') steps.push({ ...common, kind: 'note', lifeline: 'kit', text: `${result}: ${what}`, tone: 'soft', sort: 'log' });
+    else if (to === 'assert') steps.push({ ...common, kind: 'note', lifeline: 'kit', text: `assertion: ${what}`, tone: 'bad', sort: 'assert' });
+    else if (from === to) steps.push({ ...common, kind: 'note', lifeline: from, text: what, tone: 'drift', sort: 'calls' });
     else {
       const step = {
         ...common, kind: 'arrow', from: isPosted && to === 'app' ? 'main queue' : from, to, what, result, sort: 'calls',
@@ -76,7 +76,7 @@ export function stepsOf(events) {
 
 /** A step in words: for those who do not see the drawing, and for a bug report. */
 export function sentenceOf(step) {
-  const where = step.kind === 'note' ? step.lane : `${step.from} → ${step.to}`;
+  const where = step.kind === 'note' ? step.lifeline : `${step.from} → ${step.to}`;
   const took = step.took === undefined ? '' : `, after ${duration(step.took)}`;
   return `${where}: ${step.text}${took}${step.thread ? ` (${step.thread})` : ''}`;
 }
@@ -91,12 +91,12 @@ function labelOf(step) {
   return `${about}${step.result} ·\u00a0${duration(step.took).replace(' ', '\u00a0')}`;
 }
 
-function wrapped(text, room) {
+function wrapped(text, space) {
   const lines = [''];
   for (const word of text.split(/ |(?<=[a-z]{12})(?=[A-Z])/)) {
     const last = lines.at(-1);
     const longer = last ? `${last} ${word}` : word;
-    if (last && widthOf(longer) > room) lines.push(word);
+    if (last && widthOf(longer) > space) lines.push(word);
     else lines[lines.length - 1] = longer;
   }
   return lines;
@@ -107,70 +107,70 @@ function textAt(lines, x, y, name, anchor) {
     ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
 }
 
-function head({ lane, x, width, isSmall }) {
-  return svg('g', { class: 'lane-head' },
+function head({ lifeline, x, width, isSmall }) {
+  return svg('g', { class: 'lifeline-head' },
     svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }),
-    svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' }, isSmall ? lane.split(' ').at(-1) : lane));
+    svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' }, isSmall ? lifeline.split(' ').at(-1) : lifeline));
 }
 
 /** The heads alone, which stay in sight while the rest is scrolled. */
 export function headsOf(picture) {
   const heads = svg('svg', { class: 'heads', width: picture.getAttribute('width'), height: headHeight, 'aria-hidden': 'true' });
-  heads.append(...[...picture.querySelectorAll('.lane-head')].map((each) => each.cloneNode(true)));
+  heads.append(...[...picture.querySelectorAll('.lifeline-head')].map((each) => each.cloneNode(true)));
   return heads;
 }
 
 /**
- * Where lanes are on a sheet: as far apart as the texts between them need, and closer, with the
+ * Where lifelines are on a sheet: as far apart as the texts between them need, and closer, with the
  * texts in several lines, where the sheet is too narrow. On a very narrow one a text begins at the
  * edge and stands above its arrow.
  */
 function layoutOf(steps, sheet) {
-  const isUsed = (lane) => ['app', 'kit'].includes(lane) || steps.some((step) => [step.from, step.to, step.lane].includes(lane));
-  const lanes = everyLane.filter(isUsed);
+  const isUsed = (lifeline) => ['app', 'kit'].includes(lifeline) || steps.some((step) => [step.from, step.to, step.lifeline].includes(lifeline));
+  const lifelines = everyLifeline.filter(isUsed);
   const isNarrow = sheet < 560;
   if (isNarrow) {
-    const gap = Math.floor(sheet / lanes.length);
-    const heads = lanes.map((lane, index) => ({ lane, x: Math.round(gap * (index + 0.5)), width: gap - 4, isSmall: gap < 84 }));
-    return { isNarrow, width: sheet, heads, xOf: (lane) => heads[Math.max(0, lanes.indexOf(lane))].x };
+    const gap = Math.floor(sheet / lifelines.length);
+    const heads = lifelines.map((lifeline, index) => ({ lifeline, x: Math.round(gap * (index + 0.5)), width: gap - 4, isSmall: gap < 84 }));
+    return { isNarrow, width: sheet, heads, xOf: (lifeline) => heads[Math.max(0, lifelines.indexOf(lifeline))].x };
   }
-  const headWidths = lanes.map((lane) => 18 + 8 * lane.length);
+  const headWidths = lifelines.map((lifeline) => 18 + 8 * lifeline.length);
   const closest = [margin + headWidths[0] / 2];
   const places = [...closest];
-  for (let to = 1; to < lanes.length; ++to) {
+  for (let to = 1; to < lifelines.length; ++to) {
     const gap = (headWidths[to - 1] + headWidths[to]) / 2 + 8;
     closest[to] = closest[to - 1] + gap;
     places[to] = places[to - 1] + gap;
     for (const step of steps.filter((each) => each.kind === 'arrow')) {
-      const [left, right] = [lanes.indexOf(step.from), lanes.indexOf(step.to)].sort();
+      const [left, right] = [lifelines.indexOf(step.from), lifelines.indexOf(step.to)].sort();
       const width = Math.min(step.result ? widestResult : widestCall, widthOf(labelOf(step)));
       if (right === to) places[to] = Math.max(places[to], places[left] + width + 4 * barWidth);
     }
   }
   const spare = sheet - headWidths.at(-1) / 2 - barWidth - closest.at(-1);
   const share = Math.min(1, spare / Math.max(1, places.at(-1) - closest.at(-1)));
-  const heads = lanes.map((lane, index) => ({ lane, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: headWidths[index], isSmall: false }));
-  return { isNarrow, width: sheet, heads, xOf: (lane) => heads[Math.max(0, lanes.indexOf(lane))].x };
+  const heads = lifelines.map((lifeline, index) => ({ lifeline, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: headWidths[index], isSmall: false }));
+  return { isNarrow, width: sheet, heads, xOf: (lifeline) => heads[Math.max(0, lifelines.indexOf(lifeline))].x };
 }
 
 function placeOfText(step, from, to, { isNarrow, width, xOf }) {
-  if (isNarrow) return { x: 6, room: width - 12, anchor: 'start' };
-  if (step.kind === 'arrow') return { x: Math.round((from + to) / 2), room: Math.max(leastGap, Math.abs(to - from) - barWidth), anchor: 'middle' };
-  const x = xOf(step.lane) + 12;
-  if (['app', 'kit'].includes(step.lane) && width - x > 160) return { x, room: width - x - 8, anchor: 'start' };
-  return { x: xOf(step.lane) - 12, room: xOf(step.lane) - margin - 24, anchor: 'end' };
+  if (isNarrow) return { x: 6, space: width - 12, anchor: 'start' };
+  if (step.kind === 'arrow') return { x: Math.round((from + to) / 2), space: Math.max(leastGap, Math.abs(to - from) - barWidth), anchor: 'middle' };
+  const x = xOf(step.lifeline) + 12;
+  if (['app', 'kit'].includes(step.lifeline) && width - x > 160) return { x, space: width - x - 8, anchor: 'start' };
+  return { x: xOf(step.lifeline) - 12, space: xOf(step.lifeline) - margin - 24, anchor: 'end' };
 }
 
 /** One step with its top at `y`; `at` is where its arrow or dot is. */
 function row(step, y, layout, before) {
   const { isNarrow, xOf } = layout;
-  const bar = (lane) => (['provider', 'backend'].includes(lane) && step.slot !== undefined ? xOf(lane) - barWidth / 2 + step.slot * (barWidth + 3) : xOf(lane));
+  const bar = (lifeline) => (['provider', 'backend'].includes(lifeline) && step.slot !== undefined ? xOf(lifeline) - barWidth / 2 + step.slot * (barWidth + 3) : xOf(lifeline));
   const [from, to] = step.kind === 'arrow' ? [bar(step.from), bar(step.to)] : [0, 0];
-  const { x, room, anchor } = placeOfText(step, from, to, layout);
+  const { x, space, anchor } = placeOfText(step, from, to, layout);
   const label = labelOf(step);
   const time = `+${duration(step.at).replace('<1', '0')}`;
   const isNew = !before || before.at !== step.at || before.thread !== step.thread;
-  const lines = wrapped(isNarrow && isNew ? [label, step.thread, time].filter(Boolean).join(' · ') : label, room);
+  const lines = wrapped(isNarrow && isNew ? [label, step.thread, time].filter(Boolean).join(' · ') : label, space);
   const top = y + 14;
   const last = top + (lines.length - 1) * lineHeight;
   const at = step.kind === 'note' && !isNarrow ? last : last + 7;
@@ -179,7 +179,7 @@ function row(step, y, layout, before) {
     svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 60, y: top }, step.thread)];
   const tip = to > from ? -7 : 7;
   const mark = step.kind === 'note'
-    ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.lane), cy: isNarrow ? at + 2 : top - 4, r: 4 })
+    ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.lifeline), cy: isNarrow ? at + 2 : top - 4, r: 4 })
     : svg('g', { class: `${step.result ? 'reply' : 'call'} ${step.tone}` },
       svg('line', { x1: from, y1: at, x2: to, y2: at }), svg('path', { d: `M${to} ${at}l${tip} -4v8z` }));
   return { at, parts: [...when, mark, textAt(lines, x, top, `label ${step.tone}`, anchor)] };
@@ -217,7 +217,7 @@ export function drawn(steps, sheet, known = Infinity, isScaled = false) {
   const height = y + 14;
   for (const { step, at } of open.values()) bar(step, at, height - 6, true);
   return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
-    ...heads.map(({ x }) => svg('line', { class: 'lane', x1: x, x2: x, y1: headHeight - 4, y2: height - 6 })),
+    ...heads.map(({ x }) => svg('line', { class: 'lifeline', x1: x, x2: x, y1: headHeight - 4, y2: height - 6 })),
     ...bars,
     ...rows,
     ...heads.map(head));

@@ -112,8 +112,8 @@ const dropped = {
 const plain = [
   ['guest changed', 'The guest changed, so the app started again and enabled a new kit; what the old one waited for is given up.'],
   ['enableWithConfiguration', 'The guest is signed in, and the kit is enabled.'],
-  ['authorisation changed', 'The app told the kit that who is signed in has changed.'],
-  ['reachability changed', 'The app told the kit that the network has changed.'],
+  ['authorisation changed', 'The app notified the kit that who is signed in has changed.'],
+  ['reachability changed', 'The app notified the kit that the network has changed.'],
 ];
 const operations = { addPaymentInstrument: add, updatePaymentInstrument: update, deletePaymentInstrumentWithID: remove };
 const worst = ['bad', 'waits', 'dropped', 'good', 'none'];

@@ -7,7 +7,7 @@ const style = `
   svg { background: #ffffff; }
   .label { paint-order: stroke; stroke: #ffffff; stroke-width: 3px; }
   .head { font-weight: 600; } .head-box { fill: #f6f5f1; stroke: #d9d9d2; }
-  .lane { stroke: #d9d9d2; } .thread { fill: #56626b; }
+  .lifeline { stroke: #d9d9d2; } .thread { fill: #56626b; }
   .call line, .reply line { stroke: #1d2429; stroke-width: 1.3; } .reply line { stroke-dasharray: 5 4; }
   .call path, .reply path { fill: #1d2429; }
   .bar { fill: #e3f1ee; stroke: #0f6e66; } .bar.open { stroke-dasharray: 3 3; }

@@ -1,23 +1,23 @@
 // What is new, as the server sends it. Runs as a shared worker, so that all pages of a sandbox
 // share one connection: browsers open six to a server at most.
 
-/** Calls `tell(kind, data)` for ever. Returns what begins again, with everything that is kept. */
-export function follow(tell) {
+/** Calls `notify(kind, data)` for ever. Returns what begins again, with everything that is kept. */
+export function follow(notify) {
   let source;
   let retry;
   function open() {
     clearTimeout(retry);
     source?.close();
     source = new EventSource('events');
-    source.onopen = () => tell('state', 'live');
+    source.onopen = () => notify('state', 'live');
     for (const kind of ['timeline', 'stored', 'requests']) {
-      source.addEventListener(kind, (event) => tell(kind, JSON.parse(event.data)));
+      source.addEventListener(kind, (event) => notify(kind, JSON.parse(event.data)));
     }
     source.onerror = async () => {
       source.close();
       retry = setTimeout(open, 400);
       const { status } = await fetch('choices').catch(() => ({ status: 0 }));
-      tell('state', status === 404 ? 'deleted' : 'lost');
+      notify('state', status === 404 ? 'deleted' : 'lost');
     };
   }
   return open;

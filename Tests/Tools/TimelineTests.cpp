@@ -8,7 +8,7 @@ namespace {
 using nlohmann::json;
 using testing::Command;
 
-TEST(ToolStory, SurvivesFromProcessToProcessUntilBothSidesAgree) {
+TEST(ToolTimeline, SurvivesFromProcessToProcessUntilBothSidesAgree) {
   Command command(Command::guest);
   const auto succeeds = [&](const std::string& line) {
     const auto finished = command.run(line + " --json");
@@ -38,7 +38,7 @@ TEST(ToolStory, SurvivesFromProcessToProcessUntilBothSidesAgree) {
   }
 }
 
-TEST(ToolStory, GivesOneCompleteJSONDocumentForEveryCommand) {
+TEST(ToolTimeline, GivesOneCompleteJSONDocumentForEveryCommand) {
   Command command;
   for (const std::string line :
        {Command::guest.c_str(), "add --test-card visa", "cards", "update no-such-card",
@@ -53,7 +53,7 @@ TEST(ToolStory, GivesOneCompleteJSONDocumentForEveryCommand) {
   }
 }
 
-TEST(ToolStory, TellsTheCallsOfAnOperationInOrderWithThreadAndResult) {
+TEST(ToolTimeline, ShowsTheCallsOfAnOperationInOrderWithThreadAndResult) {
   Command command(Command::guest + "; fault arm addCreditCardForGuest twice");
   const auto timeline = command.run("add --test-card visa --json").document()["timeline"];
   std::string calls;
@@ -66,15 +66,15 @@ TEST(ToolStory, TellsTheCallsOfAnOperationInOrderWithThreadAndResult) {
   }
   EXPECT_NE(calls.find("addPayme createUs getPayme updateCu addCredi"), std::string::npos) << calls;
   EXPECT_EQ(answersToTheLast, 2);
-  // Told again later, by another process.
-  const auto told = command.run("trace --json").document()["operations"];
-  ASSERT_EQ(told.size(), 1U);
-  EXPECT_EQ(told[0]["timeline"], timeline);
+  // Read again later, by another process.
+  const auto shown = command.run("trace --json").document()["operations"];
+  ASSERT_EQ(shown.size(), 1U);
+  EXPECT_EQ(shown[0]["timeline"], timeline);
   // What only lists something shows the two sides too.
   EXPECT_EQ(command.run("fault --json").document()["backend"].size(), 1U);
 }
 
-TEST(ToolStory, OfTheDemoEndsInAgreement) {
+TEST(ToolTimeline, OfTheDemoEndsInAgreement) {
   Command command;
   const auto finished = command.run("demo");
   EXPECT_EQ(finished.status, 0) << finished.out << finished.err;
@@ -83,14 +83,14 @@ TEST(ToolStory, OfTheDemoEndsInAgreement) {
   EXPECT_EQ(command.run("demo").status, 2) << "a store that is there is not a fresh one";
 }
 
-TEST(ToolStory, OfTheDemoEndsAtTheFirstStepThatFails) {
+TEST(ToolTimeline, OfTheDemoEndsAtTheFirstStepThatFails) {
   const auto finished = Command().run("demo --typed --json", "4242 not a number\n123\n");
   EXPECT_EQ(finished.status, 1);
   EXPECT_EQ(finished.document()["steps"].size(), 2U);
   EXPECT_EQ(finished.document()["outcome"], "failed");
 }
 
-TEST(ToolStory, IsReadBackFromTheUsersDataFolderWhichIsTheirsAlone) {
+TEST(ToolTimeline, IsReadBackFromTheUsersDataFolderWhichIsTheirsAlone) {
   Command command;
   command.useDataFolder();
   EXPECT_EQ(command.run(Command::guest).status, 0);
