@@ -229,7 +229,6 @@ void App::announce(const std::function<void()>& post) {
 
 std::string App::reasonForNoSynchronisation(std::int64_t before) const {
   const auto kit = HLVSDKPayleven::sharedInstance();
-  if (!kit) return "the kit was not enabled yet";
   if (!sandbox_->signedInEmail()) return "not authorised";
   if (length(send(kit->currentGuest(), &HLVSDKGuest::paylevenToken)) == 0) return "no token";
   const auto current = sandbox_->journal().last(1);

@@ -51,7 +51,7 @@ onConsole('what the kit drops says why, and what it asks for meanwhile joins the
     assert.ok(manual.includes(`| ${row} |`), `the manual has no row '${row}'`);
   };
   await guest.comeToForeground();
-  await sees(guest.happened.getByText('There was no kit to synchronise'));
+  await sees(guest.happened.getByText('The kit did not synchronise: nobody is signed in'));
   await guest.signIn();
   await guest.comeToForeground();
   await says('the guest has no token yet', 'a synchronisation for a guest without a token');

@@ -106,7 +106,6 @@ const dropped = {
   'already synchronising': ['The kit dropped the synchronisation, since it counts an earlier one as under way: one that failed or found nothing stays so until the app starts again.', 'a synchronisation is under way'],
   'no token': ['The kit did not synchronise: the guest has no token yet, since no card was added.', 'a synchronisation for a guest without a token'],
   'not authorised': ['The kit did not synchronise: nobody is signed in.', null],
-  'the kit was not enabled yet': ['There was no kit to synchronise: the app enables it once a guest is signed in.', null],
 };
 
 const plain = [
