@@ -13,6 +13,7 @@
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Reset.h"
+#include "Sandbox/Testing/Scenarios.h"
 #include "Server/Api/Callers.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Har.h"
@@ -60,6 +61,24 @@ Fault requireFault(Database& database, std::int64_t number) {
   auto fault = sandbox::readFault(database, number);
   if (!fault) throw noSuchFault();
   return *std::move(fault);
+}
+
+Fault newFaultOf(const Exchange& exchange) {
+  auto fault = sandbox::newFaultIn(exchange.body());
+  requireSensible(fault);
+  return fault;
+}
+
+sandbox::Scenario scenarioIn(const Json& body) {
+  const auto name = sandbox::textIn(body, "name").value_or("");
+  const auto scenario = sandbox::scenarioNamed(name);
+  if (!scenario) throw HttpError(422, "scene-refused", sandbox::noSuchScenario(name));
+  return *scenario;
+}
+
+void bringApart(Database& database, const std::string& guest, sandbox::Scenario scenario) {
+  requirePossible("scene-refused",
+                  [&] { return sandbox::makeScenario(database, guest, scenario); });
 }
 
 void addFaults(ApiRoutes& routes) {
@@ -324,24 +343,6 @@ void addWholeSandbox(ApiRoutes& routes, Registry& registry) {
 }
 
 }  // namespace
-
-Fault newFaultOf(const Exchange& exchange) {
-  auto fault = sandbox::newFaultIn(exchange.body());
-  requireSensible(fault);
-  return fault;
-}
-
-sandbox::Scenario scenarioIn(const Json& body) {
-  const auto name = sandbox::textIn(body, "name").value_or("");
-  const auto scenario = sandbox::scenarioNamed(name);
-  if (!scenario) throw HttpError(422, "scene-refused", sandbox::noSuchScenario(name));
-  return *scenario;
-}
-
-void bringApart(Database& database, const std::string& guest, sandbox::Scenario scenario) {
-  requirePossible("scene-refused",
-                  [&] { return sandbox::makeScenario(database, guest, scenario); });
-}
 
 void addControlRoutes(ApiRoutes& routes, Registry& registry) {
   addWholeSandbox(routes, registry);

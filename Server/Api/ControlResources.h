@@ -1,10 +1,6 @@
 // What a tester does to one sandbox, over HTTP. Private to the server.
 #pragma once
 
-#include <string>
-
-#include "Sandbox/Faults/Fault.h"
-#include "Sandbox/Testing/Scenarios.h"
 #include "Server/Api/Exchange.h"
 #include "Server/Api/Registry.h"
 
@@ -16,14 +12,5 @@ namespace hlv::server {
 ///
 /// Threading: while the routes are filled, one thread. The registry outlives the routes' use.
 void addControlRoutes(ApiRoutes& routes, Registry& registry);
-
-// The same for the console. They throw `HttpError` for what cannot be.
-
-/// The fault that a request describes.
-sandbox::Fault newFaultOf(const Exchange& exchange);
-/// The scenario that a request's body names.
-sandbox::Scenario scenarioIn(const sandbox::Json& body);
-/// Inside `Store::write`.
-void bringApart(sandbox::Database& database, const std::string& guest, sandbox::Scenario scenario);
 
 }  // namespace hlv::server
