@@ -13,14 +13,15 @@ Pod::Spec.new do |s|
   s.static_framework = true
   s.requires_arc = false
   s.source_files = [
-    'Platform/*.cpp', 'Platform/Default/*.cpp', 'Host/**/*.cpp', 'Matching/*.cpp', 'Models/*.cpp',
+    'Values/*.cpp', 'Async/*.cpp', 'Platform/*.cpp', 'Platform/Default/*.cpp',
+    'Host/**/*.cpp', 'Matching/*.cpp', 'Models/*.cpp',
     'Public/**/*.cpp', 'ObjC/{Binding,Classes,Foundation,Host}/*.mm', 'ObjC/HLVSDKPaylevenKit/*.h'
   ]
   s.public_header_files = 'ObjC/HLVSDKPaylevenKit/*.h'
   s.module_map = 'ObjC/Framework/module.modulemap'
   s.resource_bundles = { 'HLVSDKPaylevenKitPrivacy' => ['ObjC/Framework/PrivacyInfo.xcprivacy'] }
   # The other headers are found by their folders: several share a name with a public one.
-  s.preserve_paths = '{Public,Models,Matching,Host,Platform,ObjC}/**/*.h'
+  s.preserve_paths = '{Public,Models,Matching,Host,Async,Platform,Values,ObjC}/**/*.h'
   s.frameworks = 'Foundation'
   s.libraries = 'c++'
   s.pod_target_xcconfig = {

@@ -118,6 +118,12 @@ struct Server::Parts {
 
 Result<std::unique_ptr<Server>> Server::open(ServerOptions options) {
   using Opened = Result<std::unique_ptr<Server>>;
+  // Before anything of the store is touched.
+  for (const auto port : {options.backendPort, options.providerPort, options.consolePort}) {
+    options.listening.port = port;
+    const auto problem = HttpListener::problemOf(options.listening);
+    if (!problem.empty()) return Opened::failure(problem);
+  }
   const auto cores = std::max(1U, std::thread::hardware_concurrency());
   const auto writers = std::make_shared<Writers>(cores);
   auto registry = Registry::open(options.storePath, options.seed, writers);

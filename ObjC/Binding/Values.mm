@@ -22,15 +22,22 @@ Value fromObject(id object) {
     return Value(std::move(values));
   }
   if (![object isKindOfClass:[NSNumber class]]) return Value(adapted<Adapter<Object, id>>(object));
+  const auto whole = std::int64_t{[object longLongValue]};
+  // Only it can be a fraction that a double is not.
+  if ([object isKindOfClass:[NSDecimalNumber class]] && ![object isEqual:@(whole)]) {
+    return Value(adapted<Adapter<Object, id>>(object));
+  }
   const char kind = *[object objCType];
   if (kind == 'f' || kind == 'd') return Value([object doubleValue]);
-  return Value(std::int64_t{[object longLongValue]});
+  if (kind == 'Q') return Value(std::uint64_t{[object unsignedLongLongValue]});
+  return Value(whole);
 }
 
 struct ToObject {
   id operator()(std::monostate) const { return [NSNull null]; }
   id operator()(bool value) const { return @(static_cast<BOOL>(value)); }
   id operator()(std::int64_t value) const { return @(static_cast<long long>(value)); }
+  id operator()(std::uint64_t value) const { return @(static_cast<unsigned long long>(value)); }
   id operator()(double value) const { return @(value); }
   id operator()(const std::string& value) const { return toNSString(value); }
   id operator()(const Array& values) const {

@@ -130,28 +130,56 @@ class HttpListener::Impl {
   int port_ = 0;
 };
 
-Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, ListenOptions options,
-                                                         HttpHandler& handler) {
-  using Opened = Result<std::unique_ptr<HttpListener>>;
+namespace {
+
+std::string nameOf(const ListenOptions& options) {
+  return "The address " + options.address + ", port " + std::to_string(options.port) + ",";
+}
+
+Result<tcp::endpoint> endpointOf(const ListenOptions& options) {
+  using Read = Result<tcp::endpoint>;
   ErrorCode error;
   const auto address = asio::ip::make_address(options.address, error);
-  const auto where = options.address + ", port " + std::to_string(options.port) + ",";
   if (error || options.port < 0 || options.port > 65'535) {
-    return Opened::failure("The address " + where + " is none.");
+    return Read::failure(nameOf(options) + " is none.");
   }
   if (!address.is_loopback() && !options.beyondThisMachine) {
-    return Opened::failure(
+    return Read::failure(
         "The services listen on this machine alone, at 127.0.0.1, unless they are asked to listen "
         "beyond it.");
   }
-  const tcp::endpoint endpoint(address, static_cast<std::uint16_t>(options.port));
+  return tcp::endpoint(address, static_cast<std::uint16_t>(options.port));
+}
+
+std::string problemOfPort(const ListenOptions& options) {
+  return nameOf(options) + " cannot be listened on.";
+}
+
+}  // namespace
+
+Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, ListenOptions options,
+                                                         HttpHandler& handler) {
+  using Opened = Result<std::unique_ptr<HttpListener>>;
+  const auto endpoint = endpointOf(options);
+  if (!endpoint) return Opened::failure(endpoint.problem());
+  const auto problem = problemOfPort(options);
   auto state =
       std::make_shared<ListenerState>(std::move(options), handler, loops.impl().loops.size());
   auto impl = std::make_unique<Impl>(loops.impl(), std::move(state));
-  if (impl->listen(endpoint)) {
-    return Opened::failure("The address " + where + " cannot be listened on.");
-  }
+  if (impl->listen(*endpoint)) return Opened::failure(problem);
   return std::unique_ptr<HttpListener>(new HttpListener(std::move(impl)));
+}
+
+std::string HttpListener::problemOf(const ListenOptions& options) {
+  const auto endpoint = endpointOf(options);
+  if (!endpoint) return endpoint.problem();
+  asio::io_context context;
+  tcp::acceptor acceptor(context);
+  ErrorCode error;
+  acceptor.open(endpoint->protocol(), error);
+  if (!error) acceptor.set_option(asio::socket_base::reuse_address(true), error);
+  if (!error) acceptor.bind(*endpoint, error);
+  return error ? problemOfPort(options) : "";
 }
 
 HttpListener::HttpListener(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}

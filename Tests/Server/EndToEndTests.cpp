@@ -242,12 +242,15 @@ TEST_F(EndToEnd, OneServerAtATimeListensToThisMachineUnlessTheWordIsGiven) {
     other.listening.address = address;
     EXPECT_FALSE(Server::open(other)) << address;
   }
+  EXPECT_FALSE(std::filesystem::exists(other.storePath)) << "a start that fails changes nothing";
   other.listening.address = "0.0.0.0";
   other.listening.beyondThisMachine = true;
   EXPECT_TRUE(Server::open(other));
   other.backendPort = portOf(server->backendURL());
   other.listening.address = "127.0.0.1";
+  other.storePath = path("third");
   EXPECT_FALSE(Server::open(other)) << "the port is taken";
+  EXPECT_FALSE(std::filesystem::exists(other.storePath));
 
   const std::string urls[] = {server->backendURL(), server->providerURL(), server->consoleURL()};
   serve();
