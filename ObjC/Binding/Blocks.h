@@ -34,7 +34,8 @@ struct BlockCompletion {
 };
 
 template <class Block, class... Results>
-[[gnu::noinline]] std::function<void(Results...)> completionAs(Block block, const std::function<void(Results...)>*) {
+[[gnu::noinline]] std::function<void(Results...)> completionAs(
+    Block block, const std::function<void(Results...)>*) {
   if (!block) return nullptr;
   return BlockCompletion<Block, Results...>{CopiedBlock<Block>(block)};
 }

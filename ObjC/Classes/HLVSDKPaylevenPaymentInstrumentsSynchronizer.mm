@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "ObjC/Binding/Director.h"
-#include "ObjC/Host/Install.h"
 #include "ObjC/Foundation/Queues.h"
 #include "ObjC/Host/APIManager.h"
 #include "ObjC/Host/Completions.h"
 #include "ObjC/Host/InAppClient.h"
+#include "ObjC/Host/Install.h"
 #include "ObjC/Host/Pairs.h"
 #include "ObjC/Host/Records.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
