@@ -27,8 +27,13 @@ void restoreHandlers() {
 extern "C" void showTypingAndEnd(int signal) {
   ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, "\n", 1);
-  // Another one may have something to tidy up too.
   restoreHandlers();
+  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+    const auto other = handlersBefore[i].sa_handler;
+    if (endingSignals[i] != signal || other == SIG_DFL || other == SIG_IGN) continue;
+    // It has something to tidy up too, and ends the process.
+    return other(signal);
+  }
   ::raise(signal);
 }
 
