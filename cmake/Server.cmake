@@ -43,6 +43,7 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/ProviderResources.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
+  Server/Api/SandboxClock.cpp
   Server/Api/SandboxResources.cpp
   Server/Api/World.cpp
   Server/Api/Writers.cpp

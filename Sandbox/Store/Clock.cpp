@@ -52,7 +52,9 @@ std::string timeText(sys_seconds time) {
   return text.data();
 }
 
-std::string timeText(std::chrono::sys_time<std::chrono::milliseconds> time) {
+std::string timeTextOfMilliseconds(std::int64_t since1970) {
+  const auto time =
+      std::chrono::sys_time<std::chrono::milliseconds>(std::chrono::milliseconds(since1970));
   const auto whole = std::chrono::floor<seconds>(time);
   auto text = timeText(whole);
   std::array<char, 8> fraction{};

@@ -17,6 +17,7 @@
 #include "Server/Api/Callers.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Har.h"
+#include "Server/Api/SandboxClock.h"
 
 namespace hlv::server {
 namespace {
@@ -187,9 +188,7 @@ std::chrono::sys_seconds newTime(Database& database, const Json& body) {
     }
     return sandbox::sandboxTime(database) + std::chrono::seconds(*seconds);
   }
-  const auto time = sandbox::timeIn(sandbox::textIn(body, "now").value_or(""));
-  if (!time) throw HttpError(422, "wrong-type", "The clock reads as 2030-01-31T00:00:00Z.");
-  return *time;
+  return clockTimeIn(sandbox::textIn(body, "now").value_or(""));
 }
 
 void addClockAndNetwork(ApiRoutes& routes) {
@@ -198,10 +197,7 @@ void addClockAndNetwork(ApiRoutes& routes) {
   });
   routes.add("PUT", "v1/sandbox/clock", [](const Exchange& exchange) {
     replyWriting(exchange, [body = exchange.body()](Database& database) {
-      if (!sandbox::setSandboxTime(database, newTime(database, body))) {
-        throw HttpError(422, "clock-backwards",
-                        "A clock moves forwards only, up to the year 9999.");
-      }
+      moveClock(database, newTime(database, body));
       return jsonReply(200, clockJson(database));
     });
   });

@@ -16,6 +16,7 @@
 #include "Sandbox/Store/KeptReplies.h"
 #include "Sandbox/Store/Settings.h"
 #include "Server/Api/ErrorReplies.h"
+#include "Server/Api/SandboxClock.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {
@@ -65,14 +66,6 @@ HttpError noSuchSandbox() {
 
 HttpError noSuchSnapshot() {
   return HttpError(404, "no-such-snapshot", "There is no snapshot of this name.");
-}
-
-void setClock(Database& database, const std::string& text) {
-  const auto time = sandbox::timeIn(text);
-  if (!time) throw HttpError(422, "wrong-type", "The clock reads as 2030-01-31T00:00:00Z.");
-  if (!sandbox::setSandboxTime(database, *time)) {
-    throw HttpError(422, "clock-backwards", "A clock moves forwards only, up to the year 9999.");
-  }
 }
 
 /// Does to a store what only a store of this sandbox allows.
@@ -273,7 +266,7 @@ std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandb
     RequestLog::clear(database);
     sandbox::keptRepliesSalt(database);
     if (wanted.seed) sandbox::plantSeed(database, *wanted.seed);
-    if (wanted.clock) setClock(database, *wanted.clock);
+    if (wanted.clock) moveClock(database, clockTimeIn(*wanted.clock));
   });
   if (wanted.isInMemory) return draft;
   draft->copyTo(storePathOf(id));

@@ -14,15 +14,11 @@ namespace {
 
 using sandbox::Database;
 using sandbox::maskedText;
+using sandbox::timeTextOfMilliseconds;
 using std::chrono::milliseconds;
 
 constexpr std::int64_t requestsKept = 1'000;
 constexpr const char* openSetting = "request-log-open";
-
-std::string timeText(std::int64_t millisecondsSince1970) {
-  return sandbox::timeText(
-      std::chrono::sys_time<milliseconds>(milliseconds(millisecondsSince1970)));
-}
 
 std::int64_t currentMillisecond() {
   return std::chrono::duration_cast<milliseconds>(
@@ -59,7 +55,7 @@ Json unpacked(std::string_view text, std::int64_t start) {
   while (!text.empty()) {
     auto event = take(text, eventEnd);
     const auto since = sandbox::numberOf(take(event, partEnd)).value_or(0);
-    Json json = {{"at", timeText(start + since)}};
+    Json json = {{"at", timeTextOfMilliseconds(start + since)}};
     for (const char* name : {"from", "to", "what", "result"}) json[name] = take(event, partEnd);
     events.push_back(std::move(json));
   }
@@ -101,7 +97,7 @@ constexpr const char* columns =
 Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
   return {{"number", row.integer(0)},
           {"id", row.text(1)},
-          {"at", timeText(row.integer(2))},
+          {"at", timeTextOfMilliseconds(row.integer(2))},
           {"duration_ms", static_cast<double>(row.integer(7)) / 1'000},
           {"method", row.text(3)},
           {"path", row.text(4)},
@@ -130,7 +126,7 @@ Json gapsIn(Database& database) {
   auto gaps = Json::array();
   auto row = database.query("SELECT after, found FROM request_gaps ORDER BY number");
   while (row.next()) {
-    gaps.push_back({{"after", row.integer(0)}, {"found", timeText(row.integer(1))}});
+    gaps.push_back({{"after", row.integer(0)}, {"found", timeTextOfMilliseconds(row.integer(1))}});
   }
   return gaps;
 }

@@ -1,7 +1,5 @@
 #include "Server/Console/ConsoleRecords.h"
 
-#include <chrono>
-
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Backend/StoredCard.h"
@@ -37,8 +35,7 @@ Json jsonOf(const std::vector<sandbox::Journal::Operation>& timeline) {
     auto recorded = Json::array();
     for (const auto& event : events) {
       recorded.push_back({{"number", event.number},
-                          {"at", sandbox::timeText(std::chrono::sys_time<std::chrono::milliseconds>(
-                                     std::chrono::milliseconds(event.at)))},
+                          {"at", sandbox::timeTextOfMilliseconds(event.at)},
                           {"from", event.from},
                           {"to", event.to},
                           {"what", event.what},
