@@ -39,7 +39,7 @@ RemoteTester::RemoteTester(std::shared_ptr<const ControlClient> controlClient,
 
 RemoteTester::~RemoteTester() = default;
 
-std::string RemoteTester::plantInstrument(const sandbox::CardFields& card) {
+std::string RemoteTester::addOrphanInstrument(const sandbox::CardFields& card) {
   return problemOf([&] {
     control_->send(
         "POST", control("/instruments"),
@@ -49,9 +49,9 @@ std::string RemoteTester::plantInstrument(const sandbox::CardFields& card) {
   });
 }
 
-std::string RemoteTester::makeScene(const std::string& name) {
+std::string RemoteTester::makeScenario(const std::string& name) {
   return problemOf([&] {
-    control_->send("POST", control("/scenes"), withGuest({{"name", name}}, guest_()));
+    control_->send("POST", control("/scenarios"), withGuest({{"name", name}}, guest_()));
   });
 }
 

@@ -21,12 +21,13 @@ class ControlClient;
 /// Threading: any.
 class RemoteTester final : public sandbox::Tester {
  public:
-  /// `guest` names the guest whom instruments and scenes are for; missing leaves it to the service.
+  /// `guest` names the guest whom instruments and scenarios are for; missing leaves it to the
+  /// service.
   RemoteTester(std::shared_ptr<const ControlClient> control, std::function<NullableString()> guest);
   ~RemoteTester() override;
 
-  std::string plantInstrument(const sandbox::CardFields& card) override;
-  std::string makeScene(const std::string& name) override;
+  std::string addOrphanInstrument(const sandbox::CardFields& card) override;
+  std::string makeScenario(const std::string& name) override;
   std::string arm(const sandbox::Fault& fault, std::int64_t* number) override;
   std::vector<sandbox::Fault> armed() override;
   std::vector<sandbox::Firing> firings() override;

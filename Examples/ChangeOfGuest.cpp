@@ -50,7 +50,7 @@ int main(int argc, char** argv) {
     sandbox->signIn(email);
     if (!addCard()) return 1;
     // Something goes wrong: the provider keeps an instrument that the backend does not know.
-    sandbox->makeScene("instrument-without-card");
+    sandbox->makeScenario("instrument-without-card");
     sandbox->signOut();
   }
 

@@ -39,7 +39,7 @@ Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
   if (!opened.store) return {nullptr, opened.problem};
   try {
     if (opened.isNew && options.seed) {
-      opened.store->write([&](Database& database) { plantSeed(database, *options.seed); });
+      opened.store->write([&](Database& database) { storeSeed(database, *options.seed); });
     }
   } catch (const StoreFailure& failure) {
     return {nullptr, failure.what()};
@@ -122,7 +122,7 @@ void Sandbox::setNote(const std::string& name, const std::string& text) {
 
 std::int64_t Sandbox::changes() const { return parts_->store->changes(); }
 
-std::string Sandbox::plantInstrument(const CardFields& card) {
+std::string Sandbox::addOrphanInstrument(const CardFields& card) {
   const auto email = signedInEmail();
   if (!email) return "Nobody is signed in.";
   try {
@@ -132,25 +132,25 @@ std::string Sandbox::plantInstrument(const CardFields& card) {
   } catch (const Refusal& refusal) {
     return sentenceOf(refusal.error);
   }
-  parts_->journal->record("app", "provider", "plant an instrument");
+  parts_->journal->record("app", "provider", "store an orphan instrument");
   return "";
 }
 
-std::vector<std::string> Sandbox::scenes() {
+std::vector<std::string> Sandbox::scenarios() {
   std::vector<std::string> names;
   for (const auto scenario : allScenarios()) names.emplace_back(textOf(scenario));
   return names;
 }
 
-std::string Sandbox::makeScene(const std::string& name) {
+std::string Sandbox::makeScenario(const std::string& name) {
   const auto email = signedInEmail();
   if (!email) return "Nobody is signed in.";
   const auto scenario = scenarioNamed(name);
   if (!scenario) return noSuchScenario(name);
   try {
     auto problem = parts_->store->write(
-        [&](Database& database) { return makeScenario(database, *email, *scenario); });
-    if (problem.empty()) parts_->journal->record("app", "app", "scene " + name);
+        [&](Database& database) { return sandbox::makeScenario(database, *email, *scenario); });
+    if (problem.empty()) parts_->journal->record("app", "app", "scenario " + name);
     return problem;
   } catch (const Refusal& refusal) {
     return sentenceOf(refusal.error);

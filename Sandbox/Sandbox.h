@@ -81,14 +81,14 @@ class Sandbox {
   Journal& journal();
   /// Stores an instrument at the provider that the backend does not know. Returns one plain
   /// sentence when it cannot, or an empty string.
-  std::string plantInstrument(const CardFields& card);
+  std::string addOrphanInstrument(const CardFields& card);
 
   /// Brings the two sides of the signed-in guest apart in one of these ways, by the guest's newest
   /// card: "instrument-without-card", "card-without-instrument", "half-deleted" (gone at the
   /// backend only), "same-card-twice" (at the provider), "lost-token" (the backend forgot it).
   /// Returns one plain sentence when it cannot, or an empty string.
-  std::string makeScene(const std::string& name);
-  static std::vector<std::string> scenes();
+  std::string makeScenario(const std::string& name);
+  static std::vector<std::string> scenarios();
   /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, tasks the
   /// network on and notifies the app that nobody is signed in. Identifiers go on where they were.
   void reset();

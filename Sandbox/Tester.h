@@ -18,8 +18,8 @@ namespace hlv::sandbox {
 class Tester {
  public:
   virtual ~Tester() = default;
-  virtual std::string plantInstrument(const CardFields& card) = 0;
-  virtual std::string makeScene(const std::string& name) = 0;
+  virtual std::string addOrphanInstrument(const CardFields& card) = 0;
+  virtual std::string makeScenario(const std::string& name) = 0;
   /// `number` becomes that of the armed fault; it may be null.
   virtual std::string arm(const Fault& fault, std::int64_t* number) = 0;
   virtual std::vector<Fault> armed() = 0;
@@ -31,10 +31,12 @@ class Tester {
 class EmbeddedTester final : public Tester {
  public:
   explicit EmbeddedTester(std::shared_ptr<Sandbox> sandbox) : sandbox_(std::move(sandbox)) {}
-  std::string plantInstrument(const CardFields& card) override {
-    return sandbox_->plantInstrument(card);
+  std::string addOrphanInstrument(const CardFields& card) override {
+    return sandbox_->addOrphanInstrument(card);
   }
-  std::string makeScene(const std::string& name) override { return sandbox_->makeScene(name); }
+  std::string makeScenario(const std::string& name) override {
+    return sandbox_->makeScenario(name);
+  }
   std::string arm(const Fault& fault, std::int64_t* number) override {
     return sandbox_->faults().arm(fault, number);
   }

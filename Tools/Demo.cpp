@@ -75,7 +75,7 @@ class DemoRun {
       return CardOperations::remove(session_, cardOf("business"), "business", session_.guest());
     });
     step("The provider holds an instrument that the backend does not know",
-         [&] { return plant(); });
+         [&] { return orphan(); });
     step("The app returns to the foreground, and the kit synchronises",
          [&] { return CardOperations::synchronize(session_, "foreground"); });
     return end();
@@ -116,11 +116,11 @@ class DemoRun {
                                session_.guest());
   }
 
-  Report plant() {
-    session_.begin("plant");
+  Report orphan() {
+    session_.begin("orphan");
     auto fields = CardSource::testCard("amex");
     fields.useCase = "private";
-    const auto problem = session_.sandbox().plantInstrument(fields);
+    const auto problem = session_.sandbox().addOrphanInstrument(fields);
     auto report = session_.report(Report::Outcome::succeeded, "The two sides disagree.");
     if (problem.empty() && SideBySide(report.backend, report.provider).unmatched() > 0) {
       return report;

@@ -32,41 +32,41 @@ Report said(Report report, const std::string& sentence) {
   return report;
 }
 
-void definePlant(CommandLine& line) {
+void defineOrphan(CommandLine& line) {
   auto& command = CommandLine::add(
-      line.app(), "plant", "Store an instrument at the provider that the backend does not know",
-      "  paylevenkit plant --test-card mastercard\n");
+      line.app(), "orphan", "Store an instrument at the provider that the backend does not know",
+      "  paylevenkit orphan --test-card mastercard\n");
   const auto source = std::make_shared<CardSource>();
   source->addOptions(command);
   line.whenChosen(command, [source](Session& session) {
     session.guest();
     const auto card = source->read();
-    session.begin("plant");
-    const auto problem = session.tester()->plantInstrument(card);
+    session.begin("orphan");
+    const auto problem = session.tester()->addOrphanInstrument(card);
     if (!problem.empty()) return session.report(Report::Outcome::failed, problem);
     return session.report(Report::Outcome::succeeded,
                           "The provider holds an instrument that the backend does not know.");
   });
 }
 
-void defineScene(CommandLine& line) {
-  auto& command = CommandLine::add(line.app(), "scene", "Bring the two sides apart",
-                                   "  paylevenkit scene half-deleted\n");
+void defineScenario(CommandLine& line) {
+  auto& command = CommandLine::add(line.app(), "scenario", "Bring the two sides apart",
+                                   "  paylevenkit scenario half-deleted\n");
   const auto name = std::make_shared<std::string>();
   std::string possible;
-  for (const auto& each : sandbox::Sandbox::scenes()) {
+  for (const auto& each : sandbox::Sandbox::scenarios()) {
     possible += (possible.empty() ? "" : ", ") + each;
   }
   command.add_option("name", *name, "One of " + possible)
       ->required()
-      ->type_name("SCENE")
-      ->check(CLI::IsMember(sandbox::Sandbox::scenes()));
+      ->type_name("SCENARIO")
+      ->check(CLI::IsMember(sandbox::Sandbox::scenarios()));
   line.whenChosen(command, [name](Session& session) {
     session.guest();
-    session.begin("scene");
-    const auto problem = session.tester()->makeScene(*name);
+    session.begin("scenario");
+    const auto problem = session.tester()->makeScenario(*name);
     if (!problem.empty()) throw Problem(problem);
-    return session.report(Report::Outcome::succeeded, "The scene is made: " + *name + ".");
+    return session.report(Report::Outcome::succeeded, "The scenario is made: " + *name + ".");
   });
 }
 
@@ -301,8 +301,8 @@ void defineReset(CommandLine& line) {
 }  // namespace
 
 void TesterCommands::define(CommandLine& line) {
-  definePlant(line);
-  defineScene(line);
+  defineOrphan(line);
+  defineScenario(line);
   defineFault(line);
   defineTrace(line);
   defineReset(line);

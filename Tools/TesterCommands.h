@@ -1,4 +1,4 @@
-// The commands for what a tester does: plant, fault, trace, reset.
+// The commands for what a tester does: orphan, fault, trace, reset.
 //
 // Threading: the main thread.
 #pragma once

@@ -1,5 +1,5 @@
-// An Objective-C app that embeds the kit. It runs through the life of a guest's cards on a fresh store,
-// and ends well only if the backend and the payment provider agree about them.
+// An Objective-C app that embeds the kit. It runs through the life of a guest's cards on a fresh
+// store, and ends well only if the backend and the payment provider agree about them.
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
 
 #include <stdio.h>
@@ -159,9 +159,9 @@ static void printSides(HLVSandbox* sandbox) {
   }
 }
 
-static BOOL plantInstrument(HLVSandbox* sandbox) {
+static BOOL addOrphanInstrument(HLVSandbox* sandbox) {
   printf("The provider holds an instrument that the backend does not know\n");
-  if (!isFine([sandbox plantTestCard:@"amex"])) return NO;
+  if (!isFine([sandbox addOrphanWithTestCard:@"amex"])) return NO;
   printSides(sandbox);
   return isFine(sidesAgree(sandbox) ? @"The two sides should disagree now." : nil);
 }
@@ -191,7 +191,7 @@ static BOOL runThroughCards(HLVSandbox* sandbox) {
   if ([added count] != 2) return isFine(@"The guest should have two cards now.");
   if (!changeAddress(cards, [added objectAtIndex:0])) return NO;
   if (!removeCard(cards, [added objectAtIndex:1])) return NO;
-  return plantInstrument(sandbox) && returnToForeground(sandbox);
+  return addOrphanInstrument(sandbox) && returnToForeground(sandbox);
 }
 
 int main(int argc, char** argv) {

@@ -52,7 +52,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// Stores a test card at the provider, for its default use case, behind the backend's back. Returns
 /// nil, or one plain sentence when it cannot.
-- (nullable NSString*)plantTestCard:(NSString*)name;
+- (nullable NSString*)addOrphanWithTestCard:(NSString*)name;
 
 /// The signed-in guest's cards at the backend and instruments at the provider, a line each. A card
 /// and the instrument that stands for it read the same: brand, last four digits, use case and the

@@ -128,10 +128,11 @@ NSString* sentence(const std::string& problem) {
   return [[[SandboxConfiguration alloc] initWithKits:entries] autorelease];
 }
 
-- (NSString*)plantTestCard:(NSString*)name {
+- (NSString*)addOrphanWithTestCard:(NSString*)name {
   const auto* known = testCard(name);
   if (!known) return @"There is no test card of that name.";
-  return sentence(problemOf([&] { return _core->open->sandbox().plantInstrument(known->fields); }));
+  return sentence(
+      problemOf([&] { return _core->open->sandbox().addOrphanInstrument(known->fields); }));
 }
 
 - (NSArray<NSString*>*)backendCards {

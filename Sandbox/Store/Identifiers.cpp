@@ -54,7 +54,7 @@ std::optional<std::uint64_t> seedOf(Database& database) {
   return text ? std::optional<std::uint64_t>(std::stoull(*text)) : std::nullopt;
 }
 
-void plantSeed(Database& database, std::uint64_t seed) {
+void storeSeed(Database& database, std::uint64_t seed) {
   writeSetting(database, seedSetting, std::to_string(seed));
 }
 

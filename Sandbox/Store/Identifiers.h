@@ -12,7 +12,7 @@
 namespace hlv::sandbox {
 
 /// From now on the store's identifiers repeat for the same seed.
-void plantSeed(Database& database, std::uint64_t seed);
+void storeSeed(Database& database, std::uint64_t seed);
 std::optional<std::uint64_t> seedOf(Database& database);
 
 /// A new identifier, such as "ins_" and twenty letters: random, or under a seed the same for the

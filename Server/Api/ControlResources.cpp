@@ -73,12 +73,12 @@ Fault newFaultOf(const Exchange& exchange) {
 sandbox::Scenario scenarioIn(const Json& body) {
   const auto name = sandbox::textIn(body, "name").value_or("");
   const auto scenario = sandbox::scenarioNamed(name);
-  if (!scenario) throw HttpError(422, "scene-refused", sandbox::noSuchScenario(name));
+  if (!scenario) throw HttpError(422, "scenario-refused", sandbox::noSuchScenario(name));
   return *scenario;
 }
 
 void bringApart(Database& database, const std::string& guest, sandbox::Scenario scenario) {
-  requirePossible("scene-refused",
+  requirePossible("scenario-refused",
                   [&] { return sandbox::makeScenario(database, guest, scenario); });
 }
 
@@ -147,7 +147,7 @@ void addSides(ApiRoutes& routes) {
       return sidesReply(database, 200, guestMeant(database, named, session));
     });
   });
-  routes.add("POST", "v1/sandbox/scenes", [](const Exchange& exchange) {
+  routes.add("POST", "v1/sandbox/scenarios", [](const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"name", "guest"});
     replyWriting(exchange, [scenario = scenarioIn(body), named = sandbox::textIn(body, "guest"),

@@ -90,7 +90,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
   if (!store.store) return Opened::failure(store.problem);
   try {
     if (store.isNew && seed) {
-      store.store->write([&](Database& database) { sandbox::plantSeed(database, *seed); });
+      store.store->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
     }
     const auto folder = storePath + ".sandboxes";
     fs::create_directories(folder + "/snapshots");
@@ -265,7 +265,7 @@ std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandb
   draft->write([&](Database& database) {
     RequestLog::clear(database);
     sandbox::keptRepliesSalt(database);
-    if (wanted.seed) sandbox::plantSeed(database, *wanted.seed);
+    if (wanted.seed) sandbox::storeSeed(database, *wanted.seed);
     if (wanted.clock) moveClock(database, clockTimeIn(*wanted.clock));
   });
   if (wanted.isInMemory) return draft;

@@ -148,8 +148,8 @@ TEST_F(RemoteTesterTest, NamesTheGuestAndOneFaultByItsNumber) {
   EXPECT_EQ(tester->fault(5), fault);
   EXPECT_EQ(tester->changeFault(5, fault), fault);
   tester->removeFault(5);
-  EXPECT_EQ(tester->makeScene("half-deleted"), "");
-  EXPECT_EQ(tester->plantInstrument(sandbox::findTestCard("visa")->fields), "");
+  EXPECT_EQ(tester->makeScenario("half-deleted"), "");
+  EXPECT_EQ(tester->addOrphanInstrument(sandbox::findTestCard("visa")->fields), "");
   EXPECT_EQ(tester->reset().id, "default");
   EXPECT_FALSE(tester->isNetworkOn());
   const auto requests = server.requests();

@@ -204,8 +204,10 @@ using Scenarios = SandboxTest;
 
 TEST_F(Scenarios, EachBringsTheTwoSidesApartInItsOwnWay) {
   start();
-  for (const auto& scene : Sandbox::scenes()) EXPECT_NE(sandbox->makeScene(scene), "") << scene;
-  EXPECT_NE(sandbox->makeScene("4111111111111111").find("'************1111'"), std::string::npos);
+  for (const auto& scenario : Sandbox::scenarios())
+    EXPECT_NE(sandbox->makeScenario(scenario), "") << scenario;
+  EXPECT_NE(sandbox->makeScenario("4111111111111111").find("'************1111'"),
+            std::string::npos);
   const auto token = std::get<0>(createToken("visa"));
   storeToken(token);
   const auto identifier = sandbox->providerInstruments()[0].identifier;
@@ -220,9 +222,9 @@ TEST_F(Scenarios, EachBringsTheTwoSidesApartInItsOwnWay) {
                                                       {"card-without-instrument", "12t"},
                                                       {"half-deleted", "02t"},
                                                       {"lost-token", "02-"}};
-  for (const auto& [scene, expected] : rows) {
-    EXPECT_EQ(sandbox->makeScene(scene), "") << scene;
-    EXPECT_EQ(sides(), expected) << scene;
+  for (const auto& [scenario, expected] : rows) {
+    EXPECT_EQ(sandbox->makeScenario(scenario), "") << scenario;
+    EXPECT_EQ(sides(), expected) << scenario;
   }
   arm("createUserToken", "error");
   sandbox->setReachable(false);

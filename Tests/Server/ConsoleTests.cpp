@@ -60,10 +60,10 @@ TEST_F(ConsoleTest, DrivesARealKitFromTheFirstCardToTheLast) {
   EXPECT_EQ(require(200, askConsole("DELETE " + path))["failure"], nullptr);
   EXPECT_EQ(stored()["pairs"].size(), 1U);
 
-  ASSERT_EQ(
-      askConsole("POST /v1/sandbox/scenes", {{"name", "instrument-without-card"}, {"guest", email}})
-          .status,
-      200);
+  ASSERT_EQ(askConsole("POST /v1/sandbox/scenarios",
+                       {{"name", "instrument-without-card"}, {"guest", email}})
+                .status,
+            200);
   pairs = stored()["pairs"];
   ASSERT_EQ(pairs.size(), 2U);
   EXPECT_EQ(pairs[1]["card"], nullptr);
@@ -86,7 +86,7 @@ TEST_F(ConsoleTest, TheKitFollowsTheGuestAndTheSandbox) {
       require(200, askConsole("PUT " + in + "/app/guest", {{"email", other}}));
       ASSERT_EQ(bodyOf(addTestCard("visa", in))["failure"], nullptr);
       const auto pairs = stored(in)["pairs"].size();
-      require(200, askConsole("POST " + in + "/v1/sandbox/scenes",
+      require(200, askConsole("POST " + in + "/v1/sandbox/scenarios",
                               {{"name", "instrument-without-card"}, {"guest", other}}));
       require(200, askConsole("POST " + in + "/app/foreground", Json::object()));
       EXPECT_EQ(stored(in)["pairs"].size(), pairs) << "the kit synchronises " << in << other;
@@ -162,13 +162,13 @@ TEST_F(ConsoleTest, ACardThatIsTypedHereIsFoundNowhereAfterwards) {
     auto typed = card;
     typed.cardHolder = holder;
     for (const auto* request :
-         {"POST /app/cards", "POST /v1/sandbox/faults", "POST /v1/sandbox/scenes", "PUT /app/guest",
-          "PATCH /app/cards/crd_x"}) {
+         {"POST /app/cards", "POST /v1/sandbox/faults", "POST /v1/sandbox/scenarios",
+          "PUT /app/guest", "PATCH /app/cards/crd_x"}) {
       replies += askConsole(request, enteredCard(typed)).body;
     }
   }
   replies += askConsole("PUT /app/guest", {{"email", card.pan + "@example.com"}}).body;
-  replies += askConsole("POST /v1/sandbox/scenes", {{"name", card.pan}}).body;
+  replies += askConsole("POST /v1/sandbox/scenarios", {{"name", card.pan}}).body;
   for (const auto& path : {"/" + card.pan, std::string("/choices"), std::string("/stored"),
                            std::string("/timeline?last=200")}) {
     replies += askConsole("GET " + path).body;

@@ -32,8 +32,8 @@ TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
   EXPECT_EQ(guest->creditCards()->size(), 1U);
   EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
 
-  ASSERT_EQ(sandbox->plantInstrument(sandbox::Typed("amex")), "");
-  ASSERT_EQ(sandbox->plantInstrument(sandbox::Typed("no-identifier")), "");
+  ASSERT_EQ(sandbox->addOrphanInstrument(sandbox::Typed("amex")), "");
+  ASSERT_EQ(sandbox->addOrphanInstrument(sandbox::Typed("no-identifier")), "");
   EXPECT_TRUE(synchronize());
   settle();
   const auto sides = remote->sides();
@@ -218,12 +218,12 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   EXPECT_EQ(askBackend("GET " + guestPath() + "/cards").status, 500);
   ASSERT_EQ(tester->firings().size(), 1U);
   EXPECT_EQ(tester->firings()[0].operation, sandbox::Operation::fetchCards);
-  EXPECT_EQ(tester->makeScene("same-card-twice"), "");
-  EXPECT_EQ(tester->plantInstrument(sandbox::Typed("amex")), "");
+  EXPECT_EQ(tester->makeScenario("same-card-twice"), "");
+  EXPECT_EQ(tester->addOrphanInstrument(sandbox::Typed("amex")), "");
   EXPECT_EQ(remote->sides().provider.size(), 3U);
-  EXPECT_EQ(tester->makeScene("x"), sandbox->makeScene("x"));
+  EXPECT_EQ(tester->makeScenario("x"), sandbox->makeScenario("x"));
   server.reset();
-  EXPECT_NE(tester->makeScene("lost-token"), "");
+  EXPECT_NE(tester->makeScenario("lost-token"), "");
   EXPECT_THROW(tester->armed(), client::ClientError);
 }
 

@@ -70,9 +70,9 @@ phone instruments | grep -q "no instruments" || fail "an instrument was left"
 phone fault arm fetchGuestCreditCards error >shown
 phone fault list | grep -q "fetchGuestCreditCards  *error" || fail "$(phone fault list)"
 phone fault clear >shown
-phone plant --test-card visa >shown
-! phone scene same-card-twice 2>shown || fail "a scene was made without a card"
-phone sync | grep -q "removed 1 of 1" || fail "the planted instrument is still there"
+phone orphan --test-card visa >shown
+! phone scenario same-card-twice 2>shown || fail "a scenario was made without a card"
+phone sync | grep -q "removed 1 of 1" || fail "the orphaned instrument is still there"
 ! phone demo 2>shown || fail "demo was not refused"
 
 # A service that is shown to end does so cleanly, and takes its ports file along.

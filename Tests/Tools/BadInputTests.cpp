@@ -33,7 +33,7 @@ const Bad badInputs[] = {
      "The card was not added."},
     {"AnUnknownCardToUpdate", "update nobody --city X", "", 1, "was not changed"},
     {"AnUnknownCardToDelete", "delete nobody", "", 1, "The card was not deleted."},
-    {"ADeclinedCardToPlant", "plant --test-card declined", "", 1, "The card was declined."},
+    {"ADeclinedOrphan", "orphan --test-card declined", "", 1, "The card was declined."},
     {"NoNumber", typedCard, "", 2, "No card number was given"},
     {"NoSecurityCode", typedCard, visaNumber + "\n", 2, "No security code was given"},
     {"NoHolder", "add --month 12", visaNumber, 2, "also needs --month, --year and --holder"},
@@ -50,7 +50,7 @@ const Bad badInputs[] = {
     {"AnUnknownOperation", "fault arm fly error", "", 2, "no operation"},
     {"AnUnknownFault", "fault arm createUserToken fly", "", 2, "no fault"},
     {"AnUnknownNetwork", "network perhaps", "", 2, "perhaps"},
-    {"AnUnknownScene", "scene perhaps", "", 2, "perhaps not in"},
+    {"AnUnknownScenario", "scenario perhaps", "", 2, "perhaps not in"},
     {"AnUnknownCommand", "crads", "", 2, "'crads' is not known; did you mean `paylevenkit cards`"},
     {"AnUnknownInnerCommand", "sandbox crate", "", 2, "`paylevenkit sandbox create`"},
     {"ACodeAsACommand", "907", "", 2, "A command is needed"},
@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(Each, ToolBadInput, ::testing::ValuesIn(badInputs),
 
 TEST(ToolUsage, ErrorsAreADocumentWhereOneIsExpected) {
   const std::pair<const char*, int> rows[] = {
-      {"add --fly", 2}, {"cards", 2}, {"add --without card", 1}, {"plant --test-card visa", 1}};
+      {"add --fly", 2}, {"cards", 2}, {"add --without card", 1}, {"orphan --test-card visa", 1}};
   for (const auto& [line, status] : rows) {
     const auto finished =
         Command(status == 1 ? Command::guest : "").run(std::string("--json ") + line);

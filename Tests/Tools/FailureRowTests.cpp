@@ -55,7 +55,7 @@ const FailureRow beforeTheFirstCard[] = {
     {"UpdateFailsLast",
      "fault arm updateCurrentGuestWithRequest error --delay 1; add --test-card visa", 1,
      "addPaymentInstrument: error HLVBackendErrorDomain 500, guest, card"},
-    {"PlantWithoutToken", "plant --test-card visa", 1, "add a first card"},
+    {"OrphanWithoutToken", "orphan --test-card visa", 1, "add a first card"},
     {"SyncWithoutToken", "sync", 0, "the guest has no provider token yet"},
     {"DeleteWithoutToken", "delete crd --use-case default", 1, "paymentToken is missing"},
 };
@@ -88,8 +88,8 @@ const FailureRow afterTheFirstCard[] = {
      "fault arm fetchGuestCreditCards error --code 7; "
      "fault arm getPaymentInstrumentsList error --delay 1; sync",
      1, "Failed to synchronize payment instruments. The payment provider answered"},
-    {"SyncRemovalFails", "plant --test-card amex; fault arm removePaymentInstrument error; sync", 0,
-     "Failed to remove payment instrument from external payment system."},
+    {"SyncRemovalFails", "orphan --test-card amex; fault arm removePaymentInstrument error; sync",
+     0, "Failed to remove payment instrument from external payment system."},
     {"SyncFindsNothing", "delete ID; sync", 0, "Nothing to synchronize. No external payment"},
     {"SyncAfterADeletionThatStoppedHalfWay",
      "fault arm removePaymentInstrument error; delete ID; sync", 0, inAgreement},

@@ -30,8 +30,8 @@ TEST(ToolTimeline, SurvivesFromProcessToProcessUntilBothSidesAgree) {
   EXPECT_EQ(deleted["provider"].size(), 1U);
 
   for (const std::string by : {"foreground", "authorization", "reachability"}) {
-    const auto planted = succeeds("plant --test-card amex --use-case private");
-    EXPECT_EQ(planted["unmatched"], 1);
+    const auto orphaned = succeeds("orphan --test-card amex --use-case private");
+    EXPECT_EQ(orphaned["unmatched"], 1);
     const auto synchronized = succeeds("sync --by " + by);
     EXPECT_TRUE(synchronized["agreement"]) << by;
     EXPECT_EQ(synchronized["provider"].size(), 1U) << by;
@@ -43,7 +43,7 @@ TEST(ToolTimeline, GivesOneCompleteJSONDocumentForEveryCommand) {
   for (const std::string line :
        {Command::guest.c_str(), "add --test-card visa", "cards", "update no-such-card",
         "delete no-such-card", "sync", "instruments", "foreground", "network off",
-        "plant --test-card visa", "fault", "fault firings", "fault clear", "trace --last 4",
+        "orphan --test-card visa", "fault", "fault firings", "fault clear", "trace --last 4",
         "sign-out", "reset --yes", "demo --test-cards"}) {
     const auto document = command.run(line + " --json").document();
     for (const char* member :

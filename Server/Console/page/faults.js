@@ -154,7 +154,7 @@ export class FaultsPanel {
     act(button, find('scenario-outcome'),
       async () => {
         if (!this.#stored?.guest) throw new Problem('Nobody is signed in.');
-        await request('POST', 'v1/sandbox/scenes', { name, guest: this.#stored.guest.email });
+        await request('POST', 'v1/sandbox/scenarios', { name, guest: this.#stored.guest.email });
       },
       () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
   }
