@@ -1,0 +1,98 @@
+"""Copies of the kit that are changed, built and put before the tests, one change at a time in each."""
+import concurrent.futures
+import os
+import pathlib
+import queue
+import shutil
+import subprocess
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+# Each with the targets' own names, the quickest first. The explorer stops at the first history that is
+# not as it must be.
+WATCHERS = {
+    "KitTests": ["--gtest_brief=1"],
+    "PlatformTests": ["--gtest_brief=1"],
+    "Explorer": ["--first", "--jobs", "1"],
+    "SecrecyTests": ["--gtest_brief=1"],
+}
+# A watcher that takes longer than this many seconds hangs, which is a way of catching.
+PATIENCE = 300
+
+
+class Copy:
+    """One copy of the project's files, with a build tree of its own."""
+
+    def __init__(self, number, watchers):
+        place = ROOT / "build" / "defects" / str(number)
+        self.source, self.build_tree, self.watchers = place / "source", place / "tree", watchers
+
+    def prepare(self):
+        """Leaves alone what has not changed, so that only that is built again."""
+        names = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True,
+                               capture_output=True, text=True).stdout.split("\n")
+        for name in filter(lambda name: name and (ROOT / name).is_file(), names):
+            original, target = ROOT / name, self.source / name
+            if not target.exists() or target.read_bytes() != original.read_bytes():
+                target.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(original, target)
+        subprocess.run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build_tree,
+                        "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1",
+                        "-DHLVSDKPAYLEVENKIT_TESTS=ON", "-DHLVSDKPAYLEVENKIT_SANDBOX=OFF"],
+                       check=True, stdout=subprocess.DEVNULL)
+        built = self.build()
+        if built.returncode != 0:
+            raise SystemExit(built.stdout)
+
+    def build(self):
+        return subprocess.run(["cmake", "--build", self.build_tree, "-j", "1", "--target",
+                               *self.watchers], capture_output=True, text=True)
+
+    def catcher(self):
+        """The name of the first watcher that finds fault, or None."""
+        for name, arguments in self.watchers.items():
+            try:
+                run = subprocess.run([self.build_tree / name, *arguments], capture_output=True,
+                                     timeout=PATIENCE)
+            except subprocess.TimeoutExpired:
+                return name
+            # The explorer's counts are not those on record when it stops early or is cut short.
+            caught = b"VIOLATED" in run.stdout or run.returncode not in (0, 1)
+            if caught if name == "Explorer" else run.returncode != 0:
+                return name
+        return None
+
+    def verdict(self, file, change):
+        """Who catches `file` when its text is what `change` makes of it, or why nobody can."""
+        path = self.source / file
+        text = path.read_text()
+        changed = change(text)
+        if changed is None:
+            return "NOT IN THE SOURCE, or more than once"
+        path.write_text(changed)
+        try:
+            if self.build().returncode != 0:
+                return "DOES NOT BUILD"
+            return self.catcher() or "NOT CAUGHT"
+        finally:
+            path.write_text(text)
+
+
+def verdicts(changes, watchers, jobs=os.cpu_count()):
+    """Yields (change, verdict) in the order of `changes`, each of which has a file and a call."""
+    copies = queue.SimpleQueue()
+    every = [Copy(number, watchers) for number in range(max(1, min(jobs, len(changes))))]
+    with concurrent.futures.ThreadPoolExecutor(len(every)) as pool:
+        list(pool.map(Copy.prepare, every))
+        if catcher := every[0].catcher():
+            raise SystemExit(f"{catcher} finds fault with the clean tree.")
+        for copy in every:
+            copies.put(copy)
+
+        def judge(change):
+            copy = copies.get()
+            try:
+                return copy.verdict(change.file, change)
+            finally:
+                copies.put(copy)
+
+        yield from zip(changes, pool.map(judge, changes))
