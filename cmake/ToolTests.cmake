@@ -4,7 +4,6 @@ hlv_add_tests(ToolTests
     Tests/Secrecy/CardDataSearch.cpp
     Tests/Tools/BadInputTests.cpp
     Tests/Tools/Command.cpp
-    Tests/Tools/FailureRowTests.cpp
     Tests/Tools/InterruptionTests.cpp
     Tests/Tools/SandboxesTests.cpp
     Tests/Tools/SecrecyTests.cpp
@@ -19,3 +18,9 @@ hlv_add_tests(ToolTests
 hlv_precompile(ToolTests <nlohmann/json.hpp>)
 target_compile_definitions(ToolTests PRIVATE PAYLEVENKIT="$<TARGET_FILE:paylevenkit>")
 add_dependencies(ToolTests paylevenkit)
+
+# What the manuals print, and the rows of the table of failures, against real runs.
+find_program(HLV_PYTHON NAMES python3 REQUIRED)
+add_test(NAME Documents.ShowWhatTheCommandPrints
+  COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/scripts/documents.py --command $<TARGET_FILE:paylevenkit>)
+set_tests_properties(Documents.ShowWhatTheCommandPrints PROPERTIES TIMEOUT 300 LABELS ToolTests)
