@@ -50,7 +50,7 @@ function add(facts, completion) {
   const { call, calls } = facts;
   const isFirst = Boolean(call('createUserToken'));
   if (!completion) return waiting(facts, 'the provider never answers');
-  if (calls.length === 0) return completion.result.includes('URLError') ? offline : bad('The card refused itself, so the kit asked neither side.', 'the card refuses itself');
+  if (calls.length === 0) return completion.result.includes('URLError') ? offline : bad('The card is not valid, so the kit asked neither side.', 'the card is not valid');
   const stored = call('createUserToken') ?? call('addPaymentInstrument');
   if (stored.error) return bad(`The provider did not confirm that it stored the card (${stored.error}); the kit reports this to the app, and the backend was not asked.`, isFirst ? 'the provider refuses to create a token' : 'the provider refuses the card');
   const list = call('getPaymentInstrumentsList');
