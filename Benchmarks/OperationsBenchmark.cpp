@@ -1,28 +1,14 @@
 // What each operation costs the processor, with services that answer inside the call, and what it
-// asks for: memory, blocks on the main queue and remote calls.
+// asks for: memory, blocks on the main queue and remote calls. A first card written by hand is
+// beside them.
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-#include <new>
+#include <cstdint>
 
+#include "Benchmarks/Support/Allocations.h"
+#include "Benchmarks/Support/BareFirstCard.h"
 #include "Benchmarks/Support/BenchHost.h"
 #include "Benchmarks/Support/EnabledKit.h"
-
-namespace {
-
-// On this thread; the operations need no other.
-thread_local std::size_t allocations = 0;
-
-}  // namespace
-
-// The array and nothrow forms come back to this one.
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* const memory = std::malloc(size)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace hlv::bench {
 
@@ -41,7 +27,8 @@ int main(int argc, char** argv) {
   InstantNetwork network;
   Records records;
   const auto platform = DefaultPlatform::make();
-  EnabledKit kit(platform, std::make_shared<BenchHost<InstantNetwork>>(network, records), records);
+  const auto host = std::make_shared<BenchHost<InstantNetwork>>(network, records);
+  EnabledKit kit(platform, host, records);
   kit.synchronizeOnMainQueue();
 
   const auto measure = [&](benchmark::State& state, const Operation& operation) {
@@ -64,6 +51,17 @@ int main(int argc, char** argv) {
     // Always as many, so that the instructions of one can be computed.
     benchmark::RegisterBenchmark(operation.name, measure, operation)->Iterations(20'000);
   }
+  benchmark::RegisterBenchmark("bare-first-card", [&](benchmark::State& state) {
+    BareFirstCard<InstantNetwork> bare(*platform, *host, records);
+    std::int64_t finished = 0;
+    for ([[maybe_unused]] auto _ : state) {
+      bool done = false;
+      bare.start(&done);
+      platform->runPending();
+      finished += done;
+    }
+    if (finished != state.iterations()) state.SkipWithError("it failed");
+  });
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -23,12 +23,12 @@ def rows(file, columns=0):
 
 def verdict(figures, budget, rule):
     """Nothing when the figure passes, or what is wrong with it or with the budget."""
-    figure, floor = figures[0], {"exact": budget, "count": budget / 2}.get(rule, budget / 10)
-    if rule == "median" and figures[2] - figures[1] > 2 * budget:
+    figure, floor = figures[0], {"exact": budget, "count": budget / 2}.get(rule, budget / 4)
+    if rule == "median" and figures[2] - figures[1] > budget:
         return "UNCLEAR"
     if figure > budget:
         return "BROKEN"
-    if (figures[-1] if rule == "median" else figure) < floor:
+    if figure < floor:
         return "BROKEN" if rule == "exact" else "TOO GENEROUS"
     return ""
 
@@ -36,7 +36,7 @@ def verdict(figures, budget, rule):
 def compare(figures):
     """Prints the table and returns how many rows fail."""
     failures = 0
-    form = "{:<26} {:>10} {:>8} {:<4}{:<14}{}"
+    form = "{:<30} {:>10} {:>8} {:<4}{:<14}{}"
     print(form.format("measure", "figure", "budget", "", "verdict", ""))
     for name, budget, rule, unit, text in rows(HERE / "budgets.txt", 5):
         measured = figures[name]

@@ -14,6 +14,7 @@ endfunction()
 
 hlv_add_benchmark(AtRest)
 hlv_add_benchmark(OperationsBenchmark benchmark::benchmark)
+target_sources(OperationsBenchmark PRIVATE Benchmarks/Support/Allocations.cpp)
 hlv_add_benchmark(RealLatency)
 hlv_add_benchmark(SynchronizerBenchmark benchmark::benchmark)
 hlv_add_benchmark(VirtualLatency)

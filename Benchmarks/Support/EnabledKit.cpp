@@ -30,21 +30,21 @@ EnabledKit::~EnabledKit() {
 }
 
 void EnabledKit::addFirstCard() {
-  door_->addPaymentInstrument(records_.card, records_.address, records_.newGuest, countCard());
+  payments_->addPaymentInstrument(records_.card, records_.address, records_.newGuest, countCard());
 }
 
 void EnabledKit::addFurtherCard() {
-  door_->addPaymentInstrument(records_.card, records_.address, records_.guest, countCard());
+  payments_->addPaymentInstrument(records_.card, records_.address, records_.guest, countCard());
 }
 
 void EnabledKit::deleteCard() {
-  door_->deletePaymentInstrumentWithID(
+  payments_->deletePaymentInstrumentWithID(
       "card-2222", "default", records_.guest,
       [this](const auto& guest, const auto& error) { succeeded_ += guest && !error; });
 }
 
 void EnabledKit::updateCard() {
-  door_->updatePaymentInstrument("card-2222", records_.address, records_.guest, countCard());
+  payments_->updatePaymentInstrument("card-2222", records_.address, records_.guest, countCard());
 }
 
 void EnabledKit::synchronize() {

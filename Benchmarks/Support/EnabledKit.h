@@ -39,7 +39,7 @@ class EnabledKit {
   HLVSDKGuestCardCompletion countCard();
 
   Records& records_;
-  const std::shared_ptr<HLVSDKPaymentManager> door_ = HLVSDKPaymentManager::make();
+  const std::shared_ptr<HLVSDKPaymentManager> payments_ = HLVSDKPaymentManager::make();
   std::size_t succeeded_ = 0;
 };
 

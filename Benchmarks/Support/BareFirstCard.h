@@ -1,0 +1,75 @@
+// A guest's first card written by hand: the same services with the same arguments, and the same
+// hops to the main thread, before the backend is asked and at the end. Nothing is checked and
+// nothing can fail.
+//
+// Threading: as the network.
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "Benchmarks/Support/BenchHost.h"
+#include "Benchmarks/Support/Records.h"
+#include "Platform/Default/DefaultPlatform.h"
+
+namespace hlv::bench {
+
+/// What it is made of lives longer.
+template <class Network>
+class BareFirstCard {
+ public:
+  BareFirstCard(Platform& platform, BenchHost<Network>& host, Records& records)
+      : platform_(platform), host_(host), records_(records) {}
+
+  /// `done` becomes true on the main thread.
+  void start(bool* done) {
+    const auto& card = *records_.card;
+    const auto instrument = host_.makeCreditCardPaymentInstrument(
+        card.pan(), card.expiryMonth(), card.expiryYear(), card.cvv(), card.cardHolder());
+    host_.provider->createUserToken(
+        records_.newGuest->email(), instrument, card.instrumentUseCaseString(),
+        [this, done](const auto& token, auto) {
+          host_.provider->getPaymentInstrumentsList(
+              token, records_.card->instrumentUseCaseString(),
+              [this, done, token](const auto& instruments, auto) {
+                platform_.mainQueue()->async([this, done, token, found = instruments->back()] {
+                  registerBare(token, *found, done);
+                });
+              });
+        });
+  }
+
+ private:
+  struct Join {
+    std::atomic<int> waiting{2};
+    bool* done;
+    std::shared_ptr<Queue> main;
+    void leave() {
+      if (--waiting == 0) main->async([done = done] { *done = true; });
+    }
+  };
+
+  void registerBare(const NullableString& token, const PLVCreditCardPaymentInstrument& found,
+                    bool* done) {
+    records_.card->setExternalIdentifier(found.identifier());
+    const auto join = std::make_shared<Join>();
+    join->done = done;
+    join->main = platform_.mainQueue();
+    const auto update = host_.makeUpdateGuestRequestInfo();
+    update->setPaymentToken(token);
+    host_.backend->updateCurrentGuestWithRequest(
+        update, [join](const auto&, const auto&) { join->leave(); });
+    const auto request =
+        HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(records_.card, records_.address);
+    request->setProvider(0);
+    host_.backend->addCreditCardForGuest(
+        records_.newGuest, request,
+        [join](const auto&, const auto&, const auto&) { join->leave(); });
+  }
+
+  Platform& platform_;
+  BenchHost<Network>& host_;
+  Records& records_;
+};
+
+}  // namespace hlv::bench
