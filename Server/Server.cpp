@@ -57,11 +57,11 @@ struct Server::Parts {
       addControlRoutes(each->handler.routes(), *registry);
       auto& common = each->handler.commonRoutes();
       addSandboxRoutes(common, *registry);
-      common.add("GET", "v1/sandbox/openapi.json", replyingDocument(controlOpenAPI()));
-      common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(sandboxesOpenAPI()));
+      common.add("GET", "v1/sandbox/openapi.json", replyingDocument(openAPI("control")));
+      common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(openAPI("sandboxes")));
     }
-    backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(backendOpenAPI()));
-    provider.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(providerOpenAPI()));
+    backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(openAPI("backend")));
+    provider.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(openAPI("provider")));
   }
 
   ~Parts() {

@@ -5,10 +5,10 @@ import { test } from 'node:test';
 import { Documents } from './documents.js';
 import { Client, connect, inTime, newCard, patience, registeredCard, withServer } from './server.js';
 
-const documents = new Documents();
 const guest = (name) => `/v1/guests/${name}@example.com`;
 const onServer = (name, body) => test(name, { timeout: 150_000 }, () => withServer(async (server) => {
   const client = new Client(64);
+  const documents = await Documents.of(server);
   const call = async (port, request, options) => {
     const [method, target] = request.split(' ');
     const reply = await client.request(method, server.urls[port] + target, options);

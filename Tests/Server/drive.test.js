@@ -6,7 +6,6 @@ import { Documents } from './documents.js';
 import { Random, Requests, sandboxes } from './requests.js';
 import { Client, connect, inTime, masked, newCard, withServer } from './server.js';
 
-const documents = new Documents();
 const count = Number(process.env.DRIVE_REQUESTS ?? 1_500);
 const seed = Number(process.env.DRIVE_SEED ?? 20_260_301);
 const clients = 8;
@@ -27,6 +26,7 @@ async function prepare(client, server) {
 test('every reply is described', { timeout: 200_000 }, () => withServer(async (server) => {
   const client = new Client(clients);
   await prepare(client, server);
+  const documents = await Documents.of(server);
   const requests = new Requests(documents, new Random(seed));
   const problems = [];
   const statuses = new Map();
@@ -67,7 +67,7 @@ test('the stream has every request as it is described', { timeout: 60_000 }, () 
   const { headers } = await client.request('GET', `${server.urls.backend}/v1/guests/nobody@example.com`);
   const [, data] = await read(new RegExp(`data: (\\{[^\n]*${headers['x-request-id']}[^\n]*\\})\n`));
   const record = JSON.parse(data);
-  assert.equal(documents.mismatch('control', 'Request', record), '');
+  assert.equal((await Documents.of(server)).mismatch('control', 'schemas/Request', record), '');
   assert.deepEqual([record.status, record.method, record.code], [404, 'GET', 'unknown-guest']);
   const kept = await client.request('GET', `${server.urls.provider}/v1/sandbox/requests/${record.id}`);
   assert.deepEqual({ ...kept.body, events: undefined }, { ...record, events: undefined });

@@ -4,7 +4,6 @@ import { test } from 'node:test';
 import { Documents } from './documents.js';
 import { Client, connect, inTime, masked, withServer } from './server.js';
 
-const documents = new Documents();
 const head = (line, ...fields) => [line, 'Host: 127.0.0.1', 'X-API-Key: any', ...fields, '', ''].join('\r\n');
 const get = 'GET /openapi.json HTTP/1.1';
 const post = 'POST /v1/guests/a@example.com/cards HTTP/1.1';
@@ -131,12 +130,12 @@ async function exchange(url, bytes, { isAnswered, untilClosed } = {}) {
   return reply;
 }
 
-function problemOf(reply, statuses) {
+function problemOf(documents, reply, statuses) {
   if (reply === '') return statuses?.length > 0 && statuses.every((status) => status < 300) ? 'no reply' : '';
   const match = /^HTTP\/1\.[01] (\d{3})[^\r]*\r\n([\s\S]*?)\r\n\r\n([\s\S]*)/.exec(reply);
   if (!match) return 'no HTTP';
   const status = Number(match[1]);
-  if (status === 100) return problemOf(match[3], statuses);
+  if (status === 100) return problemOf(documents, match[3], statuses);
   if (status >= 500 && !statuses?.includes(status)) return `status ${status}`;
   if (statuses?.length > 0 && !statuses.includes(status)) return `status ${status}`;
   if (status < 400) return '';
@@ -144,19 +143,20 @@ function problemOf(reply, statuses) {
   if (!/^Content-Type: application\/json/im.test(match[2])) return `status ${status} without an error`;
   const length = Number(/^Content-Length: (\d+)$/im.exec(match[2])?.[1]);
   const body = Buffer.from(match[3], 'latin1').subarray(0, length);
-  return body.length === 0 ? '' : documents.mismatch('backend', 'Error', JSON.parse(body.toString()));
+  return body.length === 0 ? '' : documents.mismatch('backend', 'schemas/Error', JSON.parse(body.toString()));
 }
 
 test('odd bytes', { timeout: 200_000 }, () => withServer(async (server) => {
   const client = new Client();
   assert.equal((await client.request('PUT', `${server.urls.backend}/v1/guests/a@example.com`)).status, 200);
+  const documents = await Documents.of(server);
   const problems = [];
   for (const port of ['backend', 'provider', 'console']) {
     const results = await Promise.all(oddities.map(async ([name, bytes, statuses]) => {
       const reply = await exchange(server.urls[port], bytes, { isAnswered: statuses?.length > 0 }).catch((error) => error);
       if (reply instanceof Error) return `${name}: ${reply.message}`;
       // The statuses are the backend's; the other ports do not have what it is asked for.
-      const problem = problemOf(reply, port === 'backend' ? statuses : undefined);
+      const problem = problemOf(documents, reply, port === 'backend' ? statuses : undefined);
       return problem && `${name}: ${problem}: ${reply.slice(0, 200)}`;
     }));
     problems.push(...results.filter(Boolean).map((problem) => masked(`${port}: ${problem}`)));
