@@ -7,12 +7,9 @@
 
 #include "Sandbox/JSON/Json.h"
 #include "Server/Api/ApiHandler.h"
-#include "Server/Api/BackendResources.h"
-#include "Server/Api/ControlResources.h"
 #include "Server/Api/OpenAPI.h"
-#include "Server/Api/ProviderResources.h"
 #include "Server/Api/Registry.h"
-#include "Server/Api/SandboxResources.h"
+#include "Server/Api/Resources.h"
 #include "Server/Console/App.h"
 #include "Server/Console/ConsoleResources.h"
 
@@ -61,13 +58,14 @@ struct Server::Parts {
       common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(openAPI("sandboxes")));
     }
     backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(openAPI("backend")));
-    provider.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(openAPI("provider")));
+    provider.handler.commonRoutes().add("GET", "openapi.json",
+                                        replyingDocument(openAPI("provider")));
   }
 
   ~Parts() {
     for (auto* each : {&backend, &provider, &console}) each->listener.reset();
     loops.stop();
-    writers->finish();
+    writers->join();
   }
 
   /// Returns why the listeners cannot be opened, or an empty string.

@@ -43,12 +43,13 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/Har.cpp
   Server/Api/Idempotency.cpp
   Server/Api/ProviderResources.cpp
+  Server/Api/Registry+Describe.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxClock.cpp
   Server/Api/SandboxResources.cpp
+  Server/Api/Snapshots.cpp
   Server/Api/World.cpp
-  Server/Api/Writers.cpp
   Server/Console/App.cpp
   Server/Console/ConsoleRecords.cpp
   Server/Console/ConsoleResources.cpp
