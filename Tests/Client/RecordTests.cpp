@@ -22,26 +22,6 @@ std::string codeOf(const std::function<void()>& read) {
   }
 }
 
-TEST(Records, ARequestIsAPlainObject) {
-  const std::string deep = R"({"a":{"b":{"c":{"d":{"e":{"f":{"g":)";
-  const std::pair<std::string, std::string> rows[] = {
-      {R"({"a":{"b":[1,true,null,"x"]}})", ""},
-      {"", "malformed-json"},
-      {"{\"a\":", "malformed-json"},
-      {"{} {}", "malformed-json"},
-      {deep + "{}}}}}}}}", "malformed-json"},
-      {"[]", "wrong-type"},
-      {"\"x\"", "wrong-type"},
-      {"{\"a\":\"\\u0000\"}", "unreadable-text"},
-      {"{\"\\n\":1}", "unreadable-text"},
-      {"{\"a\":[\"" + std::string(1025, 'x') + "\"]}", "unreadable-text"},
-      {"{\"a\":\"\xFF\"}", "malformed-json"},
-  };
-  for (const auto& [text, code] : rows) {
-    EXPECT_EQ(codeOf([&source = text] { parsedObject(source); }), code) << text.substr(0, 40);
-  }
-}
-
 TEST(Records, AMemberOfAnotherTypeIsRefusedByItsName) {
   const Json json = {{"text", "x"},  {"number", 1},     {"huge", UINT64_MAX},   {"half", 0.5},
                      {"flag", true}, {"none", nullptr}, {"list", Json::array()}};
@@ -108,18 +88,6 @@ TEST(Records, AFaultKeepsWhatAChangeLeavesOut) {
   EXPECT_EQ(changed.status, std::nullopt);
   EXPECT_EQ(changed.useCase, std::nullopt);
   EXPECT_EQ(changed.distribution, Distribution::normal);
-  const std::pair<const char*, const char*> rows[] = {
-      {R"({"operation":"x","kind":"error"})", "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest"})", "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest","kind":"x"})", "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest","kind":"error","distribution":"x"})",
-       "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest","kind":"error","headers":{"A":1}})", "wrong-type"},
-      {R"({"operation":"addCreditCardForGuest","kind":"error","number":1})", "unknown-member"},
-  };
-  for (const auto& [text, code] : rows) {
-    EXPECT_EQ(codeOf([&source = text] { newFaultIn(Json::parse(source)); }), code) << text;
-  }
 }
 
 TEST(Records, ANewCardIsTakenAndWhatStoodThereIsGone) {
