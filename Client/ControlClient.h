@@ -16,7 +16,12 @@ class ControlClient {
  public:
   explicit ControlClient(HttpClient provider) : provider_(std::move(provider)) {}
 
-  Json send(const std::string& method, const std::string& target, Json body = {}) const;
+  Json send(const std::string& method, const std::string& target, Json body = {}) const {
+    // The provider takes any key.
+    auto reply = provider_.send({method, target, std::move(body), "paylevenkit"});
+    if (!reply.error) return std::move(reply.body);
+    throw ClientError(reply.error->localizedDescription().value_or("The service cannot be used."));
+  }
 
   /// What `read` makes of the reply's body.
   template <class Read>

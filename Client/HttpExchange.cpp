@@ -1,12 +1,17 @@
 #include "Client/HttpExchange.h"
 
 #include <algorithm>
+#include <boost/asio/co_spawn.hpp>
 #include <boost/asio/connect.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/redirect_error.hpp>
+#include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
 #include <utility>
 
-#include "Client/ServiceErrors.h"
+#include "Sandbox/Errors/SandboxError.h"
+#include "Sandbox/Errors/TransportError.h"
 #include "Values/Wiped.h"
 
 namespace hlv::client {
@@ -20,6 +25,12 @@ namespace {
 constexpr std::uint32_t largestHead = 16U * 1024;
 constexpr std::uint64_t largestBody = 1024U * 1024;
 constexpr std::size_t connectionsKept = 64;
+constexpr int deepest = 16;
+
+/// Completes the operation with its error in `problem`.
+auto into(boost::system::error_code& problem) {
+  return asio::redirect_error(asio::use_awaitable, problem);
+}
 
 std::string addressOf(const ServiceURL& url) { return url.host + ":" + url.port; }
 
@@ -57,6 +68,42 @@ bool isUnreadable(const boost::system::error_code& problem) {
          problem != http::error::end_of_stream && problem != http::error::partial_message;
 }
 
+ClientReply failure(TransportErrorCode code) { return {sandbox::transportError(code), nullptr}; }
+
+ClientReply failureOf(const boost::system::error_code& problem) {
+  return failure(isUnreadable(problem) ? TransportErrorCode::unreadable
+                                       : TransportErrorCode::broken);
+}
+
+ErrorPtr errorIn(const Json& body) {
+  const auto& error = sandbox::objectIn(body, "error");
+  const auto message = sandbox::requiredTextIn(error, "message");
+  return sandbox::SandboxError::make(sandbox::requiredTextIn(error, "domain"),
+                                     sandbox::requiredIntegerIn(error, "number"),
+                                     message.empty() ? std::nullopt : NullableString(message));
+}
+
+/// The body of a success, the error that the service returned, or a transport error for a reply
+/// that is none of a service's.
+ClientReply replyOf(int status, const std::string& body) {
+  Json json;
+  if (!body.empty()) {
+    bool isTooDeep = false;
+    const auto measure = [&isTooDeep](int depth, Json::parse_event_t, Json&) {
+      isTooDeep = isTooDeep || depth > deepest;
+      return !isTooDeep;
+    };
+    json = Json::parse(body, measure, false);
+    if (json.is_discarded() || isTooDeep) return failure(TransportErrorCode::unreadable);
+  }
+  if (status >= 200 && status < 300) return {nullptr, std::move(json)};
+  try {
+    return {errorIn(json), nullptr};
+  } catch (const sandbox::InvalidRecord&) {
+    return failure(TransportErrorCode::unreadable);
+  }
+}
+
 }  // namespace
 
 std::optional<KeptConnections::Socket> KeptConnections::take(const std::string& address) {
@@ -81,16 +128,14 @@ void KeptConnections::keep(const std::string& address, Socket socket) {
 void HttpExchange::begin(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
                          ClientRequest request, std::chrono::milliseconds timeout,
                          HttpLoop::Completion completion) {
-  const std::shared_ptr<HttpExchange> exchange(
+  const std::shared_ptr<HttpExchange> self(
       new HttpExchange(context, kept, url, std::move(request), std::move(completion)));
-  exchange->startTimer(timeout);
-  if (auto socket = kept.take(addressOf(url))) {
-    exchange->socket_ = std::move(*socket);
-    exchange->isKeptConnection_ = true;
-    exchange->write();
-  } else {
-    exchange->resolve();
-  }
+  self->timer_.expires_after(timeout);
+  self->timer_.async_wait([self](const ErrorCode& problem) {
+    if (!problem) self->end(failure(TransportErrorCode::timedOut));
+  });
+  asio::co_spawn(
+      context, [self] { return self->run(); }, asio::detached);
 }
 
 HttpExchange::HttpExchange(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
@@ -101,91 +146,63 @@ HttpExchange::HttpExchange(asio::io_context& context, KeptConnections& kept, con
       mayBeRepeated_(request.method == "GET" || request.idempotencyKey),
       completion_(std::move(completion)),
       timer_(context),
-      resolver_(context),
       socket_(context) {}
 
 HttpExchange::~HttpExchange() { wipe(request_.body()); }
 
-void HttpExchange::startTimer(std::chrono::milliseconds timeout) {
-  timer_.expires_after(timeout);
-  timer_.async_wait([self = shared_from_this()](const ErrorCode& problem) {
-    if (!problem) self->end({transportError(TransportErrorCode::timedOut), nullptr});
-  });
-}
-
-void HttpExchange::resolve() {
-  ErrorCode isName;
-  const auto address = asio::ip::make_address_v4(url_.host, isName);
-  if (!isName) {
-    const auto port = static_cast<std::uint16_t>(std::stoi(url_.port));
-    return connect(Resolver::results_type::create(tcp::endpoint(address, port), "", ""));
+asio::awaitable<void> HttpExchange::run() {
+  ErrorCode problem = asio::error::not_connected;
+  if (auto socket = kept_.take(addressOf(url_))) {
+    socket_ = std::move(*socket);
+    problem = co_await writeAndRead();
+    const bool hasBegun = parser_ && parser_->got_some();
+    if (problem && (hasBegun || !mayBeRepeated_)) co_return end(failureOf(problem));
   }
-  resolver_.async_resolve(tcp::v4(), url_.host, url_.port,
-                          [self = shared_from_this()](const ErrorCode& problem,
-                                                      const Resolver::results_type& addresses) {
-                            if (self->hasEnded_) return;
-                            if (problem) return self->endBroken(TransportErrorCode::unreachable);
-                            self->connect(addresses);
-                          });
-}
-
-void HttpExchange::connect(const Resolver::results_type& addresses) {
-  asio::async_connect(socket_, addresses,
-                      [self = shared_from_this()](const ErrorCode& problem, const tcp::endpoint&) {
-                        if (self->hasEnded_) return;
-                        if (problem) return self->endBroken(TransportErrorCode::unreachable);
-                        ErrorCode ignored;
-                        self->socket_.set_option(tcp::no_delay(true), ignored);
-                        self->socket_.non_blocking(true, ignored);
-                        self->write();
-                      });
-}
-
-void HttpExchange::write() {
-  http::async_write(socket_, request_,
-                    [self = shared_from_this()](const ErrorCode& problem, std::size_t) {
-                      if (self->hasEnded_) return;
-                      if (problem) return self->endBroken(TransportErrorCode::broken);
-                      self->read();
-                    });
-}
-
-void HttpExchange::read() {
-  parser_.emplace();
-  parser_->header_limit(largestHead);
-  parser_->body_limit(largestBody);
-  http::async_read(socket_, buffer_, *parser_,
-                   [self = shared_from_this()](const ErrorCode& problem, std::size_t) {
-                     if (self->hasEnded_) return;
-                     if (!problem) return self->endWithReply();
-                     self->endBroken(isUnreadable(problem) ? TransportErrorCode::unreadable
-                                                           : TransportErrorCode::broken);
-                   });
-}
-
-void HttpExchange::endBroken(TransportErrorCode code) {
-  const bool nothingCame = !parser_ || !parser_->got_some();
-  if (isKeptConnection_ && nothingCame && mayBeRepeated_ && code == TransportErrorCode::broken) {
-    isKeptConnection_ = false;
-    socket_ = KeptConnections::Socket(socket_.get_executor());
-    return resolve();
+  if (problem) {
+    if (co_await connect()) co_return end(failure(TransportErrorCode::unreachable));
+    problem = co_await writeAndRead();
   }
-  end({transportError(code), nullptr});
-}
-
-void HttpExchange::endWithReply() {
-  const auto& reply = parser_->get();
+  if (problem) co_return end(failureOf(problem));
+  const auto reply = parser_->release();
   // More than one reply to one request: whose the next one is, nobody knows.
-  if (parser_->keep_alive() && buffer_.size() == 0) {
-    kept_.keep(addressOf(url_), std::move(socket_));
-  }
+  if (reply.keep_alive() && buffer_.size() == 0) kept_.keep(addressOf(url_), std::move(socket_));
   end(replyOf(static_cast<int>(reply.result_int()), reply.body()));
 }
 
+asio::awaitable<HttpExchange::ErrorCode> HttpExchange::connect() {
+  ErrorCode problem;
+  socket_ = KeptConnections::Socket(socket_.get_executor());
+  tcp::resolver::results_type addresses;
+  if (const auto address = asio::ip::make_address_v4(url_.host, problem); !problem) {
+    // Needs no thread that resolves names.
+    const auto port = static_cast<std::uint16_t>(std::stoi(url_.port));
+    addresses = tcp::resolver::results_type::create(tcp::endpoint(address, port), "", "");
+  } else {
+    tcp::resolver resolver(socket_.get_executor());
+    addresses = co_await resolver.async_resolve(tcp::v4(), url_.host, url_.port, into(problem));
+  }
+  // Nobody may be waiting any more by now.
+  if (!problem && !completion_) problem = asio::error::operation_aborted;
+  if (!problem) co_await asio::async_connect(socket_, addresses, into(problem));
+  if (problem) co_return problem;
+  socket_.set_option(tcp::no_delay(true), problem);
+  socket_.non_blocking(true, problem);
+  co_return ErrorCode();
+}
+
+asio::awaitable<HttpExchange::ErrorCode> HttpExchange::writeAndRead() {
+  ErrorCode problem;
+  parser_.emplace();
+  parser_->header_limit(largestHead);
+  parser_->body_limit(largestBody);
+  co_await http::async_write(socket_, request_, into(problem));
+  if (!problem) co_await http::async_read(socket_, buffer_, *parser_, into(problem));
+  co_return problem;
+}
+
 void HttpExchange::end(ClientReply reply) {
-  if (std::exchange(hasEnded_, true)) return;
+  if (!completion_) return;
   timer_.cancel();
-  resolver_.cancel();
   ErrorCode ignored;
   socket_.close(ignored);
   wipe(request_.body());

@@ -1,6 +1,7 @@
 // One request and its reply, on Boost.Beast. Private to this folder.
 #pragma once
 
+#include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
@@ -14,7 +15,6 @@
 #include <vector>
 
 #include "Client/HttpLoop.h"
-#include "Sandbox/Errors/TransportError.h"
 
 namespace hlv::client {
 
@@ -49,19 +49,14 @@ class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
 
  private:
   using ErrorCode = boost::system::error_code;
-  using Resolver = boost::asio::ip::tcp::resolver;
   using StringBody = boost::beast::http::string_body;
 
   HttpExchange(boost::asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
                ClientRequest request, HttpLoop::Completion completion);
 
-  void startTimer(std::chrono::milliseconds timeout);
-  void resolve();
-  void connect(const Resolver::results_type& addresses);
-  void write();
-  void read();
-  void endBroken(sandbox::TransportErrorCode code);
-  void endWithReply();
+  boost::asio::awaitable<void> run();
+  boost::asio::awaitable<ErrorCode> connect();
+  boost::asio::awaitable<ErrorCode> writeAndRead();
   void end(ClientReply reply);
 
   KeptConnections& kept_;
@@ -70,12 +65,9 @@ class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
   const bool mayBeRepeated_;
   HttpLoop::Completion completion_;
   boost::asio::steady_timer timer_;
-  Resolver resolver_;
   KeptConnections::Socket socket_;
   boost::beast::flat_buffer buffer_;
   std::optional<boost::beast::http::response_parser<StringBody>> parser_;
-  bool isKeptConnection_ = false;
-  bool hasEnded_ = false;
 };
 
 }  // namespace hlv::client

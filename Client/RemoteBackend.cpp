@@ -21,23 +21,19 @@ using GuestResults = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
 using CardResults =
     std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
 
-ErrorPtr backendError(BackendErrorCode code, const std::string& sentence) {
-  return sandbox::SandboxError::make(sandbox::backendErrorDomain, code, sentence);
+[[noreturn]] void refuse(BackendErrorCode code, const std::string& sentence) {
+  throw sandbox::Refusal{sandbox::SandboxError::make(sandbox::backendErrorDomain, code, sentence)};
 }
 
 std::string guestPath(const NullableString& email) {
-  if (length(email) == 0) {
-    throw sandbox::Refusal{
-        backendError(BackendErrorCode::invalidRequest, "The request names no guest.")};
-  }
+  if (length(email) == 0) refuse(BackendErrorCode::invalidRequest, "The request names no guest.");
   return "/v1/guests/" + percentEncoded(*email);
 }
 
 std::string cardPath(const NullableString& email, const NullableString& card) {
   const auto guest = guestPath(email);
   if (length(card) == 0) {
-    throw sandbox::Refusal{
-        backendError(BackendErrorCode::unknownCard, "The guest has no card with this ID.")};
+    refuse(BackendErrorCode::unknownCard, "The guest has no card with this ID.");
   }
   return guest + "/cards/" + percentEncoded(*card);
 }
@@ -52,24 +48,17 @@ Json masked(Json json) {
 }
 
 Json bodyOf(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
-  if (!request) {
-    throw sandbox::Refusal{
-        backendError(BackendErrorCode::invalidRequest, "There is no request to add a card.")};
-  }
+  if (!request) refuse(BackendErrorCode::invalidRequest, "There is no request to add a card.");
   ErrorPtr problem;
   if (request->isValid(&problem)) return masked(jsonOf(Value(request->JSONRepresentation())));
-  throw sandbox::Refusal{problem ? problem
-                                 : backendError(BackendErrorCode::invalidRequest,
-                                                "The request to add a card is not valid.")};
+  if (problem) throw sandbox::Refusal{problem};
+  refuse(BackendErrorCode::invalidRequest, "The request to add a card is not valid.");
 }
 
 std::string useCaseOf(const Json& body) {
-  const auto card = body.find("credit_card");
-  if (card == body.end() || !card->is_object()) return "";
-  const auto useCase = card->find("use_case");
-  return useCase == card->end() || !useCase->is_string()
-             ? ""
-             : " use case " + useCase->get<std::string>();
+  const Json::json_pointer place("/credit_card/use_case");
+  if (!body.contains(place) || !body[place].is_string()) return "";
+  return " use case " + body[place].get<std::string>();
 }
 
 GuestResults guestResults(RemoteGuests& guests, const Json& body) {
@@ -106,10 +95,7 @@ void RemoteBackend::updateCurrentGuestWithRequest(
   const auto signedIn = send(local_->host()->currentGuest(), &HLVSDKGuest::email);
   service_.call(
       "updateCurrentGuestWithRequest", std::move(completion), inSession([token, signedIn] {
-        if (!signedIn) {
-          throw sandbox::Refusal{
-              backendError(BackendErrorCode::notSignedIn, "Nobody is signed in.")};
-        }
+        if (!signedIn) refuse(BackendErrorCode::notSignedIn, "Nobody is signed in.");
         return ClientRequest{"PATCH", guestPath(signedIn), {{"payment_token", orNull(token)}}};
       }),
       [guests = guests_](const Json& body) { return guestResults(*guests, body); });

@@ -19,9 +19,16 @@ class RemoteSession {
       : local_(std::move(local)), note_("session at " + backendURL) {}
 
   /// Missing when there is none; requests then go without.
-  NullableString token() const;
+  NullableString token() const {
+    auto token = local_->note(note_);
+    return length(token) > 0 ? token : std::nullopt;
+  }
   /// Returns the token that was kept before.
-  NullableString exchange(const NullableString& token);
+  NullableString exchange(const NullableString& token) {
+    auto before = this->token();
+    if (before != token) local_->setNote(note_, token.value_or(""));
+    return before;
+  }
 
  private:
   const std::shared_ptr<sandbox::Sandbox> local_;

@@ -7,12 +7,9 @@
 
 #include "Sandbox/JSON/Json.h"
 #include "Server/Api/ApiHandler.h"
-#include "Server/Api/BackendResources.h"
-#include "Server/Api/ControlResources.h"
 #include "Server/Api/OpenAPI.h"
-#include "Server/Api/ProviderResources.h"
 #include "Server/Api/Registry.h"
-#include "Server/Api/SandboxResources.h"
+#include "Server/Api/Resources.h"
 #include "Server/Console/App.h"
 #include "Server/Console/ConsoleResources.h"
 
@@ -57,26 +54,26 @@ struct Server::Parts {
       addControlRoutes(each->handler.routes(), *registry);
       auto& common = each->handler.commonRoutes();
       addSandboxRoutes(common, *registry);
-      common.add("GET", "v1/sandbox/openapi.json", replyingDocument(controlOpenAPI()));
-      common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(sandboxesOpenAPI()));
+      common.add("GET", "v1/sandbox/openapi.json", replyingDocument(openAPI("control")));
+      common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(openAPI("sandboxes")));
     }
-    backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(backendOpenAPI()));
-    provider.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(providerOpenAPI()));
+    backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(openAPI("backend")));
+    provider.handler.commonRoutes().add("GET", "openapi.json",
+                                        replyingDocument(openAPI("provider")));
   }
 
   ~Parts() {
     for (auto* each : {&backend, &provider, &console}) each->listener.reset();
     loops.stop();
-    writers->finish();
+    writers->join();
   }
 
-  /// Returns why the listeners cannot be opened, or an empty string.
-  std::string listen(const ListenOptions& listening) {
+  Result<PublicURLs> listen(const ListenOptions& listening) {
     const std::array<std::pair<const char*, Listening*>, 3> all{
         {{"backend", &backend}, {"provider", &provider}, {"console", &console}}};
     for (const auto& [name, each] : all) {
       auto opened = listenAgain(name, *each, listening);
-      if (!opened) return opened.problem();
+      if (!opened) return Result<PublicURLs>::failure(opened.problem());
       each->listener = std::move(*opened);
     }
     for (const auto& [name, each] : all) {
@@ -84,8 +81,7 @@ struct Server::Parts {
       if (registry->note(noteOf(name)) != port) registry->setNote(noteOf(name), port);
       if (each->url.empty()) each->url = "http://" + listening.address + ":" + port;
     }
-    registry->setURLs({backend.url, provider.url, console.url});
-    return "";
+    return PublicURLs{backend.url, provider.url, console.url};
   }
 
   /// At the port of the store's last server, so that whoever kept its URL finds it again.
@@ -121,8 +117,8 @@ Result<std::unique_ptr<Server>> Server::open(ServerOptions options) {
   // Before anything of the store is touched.
   for (const auto port : {options.backendPort, options.providerPort, options.consolePort}) {
     options.listening.port = port;
-    const auto problem = HttpListener::problemOf(options.listening);
-    if (!problem.empty()) return Opened::failure(problem);
+    const auto probed = HttpListener::probe(options.listening);
+    if (!probed) return Opened::failure(probed.problem());
   }
   const auto cores = std::max(1U, std::thread::hardware_concurrency());
   const auto writers = std::make_shared<Writers>(cores);
@@ -130,8 +126,9 @@ Result<std::unique_ptr<Server>> Server::open(ServerOptions options) {
   if (!registry) return Opened::failure(registry.problem());
   auto parts = std::make_unique<Parts>(writers, std::move(*registry), options,
                                        options.loops == 0 ? cores : options.loops);
-  const auto problem = parts->listen(options.listening);
-  if (!problem.empty()) return Opened::failure(problem);
+  auto urls = parts->listen(options.listening);
+  if (!urls) return Opened::failure(urls.problem());
+  parts->registry->setURLs(*std::move(urls));
   parts->maintain();
   return std::unique_ptr<Server>(new Server(std::move(parts)));
 }

@@ -17,7 +17,6 @@ add_library(HLVSDKPaylevenClient STATIC)
 add_library(HLVSDKPaylevenKit::Client ALIAS HLVSDKPaylevenClient)
 set_target_properties(HLVSDKPaylevenClient PROPERTIES EXPORT_NAME Client)
 target_sources(HLVSDKPaylevenClient PRIVATE
-  Client/ControlClient.cpp
   Client/HttpClient.cpp
   Client/HttpExchange.cpp
   Client/HttpLoop.cpp
@@ -25,10 +24,8 @@ target_sources(HLVSDKPaylevenClient PRIVATE
   Client/RemoteHost.cpp
   Client/RemoteProvider.cpp
   Client/RemoteService.cpp
-  Client/RemoteSession.cpp
   Client/RemoteTester.cpp
   Client/Sandboxes.cpp
-  Client/ServiceErrors.cpp
   Client/ServiceURL.cpp
   Client/TestSandbox.cpp)
 target_link_libraries(HLVSDKPaylevenClient

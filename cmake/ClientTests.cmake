@@ -7,5 +7,5 @@ hlv_add_tests(ClientTests
     Tests/Client/RemoteHostTests.cpp
     Tests/Client/SandboxesTests.cpp
     Tests/Client/TransportTests.cpp
-  LIBRARIES HLVSDKPaylevenClient hlv_records)
+  LIBRARIES HLVSDKPaylevenClient hlv_records hlv_beast)
 hlv_precompile(ClientTests <nlohmann/json.hpp>)

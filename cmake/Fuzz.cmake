@@ -34,4 +34,4 @@ hlv_add_fuzz_target(ServiceRequestFuzz RUNS 60
     Tests/Secrecy/CardDataSearch.cpp
     Tests/Server/RawClient.cpp
     Tests/Server/ServerTest.cpp
-  LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient)
+  LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient hlv_beast)

@@ -2,20 +2,13 @@
 # at once and kills do to it.
 set(server_tests ${PROJECT_SOURCE_DIR}/Tests/Server)
 set(in_node ${server_tests}/in-node.sh ${PROJECT_BINARY_DIR}/server-tests)
-set(openapi ${PROJECT_SOURCE_DIR}/Server/openapi)
-
-add_test(NAME Server.DocumentsFollowTheRecommendedRules
-  COMMAND ${in_node} openapi-lint.js
-          ${openapi}/backend.json ${openapi}/provider.json ${openapi}/control.json
-          ${openapi}/sandboxes.json)
-set_tests_properties(Server.DocumentsFollowTheRecommendedRules PROPERTIES
-  TIMEOUT 120 LABELS ServerTests)
 
 function(hlv_add_server_test name file)
   add_test(NAME Server.${name} COMMAND ${in_node} ${file})
   set_tests_properties(Server.${name} PROPERTIES TIMEOUT 300 LABELS ServerTests
     ENVIRONMENT "PAYLEVENKIT=$<TARGET_FILE:paylevenkit>")
 endfunction()
+hlv_add_server_test(DocumentsFollowTheRecommendedRules lint.test.js)
 hlv_add_server_test(EveryReplyMatchesTheDocuments drive.test.js)
 hlv_add_server_test(OddBytesAreAnsweredOrRefused oddities.test.js)
 hlv_add_server_test(RequestsOfManyClientsKeepApart clients.test.js)

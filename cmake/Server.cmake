@@ -3,11 +3,13 @@ find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 
 # The documents that describe the server become part of the library.
 set(openapi_dir ${PROJECT_SOURCE_DIR}/Server/openapi)
-foreach(document backend provider control sandboxes)
+set(HLV_OPENAPI_FILES "")
+foreach(document backend provider control sandboxes common)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${openapi_dir}/${document}.json)
   file(READ ${openapi_dir}/${document}.json content)
   # Indentation is for whoever reads the files.
-  string(REGEX REPLACE "\n +" "\n" HLV_OPENAPI_${document} "${content}")
+  string(REGEX REPLACE "\n +" "\n" content "${content}")
+  string(APPEND HLV_OPENAPI_FILES "    {\"${document}\", R\"openapi(${content})openapi\"},\n")
 endforeach()
 configure_file(Server/Api/OpenAPI.cpp.in ${PROJECT_BINARY_DIR}/Server/OpenAPI.cpp @ONLY)
 
@@ -41,12 +43,13 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/Har.cpp
   Server/Api/Idempotency.cpp
   Server/Api/ProviderResources.cpp
+  Server/Api/Registry+Describe.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxClock.cpp
   Server/Api/SandboxResources.cpp
+  Server/Api/Snapshots.cpp
   Server/Api/World.cpp
-  Server/Api/Writers.cpp
   Server/Console/App.cpp
   Server/Console/ConsoleRecords.cpp
   Server/Console/ConsoleResources.cpp

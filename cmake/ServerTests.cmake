@@ -4,7 +4,7 @@ hlv_add_tests(HttpTests
     Tests/Secrecy/ProcessMemory.cpp
     Tests/Server/HttpTests.cpp
     Tests/Server/RawClient.cpp
-  LIBRARIES hlv_http)
+  LIBRARIES hlv_http hlv_beast)
 hlv_add_tests(ServerTests
   SOURCES
     Tests/Sandbox/SandboxTest.cpp
@@ -19,5 +19,5 @@ hlv_add_tests(ServerTests
     Tests/Server/RequestLogTests.cpp
     Tests/Server/SecrecyTests.cpp
     Tests/Server/ServerTest.cpp
-  LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient SQLiteCpp)
+  LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient hlv_beast SQLiteCpp)
 hlv_precompile(ServerTests <nlohmann/json.hpp>)

@@ -1,5 +1,3 @@
-#include "Server/Api/BackendResources.h"
-
 #include <string_view>
 #include <utility>
 
@@ -8,6 +6,7 @@
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/Masking/MaskedText.h"
 #include "Server/Api/Callers.h"
+#include "Server/Api/Resources.h"
 
 namespace hlv::server {
 namespace {

@@ -1,5 +1,3 @@
-#include "Server/Api/ControlResources.h"
-
 #include <utility>
 
 #include "Sandbox/Backend/BackendTables.h"
@@ -17,6 +15,7 @@
 #include "Server/Api/Callers.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Har.h"
+#include "Server/Api/Resources.h"
 #include "Server/Api/SandboxClock.h"
 
 namespace hlv::server {
@@ -216,20 +215,13 @@ void addClockAndNetwork(ApiRoutes& routes) {
   });
 }
 
-RequestFilter filterIn(const HttpRequest& request) {
-  const auto number = [&](const char* name, std::int64_t otherwise, std::int64_t greatest) {
-    const auto text = request.queryValue(name);
-    if (!text) return otherwise;
-    const auto value = sandbox::numberOf(*text);
-    if (!value || *value < 0 || *value > greatest) {
-      throw HttpError(422, "wrong-type", std::string("'") + name + "' is no number of this kind.");
-    }
-    return *value;
-  };
-  constexpr std::int64_t mostAtOnce = 1'000;
-  return {number("after", 0, INT64_MAX), number("limit", 100, mostAtOnce),
-          request.queryValue("method"),  request.queryValue("status"),
-          request.queryValue("path"),    request.queryValue("fault")};
+RequestFilter filterIn(const HttpRequest& request, std::int64_t usualLimit = 100) {
+  return {numberIn(request, "after", 0, 0, INT64_MAX),
+          numberIn(request, "limit", usualLimit, 0, 1'000),
+          request.queryValue("method"),
+          request.queryValue("status"),
+          request.queryValue("path"),
+          request.queryValue("fault")};
 }
 
 /// Replies from the log with what is new in it written first.
@@ -293,48 +285,33 @@ void addRequests(ApiRoutes& routes) {
                  });
   });
   routes.add("GET", "v1/sandbox/har", [](const Exchange& exchange) {
-    auto filter = filterIn(exchange.request);
-    if (!exchange.request.queryValue("limit")) filter.limit = 1'000;
-    replyFromLog(exchange, [filter, host = exchange.request.host,
-                            id = exchange.world->id()](Database& database) {
-      return jsonReply(200, harOf(RequestLog::read(database, filter, id)["requests"], host));
-    });
+    replyFromLog(
+        exchange, [filter = filterIn(exchange.request, 1'000), host = exchange.request.host,
+                   id = exchange.world->id()](Database& database) {
+          return jsonReply(200, harOf(RequestLog::read(database, filter, id)["requests"], host));
+        });
   });
-}
-
-HttpReply describing(Registry& registry, const std::string& id) {
-  return jsonReply(200, sandbox::jsonOf(registry.describe(id)));
-}
-
-/// The sandbox is described when it is done, and otherwise the problem.
-World::Done descriptionWhenDone(Registry& registry, const Exchange& exchange) {
-  return [&registry, id = exchange.world->id(), requestID = exchange.request.id,
-          reply = exchange.reply](const std::exception_ptr& problem) {
-    if (problem) return reply(errorReply(problem, requestID));
-    registry.perform([&registry, id] { return describing(registry, id); }, requestID, reply);
-  };
 }
 
 void addWholeSandbox(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "v1/sandbox", [&registry](const Exchange& exchange) {
-    registry.perform([&registry, id = exchange.world->id()] { return describing(registry, id); },
-                     exchange.request.id, exchange.reply);
+    replyPerforming(exchange, registry, describing(registry, exchange.world->id()));
   });
   routes.add("POST", "v1/sandbox/reset", [&registry](const Exchange& exchange) {
-    exchange.world->write(sandbox::forgetEverything, descriptionWhenDone(registry, exchange));
+    exchange.world->write(sandbox::forgetEverything,
+                          replyWhenDone(exchange, describing(registry, exchange.world->id())));
   });
   routes.add("POST", "v1/sandbox/snapshots", [&registry](const Exchange& exchange) {
-    registry.perform(
-        [&registry, id = exchange.world->id()] {
-          return jsonReply(201, sandbox::jsonOf(registry.snapshot(id)));
-        },
-        exchange.request.id, exchange.reply);
+    replyPerforming(exchange, registry, [&registry, id = exchange.world->id()] {
+      return jsonReply(201, sandbox::jsonOf(registry.snapshot(id)));
+    });
   });
   routes.add("POST", "v1/sandbox/restore", [&registry](const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"snapshot"});
-    registry.restore(exchange.world->id(), sandbox::textIn(body, "snapshot").value_or(""),
-                     descriptionWhenDone(registry, exchange));
+    const auto& id = exchange.world->id();
+    registry.restore(id, sandbox::textIn(body, "snapshot").value_or(""),
+                     replyWhenDone(exchange, describing(registry, id)));
   });
 }
 

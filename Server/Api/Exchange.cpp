@@ -16,34 +16,26 @@ using sandbox::Fault;
 using sandbox::FaultKind;
 using sandbox::Json;
 
-TransportFault transportFaultOf(const Fault& fault) {
-  using Kind = TransportFault::Kind;
-  switch (fault.kind) {
-    case FaultKind::refused:
-      return {Kind::refused};
-    case FaultKind::reset:
-      return {Kind::reset};
-    case FaultKind::garbage:
-      return {Kind::garbage};
-    case FaultKind::never:
-      return {Kind::never};
-    case FaultKind::twice:
-      return {Kind::twice};
-    case FaultKind::cut:
-      return {Kind::cut, static_cast<std::size_t>(fault.bytes.value_or(0))};
-    case FaultKind::slow:
-      return {Kind::slow, 0, static_cast<std::size_t>(fault.bytesPerSecond.value_or(1))};
-    case FaultKind::stalled:
-      return {Kind::stalled};
-    default:
-      return {};
-  }
-}
+/// Of those kinds that the connection applies.
+constexpr std::pair<FaultKind, TransportFault::Kind> transportKinds[] = {
+    {FaultKind::refused, TransportFault::Kind::refused},
+    {FaultKind::reset, TransportFault::Kind::reset},
+    {FaultKind::garbage, TransportFault::Kind::garbage},
+    {FaultKind::never, TransportFault::Kind::never},
+    {FaultKind::twice, TransportFault::Kind::twice},
+    {FaultKind::cut, TransportFault::Kind::cut},
+    {FaultKind::slow, TransportFault::Kind::slow},
+    {FaultKind::stalled, TransportFault::Kind::stalled},
+};
 
 /// What the fault does to a reply, whether it is the first one or a kept one.
 void apply(const Fault& fault, HttpReply& reply) {
   reply.delay = std::chrono::milliseconds(fault.delayMilliseconds);
-  reply.fault = transportFaultOf(fault);
+  reply.fault.bytes = static_cast<std::size_t>(fault.bytes.value_or(0));
+  reply.fault.bytesPerSecond = static_cast<std::size_t>(fault.bytesPerSecond.value_or(1));
+  for (const auto& [kind, transportKind] : transportKinds) {
+    if (kind == fault.kind) reply.fault.kind = transportKind;
+  }
   if (fault.kind != FaultKind::error) return;
   if (fault.status) reply.status = static_cast<int>(*fault.status);
   reply.headers.insert(reply.headers.end(), fault.headers.begin(), fault.headers.end());
@@ -158,9 +150,24 @@ void replyWriting(const Exchange& exchange, Work work) {
   const auto made = std::make_shared<HttpReply>();
   exchange.world->write(
       [made, work = std::move(work)](Database& database) { *made = work(database); },
-      [made, id = exchange.request.id, reply = exchange.reply](const std::exception_ptr& problem) {
-        reply(problem ? errorReply(problem, id) : std::move(*made));
-      });
+      replyWhenDone(exchange, [made] { return std::move(*made); }));
+}
+
+void replyPerforming(const Exchange& exchange, Registry& registry,
+                     std::function<HttpReply()> work) {
+  registry.post([done = replyWhenDone(exchange, std::move(work))] { done(nullptr); });
+}
+
+World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work) {
+  return [work = std::move(work), id = exchange.request.id,
+          reply = exchange.reply](const std::exception_ptr& problem) {
+    try {
+      if (problem) std::rethrow_exception(problem);
+      reply(work());
+    } catch (...) {
+      reply(errorReply(std::current_exception(), id));
+    }
+  };
 }
 
 }  // namespace hlv::server

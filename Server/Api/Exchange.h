@@ -8,7 +8,7 @@
 
 #include "Sandbox/Calls/CallHandler.h"
 #include "Sandbox/JSON/Json.h"
-#include "Server/Api/World.h"
+#include "Server/Api/Registry.h"
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 #include "Server/Http/Routes.h"
@@ -66,5 +66,10 @@ void serveCall(const Exchange& exchange, const sandbox::CallHandler& service,
 using Work = std::function<HttpReply(sandbox::Database&)>;
 void replyReading(const Exchange& exchange, const Work& work);
 void replyWriting(const Exchange& exchange, Work work);
+/// The same on a writer's thread, for what is the registry's.
+void replyPerforming(const Exchange& exchange, Registry& registry, std::function<HttpReply()> work);
+/// Replies to a write that `replyWriting` does not make: with what `work` makes, or with the
+/// problem that there was.
+World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work);
 
 }  // namespace hlv::server

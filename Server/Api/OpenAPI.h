@@ -7,10 +7,8 @@
 
 namespace hlv::server {
 
-/// OpenAPI 3, from the files in `Server/openapi/`.
-std::string_view backendOpenAPI();
-std::string_view providerOpenAPI();
-std::string_view controlOpenAPI();
-std::string_view sandboxesOpenAPI();
+/// OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes", from the files in
+/// `Server/openapi/`: one document that refers to no other.
+std::string_view openAPI(std::string_view name);
 
 }  // namespace hlv::server

@@ -1,5 +1,3 @@
-#include "Server/Api/ProviderResources.h"
-
 #include <string_view>
 #include <utility>
 
@@ -10,6 +8,7 @@
 #include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Provider/Provider.h"
 #include "Server/Api/Callers.h"
+#include "Server/Api/Resources.h"
 
 namespace hlv::server {
 namespace {

@@ -3,19 +3,16 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <boost/asio/post.hpp>
 #include <filesystem>
 #include <iterator>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
-#include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Masking/MaskedText.h"
-#include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/KeptReplies.h"
-#include "Sandbox/Store/Settings.h"
-#include "Server/Api/ErrorReplies.h"
 #include "Server/Api/SandboxClock.h"
 #include "Server/Http/HttpError.h"
 
@@ -26,7 +23,6 @@ namespace fs = std::filesystem;
 using sandbox::Database;
 using sandbox::NewSandbox;
 using sandbox::SandboxDescription;
-using sandbox::SnapshotDescription;
 using sandbox::Store;
 using std::chrono::sys_seconds;
 
@@ -64,17 +60,17 @@ HttpError noSuchSandbox() {
   return HttpError(404, "no-such-sandbox", "There is no sandbox of this name.");
 }
 
-HttpError noSuchSnapshot() {
-  return HttpError(404, "no-such-snapshot", "There is no snapshot of this name.");
+std::shared_ptr<Store> openStore(const std::string& path) {
+  auto opened = Store::open(path);
+  if (!opened.store) throw HttpError(507, "store-failed", opened.problem);
+  return std::move(opened.store);
 }
 
-/// Does to a store what only a store of this sandbox allows.
-template <class Use>
-void useSnapshot(Use use) {
+void closeLogOf(World& world) {
   try {
-    use();
-  } catch (const sandbox::NoStore&) {
-    throw HttpError(409, "snapshot-version", "The snapshot was made by another version.");
+    world.closeLog();
+  } catch (const sandbox::StoreFailure&) {
+    // The log says so the next time.
   }
 }
 
@@ -93,7 +89,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
       store.store->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
     }
     const auto folder = storePath + ".sandboxes";
-    fs::create_directories(folder + "/snapshots");
+    fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
     auto registry = Store::open(folder + "/registry.sqlite");
     if (!registry.store) return Opened::failure(registry.problem);
@@ -116,17 +112,13 @@ Registry::Registry(std::string storePath, std::unique_ptr<sandbox::StoreLock> lo
       folder_(storePath_ + ".sandboxes"),
       lock_(std::move(lock)),
       registry_(std::move(registry)),
+      snapshots_(folder_ + "/snapshots", registry_),
       writers_(std::move(writers)),
       mostOpen_(mostOpenSandboxes()) {}
 
 Registry::~Registry() {
   for (auto& [id, entry] : entries_) {
-    if (!entry.world) continue;
-    try {
-      entry.world->closeLog();
-    } catch (const sandbox::StoreFailure&) {
-      // The log says so the next time.
-    }
+    if (entry.world) closeLogOf(*entry.world);
   }
 }
 
@@ -153,15 +145,31 @@ void Registry::setURLs(PublicURLs urls) {
   urls_ = std::move(urls);
 }
 
-std::shared_ptr<World> Registry::world(const std::string& id) {
-  const std::lock_guard lock(mutex_);
+Registry::Entry& Registry::entryOf(const std::string& id) {
   const auto found = entries_.find(id);
   if (found == entries_.end()) throw noSuchSandbox();
-  auto& entry = found->second;
+  return found->second;
+}
+
+// What is open.
+
+std::shared_ptr<World> Registry::world(const std::string& id) {
+  const std::lock_guard lock(mutex_);
+  auto& entry = entryOf(id);
   if (entry.expires && *entry.expires <= currentSecond()) throw noSuchSandbox();
-  auto world = entry.world ? entry.world : opened(id, entry);
-  use(id, entry);
-  return world;
+  if (!entry.world) {
+    entry.world = entry.closing.lock();
+    if (!entry.world) {
+      entry.world = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
+    }
+    entry.world->openLog();
+    keepOpen(id, entry);
+  }
+  if (!entry.isInMemory && id != defaultID) {
+    entry.lastUse = std::chrono::steady_clock::now();
+    used_.splice(used_.begin(), used_, entry.place);
+  }
+  return entry.world;
 }
 
 std::shared_ptr<World> Registry::openWorld(const std::string& id) {
@@ -170,34 +178,17 @@ std::shared_ptr<World> Registry::openWorld(const std::string& id) {
   return found == entries_.end() ? nullptr : found->second.world;
 }
 
-std::shared_ptr<World> Registry::opened(const std::string& id, Entry& entry) {
-  if (auto closing = entry.closing.lock()) {
-    entry.world = std::move(closing);
-  } else {
-    auto store = Store::open(storePathOf(id));
-    if (!store.store) throw HttpError(507, "store-failed", store.problem);
-    entry.world = std::make_shared<World>(id, std::move(store.store), writers_);
-  }
-  entry.world->openLog();
+/// Closes others where too many are open.
+void Registry::keepOpen(const std::string& id, Entry& entry) {
   used_.push_front(id);
   entry.place = used_.begin();
-  closeLeastUsed();
-  return entry.world;
-}
-
-void Registry::use(const std::string& id, Entry& entry) {
-  if (entry.isInMemory || id == defaultID) return;
   entry.lastUse = std::chrono::steady_clock::now();
-  used_.splice(used_.begin(), used_, entry.place);
-}
-
-void Registry::closeLeastUsed() {
   auto place = used_.end();
   for (auto open = used_.size(); open > mostOpen_ && place != used_.begin(); --open) {
-    auto& entry = entries_.at(*--place);
+    auto& least = entries_.at(*--place);
     // The last one is in use by whoever opened it.
-    if (entry.world.use_count() > 1 || place == used_.begin()) continue;
-    close(entry);
+    if (least.world.use_count() > 1 || place == used_.begin()) continue;
+    close(least);
     place = used_.erase(place);
   }
 }
@@ -205,14 +196,7 @@ void Registry::closeLeastUsed() {
 /// Its place among those that are open is the caller's to erase.
 void Registry::close(Entry& entry) {
   entry.closing = entry.world;
-  writers_->post([world = std::move(entry.world)] {
-    try {
-      world->closeLog();
-    } catch (const sandbox::StoreFailure&) {
-      // The log says so the next time.
-    }
-  });
-  entry.world = nullptr;
+  post([world = std::exchange(entry.world, nullptr)] { closeLogOf(*world); });
 }
 
 std::string Registry::pathOf(const World& world) const {
@@ -221,19 +205,75 @@ std::string Registry::pathOf(const World& world) const {
   return found == entries_.end() || found->second.isInMemory ? "" : storePathOf(world.id());
 }
 
-void Registry::perform(std::function<HttpReply()> work, const std::string& requestID,
-                       const Reply& reply) {
-  writers_->post([work = std::move(work), requestID, reply] {
+void Registry::post(std::function<void()> task) { boost::asio::post(*writers_, std::move(task)); }
+
+void Registry::runMaintenance() {
+  const std::lock_guard lock(mutex_);
+  const auto idleSince = std::chrono::steady_clock::now() - idleTime;
+  for (auto& [id, entry] : entries_) {
+    if (entry.expires && *entry.expires <= currentSecond()) removeSoon(id);
+    if (entry.world) entry.world->flushLog();
+  }
+  while (!used_.empty()) {
+    auto& entry = entries_.at(used_.back());
+    if (entry.lastUse > idleSince || entry.world.use_count() > 1) break;
+    used_.pop_back();
+    close(entry);
+  }
+}
+
+void Registry::removeSoon(const std::string& id) {
+  post([this, id] {
     try {
-      reply(work());
-    } catch (...) {
-      reply(errorReply(std::current_exception(), requestID));
+      remove(id);
+    } catch (const std::exception&) {
+      // Somebody was faster, or it is tried again at the next start.
     }
   });
 }
 
-std::string Registry::reserveID(const NewSandbox& wanted) {
+// Making and removing.
+
+SandboxDescription Registry::create(const NewSandbox& wanted) {
+  if (wanted.snapshot) snapshots_.pathOf(*wanted.snapshot);
   const auto id = wanted.id.value_or("sbx_" + sandbox::randomLetters(20));
+  const auto reserved = reserveNew(id, wanted);
+  Entry entry{currentSecond(), std::nullopt, wanted.isInMemory};
+  std::optional<std::int64_t> expires;
+  if (wanted.secondsToLive) {
+    entry.expires = entry.created + std::chrono::seconds(*wanted.secondsToLive);
+    expires = entry.expires->time_since_epoch().count();
+  }
+  try {
+    entry.world = std::make_shared<World>(id, makeStore(id, wanted), writers_);
+    entry.world->openLog();
+    if (!wanted.isInMemory) {
+      registry_->write([&](Database& database) {
+        database.run("INSERT INTO sandboxes (id, created, expires) VALUES (?, ?, ?)", id,
+                     std::int64_t{entry.created.time_since_epoch().count()}, expires);
+      });
+    }
+  } catch (...) {
+    removeFiles(id);
+    throw;
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    auto& kept = entries_[id] = std::move(entry);
+    if (!wanted.isInMemory) keepOpen(id, kept);
+  }
+  return describe(id);
+}
+
+std::shared_ptr<void> Registry::reserve(const std::string& id) {
+  if (!reserved_.insert(id).second) return nullptr;
+  return {this, [id](Registry* self) {
+            const std::lock_guard lock(self->mutex_);
+            self->reserved_.erase(id);
+          }};
+}
+
+std::shared_ptr<void> Registry::reserveNew(const std::string& id, const NewSandbox& wanted) {
   if (!isID(id)) {
     throw HttpError(422, "invalid-id",
                     "A sandbox is named by small letters, digits, '-' and '_', 63 at most.");
@@ -249,19 +289,15 @@ std::string Registry::reserveID(const NewSandbox& wanted) {
       (wanted.isInMemory && inMemory >= mostInMemory)) {
     throw HttpError(507, "too-many-sandboxes", "There are too many sandboxes; delete some first.");
   }
-  if (entries_.contains(id) || !reserved_.insert(id).second) {
-    throw HttpError(409, "sandbox-exists", "There is a sandbox of this name.");
-  }
-  return id;
+  auto reserved = entries_.contains(id) ? nullptr : reserve(id);
+  if (!reserved) throw HttpError(409, "sandbox-exists", "There is a sandbox of this name.");
+  return reserved;
 }
 
 std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandbox& wanted) const {
   // In memory first, so that the disk is waited for once.
   auto draft = Store::openInMemory();
-  if (wanted.snapshot) {
-    const auto path = folder_ + "/snapshots/" + *wanted.snapshot + ".sqlite";
-    useSnapshot([&] { draft->replaceBy(path); });
-  }
+  if (wanted.snapshot) draft->replaceBy(snapshots_.pathOf(*wanted.snapshot));
   draft->write([&](Database& database) {
     RequestLog::clear(database);
     sandbox::keptRepliesSalt(database);
@@ -270,84 +306,24 @@ std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandb
   });
   if (wanted.isInMemory) return draft;
   draft->copyTo(storePathOf(id));
-  auto opened = Store::open(storePathOf(id));
-  if (!opened.store) throw HttpError(507, "store-failed", opened.problem);
-  return std::move(opened.store);
-}
-
-SandboxDescription Registry::create(const NewSandbox& wanted) {
-  if (wanted.snapshot) snapshotPath(*wanted.snapshot);
-  const auto id = reserveID(wanted);
-  try {
-    auto store = makeStore(id, wanted);
-    Entry entry{currentSecond(), std::nullopt, wanted.isInMemory};
-    if (wanted.secondsToLive) {
-      entry.expires = entry.created + std::chrono::seconds(*wanted.secondsToLive);
-    }
-    entry.world = std::make_shared<World>(id, std::move(store), writers_);
-    entry.world->openLog();
-    if (!wanted.isInMemory) {
-      const auto expires =
-          entry.expires ? std::optional<std::int64_t>(entry.expires->time_since_epoch().count())
-                        : std::nullopt;
-      registry_->write([&](Database& database) {
-        database.run("INSERT INTO sandboxes (id, created, expires) VALUES (?, ?, ?)", id,
-                     std::int64_t{entry.created.time_since_epoch().count()}, expires);
-      });
-    }
-    const auto made = entry;
-    {
-      const std::lock_guard lock(mutex_);
-      reserved_.erase(id);
-      auto& kept = entries_[id] = std::move(entry);
-      if (!wanted.isInMemory) {
-        used_.push_front(id);
-        kept.place = used_.begin();
-        use(id, kept);
-        closeLeastUsed();
-      }
-    }
-    return description(*made.world, made);
-  } catch (...) {
-    const std::lock_guard lock(mutex_);
-    reserved_.erase(id);
-    if (!entries_.contains(id)) removeFiles(id);
-    throw;
-  }
+  return openStore(storePathOf(id));
 }
 
 void Registry::remove(const std::string& id) {
   if (id == defaultID) {
     throw HttpError(409, "default-sandbox", "The default sandbox can be reset, not deleted.");
   }
-  {
-    // Nobody makes another one of this name until all of this one has gone.
-    const std::lock_guard lock(mutex_);
-    if (!entries_.contains(id) || !reserved_.insert(id).second) throw noSuchSandbox();
-  }
-  try {
-    registry_->write(
-        [&](Database& database) { database.run("DELETE FROM sandboxes WHERE id = ?", id); });
-    forget(id);
-    removeFiles(id);
-  } catch (...) {
-    const std::lock_guard lock(mutex_);
-    reserved_.erase(id);
-    throw;
-  }
-  const std::lock_guard lock(mutex_);
-  reserved_.erase(id);
-}
-
-void Registry::forget(const std::string& id) {
-  // Is freed after the lock.
-  std::shared_ptr<World> world;
-  const std::lock_guard lock(mutex_);
-  const auto found = entries_.find(id);
-  auto& entry = found->second;
-  world = std::move(entry.world);
-  if (world && !entry.isInMemory) used_.erase(entry.place);
-  entries_.erase(found);
+  std::unique_lock lock(mutex_);
+  const auto reserved = entries_.contains(id) ? reserve(id) : nullptr;
+  lock.unlock();
+  if (!reserved) throw noSuchSandbox();
+  registry_->write(
+      [&](Database& database) { database.run("DELETE FROM sandboxes WHERE id = ?", id); });
+  lock.lock();
+  const auto entry = std::move(entries_.extract(id).mapped());
+  if (entry.world && !entry.isInMemory) used_.erase(entry.place);
+  lock.unlock();
+  removeFiles(id);
 }
 
 void Registry::removeFiles(const std::string& id) const {
@@ -360,151 +336,6 @@ void Registry::removeFiles(const std::string& id) const {
 
 std::string Registry::storePathOf(const std::string& id) const {
   return id == defaultID ? storePath_ : folder_ + "/" + id + ".sqlite";
-}
-
-std::vector<SandboxDescription> Registry::list(const std::string& after, std::size_t limit) {
-  std::vector<std::string> ids;
-  {
-    const std::lock_guard lock(mutex_);
-    for (auto place = entries_.upper_bound(after); place != entries_.end() && ids.size() < limit;
-         ++place) {
-      ids.push_back(place->first);
-    }
-  }
-  std::vector<SandboxDescription> descriptions;
-  for (const auto& id : ids) {
-    try {
-      descriptions.push_back(describe(id));
-    } catch (const HttpError& error) {
-      if (error.status != 404) throw;  // It was deleted meanwhile.
-    }
-  }
-  return descriptions;
-}
-
-SandboxDescription Registry::describe(const std::string& id) {
-  const auto open = world(id);
-  const auto entry = [&] {
-    const std::lock_guard lock(mutex_);
-    const auto found = entries_.find(id);
-    if (found == entries_.end()) throw noSuchSandbox();
-    return found->second;
-  }();
-  return description(*open, entry);
-}
-
-SandboxDescription Registry::description(World& world, const Entry& entry) const {
-  SandboxDescription description;
-  description.id = world.id();
-  world.store().read([&](Database& database) {
-    description.seed = sandbox::seedOf(database);
-    description.clock = sandbox::timeText(sandbox::sandboxTime(database));
-    description.isNetworkOn = isReachable(sandbox::readNetworkState(database));
-    description.guests = database.integer("SELECT count(*) FROM backend_guests");
-  });
-  description.isInMemory = entry.isInMemory;
-  description.created = sandbox::timeText(entry.created);
-  if (entry.expires) description.expires = sandbox::timeText(*entry.expires);
-  const std::lock_guard lock(mutex_);
-  const auto below = world.id() == defaultID ? "" : "/sandboxes/" + world.id();
-  description.backendURL = urls_.backend + below;
-  description.providerURL = urls_.provider + below;
-  description.controlURL = urls_.provider + below + "/v1/sandbox";
-  description.consoleURL = urls_.console + below;
-  return description;
-}
-
-SnapshotDescription Registry::snapshot(const std::string& id) {
-  const auto source = world(id);
-  const auto created = currentSecond();
-  SnapshotDescription made{"snp_" + sandbox::randomLetters(20), sandbox::timeText(created), id};
-  const auto path = folder_ + "/snapshots/" + made.id + ".sqlite";
-  source->store().copyTo(path);
-  try {
-    registry_->write([&](Database& database) {
-      database.run("INSERT INTO snapshots (id, created, sandbox) VALUES (?, ?, ?)", made.id,
-                   std::int64_t{created.time_since_epoch().count()}, id);
-    });
-  } catch (const sandbox::StoreFailure&) {
-    fs::remove(path);
-    throw;
-  }
-  return made;
-}
-
-std::string Registry::snapshotPath(const std::string& snapshot) {
-  const bool isKnown = registry_->read([&](Database& database) {
-    return database.query("SELECT 1 FROM snapshots WHERE id = ?", snapshot).next();
-  });
-  if (!isKnown) throw noSuchSnapshot();
-  return folder_ + "/snapshots/" + snapshot + ".sqlite";
-}
-
-void Registry::restore(const std::string& id, const std::string& snapshot, World::Done then) {
-  const auto target = world(id);
-  const auto path = snapshotPath(snapshot);
-  target->runAlone([target = target.get(), path] { useSnapshot([&] { target->restore(path); }); },
-                   std::move(then));
-}
-
-std::vector<SnapshotDescription> Registry::snapshots() {
-  return registry_->read([](Database& database) {
-    std::vector<SnapshotDescription> all;
-    auto row = database.query("SELECT id, created, sandbox FROM snapshots ORDER BY created, id");
-    while (row.next()) {
-      all.push_back({row.text(0), sandbox::timeText(timeOf(row.integer(1))), row.text(2)});
-    }
-    return all;
-  });
-}
-
-void Registry::removeSnapshot(const std::string& snapshot) {
-  const auto path = snapshotPath(snapshot);
-  registry_->write(
-      [&](Database& database) { database.run("DELETE FROM snapshots WHERE id = ?", snapshot); });
-  fs::remove(path);
-}
-
-std::optional<std::string> Registry::note(const std::string& name) {
-  return registry_->read([&](Database& database) { return sandbox::readSetting(database, name); });
-}
-
-void Registry::setNote(const std::string& name, const std::string& text) {
-  registry_->write([&](Database& database) { sandbox::writeSetting(database, name, text); });
-}
-
-void Registry::runMaintenance() {
-  removeExpired();
-  const std::lock_guard lock(mutex_);
-  const auto idleSince = std::chrono::steady_clock::now() - idleTime;
-  for (auto& [id, entry] : entries_) {
-    if (entry.world) entry.world->flushLog();
-  }
-  while (!used_.empty()) {
-    auto& entry = entries_.at(used_.back());
-    if (entry.lastUse > idleSince || entry.world.use_count() > 1) break;
-    used_.pop_back();
-    close(entry);
-  }
-}
-
-void Registry::removeExpired() {
-  std::vector<std::string> expired;
-  {
-    const std::lock_guard lock(mutex_);
-    for (const auto& [id, entry] : entries_) {
-      if (entry.expires && *entry.expires <= currentSecond()) expired.push_back(id);
-    }
-  }
-  for (const auto& id : expired) {
-    writers_->post([this, id] {
-      try {
-        remove(id);
-      } catch (const std::exception&) {
-        // Somebody was faster, or it is tried again at the next start.
-      }
-    });
-  }
 }
 
 }  // namespace hlv::server

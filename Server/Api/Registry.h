@@ -15,6 +15,7 @@
 
 #include "Sandbox/Records/SandboxDescription.h"
 #include "Sandbox/Store/StoreLock.h"
+#include "Server/Api/Snapshots.h"
 #include "Server/Api/World.h"
 #include "Server/Http/HttpMessages.h"
 #include "Values/Result.h"
@@ -56,8 +57,8 @@ class Registry {
   /// Where its files are; empty for one in memory.
   std::string pathOf(const World& world) const;
 
-  /// Runs `work` on a writer's thread and replies with what it makes, or with the error it throws.
-  void perform(std::function<HttpReply()> work, const std::string& requestID, const Reply& reply);
+  /// Runs `task` on a writer's thread.
+  void post(std::function<void()> task);
 
   // These wait for the disk.
 
@@ -69,8 +70,7 @@ class Registry {
   sandbox::SnapshotDescription snapshot(const std::string& id);
   /// `then` is called on a writer's thread.
   void restore(const std::string& id, const std::string& snapshot, World::Done then);
-  std::vector<sandbox::SnapshotDescription> snapshots();
-  void removeSnapshot(const std::string& snapshot);
+  const Snapshots& snapshots() const { return snapshots_; }
 
   /// A text of the server's own that outlives it; missing for none.
   std::optional<std::string> note(const std::string& name);
@@ -96,24 +96,25 @@ class Registry {
            std::shared_ptr<sandbox::Store> registry, std::shared_ptr<Writers> writers);
 
   void readEntries();
-  std::shared_ptr<World> opened(const std::string& id, Entry& entry);
-  void use(const std::string& id, Entry& entry);
-  void closeLeastUsed();
+  /// With the lock. Throws 404.
+  Entry& entryOf(const std::string& id);
+  void keepOpen(const std::string& id, Entry& entry);
   void close(Entry& entry);
-  void removeExpired();
+  void removeSoon(const std::string& id);
+  /// Nobody else makes or removes one of this name until what is returned goes; null where somebody
+  /// does. With the lock.
+  std::shared_ptr<void> reserve(const std::string& id);
+  std::shared_ptr<void> reserveNew(const std::string& id, const sandbox::NewSandbox& wanted);
   std::shared_ptr<sandbox::Store> makeStore(const std::string& id,
                                             const sandbox::NewSandbox& wanted) const;
-  std::string reserveID(const sandbox::NewSandbox& wanted);
-  void forget(const std::string& id);
   void removeFiles(const std::string& id) const;
   std::string storePathOf(const std::string& id) const;
-  std::string snapshotPath(const std::string& snapshot);
-  sandbox::SandboxDescription description(World& world, const Entry& entry) const;
 
   const std::string storePath_;
   const std::string folder_;
   const std::unique_ptr<sandbox::StoreLock> lock_;
   const std::shared_ptr<sandbox::Store> registry_;
+  const Snapshots snapshots_;
   const std::shared_ptr<Writers> writers_;
   const std::size_t mostOpen_;
   mutable std::mutex mutex_;

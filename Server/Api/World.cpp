@@ -1,5 +1,6 @@
 #include "Server/Api/World.h"
 
+#include <boost/asio/post.hpp>
 #include <utility>
 #include <vector>
 
@@ -50,7 +51,7 @@ void World::submit(Task task) {
     tasks_.push_back(std::move(task));
     if (std::exchange(isDraining_, true)) return;
   }
-  writers_->post([self = shared_from_this()] { self->drain(); });
+  boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
 }
 
 void World::drain() {
@@ -85,7 +86,7 @@ void World::drain() {
     if (!isDraining_) return;
   }
   // After other worlds' turns.
-  writers_->post([self = shared_from_this()] { self->drain(); });
+  boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
 }
 
 void World::writeTogether(std::deque<Task> tasks) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <boost/asio/thread_pool.hpp>
 #include <deque>
 #include <exception>
 #include <functional>
@@ -11,9 +12,11 @@
 
 #include "Sandbox/Store/Store.h"
 #include "Server/Api/RequestLog.h"
-#include "Server/Api/Writers.h"
 
 namespace hlv::server {
+
+/// The threads that write: a commit waits for the disk, and nobody else with it.
+using Writers = boost::asio::thread_pool;
 
 /// Writes that come together share a commit, and with it what is new in the request log.
 ///

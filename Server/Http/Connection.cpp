@@ -1,8 +1,10 @@
 #include "Server/Http/Connection.h"
 
 #include <algorithm>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/redirect_error.hpp>
 #include <boost/asio/write.hpp>
-#include <boost/beast/core/bind_handler.hpp>
 #include <boost/beast/http/read.hpp>
 #include <utility>
 
@@ -19,11 +21,15 @@ using namespace std::chrono_literals;
 constexpr std::size_t firstRead = 2048;
 constexpr auto farewell = 1'000ms;
 constexpr auto lastReplies = 500ms;
-constexpr std::size_t slowPiecesPerSecond = 20;
 constexpr auto eventPause = 50ms;
 /// How many times in a row a stream may have nothing new before an empty line shows both
 /// sides that the other is there.
 constexpr int mostSilence = 100;
+
+/// Completes the operation with its error in `error`.
+auto into(beast::error_code& error) {
+  return asio::redirect_error(asio::use_awaitable_t<LoopExecutor>(), error);
+}
 
 bool isOfTransport(const beast::error_code& error) {
   return error.category() != http::make_error_code(http::error::bad_method).category() ||
@@ -31,35 +37,6 @@ bool isOfTransport(const beast::error_code& error) {
 }
 
 }  // namespace
-
-/// The way back to a request, which keeps nothing of its connection.
-///
-/// Threading: any.
-class Connection::ReplyOnce {
- public:
-  ReplyOnce(std::weak_ptr<Connection> connection, std::uint64_t number,
-            std::shared_ptr<LoopEntry> loop)
-      : connection_(std::move(connection)), number_(number), loop_(std::move(loop)) {}
-
-  void take(HttpReply reply) {
-    if (isUsed_.exchange(true)) return;
-    if (loop_->isThisThread()) {
-      const auto connection = connection_.lock();
-      if (connection && connection->isHandling_) {
-        return connection->takeReply(number_, std::move(reply));
-      }
-    }
-    loop_->post([connection = connection_, number = number_, reply = std::move(reply)]() mutable {
-      if (const auto self = connection.lock()) self->takeReply(number, std::move(reply));
-    });
-  }
-
- private:
-  const std::weak_ptr<Connection> connection_;
-  const std::uint64_t number_;
-  const std::shared_ptr<LoopEntry> loop_;
-  std::atomic<bool> isUsed_{false};
-};
 
 Connection::Connection(Socket socket, EventLoop& loop,
                        const std::shared_ptr<ListenerState>& listener)
@@ -77,114 +54,113 @@ Connection::~Connection() {
   listener_->connections[loop_.index()].erase(this);
 }
 
-template <class Method>
-auto Connection::bound(Method method) {
-  return beast::bind_front_handler(method, shared_from_this());
-}
-
 void Connection::start() {
   listener_->connections[loop_.index()].insert(this);
   ErrorCode error;
   stream_.socket().non_blocking(true, error);
   stream_.socket().set_option(asio::ip::tcp::no_delay(true), error);
   const auto client = stream_.socket().remote_endpoint(error);
-  if (error) return close();
+  if (error) return;
   caller_ = client.address().to_string() + ":" + std::to_string(client.port());
-  readRequest();
+  asio::co_spawn(
+      loop_.context().get_executor(), [self = shared_from_this()] { return self->serve(); },
+      asio::detached);
 }
 
 void Connection::shutDown() {
-  if (state_ == State::closed) return;
-  if (state_ == State::reading || state_ == State::held) return close();
-  setTimer(Clock::now() + lastReplies, &Connection::close);
+  if (!isWriting_) return close();
+  timer_.expires_after(lastReplies);
+  timer_.async_wait([self = shared_from_this()](const ErrorCode& error) {
+    if (!error) self->close();
+  });
+}
+
+void Connection::close() {
+  timer_.cancel();
+  stream_.close();
+}
+
+Connection::Task<void> Connection::serve() {
+  while (co_await readRequest() && co_await awaitReply() && co_await sendReply()) {
+    // Others of this loop go first.
+    if (input_.size() > 0) {
+      co_await asio::post(loop_.context(), asio::use_awaitable_t<LoopExecutor>());
+    }
+  }
+  close();
+  finish(0);
 }
 
 // Requests.
 
-void Connection::readRequest() {
-  state_ = State::reading;
-  if (listener_->isClosing) return close();
-  if (input_.size() > 0) return parseHead();
-  stream_.expires_after(limits_.idleTime);
-  stream_.async_read_some(input_.prepare(firstRead), bound(&Connection::onRead));
-}
-
-void Connection::onRead(ErrorCode error, std::size_t bytes) {
-  if (error || state_ != State::reading) return close();
-  input_.commit(bytes);
-  parseHead();
-}
-
-void Connection::parseHead() {
-  if (state_ != State::reading) return;
+/// Sets the request, or the reply that rejects it.
+Connection::Task<bool> Connection::readRequest() {
+  ErrorCode error;
+  if (listener_->isClosing || !isOpen()) co_return false;
+  if (input_.size() == 0) {
+    stream_.expires_after(limits_.idleTime);
+    input_.commit(co_await stream_.async_read_some(input_.prepare(firstRead), into(error)));
+    if (error || !isOpen()) co_return false;
+  }
   receivedAt_ = Clock::now();
   frame_ = {};
   replyBytes_ = 0;
   parser_.emplace();
   parser_->header_limit(limits_.headBytes);
   parser_->body_limit(limits_.bodyBytes);
-  ErrorCode error;
-  const auto used = parser_->put(input_.data(), error);
-  input_.consume(used);
-  requestBytes_ = used;
-  if (error != http::error::need_more) return onHead(error, 0);
-  stream_.expires_after(limits_.headTime);
-  http::async_read_header(stream_, input_, *parser_, bound(&Connection::onHead));
-}
-
-void Connection::onHead(ErrorCode error, std::size_t bytes) {
-  if (state_ != State::reading || (error && isOfTransport(error))) return close();
-  requestBytes_ += bytes;
+  requestBytes_ = parser_->put(input_.data(), error);
+  input_.consume(requestBytes_);
+  if (error == http::error::need_more) {
+    stream_.expires_after(limits_.headTime);
+    requestBytes_ += co_await http::async_read_header(stream_, input_, *parser_, into(error));
+  }
+  if (!isOpen() || (error && isOfTransport(error))) co_return false;
   request_.emplace();
   request_->id = makeRequestID();
   request_->caller = caller_;
   request_->receivedAt = std::chrono::system_clock::now();
   describe(parser_->get(), *request_);
-  if (error) return rejectUnreadable(error);
+  if (error) co_return rejectUnreadable(error);
   frame_ = {parser_->get().version(), request_->isHead, parser_->keep_alive()};
   try {
     readHead(parser_->get(), listener_->options, *request_);
   } catch (const HttpError& rejection) {
-    return reject(rejection, frame_.keepsConnection && parser_->is_done());
+    co_return reject(rejection, frame_.keepsConnection && parser_->is_done());
   }
-  readBody();
+  if (!parser_->is_done() && !co_await readBody()) co_return false;
+  if (!reply_) handleRequest();
+  co_return true;
 }
 
-void Connection::readBody() {
-  if (parser_->is_done()) return handleRequest();
+Connection::Task<bool> Connection::readBody() {
+  ErrorCode error;
   parser_->eager(true);
   if (input_.size() == 0 && parser_->get().count(http::field::expect) > 0) {
     const auto leave = serializedContinue();
-    ErrorCode error;
     // It is the first thing that is written, or the client does not read.
-    if (stream_.socket().write_some(asio::buffer(leave), error) != leave.size()) return close();
+    if (stream_.socket().write_some(asio::buffer(leave), error) != leave.size()) co_return false;
   }
   stream_.expires_after(limits_.bodyTime);
-  http::async_read(stream_, input_, *parser_, bound(&Connection::onBody));
+  requestBytes_ += co_await http::async_read(stream_, input_, *parser_, into(error));
+  if (!isOpen() || (error && isOfTransport(error))) co_return false;
+  co_return !error || rejectUnreadable(error);
 }
 
-void Connection::onBody(ErrorCode error, std::size_t bytes) {
-  requestBytes_ += bytes;
-  if (state_ != State::reading || (error && isOfTransport(error))) return close();
-  if (error) return rejectUnreadable(error);
-  handleRequest();
-}
-
-void Connection::rejectUnreadable(ErrorCode error) {
+bool Connection::rejectUnreadable(ErrorCode error) {
   if (error == http::error::body_limit) {
     return reject({413, "too-large", "The body is too large."}, false);
   }
   if (error == http::error::header_limit || error == http::error::buffer_overflow) {
     return reject({431, "head-too-large", "The head of the request is too large."}, false);
   }
-  reject({400, "malformed-request", "The request cannot be read."}, false);
+  return reject({400, "malformed-request", "The request cannot be read."}, false);
 }
 
-void Connection::reject(const HttpError& error, bool keepsConnection) {
+bool Connection::reject(const HttpError& error, bool keepsConnection) {
   forgetInput();
   frame_.keepsConnection = keepsConnection;
   reply_ = errorReply(error, request_->id);
-  sendReply();
+  return true;
 }
 
 void Connection::forgetInput() {
@@ -197,178 +173,115 @@ void Connection::forgetInput() {
 void Connection::handleRequest() {
   request_->body = std::move(parser_->get().body());
   forgetInput();
-  state_ = State::held;
-  reply_.reset();
-  const auto once = std::make_shared<ReplyOnce>(weak_from_this(), ++requestNumber_, loop_.entry());
-  isHandling_ = true;
+  ++requestNumber_;
+  isHandling_ = isAwaitingReply_ = true;
+  const auto reply = replyTo(requestNumber_);
   try {
-    listener_->handler.handle(*request_, [once](HttpReply reply) { once->take(std::move(reply)); });
+    listener_->handler.handle(*request_, reply);
   } catch (const HttpError& error) {
-    once->take(errorReply(error, request_->id));
+    reply(errorReply(error, request_->id));
   } catch (const std::exception&) {
-    once->take(errorReply({500, "service-failed", "The service failed."}, request_->id));
+    reply(errorReply({500, "service-failed", "The service failed."}, request_->id));
   }
   isHandling_ = false;
   wipe(request_->body);
   request_->body.shrink_to_fit();
-  if (reply_) return useReply();
-  hold();
-}
-
-/// Until the reply comes or the client leaves.
-void Connection::hold() {
-  state_ = State::held;
-  watch();
-  setTimer(receivedAt_ + limits_.answerTime, &Connection::close);
 }
 
 // Replies.
 
+/// Keeps nothing of the connection.
+Reply Connection::replyTo(std::uint64_t number) {
+  return [connection = weak_from_this(), number, loop = loop_.entry()](HttpReply reply) {
+    if (loop->isThisThread()) {
+      const auto self = connection.lock();
+      if (self && self->isHandling_) return self->takeReply(number, std::move(reply));
+    }
+    loop->post([connection, number, reply = std::move(reply)]() mutable {
+      if (const auto self = connection.lock()) self->takeReply(number, std::move(reply));
+    });
+  };
+}
+
 void Connection::takeReply(std::uint64_t number, HttpReply reply) {
-  if (state_ != State::held || number != requestNumber_ || reply_) return;
+  if (!isAwaitingReply_ || number != requestNumber_) return;
+  isAwaitingReply_ = false;
   reply_ = std::move(reply);
-  if (!isHandling_) useReply();
+  if (!isHandling_) timer_.cancel();
 }
 
-void Connection::useReply() {
-  if (reply_->delay <= 0ms) return sendReply();
-  hold();
+/// Until it has come and its delay is over.
+Connection::Task<bool> Connection::awaitReply() {
+  const auto deadline = receivedAt_ + limits_.answerTime;
+  while (isAwaitingReply_ && isOpen() && Clock::now() < deadline) co_await pauseUntil(deadline);
+  isAwaitingReply_ = false;
+  if (!reply_) co_return false;
+  if (reply_->delay <= 0ms) co_return true;
   const auto at = Clock::now() + reply_->delay;
-  if (at < receivedAt_ + limits_.answerTime) setTimer(at, &Connection::sendReply);
+  co_await pauseUntil(std::min(at, deadline));
+  co_return isOpen() && at < deadline;
 }
 
-void Connection::sendReply() {
-  stopTimer();
+Connection::Task<bool> Connection::sendReply() {
+  using Then = OutgoingReply::Then;
   if (reply_->events || reply_->fault.kind != TransportFault::Kind::none) {
     frame_.keepsConnection = false;
   }
-  sent_ = 0;
-  output_ = serialized(*reply_, request_->id, frame_);
-  if (reply_->fault.kind == TransportFault::Kind::garbage) {
-    output_ = "This is no reply of a service.\r\n\r\n";
-  } else if (reply_->fault.kind == TransportFault::Kind::twice) {
-    output_ += output_;
+  auto outgoing = outgoingReply(*reply_, request_->id, frame_);
+  std::string_view rest = outgoing.bytes;
+  while (true) {
+    if (!co_await write(rest.substr(0, outgoing.piece))) co_return false;
+    rest.remove_prefix(std::min(outgoing.piece, rest.size()));
+    if (rest.empty()) break;
+    co_await pauseUntil(Clock::now() + outgoing.pause);
+    if (!isOpen()) co_return false;
   }
-  plan_ = planned(output_.size());
-  sendPiece();
-}
-
-Connection::Plan Connection::planned(std::size_t bytes) const {
-  using Kind = TransportFault::Kind;
-  Plan plan;
-  plan.end = bytes;
-  plan.status = reply_->status;
-  plan.then = frame_.keepsConnection ? Then::next : Then::drain;
-  if (reply_->events && !frame_.isHead) plan.then = Then::stream;
-  const auto part = [&](std::size_t end, Then then) {
-    plan.end = std::min(end, bytes);
-    plan.then = then;
-    if (plan.end < bytes) plan.status = 0;
-  };
-  const auto& fault = reply_->fault;
-  switch (fault.kind) {
-    case Kind::none:
-      break;
-    case Kind::refused:
-      part(0, Then::reset);
-      break;
-    case Kind::never:
-      part(0, Then::hold);
-      break;
-    case Kind::reset:
-      part(bytes / 2, Then::reset);
-      break;
-    case Kind::stalled:
-      part(bytes / 2, Then::hold);
-      break;
-    case Kind::cut:
-      part(fault.bytes, Then::reset);
-      break;
-    case Kind::garbage:
-      plan.status = 0;
-      [[fallthrough]];
-    case Kind::twice:
-      plan.then = Then::drain;
-      break;
-    case Kind::slow: {
-      const auto rate = std::clamp<std::size_t>(fault.bytesPerSecond, 1, 1'000'000'000);
-      plan.then = Then::drain;
-      plan.piece = std::max<std::size_t>(rate / slowPiecesPerSecond, 1);
-      plan.pause = std::chrono::milliseconds(1'000 * plan.piece / rate);
-      break;
-    }
-  }
-  return plan;
-}
-
-void Connection::sendPiece() {
-  state_ = State::writing;
-  const auto piece = std::min(plan_.piece, plan_.end - sent_);
-  std::size_t written = 0;
-  if (piece > 0) {
+  outgoing.bytes = {};
+  const auto then = outgoing.then;
+  if (then == Then::hold) co_await pauseUntil(receivedAt_ + limits_.answerTime);
+  if (then == Then::stream) co_await sendEvents();
+  if (then == Then::reset) {
     ErrorCode error;
-    written = stream_.socket().write_some(asio::buffer(output_.data() + sent_, piece), error);
-    if (error && error != asio::error::would_block) return close();
+    stream_.socket().set_option(asio::socket_base::linger(true, 0), error);
+    close();
   }
-  sent_ += written;
+  finish(outgoing.status);
+  if (then == Then::drain || then == Then::stream) co_await drain();
+  co_return then == Then::next;
+}
+
+Connection::Task<bool> Connection::write(std::string_view bytes) {
+  if (bytes.empty()) co_return true;
+  ErrorCode error;
+  const auto written = stream_.socket().write_some(asio::buffer(bytes), error);
   replyBytes_ += written;
-  if (written == piece) return sentPiece();
-  const auto rest = asio::buffer(output_.data() + sent_, piece - written);
+  if (error && error != asio::error::would_block) co_return false;
+  if (written == bytes.size()) co_return true;
+  isWriting_ = true;
   stream_.expires_after(limits_.transferTime);
-  asio::async_write(stream_, rest,
-                    [self = shared_from_this()](const ErrorCode& error, std::size_t bytes) {
-                      self->sent_ += bytes;
-                      self->replyBytes_ += bytes;
-                      if (error || self->state_ != State::writing) return self->close();
-                      self->sentPiece();
-                    });
+  const auto rest = asio::buffer(bytes.substr(written));
+  replyBytes_ += co_await asio::async_write(stream_, rest, into(error));
+  isWriting_ = false;
+  co_return !error && isOpen();
 }
 
-void Connection::sentPiece() {
-  if (sent_ == plan_.end) return sentAll();
-  state_ = State::held;
-  watch();
-  setTimer(Clock::now() + plan_.pause, &Connection::sendPiece);
-}
-
-void Connection::sentAll() {
-  output_ = {};
-  switch (plan_.then) {
-    case Then::next:
-      finish(plan_.status);
-      if (input_.size() == 0) return readRequest();
-      // Others of this loop go first.
-      state_ = State::reading;
-      return asio::post(loop_.context(), bound(&Connection::readRequest));
-    case Then::drain:
-      finish(plan_.status);
-      return drain();
-    case Then::reset:
-      return reset();
-    case Then::hold:
-      return hold();
-    case Then::stream:
-      state_ = State::held;
-      watch();
-      return setTimer(Clock::now() + eventPause, &Connection::askForEvents);
+Connection::Task<void> Connection::sendEvents() {
+  for (int silence = 0;;) {
+    co_await pauseUntil(Clock::now() + eventPause);
+    if (!isOpen()) co_return;
+    std::string events;
+    try {
+      events = reply_->events();
+    } catch (const std::exception&) {
+      co_return;
+    }
+    silence = events.empty() ? silence + 1 : 0;
+    if (silence == mostSilence) {
+      events = ":\n\n";
+      silence = 0;
+    }
+    if (!co_await write(events)) co_return close();
   }
-}
-
-void Connection::askForEvents() {
-  try {
-    output_ = reply_->events();
-  } catch (const std::exception&) {
-    finish(plan_.status);
-    return drain();
-  }
-  silence_ = output_.empty() ? silence_ + 1 : 0;
-  if (silence_ == mostSilence) {
-    output_ = ":\n\n";
-    silence_ = 0;
-  }
-  sent_ = 0;
-  plan_.end = output_.size();
-  sendPiece();
 }
 
 void Connection::finish(int status) {
@@ -384,77 +297,47 @@ void Connection::finish(int status) {
   reply_.reset();
 }
 
-// The end.
-
 /// Closing with unread bytes would reset the connection, and the client might lose the reply.
-void Connection::drain() {
-  if (state_ != State::draining) {
-    state_ = State::draining;
-    ErrorCode error;
-    stream_.socket().shutdown(asio::socket_base::shutdown_send, error);
-    if (error) return close();
-    input_.clear();
-    stream_.expires_after(farewell);
-    if (listener_->isClosing) setTimer(Clock::now() + lastReplies, &Connection::close);
-  }
-  stream_.async_read_some(input_.prepare(firstRead),
-                          [self = shared_from_this()](const ErrorCode& error, std::size_t) {
-                            if (error || self->state_ != State::draining) return self->close();
-                            self->drain();
-                          });
-}
-
-void Connection::reset() {
+Connection::Task<void> Connection::drain() {
   ErrorCode error;
-  stream_.socket().set_option(asio::socket_base::linger(true, 0), error);
-  close();
-}
-
-void Connection::close() {
-  if (state_ == State::closed) return;
-  state_ = State::closed;
-  stopTimer();
-  stream_.close();
-  finish(plan_.then == Then::reset || plan_.then == Then::stream ? plan_.status : 0);
+  if (!isOpen()) co_return;
+  stream_.socket().shutdown(asio::socket_base::shutdown_send, error);
+  isWriting_ = true;
+  stream_.expires_after(listener_->isClosing ? lastReplies : farewell);
+  while (!error && isOpen()) {
+    input_.clear();
+    co_await stream_.async_read_some(input_.prepare(firstRead), into(error));
+  }
 }
 
 // What is awaited beside.
+
+Connection::Task<void> Connection::pauseUntil(Clock::time_point until) {
+  if (listener_->isClosing) close();
+  if (!isOpen()) co_return;
+  watch();
+  timer_.expires_at(until);
+  isPausing_ = true;
+  ErrorCode error;
+  co_await timer_.async_wait(into(error));
+  isPausing_ = false;
+}
 
 /// Notices that the client leaves while nothing is read. What it sends meanwhile waits in `input_`.
 void Connection::watch() {
   if (isWatched_ || input_.size() == input_.max_size()) return;
   isWatched_ = true;
-  stream_.socket().async_wait(asio::socket_base::wait_read,
-                              [self = shared_from_this()](const ErrorCode& error) {
-                                self->isWatched_ = false;
-                                if (!error && self->state_ == State::held) self->onReadable();
-                              });
-}
-
-void Connection::onReadable() {
-  ErrorCode error;
-  const auto space = std::min(firstRead, input_.max_size() - input_.size());
-  const auto bytes = stream_.socket().read_some(input_.prepare(space), error);
-  if (error && error != asio::error::would_block) return close();
-  input_.commit(bytes);
-  watch();
-}
-
-void Connection::setTimer(Clock::time_point at, void (Connection::*then)()) {
-  stopTimer();
-  isTimerSet_ = true;
-  timer_.expires_at(at);
-  timer_.async_wait(
-      [self = shared_from_this(), then, number = timerNumber_](const ErrorCode& error) {
-        if (error || number != self->timerNumber_) return;
-        self->isTimerSet_ = false;
-        (self.get()->*then)();
+  stream_.socket().async_wait(
+      asio::socket_base::wait_read, [self = shared_from_this()](ErrorCode error) {
+        self->isWatched_ = false;
+        if (error || !self->isPausing_) return;
+        auto& input = self->input_;
+        const auto space = std::min(firstRead, input.max_size() - input.size());
+        const auto bytes = self->stream_.socket().read_some(input.prepare(space), error);
+        if (error && error != asio::error::would_block) return self->close();
+        input.commit(bytes);
+        self->watch();
       });
-}
-
-void Connection::stopTimer() {
-  ++timerNumber_;
-  if (std::exchange(isTimerSet_, false)) timer_.cancel();
 }
 
 }  // namespace hlv::server

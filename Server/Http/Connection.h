@@ -1,7 +1,9 @@
 // One connection: its requests, one after the other, and their replies. Private to the listener.
 #pragma once
 
+#include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/core/basic_stream.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <chrono>
@@ -9,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Server/Http/EventLoop.h"
 #include "Server/Http/HttpError.h"
@@ -18,8 +21,9 @@
 
 namespace hlv::server {
 
-/// Lives as long as something is awaited for it. Nothing large is kept between requests, and what
-/// was received is overwritten once it was handed on.
+/// Serves in one coroutine. Whatever ends the connection from outside closes it, and then the
+/// coroutine returns. Nothing large is kept between requests, and what was received is overwritten
+/// once it was handed on.
 ///
 /// Threading: its loop's thread, but for the constructor.
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -34,65 +38,35 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void start();
   /// Closes what is idle or held at once, and what is being written soon.
   void shutDown();
-  /// The reply to the request of this number; ignored for another one.
-  void takeReply(std::uint64_t number, HttpReply reply);
 
  private:
+  template <class T>
+  using Task = boost::asio::awaitable<T, LoopExecutor>;
   using ErrorCode = boost::beast::error_code;
   using Clock = std::chrono::steady_clock;
 
-  enum class State {
-    /// Waits for a request, or for the rest of one.
-    reading,
-    /// Has a request, and waits for its reply or for the time to send it.
-    held,
-    writing,
-    /// Has written its last byte, and lets the client finish.
-    draining,
-    closed
-  };
-  enum class Then { next, drain, reset, hold, stream };
-  /// How a reply leaves: up to which byte, in which pieces, and what follows.
-  struct Plan {
-    std::size_t end = 0;
-    std::size_t piece = SIZE_MAX;
-    std::chrono::milliseconds pause{0};
-    Then then = Then::next;
-    /// 0 where no whole reply leaves.
-    int status = 0;
-  };
-  class ReplyOnce;
+  Task<void> serve();
+  /// Each says whether the connection goes on.
+  Task<bool> readRequest();
+  Task<bool> readBody();
+  Task<bool> awaitReply();
+  Task<bool> sendReply();
+  Task<bool> write(std::string_view bytes);
+  Task<void> sendEvents();
+  Task<void> drain();
+  /// Until then, until `timer_` is cancelled, or until the client leaves, which closes.
+  Task<void> pauseUntil(Clock::time_point until);
 
-  void readRequest();
-  void onRead(ErrorCode error, std::size_t bytes);
-  void parseHead();
-  void onHead(ErrorCode error, std::size_t bytes);
-  void readBody();
-  void onBody(ErrorCode error, std::size_t bytes);
-  void reject(const HttpError& error, bool keepsConnection);
-  void rejectUnreadable(ErrorCode error);
-  void forgetInput();
-
+  bool rejectUnreadable(ErrorCode error);
+  bool reject(const HttpError& error, bool keepsConnection);
   void handleRequest();
-  void hold();
-  void useReply();
-  void sendReply();
-  Plan planned(std::size_t bytes) const;
-  void sendPiece();
-  void sentPiece();
-  void sentAll();
-  void askForEvents();
+  Reply replyTo(std::uint64_t number);
+  void takeReply(std::uint64_t number, HttpReply reply);
   void finish(int status);
-  void drain();
-  void reset();
-  void close();
-
+  void forgetInput();
   void watch();
-  void onReadable();
-  void setTimer(Clock::time_point at, void (Connection::*then)());
-  void stopTimer();
-  template <class Method>
-  auto bound(Method method);
+  bool isOpen() const { return stream_.socket().is_open(); }
+  void close();
 
   // Goes last, when nothing of the handler's is left.
   const ListenerState::Presence presence_;
@@ -101,10 +75,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   const HttpLimits& limits_;
   boost::beast::basic_stream<boost::asio::ip::tcp, LoopExecutor> stream_;
   LoopTimer timer_;
-  std::uint64_t timerNumber_ = 0;
-  bool isTimerSet_ = false;
   std::string caller_;
-  State state_ = State::reading;
 
   boost::beast::basic_flat_buffer<WipingAllocator<char>> input_;
   std::optional<RequestParser> parser_;
@@ -114,14 +85,13 @@ class Connection : public std::enable_shared_from_this<Connection> {
   Clock::time_point receivedAt_;
   ReplyFrame frame_;
   bool isHandling_ = false;
+  bool isAwaitingReply_ = false;
+  bool isPausing_ = false;
   bool isWatched_ = false;
+  bool isWriting_ = false;
 
   std::optional<HttpReply> reply_;
-  std::string output_;
-  std::size_t sent_ = 0;
   std::size_t replyBytes_ = 0;
-  Plan plan_;
-  int silence_ = 0;
 };
 
 }  // namespace hlv::server

@@ -17,6 +17,16 @@ constexpr std::chrono::milliseconds acceptPause{20};
 /// How many connections are taken before others of the loop have their turn.
 constexpr int connectionsAtOnce = 64;
 
+template <class Acceptor>
+void bind(Acceptor& acceptor, const tcp::endpoint& endpoint, ErrorCode& error) {
+  acceptor.open(endpoint.protocol(), error);
+  if (!error) acceptor.set_option(asio::socket_base::reuse_address(true), error);
+  // Without it the library waits for another connection in the place of one that was given up.
+  const asio::socket_base::enable_connection_aborted isAborted(true);
+  if (!error) acceptor.set_option(isAborted, error);
+  if (!error) acceptor.bind(endpoint, error);
+}
+
 }  // namespace
 
 /// Takes connections and spreads them over the loops.
@@ -33,12 +43,7 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
 
   /// Returns the port.
   int listen(const tcp::endpoint& endpoint, ErrorCode& error) {
-    acceptor_.open(endpoint.protocol(), error);
-    if (!error) acceptor_.set_option(asio::socket_base::reuse_address(true), error);
-    // Without it the library waits for another connection in the place of one that was given up.
-    const asio::socket_base::enable_connection_aborted isAborted(true);
-    if (!error) acceptor_.set_option(isAborted, error);
-    if (!error) acceptor_.bind(endpoint, error);
+    bind(acceptor_, endpoint, error);
     if (!error) acceptor_.listen(asio::socket_base::max_listen_connections, error);
     if (!error) acceptor_.non_blocking(true, error);
     return error ? 0 : acceptor_.local_endpoint(error).port();
@@ -170,16 +175,15 @@ Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, List
   return std::unique_ptr<HttpListener>(new HttpListener(std::move(impl)));
 }
 
-std::string HttpListener::problemOf(const ListenOptions& options) {
+Result<int> HttpListener::probe(const ListenOptions& options) {
   const auto endpoint = endpointOf(options);
-  if (!endpoint) return endpoint.problem();
+  if (!endpoint) return Result<int>::failure(endpoint.problem());
   asio::io_context context;
   tcp::acceptor acceptor(context);
   ErrorCode error;
-  acceptor.open(endpoint->protocol(), error);
-  if (!error) acceptor.set_option(asio::socket_base::reuse_address(true), error);
-  if (!error) acceptor.bind(*endpoint, error);
-  return error ? problemOfPort(options) : "";
+  bind(acceptor, *endpoint, error);
+  if (error) return Result<int>::failure(problemOfPort(options));
+  return int{acceptor.local_endpoint().port()};
 }
 
 HttpListener::HttpListener(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}

@@ -36,8 +36,8 @@ class HttpListener {
   /// the port is taken or the address refused.
   static Result<std::unique_ptr<HttpListener>> open(EventLoops& loops, ListenOptions options,
                                                     HttpHandler& handler);
-  /// Why `open` would fail now, or an empty string. Holds the port for a moment.
-  [[nodiscard]] static std::string problemOf(const ListenOptions& options);
+  /// The port that `open` would have now. Holds it for a moment.
+  static Result<int> probe(const ListenOptions& options);
   /// Within a second: idle connections and event streams are closed, requests that are held get no
   /// reply, replies under way have half a second to leave.
   ~HttpListener();

@@ -51,19 +51,6 @@ std::string bytesOf(Message& message, bool headAlone) {
   return bytes;
 }
 
-}  // namespace
-
-std::string makeRequestID() {
-  constexpr int letters = 10;
-  thread_local std::mt19937_64 generator{std::random_device{}()};
-  std::string id = "req_";
-  for (int half = 0; half < 2; ++half) {
-    auto number = generator();
-    for (int i = 0; i < letters; ++i, number /= 26) id += static_cast<char>('a' + number % 26);
-  }
-  return id;
-}
-
 std::string serialized(const HttpReply& reply, const std::string& requestID,
                        const ReplyFrame& frame) {
   http::response<Body> message;
@@ -86,6 +73,69 @@ std::string serialized(const HttpReply& reply, const std::string& requestID,
   }
   message.keep_alive(frame.keepsConnection);
   return bytesOf(message, frame.isHead || !hasBody);
+}
+
+}  // namespace
+
+std::string makeRequestID() {
+  constexpr int letters = 10;
+  thread_local std::mt19937_64 generator{std::random_device{}()};
+  std::string id = "req_";
+  for (int half = 0; half < 2; ++half) {
+    auto number = generator();
+    for (int i = 0; i < letters; ++i, number /= 26) id += static_cast<char>('a' + number % 26);
+  }
+  return id;
+}
+
+OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID,
+                            const ReplyFrame& frame) {
+  using Kind = TransportFault::Kind;
+  using Then = OutgoingReply::Then;
+  OutgoingReply outgoing{.bytes = serialized(reply, requestID, frame), .status = reply.status};
+  auto& bytes = outgoing.bytes;
+  const auto cut = [&](std::size_t end, Then then) {
+    if (end < bytes.size()) outgoing.status = 0;
+    bytes.resize(std::min(end, bytes.size()));
+    outgoing.then = then;
+  };
+  const auto& fault = reply.fault;
+  switch (fault.kind) {
+    case Kind::none:
+      if (frame.keepsConnection) outgoing.then = Then::next;
+      if (reply.events && !frame.isHead) outgoing.then = Then::stream;
+      break;
+    case Kind::refused:
+      cut(0, Then::reset);
+      break;
+    case Kind::never:
+      cut(0, Then::hold);
+      break;
+    case Kind::reset:
+      cut(bytes.size() / 2, Then::reset);
+      break;
+    case Kind::stalled:
+      cut(bytes.size() / 2, Then::hold);
+      break;
+    case Kind::cut:
+      cut(fault.bytes, Then::reset);
+      break;
+    case Kind::garbage:
+      bytes = "This is no reply of a service.\r\n\r\n";
+      outgoing.status = 0;
+      break;
+    case Kind::twice:
+      bytes += bytes;
+      break;
+    case Kind::slow: {
+      constexpr std::size_t piecesPerSecond = 20;
+      const auto rate = std::clamp<std::size_t>(fault.bytesPerSecond, 1, 1'000'000'000);
+      outgoing.piece = std::max<std::size_t>(rate / piecesPerSecond, 1);
+      outgoing.pause = std::chrono::milliseconds(1'000 * outgoing.piece / rate);
+      break;
+    }
+  }
+  return outgoing;
 }
 
 std::string serializedContinue() {

@@ -1,55 +1,21 @@
 #include "Tests/Client/CannedServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
-#include <array>
-#include <stdexcept>
+#include <boost/asio/read.hpp>
+#include <boost/asio/read_until.hpp>
+#include <boost/asio/write.hpp>
 #include <utility>
 
 namespace hlv::testing {
-namespace {
 
-constexpr const char* headEnd = "\r\n\r\n";
-
-std::size_t sizeOf(const CannedServer::Request& request) {
-  const auto length = request.header("Content-Length");
-  return request.text.find(headEnd) + 4 + (length.empty() ? 0 : std::stoul(length));
-}
-
-/// Takes one request off `bytes`, reading more; empty when the other side has ended.
-std::string read(int descriptor, std::string& bytes) {
-  for (;;) {
-    if (bytes.find(headEnd) != std::string::npos) {
-      const auto size = sizeOf({0, bytes});
-      if (bytes.size() >= size) {
-        auto request = bytes.substr(0, size);
-        bytes.erase(0, size);
-        return request;
-      }
-    }
-    std::array<char, 4096> piece{};
-    const auto count = ::recv(descriptor, piece.data(), piece.size(), 0);
-    if (count <= 0) return {};
-    bytes.append(piece.data(), static_cast<std::size_t>(count));
-  }
-}
-
-void write(int descriptor, const std::string& bytes) {
-  for (std::size_t at = 0; at < bytes.size();) {
-    const auto count = ::send(descriptor, bytes.data() + at, bytes.size() - at, MSG_NOSIGNAL);
-    if (count <= 0) return;
-    at += static_cast<std::size_t>(count);
-  }
-}
-
-}  // namespace
+namespace asio = boost::asio;
+using asio::ip::tcp;
+using ErrorCode = boost::system::error_code;
 
 std::string CannedServer::Request::header(const std::string& name) const {
   const auto at = text.find("\r\n" + name + ": ");
-  if (at == std::string::npos || at > text.find(headEnd)) return {};
+  if (at == std::string::npos || at > text.find("\r\n\r\n")) return {};
   const auto begin = at + name.size() + 4;
   return text.substr(begin, text.find('\r', begin) - begin);
 }
@@ -58,40 +24,21 @@ CannedServer::CannedServer(Reply reply)
     : CannedServer(Script([reply = std::move(reply)](const Request&) { return reply; })) {}
 
 CannedServer::CannedServer(Script script)
-    : script_(std::move(script)), listening_(::socket(AF_INET, SOCK_STREAM, 0)) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof(address);
-  auto* raw = reinterpret_cast<sockaddr*>(&address);
-  if (::bind(listening_, raw, size) != 0 || ::listen(listening_, 512) != 0 ||
-      ::getsockname(listening_, raw, &size) != 0) {
-    throw std::runtime_error("no port to listen on");
-  }
-  port_ = ::ntohs(address.sin_port);
-  accepting_ = std::thread([this] { accept(); });
-}
+    : script_(std::move(script)),
+      acceptor_(context_, {asio::ip::address_v4::loopback(), 0}),
+      accepting_([this] { accept(); }) {}
 
 CannedServer::~CannedServer() {
-  ::shutdown(listening_, SHUT_RDWR);
+  ::shutdown(acceptor_.native_handle(), SHUT_RDWR);
   accepting_.join();
-  ::close(listening_);
-  for (const int descriptor : descriptors_) ::shutdown(descriptor, SHUT_RDWR);
+  ErrorCode ignored;
+  for (auto& socket : sockets_) socket.shutdown(tcp::socket::shutdown_both, ignored);
   for (auto& thread : threads_) thread.join();
-  for (const int descriptor : descriptors_) ::close(descriptor);
 }
 
 std::vector<CannedServer::Request> CannedServer::requests() const {
   const std::lock_guard lock(mutex_);
   return requests_;
-}
-
-std::vector<std::string> CannedServer::lines() const {
-  std::vector<std::string> lines;
-  for (const auto& request : requests()) {
-    lines.push_back(request.line().substr(0, request.line().rfind(' ')));
-  }
-  return lines;
 }
 
 std::string CannedServer::http(const std::string& body, const std::string& status) {
@@ -100,29 +47,38 @@ std::string CannedServer::http(const std::string& body, const std::string& statu
 }
 
 void CannedServer::accept() {
-  for (;;) {
-    const int descriptor = ::accept(listening_, nullptr, nullptr);
-    if (descriptor < 0) return;
-    descriptors_.push_back(descriptor);
-    threads_.emplace_back([this, descriptor, connection = static_cast<int>(threads_.size()) + 1] {
-      serve(descriptor, connection);
-    });
+  for (ErrorCode error;;) {
+    auto socket = acceptor_.accept(error);
+    if (error) return;
+    auto& kept = sockets_.emplace_back(std::move(socket));
+    threads_.emplace_back(
+        [this, &kept, number = static_cast<int>(sockets_.size())] { serve(kept, number); });
   }
 }
 
-void CannedServer::serve(int descriptor, int connection) {
+void CannedServer::serve(tcp::socket& socket, int connection) {
   std::string bytes;
-  for (;;) {
-    const Request request{connection, read(descriptor, bytes)};
-    if (request.text.empty()) return;
+  for (ErrorCode error;;) {
+    Request request{connection, {}};
+    const auto head = asio::read_until(socket, asio::dynamic_buffer(bytes), "\r\n\r\n", error);
+    if (error) return;
+    request.text = bytes.substr(0, head);
+    const auto length = request.header("Content-Length");
+    const auto size = head + (length.empty() ? 0 : std::stoul(length));
+    if (size > bytes.size()) {
+      asio::read(socket, asio::dynamic_buffer(bytes), asio::transfer_exactly(size - bytes.size()),
+                 error);
+    }
+    request.text = bytes.substr(0, size);
+    bytes.erase(0, size);
     {
       const std::lock_guard lock(mutex_);
       requests_.push_back(request);
     }
     const auto reply = script_(request);
-    write(descriptor, reply.bytes);
+    asio::write(socket, asio::buffer(reply.bytes), error);
     if (reply.then == Then::hold) return;
-    if (reply.then == Then::close) ::shutdown(descriptor, SHUT_WR);
+    if (reply.then == Then::close) socket.shutdown(tcp::socket::shutdown_send, error);
   }
 }
 

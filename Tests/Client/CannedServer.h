@@ -1,6 +1,9 @@
 // A server that replies whatever a test wants.
 #pragma once
 
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <deque>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -45,25 +48,25 @@ class CannedServer {
   CannedServer(const CannedServer&) = delete;
   CannedServer& operator=(const CannedServer&) = delete;
 
-  std::string url() const { return "http://127.0.0.1:" + std::to_string(port_); }
+  std::string url() const {
+    return "http://127.0.0.1:" + std::to_string(acceptor_.local_endpoint().port());
+  }
   /// What has arrived, in the order of arrival.
   std::vector<Request> requests() const;
-  /// The first lines of it.
-  std::vector<std::string> lines() const;
 
   /// A whole reply with that body.
   static std::string http(const std::string& body, const std::string& status = "200 OK");
 
  private:
   void accept();
-  void serve(int descriptor, int connection);
+  void serve(boost::asio::ip::tcp::socket& socket, int connection);
 
   const Script script_;
-  int listening_;
-  int port_ = 0;
+  boost::asio::io_context context_;
+  boost::asio::ip::tcp::acceptor acceptor_;
   mutable std::mutex mutex_;
   std::vector<Request> requests_;
-  std::vector<int> descriptors_;
+  std::deque<boost::asio::ip::tcp::socket> sockets_;
   std::vector<std::thread> threads_;
   std::thread accepting_;
 };

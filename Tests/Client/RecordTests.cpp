@@ -22,79 +22,6 @@ std::string codeOf(const std::function<void()>& read) {
   }
 }
 
-TEST(Records, ARequestIsAPlainObject) {
-  const std::string deep = R"({"a":{"b":{"c":{"d":{"e":{"f":{"g":)";
-  const std::pair<std::string, std::string> rows[] = {
-      {R"({"a":{"b":[1,true,null,"x"]}})", ""},
-      {"", "malformed-json"},
-      {"{\"a\":", "malformed-json"},
-      {"{} {}", "malformed-json"},
-      {deep + "{}}}}}}}}", "malformed-json"},
-      {"[]", "wrong-type"},
-      {"\"x\"", "wrong-type"},
-      {"{\"a\":\"\\u0000\"}", "unreadable-text"},
-      {"{\"\\n\":1}", "unreadable-text"},
-      {"{\"a\":[\"" + std::string(1025, 'x') + "\"]}", "unreadable-text"},
-      {"{\"a\":\"\xFF\"}", "malformed-json"},
-  };
-  for (const auto& [text, code] : rows) {
-    EXPECT_EQ(codeOf([&source = text] { parsedObject(source); }), code) << text.substr(0, 40);
-  }
-}
-
-TEST(Records, AMemberOfAnotherTypeIsRefusedByItsName) {
-  const Json json = {{"text", "x"},  {"number", 1},     {"huge", UINT64_MAX},   {"half", 0.5},
-                     {"flag", true}, {"none", nullptr}, {"list", Json::array()}};
-  EXPECT_EQ(textIn(json, "none"), std::nullopt);
-  EXPECT_EQ(textIn(json, "nowhere"), std::nullopt);
-  EXPECT_EQ(integerIn(json, "nowhere"), std::nullopt);
-  EXPECT_EQ(nullableListIn(json, "none"), nullptr);
-  const std::function<void()> refused[] = {
-      [&] { textIn(json, "number"); },          [&] { requiredTextIn(json, "none"); },
-      [&] { requiredTextIn(json, "nowhere"); }, [&] { nullableTextIn(json, "nowhere"); },
-      [&] { integerIn(json, "text"); },         [&] { integerIn(json, "huge"); },
-      [&] { integerIn(json, "half"); },         [&] { integerIn(json, "none"); },
-      [&] { flagIn(json, "number"); },          [&] { requiredFlagIn(json, "nowhere"); },
-      [&] { objectIn(json, "list"); },          [&] { listIn(json, "flag"); },
-      [&] { nullableListIn(json, "nowhere"); }, [] { requiredTextIn(Json(1), "x"); },
-  };
-  for (const auto& read : refused) EXPECT_EQ(codeOf(read), "wrong-type");
-  try {
-    textIn(json, "number");
-  } catch (const InvalidRecord& invalid) {
-    EXPECT_STREQ(invalid.what(), "The member 'number' is no text.");
-  }
-}
-
-TEST(Records, EveryRecordIsReadAsItWasWritten) {
-  BackendCard card{"crd_a", "visa", "1111", "default", "ins_a", "Erika", "12", "2030", {}};
-  card.billingAddress.city = "Köln";
-  for (const auto& cards :
-       {std::optional(std::vector{card, card}), std::optional(std::vector<BackendCard>()),
-        std::optional<std::vector<BackendCard>>()}) {
-    const auto json = jsonOf(BackendGuest{"a@b", 7, std::nullopt, cards});
-    EXPECT_EQ(json.contains("credit_cards"), cards.has_value());
-    EXPECT_EQ(jsonOf(guestIn(json)), json);
-  }
-  const ProviderInstrument instrument{std::nullopt, "visa", "•••• 1111", "private", "12",
-                                      "2030",       2};
-  EXPECT_EQ(jsonOf(instrumentIn(jsonOf(instrument))), jsonOf(instrument));
-  const auto [number, listed] = listedInstrumentIn(listedJson(9, instrument), "private");
-  EXPECT_EQ(number, 9);
-  EXPECT_EQ(jsonOf(listed), jsonOf(instrument));
-  NewSandbox options;
-  options.seed = UINT64_MAX;
-  options.clock = "2030-01-01T00:00:00Z";
-  EXPECT_EQ(jsonOf(newSandboxIn(jsonOf(options))), jsonOf(options));
-  for (const char* broken : {"[]", "{}", "{\"credit_cards\":{}}", "1", "null"}) {
-    const auto json = Json::parse(broken);
-    EXPECT_NE(codeOf([&] { guestIn(json); }), "") << broken;
-    EXPECT_NE(codeOf([&] { instrumentIn(json); }), "") << broken;
-    EXPECT_NE(codeOf([&] { faultIn(json); }), "") << broken;
-    EXPECT_NE(codeOf([&] { sandboxIn(json); }), "") << broken;
-  }
-}
-
 TEST(Records, AFaultKeepsWhatAChangeLeavesOut) {
   const auto fault = newFaultIn(Json::parse(
       R"({"operation":"addCreditCardForGuest","kind":"error","status":429,"times":2,)"
@@ -108,18 +35,6 @@ TEST(Records, AFaultKeepsWhatAChangeLeavesOut) {
   EXPECT_EQ(changed.status, std::nullopt);
   EXPECT_EQ(changed.useCase, std::nullopt);
   EXPECT_EQ(changed.distribution, Distribution::normal);
-  const std::pair<const char*, const char*> rows[] = {
-      {R"({"operation":"x","kind":"error"})", "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest"})", "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest","kind":"x"})", "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest","kind":"error","distribution":"x"})",
-       "fault-refused"},
-      {R"({"operation":"addCreditCardForGuest","kind":"error","headers":{"A":1}})", "wrong-type"},
-      {R"({"operation":"addCreditCardForGuest","kind":"error","number":1})", "unknown-member"},
-  };
-  for (const auto& [text, code] : rows) {
-    EXPECT_EQ(codeOf([&source = text] { newFaultIn(Json::parse(source)); }), code) << text;
-  }
 }
 
 TEST(Records, ANewCardIsTakenAndWhatStoodThereIsGone) {

@@ -55,7 +55,7 @@ struct Operation {
 std::vector<Operation> describedOperations() {
   std::vector<Operation> operations;
   for (const bool isBackends : {true, false}) {
-    const auto paths = Json::parse(isBackends ? backendOpenAPI() : providerOpenAPI()).at("paths");
+    const auto paths = Json::parse(openAPI(isBackends ? "backend" : "provider")).at("paths");
     for (const auto& [path, methods] : paths.items()) {
       for (const auto& [method, description] : methods.items()) {
         if (method == "parameters") continue;

@@ -1,7 +1,5 @@
-// Many clients at once: none gets what is another's, and none waits for another.
+// What a client need not wait for.
 #include <SQLiteCpp/SQLiteCpp.h>
-
-#include <thread>
 
 #include "Tests/Server/ServerTest.h"
 
@@ -9,30 +7,6 @@ namespace hlv::server {
 namespace {
 
 using Clients = ServerTest;
-
-TEST_F(Clients, AGuestIsChangedWhileAnotherSignsIn) {
-  serve();
-  const std::string names[] = {"a@example.com", "b@example.com"};
-  for (const auto& name : names) require(200, askBackend("PUT " + guestPath(name)));
-  constexpr int times = 150;
-  std::thread signingIn([&] {
-    RawClient client(portOf(server->backendURL()));
-    for (int i = 0; i < times; ++i) {
-      client.send(requestOf("PUT " + guestPath(names[1])));
-      EXPECT_EQ(bodyOf(client.receive())["email"], names[1]);
-    }
-  });
-  RawClient client(portOf(server->backendURL()));
-  for (int i = 0; i < times; ++i) {
-    const auto token = "tok_" + std::to_string(i);
-    client.send(requestOf("PATCH " + guestPath(names[0]), Json{{"payment_token", token}}.dump()));
-    const auto changed = bodyOf(client.receive())["guest"];
-    EXPECT_EQ(changed["email"], names[0]);
-    EXPECT_EQ(changed["payment_token"], token);
-  }
-  signingIn.join();
-  EXPECT_EQ(bodyOf(askBackend("GET " + guestPath(names[1])))["payment_token"], nullptr);
-}
 
 TEST_F(Clients, AReplyNeedNotGrowWithTheGuestsCards) {
   serve();
@@ -53,32 +27,6 @@ TEST_F(Clients, AReplyNeedNotGrowWithTheGuestsCards) {
         << request;
   }
   EXPECT_EQ(bodyOf(askBackend("GET " + guestPath()))["credit_cards"].size(), 1U);
-}
-
-TEST_F(Clients, CallsThatNobodyRepliesToHoldUpNobodyAndEndWithTheirClients) {
-  serve();
-  constexpr std::size_t held = 300;
-  require(200, askProvider("POST /v1/sandbox/faults", {{"operation", "fetchGuestCreditCards"},
-                                                       {"kind", "never"},
-                                                       {"times", nullptr}}));
-  auto stream = listeningAt("GET /v1/sandbox/requests/stream");
-  stream.receiveUntil("\r\n\r\n");
-  std::vector<RawClient> waiting;
-  for (std::size_t i = 0; i < held; ++i) {
-    waiting.emplace_back(portOf(server->backendURL()));
-    waiting.back().send(requestOf("GET " + guestPath() + "/cards"));
-  }
-  for (const auto* who : {"x@y", "y@z"}) {
-    require(200, askBackend("PUT " + guestPath(who)));
-    require(201, askProvider("POST /v1/users", newUser("visa", who)));
-    EXPECT_EQ(require(200, askProvider("GET /v1/sandbox/faults"))["faults"].size(), 1U);
-  }
-  waiting.clear();
-  for (std::size_t i = 0; i < held; ++i) {
-    EXPECT_NE(stream.receiveUntil("\"status\":0,"), "") << "it is on record without a reply";
-  }
-  require(200, askProvider("DELETE /v1/sandbox/faults"));
-  require(200, askBackend("GET " + guestPath() + "/cards"));
 }
 
 TEST_F(Clients, ReadersWaitForNoWriter) {

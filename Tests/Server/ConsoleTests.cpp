@@ -1,7 +1,6 @@
 // The console over HTTP: the app that it drives, the timeline that it shows, and its page.
 #include "Sandbox/Calls/Journal.h"
 #include "Server/Console/Page.h"
-#include "Tests/Secrecy/CardDataSearch.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {
@@ -150,37 +149,6 @@ TEST_F(ConsoleTest, TheTimelineComesWhileItHappensAndTheWholeOfItAtFirst) {
   }
   server.reset();
   for (auto& page : pages) page.receiveRest();
-}
-
-TEST_F(ConsoleTest, ACardThatIsTypedHereIsFoundNowhereAfterwards) {
-  auto card = sandbox::Typed("amex");
-  card.cvv = "7391";
-  signIn();
-  auto page = follow();
-  std::string replies;
-  for (const auto& holder : {std::string("Erika"), "Erika " + card.pan}) {
-    auto typed = card;
-    typed.cardHolder = holder;
-    for (const auto* request :
-         {"POST /app/cards", "POST /v1/sandbox/faults", "POST /v1/sandbox/scenarios",
-          "PUT /app/guest", "PATCH /app/cards/crd_x"}) {
-      replies += askConsole(request, enteredCard(typed)).body;
-    }
-  }
-  replies += askConsole("PUT /app/guest", {{"email", card.pan + "@example.com"}}).body;
-  replies += askConsole("POST /v1/sandbox/scenarios", {{"name", card.pan}}).body;
-  for (const auto& path : {"/" + card.pan, std::string("/choices"), std::string("/stored"),
-                           std::string("/timeline?last=200")}) {
-    replies += askConsole("GET " + path).body;
-  }
-  require(200, askConsole("PUT /app/network", {{"on", false}}));
-  replies += page.receiveUntil("network off");
-  for (const auto& [name, text] :
-       {std::pair("replies", replies), std::pair("log", contentOf(storePath() + ".log")),
-        std::pair("store", contentOf(storePath())),
-        std::pair("WAL", contentOf(storePath() + "-wal"))}) {
-    EXPECT_EQ(hlv::testing::CardDataSearch(card.pan, card.cvv).in(text), std::nullopt) << name;
-  }
 }
 
 TEST_F(ConsoleTest, ThePageNeedsNothingFromElsewhere) {

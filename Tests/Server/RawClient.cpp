@@ -1,18 +1,24 @@
 #include "Tests/Server/RawClient.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
-#include <cstdint>
+#include <algorithm>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/read.hpp>
+#include <boost/asio/read_until.hpp>
+#include <boost/asio/write.hpp>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
-#include <utility>
 
 namespace hlv::testing {
+namespace {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+
+asio::io_context& context() {
+  static auto& only = *new asio::io_context;
+  return only;
+}
+
+}  // namespace
 
 std::string RawClient::Response::header(std::string_view name) const {
   const auto at = head.find("\r\n" + std::string(name) + ": ");
@@ -26,50 +32,26 @@ std::string RawClient::Response::code() const {
   return json.is_object() && json.contains("error") ? json["error"].value("code", "") : "";
 }
 
-RawClient::RawClient(int port) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-  address.sin_port = ::htons(static_cast<std::uint16_t>(port));
-  if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-    ::close(socket_);
-    throw std::runtime_error("the listener cannot be reached");
-  }
+RawClient::RawClient(int port) : socket_(context()) {
+  socket_.connect({asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(port)});
 }
-
-RawClient::~RawClient() {
-  if (socket_ >= 0) ::close(socket_);
-}
-
-RawClient::RawClient(RawClient&& other) noexcept
-    : socket_(std::exchange(other.socket_, -1)), received_(std::move(other.received_)) {}
 
 RawClient& RawClient::send(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (count <= 0) break;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
+  boost::system::error_code error;
+  asio::write(socket_, asio::buffer(bytes), error);
   return *this;
 }
 
-bool RawClient::receiveMore() {
-  std::array<char, 4096> piece{};
-  const auto count = ::recv(socket_, piece.data(), piece.size(), 0);
-  if (count < 0) wasReset_ = errno == ECONNRESET;
-  if (count <= 0) return false;
-  received_.append(piece.data(), static_cast<std::size_t>(count));
-  return true;
+std::string RawClient::take(std::size_t count) {
+  auto bytes = received_.substr(0, count);
+  received_.erase(0, count);
+  return bytes;
 }
 
 std::string RawClient::receiveUntil(std::string_view words) {
-  while (received_.find(words) == std::string::npos) {
-    if (!receiveMore()) return std::exchange(received_, {});
-  }
-  const auto end = received_.find(words) + words.size();
-  auto bytes = received_.substr(0, end);
-  received_.erase(0, end);
-  return bytes;
+  boost::system::error_code error;
+  const auto end = asio::read_until(socket_, asio::dynamic_buffer(received_), words, error);
+  return take(error ? received_.size() : end);
 }
 
 RawClient::Response RawClient::receive(bool isHead) {
@@ -79,23 +61,24 @@ RawClient::Response RawClient::receive(bool isHead) {
   response.status = std::stoi(response.head.substr(9, 3));
   const auto length = response.header("Content-Length");
   const auto size = isHead || length.empty() ? 0 : std::stoul(length);
-  while (received_.size() < size && receiveMore()) {
+  boost::system::error_code error;
+  if (size > received_.size()) {
+    asio::read(socket_, asio::dynamic_buffer(received_),
+               asio::transfer_exactly(size - received_.size()), error);
   }
-  response.body = received_.substr(0, size);
-  received_.erase(0, size);
+  response.body = take(size);
   return response;
 }
 
 RawClient::Rest RawClient::receiveRest() {
-  while (receiveMore()) {
-  }
-  return {std::exchange(received_, {}), wasReset_};
+  boost::system::error_code error;
+  asio::read(socket_, asio::dynamic_buffer(received_), error);
+  return {take(received_.size()), error == asio::error::connection_reset};
 }
 
 void RawClient::abort() {
-  const linger atOnce{1, 0};
-  ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof(atOnce));
-  ::close(std::exchange(socket_, -1));
+  socket_.set_option(asio::socket_base::linger(true, 0));
+  socket_.close();
 }
 
 std::string requestOf(const std::string& methodAndTarget, const std::string& body,

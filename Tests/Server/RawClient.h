@@ -1,6 +1,7 @@
 // A client that sends whatever a test wants.
 #pragma once
 
+#include <boost/asio/ip/tcp.hpp>
 #include <string>
 #include <string_view>
 
@@ -26,11 +27,8 @@ class RawClient {
     bool wasReset;
   };
 
+  /// Throws where nothing listens.
   explicit RawClient(int port);
-  ~RawClient();
-  RawClient(RawClient&& other) noexcept;
-  RawClient(const RawClient&) = delete;
-  RawClient& operator=(const RawClient&) = delete;
 
   RawClient& send(std::string_view bytes);
   /// The next response, and no byte of what follows. That of a HEAD has no body.
@@ -43,11 +41,10 @@ class RawClient {
   void abort();
 
  private:
-  bool receiveMore();
+  std::string take(std::size_t count);
 
-  int socket_;
+  boost::asio::ip::tcp::socket socket_;
   std::string received_;
-  bool wasReset_ = false;
 };
 
 /// "GET /path HTTP/1.1" with a host and, if there is a body, what goes with it. `headers` end in a

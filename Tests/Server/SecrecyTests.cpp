@@ -35,6 +35,19 @@ TEST_F(Secrecy, ACardGoesOverTheWireAndIsFoundNowhereAfterwards) {
       }
     }
   }
+  require(200, askConsole("PUT /app/guest", {{"email", email}}));
+  RawClient page(portOf(server->consoleURL()));
+  page.send(requestOf("GET /events"));
+  for (const auto* request : {"POST /app/cards", "POST /v1/sandbox/scenarios", "PUT /app/guest",
+                              "PATCH /app/cards/crd_x"}) {
+    replies += askConsole(request, enteredCard(card)).body;
+  }
+  for (const auto& path :
+       {"/" + card.pan, std::string("/stored"), std::string("/timeline?last=9")}) {
+    replies += askConsole("GET " + path).body;
+  }
+  require(200, askConsole("PUT /app/network", {{"on", false}}));
+  replies += page.receiveUntil("network off");
   for (const auto* request : {"requests", "har", "firings", "sides"}) {
     replies += askProvider(std::string("GET /v1/sandbox/") + request).body;
   }

@@ -10,7 +10,6 @@ import { test } from 'node:test';
 import { Documents } from './documents.js';
 import { Client, inTime, newCard, patience, registeredCard, Server } from './server.js';
 
-const documents = new Documents();
 const publicPorts = { backend: 8081, provider: 8082, console: 8083 };
 const host = { Host: 'sandboxes.example' };
 const ids = Array.from({ length: 24 }, (_, at) => `team-${String.fromCharCode(97 + at)}`);
@@ -86,6 +85,7 @@ test('sandboxes live on the server that their ids hash to', { timeout: 120_000 }
   try {
     const publicBase = { provider: `http://sandboxes.example:${ports[1]}` };
     await proxy.start([...ports], servers);
+    const documents = await Documents.of(servers[0]);
     const call = async (status, port, request, options = {}, base = proxy.urls[port]) => {
       const [method, target] = request.split(' ');
       const reply = await client.request(method, base + target, { ...options, headers: { ...host, ...options.headers } });

@@ -75,12 +75,12 @@ export class Requests {
   make(number, isGood) {
     const chosen = this.#operations[number % this.#operations.length];
     const { name, path, method, operation, parameters } = chosen;
-    const body = operation.requestBody?.content['application/json'].schema;
+    const body = this.#documents.resolve(name, operation.requestBody)?.content['application/json'].schema;
     const request = {
       port: name === 'backend' || name === 'provider' ? name : this.random.of(['provider', 'console']),
       prefix: { backend: sandboxes.services, provider: sandboxes.services, control: sandboxes.control, sandboxes: '' }[name],
       method, parts: path.split('/').slice(1).map((part) => this.#part(name, operation, part)),
-      query: this.#query(parameters), headers: this.#headers(name, parameters),
+      query: this.#query(name, parameters), headers: this.#headers(name, parameters),
       // Whatever takes no body takes an empty one.
       body: body ? this.#sample(name, body, operation.operationId) : method === 'POST' ? {} : undefined,
       id: operation.operationId,
@@ -129,9 +129,9 @@ export class Requests {
     return isDrastic || operationId === 'createNamedSandbox' ? `made-${this.random.below(20)}` : this.random.of(['default', 'drive-control', 'made-3', 'none']);
   }
 
-  #query(parameters) {
+  #query(document, parameters) {
     return parameters.filter((each) => each.in === 'query' && (each.required || this.random.chance(40)))
-      .map(({ name, schema, example }) => `${name}=${encodeURIComponent(example ?? (name === 'guest' ? this.random.of(guests) : this.#sample('', schema, name)))}`);
+      .map(({ name, schema, example }) => `${name}=${encodeURIComponent(example ?? (name === 'guest' ? this.random.of(guests) : this.#sample(document, schema, name)))}`);
   }
 
   #headers(name, parameters) {
@@ -147,7 +147,8 @@ export class Requests {
 
   /** A value that fits the schema, and means something where that is known. */
   #sample(name, unresolved, hint) {
-    const schema = this.#documents.resolve(name, unresolved);
+    const own = this.#documents.resolve(name, unresolved);
+    const schema = own.allOf ? { ...this.#documents.resolve(name, own.allOf[0]), ...own } : own;
     if (schema.oneOf) return this.#sample(name, this.random.of(schema.oneOf), hint);
     if ('const' in schema) return schema.const;
     if (schema.enum) return this.random.of(schema.enum);
@@ -156,7 +157,7 @@ export class Requests {
     switch (type) {
       case 'object': {
         const required = schema.required ?? [];
-        const names = Object.keys(schema.properties ?? {}).filter((each) => required.includes(each) || this.random.chance(35));
+        const names = Object.keys(schema.properties ?? {}).filter((each) => required.includes(each) || (!schema.properties[each].readOnly && this.random.chance(35)));
         return Object.fromEntries(names.map((each) => [each, this.#sample(name, schema.properties[each], each)]));
       }
       case 'array': return [];
