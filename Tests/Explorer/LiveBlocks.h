@@ -10,4 +10,14 @@ namespace hlv::testing {
 
 std::size_t liveBlocks();
 
+inline bool countsBlocks = true;
+
+/// While it lives, what is allocated and freed is not counted: the explorer's own books.
+struct Uncounted {
+  Uncounted() { countsBlocks = false; }
+  ~Uncounted() { countsBlocks = true; }
+  Uncounted(const Uncounted&) = delete;
+  Uncounted& operator=(const Uncounted&) = delete;
+};
+
 }  // namespace hlv::testing
