@@ -19,6 +19,8 @@ namespace hlv::testing {
 struct Transition {
   std::uint64_t move = 0, whole = 0;
   bool hadChoices = false;
+  /// Whether something came inside the move that could as well come after it.
+  bool comesLater = false;
   Touched touched = {};
 };
 

@@ -166,7 +166,8 @@ int report(const std::vector<const Scenario*>& scenarios, const Options& options
     const auto expected = onRecord(record, name, options);
     const bool asRecorded = line.histories == expected;
     fine = fine && asRecorded && !line.failed;
-    std::printf("%12lu %12lu  %s%s\n", line.histories.load(), expected, name.c_str(),
+    std::printf("%12lu %12lu %12lu  %s%s\n", line.histories.load(), line.played.load(), expected,
+                name.c_str(),
                 line.failed  ? "  VIOLATED"
                 : asRecorded ? ""
                              : "  NOT AS ON RECORD");

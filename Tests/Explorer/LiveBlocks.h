@@ -1,7 +1,7 @@
 // How many blocks of memory are in use. Linking this counts every allocation of the program, and
 // none under a sanitizer.
 //
-// Threading: any; the count is exact while one thread allocates.
+// Threading: one thread.
 #pragma once
 
 #include <cstddef>

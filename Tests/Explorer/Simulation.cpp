@@ -76,6 +76,7 @@ Simulation::Simulation() {
   history_.reserve(1);
   moves_.reserve(1);
   numbers_.reserve(1);
+  disturbed_.reserve(1);
   calls_.reserve(1);
   enteredCards_.reserve(1);
   host_->trace.reserve(1);
@@ -185,7 +186,10 @@ bool Simulation::step() {
   const auto chosen = choices_->chooseMove(numbers_);
   if (chosen == Choices::none || moves_[chosen].kind == Move::Kind::end) return false;
   transition_ = {numbers_[chosen], numbers_[chosen]};
+  disturbed_.clear();
   performAlone(moves_[chosen]);
+  for (const auto& one : disturbed_) transition_.comesLater |= !one.meets(transition_.touched);
+  for (const auto& one : disturbed_) transition_.touched.add(one);
   return choices_->performed(transition_);
 }
 
@@ -273,36 +277,55 @@ void Simulation::perform(Move move) {
   writeDown();
   if (move.isOnCall()) move.error = calls_[move.call].id;
   history_.push_back({true, move, depth_, {}});
+  const auto events = history_.size();
+  const auto outer = std::exchange(transition_.touched, {});
   ++depth_;
   if (move.isDisturbance()) --disturbancesLeft_;
   const bool before = std::exchange(platform_->onMainThread, move.onMain);
   const auto owner = std::exchange(platform_->owner, ownerOf(move));
   touch(move, platform_->owner);
+  auto onMain = platform_->main->waiting(), onSerial = waitingOnSerialQueues();
+  if (move.kind == Move::Kind::runMainQueue) --onMain;
+  if (move.kind == Move::Kind::runSerialQueue) --onSerial;
   execute(move);
+  const bool posts = platform_->main->waiting() > onMain || waitingOnSerialQueues() > onSerial;
+  if (platform_->main->waiting() > onMain) transition_.touched.write(Touched::mainEnd);
+  if (waitingOnSerialQueues() > onSerial) transition_.touched.write(Touched::serialEnd);
   writeDown();
   platform_->onMainThread = before;
   platform_->owner = owner;
   --depth_;
+  // One that is silent does the same on every thread.
+  const bool isAsAlone = move.onMain == (move.kind != Move::Kind::answerAgain) ||
+                         (!posts && history_.size() == events);
+  if (depth_ == 1 && move.isDisturbance() && isAsAlone) {
+    disturbed_.push_back(std::exchange(transition_.touched, outer));
+  } else {
+    transition_.touched.add(outer);
+  }
 }
 
 void Simulation::performAlone(const Move& move) {
-  const bool mayDie = managerReleased_ || synchronizerReleased_ || kitReleased_;
-  const auto holders = [this] {
-    return std::tuple(kit_.use_count(), manager_.use_count(), synchronizer_.use_count());
-  };
-  const auto heldBefore = holders();
-  auto onMain = platform_->main->waiting(), onSerial = waitingOnSerialQueues();
-  if (move.kind == Move::Kind::runMainQueue) --onMain;
-  if (move.kind == Move::Kind::runSerialQueue) --onSerial;
+  const bool mayDie = managerReleased_ || synchronizerReleased_ || kitReleased_ ||
+                      (!looksForManager(move) && disturbancesLeft_ > 0);
+  const auto managers = manager_.use_count();
+  const auto others = std::pair(kit_.use_count(), synchronizer_.use_count());
   onSerialQueue_ = move.kind == Move::Kind::runSerialQueue;
   perform(move);
   auto& touched = transition_.touched;
-  if (mayDie && holders() != heldBefore) touched.write(Touched::life);
-  if (platform_->main->waiting() > onMain) touched.write(Touched::mainEnd);
-  if (waitingOnSerialQueues() > onSerial) touched.write(Touched::serialEnd);
+  if (mayDie && manager_.use_count() != managers) touched.write(Touched::manager);
+  if (mayDie && std::pair(kit_.use_count(), synchronizer_.use_count()) != others) {
+    touched.write(Touched::synchronizer);
+  }
   watchKit();
   say(state());
   writeDown();
+}
+
+/// Those that do not, only let go.
+bool Simulation::looksForManager(const Move& move) const {
+  return move.kind != Move::Kind::neverAnswer &&
+         !(move.kind == Move::Kind::answer && !calls_[move.call].joins);
 }
 
 std::size_t Simulation::ownerOf(const Move& move) {
@@ -327,7 +350,7 @@ std::size_t Simulation::ownerOf(const Move& move) {
 /// What the move touches whatever comes of it.
 void Simulation::touch(const Move& move, std::size_t owner) {
   auto& touched = transition_.touched;
-  touched.read(Touched::life);
+  if (looksForManager(move)) touched.read(Touched::manager);
   if (move.isDisturbance()) touched.write(Touched::disturbances);
   switch (move.kind) {
     case Move::Kind::goOn:
@@ -338,8 +361,10 @@ void Simulation::touch(const Move& move, std::size_t owner) {
       touched.write(Touched::guestToken);
       touched.write(Touched::network);
       touched.write(Touched::synchronizing);
+      touched.read(Touched::synchronizer);
       if (scenario_->operations[move.operation].kind == OperationKind::enable) {
-        touched.write(Touched::life);
+        touched.write(Touched::manager);
+        touched.write(Touched::synchronizer);
       }
       return touched.write(Touched::chainOf(owner));
     case Move::Kind::runMainQueue:
@@ -348,6 +373,7 @@ void Simulation::touch(const Move& move, std::size_t owner) {
       return touched.write(Touched::chainOf(owner));
     case Move::Kind::runSerialQueue:
       touched.write(Touched::serialBegin);
+      touched.read(Touched::synchronizer);
       touched.read(Touched::guestToken);
       touched.write(Touched::synchronizing);
       touched.write(Touched::cardsOf(owner));
@@ -362,13 +388,17 @@ void Simulation::touch(const Move& move, std::size_t owner) {
                                                                : Touched::chainOf(owner));
     }
     case Move::Kind::post:
+      touched.read(Touched::synchronizer);
       touched.write(Touched::network);
       touched.write(Touched::synchronizing);
       return touched.read(Touched::guestToken);
     case Move::Kind::releaseManager:
-    case Move::Kind::releaseSynchronizer:
+      return touched.write(Touched::manager);
     case Move::Kind::releaseKit:
-      return touched.write(Touched::life);
+      touched.write(Touched::manager);
+      [[fallthrough]];
+    case Move::Kind::releaseSynchronizer:
+      return touched.write(Touched::synchronizer);
   }
 }
 

@@ -71,6 +71,7 @@ class Simulation {
   void performAlone(const Move& move);
   std::size_t ownerOf(const Move& move);
   void touch(const Move& move, std::size_t owner);
+  bool looksForManager(const Move& move) const;
   void execute(const Move& move);
   void start(const Move& move);
   void enable(const Request& request);
@@ -96,6 +97,8 @@ class Simulation {
   std::vector<std::uint64_t> numbers_;
   /// What the move that nothing surrounds has chosen and touched so far.
   Transition transition_;
+  /// What disturbances inside it have touched, of those that could as well come after it.
+  std::vector<Touched> disturbed_;
   bool onSerialQueue_ = false;
   std::vector<Call> calls_;
   std::size_t callsOf_[Touched::ownersAtMost] = {};

@@ -23,8 +23,9 @@ struct Touched {
     guestToken,
     /// With the flag that the manager keeps of it.
     network,
-    /// Who holds the kit, the manager and the synchroniser.
-    life,
+    /// Who holds them; with the synchroniser, the kit.
+    manager,
+    synchronizer,
     /// The synchroniser's flag.
     synchronizing,
     /// A queue that is not empty has two ends.
