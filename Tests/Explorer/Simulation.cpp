@@ -42,7 +42,9 @@ std::string named(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrum
 class Simulation::EnteredCard final : public FakeEnteredCard {
  public:
   EnteredCard(Trace* trace, std::size_t operation)
-      : trace_(trace), name_("card " + std::to_string(operation)) {}
+      : trace_(trace), name_("card " + std::to_string(operation)) {
+    useCase = "entered";
+  }
   bool isValid(ErrorPtr* error) const override {
     trace_->push_back(name_ + " checks itself");
     return FakeEnteredCard::isValid(error);
