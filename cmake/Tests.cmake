@@ -23,12 +23,11 @@ hlv_add_tests(KitTests
     Tests/Support/ScriptedHost.cpp
     Tests/Kit/EnablingTests.cpp
     Tests/Kit/EntryPointTests.cpp
-    Tests/Kit/FinderTests.cpp
     Tests/Kit/KitConfigurationTests.cpp
     Tests/Kit/ManagerCoreTests.cpp
-    Tests/Kit/ModelsTests.cpp
     Tests/Kit/NoHostTests.cpp
     Tests/Kit/SynchronizerTests.cpp
+    Tests/Kit/ValueTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 hlv_add_tests(SecrecyTests
   SOURCES

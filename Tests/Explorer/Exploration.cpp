@@ -1,11 +1,32 @@
 #include "Tests/Explorer/Exploration.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 
 #include "Tests/Explorer/LiveBlocks.h"
 #include "Tests/Secrecy/CardDataSearch.h"
 
 namespace hlv::testing {
+
+namespace {
+
+/// Neighbours of different owners may stand in any order.
+std::uint64_t outcomeOf(const History& history) {
+  const Uncounted ours;
+  std::map<std::size_t, std::uint64_t> seen;
+  for (const auto& event : history) {
+    if (event.isMove) continue;
+    auto& byOwner = seen[event.owner];
+    if (event.owner == Event::nobody) byOwner = 0;
+    byOwner = mixed(byOwner, std::hash<std::string>()(event.output));
+  }
+  std::uint64_t outcome = 0;
+  for (const auto& [owner, lines] : seen) outcome = mixed(mixed(outcome, owner), lines);
+  return outcome;
+}
+
+}  // namespace
 
 std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
                                                      const History& history) {
@@ -32,25 +53,37 @@ std::string textOf(const History& history,
 
 std::optional<std::string> Exploration::run(Progress& progress, const std::atomic<bool>& stop) {
   Simulation simulation;
-  DepthFirst choices;
-  std::size_t blocks = 0;
-  std::uint64_t played = 0;
-  do {
+  DepthFirst choices(limits_.orders, limits_.shard);
+  bool goesOn = true;
+  while (goesOn && !stop && progress.histories < limits_.histories) {
+    const auto blocks = liveBlocks();
     const auto& history = simulation.play(scenario_, limits_.disturbances, choices);
-    if (const auto violation = violationOf(scenario_, history)) {
-      keepIfShorter(history, *violation, choices);
+    ++progress.played;
+    if (choices.isComplete()) {
+      ++progress.histories;
+      if (limits_.keepsOutcomes) outcomes_.insert(outcomeOf(history));
+      if (const auto violation = violationOf(scenario_, history)) {
+        keepIfShorter(history, *violation, choices);
+      }
     }
-    progress.histories.store(++played, std::memory_order_relaxed);
-
-    // What lasts is made by the first history.
     simulation.forget();
-    if (played > 1 && !shortest_ && liveBlocks() > blocks) {
+    if (!shortest_ && liveBlocks() > blocks && leavesMemory(simulation, choices)) {
       keepIfShorter({}, {0, "no memory left over"}, choices);
     }
-    blocks = liveBlocks();
     if (shortest_) progress.failed = true;
-  } while (!stop && played < limits_.histories && choices.next());
+    goesOn = choices.next();
+  }
+  if (!goesOn) ++progress.ended;
   return shortest_;
+}
+
+/// Plays the history once more: what lasts is made only once.
+bool Exploration::leavesMemory(Simulation& simulation, const DepthFirst& choices) const {
+  auto again = *DepthFirst::along(choices.path());
+  const auto blocks = liveBlocks();
+  simulation.play(scenario_, limits_.disturbances, again);
+  simulation.forget();
+  return liveBlocks() > blocks;
 }
 
 void Exploration::keepIfShorter(const History& history, const ReferenceModel::Violation& violation,

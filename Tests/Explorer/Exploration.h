@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "Tests/Explorer/ReferenceModel.h"
@@ -29,11 +30,15 @@ class Exploration {
     /// Beyond those of the scenario.
     std::size_t disturbances = 0;
     std::uint64_t histories = std::numeric_limits<std::uint64_t>::max();
+    DepthFirst::Orders orders = DepthFirst::Orders::distinct;
+    Shard shard = {};
+    bool keepsOutcomes = false;
   };
 
-  /// How far it is, and whether somebody wants it to stop.
+  /// How far all explorations of the scenario are, and how many of them have nothing left.
   struct Progress {
-    std::atomic<std::uint64_t> histories{0};
+    std::atomic<std::uint64_t> histories{0}, played{0};
+    std::atomic<unsigned> ended{0};
     std::atomic<bool> failed{false};
   };
 
@@ -43,8 +48,11 @@ class Exploration {
   /// The text of the shortest history that is not as it must be, with the path that replays it; or
   /// nothing. Ends early when `stop` is set.
   std::optional<std::string> run(Progress& progress, const std::atomic<bool>& stop);
+  /// What the histories came to: what each operation and each notification saw, and what was left.
+  const std::set<std::uint64_t>& outcomes() const { return outcomes_; }
 
  private:
+  bool leavesMemory(Simulation& simulation, const DepthFirst& choices) const;
   void keepIfShorter(const History& history, const ReferenceModel::Violation& violation,
                      const DepthFirst& choices);
 
@@ -52,6 +60,7 @@ class Exploration {
   const Limits limits_;
   std::optional<std::string> shortest_;
   std::size_t shortestMoves_ = 0;
+  std::set<std::uint64_t> outcomes_;
 };
 
 }  // namespace hlv::testing

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <map>
 #include <new>
@@ -23,14 +24,13 @@ using namespace hlv::testing;
 struct Options {
   Exploration::Limits limits;
   unsigned jobs = 2;
-  bool stopAtFirstFailure = false;
+  bool stopAtFirstFailure = false, comparesOrders = false;
   std::string replay;
   std::vector<std::string> scenarios;
 };
 
 /// What the workers and their parent share.
 struct Board {
-  std::atomic<std::size_t> next{0};
   std::atomic<bool> stop{false};
   Exploration::Progress lines[256];
 
@@ -86,13 +86,46 @@ int replay(const std::string& line) {
   return violation ? 1 : 0;
 }
 
-void explore(const std::vector<const Scenario*>& scenarios, const Options& options, Board& board) {
-  for (std::size_t i = board.next++; i < scenarios.size() && !board.stop; i = board.next++) {
-    Exploration exploration(*scenarios[i], options.limits);
+void print(const std::string& text) {
+  std::fputs(text.c_str(), stdout);
+  std::fflush(stdout);
+}
+
+/// A worker's share of every scenario.
+void explore(const std::vector<const Scenario*>& scenarios, const Options& options, unsigned job,
+             Board& board) {
+  auto limits = options.limits;
+  limits.shard = {limits.shard.number * options.jobs + job, limits.shard.of * options.jobs};
+  for (std::size_t i = 0; i < scenarios.size() && !board.stop; ++i) {
+    Exploration exploration(*scenarios[i], limits);
     if (const auto failure = exploration.run(board.lines[i], board.stop)) {
-      std::fputs(("\n" + scenarios[i]->name + "\n" + *failure).c_str(), stdout);
-      std::fflush(stdout);
+      print("\n" + scenarios[i]->name + "\n" + *failure);
     }
+  }
+}
+
+/// Plays a worker's scenarios in all orders too, and compares what comes of both.
+void compareOrders(const std::vector<const Scenario*>& scenarios, const Options& options,
+                   unsigned job, Board& board) {
+  for (std::size_t i = job; i < scenarios.size(); i += options.jobs) {
+    auto limits = options.limits;
+    limits.keepsOutcomes = true;
+    Exploration distinct(*scenarios[i], limits);
+    distinct.run(board.lines[i], board.stop);
+    limits.orders = DepthFirst::Orders::all;
+    Exploration::Progress all;
+    Exploration everything(*scenarios[i], limits);
+    everything.run(all, board.stop);
+    if (all.ended + board.lines[i].ended < 2) {
+      print("too many to compare: " + scenarios[i]->name + "\n");
+      continue;
+    }
+    board.lines[i].failed = distinct.outcomes() != everything.outcomes();
+    std::ostringstream line;
+    line << std::setw(12) << board.lines[i].histories << std::setw(12) << all.histories
+         << std::setw(12) << distinct.outcomes().size() << std::setw(12)
+         << everything.outcomes().size() << "  " << scenarios[i]->name << "\n";
+    print(line.str());
   }
 }
 
@@ -104,7 +137,7 @@ bool runWorkers(const std::vector<const Scenario*>& scenarios, const Options& op
   for (unsigned job = 0; job < options.jobs; ++job) {
     if (fork() == 0) {
       close(ends[0]);
-      explore(scenarios, options, board);
+      (options.comparesOrders ? compareOrders : explore)(scenarios, options, job, board);
       std::exit(0);  // Not _Exit: a build that counts lines writes them down at the end.
     }
   }
@@ -133,7 +166,8 @@ int report(const std::vector<const Scenario*>& scenarios, const Options& options
     const auto expected = onRecord(record, name, options);
     const bool asRecorded = line.histories == expected;
     fine = fine && asRecorded && !line.failed;
-    std::printf("%12lu %12lu  %s%s\n", line.histories.load(), expected, name.c_str(),
+    std::printf("%12lu %12lu %12lu  %s%s\n", line.histories.load(), line.played.load(), expected,
+                name.c_str(),
                 line.failed  ? "  VIOLATED"
                 : asRecorded ? ""
                              : "  NOT AS ON RECORD");
@@ -152,6 +186,8 @@ int main(int argc, char** argv) {
   app.add_option("--at-most", options.limits.histories, "histories of each scenario");
   app.add_flag("--first", options.stopAtFirstFailure,
                "stop at the first failure instead of looking for the shortest");
+  app.add_flag("--compare-orders", options.comparesOrders,
+               "play what differs only in the order of independent events too, and compare");
   app.add_option("--jobs", options.jobs, "processes")->check(CLI::Range(1, 64));
   app.add_option("--replay", options.replay,
                  "show one history, from the line that a failure prints");

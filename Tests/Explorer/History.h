@@ -38,9 +38,12 @@ struct Move {
   std::size_t call = 0;
   const Answer* answer = nullptr;
   const Posted* notification = nullptr;
+  /// The number of the call's error, which is the same in every order of events.
+  std::size_t error = 0;
 
   /// Whether it is one of the things that may come in between, of which a history holds few.
   bool isDisturbance() const { return kind >= Kind::answerAgain; }
+  bool isOnCall() const { return kind >= Kind::answer && kind <= Kind::answerAgain; }
   std::string text() const;
 };
 
@@ -51,6 +54,9 @@ struct Event {
   Move move{};
   std::size_t depth = 0;
   std::string output;
+  /// The operation or notification that it belongs to; `nobody` for what the kit looks like.
+  static constexpr std::size_t nobody = static_cast<std::size_t>(-1);
+  std::size_t owner = nobody;
 
   std::string text() const;
 };

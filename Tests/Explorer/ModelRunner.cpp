@@ -109,7 +109,7 @@ void ModelRunner::take(const Move& move) {
     case Move::Kind::answerAgain: {
       const auto [then, replies] = waiting_[move.call];
       if (replies == Replies::once) waiting_[move.call].then = nullptr;
-      const Text error = move.answer->fails ? "error " + std::to_string(move.call) : "none";
+      const Text error = move.answer->fails ? "error " + std::to_string(move.error) : "none";
       return then ? then({*move.answer, error}) : void();
     }
     case Move::Kind::neverAnswer:

@@ -80,6 +80,11 @@ class ModelRunner {
   void bringToLife();
   /// The kit says or does this now.
   void expect(const Text& line);
+  /// It makes this error now.
+  const Text& made(const Text& error) {
+    expect("makes " + error);
+    return error;
+  }
   /// It calls a service, on the thread that it is on.
   void call(const Text& line, Continuation then, Replies replies = Replies::once);
   /// The main-thread rule: now, if this is the main thread, and otherwise posted.

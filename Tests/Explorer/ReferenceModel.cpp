@@ -136,7 +136,9 @@ void ReferenceModel::add(const Asking& who) {
   if (!who.request->valid) {
     return complete(who, "none, none, error " + std::to_string(who.operation));
   }
-  if (!connected_) return complete(who, "none, none, " + noConnection);
+  if (!connected_) {
+    return tellBuilt(who, [this](bool) { return "none, none, " + made(noConnection); });
+  }
   const bool hasToken = who.request->guest && guestToken_ && !guestToken_->empty();
   hasToken ? addFurther(who) : addFirst(who);
 }
@@ -176,9 +178,9 @@ void ReferenceModel::addFirst(const Asking& who) {
                                const Text& error) {
     if (error != none) return complete(who, "none, none, " + error);
     if (!instrument || !instrument->id) {
-      return tellBuilt(who, [](bool posted) {
+      return tellBuilt(who, [this](bool posted) {
         const auto method = by(addFirstMethod, posted);
-        return "none, none, " + required("identifier", notIdentified, method, "AddFirst");
+        return "none, none, " + made(required("identifier", notIdentified, method, "AddFirst"));
       });
     }
     expect(who.card() + " is " + *instrument->id);
@@ -186,16 +188,16 @@ void ReferenceModel::addFirst(const Asking& who) {
   };
 
   call("provider create token for " + who.guest("nil") +
-           " with new[..1111 09/2031 cvv A. Guest] use case default",
+           " with new[..1111 09/2031 cvv A. Guest] use case entered",
        [=, this](const Brought& brought) {
          const auto kept = who.manager.lock();
          const auto token = brought.answer.token;
          if (!brought.failed() && token) return kept ? confirm(who, token, added) : void();
          if (!brought.failed()) expect("assert parameter userToken: nil");
-         onMainThread([=, failed = brought.failed(), error = brought.error](bool posted) {
+         onMainThread([=, this, failed = brought.failed(), error = brought.error](bool posted) {
            const auto method = by(addFirstToPaylevenMethod, posted);
            added({}, {},
-                 failed ? wrapped(error) : required("userToken", "nil", method, "AddFirst"));
+                 made(failed ? wrapped(error) : required("userToken", "nil", method, "AddFirst")));
          });
        });
 }
@@ -213,8 +215,9 @@ void ReferenceModel::addFurther(const Asking& who) {
     }
     if (!instrument || !instrument->id) {
       log(1, failedToAdd + notIdentified, "", addNewBlock);
-      return complete(
-          who, "none, none, " + required("identifier", notIdentified, addNewBlock, "AddNew"));
+      return tellBuilt(who, [this](bool) {
+        return "none, none, " + made(required("identifier", notIdentified, addNewBlock, "AddNew"));
+      });
     }
     expect(who.card() + " is " + *instrument->id);
     if (!kept) return;
@@ -224,11 +227,12 @@ void ReferenceModel::addFurther(const Asking& who) {
          });
   };
 
-  call("provider add new[..1111 09/2031 cvv A. Guest] under " + token + " use case default",
+  call("provider add new[..1111 09/2031 cvv A. Guest] under " + token + " use case entered",
        [=, this](const Brought& brought) {
          const auto kept = who.manager.lock();
          if (!brought.failed()) return kept ? confirm(who, token, added) : void();
-         onMainThread([=, error = brought.error](bool) { added({}, {}, wrapped(error)); });
+         onMainThread(
+             [=, this, error = brought.error](bool) { added({}, {}, made(wrapped(error))); });
        });
 }
 
@@ -246,17 +250,17 @@ void ReferenceModel::confirm(const Asking& who, const NullableString& token, Con
     const Text argument = who.request->card ? "paylevenToken" : "paymentInstrument";
     expect("assert parameter " + argument + ": nil");
     if (!then) return;
-    return onMainThread([=](bool posted) {
-      then(token, nullptr, required(argument, "nil", by(processMethod, posted), "Confirm"));
+    return onMainThread([=, this](bool posted) {
+      then(token, nullptr, made(required(argument, "nil", by(processMethod, posted), "Confirm")));
     });
   }
-  call("provider list " + *token + " use case default", [=, this](const Brought& brought) {
+  call("provider list " + *token + " use case entered", [=, this](const Brought& brought) {
     const bool missing = !brought.failed() && !brought.answer.instruments;
     if (missing) expect("assert parameter paylevenInstruments: nil");
     if (!then) return;
     const auto found = brought.failed() ? nullptr : lastUsable(brought.answer, "09", "2031");
-    onMainThread([=, error = brought.failed() ? wrapped(brought.error) : none](bool) {
-      then(token, found, error);
+    onMainThread([=, this, error = brought.failed() ? wrapped(brought.error) : none](bool) {
+      then(token, found, error == none ? none : made(error));
     });
   });
 }
@@ -270,8 +274,8 @@ void ReferenceModel::remove(const Asking& who) {
   connected_ = (network_ & 0xff) != 0;
   const auto refuse = [&](const Text& asserted, const Text& reported) {
     expect("assert parameter " + asserted + ": nil");
-    tellBuilt(who, [=](bool posted) {
-      return "none, " + required(reported, "nil", by(deleteMethod, posted), "Delete");
+    tellBuilt(who, [=, this](bool posted) {
+      return "none, " + made(required(reported, "nil", by(deleteMethod, posted), "Delete"));
     });
   };
   const auto& request = *who.request;
@@ -280,9 +284,11 @@ void ReferenceModel::remove(const Asking& who) {
   if (!request.useCase) return refuse("useCase", "useCase");
   if (*request.id != "card-1") {
     const Text message = "Given guest must have credit card with the given halvoID";
-    return complete(who, "none, " + required("existedCard", message, deleteMethod, "Delete"));
+    return complete(who, "none, " + made(required("existedCard", message, deleteMethod, "Delete")));
   }
-  if (!connected_) return complete(who, "none, " + noConnection);
+  if (!connected_) {
+    return tellBuilt(who, [this](bool) { return "none, " + made(noConnection); });
+  }
 
   call("backend delete card-1 of guest", [=, this](const Brought& deleted) {
     if (deleted.failed()) return complete(who, "none, " + deleted.error);
@@ -290,16 +296,16 @@ void ReferenceModel::remove(const Asking& who) {
     if (!kept) return;
     const auto guest = deleted.guest();
     const auto token = deleted.answer.guest ? shown(deleted.answer.guest->token) : "nil";
-    call("provider list " + token + " use case default",
-         [=, this, keptMeanwhile = kept](const Brought& listed) {
-           if (!listed.answer.instruments) expect("assert parameter paylevenInstruments: nil");
-           const auto found = lastUsable(listed.answer);
-           if (!found) return complete(who, guest + ", none");
-           call("provider remove " + shown(found->id) + " from default of " + token,
-                [=, this](const Brought& removed) {
-                  complete(who, guest + ", " + (removed.failed() ? wrapped(removed.error) : none));
-                });
-         });
+    call("provider list " + token + " use case deleted", [=, this, keptMeanwhile = kept](
+                                                             const Brought& listed) {
+      if (!listed.answer.instruments) expect("assert parameter paylevenInstruments: nil");
+      const auto found = lastUsable(listed.answer);
+      if (!found) return complete(who, guest + ", none");
+      call("provider remove " + shown(found->id) + " from deleted of " + token,
+           [=, this](const Brought& removed) {
+             complete(who, guest + ", " + (removed.failed() ? made(wrapped(removed.error)) : none));
+           });
+    });
   });
 }
 
@@ -371,8 +377,8 @@ void ReferenceModel::fetchAll(const Asking& who,
   for (const Text useCase : {"private", "business", "default"}) {
     lists->enter();
     const Text token = who.request->guest ? shown(guestToken_) : "nil";
-    call("provider list " + token + " use case " + useCase, [=](const Brought& brought) {
-      if (brought.failed()) fetched->error = wrapped(brought.error);
+    call("provider list " + token + " use case " + useCase, [=, this](const Brought& brought) {
+      if (brought.failed()) fetched->error = made(wrapped(brought.error));
       if (!brought.failed()) {
         for (const auto& one : all<FakeInstrument>(brought.answer.instruments)) {
           fetched->pairs.emplace_back(useCase, one);

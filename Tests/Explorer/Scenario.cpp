@@ -35,10 +35,10 @@ const auto another = instrument("plv-4", "2222");
 PossibleReplies everyAnswer() {
   const auto& cast = Fixtures::shared();
   const PossibleReplies::Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
-  return {.createToken = {{.name = "a token", .token = "tok"},
+  return {.createToken = {{.name = "a token", .token = "created"},
                           {.name = "an empty token", .token = ""},
                           {.name = "nothing"},
-                          {.name = "a token and an error", .fails = true, .token = "tok"}},
+                          {.name = "a token and an error", .fails = true, .token = "created"}},
           .addInstrument = doneOrNot,
           .removeInstrument = doneOrNot,
           .updateGuest = {{.name = "the guest", .guest = cast.addedTo},
@@ -69,7 +69,8 @@ PossibleReplies everyAnswer() {
 /// Success, or an error.
 PossibleReplies successOrError() {
   auto replies = everyAnswer();
-  replies.createToken = {{.name = "a token", .token = "tok"}, {.name = "an error", .fails = true}};
+  replies.createToken = {{.name = "a token", .token = "created"},
+                         {.name = "an error", .fails = true}};
   replies.addCard.erase(replies.addCard.begin() + 1, replies.addCard.begin() + 3);
   replies.deleteCard.erase(replies.deleteCard.begin() + 1, replies.deleteCard.begin() + 3);
   const PossibleReplies::Answers lists{{.name = "a match", .instruments = Instruments{matching}},
@@ -293,7 +294,9 @@ Fixtures::Fixtures() {
   guest->emailText = "guest";
   addedTo->emailText = "added-to";
   deletedFrom->emailText = "deleted-from";
-  deletedFrom->token = "new-tok";
+  addedTo->token = "tok of added-to";
+  deletedFrom->token = "tok of deleted-from";
+  stored->useCaseName = "stored";
   tokenless->emailText = "tokenless";
   namesake->digits = "2222";
   registered->id = "registered";

@@ -12,8 +12,7 @@
 
 namespace hlv::testing {
 
-/// The people and things of every history. Each guest is completed from the others by its e-mail
-/// address.
+/// The people and things of every history. No two of them share a value that shows.
 struct Fixtures {
   static Fixtures& shared();
   Fixtures();
@@ -75,8 +74,8 @@ struct Request {
   bool valid = true;
   std::int64_t network = 1;
   NullableString id = "card-1";
-  NullableString useCase = "default";
-  NullableString confirmToken = "tok";
+  NullableString useCase = "deleted";
+  NullableString confirmToken = "confirmed";
   /// Keys of the kits array for enabling: "ours" has one, "null" and "other" have none.
   std::vector<std::string> kits = {};
 };

@@ -11,7 +11,8 @@ namespace {
 const ErrorPtr& errorOf(std::size_t call) {
   static const auto errors = [] {
     std::vector<ErrorPtr> made;
-    while (made.size() < 100) made.push_back(makeError("error " + std::to_string(made.size())));
+    while (made.size() < Touched::ownersAtMost * Touched::callsAtMost)
+      made.push_back(makeError("error " + std::to_string(made.size())));
     return made;
   }();
   return errors.at(call);
@@ -41,7 +42,9 @@ std::string named(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrum
 class Simulation::EnteredCard final : public FakeEnteredCard {
  public:
   EnteredCard(Trace* trace, std::size_t operation)
-      : trace_(trace), name_("card " + std::to_string(operation)) {}
+      : trace_(trace), name_("card " + std::to_string(operation)) {
+    useCase = "entered";
+  }
   bool isValid(ErrorPtr* error) const override {
     trace_->push_back(name_ + " checks itself");
     return FakeEnteredCard::isValid(error);
@@ -74,6 +77,8 @@ Simulation::Simulation() {
   HLVSDKPayleven::resetSharedInstance();
   history_.reserve(1);
   moves_.reserve(1);
+  numbers_.reserve(1);
+  disturbed_.reserve(1);
   calls_.reserve(1);
   enteredCards_.reserve(1);
   host_->trace.reserve(1);
@@ -124,7 +129,9 @@ void Simulation::begin() {
   const auto& cast = Fixtures::shared();
   history_.clear();
   depth_ = 0;
-  nextOperation_ = 0;
+  nextOperation_ = posts_ = 0;
+  std::fill(std::begin(callsOf_), std::end(callsOf_), 0);
+  platform_->owner = Event::nobody;
   managerReleased_ = synchronizerReleased_ = kitReleased_ = false;
   cast.guest->token.reset();
   host_->guest = scenario_->kitGuestHasToken ? cast.guest : cast.tokenless;
@@ -138,6 +145,9 @@ void Simulation::begin() {
 }
 
 void Simulation::end() {
+  // Where a history was let be, blocks wait that nobody will run.
+  platform_->main->drop();
+  while (const auto queue = firstSerialQueue()) queue->drop();
   // The services still keep the callbacks that they have answered.
   HLVSDKPayleven::resetSharedInstance();
   host_->backend->lastAddRequest.reset();
@@ -163,10 +173,7 @@ bool Simulation::step() {
   moves_.clear();
   addStarts(scenario_->bothThreads ? std::vector{true, false} : std::vector{true});
   if (platform_->main->waiting() > 0) moves_.push_back({Move::Kind::runMainQueue});
-  for (const auto& queue : platform_->serialQueues) {
-    const auto alive = queue.lock();
-    if (alive && alive->waiting() > 0) moves_.push_back({Move::Kind::runSerialQueue, false});
-  }
+  if (firstSerialQueue()) moves_.push_back({Move::Kind::runSerialQueue, false});
   for (std::size_t call = 0; call < calls_.size(); ++call) {
     if (calls_[call].answered) continue;
     addAnswers(call, false);
@@ -176,10 +183,16 @@ bool Simulation::step() {
   if (moves_.empty()) moves_.push_back({Move::Kind::end});
   addDisturbances();
 
-  const Move move = moves_[choices_->choose(moves_.size())];
-  if (move.kind == Move::Kind::end) return false;
-  perform(move);
-  return true;
+  numbers_.clear();
+  for (const auto& move : moves_) numbers_.push_back(numberOf(move));
+  const auto chosen = choices_->chooseMove(numbers_);
+  if (chosen == Choices::none || moves_[chosen].kind == Move::Kind::end) return false;
+  transition_ = {numbers_[chosen], numbers_[chosen]};
+  disturbed_.clear();
+  performAlone(moves_[chosen]);
+  for (const auto& one : disturbed_) transition_.comesLater |= !one.meets(transition_.touched);
+  for (const auto& one : disturbed_) transition_.touched.add(one);
+  return choices_->performed(transition_);
 }
 
 void Simulation::react(std::size_t call) {
@@ -193,9 +206,33 @@ void Simulation::react(std::size_t call) {
     if (!answersAtOnce) addDisturbances();
 
     Move move = moves_[choices_->choose(moves_.size())];
-    if (move.kind == Move::Kind::goOn) return;
     move.onMain = platform_->onMainThread;
+    transition_.hadChoices |= moves_.size() > 1;
+    transition_.whole = mixed(transition_.whole, numberOf(move));
+    if (move.kind == Move::Kind::goOn) return;
     perform(move);
+  }
+}
+
+std::uint64_t Simulation::numberOf(const Move& move) const {
+  auto number = static_cast<std::uint64_t>(move.kind) * 2 + (move.onMain ? 1U : 0U);
+  switch (move.kind) {
+    case Move::Kind::start:
+      return number * 100 +
+             static_cast<std::uint64_t>(move.request -
+                                        scenario_->operations[move.operation].requests.data());
+    case Move::Kind::answer:
+    case Move::Kind::answerAgain:
+      number = number * 100 +
+               static_cast<std::uint64_t>(move.answer - calls_[move.call].answers->data());
+      [[fallthrough]];
+    case Move::Kind::neverAnswer:
+      return number * 1000 + calls_[move.call].id;
+    case Move::Kind::post:
+      return number * 100 +
+             static_cast<std::uint64_t>(move.notification - scenario_->notifications.data());
+    default:
+      return number;
   }
 }
 
@@ -238,19 +275,133 @@ void Simulation::addDisturbances() {
   }
 }
 
-void Simulation::perform(const Move& move) {
+void Simulation::perform(Move move) {
   writeDown();
+  if (move.isOnCall()) move.error = calls_[move.call].id;
   history_.push_back({true, move, depth_, {}});
+  const auto events = history_.size();
+  const auto outer = std::exchange(transition_.touched, {});
   ++depth_;
   if (move.isDisturbance()) --disturbancesLeft_;
   const bool before = std::exchange(platform_->onMainThread, move.onMain);
+  const auto owner = std::exchange(platform_->owner, ownerOf(move));
+  touch(move, platform_->owner);
+  auto onMain = platform_->main->waiting(), onSerial = waitingOnSerialQueues();
+  if (move.kind == Move::Kind::runMainQueue) --onMain;
+  if (move.kind == Move::Kind::runSerialQueue) --onSerial;
   execute(move);
+  const bool posts = platform_->main->waiting() > onMain || waitingOnSerialQueues() > onSerial;
+  if (platform_->main->waiting() > onMain) transition_.touched.write(Touched::mainEnd);
+  if (waitingOnSerialQueues() > onSerial) transition_.touched.write(Touched::serialEnd);
+  writeDown();
   platform_->onMainThread = before;
+  platform_->owner = owner;
   --depth_;
-  if (depth_ > 0) return;
+  // One that is silent does the same on every thread.
+  const bool isAsAlone = move.onMain == (move.kind != Move::Kind::answerAgain) ||
+                         (!posts && history_.size() == events);
+  if (depth_ == 1 && move.isDisturbance() && isAsAlone) {
+    disturbed_.push_back(std::exchange(transition_.touched, outer));
+  } else {
+    transition_.touched.add(outer);
+  }
+}
+
+void Simulation::performAlone(const Move& move) {
+  const bool mayDie = managerReleased_ || synchronizerReleased_ || kitReleased_ ||
+                      (!looksForManager(move) && disturbancesLeft_ > 0);
+  const auto managers = manager_.use_count();
+  const auto others = std::pair(kit_.use_count(), synchronizer_.use_count());
+  onSerialQueue_ = move.kind == Move::Kind::runSerialQueue;
+  perform(move);
+  auto& touched = transition_.touched;
+  if (mayDie && manager_.use_count() != managers) touched.write(Touched::manager);
+  if (mayDie && std::pair(kit_.use_count(), synchronizer_.use_count()) != others) {
+    touched.write(Touched::synchronizer);
+  }
   watchKit();
   say(state());
   writeDown();
+}
+
+/// Those that do not, only let go.
+bool Simulation::looksForManager(const Move& move) const {
+  return move.kind != Move::Kind::neverAnswer &&
+         !(move.kind == Move::Kind::answer && !calls_[move.call].joins);
+}
+
+std::size_t Simulation::ownerOf(const Move& move) {
+  switch (move.kind) {
+    case Move::Kind::start:
+      return move.operation;
+    case Move::Kind::answer:
+    case Move::Kind::answerAgain:
+    case Move::Kind::neverAnswer:
+      return calls_[move.call].owner;
+    case Move::Kind::runMainQueue:
+      return platform_->main->nextOwner();
+    case Move::Kind::runSerialQueue:
+      return firstSerialQueue()->nextOwner();
+    case Move::Kind::post:
+      return scenario_->operations.size() + posts_++;
+    default:
+      return Event::nobody;
+  }
+}
+
+/// What the move touches whatever comes of it.
+void Simulation::touch(const Move& move, std::size_t owner) {
+  auto& touched = transition_.touched;
+  if (looksForManager(move)) touched.read(Touched::manager);
+  if (move.isDisturbance()) touched.write(Touched::disturbances);
+  switch (move.kind) {
+    case Move::Kind::goOn:
+    case Move::Kind::end:
+      return;
+    case Move::Kind::start:
+      touched.write(Touched::nextOperation);
+      touched.write(Touched::guestToken);
+      touched.write(Touched::network);
+      touched.write(Touched::synchronizing);
+      touched.read(Touched::synchronizer);
+      if (scenario_->operations[move.operation].kind == OperationKind::enable) {
+        touched.write(Touched::manager);
+        touched.write(Touched::synchronizer);
+      }
+      return touched.write(Touched::chainOf(owner));
+    case Move::Kind::runMainQueue:
+      touched.write(Touched::mainBegin);
+      touched.write(Touched::cardsOf(owner));
+      return touched.write(Touched::chainOf(owner));
+    case Move::Kind::runSerialQueue:
+      touched.write(Touched::serialBegin);
+      touched.read(Touched::synchronizer);
+      touched.read(Touched::guestToken);
+      touched.write(Touched::synchronizing);
+      touched.write(Touched::cardsOf(owner));
+      return touched.write(Touched::chainOf(owner));
+    case Move::Kind::answer:
+    case Move::Kind::answerAgain:
+    case Move::Kind::neverAnswer: {
+      const auto& call = calls_[move.call];
+      touched.write(Touched::call(call.id));
+      if (!call.joins) return;
+      return touched.write(call.service == Service::fetchCards ? Touched::cardsOf(owner)
+                                                               : Touched::chainOf(owner));
+    }
+    case Move::Kind::post:
+      touched.read(Touched::synchronizer);
+      touched.write(Touched::network);
+      touched.write(Touched::synchronizing);
+      return touched.read(Touched::guestToken);
+    case Move::Kind::releaseManager:
+      return touched.write(Touched::manager);
+    case Move::Kind::releaseKit:
+      touched.write(Touched::manager);
+      [[fallthrough]];
+    case Move::Kind::releaseSynchronizer:
+      return touched.write(Touched::synchronizer);
+  }
 }
 
 void Simulation::execute(const Move& move) {
@@ -265,16 +416,14 @@ void Simulation::execute(const Move& move) {
       platform_->main->runOne();
       return;
     case Move::Kind::runSerialQueue:
-      for (const auto& queue : platform_->serialQueues) {
-        if (const auto alive = queue.lock(); alive && alive->runOne()) return;
-      }
+      firstSerialQueue()->runOne();
       return;
     case Move::Kind::answerAgain:
     case Move::Kind::answer: {
       calls_[move.call].answered = true;
       // The call may be moved while it runs: another one may be made inside.
       const auto answer = calls_[move.call].answer;
-      answer(*move.answer, move.answer->fails ? errorOf(move.call) : nullptr);
+      answer(*move.answer, move.answer->fails ? errorOf(move.error) : nullptr);
       return;
     }
     case Move::Kind::neverAnswer:
@@ -437,8 +586,14 @@ void Simulation::called(Service service,
     if (host_->requestedAddress == Fixtures::shared().address.get()) line += " at the address";
   }
   line += std::string(", ") + thread(platform_->onMainThread);
-  calls_.push_back(
-      {&scenario_->replies.of(service, host_->provider->lastUseCase), std::move(answer)});
+  const auto owner = platform_->owner % Touched::ownersAtMost;
+  const auto id = Touched::idOfCall(owner, callsOf_[owner]++);
+  transition_.touched.write(Touched::callsOf(owner));
+  // Nobody waits for the removals of a synchronisation.
+  const bool joins = service != Service::removeInstrument || !onSerialQueue_;
+  calls_.push_back({&scenario_->replies.of(service, host_->provider->lastUseCase),
+                    std::move(answer), service, id, joins,
+                    joins ? owner : owner + Touched::ownersAtMost * (id + 1)});
   react(calls_.size() - 1);
 }
 
@@ -458,11 +613,22 @@ void Simulation::watchKit() {
       kit->paymentInstrumentsSynchronizer());
 }
 
-std::string Simulation::state() const {
-  std::size_t onSerialQueues = 0;
+std::shared_ptr<ManualPlatform::ManualQueue> Simulation::firstSerialQueue() const {
   for (const auto& queue : platform_->serialQueues) {
-    if (const auto alive = queue.lock()) onSerialQueues += alive->waiting();
+    if (auto alive = queue.lock(); alive && alive->waiting() > 0) return alive;
   }
+  return nullptr;
+}
+
+std::size_t Simulation::waitingOnSerialQueues() const {
+  std::size_t waiting = 0;
+  for (const auto& queue : platform_->serialQueues) {
+    if (const auto alive = queue.lock()) waiting += alive->waiting();
+  }
+  return waiting;
+}
+
+std::string Simulation::state() const {
   std::string state = kit_.expired() ? "-" : "K";
   const auto manager = manager_.lock();
   const auto synchronizer = synchronizer_.lock();
@@ -470,12 +636,14 @@ std::string Simulation::state() const {
   state += !synchronizer ? '-' : synchronizer->isSynchronizing() ? 'S' : 's';
   state += std::to_string(platform_->main->waiting());
   state += '/';
-  state += std::to_string(onSerialQueues);
+  state += std::to_string(waitingOnSerialQueues());
   return state;
 }
 
 void Simulation::writeDown() {
-  for (auto& line : host_->trace) history_.push_back({false, {}, depth_, std::move(line)});
+  for (auto& line : host_->trace) {
+    history_.push_back({false, {}, depth_, std::move(line), platform_->owner});
+  }
   host_->trace.clear();
 }
 

@@ -28,9 +28,9 @@ class Simulation {
   Simulation(const Simulation&) = delete;
   Simulation& operator=(const Simulation&) = delete;
 
-  /// Plays one history. `disturbances` says how many it may hold beyond those of the scenario.
-  /// Whatever is left over at its end stands in the history as a line. The result is valid until
-  /// the next call.
+  /// Plays one history, to its end or until `choices` lets it be. `disturbances` says how many it
+  /// may hold beyond those of the scenario. Whatever is left over at its end stands in the history
+  /// as a line. The result is valid until the next call.
   const History& play(const Scenario& scenario, std::size_t disturbances, Choices& choices);
   /// Frees the last history.
   void forget() { history_.clear(); }
@@ -39,6 +39,13 @@ class Simulation {
   struct Call {
     const PossibleReplies::Answers* answers;
     std::function<void(const Answer&, const ErrorPtr&)> answer;
+    Service service;
+    /// The number that is the same in every history.
+    std::size_t id;
+    /// Whether anything that the call's owner has waits for the answer, and whose work the answer
+    /// is.
+    bool joins;
+    std::size_t owner;
     bool answered = false;
   };
   class EnteredCard;
@@ -58,7 +65,13 @@ class Simulation {
   void addAnswers(std::size_t call, bool onMain);
   void addDisturbances();
 
-  void perform(const Move& move);
+  std::uint64_t numberOf(const Move& move) const;
+  void perform(Move move);
+  /// Makes the move that nothing surrounds.
+  void performAlone(const Move& move);
+  std::size_t ownerOf(const Move& move);
+  void touch(const Move& move, std::size_t owner);
+  bool looksForManager(const Move& move) const;
   void execute(const Move& move);
   void start(const Move& move);
   void enable(const Request& request);
@@ -67,6 +80,9 @@ class Simulation {
   void watchKit();
   void writeDown();
   std::string state() const;
+  std::size_t waitingOnSerialQueues() const;
+  /// The first one with a block; nothing if none has one.
+  std::shared_ptr<ManualPlatform::ManualQueue> firstSerialQueue() const;
   void say(std::string line) { host_->trace.push_back(std::move(line)); }
 
   const std::shared_ptr<ManualPlatform> platform_ = std::make_shared<ManualPlatform>();
@@ -78,7 +94,15 @@ class Simulation {
   History history_;
   std::size_t depth_ = 0;
   std::vector<Move> moves_;
+  std::vector<std::uint64_t> numbers_;
+  /// What the move that nothing surrounds has chosen and touched so far.
+  Transition transition_;
+  /// What disturbances inside it have touched, of those that could as well come after it.
+  std::vector<Touched> disturbed_;
+  bool onSerialQueue_ = false;
   std::vector<Call> calls_;
+  std::size_t callsOf_[Touched::ownersAtMost] = {};
+  std::size_t posts_ = 0;
   std::size_t nextOperation_ = 0;
   bool managerReleased_ = false, synchronizerReleased_ = false, kitReleased_ = false;
   std::vector<std::shared_ptr<EnteredCard>> enteredCards_;

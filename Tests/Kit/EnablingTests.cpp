@@ -47,17 +47,6 @@ TEST_F(EnablingTest, ReadsTheGuestRegistersTheKeyAndStartsNothing) {
   EXPECT_EQ(host->takeTrace(), "");
 }
 
-TEST_F(EnablingTest, TheLastEntryOfTheReceiversClassCounts) {
-  const HLVSDKKitClass subclass(&guest);
-  const auto configuration = kits(List<HLVSDKKitEntry>{
-      entry(withKey("first")), entry(withKey("last")), entry(withKey("sub"), subclass)});
-  HLVSDKPayleven::enableWithConfiguration(configuration);
-  EXPECT_EQ(HLVSDKPayleven::sharedInstance()->kitConfiguration()->paymentKey(), "last");
-  HLVSDKPayleven::resetSharedInstance();
-  HLVSDKPayleven::enableWithConfiguration(configuration, subclass);
-  EXPECT_EQ(HLVSDKPayleven::sharedInstance()->kitConfiguration()->paymentKey(), "sub");
-}
-
 TEST_F(EnablingTest, AnEmptyKeyAndAMutableRecordAreAccepted) {
   EXPECT_NE(enable(""), nullptr);
   EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register ''");

@@ -33,16 +33,20 @@ TEST_F(EntryPointTest, BeforeEnablingNothingHappensAndNobodyIsTold) {
 
 TEST_F(EntryPointTest, EveryCallReachesTheManagerOfTheInstanceOfTheMoment) {
   guest->token = "tok";
-  for (int round = 0; round < 2; ++round) {
-    const auto kit = makeKit();
+  const std::shared_ptr<HLVSDKPayleven> kits[] = {makeKit(), makeKit()};
+  for (const auto& kit : kits) {
     HLVSDKPayleven::setSharedInstance(kit);
-    EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), kit->paymentInstrumentManager());
-    host->takeTrace();
+    const auto manager = std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentManager>(
+        kit->paymentInstrumentManager());
+    const auto ownBackend = std::make_shared<ScriptedBackend>(&host->trace);
+    const auto ownProvider = std::make_shared<ScriptedProvider>(&host->trace);
+    manager->setApiManager(ownBackend);
+    manager->setPaymentClient(ownProvider);
+    EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), manager);
     callEverything();
-    EXPECT_EQ(host->takeTrace(),
-              "provider add new[..1111 09/2031 cvv A. Guest] under tok use case default\n"
-              "backend delete card-1 of guest@example.com\n"
-              "backend update card-1 of guest@example.com");
+    EXPECT_EQ(ownProvider->adds.count(), 1u);
+    EXPECT_EQ(ownBackend->deletions.count(), 1u);
+    EXPECT_EQ(ownBackend->cardUpdates.count(), 1u);
   }
 }
 

@@ -83,46 +83,5 @@ TEST_F(SynchronizerTest, TheQueueIsMadeAtCreationAndReplacedWhenMissing) {
   EXPECT_TRUE(platform->labelsMade[1].ends_with(".halvoSDK.HLVSDKPaymentManager.Synchronization"));
 }
 
-TEST_F(SynchronizerTest, AnExternalIdentifierDecidesAloneAndOnlyWithoutOneTheRestCounts) {
-  const auto pair = HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(instrument, "default");
-  instrument->stateNumber = 1;  // Plays no part here.
-  const auto exists = [&] {
-    return synchronizer->isCreditCardExistsInArray(List<HLVSDKCreditCard>{nullptr, storedCard},
-                                                   pair);
-  };
-  EXPECT_TRUE(exists());
-  storedCard->external = "other";
-  EXPECT_FALSE(exists()) << "not tried by digits";
-  storedCard->external = "plv-1";
-  storedCard->digits = "2222";
-  storedCard->useCaseName = "private";
-  EXPECT_TRUE(exists());
-  storedCard->external.reset();
-  EXPECT_FALSE(exists());
-  storedCard->digits = "1111";
-  EXPECT_FALSE(exists()) << "another use case";
-  storedCard->useCaseName = "default";
-  storedCard->brandName = "VISA";
-  EXPECT_FALSE(exists());
-  storedCard->brandName = "visa";
-  for (const auto field :
-       {&FakeStoredCard::brandName, &FakeStoredCard::useCaseName, &FakeStoredCard::digits}) {
-    auto& text = (*storedCard).*field;
-    const auto before = std::exchange(text, std::nullopt);
-    EXPECT_FALSE(exists()) << "what is missing equals nothing";
-    text = before;
-  }
-  storedCard->digits = "0000************1111";
-  EXPECT_FALSE(exists()) << "more digits than the number has";
-  storedCard->digits = "";
-  EXPECT_TRUE(exists()) << "every number ends with no digits";
-  instrument->number.reset();
-  EXPECT_FALSE(exists());
-  EXPECT_FALSE(synchronizer->isCreditCardExistsInArray(
-      List<HLVSDKCreditCard>{storedCard},
-      HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(nullptr, "")));
-  EXPECT_FALSE(synchronizer->isCreditCardExistsInArray(std::nullopt, pair));
-}
-
 }  // namespace
 }  // namespace hlv::testing

@@ -24,7 +24,7 @@ namespace {
 using ManualQueue = ManualPlatform::ManualQueue;
 
 TEST(GroupTest, PostsWhenTheLastHasLeftAndOnceOnly) {
-  const auto queue = std::make_shared<ManualQueue>("queue", nullptr);
+  const auto queue = std::make_shared<ManualQueue>("queue");
   Group group;
   group.enter();
   group.enter();
@@ -46,7 +46,7 @@ TEST(GroupTest, OneThatNeverEmptiesIsFreedWithWhatItHolds) {
   {
     Group group;
     group.enter();
-    group.notify(std::make_shared<ManualQueue>("queue", nullptr), [held] {});
+    group.notify(std::make_shared<ManualQueue>("queue"), [held] {});
     EXPECT_EQ(held.use_count(), 2);
   }
   EXPECT_EQ(held.use_count(), 1);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 
@@ -29,27 +30,38 @@ inline std::string madeAs(const ErrorPtr& error) {
   return fake ? fake->text : "none";
 }
 
-struct FakeErrorFacade final : HLVErrorFacade {
-  static std::string shown(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
+/// Writes down each error that it makes.
+class FakeErrorFacade final : public HLVErrorFacade {
+ public:
+  explicit FakeErrorFacade(std::vector<std::string>* trace = nullptr) : trace_(trace) {}
 
   ErrorPtr errorWithCode(std::int64_t code, const NullableString& domain,
                          const NullableString& message) override {
-    return makeError("code " + std::to_string(code) + " in " + shown(domain) + ", message " +
-                     shown(message));
+    return made("code " + std::to_string(code) + " in " + shown(domain) + ", message " +
+                shown(message));
   }
   ErrorPtr invalidArgumentErrorWithName(const NullableString& name, const NullableString& value,
                                         const NullableString& message) override {
-    return makeError("invalid " + shown(name) + " value " + shown(value) + ", message " +
-                     shown(message));
+    return made("invalid " + shown(name) + " value " + shown(value) + ", message " +
+                shown(message));
   }
   ErrorPtr requiredArgumentErrorWithName(const NullableString& name, const NullableString& message,
                                          const char* functionName, const char* fileName) override {
-    return makeError("required " + shown(name) + ", message " + shown(message) + ", by " +
-                     functionName + " in " + fileName);
+    return made("required " + shown(name) + ", message " + shown(message) + ", by " + functionName +
+                " in " + fileName);
   }
   ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override {
-    return makeError("provider(" + madeAs(error) + ")");
+    return made("provider(" + madeAs(error) + ")");
   }
+
+ private:
+  static std::string shown(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
+  ErrorPtr made(const std::string& text) {
+    if (trace_) trace_->push_back("makes " + text);
+    return makeError(text);
+  }
+
+  std::vector<std::string>* const trace_;
 };
 
 }  // namespace hlv::testing

@@ -18,34 +18,44 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
  public:
   class ManualQueue final : public Queue {
    public:
-    ManualQueue(std::string label, std::vector<std::string>* made) : label_(std::move(label)) {
-      if (made) made->push_back(label_);
+    /// `owner` is who posts just now.
+    explicit ManualQueue(std::string label, const std::size_t* owner = nullptr)
+        : label_(std::move(label)), owner_(owner) {}
+    void async(Block block) override {
+      blocks_.push_back({std::move(block), owner_ ? *owner_ : 0});
     }
-    void async(Block block) override { blocks_.push_back(std::move(block)); }
     std::string label() const override { return label_; }
 
+    /// Frees the blocks; they will never run.
+    void drop() { blocks_.clear(); }
     std::size_t waiting() const { return blocks_.size(); }
     bool runOne() {
       if (blocks_.empty()) return false;
-      const Block block = std::move(blocks_.front());
+      const Block block = std::move(blocks_.front().first);
       blocks_.pop_front();
       block();
       return true;
     }
+    /// Who posted the block that is next.
+    std::size_t nextOwner() const { return blocks_.front().second; }
 
    private:
     const std::string label_;
-    std::deque<Block> blocks_;
+    const std::size_t* const owner_;
+    std::deque<std::pair<Block, std::size_t>> blocks_;
   };
 
   /// Whether the test plays the main thread just now.
   bool onMainThread = true;
   std::vector<std::string> labelsMade;
+  /// Whose work the test does just now, if it cares.
+  std::size_t owner = 0;
 
   bool isMainThread() const override { return onMainThread; }
   std::shared_ptr<Queue> mainQueue() override { return main; }
   std::shared_ptr<Queue> makeSerialQueue(std::string label) override {
-    auto queue = std::make_shared<ManualQueue>(std::move(label), &labelsMade);
+    labelsMade.push_back(label);
+    auto queue = std::make_shared<ManualQueue>(std::move(label), &owner);
     serialQueues.push_back(queue);
     return queue;
   }
@@ -74,7 +84,7 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
     onMainThread = before;
   }
 
-  const std::shared_ptr<ManualQueue> main = std::make_shared<ManualQueue>("main", nullptr);
+  const std::shared_ptr<ManualQueue> main = std::make_shared<ManualQueue>("main", &owner);
   std::vector<std::weak_ptr<ManualQueue>> serialQueues;
 
  private:

@@ -134,7 +134,7 @@ class ScriptedHost final : public Host {
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override;
   std::shared_ptr<HLVSession> activeSession() override { return session; }
   std::shared_ptr<HLVErrorFacade> makeErrorFacade() override {
-    return std::make_shared<FakeErrorFacade>();
+    return std::make_shared<FakeErrorFacade>(&trace);
   }
   std::shared_ptr<PLVInAppClient> inAppClient() override { return provider; }
   std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
