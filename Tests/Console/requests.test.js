@@ -105,3 +105,22 @@ onConsole('each sandbox sees its own guest', async (guest, server, open) => {
   await fetch(`${server.url}/v1/sandboxes/beside`, { method: 'DELETE' });
   await sees(neighbour.connection.filter({ hasText: 'This sandbox was deleted.' }));
 });
+
+onConsole('nine pages of nine sandboxes are live, and two pages of one sandbox see the same', async (guest, server, open) => {
+  const pages = [guest];
+  for (let number = 1; number < 9; ++number) {
+    await fetch(`${server.url}/v1/sandboxes/number-${number}`, { method: 'PUT' });
+    pages.push(await open(`${server.url}/sandboxes/number-${number}/`));
+  }
+  const beside = await open();
+  await beside.settleIn();
+  await seesCount(guest.matched, 1);
+  await guest.page.bringToFront();
+  await guest.button('Delete visa •••• 1111').click();
+  await seesCount(beside.cards, 0);
+  for (const page of pages) {
+    await page.page.bringToFront();
+    await page.add();
+    await page.sees(page === guest ? 'Added visa' : 'Nobody is signed in.');
+  }
+});

@@ -134,13 +134,3 @@ onConsole('exports hold the whole operation, and not who the guest is', async (g
     `guest@example.com gave ${long}and 2030`);
   assert.ok(redacted === '(address) gave •••• 5678-and 2030', 'what is redacted');
 });
-
-onConsole('nine pages see the same, and each acts', async (guest, server, open) => {
-  const pages = [guest];
-  while (pages.length < 9) pages.push(await open());
-  await pages[8].settleIn();
-  for (const page of pages) await seesCount(page.matched, 1);
-  await guest.page.bringToFront();
-  await guest.button('Delete visa •••• 1111').click();
-  for (const page of pages) await seesCount(page.cards, 0);
-});

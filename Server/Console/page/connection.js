@@ -29,8 +29,12 @@ export async function request(method, path, body) {
 
 /** Calls the handler of each kind with what comes. The first of each kind is the whole. */
 export function listen(handlers) {
-  if (!('SharedWorker' in globalThis)) return follow((kind, data) => handlers[kind](data))();
-  const { port } = new SharedWorker('feed.js', { type: 'module' });
-  port.onmessage = ({ data: { kind, data } }) => handlers[kind](data);
-  addEventListener('pagehide', () => port.postMessage('leaves'));
+  const notify = (kind, data) => handlers[kind](data);
+  if (!('SharedWorker' in globalThis)) return follow(() => sandbox, notify)();
+  const { port } = new SharedWorker(`${root}feed.js`, { type: 'module' });
+  port.onmessage = ({ data: { kind, data } }) => notify(kind, data);
+  port.postMessage(sandbox);
+  // A page may come back as it was left.
+  addEventListener('pagehide', () => port.postMessage(null));
+  addEventListener('pageshow', ({ persisted }) => { if (persisted) port.postMessage(sandbox); });
 }

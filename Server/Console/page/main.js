@@ -61,7 +61,7 @@ listen({
     showStored(stored);
     timeline.forgetBefore(stored.oldest_operation);
   },
-  state: (state) => {
+  state: ({ state }) => {
     const place = find('connection');
     place.dataset.state = state;
     place.textContent = sentences[state];
