@@ -83,7 +83,7 @@ for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]
     await fits();
     for (const view of ['Timeline', 'Requests', ...(width < 1000 ? ['Stored'] : [])]) {
       await guest.goTo(view);
-      if (view === 'Timeline') await sees(guest.timeline.locator('svg .bad').first());
+      if (view === 'Timeline') await sees(guest.timeline.locator('svg [data-tone=bad]').first());
       for (const operation of view === 'Timeline' ? await guest.operations.all() : []) {
         await operation.click();
         await sees(guest.operations.and(guest.page.locator(`[href="${await operation.getAttribute('href')}"][aria-current]`)));

@@ -27,7 +27,7 @@ onConsole('an armed fault is listed, meets a call, and the app is shows', async 
 
 onConsole('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
   await guest.signIn();
-  await guest.arm('createUserToken', 'refused', { often: 'always' });
+  await guest.arm('createUserToken', 'refused', { times: '' });
   for (let time = 0; time < 2; ++time) {
     await guest.add();
     await guest.sees(cannotBeReached);

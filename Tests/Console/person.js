@@ -78,10 +78,10 @@ export class Person {
     await this.sees('The app came to the foreground.');
   }
 
-  async arm(operation, kind, { delay = 0, often = 'once' } = {}) {
+  async arm(operation, kind, { delay = 0, times = '1' } = {}) {
     await this.testing.getByRole('combobox', { name: 'Call' }).selectOption(operation);
     await this.testing.getByRole('combobox', { name: 'What happens' }).selectOption(kind);
-    await this.testing.getByRole('combobox', { name: 'How often' }).selectOption(often);
+    await this.testing.getByLabel('Times').fill(times);
     await this.testing.getByLabel('Delay, ms').fill(String(delay));
     await this.button('Arm').click();
     await this.sees(`Armed ${operation}: ${kind}`);

@@ -34,9 +34,14 @@ onConsole('requests are listed as they come, filtered, shown and copied', async 
   await refused.click();
   await sees(did.getByText('error'));
   await sees(guest.requests.getByText('The step of the kit that causes it: getPaymentInstrumentsList'));
-  await guest.page.getByRole('link', { name: 'Export HAR' }).click({ trial: true });
-  const har = await (await guest.page.request.get(`${server.url}/${await guest.page.getByRole('link', { name: 'Export HAR' }).getAttribute('href')}`)).json();
-  assert.deepEqual(har.log.entries.map(({ response }) => response.status).sort(), [401, 404]);
+  for (const [status, count] of [['4xx', 2], ['failed', 2], ['succeeded', 3], ['5xx', 0]]) {
+    await guest.requests.getByRole('combobox', { name: 'Status' }).selectOption(status);
+    const listed = guest.rows.filter({ hasText: 'req_' });
+    await seesCount(listed, count);
+    const har = JSON.parse(await guest.exported('Export HAR'));
+    const cells = await listed.locator('.status').allTextContents();
+    assert.deepEqual(har.log.entries.map(({ response }) => String(response.status)), cells.reverse(), status);
+  }
 });
 
 onConsole('the fault that a call met is listed, and the call leads to its step', async (guest) => {

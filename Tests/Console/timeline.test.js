@@ -29,7 +29,7 @@ onConsole('a first card is drawn in order, with what each reply took', async (gu
 
 onConsole('a wait is drawn to scale, and parallel calls beside each other', async (guest) => {
   await guest.settleIn();
-  for (const call of ['fetchGuestCreditCards', 'getPaymentInstrumentsList']) await guest.arm(call, 'delay', { delay: 300, often: 'always' });
+  for (const call of ['fetchGuestCreditCards', 'getPaymentInstrumentsList']) await guest.arm(call, 'delay', { delay: 300, times: '' });
   await guest.comeToForeground();
   await guest.goTo('Timeline');
   await guest.seesStep(/fetchGuestCreditCards: 1 card, after \d{3} ms/);

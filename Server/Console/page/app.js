@@ -1,7 +1,7 @@
 // What a guest does in the app.
 import { addressFields, addressLine, expiry, nameOf } from './cards.js';
 import { request } from './connection.js';
-import { act, element, find, options, replaceItems } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, replaceItems, valuesOf } from './dom.js';
 
 const typedCard = 'typed';
 const noReply = 'The kit has not called the completion: the timeline shows what it waits for.';
@@ -12,14 +12,8 @@ function fillAddress(place) {
       label, element('input', { name, maxlength: 100, autocomplete: 'off' }))));
 }
 
-function addressIn(place) {
-  const address = {};
-  for (const field of place.querySelectorAll('input')) {
-    if (field.value !== '') address[field.name] = field.value;
-  }
-  return address;
-}
-
+/** What was filled in. */
+const addressIn = (id) => Object.fromEntries(Object.entries(valuesOf(find(id))).filter(([, value]) => value !== null));
 const signIn = (email) => request('PUT', 'app/guest', { email });
 
 export class AppPanel {
@@ -54,7 +48,6 @@ export class AppPanel {
     if (isSignedIn) find('email').value = stored.guest.email;
     if (hadFocus && changes) find(isSignedIn ? 'sign-out' : 'email').focus();
     const cards = stored.pairs.map((pair) => pair.card).filter(Boolean);
-    find('no-cards').hidden = cards.length > 0;
     const now = JSON.stringify(cards);
     if (now === this.#shown) return;
     this.#shown = now;
@@ -67,12 +60,12 @@ export class AppPanel {
       element('div', { class: 'grow' },
         element('b', {}, name), ` ${expiry(card)} · ${card.use_case}`,
         element('div', { class: 'hint' }, `${card.card_holder}, ${addressLine(card.billing_address) || 'no billing address'}`)),
-      element('button', { type: 'button', class: 'quiet', 'data-key': `update ${card.id}`, 'aria-label': `Update address of ${name}`, onclick: () => this.#askForAddress(card) }, 'Update address'),
-      element('button', { type: 'button', class: 'quiet danger', 'data-key': `delete ${card.id}`, 'aria-label': `Delete ${name}`, onclick: (event) => this.#delete(event.currentTarget, card) }, 'Delete'));
+      quiet('Update address', `Update address of ${name}`, `update ${card.id}`, () => this.#askForAddress(card)),
+      quiet('Delete', `Delete ${name}`, `delete ${card.id}`, (event) => this.#delete(event.currentTarget, card)));
   }
 
   #delete(button, card) {
-    act(button, find('cards-outcome'), () => request('DELETE', `app/cards/${encodeURIComponent(card.id)}`),
+    act(button, () => request('DELETE', `app/cards/${encodeURIComponent(card.id)}`),
       (outcome) => (outcome.answers ? `Deleted ${nameOf(card)}.` : noReply));
   }
 
@@ -92,50 +85,44 @@ export class AppPanel {
   }
 
   #newCard() {
-    const form = find('card-form').elements;
-    const body = { use_case: form.use_case.value, billing_address: addressIn(find('new-address')) };
-    if (form.card.value !== typedCard) return { ...body, test_card: form.card.value };
-    const card = {};
-    for (const field of find('typed').querySelectorAll('input')) card[field.name] = field.value;
+    const { card, use_case: useCase, number, security_code: code } = find('card-form').elements;
+    const body = { use_case: useCase.value, billing_address: addressIn('new-address') };
+    if (card.value !== typedCard) return { ...body, test_card: card.value };
+    const typed = Object.entries(valuesOf(find('typed'))).map(([name, value]) => [name, value ?? '']);
     // What a person typed of a card does not stay on the page.
-    for (const name of ['number', 'security_code']) form[name].value = '';
-    return { ...body, credit_card: card };
+    for (const field of [number, code]) field.value = '';
+    return { ...body, credit_card: Object.fromEntries(typed) };
   }
 
   #listen() {
-    const onSubmit = (form, run) => find(form).addEventListener('submit', (event) => {
-      event.preventDefault();
-      run(event.submitter);
-    });
     onSubmit('guest-form', (button) =>
-      act(button, find('guest-outcome'), () => signIn(find('email').value), () => 'Signed in.'));
-    find('sign-out').addEventListener('click', ({ currentTarget }) => {
+      act(button, () => signIn(find('email').value), () => 'Signed in.'));
+    onClick('sign-out', (button) => {
       const { email } = this.#stored.guest;
-      act(currentTarget, find('guest-outcome'), () => request('DELETE', 'app/guest'),
-        () => ({ text: 'Signed out.', undo: { label: 'Undo', run: () => signIn(email), done: 'Signed in again.' } }));
+      act(button, () => request('DELETE', 'app/guest'),
+        () => ({ text: 'Signed out.', undo: { run: () => signIn(email), done: 'Signed in again.' } }));
     });
     find('network').addEventListener('change', async ({ target }) => {
       const on = target.checked;
-      const isDone = await act(target, find('device-outcome'), () => request('PUT', 'app/network', { on }),
+      const isDone = await act(target, () => request('PUT', 'app/network', { on }),
         () => `The network is ${on ? 'on' : 'off'}.`);
       if (!isDone && this.#stored) target.checked = this.#stored.network;
     });
-    find('foreground').addEventListener('click', ({ currentTarget }) =>
-      act(currentTarget, find('device-outcome'), () => request('POST', 'app/foreground'),
+    onClick('foreground', (button) =>
+      act(button, () => request('POST', 'app/foreground'),
         () => 'The app came to the foreground.'));
     find('card-form').addEventListener('change', () => this.#explainCard());
     onSubmit('card-form', (button) => {
       const body = this.#newCard();
-      act(button, find('card-outcome'), () => request('POST', 'app/cards', body), (outcome) => {
+      act(button, () => request('POST', 'app/cards', body), (outcome) => {
         if (outcome.credit_card) return `Added ${nameOf(outcome.credit_card)}.`;
         return outcome.answers ? 'The kit reports no error, but no card came back.' : noReply;
       });
     });
-    find('address-cancel').addEventListener('click', () => find('address-dialog').close());
-    onSubmit('address-form', (button) => {
+    onClick('address-cancel', () => find('address-dialog').close());
+    onSubmit('address-form', () => {
       find('address-dialog').close();
-      act(button, find('cards-outcome'),
-        () => request('PATCH', `app/cards/${encodeURIComponent(find('address-dialog').dataset.id)}`, addressIn(find('changed-address'))),
+      act(find('cards'), () => request('PATCH', `app/cards/${encodeURIComponent(find('address-dialog').dataset.id)}`, addressIn('changed-address')),
         (outcome) => (outcome.answers ? 'The billing address is changed.' : noReply));
     });
   }

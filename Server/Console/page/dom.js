@@ -31,28 +31,50 @@ export function replaceItems(list, items, otherwise) {
   if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus();
 }
 
-function say(place, kind, sentence, undo) {
-  place.dataset.kind = kind;
-  place.replaceChildren(sentence, ...(undo ? [' ', element('button', {
-    type: 'button', class: 'quiet', onclick: (event) => act(event.currentTarget, place, undo.run, () => undo.done),
-  }, undo.label)] : []));
+/** The small buttons of a row; `key` keeps the focus where the row is made anew. */
+export const quiet = (text, label, key, onclick) =>
+  element('button', { type: 'button', class: 'quiet', 'aria-label': label, 'data-key': key, onclick }, text);
+
+/** What a form, or a part of one, asks for now: null for what is empty. */
+export function valuesOf(place) {
+  const fields = [...place.querySelectorAll('[name]:enabled')];
+  return Object.fromEntries(fields.map((field) => [field.name,
+    field.type === 'checkbox' ? field.checked : field.value === '' ? null : field.type === 'number' ? field.valueAsNumber : field.value]));
+}
+
+export function onSubmit(id, run) {
+  find(id).addEventListener('submit', (event) => {
+    event.preventDefault();
+    run(event.submitter);
+  });
+}
+
+export const onClick = (id, run) => find(id).addEventListener('click', ({ currentTarget }) => run(currentTarget));
+
+/** Where what is asked for says how it came out. */
+for (const place of document.querySelectorAll('.acts')) place.append(element('p', { class: 'outcome', role: 'status' }));
+
+function say(place, tone, sentence, undo) {
+  place.dataset.tone = tone;
+  place.replaceChildren(sentence);
+  if (undo) place.append(' ', quiet('Undo', null, null, (event) => act(event.currentTarget, undo.run, () => undo.done)));
   if (sentence) place.scrollIntoView({ block: 'nearest' });
 }
 
 /**
- * Runs one action and says in `place`, which is beside the button, how it came out. `done` makes
- * the sentence of the result, or `{ text, undo: { label, run, done } }`. Returns whether it was done.
+ * Runs one action and says beside `button` how it came out. `done` makes the sentence of the result,
+ * or `{ text, undo: { run, done } }`. Returns whether it was done.
  */
-export async function act(button, place, what, done) {
+export async function act(button, what, done) {
   if (button.ariaBusy === 'true') return false;
   button.ariaBusy = 'true';
+  const place = button.closest('.acts').querySelector('.outcome');
   for (const outcome of document.querySelectorAll('.outcome')) outcome.replaceChildren();
   try {
     const result = await what();
-    const said = result?.failure
-      ? `${result.failure.message} (${result.failure.domain} ${result.failure.number})`
-      : done(result);
-    say(place, result?.failure ? 'bad' : 'good', said.text ?? said, said.undo);
+    const { failure } = result ?? {};
+    const said = failure ? `${failure.message} (${failure.domain} ${failure.number})` : done(result);
+    say(place, failure ? 'bad' : 'good', said.text ?? said, said.undo);
     return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;

@@ -3,24 +3,32 @@
 const nameOf = (what) => what.split(' ')[0];
 const isError = (event) => event.result.startsWith('error');
 
-/** Calls of the services with their replies: { what, of, start, end, error, fault }, in order. */
-export function callsOf(events) {
-  const calls = [];
-  const open = (event) => calls.find((call) => !call.end && call.of === event.from && call.start.what === event.what);
+/** The rest are notices, to which nobody replies. */
+const hasReply = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
+
+/** Each call that gets a reply, in order, with what came of it: { call, reply, fault }. */
+export function exchangesOf(events) {
+  const exchanges = [];
   for (const event of events) {
-    const isCall = event.from === 'kit' && ['backend', 'provider'].includes(event.to);
-    if (isCall && !event.result && event.what !== 'registerWithAPIKey') {
-      calls.push({ what: nameOf(event.what), of: event.to, start: event, end: null, error: null, fault: null });
-    } else if (event.to === 'kit' && event.result) {
-      const call = open(event);
-      if (call) Object.assign(call, { end: event, error: isError(event) ? event.result : null });
-    } else if (event.from === event.to) {
-      const [, kind, what] = /^fault '(.+)' met (.+)$/.exec(event.what) ?? [];
-      const call = calls.find((each) => !each.fault && !each.end && each.of === event.from && each.what === what);
-      if (call) call.fault = kind;
-    }
+    const { from, to, what, result } = event;
+    const open = exchanges.filter(({ reply }) => !reply);
+    if (from === to) {
+      const [, kind, name] = /^fault '(.+)' met (.+)$/.exec(what) ?? [];
+      const met = open.find(({ call, fault }) => !fault && call.to === from && nameOf(call.what) === name);
+      if (met) met.fault = kind;
+    } else if (result) {
+      const replied = open.find(({ call }) => call.to === from && call.from === to && call.what === what);
+      if (replied) replied.reply = event;
+    } else if (hasReply.test(what)) exchanges.push({ call: event, reply: null, fault: null });
   }
-  return calls;
+  return exchanges;
+}
+
+/** The kit's calls of the services: { what, of, start, end, error, fault }, in order. */
+export function callsOf(events) {
+  return exchangesOf(events).filter(({ call }) => ['backend', 'provider'].includes(call.to)).map(({ call, reply, fault }) => ({
+    what: nameOf(call.what), of: call.to, start: call, end: reply, error: reply && isError(reply) ? reply.result : null, fault,
+  }));
 }
 
 /** The calls and what the operation's own events say of them. */

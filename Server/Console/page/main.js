@@ -8,28 +8,17 @@ import { listenToSandboxes } from './sandboxes.js';
 import { showStored } from './stored.js';
 import { TimelineView } from './timeline.js';
 
-const sentences = {
-  live: 'Live',
-  deleted: 'This sandbox was deleted.',
-  lost: 'The server is gone. Waiting for it to come back…',
+const connections = {
+  live: ['good', 'Live'],
+  deleted: ['bad', 'This sandbox was deleted.'],
+  lost: ['bad', 'The server is gone. Waiting for it to come back…'],
 };
 
-/** The server may start after the page. */
-async function choices() {
-  for (;;) {
-    try {
-      return await request('GET', 'choices');
-    } catch {
-      await new Promise((resolve) => { setTimeout(resolve, 400); });
-    }
-  }
-}
-
-const chosen = await choices();
-const app = new AppPanel(chosen);
-const faults = new FaultsPanel(chosen);
+const choices = await request('GET', 'choices');
+const app = new AppPanel(choices);
+const faults = new FaultsPanel(choices);
 const timeline = new TimelineView();
-const requests = new RequestsView(chosen, timeline);
+const requests = new RequestsView(choices, timeline);
 listenToSandboxes();
 find('sandbox-name').textContent = sandbox;
 document.title = `${sandbox} · paylevenkit console`;
@@ -38,10 +27,9 @@ function showView() {
   const [view, what] = location.hash.slice(1).split('/');
   const shown = ['timeline', 'requests', 'stored'].includes(view) ? view : 'app';
   document.body.dataset.view = shown;
-  for (const link of find('views').querySelectorAll('a')) {
-    if (link.hash === `#${shown}`) link.setAttribute('aria-current', 'page');
-    else link.removeAttribute('aria-current');
-  }
+  // Stored data is beside the others where there is space.
+  for (const part of document.querySelectorAll('.view')) part.hidden = part.dataset.is !== (shown === 'stored' ? 'app' : shown);
+  for (const link of find('views').querySelectorAll('a')) link.ariaCurrent = link.hash === `#${shown}` ? 'page' : null;
   timeline.choose(shown === 'timeline' ? what : null);
   requests.choose(shown === 'requests' ? what : null);
 }
@@ -63,7 +51,6 @@ listen({
   },
   state: ({ state }) => {
     const place = find('connection');
-    place.dataset.state = state;
-    place.textContent = sentences[state];
+    [place.dataset.tone, place.textContent] = connections[state];
   },
 });

@@ -1,8 +1,9 @@
 // Every request to the services, and every call that the console's own kit makes of them.
 import { request, sandbox } from './connection.js';
 import { duration } from './diagram.js';
-import { act, element, find, options, replaceItems } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, replaceItems } from './dom.js';
 import { callsOf } from './explain.js';
+import { download } from './export.js';
 
 const mostRows = 300;
 const groups = {
@@ -47,10 +48,11 @@ export class RequestsView {
     this.#timeline = timeline;
     const { fault } = find('request-filter').elements;
     fault.append(...options([...new Set(choices.operations.flatMap(({ kinds }) => kinds))]));
-    timeline.onChange(() => this.#draw());
+    timeline.onDraw = () => this.#draw();
     find('request-filter').addEventListener('input', () => this.#draw());
     find('request-detail').addEventListener('keydown', ({ key }) => { if (key === 'Escape') this.#close(); });
-    find('request-filter').addEventListener('submit', (event) => event.preventDefault());
+    onSubmit('request-filter', () => {});
+    onClick('har', (button) => this.#export(button));
   }
 
   add({ whole, requests }) {
@@ -81,15 +83,21 @@ export class RequestsView {
       .sort((one, other) => (one.at < other.at ? 1 : one.at > other.at ? -1 : 0));
   }
 
+  /** What the server has of the rows that are shown; a call of the console's own kit is no request. */
+  #export(button) {
+    const ids = new Set(this.#rows().filter((row) => !row.operation).map(({ id }) => id));
+    act(button, () => request('GET', 'v1/sandbox/har'), (har) => {
+      har.log.entries = har.log.entries.filter((entry) => ids.has(entry._id));
+      download('paylevenkit.har', 'application/json', JSON.stringify(har, null, 1));
+      return `Exported ${har.log.entries.length} requests; calls of this console's kit are none and stay out.`;
+    });
+  }
+
   #draw() {
     if (document.body.dataset.view !== 'requests') return;
     const rows = this.#rows();
     const shown = rows.slice(0, mostRows);
     find('request-count').textContent = rows.length > mostRows ? `${mostRows} of ${rows.length}` : `${rows.length}`;
-    find('no-requests').hidden = rows.length > 0;
-    const { path, status, fault } = find('request-filter').elements;
-    const query = Object.entries({ path: path.value.trim(), status: /^\dxx$/.test(status.value) ? status.value : '', fault: fault.value }).filter(([, value]) => value);
-    find('har').href = `v1/sandbox/har?${new URLSearchParams(query)}`;
     replaceItems(find('request-rows'), shown.map((row) => this.#row(row)));
     const chosen = rows.find((row) => row.id === this.#chosen) ?? null;
     const now = JSON.stringify([chosen?.id, chosen?.status]);
@@ -99,9 +107,8 @@ export class RequestsView {
   }
 
   #row(row) {
-    const isFailed = groups.failed(row.status);
     const cell = (name, ...content) => element('td', { class: name }, ...content);
-    return element('tr', { 'aria-current': row.id === this.#chosen ? 'true' : null, class: isFailed ? 'failed' : '', onclick: () => { location.hash = `requests/${row.id}`; } },
+    return element('tr', { 'aria-current': row.id === this.#chosen ? 'true' : null, 'data-tone': groups.failed(row.status) ? 'bad' : null, onclick: () => { location.hash = `requests/${row.id}`; } },
       cell('mono', row.at.slice(11, 23)),
       cell('mono', row.method),
       cell('path', element('a', { href: `#requests/${row.id}`, 'data-key': row.id }, row.path)),
@@ -122,7 +129,7 @@ export class RequestsView {
       try {
         [details, { urls }] = await Promise.all([request('GET', `v1/sandbox/requests/${row.id}`), request('GET', 'v1/sandbox')]);
       } catch (problem) {
-        place.replaceChildren(element('p', { class: 'outcome', 'data-kind': 'bad' }, problem.message));
+        place.replaceChildren(element('p', { class: 'outcome', 'data-tone': 'bad' }, problem.message));
         return;
       }
     }
@@ -131,11 +138,10 @@ export class RequestsView {
     const operation = row.operation?.number ?? /^operation (\d+)$/.exec(details.events[0]?.what)?.[1];
     const step = details.events.find((event) => event.from === 'client' && event.to !== 'app')?.what;
     const curl = urls ? curlOf(row, urls) : null;
-    const outcome = element('p', { class: 'outcome', role: 'status' });
     place.replaceChildren(
       element('div', { class: 'line' },
-        element('h3', { class: 'grow' }, `${row.method} ${row.path}`),
-        element('button', { type: 'button', class: 'quiet', onclick: () => this.#close() }, 'Close')),
+        element('h2', { class: 'grow' }, `${row.method} ${row.path}`),
+        quiet('Close', null, null, () => this.#close())),
       element('p', { class: 'hint' }, [row.operation ? 'made by the kit of this console' : row.id, `at the ${row.listener}`, row.caller && `from ${row.caller}`, row.code && `error ${row.code}`, row.fault && `met the fault ${row.fault}`, row.reply_bytes && `${row.request_bytes} bytes in, ${row.reply_bytes} out`].filter(Boolean).join(' · ')),
       element('p', {}, operation
         ? element('a', { href: `#timeline/${operation}` }, `Part of operation ${operation}: show in the timeline`)
@@ -143,8 +149,8 @@ export class RequestsView {
       element('ul', { 'aria-label': 'What it did at the services' }, ...(events.length > 0 ? events : [element('li', {}, 'nothing')])),
       ...(curl ? [
         element('pre', { tabindex: 0, 'aria-label': 'As curl' }, curl),
-        element('button', { type: 'button', onclick: (event) => act(event.currentTarget, outcome, () => navigator.clipboard.writeText(curl), () => 'Copied.') }, 'Copy as curl'),
-        outcome] : []));
+        element('button', { type: 'button', onclick: (event) => act(event.currentTarget, () => navigator.clipboard.writeText(curl), () => 'Copied.') }, 'Copy as curl'),
+        element('p', { class: 'outcome', role: 'status' })] : []));
     place.scrollIntoView({ block: 'nearest' });
     if (find('request-rows').contains(document.activeElement)) place.focus();
   }

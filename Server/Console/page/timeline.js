@@ -1,6 +1,6 @@
 // The timeline: every operation, drawn while it happens, and what happened in it.
 import { drawn, duration, headsOf, sentenceOf, stepsOf } from './diagram.js';
-import { element, find, replaceItems } from './dom.js';
+import { element, find, onClick, replaceItems } from './dom.js';
 import { explained } from './explain.js';
 import { download, plainText, svgText } from './export.js';
 
@@ -17,22 +17,18 @@ export class TimelineView {
   #waiting = [];
   #lastDrawn = null;
   #isPlanned = false;
-  #listeners = [];
+  /** Called after every change of the operations, which `operations` has. */
+  onDraw = () => {};
 
   constructor() {
-    find('pause').addEventListener('click', () => this.#pause());
-    find('skip').addEventListener('click', () => find('filter').focus());
+    onClick('pause', (button) => this.#pause(button));
+    onClick('skip', () => find('filter').focus());
     find('filter').addEventListener('input', () => this.#plan());
     find('kinds').addEventListener('change', () => this.#plan());
-    find('export-text').addEventListener('click', () => this.#export('txt', 'text/plain', plainText));
-    find('export-svg').addEventListener('click', () => this.#export('svg', 'image/svg+xml', svgText));
+    onClick('export-text', () => this.#export('txt', 'text/plain', plainText));
+    onClick('export-svg', () => this.#export('svg', 'image/svg+xml', svgText));
     new ResizeObserver(() => this.#plan()).observe(find('diagram'));
     this.#plan();
-  }
-
-  /** Calls `listener` after every change of the operations, which `operations` has. */
-  onChange(listener) {
-    this.#listeners.push(listener);
   }
 
   /** Those in which something happened, oldest first. */
@@ -75,10 +71,9 @@ export class TimelineView {
     this.#plan();
   }
 
-  #pause() {
-    const button = find('pause');
+  #pause(button) {
     this.#isPaused = !this.#isPaused;
-    button.setAttribute('aria-pressed', this.#isPaused);
+    button.ariaPressed = this.#isPaused;
     button.textContent = this.#isPaused ? 'Resume' : 'Pause';
     if (!this.#isPaused) this.#waiting.splice(0).forEach((news) => this.add(news));
   }
@@ -89,7 +84,7 @@ export class TimelineView {
     requestAnimationFrame(() => {
       this.#isPlanned = false;
       this.#draw();
-      this.#listeners.forEach((listener) => listener());
+      this.onDraw();
     });
   }
 
@@ -138,10 +133,10 @@ export class TimelineView {
       return element('li', {}, element('a', {
         href: `#timeline/${operation.number}`, 'data-key': operation.number, 'aria-current': operation === shown ? 'true' : null,
       },
-      element('span', { class: 'number' }, String(operation.number)),
+      element('span', { class: 'hint' }, String(operation.number)),
       element('span', { class: 'grow' }, operation.name),
       element('span', { class: 'hint' }, duration(took)),
-      element('span', { class: `mark ${tone}`, 'aria-hidden': 'true' }, marks[tone]),
+      element('span', { class: 'mark', 'data-tone': tone, 'aria-hidden': 'true' }, marks[tone]),
       element('span', { class: 'visually-hidden' }, ` ${spoken[tone]}`)));
     }));
   }
