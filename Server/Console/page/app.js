@@ -1,7 +1,7 @@
 // What a guest does in the app.
 import { addressFields, addressLine, expiry, nameOf } from './cards.js';
 import { request } from './connection.js';
-import { act, element, find, onClick, onSubmit, options, quiet, replaceItems, valuesOf } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, showList, valuesOf } from './dom.js';
 
 const typedCard = 'typed';
 const noReply = 'The kit has not called the completion: the timeline shows what it waits for.';
@@ -12,13 +12,11 @@ function fillAddress(place) {
       label, element('input', { name, maxlength: 100, autocomplete: 'off' }))));
 }
 
-/** What was filled in. */
-const addressIn = (id) => Object.fromEntries(Object.entries(valuesOf(find(id))).filter(([, value]) => value !== null));
+const pathOf = (id) => `app/cards/${encodeURIComponent(id)}`;
 const signIn = (email) => request('PUT', 'app/guest', { email });
 
 export class AppPanel {
   #testCards;
-  #shown = null;
   #stored = null;
 
   constructor(choices) {
@@ -48,10 +46,7 @@ export class AppPanel {
     if (isSignedIn) find('email').value = stored.guest.email;
     if (hadFocus && changes) find(isSignedIn ? 'sign-out' : 'email').focus();
     const cards = stored.pairs.map((pair) => pair.card).filter(Boolean);
-    const now = JSON.stringify(cards);
-    if (now === this.#shown) return;
-    this.#shown = now;
-    replaceItems(find('cards'), cards.map((card) => this.#card(card)), find('add'));
+    showList(find('cards'), cards, (card) => this.#card(card), find('add'));
   }
 
   #card(card) {
@@ -61,12 +56,8 @@ export class AppPanel {
         element('b', {}, name), ` ${expiry(card)} · ${card.use_case}`,
         element('div', { class: 'hint' }, `${card.card_holder}, ${addressLine(card.billing_address) || 'no billing address'}`)),
       quiet('Update address', `Update address of ${name}`, `update ${card.id}`, () => this.#askForAddress(card)),
-      quiet('Delete', `Delete ${name}`, `delete ${card.id}`, (event) => this.#delete(event.currentTarget, card)));
-  }
-
-  #delete(button, card) {
-    act(button, () => request('DELETE', `app/cards/${encodeURIComponent(card.id)}`),
-      (outcome) => (outcome.answers ? `Deleted ${nameOf(card)}.` : noReply));
+      quiet('Delete', `Delete ${name}`, `delete ${card.id}`, ({ currentTarget }) =>
+        act(currentTarget, () => request('DELETE', pathOf(card.id)), ({ answers }) => (answers ? `Deleted ${name}.` : noReply))));
   }
 
   #askForAddress(card) {
@@ -86,17 +77,16 @@ export class AppPanel {
 
   #newCard() {
     const { card, use_case: useCase, number, security_code: code } = find('card-form').elements;
-    const body = { use_case: useCase.value, billing_address: addressIn('new-address') };
+    const body = { use_case: useCase.value, billing_address: valuesOf(find('new-address')) };
     if (card.value !== typedCard) return { ...body, test_card: card.value };
-    const typed = Object.entries(valuesOf(find('typed'))).map(([name, value]) => [name, value ?? '']);
+    const typed = [...find('typed').querySelectorAll('input')].map(({ name, value }) => [name, value]);
     // What a person typed of a card does not stay on the page.
     for (const field of [number, code]) field.value = '';
     return { ...body, credit_card: Object.fromEntries(typed) };
   }
 
   #listen() {
-    onSubmit('guest-form', (button) =>
-      act(button, () => signIn(find('email').value), () => 'Signed in.'));
+    onSubmit('guest-form', (button) => act(button, () => signIn(find('email').value), () => 'Signed in.'));
     onClick('sign-out', (button) => {
       const { email } = this.#stored.guest;
       act(button, () => request('DELETE', 'app/guest'),
@@ -108,9 +98,7 @@ export class AppPanel {
         () => `The network is ${on ? 'on' : 'off'}.`);
       if (!isDone && this.#stored) target.checked = this.#stored.network;
     });
-    onClick('foreground', (button) =>
-      act(button, () => request('POST', 'app/foreground'),
-        () => 'The app came to the foreground.'));
+    onClick('foreground', (button) => act(button, () => request('POST', 'app/foreground'), () => 'The app came to the foreground.'));
     find('card-form').addEventListener('change', () => this.#explainCard());
     onSubmit('card-form', (button) => {
       const body = this.#newCard();
@@ -122,8 +110,8 @@ export class AppPanel {
     onClick('address-cancel', () => find('address-dialog').close());
     onSubmit('address-form', () => {
       find('address-dialog').close();
-      act(find('cards'), () => request('PATCH', `app/cards/${encodeURIComponent(find('address-dialog').dataset.id)}`, addressIn('changed-address')),
-        (outcome) => (outcome.answers ? 'The billing address is changed.' : noReply));
+      act(find('cards'), () => request('PATCH', pathOf(find('address-dialog').dataset.id), valuesOf(find('changed-address'))),
+        ({ answers }) => (answers ? 'The billing address is changed.' : noReply));
     });
   }
 }

@@ -3,7 +3,7 @@ import { Problem } from './connection.js';
 
 export const find = (id) => document.getElementById(id);
 
-/** An element; names that begin with "on" are listeners, and null children are left out. */
+/** An element; attributes that are null are left out. */
 export function element(name, attributes = {}, ...children) {
   return filled(document.createElement(name), attributes, children);
 }
@@ -14,20 +14,27 @@ export function svg(name, attributes = {}, ...children) {
 
 function filled(made, attributes, children) {
   for (const [name, value] of Object.entries(attributes)) {
-    if (name.startsWith('on')) made.addEventListener(name.slice(2), value);
-    else if (value === true) made.setAttribute(name, '');
-    else if (value !== false && value !== null) made.setAttribute(name, value);
+    if (name === 'onclick') made.onclick = value;
+    else if (value !== null) made.setAttribute(name, value);
   }
-  made.append(...children.filter((child) => child !== null));
+  made.append(...children);
   return made;
 }
 
 export const options = (names) => names.map((name) => element('option', { value: name }, name));
 
-/** Replaces a list's items; the focus stays on what has the same `data-key`, or goes to `otherwise`. */
-export function replaceItems(list, items, otherwise) {
+const shown = new WeakMap();
+
+/**
+ * Makes a list's items anew where its records have changed; the focus stays on what has the same
+ * `data-key`, or goes to `otherwise`.
+ */
+export function showList(list, records, made, otherwise) {
+  const now = JSON.stringify(records);
+  if (shown.get(list) === now) return;
+  shown.set(list, now);
   const key = list.contains(document.activeElement) ? document.activeElement.dataset.key : null;
-  list.replaceChildren(...items);
+  list.replaceChildren(...records.map(made));
   if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus();
 }
 
@@ -35,11 +42,11 @@ export function replaceItems(list, items, otherwise) {
 export const quiet = (text, label, key, onclick) =>
   element('button', { type: 'button', class: 'quiet', 'aria-label': label, 'data-key': key, onclick }, text);
 
-/** What a form, or a part of one, asks for now: null for what is empty. */
+/** What was filled in or chosen in a form, or a part of one. */
 export function valuesOf(place) {
-  const fields = [...place.querySelectorAll('[name]:enabled')];
+  const fields = [...place.querySelectorAll('[name]:enabled')].filter((field) => field.value !== '');
   return Object.fromEntries(fields.map((field) => [field.name,
-    field.type === 'checkbox' ? field.checked : field.value === '' ? null : field.type === 'number' ? field.valueAsNumber : field.value]));
+    field.type === 'checkbox' ? field.checked : field.type === 'number' ? field.valueAsNumber : field.value]));
 }
 
 export function onSubmit(id, run) {
@@ -54,13 +61,6 @@ export const onClick = (id, run) => find(id).addEventListener('click', ({ curren
 /** Where what is asked for says how it came out. */
 for (const place of document.querySelectorAll('.acts')) place.append(element('p', { class: 'outcome', role: 'status' }));
 
-function say(place, tone, sentence, undo) {
-  place.dataset.tone = tone;
-  place.replaceChildren(sentence);
-  if (undo) place.append(' ', quiet('Undo', null, null, (event) => act(event.currentTarget, undo.run, () => undo.done)));
-  if (sentence) place.scrollIntoView({ block: 'nearest' });
-}
-
 /**
  * Runs one action and says beside `button` how it came out. `done` makes the sentence of the result,
  * or `{ text, undo: { run, done } }`. Returns whether it was done.
@@ -69,16 +69,22 @@ export async function act(button, what, done) {
   if (button.ariaBusy === 'true') return false;
   button.ariaBusy = 'true';
   const place = button.closest('.acts').querySelector('.outcome');
+  const say = (tone, sentence) => {
+    place.dataset.tone = tone;
+    place.replaceChildren(sentence);
+    if (sentence) place.scrollIntoView({ block: 'nearest' });
+  };
   for (const outcome of document.querySelectorAll('.outcome')) outcome.replaceChildren();
   try {
     const result = await what();
     const { failure } = result ?? {};
     const said = failure ? `${failure.message} (${failure.domain} ${failure.number})` : done(result);
-    say(place, failure ? 'bad' : 'good', said.text ?? said, said.undo);
+    say(failure ? 'bad' : 'good', said.text ?? said);
+    if (said.undo) place.append(' ', quiet('Undo', null, null, (event) => act(event.currentTarget, said.undo.run, () => said.undo.done)));
     return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;
-    say(place, 'bad', problem.message);
+    say('bad', problem.message);
     return false;
   } finally {
     button.ariaBusy = 'false';

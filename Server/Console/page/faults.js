@@ -1,6 +1,6 @@
 // How to make calls fail, and how to bring the two sides apart.
 import { Problem, request } from './connection.js';
-import { act, element, find, onClick, onSubmit, options, quiet, replaceItems, valuesOf } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, showList, valuesOf } from './dom.js';
 
 const scenarios = {
   'instrument-without-card': 'The provider has an instrument that the backend does not know.',
@@ -33,14 +33,13 @@ function headersIn(text) {
 const headersText = (headers) => Object.entries(headers ?? {}).map((pair) => pair.join(': ')).join('\n');
 
 /** What a fault has none of unless the form asks for it. */
-const nothing = { status: null, bytes: null, bytes_per_second: null, use_case: null };
+const nothing = { times: null, status: null, bytes: null, bytes_per_second: null, use_case: null };
 
 const arm = ({ number, ...fault }) => request('POST', 'v1/sandbox/faults', fault);
 
 export class FaultsPanel {
   #operations;
   #stored = null;
-  #shown = null;
   /** The number of the fault that the form changes; null arms a new one. */
   #edited = null;
 
@@ -61,15 +60,12 @@ export class FaultsPanel {
 
   show(stored) {
     this.#stored = stored;
-    const now = JSON.stringify(stored.faults);
-    if (now === this.#shown) return;
-    this.#shown = now;
     const { faults } = stored;
     find('clear-faults').hidden = faults.length < 2;
-    replaceItems(find('faults'), faults.map((fault) => element('li', {},
+    showList(find('faults'), faults, (fault) => element('li', {},
       element('span', { class: 'grow' }, described(fault)),
       quiet('Edit', `Edit ${described(fault)}`, `edit ${fault.number}`, () => this.#edit(fault)),
-      quiet('Remove', `Remove ${described(fault)}`, `remove ${fault.number}`, (event) => this.#disarm(event.currentTarget, [fault])))), find('arm'));
+      quiet('Remove', `Remove ${described(fault)}`, `remove ${fault.number}`, (event) => this.#disarm(event.currentTarget, [fault]))), find('arm'));
     if (!faults.some((fault) => fault.number === this.#edited)) this.#edit(null);
   }
 
@@ -124,9 +120,8 @@ export class FaultsPanel {
 
   #bringApart(button, name) {
     act(button, async () => {
-        if (!this.#stored?.guest) throw new Problem('Nobody is signed in.');
-        await request('POST', 'v1/sandbox/scenarios', { name, guest: this.#stored.guest.email });
-      },
-      () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
+      if (!this.#stored?.guest) throw new Problem('Nobody is signed in.');
+      await request('POST', 'v1/sandbox/scenarios', { name, guest: this.#stored.guest.email });
+    }, () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
   }
 }

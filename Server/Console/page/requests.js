@@ -1,7 +1,7 @@
 // Every request to the services, and every call that the console's own kit makes of them.
 import { request, sandbox } from './connection.js';
 import { duration } from './diagram.js';
-import { act, element, find, onClick, onSubmit, options, quiet, replaceItems } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, showList } from './dom.js';
 import { callsOf } from './explain.js';
 import { download } from './export.js';
 
@@ -21,7 +21,7 @@ function rowOf(operation, call) {
     id: `call-${call.start.number}`, at: call.start.at, method: 'call', path: call.start.what, sandbox,
     status: error ? Number(error[2]) || error[0] : call.end ? 'ok' : 'waits',
     duration_ms: call.end ? Date.parse(call.end.at) - Date.parse(call.start.at) : null,
-    fault: call.fault, listener: call.of, operation, events: [call.start, ...(call.end ? [call.end] : [])],
+    fault: call.fault, listener: call.of, operation: operation.number, events: [call.start, ...(call.end ? [call.end] : [])],
   };
 }
 
@@ -98,7 +98,7 @@ export class RequestsView {
     const rows = this.#rows();
     const shown = rows.slice(0, mostRows);
     find('request-count').textContent = rows.length > mostRows ? `${mostRows} of ${rows.length}` : `${rows.length}`;
-    replaceItems(find('request-rows'), shown.map((row) => this.#row(row)));
+    showList(find('request-rows'), shown.map((row) => ({ ...row, isChosen: row.id === this.#chosen })), (row) => this.#row(row));
     const chosen = rows.find((row) => row.id === this.#chosen) ?? null;
     const now = JSON.stringify([chosen?.id, chosen?.status]);
     if (now === this.#detailed) return;
@@ -108,7 +108,7 @@ export class RequestsView {
 
   #row(row) {
     const cell = (name, ...content) => element('td', { class: name }, ...content);
-    return element('tr', { 'aria-current': row.id === this.#chosen ? 'true' : null, 'data-tone': groups.failed(row.status) ? 'bad' : null, onclick: () => { location.hash = `requests/${row.id}`; } },
+    return element('tr', { 'aria-current': row.isChosen ? 'true' : null, 'data-tone': groups.failed(row.status) ? 'bad' : null, onclick: () => { location.hash = `requests/${row.id}`; } },
       cell('mono', row.at.slice(11, 23)),
       cell('mono', row.method),
       cell('path', element('a', { href: `#requests/${row.id}`, 'data-key': row.id }, row.path)),
@@ -116,7 +116,7 @@ export class RequestsView {
       cell('mono number', row.duration_ms === null ? '' : duration(row.duration_ms)),
       cell('wide', row.sandbox),
       cell('fault', row.fault ?? ''),
-      cell('mono wide', row.operation ? `operation ${row.operation.number}` : row.id.slice(0, 12)));
+      cell('mono wide', row.operation ? `operation ${row.operation}` : row.id.slice(0, 12)));
   }
 
   async #showDetail(row) {
@@ -135,7 +135,7 @@ export class RequestsView {
     }
     if (row.id !== this.#chosen) return;
     const events = details.events.map((event) => element('li', {}, `${event.from} → ${event.to}: ${event.what}${event.result ? `: ${event.result}` : ''}`));
-    const operation = row.operation?.number ?? /^operation (\d+)$/.exec(details.events[0]?.what)?.[1];
+    const operation = row.operation ?? /^operation (\d+)$/.exec(details.events[0]?.what)?.[1];
     const step = details.events.find((event) => event.from === 'client' && event.to !== 'app')?.what;
     const curl = urls ? curlOf(row, urls) : null;
     place.replaceChildren(

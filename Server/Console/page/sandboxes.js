@@ -1,6 +1,6 @@
 // The sandbox that this page shows, and its neighbours: one dialog.
 import { request, root, sandbox } from './connection.js';
-import { act, element, find, onClick, onSubmit, quiet, replaceItems, valuesOf } from './dom.js';
+import { act, element, find, onClick, onSubmit, quiet, showList, valuesOf } from './dom.js';
 
 const all = `${root}v1/sandboxes`;
 const pageOf = (id) => `${root}sandboxes/${encodeURIComponent(id)}/`;
@@ -9,20 +9,20 @@ const clockText = (time) => time.replace('T', ' ').replace('Z', '');
 async function refresh() {
   const [mine, { sandboxes, next }, { snapshots }] = await Promise.all([
     request('GET', 'v1/sandbox'), request('GET', `${all}?limit=1000`), request('GET', `${root}v1/snapshots`)]);
-  replaceItems(find('sandboxes'), sandboxes.map(({ id, guests, seed }) => element('li', {},
+  showList(find('sandboxes'), sandboxes, ({ id, guests, seed }) => element('li', {},
     element('a', { href: pageOf(id), 'data-key': id, 'aria-current': id === sandbox ? 'page' : null }, id),
-    element('span', { class: 'hint' }, `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`))), find('make'));
-  if (next) find('sandboxes').append('… and more');
+    element('span', { class: 'hint' }, `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`)), find('make'));
+  find('more-sandboxes').hidden = next === null;
   find('clock').textContent = clockText(mine.clock);
   find('seed').textContent = mine.seed ?? 'none: identifiers are random';
   find('lifetime').textContent = [mine.in_memory ? 'in memory only' : 'on disk', mine.expires && `until ${clockText(mine.expires)}`].filter(Boolean).join(', ');
   find('delete-sandbox').disabled = sandbox === 'default';
   const own = snapshots.filter((each) => each.sandbox === sandbox);
-  replaceItems(find('snapshots'), own.map(({ snapshot, created }) => element('li', {},
+  showList(find('snapshots'), own, ({ snapshot, created }) => element('li', {},
     element('span', { class: 'grow mono' }, clockText(created)),
     quiet('Restore', `Restore ${clockText(created)}`, `restore ${snapshot}`, (event) => undoably(event.currentTarget, () => restored(snapshot), 'Restored.')),
     quiet('Delete', `Delete snapshot ${clockText(created)}`, `delete ${snapshot}`, (event) =>
-      run(event.currentTarget, () => request('DELETE', `${root}v1/snapshots/${snapshot}`), () => 'The snapshot is deleted.')))),
+      run(event.currentTarget, () => request('DELETE', `${root}v1/snapshots/${snapshot}`), () => 'The snapshot is deleted.'))),
   find('take-snapshot'));
 }
 
@@ -53,10 +53,8 @@ export function listenToSandboxes() {
   });
   onClick('close-sandbox', () => find('sandbox-dialog').close());
   onClick('take-snapshot', (button) => run(button, takeSnapshot, () => 'The snapshot is taken.'));
-  onSubmit('make-form', (button) => {
-    const wanted = Object.entries(valuesOf(find('make-form'))).filter(([, value]) => value !== null);
-    run(button, () => request('POST', all, Object.fromEntries(wanted)), (made) => `Made ${made.id}. Its console is in the list above.`);
-  });
+  onSubmit('make-form', (button) =>
+    run(button, () => request('POST', all, valuesOf(find('make-form'))), (made) => `Made ${made.id}. Its console is in the list above.`));
   onSubmit('clock-form', (button) => {
     const { amount, unit } = valuesOf(find('clock-form'));
     run(button, () => request('PUT', 'v1/sandbox/clock', { advance_seconds: amount * Number(unit) }), ({ now }) => `The sandbox's clock reads ${clockText(now)}.`);

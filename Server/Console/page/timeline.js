@@ -1,12 +1,11 @@
 // The timeline: every operation, drawn while it happens, and what happened in it.
 import { drawn, duration, headsOf, sentenceOf, stepsOf } from './diagram.js';
-import { element, find, onClick, replaceItems } from './dom.js';
+import { element, find, onClick, showList } from './dom.js';
 import { explained } from './explain.js';
 import { download, plainText, svgText } from './export.js';
 
 const mostSteps = 400;
-const marks = { good: '✓', bad: '✕', waits: '…', dropped: '⊘', none: '' };
-const spoken = { good: 'succeeded', bad: 'failed', waits: 'waits', dropped: 'dropped', none: '' };
+const marks = { good: ['✓', 'succeeded'], bad: ['✕', 'failed'], waits: ['…', 'waits'], dropped: ['⊘', 'dropped'], none: ['', ''] };
 const manual = (row) => `failures.md#:~:text=${encodeURIComponent(row).replaceAll('-', '%2D')}`;
 
 export class TimelineView {
@@ -50,8 +49,7 @@ export class TimelineView {
     }
     if (news.whole) {
       // The server sends the last ones; those before are what they were.
-      const first = news.operations[0]?.number ?? 0;
-      for (const number of [...this.#operations.keys()]) if (number >= first) this.#operations.delete(number);
+      this.#forget((number) => number >= (news.operations[0]?.number ?? 0));
       this.#lastDrawn = null;
     }
     for (const { number, name, events } of news.operations) {
@@ -64,10 +62,11 @@ export class TimelineView {
 
   /** The server keeps no operation before that one; 0 is none at all. */
   forgetBefore(oldest) {
-    if (this.#isPaused) return;
-    for (const number of [...this.#operations.keys()]) {
-      if (oldest === 0 || number < oldest) this.#operations.delete(number);
-    }
+    if (!this.#isPaused) this.#forget((number) => oldest === 0 || number < oldest);
+  }
+
+  #forget(isGone) {
+    for (const number of [...this.#operations.keys()]) if (isGone(number)) this.#operations.delete(number);
     this.#plan();
   }
 
@@ -127,18 +126,17 @@ export class TimelineView {
   }
 
   #drawList(shown) {
-    replaceItems(find('operations'), this.operations().reverse().map((operation) => {
-      const { tone } = explained(operation);
-      const took = Date.parse(operation.events.at(-1).at) - Date.parse(operation.events[0].at);
-      return element('li', {}, element('a', {
-        href: `#timeline/${operation.number}`, 'data-key': operation.number, 'aria-current': operation === shown ? 'true' : null,
-      },
-      element('span', { class: 'hint' }, String(operation.number)),
-      element('span', { class: 'grow' }, operation.name),
-      element('span', { class: 'hint' }, duration(took)),
-      element('span', { class: 'mark', 'data-tone': tone, 'aria-hidden': 'true' }, marks[tone]),
-      element('span', { class: 'visually-hidden' }, ` ${spoken[tone]}`)));
+    const rows = this.operations().reverse().map((operation) => ({
+      number: operation.number, name: operation.name, isShown: operation === shown, tone: explained(operation).tone,
+      took: Date.parse(operation.events.at(-1).at) - Date.parse(operation.events[0].at),
     }));
+    showList(find('operations'), rows, ({ number, name, isShown, tone, took }) => element('li', {},
+      element('a', { href: `#timeline/${number}`, 'data-key': number, 'aria-current': isShown ? 'true' : null },
+        element('span', { class: 'hint' }, String(number)),
+        element('span', { class: 'grow' }, name),
+        element('span', { class: 'hint' }, duration(took)),
+        element('span', { class: 'mark', 'data-tone': tone, 'aria-hidden': 'true' }, marks[tone][0]),
+        element('span', { class: 'visually-hidden' }, ` ${marks[tone][1]}`))));
   }
 
   #explain(operation) {
