@@ -1,9 +1,9 @@
 // A guest's cards: added, typed, changed, deleted, refused.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
-onConsole('a further card, its new address, and its deletion reach both sides', async (guest) => {
+atEachSize('a further card, its new address, and its deletion reach both sides', async (guest) => {
   await guest.settleIn();
   await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
   await guest.sees('Added mastercard •••• 4444.');
@@ -51,7 +51,7 @@ onConsole('a typed card leaves nothing on the page but its last four digits', as
   assert.ok(!words.includes(code), 'the code is still there');
 });
 
-onConsole('an add is refused, and says so, without network and without a guest', async (guest) => {
+atEachSize('an add is refused, and says so, without network and without a guest', async (guest) => {
   await guest.signIn();
   const network = guest.app.getByRole('switch', { name: 'Network' });
   await network.uncheck();

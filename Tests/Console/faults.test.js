@@ -1,7 +1,7 @@
 // What goes wrong, on purpose: faults, scenarios, and a server that dies.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
 const cannotBeReached = 'The service cannot be reached.';
 const faults = [
@@ -25,7 +25,7 @@ onConsole('an armed fault is listed, meets a call, and the app is shows', async 
   await seesCount(guest.cards, 1);
 });
 
-onConsole('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
+atEachSize('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
   await guest.signIn();
   await guest.arm('createUserToken', 'refused', { times: '' });
   for (let time = 0; time < 2; ++time) {

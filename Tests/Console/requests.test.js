@@ -1,7 +1,7 @@
 // The requests of clients, and the sandboxes that they go to.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
 onConsole('requests are listed as they come, filtered, shown and copied', async (guest, server) => {
   const [backend, provider] = ['backend', 'provider'].map((name) => new RegExp(`^${name} +(\\S+)$`, 'm').exec(server.said)[1]);
@@ -57,7 +57,7 @@ onConsole('the fault that a call met is listed, and the call leads to its step',
   await guest.seesStep("fault 'refused' met createUserToken");
 });
 
-onConsole('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
+atEachSize('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
   const openSandboxes = () => guest.button(/^Sandbox/).click();
   await openSandboxes();
   await guest.dialog.getByLabel('Name').fill('beside');

@@ -69,18 +69,19 @@ export async function act(button, what, done) {
   if (button.ariaBusy === 'true') return false;
   button.ariaBusy = 'true';
   const place = button.closest('.acts').querySelector('.outcome');
-  const say = (tone, sentence) => {
+  const say = (tone, ...parts) => {
     place.dataset.tone = tone;
-    place.replaceChildren(sentence);
-    if (sentence) place.scrollIntoView({ block: 'nearest' });
+    place.replaceChildren(...parts);
+    if (parts[0]) place.scrollIntoView({ block: 'nearest' });
   };
   for (const outcome of document.querySelectorAll('.outcome')) outcome.replaceChildren();
   try {
     const result = await what();
     const { failure } = result ?? {};
     const said = failure ? `${failure.message} (${failure.domain} ${failure.number})` : done(result);
-    say(failure ? 'bad' : 'good', said.text ?? said);
-    if (said.undo) place.append(' ', quiet('Undo', null, null, (event) => act(event.currentTarget, said.undo.run, () => said.undo.done)));
+    const { undo } = said;
+    say(failure ? 'bad' : 'good', said.text ?? said,
+      ...(undo ? [' ', quiet('Undo', null, null, (event) => act(event.currentTarget, undo.run, () => undo.done))] : []));
     return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;
