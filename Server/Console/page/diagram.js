@@ -101,11 +101,6 @@ function wrapped(text, space) {
   return lines;
 }
 
-function textAt(lines, x, y, anchor) {
-  return svg('text', { class: 'label', x, y, 'text-anchor': anchor },
-    ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
-}
-
 function head({ lifeline, x, width, isSmall }) {
   return svg('g', { class: 'lifeline-head' },
     svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }),
@@ -179,7 +174,9 @@ function row(step, y, layout, before) {
     ? svg('circle', { cx: xOf(step.lifeline), cy: isNarrow ? at + 2 : top - 4, r: 4 })
     : svg('g', { class: step.result ? 'reply' : 'call' },
       svg('line', { x1: from, y1: at, x2: to, y2: at }), svg('path', { d: `M${to} ${at}l${tip} -4v8z` }));
-  return { at, parts: [...when, mark, textAt(lines, x, top, anchor)] };
+  const text = svg('text', { class: 'label', x, y: top, 'text-anchor': anchor },
+    ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
+  return { at, parts: [...when, mark, text] };
 }
 
 /**

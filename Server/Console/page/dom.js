@@ -3,23 +3,18 @@ import { Problem } from './connection.js';
 
 export const find = (id) => document.getElementById(id);
 
-/** An element; attributes that are null are left out. */
-export function element(name, attributes = {}, ...children) {
-  return filled(document.createElement(name), attributes, children);
-}
-
-export function svg(name, attributes = {}, ...children) {
-  return filled(document.createElementNS('http://www.w3.org/2000/svg', name), attributes, children);
-}
-
-function filled(made, attributes, children) {
-  for (const [name, value] of Object.entries(attributes)) {
-    if (name === 'onclick') made.onclick = value;
-    else if (value !== null) made.setAttribute(name, value);
+const made = (namespace) => (name, attributes = {}, ...children) => {
+  const element = document.createElementNS(namespace, name);
+  for (const [key, value] of Object.entries(attributes)) {
+    if (key === 'onclick') element.onclick = value;
+    else if (value !== null) element.setAttribute(key, value);
   }
-  made.append(...children);
-  return made;
-}
+  element.append(...children);
+  return element;
+};
+/** Attributes that are null are left out. */
+export const element = made('http://www.w3.org/1999/xhtml');
+export const svg = made('http://www.w3.org/2000/svg');
 
 export const options = (names) => names.map((name) => element('option', { value: name }, name));
 
@@ -29,18 +24,18 @@ const shown = new WeakMap();
  * Makes a list's items anew where its records have changed; the focus stays on what has the same
  * `data-key`, or goes to `otherwise`.
  */
-export function showList(list, records, made, otherwise) {
+export function showList(list, records, row, otherwise) {
   const now = JSON.stringify(records);
   if (shown.get(list) === now) return;
   shown.set(list, now);
   const key = list.contains(document.activeElement) ? document.activeElement.dataset.key : null;
-  list.replaceChildren(...records.map(made));
+  list.replaceChildren(...records.map((record) => row(record)));
   if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus();
 }
 
 /** The small buttons of a row; `key` keeps the focus where the row is made anew. */
-export const quiet = (text, label, key, onclick) =>
-  element('button', { type: 'button', class: 'quiet', 'aria-label': label, 'data-key': key, onclick }, text);
+export const quiet = (text, label, key, run) =>
+  element('button', { type: 'button', class: 'quiet', 'aria-label': label, 'data-key': key, onclick: ({ currentTarget }) => run(currentTarget) }, text);
 
 /** What was filled in or chosen in a form, or a part of one. */
 export function valuesOf(place) {
@@ -81,7 +76,7 @@ export async function act(button, what, done) {
     const said = failure ? `${failure.message} (${failure.domain} ${failure.number})` : done(result);
     const { undo } = said;
     say(failure ? 'bad' : 'good', said.text ?? said,
-      ...(undo ? [' ', quiet('Undo', null, null, (event) => act(event.currentTarget, undo.run, () => undo.done))] : []));
+      ...(undo ? [' ', quiet('Undo', null, null, (undoing) => act(undoing, undo.run, () => undo.done))] : []));
     return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;

@@ -35,93 +35,89 @@ const headersText = (headers) => Object.entries(headers ?? {}).map((pair) => pai
 /** What a fault has none of unless the form asks for it. */
 const nothing = { times: null, status: null, bytes: null, bytes_per_second: null, use_case: null };
 
+const form = find('fault-form');
 const arm = ({ number, ...fault }) => request('POST', 'v1/sandbox/faults', fault);
 
-export class FaultsPanel {
-  #operations;
-  #stored = null;
-  /** The number of the fault that the form changes; null arms a new one. */
-  #edited = null;
+let operations = [];
+let stored = null;
+/** The number of the fault that the form changes; null arms a new one. */
+let edited = null;
 
-  constructor(choices) {
-    this.#operations = choices.operations;
-    const form = find('fault-form');
-    form.elements.operation.append(...options(choices.operations.map(({ name }) => name)));
-    form.elements.use_case.append(...options(choices.use_cases));
-    find('scenarios').replaceChildren(...choices.scenarios.map((name) => element('li', {},
-      element('button', { type: 'button', onclick: (event) => this.#bringApart(event.currentTarget, name) }, name.replaceAll('-', ' ')),
-      element('span', { class: 'hint' }, scenarios[name] ?? ''))));
-    form.addEventListener('change', () => this.#showWhatIsNeeded());
-    onSubmit('fault-form', (button) => this.#send(button));
-    onClick('fault-cancel', () => this.#edit(null));
-    onClick('clear-faults', (button) => this.#disarm(button, this.#stored.faults));
-    this.#showWhatIsNeeded();
-  }
+export function showFaults(news) {
+  stored = news;
+  const { faults } = news;
+  find('clear-faults').hidden = faults.length < 2;
+  showList(find('faults'), faults, (fault) => element('li', {},
+    element('span', { class: 'grow' }, described(fault)),
+    quiet('Edit', `Edit ${described(fault)}`, `edit ${fault.number}`, () => edit(fault)),
+    quiet('Remove', `Remove ${described(fault)}`, `remove ${fault.number}`, (button) => disarm(button, [fault]))), find('arm'));
+  if (!faults.some(({ number }) => number === edited)) edit(null);
+}
 
-  show(stored) {
-    this.#stored = stored;
-    const { faults } = stored;
-    find('clear-faults').hidden = faults.length < 2;
-    showList(find('faults'), faults, (fault) => element('li', {},
-      element('span', { class: 'grow' }, described(fault)),
-      quiet('Edit', `Edit ${described(fault)}`, `edit ${fault.number}`, () => this.#edit(fault)),
-      quiet('Remove', `Remove ${described(fault)}`, `remove ${fault.number}`, (event) => this.#disarm(event.currentTarget, [fault]))), find('arm'));
-    if (!faults.some((fault) => fault.number === this.#edited)) this.#edit(null);
+function showWhatIsNeeded() {
+  const { operation, kind, use_case: useCase } = form.elements;
+  const { kinds, has_use_case: hasUseCase } = operations.find(({ name }) => name === operation.value);
+  const before = kind.value;
+  kind.replaceChildren(...options(kinds));
+  if (kinds.includes(before)) kind.value = before;
+  for (const label of form.querySelectorAll('[data-for]')) {
+    label.hidden = label.dataset.for !== kind.value;
+    // What is not asked for may be empty.
+    label.querySelector('input, textarea').disabled = label.hidden;
   }
+  useCase.disabled = !hasUseCase;
+}
 
-  #showWhatIsNeeded() {
-    const { operation, kind, use_case: useCase } = find('fault-form').elements;
-    const { kinds, has_use_case: hasUseCase } = this.#operations.find(({ name }) => name === operation.value);
-    const before = kind.value;
-    kind.replaceChildren(...options(kinds));
-    if (kinds.includes(before)) kind.value = before;
-    for (const label of find('fault-form').querySelectorAll('[data-for]')) {
-      label.hidden = label.dataset.for !== kind.value;
-      // What is not asked for may be empty.
-      label.querySelector('input, textarea').disabled = label.hidden;
-    }
-    useCase.disabled = !hasUseCase;
+function edit(fault) {
+  if (!fault && edited === null) return;
+  edited = fault?.number ?? null;
+  find('arm').textContent = fault ? 'Save' : 'Arm';
+  find('fault-cancel').hidden = !fault;
+  form.reset();
+  if (fault) form.elements.operation.value = fault.operation;
+  // The kinds are those of the call.
+  showWhatIsNeeded();
+  for (const [name, value] of Object.entries(fault ?? {})) {
+    if (form.elements[name]) form.elements[name].value = name === 'headers' ? headersText(value) : value ?? '';
   }
+  showWhatIsNeeded();
+  if (fault) form.elements.operation.focus();
+}
 
-  #edit(fault) {
-    if (!fault && this.#edited === null) return;
-    const form = find('fault-form');
-    this.#edited = fault?.number ?? null;
-    find('arm').textContent = fault ? 'Save' : 'Arm';
-    find('fault-cancel').hidden = !fault;
-    form.reset();
-    if (fault) form.elements.operation.value = fault.operation;
-    // The kinds are those of the call.
-    this.#showWhatIsNeeded();
-    for (const [name, value] of Object.entries(fault ?? {})) {
-      if (form.elements[name]) form.elements[name].value = name === 'headers' ? headersText(value) : value ?? '';
-    }
-    this.#showWhatIsNeeded();
-    if (fault) form.elements.operation.focus();
-  }
+async function send(button) {
+  const number = edited;
+  const fault = { ...nothing, ...valuesOf(form) };
+  fault.headers = headersIn(fault.headers ?? '');
+  const isDone = await act(button, () => (number ? request('PATCH', `v1/sandbox/faults/${number}`, fault) : arm(fault)),
+    () => `${number ? 'Changed' : 'Armed'} ${described(fault)}.`);
+  if (isDone && number) edit(null);
+}
 
-  async #send(button) {
-    const number = this.#edited;
-    const fault = { ...nothing, ...valuesOf(find('fault-form')) };
-    fault.headers = headersIn(fault.headers ?? '');
-    const isDone = await act(button, () => (number ? request('PATCH', `v1/sandbox/faults/${number}`, fault) : arm(fault)),
-      () => `${number ? 'Changed' : 'Armed'} ${described(fault)}.`);
-    if (isDone && number) this.#edit(null);
-  }
+function disarm(button, faults) {
+  const one = faults.length === 1 && stored.faults.length > 1;
+  act(button, () => request('DELETE', one ? `v1/sandbox/faults/${faults[0].number}` : 'v1/sandbox/faults'), () => ({
+    text: faults.length === 1 ? `Removed ${described(faults[0])}.` : `Removed ${faults.length} faults.`,
+    undo: { run: () => Promise.all(faults.map(arm)), done: 'Armed again.' },
+  }));
+}
 
-  #disarm(button, faults) {
-    const one = faults.length === 1 && this.#stored.faults.length > 1;
-    act(button, () => request('DELETE', one ? `v1/sandbox/faults/${faults[0].number}` : 'v1/sandbox/faults'),
-      () => ({
-        text: faults.length === 1 ? `Removed ${described(faults[0])}.` : `Removed ${faults.length} faults.`,
-        undo: { run: () => Promise.all(faults.map(arm)), done: 'Armed again.' },
-      }));
-  }
+function bringApart(button, name) {
+  act(button, async () => {
+    if (!stored?.guest) throw new Problem('Nobody is signed in.');
+    await request('POST', 'v1/sandbox/scenarios', { name, guest: stored.guest.email });
+  }, () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
+}
 
-  #bringApart(button, name) {
-    act(button, async () => {
-      if (!this.#stored?.guest) throw new Problem('Nobody is signed in.');
-      await request('POST', 'v1/sandbox/scenarios', { name, guest: this.#stored.guest.email });
-    }, () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
-  }
+export function startFaults(choices) {
+  operations = choices.operations;
+  form.elements.operation.append(...options(operations.map(({ name }) => name)));
+  form.elements.use_case.append(...options(choices.use_cases));
+  find('scenarios').append(...choices.scenarios.map((name) => element('li', {},
+    element('button', { type: 'button', onclick: (event) => bringApart(event.currentTarget, name) }, name.replaceAll('-', ' ')),
+    element('span', { class: 'hint' }, scenarios[name] ?? ''))));
+  form.addEventListener('change', showWhatIsNeeded);
+  onSubmit('fault-form', send);
+  onClick('fault-cancel', () => edit(null));
+  onClick('clear-faults', (button) => disarm(button, stored.faults));
+  showWhatIsNeeded();
 }

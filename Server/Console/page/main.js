@@ -1,12 +1,12 @@
 // Puts the views together, and keeps them live. The part of the URL after # says which one is shown.
-import { AppPanel } from './app.js';
+import { showApp, startApp } from './app.js';
 import { listen, request, sandbox } from './connection.js';
 import { find } from './dom.js';
-import { FaultsPanel } from './faults.js';
-import { RequestsView } from './requests.js';
-import { listenToSandboxes } from './sandboxes.js';
+import { showFaults, startFaults } from './faults.js';
+import { addRequests, chooseRequest, drawRequests, startRequests } from './requests.js';
+import { startSandboxes } from './sandboxes.js';
 import { showStored } from './stored.js';
-import { TimelineView } from './timeline.js';
+import { addEvents, chooseOperation, forgetBefore, startTimeline } from './timeline.js';
 
 const connections = {
   live: ['good', 'Live'],
@@ -15,11 +15,11 @@ const connections = {
 };
 
 const choices = await request('GET', 'choices');
-const app = new AppPanel(choices);
-const faults = new FaultsPanel(choices);
-const timeline = new TimelineView();
-const requests = new RequestsView(choices, timeline);
-listenToSandboxes();
+startApp(choices);
+startFaults(choices);
+startTimeline(drawRequests);
+startRequests(choices);
+startSandboxes();
 find('sandbox-name').textContent = sandbox;
 document.title = `${sandbox} · paylevenkit console`;
 
@@ -30,8 +30,8 @@ function showView() {
   // Stored data is beside the others where there is space.
   for (const part of document.querySelectorAll('.view')) part.hidden = part.dataset.is !== (shown === 'stored' ? 'app' : shown);
   for (const link of find('views').querySelectorAll('a')) link.ariaCurrent = link.hash === `#${shown}` ? 'page' : null;
-  timeline.choose(shown === 'timeline' ? what : null);
-  requests.choose(shown === 'requests' ? what : null);
+  chooseOperation(shown === 'timeline' ? what : null);
+  chooseRequest(shown === 'requests' ? what : null);
 }
 addEventListener('hashchange', () => {
   showView();
@@ -41,13 +41,13 @@ addEventListener('hashchange', () => {
 showView();
 
 listen({
-  timeline: (news) => timeline.add(news),
-  requests: (news) => requests.add(news),
+  timeline: addEvents,
+  requests: addRequests,
   stored: (stored) => {
-    app.show(stored);
-    faults.show(stored);
+    showApp(stored);
+    showFaults(stored);
     showStored(stored);
-    timeline.forgetBefore(stored.oldest_operation);
+    forgetBefore(stored.oldest_operation);
   },
   state: ({ state }) => {
     const place = find('connection');

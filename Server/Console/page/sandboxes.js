@@ -12,7 +12,7 @@ async function refresh() {
   showList(find('sandboxes'), sandboxes, ({ id, guests, seed }) => element('li', {},
     element('a', { href: pageOf(id), 'data-key': id, 'aria-current': id === sandbox ? 'page' : null }, id),
     element('span', { class: 'hint' }, `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`)), find('make'));
-  find('more-sandboxes').hidden = next === null;
+  find('sandbox-count').textContent = next ? 'The first thousand of this server' : 'All of this server';
   find('clock').textContent = clockText(mine.clock);
   find('seed').textContent = mine.seed ?? 'none: identifiers are random';
   find('lifetime').textContent = [mine.in_memory ? 'in memory only' : 'on disk', mine.expires && `until ${clockText(mine.expires)}`].filter(Boolean).join(', ');
@@ -20,9 +20,9 @@ async function refresh() {
   const own = snapshots.filter((each) => each.sandbox === sandbox);
   showList(find('snapshots'), own, ({ snapshot, created }) => element('li', {},
     element('span', { class: 'grow mono' }, clockText(created)),
-    quiet('Restore', `Restore ${clockText(created)}`, `restore ${snapshot}`, (event) => undoably(event.currentTarget, () => restored(snapshot), 'Restored.')),
-    quiet('Delete', `Delete snapshot ${clockText(created)}`, `delete ${snapshot}`, (event) =>
-      run(event.currentTarget, () => request('DELETE', `${root}v1/snapshots/${snapshot}`), () => 'The snapshot is deleted.'))),
+    quiet('Restore', `Restore ${clockText(created)}`, `restore ${snapshot}`, (button) => undoably(button, () => restored(snapshot), 'Restored.')),
+    quiet('Delete', `Delete snapshot ${clockText(created)}`, `delete ${snapshot}`, (button) =>
+      run(button, () => request('DELETE', `${root}v1/snapshots/${snapshot}`), () => 'The snapshot is deleted.'))),
   find('take-snapshot'));
 }
 
@@ -46,7 +46,7 @@ async function undoably(button, what, text) {
   }, () => ({ text, undo: { run: () => restored(before).then(refresh), done: 'Back to what it was.' } }));
 }
 
-export function listenToSandboxes() {
+export function startSandboxes() {
   onClick('open-sandbox', () => {
     find('sandbox-dialog').showModal();
     run(find('sandbox-dialog'), () => null, () => '');

@@ -7,19 +7,18 @@ function side(one, identifier) {
   return element('div', { class: 'side' },
     element('b', {}, `${one.brand} ••••\u00a0${digits(one)}`),
     element('div', {}, `${expiry(one)} · ${one.use_case}${state}`),
-    element('div', { class: 'identifier' }, identifier ?? 'no identifier'));
+    element('div', { class: 'hint mono' }, identifier ?? 'no identifier'));
 }
 
-const missing = (sentence) => element('div', { class: 'side missing' }, sentence);
-
 function pairRow({ card, instrument }) {
+  const missing = (where) => element('div', { class: 'side missing' }, `not at the ${where}`);
   const isDrift = !card || !instrument;
   const said = isDrift ? (card ? 'Drift: the provider has no' : 'Drift: the backend does not know') : 'Matched:';
-  return element('li', { class: isDrift ? 'pair drift' : 'pair' },
+  return element('li', { class: 'pair', 'data-tone': isDrift ? 'drift' : 'good' },
     element('span', { class: 'visually-hidden' }, said),
-    card ? side(card, card.id) : missing('not at the backend'),
+    card ? side(card, card.id) : missing('backend'),
     element('div', { class: 'join', 'aria-hidden': 'true' }),
-    instrument ? side(instrument, instrument.identifier) : missing('not at the provider'));
+    instrument ? side(instrument, instrument.identifier) : missing('provider'));
 }
 
 export function showStored({ guest, pairs }) {
