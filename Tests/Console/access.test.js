@@ -13,48 +13,39 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
     await guest.tabTo(locator);
     await keyboard.press(key);
   };
-  const keepsFocus = (locator) => sees(locator.and(guest.page.locator(':focus')));
-  await press(guest.app.getByLabel('E-mail address'), 'Enter');
-  await guest.sees('Signed in.');
-  await keepsFocus(guest.button('Sign out'));
-
+  /** The result comes, and the focus is where the next key is expected. */
+  const leads = async (locator, key, sentence, focused = locator) => {
+    await press(locator, key);
+    await guest.sees(sentence);
+    await sees(focused.and(guest.page.locator(':focus')));
+  };
+  await leads(guest.app.getByLabel('E-mail address'), 'Enter', 'Signed in.', guest.button('Sign out'));
   const network = guest.app.getByRole('switch', { name: 'Network' });
-  for (const state of ['off', 'on']) {
-    await press(network, 'Space');
-    await guest.sees(`The network is ${state}.`);
-    await keepsFocus(network);
-  }
-
+  await leads(network, 'Space', 'The network is off.');
+  await leads(network, 'Space', 'The network is on.');
   await press(guest.app.getByRole('combobox', { name: 'Card' }), 'm');
-  await press(guest.button('Add card'), 'Space');
-  await guest.sees('Added mastercard •••• 4444.');
-  await keepsFocus(guest.button('Add card'));
-
+  await leads(guest.button('Add card'), 'Space', 'Added mastercard •••• 4444.');
   const update = guest.button('Update address of mastercard •••• 4444');
   await press(update, 'Enter');
   await press(guest.dialog.getByLabel('Postcode'), 'A');
   await keyboard.press('Enter');
   await guest.sees('The billing address is changed.');
+  await sees(update.and(guest.page.locator(':focus')));
   await sees(guest.cards.filter({ hasText: 'Erika Mustermann, A' }));
-  await keepsFocus(update);
-
-  await press(guest.button('Arm'), 'Enter');
-  await press(guest.button(/^Remove/), 'Enter');
-  await seesCount(guest.faults, 0);
-  await keepsFocus(guest.button('Arm'));
-  await press(guest.button('Delete mastercard •••• 4444'), 'Enter');
-  await guest.sees('Deleted mastercard •••• 4444.');
-  await seesCount(guest.cards, 0);
-  await keepsFocus(guest.button('Add card'));
+  await leads(guest.button('Arm'), 'Enter', 'Armed');
+  await leads(guest.button(/^Remove/), 'Enter', 'Removed', guest.button('Arm'));
+  await leads(guest.button('Delete mastercard •••• 4444'), 'Enter', 'Deleted mastercard •••• 4444.', guest.button('Add card'));
 
   await press(guest.page.getByRole('link', { name: 'Requests' }), 'Enter');
-  await press(guest.requests.getByRole('link', { name: '/app/guest' }), 'Enter');
-  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
+  const request = guest.requests.getByRole('link', { name: '/app/guest' });
+  const part = guest.requests.getByRole('link', { name: 'Part of operation 1' });
+  await press(request, 'Enter');
+  await sees(part);
   await keyboard.press('Escape');
-  await keepsFocus(guest.requests.getByRole('link', { name: '/app/guest' }));
+  await sees(request.and(guest.page.locator(':focus')));
   await keyboard.press('Enter');
-  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
-  await press(guest.requests.getByRole('link', { name: 'Part of operation 1' }), 'Enter');
+  await sees(part);
+  await press(part, 'Enter');
   await sees(guest.operations.filter({ hasText: 'sign in' }).and(guest.page.locator('[aria-current=true]')));
 });
 

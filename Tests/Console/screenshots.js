@@ -27,7 +27,7 @@ await guest.arm('getPaymentInstrumentsList', 'delay', { delay: 300 });
 await guest.arm('removePaymentInstrument', 'error', { times: '' });
 await guest.comeToForeground();
 await sees(guest.happened.getByText('could not be removed'));
-const [backend, provider] = ['backend', 'provider'].map((name) => new RegExp(`^${name} +(\\S+)$`, 'm').exec(server.said)[1]);
+const [backend, provider] = [server.urlOf('backend'), server.urlOf('provider')];
 await fetch(`${backend}/v1/guests/phone@example.com`, { method: 'PUT' });
 await fetch(`${backend}/v1/guests/phone@example.com/cards`);
 await fetch(`${provider}/v1/users/tok_other/instruments?use_case=default`, { headers: { 'X-API-Key': 'any' } });

@@ -73,17 +73,6 @@ onConsole('what the kit drops says why, and what it asks for meanwhile joins the
   await guest.seesStep('no synchronisation: already synchronising');
 });
 
-onConsole('an operation keeps its outcome whatever other clients do', async (guest, server) => {
-  await guest.settleIn();
-  const provider = /^provider +(\S+)$/m.exec(server.said)[1];
-  await fetch(`${provider}/v1/users/tok_none/instruments?use_case=default`, { headers: { 'X-API-Key': 'any' } });
-  await guest.goTo('Requests');
-  await sees(guest.rows.filter({ hasText: 'tok_none' }).filter({ hasText: '404' }));
-  await guest.goTo('Timeline');
-  await sees(guest.operations.filter({ hasText: /add.*succeeded/ }));
-  await seesCount(guest.steps.filter({ hasText: 'error' }), 0);
-});
-
 onConsole('an older operation is chosen and filtered while new ones come', async (guest, server, open) => {
   await guest.settleIn();
   await guest.goTo('Timeline');
