@@ -114,13 +114,9 @@ export class Person {
     return (await places.allInnerTexts()).map((text) => text.replace(/\s+/g, ' ')).join('\n');
   }
 
-  isFocusedOn(locator) {
-    return locator.evaluate((element) => element === document.activeElement);
-  }
-
   async tabTo(locator) {
     for (let presses = 0; presses < 80; ++presses) {
-      if (await this.isFocusedOn(locator)) return;
+      if (await locator.evaluate((element) => element === document.activeElement)) return;
       await this.page.keyboard.press('Tab');
     }
     assert.fail(`Tab does not reach ${locator}`);
