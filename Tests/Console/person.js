@@ -23,7 +23,7 @@ export class Person {
     this.drifted = stored('Drift:');
     this.operations = page.getByRole('navigation', { name: 'Operations' }).getByRole('link');
     this.steps = this.timeline.getByRole('list', { name: 'The same operation, step by step' }).getByRole('listitem');
-    this.rows = this.requests.getByRole('row');
+    this.rows = this.requests.getByRole('row').filter({ has: page.getByRole('link') });
   }
 
   button(name) {
