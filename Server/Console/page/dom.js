@@ -30,7 +30,7 @@ export function showList(list, records, row, otherwise) {
   shown.set(list, now);
   const key = list.contains(document.activeElement) ? document.activeElement.dataset.key : null;
   list.replaceChildren(...records.map((record) => row(record)));
-  if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus();
+  if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus({ preventScroll: true });
 }
 
 /** The small buttons of a row; `key` keeps the focus where the row is made anew. */
