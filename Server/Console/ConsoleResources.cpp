@@ -1,6 +1,7 @@
 #include "Server/Console/ConsoleResources.h"
 
-#include <stdexcept>
+#include <set>
+#include <sstream>
 #include <utility>
 
 #include "Sandbox/Calls/Journal.h"
@@ -55,12 +56,18 @@ std::size_t countIn(const HttpRequest& request) {
   return static_cast<std::size_t>(*count);
 }
 
+/// The sandboxes that a page names, with commas between; without any, the one whose path it asked.
+std::set<std::string> followedBy(const Exchange& exchange) {
+  std::istringstream named(exchange.request.queryValue("sandbox").value_or(exchange.world->id()));
+  std::set<std::string> sandboxes;
+  for (std::string id; std::getline(named, id, ',');) sandboxes.insert(id);
+  return sandboxes;
+}
+
 void addJournal(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "events", [&registry](const Exchange& exchange) {
     HttpReply reply;
-    reply.events = [&registry, world = exchange.world,
-                    feed = std::make_shared<LiveFeed>(exchange.world)] {
-      if (registry.openWorld(world->id()) != world) throw std::runtime_error("deleted");
+    reply.events = [feed = std::make_shared<LiveFeed>(registry, followedBy(exchange))] {
       return feed->next();
     };
     exchange.reply(std::move(reply));

@@ -1,9 +1,12 @@
 #include "Server/Console/LiveFeed.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
+#include "Sandbox/Calls/Journal.h"
 #include "Server/Console/ConsoleRecords.h"
+#include "Server/Http/HttpError.h"
 
 namespace hlv::server {
 namespace {
@@ -13,61 +16,108 @@ constexpr std::size_t operationsAtFirst = 50;
 constexpr std::int64_t requestsAtFirst = 1'000;
 
 /// JSON has no line breaks, which would end the event.
-std::string eventOf(const std::string& name, const std::string& data) {
-  return "event: " + name + "\ndata: " + data + "\n\n";
+std::string eventOf(const std::string& name, const std::string& sandbox, Json data) {
+  data["sandbox"] = sandbox;
+  return "event: " + name + "\ndata: " + sandbox::textOf(data) + "\n\n";
 }
 
 }  // namespace
 
-std::string LiveFeed::next() {
-  // Read first, so that what comes meanwhile is found the next time.
-  const auto changes = world_->store().changes();
-  if (changes == changes_ && !hasMore_) return "";
-  startAgainAfterRestore();
-  auto news = newEvents() + newData() + newRequests();
-  changes_ = changes;
-  hasBegun_ = true;
-  return news;
-}
+/// What is new in one of them.
+class SandboxFeed {
+ public:
+  /// Null for a sandbox that does not exist, of which that is all that is new.
+  explicit SandboxFeed(std::shared_ptr<World> world) : world_(std::move(world)) {}
 
-void LiveFeed::startAgainAfterRestore() {
-  const auto last = world_->store().read([](sandbox::Database& database) {
-    return database.integer("SELECT coalesce(max(number), 0) FROM events");
-  });
-  if (last >= lastEvent_) return;
-  hasBegun_ = false;
-  lastEvent_ = 0;
-}
+  const std::shared_ptr<World>& world() const { return world_; }
 
-std::string LiveFeed::newEvents() {
-  const auto timeline = hasBegun_ ? journal_.since(lastEvent_) : journal_.last(operationsAtFirst);
-  if (hasBegun_ && timeline.empty()) return "";
-  for (const auto& operation : timeline) {
-    for (const auto& event : operation.events) lastEvent_ = std::max(lastEvent_, event.number);
+  std::string next() {
+    // Read first, so that what comes meanwhile is found the next time.
+    const auto changes = world_->store().changes();
+    if (changes == changes_ && !hasMore_) return "";
+    startAgainAfterRestore();
+    auto news = newEvents() + newData() + newRequests();
+    changes_ = changes;
+    hasBegun_ = true;
+    return news;
   }
-  return eventOf("timeline",
-                 sandbox::textOf({{"whole", !hasBegun_}, {"operations", jsonOf(timeline)}}));
+
+ private:
+  /// The events of a snapshot, and of an empty store, are other ones.
+  void startAgainAfterRestore() {
+    const auto last = world_->store().read([](sandbox::Database& database) {
+      return database.integer("SELECT coalesce(max(number), 0) FROM events");
+    });
+    if (last >= lastEvent_) return;
+    hasBegun_ = false;
+    lastEvent_ = 0;
+  }
+
+  std::string newEvents() {
+    const sandbox::Journal journal(world_->sharedStore(), "start");
+    const auto timeline = hasBegun_ ? journal.since(lastEvent_) : journal.last(operationsAtFirst);
+    if (hasBegun_ && timeline.empty()) return "";
+    for (const auto& operation : timeline) {
+      for (const auto& event : operation.events) lastEvent_ = std::max(lastEvent_, event.number);
+    }
+    return eventOf("timeline", world_->id(),
+                   {{"whole", !hasBegun_}, {"operations", jsonOf(timeline)}});
+  }
+
+  std::string newRequests() {
+    auto log = world_->store().read([this](sandbox::Database& database) {
+      if (!hasBegun_)
+        lastRequest_ = std::max<std::int64_t>(RequestLog::last(database) - requestsAtFirst, 0);
+      return RequestLog::read(database, {.after = lastRequest_, .limit = requestsAtFirst},
+                              world_->id());
+    });
+    hasMore_ = !log["next"].is_null();
+    auto& requests = log["requests"];
+    if (hasBegun_ && requests.empty()) return "";
+    if (!requests.empty()) lastRequest_ = requests.back()["number"];
+    return eventOf("requests", world_->id(), {{"whole", !hasBegun_}, {"requests", requests}});
+  }
+
+  std::string newData() {
+    auto stored = world_->store().read(storedData);
+    if (stored == stored_) return "";
+    stored_ = std::move(stored);
+    return eventOf("stored", world_->id(), stored_);
+  }
+
+  const std::shared_ptr<World> world_;
+  bool hasBegun_ = false;
+  bool hasMore_ = true;
+  std::int64_t changes_ = 0;
+  std::int64_t lastEvent_ = 0;
+  std::int64_t lastRequest_ = 0;
+  Json stored_;
+};
+
+LiveFeed::LiveFeed(Registry& registry, const std::set<std::string>& sandboxes)
+    : registry_(registry) {
+  for (const auto& id : sandboxes) feeds_[id] = nullptr;
 }
 
-std::string LiveFeed::newRequests() {
-  auto log = world_->store().read([this](sandbox::Database& database) {
-    if (!hasBegun_)
-      lastRequest_ = std::max<std::int64_t>(RequestLog::last(database) - requestsAtFirst, 0);
-    return RequestLog::read(database, {.after = lastRequest_, .limit = requestsAtFirst},
-                            world_->id());
-  });
-  hasMore_ = !log["next"].is_null();
-  auto& requests = log["requests"];
-  if (hasBegun_ && requests.empty()) return "";
-  if (!requests.empty()) lastRequest_ = requests.back()["number"];
-  return eventOf("requests", sandbox::textOf({{"whole", !hasBegun_}, {"requests", requests}}));
-}
+LiveFeed::~LiveFeed() = default;
 
-std::string LiveFeed::newData() {
-  auto stored = sandbox::textOf(world_->store().read(storedData));
-  if (stored == stored_) return "";
-  stored_ = std::move(stored);
-  return eventOf("stored", stored_);
+std::string LiveFeed::next() {
+  std::string news;
+  for (auto& [id, feed] : feeds_) {
+    std::shared_ptr<World> world;
+    try {
+      world = registry_.world(id);
+    } catch (const HttpError& error) {
+      if (error.status != 404) throw;
+    }
+    // One that was deleted and made again is another one.
+    if (!feed || feed->world() != world) {
+      feed = std::make_unique<SandboxFeed>(world);
+      news += eventOf("state", id, {{"state", world ? "live" : "deleted"}});
+    }
+    if (world) news += feed->next();
+  }
+  return news;
 }
 
 }  // namespace hlv::server

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
 const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
 
@@ -13,48 +13,39 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
     await guest.tabTo(locator);
     await keyboard.press(key);
   };
-  const keepsFocus = (locator) => sees(locator.and(guest.page.locator(':focus')));
-  await press(guest.app.getByLabel('E-mail address'), 'Enter');
-  await guest.sees('Signed in.');
-  await keepsFocus(guest.button('Sign out'));
-
+  /** The result comes, and the focus is where the next key is expected. */
+  const leads = async (locator, key, sentence, focused = locator) => {
+    await press(locator, key);
+    await guest.sees(sentence);
+    await sees(focused.and(guest.page.locator(':focus')));
+  };
+  await leads(guest.app.getByLabel('E-mail address'), 'Enter', 'Signed in.', guest.button('Sign out'));
   const network = guest.app.getByRole('switch', { name: 'Network' });
-  for (const state of ['off', 'on']) {
-    await press(network, 'Space');
-    await guest.sees(`The network is ${state}.`);
-    await keepsFocus(network);
-  }
-
+  await leads(network, 'Space', 'The network is off.');
+  await leads(network, 'Space', 'The network is on.');
   await press(guest.app.getByRole('combobox', { name: 'Card' }), 'm');
-  await press(guest.button('Add card'), 'Space');
-  await guest.sees('Added mastercard •••• 4444.');
-  await keepsFocus(guest.button('Add card'));
-
+  await leads(guest.button('Add card'), 'Space', 'Added mastercard •••• 4444.');
   const update = guest.button('Update address of mastercard •••• 4444');
   await press(update, 'Enter');
   await press(guest.dialog.getByLabel('Postcode'), 'A');
   await keyboard.press('Enter');
   await guest.sees('The billing address is changed.');
+  await sees(update.and(guest.page.locator(':focus')));
   await sees(guest.cards.filter({ hasText: 'Erika Mustermann, A' }));
-  await keepsFocus(update);
-
-  await press(guest.button('Arm'), 'Enter');
-  await press(guest.button(/^Remove/), 'Enter');
-  await seesCount(guest.faults, 0);
-  await keepsFocus(guest.button('Arm'));
-  await press(guest.button('Delete mastercard •••• 4444'), 'Enter');
-  await guest.sees('Deleted mastercard •••• 4444.');
-  await seesCount(guest.cards, 0);
-  await keepsFocus(guest.button('Add card'));
+  await leads(guest.button('Arm'), 'Enter', 'Armed');
+  await leads(guest.button(/^Remove/), 'Enter', 'Removed', guest.button('Arm'));
+  await leads(guest.button('Delete mastercard •••• 4444'), 'Enter', 'Deleted mastercard •••• 4444.', guest.button('Add card'));
 
   await press(guest.page.getByRole('link', { name: 'Requests' }), 'Enter');
-  await press(guest.requests.getByRole('link', { name: '/app/guest' }), 'Enter');
-  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
+  const request = guest.requests.getByRole('link', { name: '/app/guest' });
+  const part = guest.requests.getByRole('link', { name: 'Part of operation 1' });
+  await press(request, 'Enter');
+  await sees(part);
   await keyboard.press('Escape');
-  await keepsFocus(guest.requests.getByRole('link', { name: '/app/guest' }));
+  await sees(request.and(guest.page.locator(':focus')));
   await keyboard.press('Enter');
-  await sees(guest.requests.getByRole('link', { name: 'Part of operation 1' }));
-  await press(guest.requests.getByRole('link', { name: 'Part of operation 1' }), 'Enter');
+  await sees(part);
+  await press(part, 'Enter');
   await sees(guest.operations.filter({ hasText: 'sign in' }).and(guest.page.locator('[aria-current=true]')));
 });
 
@@ -68,43 +59,37 @@ const overlaps = () => {
     .map((other) => `${one.text} / ${other.text}`));
 };
 
-for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]) {
-  onConsole(`everything fits ${width} pixels, and each result shows in sight`, async (guest) => {
-    const fits = async () => assert.ok(await guest.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), 'the page is too wide');
-    await guest.page.getByLabel('E-mail address').fill(`${'a.long.name.'.repeat(4)}@example.com`);
-    await guest.settleIn();
-    await guest.button('Delete visa •••• 1111').click();
-    await guest.sees('Deleted visa •••• 1111.');
-    await guest.makeScenario('instrument without card').catch(() => guest.sees('no token'));
-    await guest.add({ card: 'backend-refused' });
-    await guest.sees('no card came back');
-    await guest.arm('removePaymentInstrument', 'error');
-    await guest.comeToForeground();
+atEachSize('every view fits, and no label lies on another', async (guest) => {
+  const fits = async () => assert.ok(await guest.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), 'the page is too wide');
+  await guest.page.getByLabel('E-mail address').fill(`${'a.long.name.'.repeat(4)}@example.com`);
+  await guest.settleIn();
+  await guest.add({ card: 'backend-refused' });
+  await guest.sees('no card came back');
+  await guest.arm('removePaymentInstrument', 'error');
+  await guest.comeToForeground();
+  await fits();
+  await guest.goTo('Timeline');
+  for (const operation of await guest.operations.all()) {
+    await operation.click();
+    await sees(guest.operations.and(guest.page.locator(`[href="${await operation.getAttribute('href')}"][aria-current]`)));
+    assert.deepEqual(await guest.page.evaluate(overlaps), []);
     await fits();
-    for (const view of ['Timeline', 'Requests', ...(width < 1000 ? ['Stored'] : [])]) {
-      await guest.goTo(view);
-      if (view === 'Timeline') await sees(guest.timeline.locator('svg .bad').first());
-      for (const operation of view === 'Timeline' ? await guest.operations.all() : []) {
-        await operation.click();
-        await sees(guest.operations.and(guest.page.locator(`[href="${await operation.getAttribute('href')}"][aria-current]`)));
-        assert.deepEqual(await guest.page.evaluate(overlaps), []);
-      }
-      if (view === 'Requests') await guest.rows.filter({ hasText: 'removePaymentInstrument' }).getByRole('link').first().click();
-      if (view === 'Requests') await sees(guest.requests.getByRole('link', { name: 'Part of operation' }));
-      await fits();
-    }
-    await guest.button(/^Sandbox/).click();
-    await guest.button('Take a snapshot').click();
-    await guest.sees('The snapshot is taken.');
-    await fits();
-  }, { viewport: { width, height } });
-}
+  }
+  await guest.goTo('Requests');
+  await guest.rows.filter({ hasText: 'removePaymentInstrument' }).getByRole('link').first().click();
+  await sees(guest.requests.getByRole('link', { name: 'Part of operation' }));
+  await fits();
+  const stored = guest.page.getByRole('link', { name: 'Stored' });
+  if (await stored.isVisible()) await stored.click();
+  await sees(guest.stored);
+  await fits();
+});
 
 onConsole('axe finds nothing in any view, light or dark', async (guest) => {
   const check = async (where) => {
     for (const colorScheme of ['light', 'dark']) {
       await guest.page.emulateMedia({ colorScheme });
-      const { violations } = await guest.page.evaluate(() => globalThis.axe.run(matchMedia('(prefers-color-scheme: dark)').matches ? { runOnly: 'color-contrast' } : {}));
+      const { violations } = await guest.page.evaluate(() => globalThis.axe.run());
       const found = violations.flatMap(({ id, nodes }) => nodes.map((node) => `${where}, ${colorScheme}: ${id}: ${node.html}`));
       assert.deepEqual(found, []);
     }
@@ -131,19 +116,24 @@ onConsole('axe finds nothing in any view, light or dark', async (guest) => {
   await guest.button('Take a snapshot').click();
   await guest.sees('The snapshot is taken.');
   await check('sandboxes');
+  await guest.dialog.getByRole('button', { name: 'Close' }).click();
+  await guest.page.setViewportSize({ width: 390, height: 844 });
+  for (const view of ['App', 'Timeline', 'Requests', 'Stored']) {
+    await guest.goTo(view);
+    await check(`${view} on a phone`);
+  }
 });
 
 onConsole('forced colours show which switch is on and which view is chosen', async (guest) => {
   const style = (locator, name) => locator.evaluate((element, property) => getComputedStyle(element)[property], name);
   const network = guest.app.getByRole('switch', { name: 'Network' });
-  const colours = [];
+  const pictures = [];
   for (const state of ['off', 'on']) {
     await network.setChecked(state === 'on');
     await guest.sees(`The network is ${state}.`);
-    colours.push(await style(network, 'backgroundColor'));
-    assert.notEqual(await style(network, 'borderTopStyle'), 'none');
+    pictures.push((await network.screenshot()).toString('base64'));
   }
-  assert.notEqual(...colours);
+  assert.notEqual(...pictures);
   assert.equal(await style(guest.page.getByRole('link', { name: 'App' }), 'outlineStyle'), 'solid');
   assert.equal(await style(guest.page.getByRole('link', { name: 'Requests' }), 'outlineStyle'), 'none');
 }, { forcedColors: 'active' });

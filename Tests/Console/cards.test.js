@@ -1,9 +1,9 @@
 // A guest's cards: added, typed, changed, deleted, refused.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
-onConsole('a further card, its new address, and its deletion reach both sides', async (guest) => {
+atEachSize('a further card, its new address, and its deletion reach both sides', async (guest) => {
   await guest.settleIn();
   await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
   await guest.sees('Added mastercard •••• 4444.');
@@ -29,13 +29,12 @@ onConsole('a further card, its new address, and its deletion reach both sides', 
 onConsole('a typed card leaves nothing on the page but its last four digits', async (guest) => {
   const number = '4242'.repeat(4);
   const code = '97' + '3';
-  const typed = [
-    ['Card number', number.replace(/(.{4})/g, '$1 ')], ['Month', '11'], ['Year', '2039'],
-    ['Security code', code], ['Name on the card', 'A. Guest'],
-  ];
+  const typed = {
+    'Card number': number.replace(/(.{4})/g, '$1 '), Month: '11', Year: '2039', 'Security code': code, 'Name on the card': 'A. Guest',
+  };
   await guest.signIn();
   await guest.choose('Card', 'type one…');
-  for (const [label, text] of typed) await guest.app.getByRole('textbox', { name: label }).or(guest.app.getByLabel(label, { exact: true })).first().fill(text);
+  for (const [label, text] of Object.entries(typed)) await guest.app.getByLabel(label, { exact: true }).fill(text);
   await guest.button('Add card').click();
   await guest.sees('Added visa •••• 4242.');
   await sees(guest.cards.filter({ hasText: '11/2039' }));
@@ -51,7 +50,7 @@ onConsole('a typed card leaves nothing on the page but its last four digits', as
   assert.ok(!words.includes(code), 'the code is still there');
 });
 
-onConsole('an add is refused, and says so, without network and without a guest', async (guest) => {
+atEachSize('an add is refused, and says so, without network and without a guest', async (guest) => {
   await guest.signIn();
   const network = guest.app.getByRole('switch', { name: 'Network' });
   await network.uncheck();

@@ -1,19 +1,17 @@
 // What goes wrong, on purpose: faults, scenarios, and a server that dies.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
-const cannotBeReached = 'The service cannot be reached.';
 const faults = [
-  { kind: 'refused', shows: cannotBeReached },
-  { kind: 'reset', shows: 'The connection ended before the service had answered.' },
+  { kind: 'refused', shows: 'The service cannot be reached.' },
   { kind: 'garbage', shows: 'What the service answered cannot be read.' },
   { kind: 'error', listed: 'createUserToken: error, code 500, once', shows: 'as the armed fault demands' },
   { kind: 'never', shows: 'The kit has not called the completion' },
   { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', shows: 'Added visa •••• 1111.' },
 ];
 
-onConsole('an armed fault is listed, meets a call, and the app is shows', async (guest) => {
+onConsole('an armed fault is listed, meets a call, and its result is shown', async (guest) => {
   await guest.signIn();
   for (const { kind, delay, shows, listed = `createUserToken: ${kind}, once` } of faults) {
     await guest.arm('createUserToken', kind, { delay });
@@ -25,12 +23,12 @@ onConsole('an armed fault is listed, meets a call, and the app is shows', async 
   await seesCount(guest.cards, 1);
 });
 
-onConsole('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
+atEachSize('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
   await guest.signIn();
-  await guest.arm('createUserToken', 'refused', { often: 'always' });
+  await guest.arm('createUserToken', 'refused', { times: '' });
   for (let time = 0; time < 2; ++time) {
     await guest.add();
-    await guest.sees(cannotBeReached);
+    await guest.sees('The service cannot be reached.');
   }
   await guest.button('Edit createUserToken: refused, always').click();
   await guest.testing.getByRole('combobox', { name: 'What happens' }).selectOption('error');
@@ -40,8 +38,7 @@ onConsole('faults last, are edited, removed and brought back, and have the kinds
   await guest.button('Save').click();
   const changed = 'createUserToken: error, code 500, status 503, Retry-After: 3, always';
   await guest.sees(`Changed ${changed}.`);
-  const provider = /^provider +(\S+)$/m.exec(server.said)[1];
-  const reply = await fetch(`${provider}/v1/users`, {
+  const reply = await fetch(`${server.urlOf('provider')}/v1/users`, {
     method: 'POST', headers: { 'X-API-Key': 'any', 'Content-Type': 'application/json' },
     body: JSON.stringify({ email: 'guest@example.com', credit_card: { number: '4242'.repeat(4), expiry_month: '12', expiry_year: '2035', security_code: '9'.repeat(3), card_holder: 'A. Guest' } }),
   });

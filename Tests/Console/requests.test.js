@@ -1,12 +1,15 @@
 // The requests of clients, and the sandboxes that they go to.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { onConsole } from './stage.js';
+import { atEachSize, onConsole } from './stage.js';
 
-onConsole('requests are listed as they come, filtered, shown and copied', async (guest, server) => {
-  const [backend, provider] = ['backend', 'provider'].map((name) => new RegExp(`^${name} +(\\S+)$`, 'm').exec(server.said)[1]);
+atEachSize('requests are listed as they come, filtered, shown, copied and exported', async (guest, server) => {
+  const [backend, provider] = [server.urlOf('backend'), server.urlOf('provider')];
   const asProvider = { headers: { 'X-API-Key': 'any' } };
   await guest.settleIn();
+  await guest.arm('addPaymentInstrument', 'refused');
+  await guest.add({ card: 'mastercard' });
+  await guest.sees('The service cannot be reached.');
   await guest.goTo('Requests');
   await fetch(`${backend}/v1/guests/a@example.com`, { method: 'PUT' });
   await fetch(`${provider}/v1/users/tok_none/instruments?use_case=default`, asProvider);
@@ -20,39 +23,38 @@ onConsole('requests are listed as they come, filtered, shown and copied', async 
 
   const filter = guest.requests.getByRole('searchbox', { name: 'Path' });
   await filter.fill('GUESTS/');
-  await seesCount(guest.rows, 2);
+  await seesCount(guest.rows, 1);
   await guest.rows.getByRole('link', { name: '/v1/guests/a@example.com' }).click();
-  const did = guest.requests.getByRole('list', { name: 'What it did at the services' });
   await sees(guest.requests.getByText('at the backend'));
   await guest.page.context().grantPermissions(['clipboard-read', 'clipboard-write']);
   await guest.button('Copy as curl').click();
   await guest.sees('Copied.');
   assert.ok((await guest.page.evaluate(() => navigator.clipboard.readText())).startsWith(`curl -i -X PUT '${backend}/v1/guests/a@example.com'`));
   await filter.fill('');
-  await guest.requests.getByRole('combobox', { name: 'Status' }).selectOption('4xx');
-  await seesCount(guest.rows, 3);
+  const status = guest.requests.getByRole('combobox', { name: 'Status' });
+  for (const [name, count] of [['4xx', 2], ['failed', 2], ['succeeded', 4], ['5xx', 0], ['any status', 6]]) {
+    await status.selectOption(name);
+    const listed = guest.rows.filter({ hasText: 'req_' });
+    await seesCount(listed, count);
+    const har = JSON.parse(await guest.exported('Export HAR'));
+    const cells = await listed.locator('.status').allTextContents();
+    assert.deepEqual(har.log.entries.map(({ response }) => String(response.status)), cells.reverse(), name);
+  }
   await refused.click();
-  await sees(did.getByText('error'));
+  await sees(guest.requests.getByRole('list', { name: 'What it did at the services' }).getByText('error'));
   await sees(guest.requests.getByText('The step of the kit that causes it: getPaymentInstrumentsList'));
-  await guest.page.getByRole('link', { name: 'Export HAR' }).click({ trial: true });
-  const har = await (await guest.page.request.get(`${server.url}/${await guest.page.getByRole('link', { name: 'Export HAR' }).getAttribute('href')}`)).json();
-  assert.deepEqual(har.log.entries.map(({ response }) => response.status).sort(), [401, 404]);
-});
 
-onConsole('the fault that a call met is listed, and the call leads to its step', async (guest) => {
-  await guest.signIn();
-  await guest.arm('createUserToken', 'refused');
-  await guest.add();
-  await guest.sees('The service cannot be reached.');
-  await guest.goTo('Requests');
   await guest.requests.getByRole('combobox', { name: 'Fault' }).selectOption('refused');
-  await seesCount(guest.rows, 2);
+  await seesCount(guest.rows, 1);
   await guest.rows.getByRole('link').click();
   await guest.requests.getByRole('link', { name: /^Part of operation/ }).click();
-  await guest.seesStep("fault 'refused' met createUserToken");
+  await guest.seesStep("fault 'refused' met addPaymentInstrument");
+  // What other clients do belongs to no operation.
+  await sees(guest.operations.filter({ hasText: /add.*succeeded/ }));
+  await seesCount(guest.steps.filter({ hasText: 'tok_none' }), 0);
 });
 
-onConsole('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
+atEachSize('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
   const openSandboxes = () => guest.button(/^Sandbox/).click();
   await openSandboxes();
   await guest.dialog.getByLabel('Name').fill('beside');
@@ -88,20 +90,24 @@ onConsole('a sandbox is made, visited, moved in time, taken back and deleted', a
   await seesCount(guest.dialog.getByRole('link', { name: 'beside' }), 0);
 });
 
-onConsole('each sandbox sees its own guest', async (guest, server, open) => {
-  await fetch(`${server.url}/v1/sandboxes/beside`, { method: 'PUT' });
-  const neighbour = await open(`${server.url}/sandboxes/beside/`);
-  await neighbour.settleIn();
-  await neighbour.makeScenario('half deleted');
-  await seesCount(neighbour.drifted, 1);
-  await sees(guest.verdict.filter({ hasText: 'Nobody is signed in.' }));
-  await guest.page.bringToFront();
-  await guest.settleIn();
-  await neighbour.page.bringToFront();
-  await neighbour.comeToForeground();
-  await sees(neighbour.verdict.filter({ hasText: 'Both sides agree.' }));
-  await seesCount(neighbour.cards, 0);
+onConsole('nine pages of nine sandboxes are live, and two pages of one sandbox see the same', async (guest, server, open) => {
+  const pages = [guest];
+  for (let number = 1; number < 9; ++number) {
+    await fetch(`${server.url}/v1/sandboxes/number-${number}`, { method: 'PUT' });
+    pages.push(await open(`${server.url}/sandboxes/number-${number}/`));
+  }
+  const beside = await open();
+  await beside.settleIn();
   await seesCount(guest.matched, 1);
-  await fetch(`${server.url}/v1/sandboxes/beside`, { method: 'DELETE' });
-  await sees(neighbour.connection.filter({ hasText: 'This sandbox was deleted.' }));
+  await guest.page.bringToFront();
+  await guest.button('Delete visa •••• 1111').click();
+  await seesCount(beside.cards, 0);
+  for (const page of pages) {
+    await page.page.bringToFront();
+    await page.add();
+    await page.sees(page === guest ? 'Added visa' : 'Nobody is signed in.');
+  }
+  await fetch(`${server.url}/v1/sandboxes/number-8`, { method: 'DELETE' });
+  await sees(pages[8].connection.filter({ hasText: 'This sandbox was deleted.' }));
+  await sees(guest.connection.filter({ hasText: 'Live' }));
 });

@@ -24,10 +24,10 @@ await guest.sees('Added mastercard •••• 4444.');
 // The kit finds what it has to remove, and cannot.
 await guest.makeScenario('instrument without card');
 await guest.arm('getPaymentInstrumentsList', 'delay', { delay: 300 });
-await guest.arm('removePaymentInstrument', 'error', { often: 'always' });
+await guest.arm('removePaymentInstrument', 'error', { times: '' });
 await guest.comeToForeground();
 await sees(guest.happened.getByText('could not be removed'));
-const [backend, provider] = ['backend', 'provider'].map((name) => new RegExp(`^${name} +(\\S+)$`, 'm').exec(server.said)[1]);
+const [backend, provider] = [server.urlOf('backend'), server.urlOf('provider')];
 await fetch(`${backend}/v1/guests/phone@example.com`, { method: 'PUT' });
 await fetch(`${backend}/v1/guests/phone@example.com/cards`);
 await fetch(`${provider}/v1/users/tok_other/instruments?use_case=default`, { headers: { 'X-API-Key': 'any' } });
@@ -37,7 +37,7 @@ for (const { name, view, ...options } of pictures) {
   await person.page.goto(server.url);
   await sees(person.page.locator('.verdict:visible', { hasText: '1 does not match.' }));
   await person.goTo(view);
-  if (view === 'Timeline') await sees(person.timeline.locator('svg .bad').first());
+  if (view === 'Timeline') await sees(person.timeline.locator('svg [data-tone=bad]').first());
   if (view === 'Requests') await person.rows.filter({ hasText: 'tok_other' }).getByRole('link').click();
   if (view === 'Requests') await sees(person.button('Copy as curl'));
   await person.page.mouse.move(0, 0);

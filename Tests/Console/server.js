@@ -9,11 +9,16 @@ const started = new Set();
 process.on('exit', () => started.forEach((server) => server.abandon()));
 
 export class Server {
-  /** All that it has written. */
+  /** All that it has written since it started. */
   said = '';
   url = '';
   #folder = mkdtempSync(join(tmpdir(), 'console-'));
   #process;
+
+  /** Where a service listens, or the console. */
+  urlOf(listener) {
+    return new RegExp(`^${listener} +(http\\S+)\n`, 'm').exec(this.said)?.[1] ?? '';
+  }
 
   /** Comes back when the server listens; again on the same store after it has ended. */
   async start() {
@@ -21,11 +26,11 @@ export class Server {
     this.#process = spawn(process.env.PAYLEVENKIT, ['--seed', '7', '--store', store, 'serve'],
       { stdio: ['ignore', 'pipe', 'pipe'] });
     started.add(this);
-    const before = this.said.length;
+    this.said = '';
     await new Promise((resolve, reject) => {
       const see = (piece) => {
         this.said += piece;
-        this.url = /^console +(http\S+)\n/m.exec(this.said.slice(before))?.[1] ?? '';
+        this.url = this.urlOf('console');
         if (this.url) resolve();
       };
       this.#process.stdout.on('data', see);

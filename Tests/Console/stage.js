@@ -61,3 +61,10 @@ export function onConsole(name, body, view = {}) {
     }
   });
 }
+
+/** The same at each size that people have. */
+export function atEachSize(name, body) {
+  for (const [width, height] of [[1280, 800], [1440, 900], [390, 844], [320, 640]]) {
+    onConsole(`${name}, at ${width} x ${height}`, body, { viewport: { width, height } });
+  }
+}

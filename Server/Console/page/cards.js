@@ -5,15 +5,12 @@ export const digits = (card) => (card.last_four_digits ?? card.masked_number).sl
 export const nameOf = (card) => `${card.brand} •••• ${digits(card)}`;
 
 export const addressFields = [
+  ['business_name', 'Business name'],
   ['street', 'Street'],
   ['zip', 'Postcode'],
   ['city', 'City'],
   ['country_code', 'Country code'],
-  ['business_name', 'Business name'],
 ];
 
 /** "Harbour Road 1, 20457, Hamburg, DE", or nothing. */
-export function addressLine(address) {
-  const parts = ['business_name', 'street', 'zip', 'city', 'country_code'];
-  return parts.map((key) => address[key]).filter(Boolean).join(', ');
-}
+export const addressLine = (address) => addressFields.map(([name]) => address[name]).filter(Boolean).join(', ');

@@ -10,18 +10,11 @@ export const root = place?.[1] ?? '/';
 export const sandbox = place?.[2] ?? 'default';
 
 /** Returns the body of the reply. A relative path is this sandbox's. Throws Problem. */
-export async function request(method, path, body) {
-  const options = { method, headers: {} };
-  if (method === 'POST' || method === 'PATCH' || body !== undefined) {
-    options.headers['Content-Type'] = 'application/json';
-    options.body = JSON.stringify(body ?? {});
-  }
-  let reply;
-  try {
-    reply = await fetch(path, options);
-  } catch {
+export async function request(method, path, body = {}) {
+  const content = { headers: { 'Content-Type': 'application/json' }, body: JSON.stringify(body) };
+  const reply = await fetch(path, { method, ...(!['GET', 'DELETE'].includes(method) && content) }).catch(() => {
     throw new Problem('No reply came: the server is gone, or the call never ends.');
-  }
+  });
   const json = reply.status === 204 ? null : await reply.json();
   if (!reply.ok) throw new Problem(json.error.message || json.error.code);
   return json;
@@ -29,8 +22,12 @@ export async function request(method, path, body) {
 
 /** Calls the handler of each kind with what comes. The first of each kind is the whole. */
 export function listen(handlers) {
-  if (!('SharedWorker' in globalThis)) return follow((kind, data) => handlers[kind](data))();
-  const { port } = new SharedWorker('feed.js', { type: 'module' });
-  port.onmessage = ({ data: { kind, data } }) => handlers[kind](data);
-  addEventListener('pagehide', () => port.postMessage('leaves'));
+  const notify = (kind, data) => handlers[kind](data);
+  if (!('SharedWorker' in globalThis)) return follow(() => sandbox, notify)();
+  const { port } = new SharedWorker(`${root}feed.js`, { type: 'module' });
+  port.onmessage = ({ data: { kind, data } }) => notify(kind, data);
+  port.postMessage(sandbox);
+  // A page may come back as it was left.
+  addEventListener('pagehide', () => port.postMessage(null));
+  addEventListener('pageshow', ({ persisted }) => { if (persisted) port.postMessage(sandbox); });
 }

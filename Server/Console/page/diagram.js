@@ -1,5 +1,6 @@
 // One operation as a sequence diagram.
 import { svg } from './dom.js';
+import { exchangesOf } from './explain.js';
 
 const everyLifeline = ['app', 'main queue', 'kit', 'provider', 'backend'];
 const margin = 134;
@@ -13,8 +14,6 @@ const widestResult = 180;
 const scaledHeight = 600;
 const isConfirmation = /^getPaymentInstrumentsList/;
 const afterConfirming = /^(addCreditCardForGuest|updateCurrentGuestWithRequest)/;
-/** The rest are notices, to which nobody replies. */
-const hasReply = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
 
 const pen = document.createElement('canvas').getContext('2d');
 function widthOf(text) {
@@ -32,43 +31,43 @@ export const duration = (ms) => (ms < 1 ? '<1 ms' : ms < 10_000 ? `${Math.round(
  */
 export function stepsOf(events) {
   const steps = [];
+  const exchanges = exchangesOf(events);
+  /** The steps of calls that wait for their reply. */
   const open = [];
   // The last reply that came on another thread.
   let replied = '';
   for (const event of events) {
     const { from, to, what, result, thread, number } = event;
-    const at = millisecondsOf(event) - millisecondsOf(events[0]);
-    const common = { thread, number, at };
+    const common = { thread, number, at: millisecondsOf(event) - millisecondsOf(events[0]), sort: 'calls' };
     if (from === 'app') replied = '';
     const goesOn = to === 'app' ? replied !== '' : isConfirmation.test(replied) && afterConfirming.test(what);
     const isPosted = from === 'kit' && thread === 'main' && goesOn;
     if (isPosted) {
-      steps.push({ ...common, kind: 'arrow', from: 'kit', to: 'main queue', text: 'posts', tone: 'soft', thread: '' });
+      steps.push({ ...common, from: 'kit', to: 'main queue', text: 'posts', tone: 'soft', thread: '' });
       replied = '';
     }
     if (to === 'kit' && thread !== 'main') replied = what;
-    if (to === 'log') steps.push({ ...common, kind: 'note', lifeline: 'kit', text: `${result}: ${what}`, tone: 'soft', sort: 'log' });
-    else if (to === 'assert') steps.push({ ...common, kind: 'note', lifeline: 'kit', text: `assertion: ${what}`, tone: 'bad', sort: 'assert' });
-    else if (from === to) steps.push({ ...common, kind: 'note', lifeline: from, text: what, tone: 'drift', sort: 'calls' });
-    else {
-      const step = {
-        ...common, kind: 'arrow', from: isPosted && to === 'app' ? 'main queue' : from, to, what, result, sort: 'calls',
-        text: result ? `${what}: ${result}` : what, tone: result.startsWith('error') ? 'bad' : 'plain',
-      };
-      if (!result && hasReply.test(what)) {
-        const taken = open.filter((call) => call.to === to).map((call) => call.slot);
-        step.slot = 0;
-        while (taken.includes(step.slot)) step.slot += 1;
-        open.push(step);
-      } else if (result) {
-        const place = open.findIndex((call) => call.to === from && call.from === to && call.what === what);
-        if (place >= 0) {
-          const [call] = open.splice(place, 1);
-          Object.assign(step, { replyTo: call.number, slot: call.slot, took: at - call.at });
-          step.isAlone = call.slot === 0 && !open.some((other) => other.to === from);
-        }
-      }
-      steps.push(step);
+    const note = {
+      log: { lifeline: 'kit', text: `${result}: ${what}`, tone: 'soft', sort: 'log' },
+      assert: { lifeline: 'kit', text: `assertion: ${what}`, tone: 'bad', sort: 'assert' },
+      [from]: { lifeline: from, text: what, tone: 'drift' },
+    }[to];
+    const step = note ? { ...common, ...note } : {
+      ...common, from: isPosted && to === 'app' ? 'main queue' : from, to, what, result,
+      text: result ? `${what}: ${result}` : what, tone: result.startsWith('error') ? 'bad' : null,
+    };
+    steps.push(step);
+    if (exchanges.some(({ call }) => call === event)) {
+      const taken = open.filter((call) => call.to === to).map((call) => call.slot);
+      step.slot = 0;
+      while (taken.includes(step.slot)) step.slot += 1;
+      open.push(step);
+    }
+    const asked = exchanges.find(({ reply }) => reply === event)?.call;
+    if (asked) {
+      const [call] = open.splice(open.findIndex((each) => each.number === asked.number), 1);
+      const isAlone = call.slot === 0 && !open.some((other) => other.to === from);
+      Object.assign(step, { replyTo: call.number, slot: call.slot, took: step.at - call.at, isAlone });
     }
   }
   return steps;
@@ -76,7 +75,7 @@ export function stepsOf(events) {
 
 /** A step in words: for those who do not see the drawing, and for a bug report. */
 export function sentenceOf(step) {
-  const where = step.kind === 'note' ? step.lifeline : `${step.from} → ${step.to}`;
+  const where = step.lifeline ?? `${step.from} → ${step.to}`;
   const took = step.took === undefined ? '' : `, after ${duration(step.took)}`;
   return `${where}: ${step.text}${took}${step.thread ? ` (${step.thread})` : ''}`;
 }
@@ -102,11 +101,6 @@ function wrapped(text, space) {
   return lines;
 }
 
-function textAt(lines, x, y, name, anchor) {
-  return svg('text', { class: name, x, y, 'text-anchor': anchor },
-    ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
-}
-
 function head({ lifeline, x, width, isSmall }) {
   return svg('g', { class: 'lifeline-head' },
     svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }),
@@ -129,33 +123,31 @@ function layoutOf(steps, sheet) {
   const isUsed = (lifeline) => ['app', 'kit'].includes(lifeline) || steps.some((step) => [step.from, step.to, step.lifeline].includes(lifeline));
   const lifelines = everyLifeline.filter(isUsed);
   const isNarrow = sheet < 560;
-  if (isNarrow) {
-    const gap = Math.floor(sheet / lifelines.length);
-    const heads = lifelines.map((lifeline, index) => ({ lifeline, x: Math.round(gap * (index + 0.5)), width: gap - 4, isSmall: gap < 84 }));
-    return { isNarrow, width: sheet, heads, xOf: (lifeline) => heads[Math.max(0, lifelines.indexOf(lifeline))].x };
-  }
-  const headWidths = lifelines.map((lifeline) => 18 + 8 * lifeline.length);
-  const closest = [margin + headWidths[0] / 2];
+  const gap = Math.floor(sheet / lifelines.length);
+  const widths = lifelines.map((lifeline) => (isNarrow ? gap - 4 : 18 + 8 * lifeline.length));
+  const closest = [isNarrow ? gap / 2 : margin + widths[0] / 2];
   const places = [...closest];
   for (let to = 1; to < lifelines.length; ++to) {
-    const gap = (headWidths[to - 1] + headWidths[to]) / 2 + 8;
-    closest[to] = closest[to - 1] + gap;
-    places[to] = places[to - 1] + gap;
-    for (const step of steps.filter((each) => each.kind === 'arrow')) {
+    const least = (widths[to - 1] + widths[to]) / 2 + (isNarrow ? 4 : 8);
+    closest[to] = closest[to - 1] + least;
+    places[to] = places[to - 1] + least;
+    for (const step of steps.filter((each) => each.to)) {
       const [left, right] = [lifelines.indexOf(step.from), lifelines.indexOf(step.to)].sort();
       const width = Math.min(step.result ? widestResult : widestCall, widthOf(labelOf(step)));
       if (right === to) places[to] = Math.max(places[to], places[left] + width + 4 * barWidth);
     }
   }
-  const spare = sheet - headWidths.at(-1) / 2 - barWidth - closest.at(-1);
-  const share = Math.min(1, spare / Math.max(1, places.at(-1) - closest.at(-1)));
-  const heads = lifelines.map((lifeline, index) => ({ lifeline, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: headWidths[index], isSmall: false }));
+  const spare = sheet - widths.at(-1) / 2 - barWidth - closest.at(-1);
+  const share = isNarrow ? 0 : Math.min(1, spare / Math.max(1, places.at(-1) - closest.at(-1)));
+  const heads = lifelines.map((lifeline, index) => ({
+    lifeline, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: widths[index], isSmall: isNarrow && gap < 84,
+  }));
   return { isNarrow, width: sheet, heads, xOf: (lifeline) => heads[Math.max(0, lifelines.indexOf(lifeline))].x };
 }
 
 function placeOfText(step, from, to, { isNarrow, width, xOf }) {
   if (isNarrow) return { x: 6, space: width - 12, anchor: 'start' };
-  if (step.kind === 'arrow') return { x: Math.round((from + to) / 2), space: Math.max(leastGap, Math.abs(to - from) - barWidth), anchor: 'middle' };
+  if (step.to) return { x: Math.round((from + to) / 2), space: Math.max(leastGap, Math.abs(to - from) - barWidth), anchor: 'middle' };
   const x = xOf(step.lifeline) + 12;
   if (['app', 'kit'].includes(step.lifeline) && width - x > 160) return { x, space: width - x - 8, anchor: 'start' };
   return { x: xOf(step.lifeline) - 12, space: xOf(step.lifeline) - margin - 24, anchor: 'end' };
@@ -165,7 +157,7 @@ function placeOfText(step, from, to, { isNarrow, width, xOf }) {
 function row(step, y, layout, before) {
   const { isNarrow, xOf } = layout;
   const bar = (lifeline) => (['provider', 'backend'].includes(lifeline) && step.slot !== undefined ? xOf(lifeline) - barWidth / 2 + step.slot * (barWidth + 3) : xOf(lifeline));
-  const [from, to] = step.kind === 'arrow' ? [bar(step.from), bar(step.to)] : [0, 0];
+  const [from, to] = [bar(step.from), bar(step.to)];
   const { x, space, anchor } = placeOfText(step, from, to, layout);
   const label = labelOf(step);
   const time = `+${duration(step.at).replace('<1', '0')}`;
@@ -173,16 +165,18 @@ function row(step, y, layout, before) {
   const lines = wrapped(isNarrow && isNew ? [label, step.thread, time].filter(Boolean).join(' · ') : label, space);
   const top = y + 14;
   const last = top + (lines.length - 1) * lineHeight;
-  const at = step.kind === 'note' && !isNarrow ? last : last + 7;
+  const at = step.lifeline && !isNarrow ? last : last + 7;
   const when = isNarrow || !isNew ? [] : [
     svg('text', { class: 'time', x: 54, y: top, 'text-anchor': 'end' }, time),
     svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 60, y: top }, step.thread)];
   const tip = to > from ? -7 : 7;
-  const mark = step.kind === 'note'
-    ? svg('circle', { class: `dot ${step.tone}`, cx: xOf(step.lifeline), cy: isNarrow ? at + 2 : top - 4, r: 4 })
-    : svg('g', { class: `${step.result ? 'reply' : 'call'} ${step.tone}` },
+  const mark = step.lifeline
+    ? svg('circle', { cx: xOf(step.lifeline), cy: isNarrow ? at + 2 : top - 4, r: 4 })
+    : svg('g', { class: step.result ? 'reply' : 'call' },
       svg('line', { x1: from, y1: at, x2: to, y2: at }), svg('path', { d: `M${to} ${at}l${tip} -4v8z` }));
-  return { at, parts: [...when, mark, textAt(lines, x, top, `label ${step.tone}`, anchor)] };
+  const text = svg('text', { class: 'label', x, y: top, 'text-anchor': anchor },
+    ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
+  return { at, parts: [...when, mark, text] };
 }
 
 /**
@@ -204,7 +198,7 @@ export function drawn(steps, sheet, known = Infinity, isScaled = false) {
   for (const step of steps) {
     if (isScaled && before) y += Math.round(((step.at - before.at) / whole) * scaledHeight);
     const { at, parts } = row(step, y, layout, before);
-    rows.push(svg('g', { class: step.number > known ? 'new' : '' }, ...parts));
+    rows.push(svg('g', { class: step.number > known ? 'new' : null, 'data-tone': step.tone }, ...parts));
     if (step.slot !== undefined && step.replyTo === undefined) open.set(step.number, { step, at });
     const call = open.get(step.replyTo);
     if (call) {

@@ -3,60 +3,84 @@ import { Problem } from './connection.js';
 
 export const find = (id) => document.getElementById(id);
 
-/** An element; names that begin with "on" are listeners, and null children are left out. */
-export function element(name, attributes = {}, ...children) {
-  return filled(document.createElement(name), attributes, children);
-}
-
-export function svg(name, attributes = {}, ...children) {
-  return filled(document.createElementNS('http://www.w3.org/2000/svg', name), attributes, children);
-}
-
-function filled(made, attributes, children) {
-  for (const [name, value] of Object.entries(attributes)) {
-    if (name.startsWith('on')) made.addEventListener(name.slice(2), value);
-    else if (value === true) made.setAttribute(name, '');
-    else if (value !== false && value !== null) made.setAttribute(name, value);
+const made = (namespace) => (name, attributes = {}, ...children) => {
+  const element = document.createElementNS(namespace, name);
+  for (const [key, value] of Object.entries(attributes)) {
+    if (key === 'onclick') element.onclick = value;
+    else if (value !== null) element.setAttribute(key, value);
   }
-  made.append(...children.filter((child) => child !== null));
-  return made;
-}
+  element.append(...children);
+  return element;
+};
+/** Attributes that are null are left out. */
+export const element = made('http://www.w3.org/1999/xhtml');
+export const svg = made('http://www.w3.org/2000/svg');
 
 export const options = (names) => names.map((name) => element('option', { value: name }, name));
 
-/** Replaces a list's items; the focus stays on what has the same `data-key`, or goes to `otherwise`. */
-export function replaceItems(list, items, otherwise) {
-  const key = list.contains(document.activeElement) ? document.activeElement.dataset.key : null;
-  list.replaceChildren(...items);
-  if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus();
-}
-
-function say(place, kind, sentence, undo) {
-  place.dataset.kind = kind;
-  place.replaceChildren(sentence, ...(undo ? [' ', element('button', {
-    type: 'button', class: 'quiet', onclick: (event) => act(event.currentTarget, place, undo.run, () => undo.done),
-  }, undo.label)] : []));
-  if (sentence) place.scrollIntoView({ block: 'nearest' });
-}
+const shown = new WeakMap();
 
 /**
- * Runs one action and says in `place`, which is beside the button, how it came out. `done` makes
- * the sentence of the result, or `{ text, undo: { label, run, done } }`. Returns whether it was done.
+ * Makes a list's items anew where its records have changed; the focus stays on what has the same
+ * `data-key`, or goes to `otherwise`.
  */
-export async function act(button, place, what, done) {
+export function showList(list, records, row, otherwise) {
+  const now = JSON.stringify(records);
+  if (shown.get(list) === now) return;
+  shown.set(list, now);
+  const key = list.contains(document.activeElement) ? document.activeElement.dataset.key : null;
+  list.replaceChildren(...records.map((record) => row(record)));
+  if (key) ([...list.querySelectorAll('[data-key]')].find((each) => each.dataset.key === key) ?? otherwise)?.focus({ preventScroll: true });
+}
+
+/** The small buttons of a row; `key` keeps the focus where the row is made anew. */
+export const quiet = (text, label, key, run) =>
+  element('button', { type: 'button', class: 'quiet', 'aria-label': label, 'data-key': key, onclick: ({ currentTarget }) => run(currentTarget) }, text);
+
+/** What was filled in or chosen in a form, or a part of one. */
+export function valuesOf(place) {
+  const fields = [...place.querySelectorAll('[name]:enabled')].filter((field) => field.value !== '');
+  return Object.fromEntries(fields.map((field) => [field.name,
+    field.type === 'checkbox' ? field.checked : field.type === 'number' ? field.valueAsNumber : field.value]));
+}
+
+export function onSubmit(id, run) {
+  find(id).addEventListener('submit', (event) => {
+    event.preventDefault();
+    run(event.submitter);
+  });
+}
+
+export const onClick = (id, run) => find(id).addEventListener('click', ({ currentTarget }) => run(currentTarget));
+
+/** Where what is asked for says how it came out. */
+for (const place of document.querySelectorAll('.acts')) place.append(element('p', { class: 'outcome', role: 'status' }));
+
+/**
+ * Runs one action and says beside `button` how it came out. `done` makes the sentence of the result,
+ * or `{ text, undo: { run, done } }`. Returns whether it was done.
+ */
+export async function act(button, what, done) {
   if (button.ariaBusy === 'true') return false;
   button.ariaBusy = 'true';
+  const place = button.closest('.acts').querySelector('.outcome');
+  const say = (tone, ...parts) => {
+    place.dataset.tone = tone;
+    place.replaceChildren(...parts);
+    if (parts[0]) place.scrollIntoView({ block: 'nearest' });
+  };
   for (const outcome of document.querySelectorAll('.outcome')) outcome.replaceChildren();
   try {
     const result = await what();
-    const said = result?.failure
-      ? `${result.failure.message} (${result.failure.domain} ${result.failure.number})`
-      : done(result);
-    say(place, result?.failure ? 'bad' : 'good', said.text ?? said, said.undo);
+    const { failure } = result ?? {};
+    const said = failure ? `${failure.message} (${failure.domain} ${failure.number})` : done(result);
+    const { undo } = said;
+    say(failure ? 'bad' : 'good', said.text ?? said,
+      ...(undo ? [' ', quiet('Undo', null, null, (undoing) => act(undoing, undo.run, () => undo.done))] : []));
     return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;
-    say(place, 'bad', problem.message);
+    say('bad', problem.message);
     return false;
   } finally {
     button.ariaBusy = 'false';

@@ -3,24 +3,32 @@
 const nameOf = (what) => what.split(' ')[0];
 const isError = (event) => event.result.startsWith('error');
 
-/** Calls of the services with their replies: { what, of, start, end, error, fault }, in order. */
-export function callsOf(events) {
-  const calls = [];
-  const open = (event) => calls.find((call) => !call.end && call.of === event.from && call.start.what === event.what);
+/** The rest are notices, to which nobody replies. */
+const hasReply = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
+
+/** Each call that gets a reply, in order, with what came of it: { call, reply, fault }. */
+export function exchangesOf(events) {
+  const exchanges = [];
   for (const event of events) {
-    const isCall = event.from === 'kit' && ['backend', 'provider'].includes(event.to);
-    if (isCall && !event.result && event.what !== 'registerWithAPIKey') {
-      calls.push({ what: nameOf(event.what), of: event.to, start: event, end: null, error: null, fault: null });
-    } else if (event.to === 'kit' && event.result) {
-      const call = open(event);
-      if (call) Object.assign(call, { end: event, error: isError(event) ? event.result : null });
-    } else if (event.from === event.to) {
-      const [, kind, what] = /^fault '(.+)' met (.+)$/.exec(event.what) ?? [];
-      const call = calls.find((each) => !each.fault && !each.end && each.of === event.from && each.what === what);
-      if (call) call.fault = kind;
-    }
+    const { from, to, what, result } = event;
+    const open = exchanges.filter(({ reply }) => !reply);
+    if (from === to) {
+      const [, kind, name] = /^fault '(.+)' met (.+)$/.exec(what) ?? [];
+      const met = open.find(({ call, fault }) => !fault && call.to === from && nameOf(call.what) === name);
+      if (met) met.fault = kind;
+    } else if (result) {
+      const replied = open.find(({ call }) => call.to === from && call.from === to && call.what === what);
+      if (replied) replied.reply = event;
+    } else if (hasReply.test(what)) exchanges.push({ call: event, reply: null, fault: null });
   }
-  return calls;
+  return exchanges;
+}
+
+/** The kit's calls of the services: { what, of, start, end, error, fault }, in order. */
+export function callsOf(events) {
+  return exchangesOf(events).filter(({ call }) => ['backend', 'provider'].includes(call.to)).map(({ call, reply, fault }) => ({
+    what: nameOf(call.what), of: call.to, start: call, end: reply, error: reply && isError(reply) ? reply.result : null, fault,
+  }));
 }
 
 /** The calls and what the operation's own events say of them. */
@@ -37,20 +45,21 @@ function factsOf({ events }) {
 
 const good = (text) => ({ tone: 'good', text });
 const bad = (text, row = null) => ({ tone: 'bad', text, row });
-const waiting = ({ waits }, row) => ({
+const waiting = ({ waits }) => ({
   tone: 'waits',
   text: waits
     ? `The kit waits for ${waits.what}, to which the ${waits.of} has not replied; until then the app's completion is not called.`
     : "The app's completion has not been called.",
-  row,
+  row: waits && `the ${waits.of} never answers`,
 });
 const offline = bad('There was no connection, so the kit asked neither side and reported the error of the network.', 'no connection');
+const unasked = ({ result }, text, row) => (result.includes('URLError') ? offline : bad(text, row));
 
 function add(facts, completion) {
   const { call, calls } = facts;
   const isFirst = Boolean(call('createUserToken'));
-  if (!completion) return waiting(facts, 'the provider never answers');
-  if (calls.length === 0) return completion.result.includes('URLError') ? offline : bad('The card is not valid, so the kit asked neither side.', 'the card is not valid');
+  if (!completion) return waiting(facts);
+  if (calls.length === 0) return unasked(completion, 'The card is not valid, so the kit asked neither side.', 'the card is not valid');
   const stored = call('createUserToken') ?? call('addPaymentInstrument');
   if (stored.error) return bad(`The provider did not confirm that it stored the card (${stored.error}); the kit reports this to the app, and the backend was not asked.`, isFirst ? 'the provider refuses to create a token' : 'the provider refuses the card');
   const list = call('getPaymentInstrumentsList');
@@ -68,8 +77,8 @@ function add(facts, completion) {
 function remove(facts, completion) {
   const { call, calls } = facts;
   const deleted = call('deleteCreditCardWithID');
-  if (!completion) return waiting(facts, 'the backend never answers');
-  if (calls.length === 0) return completion.result.includes('URLError') ? offline : bad('The kit reported what was missing before it asked either side.', 'the guest has no token');
+  if (!completion) return waiting(facts);
+  if (calls.length === 0) return unasked(completion, 'The kit reported what was missing before it asked either side.', 'the guest has no token');
   if (deleted?.error) return bad('The backend refused to delete the card, so the provider was not asked to remove its instrument.', 'the backend refuses');
   const removed = call('removePaymentInstrument');
   if (call('getPaymentInstrumentsList')?.error) return bad("The backend deleted the card, but the provider's list failed; the kit reports no error (kept for compatibility); the next synchronisation will remove the instrument.", "the provider's list fails, or is missing");
@@ -78,25 +87,26 @@ function remove(facts, completion) {
   return good('The backend deleted the card, and the provider removed its instrument.');
 }
 
-function update({ call, ...facts }, completion) {
-  if (!completion) return waiting(facts, null);
-  return call('updateCreditCard')?.error
+function update(facts, completion) {
+  if (!completion) return waiting(facts);
+  if (completion.result.includes('URLError')) return bad('There was no connection, so the billing address is what it was.');
+  return facts.call('updateCreditCard')?.error
     ? bad('The backend refused the billing address; nothing was changed.', 'the backend refuses the update')
     : good('The backend changed the billing address; the provider has none and was not asked.');
 }
 
 function synchronise(facts) {
-  const { calls, call, isLogged } = facts;
+  const { calls, isLogged } = facts;
   if (isLogged('Failed to synchronize')) {
     const failed = calls.find((each) => each.error);
     return bad(`The synchronisation failed${failed ? ` at ${failed.what} of the ${failed.of}` : ''}, so nothing was removed. The kit still counts it as under way and drops later ones until the app starts again.`,
-      call('fetchGuestCreditCards')?.error ? "the backend's list fails" : 'a provider list fails');
+      failed?.of === 'backend' ? "the backend's list fails" : 'a provider list fails');
   }
   if (isLogged('Nothing to synchronize')) return { ...good('The provider has no instruments, so there was nothing to do. The kit still counts this synchronisation as under way and drops later ones until the app starts again.'), row: 'the provider holds nothing' };
   const removals = calls.filter((each) => each.what === 'removePaymentInstrument');
   const failed = removals.filter((each) => each.error).length;
   if (failed > 0) return bad(`${removals.length === 1 ? 'The instrument without a card' : `Of ${removals.length} instruments without a card ${failed}`} could not be removed; the kit counts the synchronisation as successful, and the next one will try again.`, 'a removal fails');
-  if (!isLogged('Successfully synchronized')) return waiting(facts, 'a service never answers');
+  if (!isLogged('Successfully synchronized')) return { ...waiting(facts), row: 'a service never answers' };
   return good(removals.length === 0
     ? 'Both sides were compared: each instrument has a card, so nothing was removed.'
     : `Both sides were compared, and ${removals.length === 1 ? 'the instrument' : `${removals.length} instruments`} without a card removed from the provider.`);
@@ -129,8 +139,7 @@ export function explained(operation) {
   if (facts.isLogged('Will start synchrozation')) parts.push(synchronise(facts));
   for (const event of events) {
     const [text, row] = dropped[/^no synchronisation: (.+)$/.exec(event.what)?.[1]] ?? [];
-    const isNews = text && !(event.what.endsWith('enabled yet') && events.some(({ what }) => what === 'enableWithConfiguration'));
-    if (isNews) parts.push({ tone: event.what.endsWith('synchronising') ? 'dropped' : 'none', text, row });
+    if (text) parts.push({ tone: event.what.endsWith('synchronising') ? 'dropped' : 'none', text, row });
   }
   for (const event of events.filter(({ to }) => to === 'assert')) parts.push(bad(`The kit asserted: ${event.what}.`));
   const news = plain.find(([what]) => events.some((event) => event.what.startsWith(what)));

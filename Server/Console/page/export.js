@@ -1,18 +1,7 @@
 // An operation for a bug report. The server has masked card numbers already; whatever else may say
 // who the guest is goes here.
 import { drawn, sentenceOf } from './diagram.js';
-
-const style = `
-  text { font: 12px system-ui, sans-serif; fill: #1d2429; }
-  svg { background: #ffffff; }
-  .label { paint-order: stroke; stroke: #ffffff; stroke-width: 3px; }
-  .head { font-weight: 600; } .head-box { fill: #f6f5f1; stroke: #d9d9d2; }
-  .lifeline { stroke: #d9d9d2; } .thread { fill: #56626b; }
-  .call line, .reply line { stroke: #1d2429; stroke-width: 1.3; } .reply line { stroke-dasharray: 5 4; }
-  .call path, .reply path { fill: #1d2429; }
-  .bar { fill: #e3f1ee; stroke: #0f6e66; } .bar.open { stroke-dasharray: 3 3; }
-  .soft, .label.soft { fill: #56626b; } .bad line { stroke: #b3261e; } .bad path, .label.bad, .dot.bad { fill: #b3261e; }
-  .label.drift, .dot.drift { fill: #8a5200; } .dot.soft { fill: #9aa5ac; }`;
+import { find, svg } from './dom.js';
 
 export function redacted(text) {
   return text
@@ -20,13 +9,19 @@ export function redacted(text) {
     .replace(/[^\s@<>"]+@[^\s@<>"]+/g, '(address)');
 }
 
+const looks = ['fill', 'stroke', 'stroke-width', 'stroke-dasharray', 'paint-order', 'font-family', 'font-size', 'font-weight'];
+
+/** As it is drawn in the light, with all that other programs need to draw it. */
 export function svgText(operation, steps) {
-  const picture = drawn(steps.map((step) => ({ ...step, text: redacted(step.text) })), 900);
-  const sheet = document.createElementNS('http://www.w3.org/2000/svg', 'style');
-  sheet.textContent = style;
-  const title = document.createElementNS('http://www.w3.org/2000/svg', 'title');
-  title.textContent = `Operation ${operation.number}: ${operation.name}`;
-  picture.prepend(title, sheet);
+  const picture = drawn(steps.map((step) => ({ ...step, text: redacted(step.text), result: redacted(step.result ?? '') })), 900);
+  find('diagram').append(picture);
+  Object.assign(picture.style, { colorScheme: 'light', background: '#ffffff' });
+  for (const part of picture.querySelectorAll('*')) {
+    const style = getComputedStyle(part);
+    for (const name of looks) part.setAttribute(name, style[name]);
+  }
+  picture.prepend(svg('title', {}, `Operation ${operation.number}: ${operation.name}`));
+  picture.remove();
   return new XMLSerializer().serializeToString(picture);
 }
 

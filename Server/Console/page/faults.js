@@ -1,6 +1,6 @@
 // How to make calls fail, and how to bring the two sides apart.
 import { Problem, request } from './connection.js';
-import { act, element, find, options, replaceItems } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, showList, valuesOf } from './dom.js';
 
 const scenarios = {
   'instrument-without-card': 'The provider has an instrument that the backend does not know.',
@@ -30,132 +30,94 @@ function headersIn(text) {
   return Object.fromEntries(lines.map(([name, ...value]) => [name.trim(), value.join(':').trim()]));
 }
 
+const headersText = (headers) => Object.entries(headers ?? {}).map((pair) => pair.join(': ')).join('\n');
+
+/** What a fault has none of unless the form asks for it. */
+const nothing = { times: null, status: null, bytes: null, bytes_per_second: null, use_case: null };
+
+const form = find('fault-form');
 const arm = ({ number, ...fault }) => request('POST', 'v1/sandbox/faults', fault);
 
-export class FaultsPanel {
-  #operations;
-  #stored = null;
-  #shown = null;
-  /** The number of the fault that the form changes; null arms a new one. */
-  #edited = null;
+let operations = [];
+let stored = null;
+/** The number of the fault that the form changes; null arms a new one. */
+let edited = null;
 
-  constructor(choices) {
-    this.#operations = choices.operations;
-    const form = find('fault-form');
-    form.elements.operation.append(...options(choices.operations.map(({ name }) => name)));
-    form.elements.use_case.append(...options(choices.use_cases));
-    find('scenarios').replaceChildren(...choices.scenarios.map((name) => element('li', {},
-      element('button', { type: 'button', onclick: (event) => this.#bringApart(event.currentTarget, name) }, name.replaceAll('-', ' ')),
-      element('span', { class: 'hint' }, scenarios[name] ?? ''))));
-    form.addEventListener('change', () => this.#showWhatIsNeeded());
-    form.addEventListener('submit', (event) => {
-      event.preventDefault();
-      this.#send(event.submitter);
-    });
-    find('fault-cancel').addEventListener('click', () => this.#edit(null));
-    find('clear-faults').addEventListener('click', ({ currentTarget }) => this.#disarm(currentTarget, this.#stored.faults));
-    this.#showWhatIsNeeded();
-  }
+export function showFaults(news) {
+  stored = news;
+  const { faults } = news;
+  find('clear-faults').hidden = faults.length < 2;
+  showList(find('faults'), faults, (fault) => element('li', {},
+    element('span', { class: 'grow' }, described(fault)),
+    quiet('Edit', `Edit ${described(fault)}`, `edit ${fault.number}`, () => edit(fault)),
+    quiet('Remove', `Remove ${described(fault)}`, `remove ${fault.number}`, (button) => disarm(button, [fault]))), find('arm'));
+  if (!faults.some(({ number }) => number === edited)) edit(null);
+}
 
-  show(stored) {
-    this.#stored = stored;
-    const now = JSON.stringify(stored.faults);
-    if (now === this.#shown) return;
-    this.#shown = now;
-    const { faults } = stored;
-    find('no-faults').hidden = faults.length > 0;
-    find('clear-faults').hidden = faults.length < 2;
-    replaceItems(find('faults'), faults.map((fault) => element('li', {},
-      element('span', { class: 'grow' }, described(fault)),
-      element('button', { type: 'button', class: 'quiet', 'data-key': `edit ${fault.number}`, 'aria-label': `Edit ${described(fault)}`, onclick: () => this.#edit(fault) }, 'Edit'),
-      element('button', { type: 'button', class: 'quiet', 'data-key': `remove ${fault.number}`, 'aria-label': `Remove ${described(fault)}`, onclick: (event) => this.#disarm(event.currentTarget, [fault]) }, 'Remove'))),
-    find('arm'));
-    if (!faults.some((fault) => fault.number === this.#edited)) this.#edit(null);
-  }
-
-  #showWhatIsNeeded() {
-    const form = find('fault-form');
-    const { operation, often, kind, use_case: useCase } = form.elements;
-    const chosen = this.#operations.find(({ name }) => name === operation.value);
-    const before = kind.value;
-    kind.replaceChildren(...options(chosen.kinds));
-    if (chosen.kinds.includes(before)) kind.value = before;
+function showWhatIsNeeded() {
+  const { operation, kind, use_case: useCase } = form.elements;
+  const { kinds, has_use_case: hasUseCase } = operations.find(({ name }) => name === operation.value);
+  const before = kind.value;
+  kind.replaceChildren(...options(kinds));
+  if (kinds.includes(before)) kind.value = before;
+  for (const label of form.querySelectorAll('[data-for]')) {
+    label.hidden = label.dataset.for !== kind.value;
     // What is not asked for may be empty.
-    for (const label of form.querySelectorAll('[data-for]')) {
-      const isAsked = label.dataset.for === 'n' ? often.value === 'n' : label.dataset.for === kind.value;
-      label.hidden = !isAsked;
-      label.querySelector('input, textarea').disabled = !isAsked;
-    }
-    useCase.disabled = !chosen.has_use_case;
-    if (!chosen.has_use_case) useCase.value = '';
+    label.querySelector('input, textarea').disabled = label.hidden;
   }
+  useCase.disabled = !hasUseCase;
+}
 
-  #edit(fault) {
-    const form = find('fault-form');
-    if (!fault && this.#edited === null) return;
-    this.#edited = fault?.number ?? null;
-    find('arm').textContent = fault ? 'Save' : 'Arm';
-    find('fault-cancel').hidden = !fault;
-    form.reset();
-    for (const [name, value] of Object.entries(fault ?? {})) {
-      const field = form.elements[name];
-      if (name === 'kind' || name === 'headers' || !field || value === null) continue;
-      field.value = value;
-    }
-    if (fault) {
-      form.elements.headers.value = Object.entries(fault.headers ?? {}).map((pair) => pair.join(': ')).join('\n');
-      form.elements.often.value = fault.times === null ? 'always' : fault.times === 1 ? '1' : 'n';
-      this.#showWhatIsNeeded();
-      form.elements.kind.value = fault.kind;
-    }
-    this.#showWhatIsNeeded();
-    if (fault) form.elements.operation.focus();
+function edit(fault) {
+  if (!fault && edited === null) return;
+  edited = fault?.number ?? null;
+  find('arm').textContent = fault ? 'Save' : 'Arm';
+  find('fault-cancel').hidden = !fault;
+  form.reset();
+  if (fault) form.elements.operation.value = fault.operation;
+  // The kinds are those of the call.
+  showWhatIsNeeded();
+  for (const [name, value] of Object.entries(fault ?? {})) {
+    if (form.elements[name]) form.elements[name].value = name === 'headers' ? headersText(value) : value ?? '';
   }
+  showWhatIsNeeded();
+  if (fault) form.elements.operation.focus();
+}
 
-  #fault() {
-    const { operation, kind, often, times, probability, delay_ms, spread_ms, distribution, code, status, headers, bytes, bytes_per_second, use_case } = find('fault-form').elements;
-    const numberIn = (field) => (field.disabled || field.value === '' ? null : field.valueAsNumber);
-    return {
-      operation: operation.value,
-      kind: kind.value,
-      times: { 1: 1, n: times.valueAsNumber, always: null }[often.value],
-      probability: probability.valueAsNumber,
-      delay_ms: delay_ms.valueAsNumber,
-      spread_ms: spread_ms.valueAsNumber,
-      distribution: distribution.value,
-      code: code.disabled ? 500 : code.valueAsNumber,
-      status: numberIn(status),
-      headers: headers.disabled ? {} : headersIn(headers.value),
-      bytes: numberIn(bytes),
-      bytes_per_second: numberIn(bytes_per_second),
-      use_case: use_case.value || null,
-    };
-  }
+async function send(button) {
+  const number = edited;
+  const fault = { ...nothing, ...valuesOf(form) };
+  fault.headers = headersIn(fault.headers ?? '');
+  const isDone = await act(button, () => (number ? request('PATCH', `v1/sandbox/faults/${number}`, fault) : arm(fault)),
+    () => `${number ? 'Changed' : 'Armed'} ${described(fault)}.`);
+  if (isDone && number) edit(null);
+}
 
-  async #send(button) {
-    const number = this.#edited;
-    const fault = this.#fault();
-    const isDone = await act(button, find('fault-outcome'),
-      () => (number ? request('PATCH', `v1/sandbox/faults/${number}`, fault) : arm(fault)),
-      () => `${number ? 'Changed' : 'Armed'} ${described(fault)}.`);
-    if (isDone && number) this.#edit(null);
-  }
+function disarm(button, faults) {
+  const one = faults.length === 1 && stored.faults.length > 1;
+  act(button, () => request('DELETE', one ? `v1/sandbox/faults/${faults[0].number}` : 'v1/sandbox/faults'), () => ({
+    text: faults.length === 1 ? `Removed ${described(faults[0])}.` : `Removed ${faults.length} faults.`,
+    undo: { run: () => Promise.all(faults.map(arm)), done: 'Armed again.' },
+  }));
+}
 
-  #disarm(button, faults) {
-    const one = faults.length === 1 && this.#stored.faults.length > 1;
-    act(button, find('fault-outcome'), () => request('DELETE', one ? `v1/sandbox/faults/${faults[0].number}` : 'v1/sandbox/faults'),
-      () => ({
-        text: faults.length === 1 ? `Removed ${described(faults[0])}.` : `Removed ${faults.length} faults.`,
-        undo: { label: 'Undo', run: () => Promise.all(faults.map(arm)), done: 'Armed again.' },
-      }));
-  }
+function bringApart(button, name) {
+  act(button, async () => {
+    if (!stored?.guest) throw new Problem('Nobody is signed in.');
+    await request('POST', 'v1/sandbox/scenarios', { name, guest: stored.guest.email });
+  }, () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
+}
 
-  #bringApart(button, name) {
-    act(button, find('scenario-outcome'),
-      async () => {
-        if (!this.#stored?.guest) throw new Problem('Nobody is signed in.');
-        await request('POST', 'v1/sandbox/scenarios', { name, guest: this.#stored.guest.email });
-      },
-      () => `Done: ${name.replaceAll('-', ' ')}. See the stored data.`);
-  }
+export function startFaults(choices) {
+  operations = choices.operations;
+  form.elements.operation.append(...options(operations.map(({ name }) => name)));
+  form.elements.use_case.append(...options(choices.use_cases));
+  find('scenarios').append(...choices.scenarios.map((name) => element('li', {},
+    element('button', { type: 'button', onclick: (event) => bringApart(event.currentTarget, name) }, name.replaceAll('-', ' ')),
+    element('span', { class: 'hint' }, scenarios[name] ?? ''))));
+  form.addEventListener('change', showWhatIsNeeded);
+  onSubmit('fault-form', send);
+  onClick('fault-cancel', () => edit(null));
+  onClick('clear-faults', (button) => disarm(button, stored.faults));
+  showWhatIsNeeded();
 }

@@ -1,34 +1,39 @@
-// What is new, as the server sends it. Runs as a shared worker, so that all pages of a sandbox
-// share one connection: browsers open six to a server at most.
+// What is new, as the server sends it. Runs as a shared worker, so that all pages of a browser share
+// one connection, whatever their sandboxes: browsers open six to a server at most.
 
-/** Calls `notify(kind, data)` for ever. Returns what begins again, with everything that is kept. */
-export function follow(notify) {
+/**
+ * Calls `notify(kind, data)` for ever with what is new in the sandboxes that `wanted()` names.
+ * Returns what begins again, with everything that is kept.
+ */
+export function follow(wanted, notify) {
   let source;
   let retry;
-  function open() {
+  return function open() {
     clearTimeout(retry);
     source?.close();
-    source = new EventSource('events');
-    source.onopen = () => notify('state', 'live');
-    for (const kind of ['timeline', 'stored', 'requests']) {
+    source = new EventSource(`events?sandbox=${encodeURIComponent(wanted())}`);
+    for (const kind of ['state', 'timeline', 'stored', 'requests']) {
       source.addEventListener(kind, (event) => notify(kind, JSON.parse(event.data)));
     }
-    source.onerror = async () => {
+    source.onerror = () => {
       source.close();
       retry = setTimeout(open, 400);
-      const { status } = await fetch('choices').catch(() => ({ status: 0 }));
-      notify('state', status === 404 ? 'deleted' : 'lost');
+      notify('state', { state: 'lost' });
     };
-  }
-  return open;
+  };
 }
 
 if ('SharedWorkerGlobalScope' in globalThis) {
-  const pages = new Set();
-  const open = follow((kind, data) => pages.forEach((page) => page.postMessage({ kind, data })));
+  /** Each with its sandbox. */
+  const pages = new Map();
+  const open = follow(() => [...new Set(pages.values())], (kind, data) => {
+    for (const [page, sandbox] of pages) if (sandbox === (data.sandbox ?? sandbox)) page.postMessage({ kind, data });
+  });
   globalThis.onconnect = ({ ports: [page] }) => {
-    pages.add(page);
-    page.onmessage = () => pages.delete(page);
-    open();
+    page.onmessage = ({ data: sandbox }) => {
+      if (sandbox === null) return pages.delete(page);
+      pages.set(page, sandbox);
+      open();
+    };
   };
 }

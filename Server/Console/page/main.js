@@ -1,36 +1,25 @@
 // Puts the views together, and keeps them live. The part of the URL after # says which one is shown.
-import { AppPanel } from './app.js';
+import { showApp, startApp } from './app.js';
 import { listen, request, sandbox } from './connection.js';
 import { find } from './dom.js';
-import { FaultsPanel } from './faults.js';
-import { RequestsView } from './requests.js';
-import { listenToSandboxes } from './sandboxes.js';
+import { showFaults, startFaults } from './faults.js';
+import { addRequests, chooseRequest, drawRequests, startRequests } from './requests.js';
+import { startSandboxes } from './sandboxes.js';
 import { showStored } from './stored.js';
-import { TimelineView } from './timeline.js';
+import { addEvents, chooseOperation, forgetBefore, startTimeline } from './timeline.js';
 
-const sentences = {
-  live: 'Live',
-  deleted: 'This sandbox was deleted.',
-  lost: 'The server is gone. Waiting for it to come back…',
+const connections = {
+  live: ['good', 'Live'],
+  deleted: ['bad', 'This sandbox was deleted.'],
+  lost: ['bad', 'The server is gone. Waiting for it to come back…'],
 };
 
-/** The server may start after the page. */
-async function choices() {
-  for (;;) {
-    try {
-      return await request('GET', 'choices');
-    } catch {
-      await new Promise((resolve) => { setTimeout(resolve, 400); });
-    }
-  }
-}
-
-const chosen = await choices();
-const app = new AppPanel(chosen);
-const faults = new FaultsPanel(chosen);
-const timeline = new TimelineView();
-const requests = new RequestsView(chosen, timeline);
-listenToSandboxes();
+const choices = await request('GET', 'choices');
+startApp(choices);
+startFaults(choices);
+startTimeline(drawRequests);
+startRequests(choices);
+startSandboxes();
 find('sandbox-name').textContent = sandbox;
 document.title = `${sandbox} · paylevenkit console`;
 
@@ -38,12 +27,11 @@ function showView() {
   const [view, what] = location.hash.slice(1).split('/');
   const shown = ['timeline', 'requests', 'stored'].includes(view) ? view : 'app';
   document.body.dataset.view = shown;
-  for (const link of find('views').querySelectorAll('a')) {
-    if (link.hash === `#${shown}`) link.setAttribute('aria-current', 'page');
-    else link.removeAttribute('aria-current');
-  }
-  timeline.choose(shown === 'timeline' ? what : null);
-  requests.choose(shown === 'requests' ? what : null);
+  // Stored data is beside the others where there is space.
+  for (const part of document.querySelectorAll('.view')) part.hidden = part.dataset.is !== (shown === 'stored' ? 'app' : shown);
+  for (const link of find('views').querySelectorAll('a')) link.ariaCurrent = link.hash === `#${shown}` ? 'page' : null;
+  chooseOperation(shown === 'timeline' ? what : null);
+  chooseRequest(shown === 'requests' ? what : null);
 }
 addEventListener('hashchange', () => {
   showView();
@@ -53,17 +41,16 @@ addEventListener('hashchange', () => {
 showView();
 
 listen({
-  timeline: (news) => timeline.add(news),
-  requests: (news) => requests.add(news),
+  timeline: addEvents,
+  requests: addRequests,
   stored: (stored) => {
-    app.show(stored);
-    faults.show(stored);
+    showApp(stored);
+    showFaults(stored);
     showStored(stored);
-    timeline.forgetBefore(stored.oldest_operation);
+    forgetBefore(stored.oldest_operation);
   },
-  state: (state) => {
+  state: ({ state }) => {
     const place = find('connection');
-    place.dataset.state = state;
-    place.textContent = sentences[state];
+    [place.dataset.tone, place.textContent] = connections[state];
   },
 });

@@ -1,8 +1,10 @@
 // Every request to the services, and every call that the console's own kit makes of them.
 import { request, sandbox } from './connection.js';
 import { duration } from './diagram.js';
-import { act, element, find, options, replaceItems } from './dom.js';
+import { act, element, find, onClick, onSubmit, options, quiet, showList } from './dom.js';
 import { callsOf } from './explain.js';
+import { download } from './export.js';
+import { allOperations } from './timeline.js';
 
 const mostRows = 300;
 const groups = {
@@ -20,7 +22,7 @@ function rowOf(operation, call) {
     id: `call-${call.start.number}`, at: call.start.at, method: 'call', path: call.start.what, sandbox,
     status: error ? Number(error[2]) || error[0] : call.end ? 'ok' : 'waits',
     duration_ms: call.end ? Date.parse(call.end.at) - Date.parse(call.start.at) : null,
-    fault: call.fault, listener: call.of, operation, events: [call.start, ...(call.end ? [call.end] : [])],
+    fault: call.fault, listener: call.of, operation: operation.number, events: [call.start, ...(call.end ? [call.end] : [])],
   };
 }
 
@@ -36,116 +38,109 @@ function curlOf(row, urls) {
   return parts.join(' \\\n  ');
 }
 
-export class RequestsView {
-  #requests = [];
-  #timeline;
-  #chosen = null;
-  /** What is shown below the table, which stays while it is the same. */
-  #detailed = null;
+const filter = find('request-filter');
+let requests = [];
+let chosen = null;
+/** What is shown below the table, which stays while it is the same. */
+let detailed = null;
 
-  constructor(choices, timeline) {
-    this.#timeline = timeline;
-    const { fault } = find('request-filter').elements;
-    fault.append(...options([...new Set(choices.operations.flatMap(({ kinds }) => kinds))]));
-    timeline.onChange(() => this.#draw());
-    find('request-filter').addEventListener('input', () => this.#draw());
-    find('request-detail').addEventListener('keydown', ({ key }) => { if (key === 'Escape') this.#close(); });
-    find('request-filter').addEventListener('submit', (event) => event.preventDefault());
-  }
+export function startRequests({ operations }) {
+  filter.elements.fault.append(...options([...new Set(operations.flatMap(({ kinds }) => kinds))]));
+  filter.addEventListener('input', drawRequests);
+  find('request-detail').addEventListener('keydown', ({ key }) => { if (key === 'Escape') close(); });
+  onSubmit('request-filter', () => {});
+  onClick('har', save);
+}
 
-  add({ whole, requests }) {
-    this.#requests = [...(whole ? [] : this.#requests), ...requests].slice(-1000);
-    this.#draw();
-  }
+export function addRequests(news) {
+  requests = [...(news.whole ? [] : requests), ...news.requests].slice(-1000);
+  drawRequests();
+}
 
-  choose(id) {
-    this.#chosen = id ?? null;
-    this.#draw();
-  }
+export function chooseRequest(id) {
+  chosen = id ?? null;
+  drawRequests();
+}
 
-  /** The focus goes back to the row. */
-  #close() {
-    document.querySelector(`[data-key="${this.#chosen}"]`)?.focus();
-    location.hash = 'requests';
-  }
+/** The focus goes back to the row. */
+function close() {
+  document.querySelector(`[data-key="${chosen}"]`)?.focus();
+  location.hash = 'requests';
+}
 
-  #rows() {
-    const { status, path, fault, own } = find('request-filter').elements;
-    const word = path.value.trim().toLowerCase();
-    const calls = this.#timeline.operations().flatMap((operation) => callsOf(operation.events).map((call) => rowOf(operation, call)));
-    return [...this.#requests, ...calls].reverse()
-      .filter((row) => own.checked || !isOwn(row))
-      .filter((row) => !status.value || groups[status.value](row.status))
-      .filter((row) => `${row.method} ${row.path}`.toLowerCase().includes(word))
-      .filter((row) => !fault.value || (fault.value === 'any' ? row.fault : row.fault === fault.value))
-      .sort((one, other) => (one.at < other.at ? 1 : one.at > other.at ? -1 : 0));
-  }
+/** What the filter lets through, newest first. */
+function fitting() {
+  const { status, path, fault, own } = filter.elements;
+  const word = path.value.trim().toLowerCase();
+  const calls = allOperations().flatMap((operation) => callsOf(operation.events).map((call) => rowOf(operation, call)));
+  return [...requests, ...calls].reverse()
+    .filter((row) => own.checked || !isOwn(row))
+    .filter((row) => !status.value || groups[status.value](row.status))
+    .filter((row) => `${row.method} ${row.path}`.toLowerCase().includes(word))
+    .filter((row) => !fault.value || (fault.value === 'any' ? row.fault : row.fault === fault.value))
+    .sort((one, other) => (one.at < other.at ? 1 : one.at > other.at ? -1 : 0));
+}
 
-  #draw() {
-    if (document.body.dataset.view !== 'requests') return;
-    const rows = this.#rows();
-    const shown = rows.slice(0, mostRows);
-    find('request-count').textContent = rows.length > mostRows ? `${mostRows} of ${rows.length}` : `${rows.length}`;
-    find('no-requests').hidden = rows.length > 0;
-    const { path, status, fault } = find('request-filter').elements;
-    const query = Object.entries({ path: path.value.trim(), status: /^\dxx$/.test(status.value) ? status.value : '', fault: fault.value }).filter(([, value]) => value);
-    find('har').href = `v1/sandbox/har?${new URLSearchParams(query)}`;
-    replaceItems(find('request-rows'), shown.map((row) => this.#row(row)));
-    const chosen = rows.find((row) => row.id === this.#chosen) ?? null;
-    const now = JSON.stringify([chosen?.id, chosen?.status]);
-    if (now === this.#detailed) return;
-    this.#detailed = now;
-    this.#showDetail(chosen);
-  }
+/** What the server has of the rows that are shown; a call of the console's own kit is no request. */
+function save(button) {
+  const ids = new Set(fitting().filter((row) => !row.operation).map(({ id }) => id));
+  act(button, () => request('GET', 'v1/sandbox/har'), (har) => {
+    har.log.entries = har.log.entries.filter((entry) => ids.has(entry._id));
+    download('paylevenkit.har', 'application/json', JSON.stringify(har, null, 1));
+    return `Exported ${har.log.entries.length} requests; calls of this console's kit are none and stay out.`;
+  });
+}
 
-  #row(row) {
-    const isFailed = groups.failed(row.status);
-    const cell = (name, ...content) => element('td', { class: name }, ...content);
-    return element('tr', { 'aria-current': row.id === this.#chosen ? 'true' : null, class: isFailed ? 'failed' : '', onclick: () => { location.hash = `requests/${row.id}`; } },
-      cell('mono', row.at.slice(11, 23)),
-      cell('mono', row.method),
-      cell('path', element('a', { href: `#requests/${row.id}`, 'data-key': row.id }, row.path)),
-      cell('mono status', String(row.status || 'none')),
-      cell('mono number', row.duration_ms === null ? '' : duration(row.duration_ms)),
-      cell('wide', row.sandbox),
-      cell('fault', row.fault ?? ''),
-      cell('mono wide', row.operation ? `operation ${row.operation.number}` : row.id.slice(0, 12)));
-  }
+export function drawRequests() {
+  if (document.body.dataset.view !== 'requests') return;
+  const rows = fitting();
+  const shown = rows.slice(0, mostRows);
+  find('request-count').textContent = rows.length > mostRows ? `${mostRows} of ${rows.length}` : `${rows.length}`;
+  showList(find('request-rows'), shown.map((row) => ({ ...row, isChosen: row.id === chosen })), tableRow);
+  const row = rows.find(({ id }) => id === chosen) ?? null;
+  const now = JSON.stringify([row?.id, row?.status]);
+  if (now === detailed) return;
+  detailed = now;
+  showDetail(row).catch(({ message }) => find('request-detail').replaceChildren(element('p', { class: 'outcome', 'data-tone': 'bad' }, message)));
+}
 
-  async #showDetail(row) {
-    const place = find('request-detail');
-    place.hidden = row === null;
-    if (!row) return;
-    let details = row;
-    let urls = null;
-    if (!row.operation) {
-      try {
-        [details, { urls }] = await Promise.all([request('GET', `v1/sandbox/requests/${row.id}`), request('GET', 'v1/sandbox')]);
-      } catch (problem) {
-        place.replaceChildren(element('p', { class: 'outcome', 'data-kind': 'bad' }, problem.message));
-        return;
-      }
-    }
-    if (row.id !== this.#chosen) return;
-    const events = details.events.map((event) => element('li', {}, `${event.from} → ${event.to}: ${event.what}${event.result ? `: ${event.result}` : ''}`));
-    const operation = row.operation?.number ?? /^operation (\d+)$/.exec(details.events[0]?.what)?.[1];
-    const step = details.events.find((event) => event.from === 'client' && event.to !== 'app')?.what;
-    const curl = urls ? curlOf(row, urls) : null;
-    const outcome = element('p', { class: 'outcome', role: 'status' });
-    place.replaceChildren(
-      element('div', { class: 'line' },
-        element('h3', { class: 'grow' }, `${row.method} ${row.path}`),
-        element('button', { type: 'button', class: 'quiet', onclick: () => this.#close() }, 'Close')),
-      element('p', { class: 'hint' }, [row.operation ? 'made by the kit of this console' : row.id, `at the ${row.listener}`, row.caller && `from ${row.caller}`, row.code && `error ${row.code}`, row.fault && `met the fault ${row.fault}`, row.reply_bytes && `${row.request_bytes} bytes in, ${row.reply_bytes} out`].filter(Boolean).join(' · ')),
-      element('p', {}, operation
-        ? element('a', { href: `#timeline/${operation}` }, `Part of operation ${operation}: show in the timeline`)
-        : step ? `The step of the kit that causes it: ${step}` : 'It reached no operation of a service.'),
-      element('ul', { 'aria-label': 'What it did at the services' }, ...(events.length > 0 ? events : [element('li', {}, 'nothing')])),
-      ...(curl ? [
-        element('pre', { tabindex: 0, 'aria-label': 'As curl' }, curl),
-        element('button', { type: 'button', onclick: (event) => act(event.currentTarget, outcome, () => navigator.clipboard.writeText(curl), () => 'Copied.') }, 'Copy as curl'),
-        outcome] : []));
-    place.scrollIntoView({ block: 'nearest' });
-    if (find('request-rows').contains(document.activeElement)) place.focus();
-  }
+function tableRow(row) {
+  const cell = (name, ...content) => element('td', { class: name }, ...content);
+  return element('tr', { 'aria-current': row.isChosen ? 'true' : null, 'data-tone': groups.failed(row.status) ? 'bad' : null, onclick: () => { location.hash = `requests/${row.id}`; } },
+    cell('mono', row.at.slice(11, 23)),
+    cell('mono', row.method),
+    cell('path', element('a', { href: `#requests/${row.id}`, 'data-key': row.id }, row.path)),
+    cell('mono status', String(row.status || 'none')),
+    cell('mono number', row.duration_ms === null ? '' : duration(row.duration_ms)),
+    cell('wide', row.sandbox),
+    cell('fault', row.fault ?? ''),
+    cell('mono wide', row.operation ? `operation ${row.operation}` : row.id.slice(0, 12)));
+}
+
+async function showDetail(row) {
+  const place = find('request-detail');
+  place.hidden = row === null;
+  if (!row) return;
+  const [details, { urls }] = row.operation ? [row, {}] : await Promise.all([
+    request('GET', `v1/sandbox/requests/${row.id}`), request('GET', 'v1/sandbox')]);
+  if (row.id !== chosen) return;
+  const events = details.events.map((event) => element('li', {}, `${event.from} → ${event.to}: ${event.what}${event.result ? `: ${event.result}` : ''}`));
+  const operation = row.operation ?? /^operation (\d+)$/.exec(details.events[0]?.what)?.[1];
+  const step = details.events.find((event) => event.from === 'client' && event.to !== 'app')?.what;
+  const curl = urls ? curlOf(row, urls) : null;
+  place.replaceChildren(
+    element('div', { class: 'line' },
+      element('h2', { class: 'grow' }, `${row.method} ${row.path}`),
+      quiet('Close', null, null, () => close())),
+    element('p', { class: 'hint' }, [row.operation ? 'made by the kit of this console' : row.id, `at the ${row.listener}`, row.caller && `from ${row.caller}`, row.code && `error ${row.code}`, row.fault && `met the fault ${row.fault}`, row.reply_bytes && `${row.request_bytes} bytes in, ${row.reply_bytes} out`].filter(Boolean).join(' · ')),
+    element('p', {}, operation
+      ? element('a', { href: `#timeline/${operation}` }, `Part of operation ${operation}: show in the timeline`)
+      : step ? `The step of the kit that causes it: ${step}` : 'It reached no operation of a service.'),
+    element('ul', { 'aria-label': 'What it did at the services' }, ...(events.length > 0 ? events : [element('li', {}, 'nothing')])),
+    ...(curl ? [
+      element('pre', { tabindex: 0, 'aria-label': 'As curl' }, curl),
+      element('button', { type: 'button', onclick: (event) => act(event.currentTarget, () => navigator.clipboard.writeText(curl), () => 'Copied.') }, 'Copy as curl'),
+      element('p', { class: 'outcome', role: 'status' })] : []));
+  place.scrollIntoView({ block: 'nearest' });
+  if (find('request-rows').contains(document.activeElement)) place.focus();
 }

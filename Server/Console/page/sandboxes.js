@@ -1,43 +1,33 @@
 // The sandbox that this page shows, and its neighbours: one dialog.
 import { request, root, sandbox } from './connection.js';
-import { act, element, find, replaceItems } from './dom.js';
+import { act, element, find, onClick, onSubmit, quiet, showList, valuesOf } from './dom.js';
 
 const all = `${root}v1/sandboxes`;
 const pageOf = (id) => `${root}sandboxes/${encodeURIComponent(id)}/`;
 const clockText = (time) => time.replace('T', ' ').replace('Z', '');
 
-async function everySandbox() {
-  const list = [];
-  let after = '';
-  do {
-    const page = await request('GET', `${all}?limit=100${after && `&after=${encodeURIComponent(after)}`}`);
-    list.push(...page.sandboxes);
-    after = page.next;
-  } while (after);
-  return list;
-}
-
 async function refresh() {
-  const [mine, list, { snapshots }] = await Promise.all([
-    request('GET', 'v1/sandbox'), everySandbox(), request('GET', `${root}v1/snapshots`)]);
-  replaceItems(find('sandboxes'), list.map(({ id, guests, seed }) => element('li', {},
+  const [mine, { sandboxes, next }, { snapshots }] = await Promise.all([
+    request('GET', 'v1/sandbox'), request('GET', `${all}?limit=1000`), request('GET', `${root}v1/snapshots`)]);
+  showList(find('sandboxes'), sandboxes, ({ id, guests, seed }) => element('li', {},
     element('a', { href: pageOf(id), 'data-key': id, 'aria-current': id === sandbox ? 'page' : null }, id),
-    element('span', { class: 'hint' }, `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`))), find('make'));
+    element('span', { class: 'hint' }, `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`)), find('make'));
+  find('sandbox-count').textContent = next ? 'The first thousand of this server' : 'All of this server';
   find('clock').textContent = clockText(mine.clock);
   find('seed').textContent = mine.seed ?? 'none: identifiers are random';
   find('lifetime').textContent = [mine.in_memory ? 'in memory only' : 'on disk', mine.expires && `until ${clockText(mine.expires)}`].filter(Boolean).join(', ');
   find('delete-sandbox').disabled = sandbox === 'default';
   const own = snapshots.filter((each) => each.sandbox === sandbox);
-  find('no-snapshots').hidden = own.length > 0;
-  replaceItems(find('snapshots'), own.map(({ snapshot, created }) => element('li', {},
+  showList(find('snapshots'), own, ({ snapshot, created }) => element('li', {},
     element('span', { class: 'grow mono' }, clockText(created)),
-    element('button', { type: 'button', class: 'quiet', 'data-key': `restore ${snapshot}`, 'aria-label': `Restore ${clockText(created)}`, onclick: (event) => restore(event.currentTarget, snapshot) }, 'Restore'),
-    element('button', { type: 'button', class: 'quiet', 'data-key': `delete ${snapshot}`, 'aria-label': `Delete snapshot ${clockText(created)}`, onclick: (event) => run(event.currentTarget, () => request('DELETE', `${root}v1/snapshots/${snapshot}`), () => 'The snapshot is deleted.') }, 'Delete'))),
+    quiet('Restore', `Restore ${clockText(created)}`, `restore ${snapshot}`, (button) => undoably(button, () => restored(snapshot), 'Restored.')),
+    quiet('Delete', `Delete snapshot ${clockText(created)}`, `delete ${snapshot}`, (button) =>
+      run(button, () => request('DELETE', `${root}v1/snapshots/${snapshot}`), () => 'The snapshot is deleted.'))),
   find('take-snapshot'));
 }
 
 async function run(button, what, done) {
-  await act(button, find('sandbox-outcome'), async () => {
+  await act(button, async () => {
     const result = await what();
     await refresh();
     return result;
@@ -47,43 +37,32 @@ async function run(button, what, done) {
 const takeSnapshot = () => request('POST', 'v1/sandbox/snapshots');
 const restored = (snapshot) => request('POST', 'v1/sandbox/restore', { snapshot });
 
-async function restore(button, snapshot) {
+/** What it replaces stays as a snapshot. */
+async function undoably(button, what, text) {
   let before;
   await run(button, async () => {
     before = (await takeSnapshot()).snapshot;
-    await restored(snapshot);
-  }, () => ({ text: 'Restored.', undo: { label: 'Undo', run: () => restored(before).then(refresh), done: 'Back to what it was.' } }));
+    await what();
+  }, () => ({ text, undo: { run: () => restored(before).then(refresh), done: 'Back to what it was.' } }));
 }
 
-export function listenToSandboxes() {
-  const onClick = (id, what, done) => find(id).addEventListener('click', ({ currentTarget }) => run(currentTarget, what, done));
-  find('open-sandbox').addEventListener('click', ({ currentTarget }) => {
+export function startSandboxes() {
+  onClick('open-sandbox', () => {
     find('sandbox-dialog').showModal();
-    run(currentTarget, () => null, () => '');
+    run(find('sandbox-dialog'), () => null, () => '');
   });
-  find('close-sandbox').addEventListener('click', () => find('sandbox-dialog').close());
-  onClick('take-snapshot', takeSnapshot, () => 'The snapshot is taken.');
-  find('make-form').addEventListener('submit', (event) => {
-    event.preventDefault();
-    const { id, seed, memory } = event.target.elements;
-    run(event.submitter, () => request('POST', all, {
-      ...(id.value && { id: id.value }), ...(seed.value && { seed: seed.valueAsNumber }), in_memory: memory.checked,
-    }), (made) => `Made ${made.id}. Its console is in the list above.`);
+  onClick('close-sandbox', () => find('sandbox-dialog').close());
+  onClick('take-snapshot', (button) => run(button, takeSnapshot, () => 'The snapshot is taken.'));
+  onSubmit('make-form', (button) =>
+    run(button, () => request('POST', all, valuesOf(find('make-form'))), (made) => `Made ${made.id}. Its console is in the list above.`));
+  onSubmit('clock-form', (button) => {
+    const { amount, unit } = valuesOf(find('clock-form'));
+    run(button, () => request('PUT', 'v1/sandbox/clock', { advance_seconds: amount * Number(unit) }), ({ now }) => `The sandbox's clock reads ${clockText(now)}.`);
   });
-  find('clock-form').addEventListener('submit', (event) => {
-    event.preventDefault();
-    const { amount, unit } = event.target.elements;
-    run(event.submitter, () => request('PUT', 'v1/sandbox/clock', { advance_seconds: amount.valueAsNumber * Number(unit.value) }),
-      ({ now }) => `The sandbox's clock reads ${clockText(now)}.`);
-  });
-  let before;
-  onClick('reset', async () => {
-    before = (await takeSnapshot()).snapshot;
-    await request('POST', 'reset');
-  }, () => ({ text: 'Guests, cards, instruments, faults and the timeline are forgotten.', undo: { label: 'Undo', run: () => restored(before).then(refresh), done: 'Back to what it was.' } }));
-  find('delete-sandbox').addEventListener('click', ({ currentTarget }) => {
+  onClick('reset', (button) => undoably(button, () => request('POST', 'reset'), 'Guests, cards, instruments, faults and the timeline are forgotten.'));
+  onClick('delete-sandbox', (button) => {
     if (!confirm(`Delete the sandbox ${sandbox} with everything in it?`)) return;
-    act(currentTarget, find('sandbox-outcome'), () => request('DELETE', `${all}/${encodeURIComponent(sandbox)}`), () => {
+    act(button, () => request('DELETE', `${all}/${encodeURIComponent(sandbox)}`), () => {
       location.href = root;
       return 'Deleted.';
     });

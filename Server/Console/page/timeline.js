@@ -1,167 +1,157 @@
 // The timeline: every operation, drawn while it happens, and what happened in it.
 import { drawn, duration, headsOf, sentenceOf, stepsOf } from './diagram.js';
-import { element, find, replaceItems } from './dom.js';
+import { element, find, onClick, showList } from './dom.js';
 import { explained } from './explain.js';
 import { download, plainText, svgText } from './export.js';
 
 const mostSteps = 400;
-const marks = { good: '✓', bad: '✕', waits: '…', dropped: '⊘', none: '' };
-const spoken = { good: 'succeeded', bad: 'failed', waits: 'waits', dropped: 'dropped', none: '' };
+const marks = { good: ['✓', 'succeeded'], bad: ['✕', 'failed'], waits: ['…', 'waits'], dropped: ['⊘', 'dropped'], none: ['', ''] };
 const manual = (row) => `failures.md#:~:text=${encodeURIComponent(row).replaceAll('-', '%2D')}`;
 
-export class TimelineView {
-  #operations = new Map();
-  /** The operation that is looked at; null follows the latest. */
-  #chosen = null;
-  #isPaused = false;
-  #waiting = [];
-  #lastDrawn = null;
-  #isPlanned = false;
-  #listeners = [];
+const operations = new Map();
+/** The operation that is looked at; null follows the latest. */
+let chosen = null;
+let isPaused = false;
+const waiting = [];
+let lastDrawn = null;
+let isPlanned = false;
+let onDraw;
 
-  constructor() {
-    find('pause').addEventListener('click', () => this.#pause());
-    find('skip').addEventListener('click', () => find('filter').focus());
-    find('filter').addEventListener('input', () => this.#plan());
-    find('kinds').addEventListener('change', () => this.#plan());
-    find('export-text').addEventListener('click', () => this.#export('txt', 'text/plain', plainText));
-    find('export-svg').addEventListener('click', () => this.#export('svg', 'image/svg+xml', svgText));
-    new ResizeObserver(() => this.#plan()).observe(find('diagram'));
-    this.#plan();
+/** Calls `listener` after every change of the operations. */
+export function startTimeline(listener) {
+  onDraw = listener;
+  onClick('pause', pause);
+  onClick('skip', () => find('filter').focus());
+  find('filter').addEventListener('input', plan);
+  find('kinds').addEventListener('change', plan);
+  onClick('export-text', () => save('txt', 'text/plain', plainText));
+  onClick('export-svg', () => save('svg', 'image/svg+xml', svgText));
+  new ResizeObserver(plan).observe(find('diagram'));
+  plan();
+}
+
+/** Those in which something happened, oldest first. */
+export const allOperations = () => [...operations.values()].filter(({ events }) => events.length > 0);
+
+export function chooseOperation(number) {
+  chosen = number ? Number(number) : null;
+  plan();
+}
+
+/** Takes what the server sends: all that is kept, or what is new. */
+export function addEvents(news) {
+  if (isPaused) {
+    waiting.push(news);
+    find('pause').textContent = 'Resume (more has come)';
+    return;
   }
-
-  /** Calls `listener` after every change of the operations, which `operations` has. */
-  onChange(listener) {
-    this.#listeners.push(listener);
+  if (news.whole) {
+    // The server sends the last ones; those before are what they were.
+    forget((number) => number >= (news.operations[0]?.number ?? 0));
+    lastDrawn = null;
   }
-
-  /** Those in which something happened, oldest first. */
-  operations() {
-    return [...this.#operations.values()].filter((operation) => operation.events.length > 0);
+  for (const { number, name, events } of news.operations) {
+    const known = operations.get(number)?.events ?? [];
+    const last = known.at(-1)?.number ?? 0;
+    operations.set(number, { number, name, events: [...known, ...events.filter((event) => event.number > last)] });
   }
+  plan();
+}
 
-  choose(number) {
-    this.#chosen = number ? Number(number) : null;
-    this.#plan();
+/** The server keeps no operation before that one; 0 is none at all. */
+export function forgetBefore(oldest) {
+  if (!isPaused) forget((number) => oldest === 0 || number < oldest);
+}
+
+function forget(isGone) {
+  for (const number of [...operations.keys()]) if (isGone(number)) operations.delete(number);
+  plan();
+}
+
+function pause(button) {
+  isPaused = !isPaused;
+  button.ariaPressed = isPaused;
+  button.textContent = isPaused ? 'Resume' : 'Pause';
+  if (!isPaused) waiting.splice(0).forEach(addEvents);
+}
+
+function plan() {
+  if (isPlanned) return;
+  isPlanned = true;
+  requestAnimationFrame(() => {
+    isPlanned = false;
+    draw();
+    onDraw();
+  });
+}
+
+function shown() {
+  const all = allOperations();
+  return all.find((operation) => operation.number === chosen) ?? all.at(-1) ?? null;
+}
+
+function stepsShown(operation) {
+  const word = find('filter').value.trim().toLowerCase();
+  const sorts = [...find('kinds').querySelectorAll('[value]:checked')].map((box) => box.value);
+  return stepsOf(operation.events)
+    .filter((step) => sorts.includes(step.sort ?? 'calls'))
+    .filter((step) => sentenceOf(step).toLowerCase().includes(word));
+}
+
+function draw() {
+  const operation = shown();
+  find('no-timeline').hidden = operation !== null;
+  find('diagram').hidden = operation === null;
+  for (const id of ['export-svg', 'export-text']) find(id).disabled = operation === null;
+  drawList(operation);
+  explain(operation);
+  const place = find('diagram');
+  if (!operation || place.clientWidth === 0) return;
+  const all = stepsShown(operation);
+  const steps = all.slice(-mostSteps);
+  const isSame = lastDrawn?.operation === operation.number;
+  const isAtEnd = place.scrollTop + place.clientHeight >= place.scrollHeight - 40;
+  const picture = drawn(steps, place.clientWidth, isSame ? lastDrawn.event : Infinity, find('scaled').checked);
+  place.replaceChildren(headsOf(picture), picture);
+  if (all.length > steps.length) {
+    place.prepend(element('p', { class: 'hint' }, `${all.length - steps.length} earlier steps are not drawn.`));
   }
+  if (steps.length === 0) place.append(element('p', { class: 'hint' }, 'No step fits the filter.'));
+  find('steps').replaceChildren(...steps.map((step) => element('li', {}, sentenceOf(step))));
+  if (!isSame) place.scrollTop = 0;
+  else if (isAtEnd) place.scrollTop = place.scrollHeight;
+  lastDrawn = { operation: operation.number, event: operation.events.at(-1).number };
+}
 
-  /** Takes what the server sends: all that is kept, or what is new. */
-  add(news) {
-    if (this.#isPaused) {
-      this.#waiting.push(news);
-      find('pause').textContent = 'Resume (more has come)';
-      return;
-    }
-    if (news.whole) {
-      // The server sends the last ones; those before are what they were.
-      const first = news.operations[0]?.number ?? 0;
-      for (const number of [...this.#operations.keys()]) if (number >= first) this.#operations.delete(number);
-      this.#lastDrawn = null;
-    }
-    for (const { number, name, events } of news.operations) {
-      const known = this.#operations.get(number)?.events ?? [];
-      const last = known.at(-1)?.number ?? 0;
-      this.#operations.set(number, { number, name, events: [...known, ...events.filter((event) => event.number > last)] });
-    }
-    this.#plan();
-  }
-
-  /** The server keeps no operation before that one; 0 is none at all. */
-  forgetBefore(oldest) {
-    if (this.#isPaused) return;
-    for (const number of [...this.#operations.keys()]) {
-      if (oldest === 0 || number < oldest) this.#operations.delete(number);
-    }
-    this.#plan();
-  }
-
-  #pause() {
-    const button = find('pause');
-    this.#isPaused = !this.#isPaused;
-    button.setAttribute('aria-pressed', this.#isPaused);
-    button.textContent = this.#isPaused ? 'Resume' : 'Pause';
-    if (!this.#isPaused) this.#waiting.splice(0).forEach((news) => this.add(news));
-  }
-
-  #plan() {
-    if (this.#isPlanned) return;
-    this.#isPlanned = true;
-    requestAnimationFrame(() => {
-      this.#isPlanned = false;
-      this.#draw();
-      this.#listeners.forEach((listener) => listener());
-    });
-  }
-
-  #shown() {
-    const all = this.operations();
-    return all.find((operation) => operation.number === this.#chosen) ?? all.at(-1) ?? null;
-  }
-
-  #stepsShown(operation) {
-    const word = find('filter').value.trim().toLowerCase();
-    const sorts = [...find('kinds').querySelectorAll('[value]:checked')].map((box) => box.value);
-    return stepsOf(operation.events)
-      .filter((step) => sorts.includes(step.sort ?? 'calls'))
-      .filter((step) => sentenceOf(step).toLowerCase().includes(word));
-  }
-
-  #draw() {
-    const operation = this.#shown();
-    find('no-timeline').hidden = operation !== null;
-    find('diagram').hidden = operation === null;
-    for (const id of ['export-svg', 'export-text']) find(id).disabled = operation === null;
-    this.#drawList(operation);
-    this.#explain(operation);
-    const place = find('diagram');
-    if (!operation || place.clientWidth === 0) return;
-    const all = this.#stepsShown(operation);
-    const steps = all.slice(-mostSteps);
-    const isSame = this.#lastDrawn?.operation === operation.number;
-    const isAtEnd = place.scrollTop + place.clientHeight >= place.scrollHeight - 40;
-    const picture = drawn(steps, place.clientWidth, isSame ? this.#lastDrawn.event : Infinity, find('scaled').checked);
-    place.replaceChildren(headsOf(picture), picture);
-    if (all.length > steps.length) {
-      place.prepend(element('p', { class: 'hint' }, `${all.length - steps.length} earlier steps are not drawn.`));
-    }
-    if (steps.length === 0) place.append(element('p', { class: 'hint' }, 'No step fits the filter.'));
-    find('steps').replaceChildren(...steps.map((step) => element('li', {}, sentenceOf(step))));
-    if (!isSame) place.scrollTop = 0;
-    else if (isAtEnd) place.scrollTop = place.scrollHeight;
-    this.#lastDrawn = { operation: operation.number, event: operation.events.at(-1).number };
-  }
-
-  #drawList(shown) {
-    replaceItems(find('operations'), this.operations().reverse().map((operation) => {
-      const { tone } = explained(operation);
-      const took = Date.parse(operation.events.at(-1).at) - Date.parse(operation.events[0].at);
-      return element('li', {}, element('a', {
-        href: `#timeline/${operation.number}`, 'data-key': operation.number, 'aria-current': operation === shown ? 'true' : null,
-      },
-      element('span', { class: 'number' }, String(operation.number)),
-      element('span', { class: 'grow' }, operation.name),
+function drawList(shown) {
+  const rows = allOperations().reverse().map((operation) => ({
+    number: operation.number, name: operation.name, isShown: operation === shown, tone: explained(operation).tone,
+    took: Date.parse(operation.events.at(-1).at) - Date.parse(operation.events[0].at),
+  }));
+  showList(find('operations'), rows, ({ number, name, isShown, tone, took }) => element('li', {},
+    element('a', { href: `#timeline/${number}`, 'data-key': number, 'aria-current': isShown ? 'true' : null },
+      element('span', { class: 'hint' }, String(number)),
+      element('span', { class: 'grow' }, name),
       element('span', { class: 'hint' }, duration(took)),
-      element('span', { class: `mark ${tone}`, 'aria-hidden': 'true' }, marks[tone]),
-      element('span', { class: 'visually-hidden' }, ` ${spoken[tone]}`)));
-    }));
-  }
+      element('span', { class: 'mark', 'data-tone': tone, 'aria-hidden': 'true' }, marks[tone][0]),
+      element('span', { class: 'visually-hidden' }, ` ${marks[tone][1]}`))));
+}
 
-  #explain(operation) {
-    const { tone, sentences, row } = operation ? explained(operation) : { tone: 'none', sentences: [], row: null };
-    const text = sentences.join(' ') || (operation ? 'Nothing but what is in the timeline.' : 'Nothing yet. Sign a guest in to begin.');
-    find('happened').dataset.tone = tone;
-    find('happened-title').textContent = operation ? `${operation.number} ${operation.name}` : 'What happened';
-    // Said once only.
-    if (find('happened-text').textContent !== text) find('happened-text').textContent = text;
-    find('happened-link').hidden = operation === null;
-    find('happened-link').href = `#timeline/${operation?.number}`;
-    find('happened-manual').hidden = row === null;
-    if (row) Object.assign(find('happened-manual'), { href: manual(row), textContent: `Manual: “${row}”` });
-  }
+function explain(operation) {
+  const { tone, sentences, row } = operation ? explained(operation) : { tone: 'none', sentences: [], row: null };
+  const text = sentences.join(' ') || (operation ? 'Nothing but what is in the timeline.' : 'Nothing yet. Sign a guest in to begin.');
+  find('happened').dataset.tone = tone;
+  find('happened-title').textContent = operation ? `${operation.number} ${operation.name}` : 'What happened';
+  // Said once only.
+  if (find('happened-text').textContent !== text) find('happened-text').textContent = text;
+  find('happened-link').hidden = operation === null;
+  find('happened-link').href = `#timeline/${operation?.number}`;
+  find('happened-manual').hidden = row === null;
+  if (row) Object.assign(find('happened-manual'), { href: manual(row), textContent: `Manual: “${row}”` });
+}
 
-  #export(extension, type, written) {
-    const operation = this.#shown();
-    const name = `paylevenkit-${operation.number}-${operation.name.replaceAll(/\W+/g, '-')}.${extension}`;
-    download(name, type, written(operation, this.#stepsShown(operation)));
-  }
+function save(extension, type, written) {
+  const operation = shown();
+  const name = `paylevenkit-${operation.number}-${operation.name.replaceAll(/\W+/g, '-')}.${extension}`;
+  download(name, type, written(operation, stepsShown(operation)));
 }
