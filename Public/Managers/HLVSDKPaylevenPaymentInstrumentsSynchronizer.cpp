@@ -164,7 +164,7 @@ void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<H
         if (error) {
           run->fail(error);
         } else {
-          run->providerInstruments = std::move(*instruments);
+          run->providerInstruments = std::move(instruments).value_or(List<Pair>());
         }
         group->leave();
       });
