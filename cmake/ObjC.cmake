@@ -68,8 +68,3 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Host/Services.mm)
 target_link_libraries(HLVSDKPaylevenKitObjC
   PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_shipped_flags)
-
-if(HLVSDKPAYLEVENKIT_OBJC_TESTS)
-  enable_testing()
-  include(cmake/ObjCTests.cmake)
-endif()
