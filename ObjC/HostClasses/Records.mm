@@ -1,7 +1,5 @@
 #include "ObjC/HostClasses/Records.h"
 
-#include <utility>
-
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/HostClasses/Reply.h"

@@ -5,6 +5,8 @@
 
 #import <Foundation/Foundation.h>
 
+#include <memory>
+
 #include "ObjC/Binding/Strings.h"
 #include "Values/Secret.h"
 
