@@ -74,10 +74,11 @@ source "$work/command/share/bash-completion/completions/paylevenkit"
 COMP_WORDS=(paylevenkit fault a) COMP_CWORD=2
 _paylevenkit
 [ "${COMPREPLY[*]}" = arm ]
+# zsh takes what begins as the word does out of these by itself.
 # shellcheck disable=SC2016
 zsh -f -c 'autoload -U +X compinit && compinit -D && autoload -U +X bashcompinit && bashcompinit
   emulate sh && source "$1" && COMP_WORDS=(paylevenkit fault a) COMP_CWORD=2 && _paylevenkit
-  [ "${COMPREPLY[*]}" = arm ]' zsh "$work/command/share/bash-completion/completions/paylevenkit"
+  [ "${COMPREPLY[0]}" = arm ]' zsh "$work/command/share/bash-completion/completions/paylevenkit"
 
 echo "== the client"
 exec {log}< <(exec "$command" --store "$work/served.sqlite" serve 2>&1)
