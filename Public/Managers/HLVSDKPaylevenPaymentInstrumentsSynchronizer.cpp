@@ -52,7 +52,7 @@ class ProviderLists {
     error_ = std::move(error);
   }
 
-  /// Once every answer has come.
+  /// Once every reply has come.
   void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) {
     if (!completion) return;
     if (error_) {

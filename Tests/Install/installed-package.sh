@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the kit, static with the sandbox and shared without, into a temporary prefix, and builds
-# and runs the examples against it as a stranger would: with the machine's own compiler, which is
+# and runs the examples against it as an app would: with the machine's own compiler, which is
 # g++, while the tests are built with clang; and the kit alone with clang and libc++, the library of
 # phones, whose types have other destructors. The client and the command come from the tests' build.
 # Usage: installed-package.sh SOURCE_DIR BUILD_DIR CXX_OF_THE_TESTS SANITIZERS_OF_THE_TESTS

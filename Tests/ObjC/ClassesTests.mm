@@ -210,6 +210,7 @@ TEST_F(EnablingTest, AnObjectThatIsNotSetUpDoesNothing) {
       [[HLVSDKAddPaylevenCreditCardRequestInfo new] autorelease];
   [empty setPaylevenToken:@"tok"];
   EXPECT_TRUE([[empty paylevenToken] isEqual:@"tok"]);
+  EXPECT_EQ([empty JSONRepresentation], nil) << "a missing body of the host stays missing";
   EXPECT_EQ(host->takeTrace(), "");
 }
 
