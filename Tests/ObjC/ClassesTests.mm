@@ -93,12 +93,11 @@ TEST_F(EnablingTest, AConfigurationBlockMakesAnImmutableRecord) {
   EXPECT_NE(copy, record);
   EXPECT_EQ([copy paymentKey], [record paymentKey]) << "not copied again";
   EXPECT_EQ([[HLVSDKPaylevenKitConfiguration configurationWithBlock:nil] paymentKey], nil);
-  for (id source in @[ [[TestKeyHolder new] autorelease], [NSNull null] ]) {
-    const bool hasKey = [source isKindOfClass:[TestKeyHolder class]];
-    HLVSDKPaylevenKitConfiguration* const made = [[[HLVSDKPaylevenKitConfiguration alloc]
-        initWithConfiguration:hasKey ? source : nil] autorelease];
-    EXPECT_TRUE(hasKey ? [[made paymentKey] isEqual:@"held"] : made && ![made paymentKey]);
-  }
+  const auto madeOf = [](id source) {
+    return [[[HLVSDKPaylevenKitConfiguration alloc] initWithConfiguration:source] autorelease];
+  };
+  EXPECT_TRUE([[madeOf([[TestKeyHolder new] autorelease]) paymentKey] isEqual:@"held"]);
+  EXPECT_TRUE(madeOf(nil) && ![madeOf(nil) paymentKey]);
 }
 
 TEST_F(EnablingTest, FaultsOfTheConfigurationAreAssertedAndNothingIsCreated) {
@@ -228,7 +227,7 @@ class SynchronizerTest : public ObjCTest {
               paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
 };
 
-TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndTheMainThreadHearsOfIt) {
+TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndReportedOnTheMainThread) {
   [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
   EXPECT_TRUE([synchronizer isSynchronizing]);
   const std::string said = host->takeTrace();
