@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -60,8 +59,8 @@ class SandboxClient {
 ///     sandbox.signIn("guest@example.com");
 ///     hlv::Host::install(sandbox.host());
 ///
-/// The server deletes it when this object goes, or in an hour. The host's side keeps its store in a
-/// folder for temporary files. Members throw `ClientError`.
+/// The server deletes it when this object goes, or in an hour. The host's side leaves no file.
+/// Members throw `ClientError`.
 ///
 /// Threading: any; it is destroyed on another thread than its host's calls complete on.
 class TestSandbox {
@@ -84,14 +83,10 @@ class TestSandbox {
   void signIn(const std::string& email) const;
 
  private:
-  struct Folder;
-
   TestSandbox(std::shared_ptr<const SandboxClient> client, const NewSandbox& options);
 
   std::shared_ptr<const SandboxClient> client_;
   SandboxDescription description_;
-  // Goes away after the store that lies in it.
-  std::shared_ptr<const Folder> folder_;
   std::shared_ptr<sandbox::Sandbox> local_;
   std::shared_ptr<RemoteHost> host_;
 };

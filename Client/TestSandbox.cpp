@@ -1,5 +1,3 @@
-#include <cstdlib>
-#include <system_error>
 #include <utility>
 
 #include "Client/Sandboxes.h"
@@ -19,22 +17,6 @@ NewSandbox usualOptions() {
 
 }  // namespace
 
-struct TestSandbox::Folder {
-  Folder() {
-    auto name = (std::filesystem::temp_directory_path() / "paylevenkit-XXXXXX").string();
-    if (!::mkdtemp(name.data())) throw ClientError("No folder for temporary files can be made.");
-    path = name;
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::filesystem::path path;
-};
-
 TestSandbox TestSandbox::create(const std::string& providerURL) {
   return create(providerURL, usualOptions());
 }
@@ -44,10 +26,8 @@ TestSandbox TestSandbox::create(const std::string& providerURL, const NewSandbox
 }
 
 TestSandbox::TestSandbox(std::shared_ptr<const SandboxClient> client, const NewSandbox& options)
-    : client_(std::move(client)), folder_(std::make_shared<Folder>()) {
-  sandbox::SandboxOptions localOptions;
-  localOptions.storePath = folder_->path / "local.sqlite";
-  const auto opened = sandbox::Sandbox::open(localOptions);
+    : client_(std::move(client)) {
+  const auto opened = sandbox::Sandbox::openInMemory();
   if (!opened.sandbox) throw ClientError(opened.problem);
   local_ = opened.sandbox;
   description_ = client_->create(options);

@@ -29,9 +29,9 @@ class PLVCreditCardPaymentInstrument;
 class PLVInAppClient;
 
 /// Every class operation and constant of the classes in this folder asks the installed host. While
-/// none is installed they answer null, and the first one says so on standard error.
+/// none is installed they return null, and the first one says so on standard error.
 ///
-/// Implementations must answer from any thread, hold no lock while doing so, and may answer null
+/// Implementations must take calls from any thread, hold no lock meanwhile, and may return null
 /// wherever a pointer or a missing string is returned.
 class HLV_EXPORT Host : public Object {
  public:
@@ -40,7 +40,7 @@ class HLV_EXPORT Host : public Object {
   /// Replaces the host; null removes it.
   static void install(std::shared_ptr<Host> host);
 
-  /// Asks the installed host, or answers the zero of the result.
+  /// Asks the installed host, or returns the zero of the result.
   template <class Question, class... Arguments>
   static auto ask(Question question, Arguments&&... arguments) {
     using Result = std::decay_t<std::invoke_result_t<Question, Host&, Arguments...>>;

@@ -3,9 +3,8 @@
 // Threading: immutable; any thread.
 #pragma once
 
-#include <string>
-
 #include "Values/Export.h"
+#include "Values/NullableString.h"
 #include "Values/Value.h"
 
 namespace hlv {
@@ -15,7 +14,8 @@ inline constexpr const char* UIApplicationWillEnterForegroundNotification =
     "UIApplicationWillEnterForegroundNotification";
 
 struct HLV_EXPORT Notification {
-  std::string name;
+  /// Nobody observes a notification without a name.
+  NullableString name;
   Dictionary userInfo;
 };
 

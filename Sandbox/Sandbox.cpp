@@ -47,6 +47,8 @@ Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
   return over(std::move(opened.store), options);
 }
 
+Sandbox::Opened Sandbox::openInMemory() { return over(Store::openInMemory(), {}); }
+
 Sandbox::Opened Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
   try {
     auto remote = options.remoteLogPath.empty() && options.storePath.empty()

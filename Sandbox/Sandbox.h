@@ -49,6 +49,8 @@ class Sandbox {
 
   /// Opens a store, or makes one. Whatever an earlier process stored is still there.
   [[nodiscard]] static Opened open(const SandboxOptions& options);
+  /// The same with a new store that goes with the sandbox and leaves no file, nor a log.
+  [[nodiscard]] static Opened openInMemory();
   /// The same on a store that is open already; only the options about logs count. For a server.
   [[nodiscard]] static Opened over(std::shared_ptr<Store> store, const SandboxOptions& options);
   ~Sandbox();

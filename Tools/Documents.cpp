@@ -93,7 +93,7 @@ std::string completion(const CLI::App& app) {
   for (const auto* option : app.get_options()) {
     everywhere += "--" + option->get_lnames().front() + " ";
   }
-  return "# bash completion for paylevenkit; zsh reads it after bashcompinit.\n"
+  return "# Completion for paylevenkit: for bash, and for zsh after bashcompinit.\n"
          "_paylevenkit() {\n"
          "  local current=${COMP_WORDS[COMP_CWORD]} call=paylevenkit word words\n"
          "  local everywhere=\"" +
@@ -101,10 +101,11 @@ std::string completion(const CLI::App& app) {
          "\"\n"
          "  case ${COMP_WORDS[COMP_CWORD - 1]} in\n"
          "    --store | --ports-file)\n"
-         "      mapfile -t COMPREPLY < <(compgen -f -- \"$current\")\n"
+         "      local IFS=$'\\n'\n"
+         "      COMPREPLY=($(compgen -f -- \"$current\"))\n"
          "      return ;;\n"
          "  esac\n"
-         "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+         "  for word in \"${COMP_WORDS[@]:1:$((COMP_CWORD - 1))}\"; do\n"
          "    case \"$call $word\" in\n"
          "      " +
          calls +
@@ -114,7 +115,7 @@ std::string completion(const CLI::App& app) {
          "  case $call in\n" +
          words +
          "  esac\n"
-         "  mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\")\n"
+         "  COMPREPLY=($(compgen -W \"$words\" -- \"$current\"))\n"
          "}\n"
          "complete -F _paylevenkit paylevenkit\n";
 }

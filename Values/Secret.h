@@ -8,7 +8,7 @@
 
 namespace hlv {
 
-/// Asks a record for a text and overwrites it when done. The answer is built in place, and nothing
+/// Asks a record for a text and overwrites it when done. The text is built in place, and nothing
 /// copies or moves it: a moved string leaves its characters behind.
 ///
 /// Threading: one thread at a time.

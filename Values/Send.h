@@ -10,7 +10,7 @@
 
 namespace hlv {
 
-/// Calls `method` on `receiver`. A null receiver does nothing and answers the zero of the result:
+/// Calls `method` on `receiver`. A null receiver does nothing and returns the zero of the result:
 /// false, 0, a missing string, a missing list, a null object.
 template <class Receiver, class Method, class... Arguments>
 auto send(const std::shared_ptr<Receiver>& receiver, Method method, Arguments&&... arguments) {

@@ -35,8 +35,8 @@ else()
 endif()
 
 add_library(HLVSDKPaylevenKitObjC STATIC
+  ObjC/Binding/AnyString.mm
   ObjC/Binding/Errors.mm
-  ObjC/Host/Install.mm
   ObjC/Binding/Strings.mm
   ObjC/Binding/Values.mm
   ObjC/Binding/WeakObject.mm
@@ -49,7 +49,6 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentManager.mm
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentsSynchronizer.mm
   ObjC/Classes/HLVSDKPaymentManager.mm
-  ObjC/Binding/AnyString.mm
   ObjC/Foundation/BlocksRuntime.mm
   ObjC/Foundation/DispatchQueues.mm
   ObjC/Foundation/FoundationNotificationCenter.mm
@@ -57,10 +56,10 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Foundation/OperationQueues.mm
   ObjC/Host/APIManager.mm
   ObjC/Host/Completions.mm
-  ObjC/Host/Configuration.mm
   ObjC/Host/FrameworkHost.mm
   ObjC/Host/InAppClient.mm
-  ObjC/Host/KitProtocols.mm
+  ObjC/Host/Install.mm
+  ObjC/Host/InstrumentsSynchronizer.mm
   ObjC/Host/Logger.mm
   ObjC/Host/Pairs.mm
   ObjC/Host/Records.mm
@@ -68,8 +67,3 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Host/Services.mm)
 target_link_libraries(HLVSDKPaylevenKitObjC
   PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_shipped_flags)
-
-if(HLVSDKPAYLEVENKIT_OBJC_TESTS)
-  enable_testing()
-  include(cmake/ObjCTests.cmake)
-endif()

@@ -1,33 +1,14 @@
-# The host SDK's and the provider's classes, played by the sandbox, and an Objective-C app.
+# An Objective-C app whose host is the sandbox.
 enable_language(OBJC)
 
 add_library(HLVSandboxObjC STATIC
-  ObjC/Sandbox/AddressKeys.mm
+  ObjC/Sandbox/Constants.mm
   ObjC/Sandbox/Failure.cpp
-  ObjC/Sandbox/HLVErrorFacade.mm
-  ObjC/Sandbox/HLVSDKAPIManager.mm
-  ObjC/Sandbox/HLVSDKAsserts.mm
-  ObjC/Sandbox/HLVSDKConsoleLogger.mm
-  ObjC/Sandbox/HLVSDKReachability.mm
-  ObjC/Sandbox/HLVSDKRemoteLogger.mm
   ObjC/Sandbox/HLVSandbox.mm
-  ObjC/Sandbox/LogLineWriter.mm
-  ObjC/Sandbox/OpenSandbox.mm
-  ObjC/Sandbox/PLVInAppClient.mm
-  ObjC/Sandbox/SandboxAddCardRequest.mm
-  ObjC/Sandbox/SandboxBillingAddress.mm
-  ObjC/Sandbox/SandboxCardInstrument.mm
-  ObjC/Sandbox/SandboxConfiguration.mm
-  ObjC/Sandbox/SandboxConstants.mm
-  ObjC/Sandbox/SandboxCreditCard.mm
-  ObjC/Sandbox/SandboxGuest.mm
-  ObjC/Sandbox/SandboxKitEntry.mm
-  ObjC/Sandbox/SandboxPaymentInstrument.mm
-  ObjC/Sandbox/SandboxSession.mm
-  ObjC/Sandbox/SandboxUpdateGuestRequest.mm
   ObjC/Sandbox/SidesAsLines.mm)
 target_link_libraries(HLVSandboxObjC
-  PUBLIC HLVSDKPaylevenKitObjC HLVSDKPaylevenSandbox PRIVATE hlv_shipped_flags)
+  PUBLIC HLVSDKPaylevenKitObjC HLVSDKPaylevenSandbox
+  PRIVATE HLVHostClassesObjC hlv_shipped_flags)
 
 # The classes are those of frameworks: the kit asks for them by name, so all of them are linked,
 # whether or not the app names them.

@@ -11,7 +11,8 @@ add_executable(ObjCTests
   Tests/ObjC/RunTimeTableTests.mm
   Tests/ObjC/Sanitizers.cpp
   Tests/ObjC/TestAddressKeys.mm
-  Tests/ObjC/TestHost.mm)
+  Tests/Support/ScriptedHost.cpp
+  $<TARGET_OBJECTS:HLVHostClassesObjC>)
 set(run_time_table ${PROJECT_SOURCE_DIR}/Tests/ObjC/runtime-table.txt)
 target_compile_definitions(ObjCTests PRIVATE HLV_RUN_TIME_TABLE="${run_time_table}")
 # Whole: a class that is only looked up by its name must be there too.

@@ -17,10 +17,10 @@ class HLVSDKUpdateGuestRequestInfo;
 
 /// Implementations must
 /// - take every operation from any thread, and skip an empty completion;
-/// - answer each call once, on any thread, inside the call or later. The kit takes one reply a
+/// - reply to each call once, on any thread, inside the call or later. The kit takes one reply a
 ///   call and ignores further ones, except where it hands over the app's own completion
 ///   (`updateCreditCard`);
-/// - give no error on success, and free a callback that will never be answered.
+/// - give no error on success, and free a callback that will never be called.
 class HLV_EXPORT HLVSDKAPIManager : public Object {
  public:
   /// `+manager`. The one client of the process.
@@ -31,14 +31,14 @@ class HLV_EXPORT HLVSDKAPIManager : public Object {
       const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
       HLVSDKGuestCompletion completion) = 0;
 
-  /// `-addCreditCardForGuest:withRequestInfo:completion:`. Answers with the backend's record of the
+  /// `-addCreditCardForGuest:withRequestInfo:completion:`. Replies with the backend's record of the
   /// new card. `requestInfo` may be null.
   virtual void addCreditCardForGuest(
       const std::shared_ptr<HLVSDKGuest>& guest,
       const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
       HLVSDKGuestCardCompletion completion) = 0;
 
-  /// `-deleteCreditCardWithID:fromGuest:completion:`. Answers with the guest as it is afterwards,
+  /// `-deleteCreditCardWithID:fromGuest:completion:`. Replies with the guest as it is afterwards,
   /// its provider user token included.
   virtual void deleteCreditCardWithID(const NullableString& ID,
                                       const std::shared_ptr<HLVSDKGuest>& guest,
@@ -51,7 +51,7 @@ class HLV_EXPORT HLVSDKAPIManager : public Object {
                                 const std::shared_ptr<HLVSDKGuest>& guest,
                                 HLVSDKGuestCardCompletion completion) = 0;
 
-  /// `-fetchGuestCreditCards:completion:`. Answers with every card that the backend has.
+  /// `-fetchGuestCreditCards:completion:`. Replies with every card that the backend has.
   virtual void fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                                      HLVSDKCreditCardsCompletion completion) = 0;
 };

@@ -1,4 +1,4 @@
-// The shapes in which card operations answer.
+// The shapes in which card operations report.
 #pragma once
 
 #include <functional>

@@ -3,6 +3,7 @@
 // Threading: any.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "Values/Export.h"

@@ -8,7 +8,7 @@
 
 namespace hlv {
 
-/// Implementations must answer from any thread.
+/// Implementations must take calls from any thread.
 class HLV_EXPORT HLVSDKCreditCard : public Object {
  public:
   /// `+cardBrandFromNumber:`. The brand of a card number, spelled as the provider spells

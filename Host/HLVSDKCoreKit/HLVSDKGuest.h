@@ -14,7 +14,7 @@ namespace hlv {
 class HLVSDKCreditCard;
 
 /// Implementations must
-/// - answer from any thread, with what the guest has at that moment;
+/// - return, on any thread, what the guest has at that moment;
 /// - be the same object for as long as the same guest is signed in, and carry what the backend
 ///   stored: the kit reads the current guest once and keeps that object.
 class HLV_EXPORT HLVSDKGuest : public Object {

@@ -7,7 +7,7 @@
 
 namespace hlv {
 
-/// Any field may be missing. Implementations must answer from any thread.
+/// Any field may be missing. Implementations must take calls from any thread.
 class HLV_EXPORT HLVSDKPaymentBillingAddress : public Object {
  public:
   virtual NullableString countryCode() const = 0;

@@ -9,7 +9,7 @@
 namespace hlv {
 
 /// Implementations must
-/// - answer from any thread; the kit reads the card before and after the provider has it;
+/// - take calls from any thread; the kit reads the card before and after the provider has it;
 /// - keep `pan` and `cvv` out of every error that `isValid` makes.
 class HLV_EXPORT HLVSDKPaymentInstrument : public Object {
  public:
@@ -23,7 +23,7 @@ class HLV_EXPORT HLVSDKPaymentInstrument : public Object {
   virtual NullableString instrumentUseCaseString() const = 0;
 
   /// `-isValid:`. The card checks itself. `error` may be null, and may be left alone when the
-  /// answer is false.
+  /// result is false.
   [[nodiscard]] virtual bool isValid(ErrorPtr* error) const = 0;
 
   /// `-setExternalIdentifier:`. Receives the identifier of the provider's instrument.

@@ -13,7 +13,7 @@ namespace hlv {
 class HLVSDKPaymentBillingAddress;
 class HLVSDKPaymentInstrument;
 
-/// Any argument may be missing; which are required, and who answers on which thread, is the
+/// Any argument may be missing; which are required, and which thread completes, is the
 /// implementing class's contract.
 class HLV_EXPORT HLVSDKPaymentInstrumentManager : public Object {
  public:

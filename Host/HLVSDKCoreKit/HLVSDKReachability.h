@@ -10,7 +10,7 @@
 
 namespace hlv {
 
-/// Implementations must answer from any thread, and post
+/// Implementations must take calls from any thread, and post
 /// `HLVSDKReachabilityDidChangeReachabilityStateNotification` when the state changes.
 class HLV_EXPORT HLVSDKReachability : public Object {
  public:

@@ -39,7 +39,7 @@ class HLV_EXPORT HLVSDKAddCreditCardRequestInfo : public Object {
   virtual void setProvider(std::int64_t provider);
   /// `-JSONRepresentation`. A body of its own; later changes of the request do not reach it.
   virtual Dictionary JSONRepresentation() const;
-  /// `-isValid:`. `error` may be null; it is set only when the answer is false.
+  /// `-isValid:`. `error` may be null; it is set only when the result is false.
   [[nodiscard]] virtual bool isValid(ErrorPtr* error) const;
 
   /// The host's part, for hosts that know their own. Never null.

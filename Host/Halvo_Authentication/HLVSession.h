@@ -9,7 +9,7 @@
 
 namespace hlv {
 
-/// Implementations must answer from any thread.
+/// Implementations must take calls from any thread.
 class HLV_EXPORT HLVSession : public Object {
  public:
   /// `+activeSession`. Null when there is none, which counts as not authorised.

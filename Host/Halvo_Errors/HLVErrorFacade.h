@@ -13,7 +13,7 @@
 namespace hlv {
 
 /// Made anew for every error. Implementations must
-/// - answer on any thread and never answer null;
+/// - take calls from any thread and never return null;
 /// - copy the byte strings they are given;
 /// - mask card numbers to their last four digits in every text they make.
 class HLV_EXPORT HLVErrorFacade : public Object {

@@ -23,9 +23,9 @@ using PLVPaymentInstrumentsCompletion =
 
 /// Implementations must
 /// - take every operation from any thread, several at once, and skip an empty completion;
-/// - answer each call once, on any thread, inside the call or later. The kit takes one reply a
+/// - reply to each call once, on any thread, inside the call or later. The kit takes one reply a
 ///   call and ignores further ones;
-/// - give no error on success, and free a callback that will never be answered.
+/// - give no error on success, and free a callback that will never be called.
 class HLV_EXPORT PLVInAppClient : public Object {
  public:
   /// `+sharedInstance`. The one client of the process.

@@ -26,7 +26,7 @@ class HLV_EXPORT PLVPaymentInstrument : public Object {
 };
 
 /// A card instrument: made from an entered card, or listed by the provider. Implementations must
-/// answer from any thread.
+/// take calls from any thread.
 class HLV_EXPORT PLVCreditCardPaymentInstrument : public PLVPaymentInstrument {
  public:
   /// The provider's identifier of a stored instrument.

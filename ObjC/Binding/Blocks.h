@@ -6,7 +6,6 @@
 #include <Block.h>
 
 #include <functional>
-#include <utility>
 
 #include "ObjC/Binding/Crossing.h"
 

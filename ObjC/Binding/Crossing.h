@@ -6,6 +6,7 @@
 #import <Foundation/Foundation.h>
 
 #include <memory>
+#include <optional>
 
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
@@ -39,8 +40,9 @@ NSArray* crossing(const NullableList<T>& list) {
 template <class Adapted, class Interface>
 NullableList<Interface> adaptedList(NSArray* array) {
   if (!array) return std::nullopt;
-  List<Interface> list;
-  for (id element in array) list.push_back(adapted<Adapted>(element));
+  List<Interface> list([array count]);
+  auto place = list.begin();
+  for (id element in array) *place++ = adapted<Adapted>(element);
   return list;
 }
 

@@ -32,10 +32,13 @@ class Adapter : public Interface, public Held {
   Original object() const { return static_cast<Original>(held()); }
 };
 
-/// `object` as the core sees it; nil is null.
+/// `object` as the core sees it; nil is null. All adapters are counted as what they hold, so that
+/// the code for it is there once.
 template <class Adapted>
 [[gnu::noinline]] std::shared_ptr<Adapted> adapted(id object) {
-  return object ? std::make_shared<Adapted>(object) : nullptr;
+  if (!object) return nullptr;
+  auto* const made = new Adapted(object);
+  return std::shared_ptr<Adapted>(std::shared_ptr<Held>(made), made);
 }
 
 /// The very object that an adapter was made of; nil for null. It lives as long as its pool.

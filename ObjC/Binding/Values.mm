@@ -71,8 +71,7 @@ NSDictionary* toNSDictionary(const Dictionary& dictionary) {
 }
 
 Notification fromNSNotification(NSNotification* notification) {
-  return {fromNSString([notification name]).value_or(""),
-          fromNSDictionary([notification userInfo])};
+  return {fromNSString([notification name]), fromNSDictionary([notification userInfo])};
 }
 
 }  // namespace hlv::objc

@@ -2,8 +2,6 @@
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentManager.h>
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h>
 
-#include <objc/runtime.h>
-
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -12,23 +10,21 @@
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Values.h"
-#include "ObjC/Host/Configuration.h"
 #include "ObjC/Host/HostMessages.h"
 #include "ObjC/Host/Install.h"
-#include "ObjC/Host/KitProtocols.h"
+#include "ObjC/Host/InstrumentsSynchronizer.h"
 #include "ObjC/Host/Records.h"
+#include "Platform/SharedSlot.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Values/Send.h"
 
 using CoreKit = hlv::HLVSDKPayleven;
 using hlv::send;
 using hlv::objc::adapted;
-using hlv::objc::Configuration;
 using hlv::objc::fromNSNotification;
 using hlv::objc::Guest;
-using hlv::objc::InstrumentManager;
+using hlv::objc::Held;
 using hlv::objc::InstrumentsSynchronizer;
-using hlv::objc::KitConfiguration;
 using hlv::objc::original;
 using hlv::objc::toHost;
 
@@ -47,8 +43,12 @@ class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
 
 }  // namespace
 
+// What the core has no use for stays an object of the app's.
 struct HLVPaylevenCore {
   std::shared_ptr<KitDirector> kit;
+  hlv::SharedSlot<Held> configuration;
+  hlv::SharedSlot<Held> kitConfiguration;
+  hlv::SharedSlot<Held> paymentInstrumentManager;
 };
 
 @implementation HLVSDKPayleven
@@ -71,11 +71,17 @@ static void replaceSharedObject(HLVSDKPayleven* object) {
   [object release];
 }
 
-/// Null for an object without a core: a stand-in of another class, or one that is not initialised.
+/// Null for an object that is not initialised.
 static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
-  Class type = object_getClass(object);
-  while (type && type != [HLVSDKPayleven class]) type = class_getSuperclass(type);
-  return type && object->_core ? object->_core->kit : nullptr;
+  return object->_core ? object->_core->kit : nullptr;
+}
+
+static id load(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::*slot) {
+  return core ? original((core->*slot).load()) : nil;
+}
+
+static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::*slot, id object) {
+  if (core) (core->*slot).store(adapted<Held>(object));
 }
 
 + (void)initialize {
@@ -118,7 +124,7 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 - (instancetype)initWithConfiguration:(HLVSDKConfiguration*)configuration
              paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
   if ((self = [super init])) {
-    _core = new HLVPaylevenCore{std::make_shared<KitDirector>(self)};
+    _core = new HLVPaylevenCore{.kit = std::make_shared<KitDirector>(self)};
     [self setConfiguration:configuration];
     [self setKitConfiguration:kitConfiguration];
     [self setCurrentGuest:[HLVSDKGuest currentGuest]];
@@ -135,7 +141,8 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 - (instancetype)init {
-  if ((self = [super init])) _core = new HLVPaylevenCore{std::make_shared<KitDirector>(self)};
+  if ((self = [super init]))
+    _core = new HLVPaylevenCore{.kit = std::make_shared<KitDirector>(self)};
   return self;
 }
 
@@ -153,13 +160,11 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 #endif
 
 - (id<HLVSDKPaymentInstrumentManager>)paymentInstrumentManager {
-  return original(send(coreOf(self), &KitDirector::paymentInstrumentManager));
+  return load(_core, &HLVPaylevenCore::paymentInstrumentManager);
 }
 
 - (void)setPaymentInstrumentManager:(id<HLVSDKPaymentInstrumentManager>)manager {
-  if (const auto kit = coreOf(self)) {
-    kit->setPaymentInstrumentManager(adapted<InstrumentManager>(manager));
-  }
+  store(_core, &HLVPaylevenCore::paymentInstrumentManager, manager);
 }
 
 - (id<HLVSDKPaymentInstrumentsSynchronizer>)paymentInstrumentsSynchronizer {
@@ -173,20 +178,19 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 - (HLVSDKConfiguration*)configuration {
-  return original(send(coreOf(self), &KitDirector::configuration));
+  return load(_core, &HLVPaylevenCore::configuration);
 }
 
 - (void)setConfiguration:(HLVSDKConfiguration*)configuration {
-  send(coreOf(self), &KitDirector::setConfiguration, adapted<Configuration>(configuration));
+  store(_core, &HLVPaylevenCore::configuration, configuration);
 }
 
 - (HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  return original(send(coreOf(self), &KitDirector::kitConfiguration));
+  return load(_core, &HLVPaylevenCore::kitConfiguration);
 }
 
 - (void)setKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
-  send(coreOf(self), &KitDirector::setKitConfiguration,
-       adapted<KitConfiguration>(kitConfiguration));
+  store(_core, &HLVPaylevenCore::kitConfiguration, kitConfiguration);
 }
 
 - (HLVSDKGuest*)currentGuest {
@@ -244,13 +248,11 @@ static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
 }
 
 + (void)resetSharedInstance {
-  CoreKit::resetSharedInstance();
   sharedOnce().reset();
   replaceSharedObject(nil);
 }
 
 + (void)setSharedInstance:(HLVSDKPayleven*)instance {
-  CoreKit::setSharedInstance(coreOf(instance));
   replaceSharedObject(instance);
 }
 

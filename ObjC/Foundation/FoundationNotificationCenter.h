@@ -3,6 +3,8 @@
 // Threading: any; handlers run on the thread that posts.
 #pragma once
 
+#include <memory>
+
 #include "Platform/NotificationCenter.h"
 
 namespace hlv::objc {

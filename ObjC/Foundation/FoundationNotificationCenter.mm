@@ -69,6 +69,7 @@ std::unique_ptr<Observation> FoundationNotificationCenter::observe(const Nullabl
 }
 
 void FoundationNotificationCenter::post(const Notification& notification) {
+  if (!notification.name) return;
   [[NSNotificationCenter defaultCenter] postNotificationName:toNSString(notification.name)
                                                       object:nil
                                                     userInfo:toNSDictionary(notification.userInfo)];

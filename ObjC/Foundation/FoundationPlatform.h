@@ -4,6 +4,9 @@
 // Threading: any.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "Platform/Platform.h"
 
 namespace hlv::objc {

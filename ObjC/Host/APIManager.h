@@ -5,6 +5,8 @@
 
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
+#include <memory>
+
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "ObjC/Binding/Held.h"
 

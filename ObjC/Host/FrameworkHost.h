@@ -3,6 +3,7 @@
 // Threading: any.
 #pragma once
 
+#include <memory>
 #include <utility>
 
 #include "Host/Host.h"

@@ -1,5 +1,7 @@
 #include "ObjC/Host/FrameworkHost.h"
 
+#include <utility>
+
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Host/APIManager.h"
 #include "ObjC/Host/InAppClient.h"
@@ -11,25 +13,27 @@
 namespace hlv::objc {
 namespace {
 
-HLVSDKConstants texts() {
+HLVSDKConstants textsWithKeys(NSArray* addressKeys) {
+  const std::pair<NullableString HLVSDKConstants::*, NSString*> rows[] = {
+      {&HLVSDKConstants::useCaseDefault, ::kHLVSDKCreditCardUseCaseDefault},
+      {&HLVSDKConstants::useCasePrivate, ::kHLVSDKCreditCardUseCasePrivate},
+      {&HLVSDKConstants::useCaseBusiness, ::kHLVSDKCreditCardUseCaseBusiness},
+      {&HLVSDKConstants::urlErrorDomain, ::HLVURLErrorDomain},
+      {&HLVSDKConstants::paymentErrorDomain, ::HLVPaymentErrorDomain},
+      {&HLVSDKConstants::authorizationStatusNotification,
+       ::kHLVSDKDidChangeAuthorizationStatusNotification},
+      {&HLVSDKConstants::isAuthorizedKey, ::kHLVSDKNotificationUserInfoIsAuthorizedKey},
+      {&HLVSDKConstants::reachabilityStateNotification,
+       ::HLVSDKReachabilityDidChangeReachabilityStateNotification},
+      {&HLVSDKConstants::reachabilityStateKey,
+       ::HLVSDKReachabilityDidChangeReachabilityNotificationStateKey},
+      {&HLVSDKConstants::reachabilityPreviousStateKey,
+       ::HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey}};
   HLVSDKConstants texts;
-  texts.useCaseDefault = fromNSString(::kHLVSDKCreditCardUseCaseDefault);
-  texts.useCasePrivate = fromNSString(::kHLVSDKCreditCardUseCasePrivate);
-  texts.useCaseBusiness = fromNSString(::kHLVSDKCreditCardUseCaseBusiness);
-  for (NSString* key in ::HLVSDKCreditCardBusinessAddressJSONKeyes) {
+  for (const auto& [member, text] : rows) texts.*member = fromNSString(text);
+  for (NSString* key in addressKeys) {
     texts.businessAddressJSONKeyes.push_back(fromNSString(key));
   }
-  texts.urlErrorDomain = fromNSString(::HLVURLErrorDomain);
-  texts.paymentErrorDomain = fromNSString(::HLVPaymentErrorDomain);
-  texts.authorizationStatusNotification =
-      fromNSString(::kHLVSDKDidChangeAuthorizationStatusNotification);
-  texts.isAuthorizedKey = fromNSString(::kHLVSDKNotificationUserInfoIsAuthorizedKey);
-  texts.reachabilityStateNotification =
-      fromNSString(::HLVSDKReachabilityDidChangeReachabilityStateNotification);
-  texts.reachabilityStateKey =
-      fromNSString(::HLVSDKReachabilityDidChangeReachabilityNotificationStateKey);
-  texts.reachabilityPreviousStateKey =
-      fromNSString(::HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey);
   return texts;
 }
 
@@ -52,7 +56,7 @@ std::shared_ptr<const HLVSDKConstants> FrameworkHost::constants() {
   NSArray* const keys = ::HLVSDKCreditCardBusinessAddressJSONKeyes;
   auto known = constants_.load();
   if (!known || (keys != known->keys.held() && ![keys isEqual:known->keys.held()])) {
-    known = std::make_shared<Constants>(texts(), [[keys copy] autorelease]);
+    known = std::make_shared<Constants>(textsWithKeys(keys), [[keys copy] autorelease]);
     constants_.store(known);
   }
   return std::shared_ptr<const HLVSDKConstants>(known, &known->texts);

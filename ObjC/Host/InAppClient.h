@@ -5,6 +5,8 @@
 
 #import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
+#include <memory>
+
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "ObjC/Binding/Held.h"
 

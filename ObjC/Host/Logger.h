@@ -3,6 +3,8 @@
 // Threading: any.
 #pragma once
 
+#include <vector>
+
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "ObjC/Binding/Held.h"
 

@@ -5,6 +5,8 @@
 
 #import <HLVSDKPaylevenKit/HLVSDKPLVPaymentInstrument.h>
 
+#include <memory>
+
 #include "Models/HLVSDKPLVPaymentInstrument.h"
 #include "ObjC/Binding/Crossing.h"
 

@@ -19,8 +19,9 @@ std::shared_ptr<HLVSDKPLVPaymentInstrument> corePair(::HLVSDKPLVPaymentInstrumen
 
 NullableList<HLVSDKPLVPaymentInstrument> corePairs(NSArray* pairs, NSError* error) {
   if (error) return std::nullopt;
-  List<HLVSDKPLVPaymentInstrument> list;
-  for (::HLVSDKPLVPaymentInstrument* pair in pairs) list.push_back(corePair(pair));
+  List<HLVSDKPLVPaymentInstrument> list([pairs count]);
+  auto place = list.begin();
+  for (::HLVSDKPLVPaymentInstrument* pair in pairs) *place++ = corePair(pair);
   return list;
 }
 

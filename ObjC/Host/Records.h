@@ -6,6 +6,8 @@
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 #import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
+#include <cstdint>
+
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"

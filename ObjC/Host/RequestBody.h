@@ -5,6 +5,7 @@
 
 #import <HLVSDKPaylevenKit/HLVSDKAddPaylevenCreditCardRequestInfo.h>
 
+#include <cstdint>
 #include <memory>
 
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"

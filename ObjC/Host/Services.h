@@ -7,6 +7,8 @@
 #import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
 #import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
+#include <cstdint>
+
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"

@@ -2,26 +2,29 @@
 
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/Host/Install.h"
+#include "ObjC/HostClasses/Configuration.h"
+#include "ObjC/HostClasses/PlayedHost.h"
+#include "ObjC/HostClasses/Records.h"
+#include "ObjC/Sandbox/Constants.h"
 #include "ObjC/Sandbox/Failure.h"
-#include "ObjC/Sandbox/OpenSandbox.h"
-#include "ObjC/Sandbox/SandboxBillingAddress.h"
-#include "ObjC/Sandbox/SandboxConfiguration.h"
-#include "ObjC/Sandbox/SandboxConstants.h"
-#include "ObjC/Sandbox/SandboxKitEntry.h"
-#include "ObjC/Sandbox/SandboxPaymentInstrument.h"
 #include "ObjC/Sandbox/SidesAsLines.h"
+#include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Records/EnteredAddress.h"
+#include "Sandbox/Sandbox.h"
 
+using hlv::host_classes::asObject;
+using hlv::host_classes::PlayedHost;
 using hlv::objc::fromNSString;
 using hlv::objc::toNSString;
 using hlv::sandbox::EnteredAddress;
 using hlv::sandbox::EnteredCard;
 using hlv::sandbox::Sandbox;
-using hlv::sandbox::objc::OpenSandbox;
 using hlv::sandbox::objc::problemOf;
 
 struct HLVSandboxCore {
-  std::shared_ptr<OpenSandbox> open;
+  std::shared_ptr<Sandbox> sandbox;
+  std::shared_ptr<PlayedHost> played;
 };
 
 namespace {
@@ -63,8 +66,8 @@ NSString* sentence(const std::string& problem) {
 
 - (instancetype)initWithSandbox:(const std::shared_ptr<Sandbox>&)sandbox {
   if ((self = [super init])) {
-    _core = new HLVSandboxCore{std::make_shared<OpenSandbox>(sandbox)};
-    OpenSandbox::letPlay(_core->open);
+    _core = new HLVSandboxCore{sandbox, std::make_shared<PlayedHost>(sandbox->host())};
+    PlayedHost::install(_core->played);
   }
   return self;
 }
@@ -75,25 +78,25 @@ NSString* sentence(const std::string& problem) {
 }
 
 - (NSString*)signInWithEmail:(NSString*)email {
-  return sentence(problemOf([&] { return _core->open->sandbox().signIn(textOf(email)); }));
+  return sentence(problemOf([&] { return _core->sandbox->signIn(textOf(email)); }));
 }
 
 - (NSString*)signOut {
   return sentence(problemOf([&] {
-    _core->open->sandbox().signOut();
+    _core->sandbox->signOut();
     return std::string();
   }));
 }
 
 - (NSString*)setReachable:(BOOL)reachable {
   return sentence(problemOf([&] {
-    _core->open->sandbox().setReachable(reachable);
+    _core->sandbox->setReachable(reachable);
     return std::string();
   }));
 }
 
 - (void)enterForeground {
-  _core->open->sandbox().enterForeground();
+  _core->sandbox->enterForeground();
 }
 
 + (HLVSDKPaymentInstrument*)paymentInstrumentFromTestCard:(NSString*)name
@@ -102,8 +105,7 @@ NSString* sentence(const std::string& problem) {
   if (!known) return nil;
   auto fields = known->fields;
   fields.useCase = textOf(useCase);
-  return [[[SandboxPaymentInstrument alloc] initWithCard:EnteredCard::make(std::move(fields))]
-      autorelease];
+  return asObject(EnteredCard::make(std::move(fields)));
 }
 
 + (HLVSDKPaymentBillingAddress*)billingAddressWithStreet:(NSString*)street
@@ -111,34 +113,31 @@ NSString* sentence(const std::string& problem) {
                                              countryCode:(NSString*)countryCode
                                                      zip:(NSString*)zip
                                             businessName:(NSString*)businessName {
-  return [[[SandboxBillingAddress alloc]
-      initWithAddress:EnteredAddress::make({.street = fromNSString(street),
-                                            .city = fromNSString(city),
-                                            .countryCode = fromNSString(countryCode),
-                                            .zip = fromNSString(zip),
-                                            .businessName = fromNSString(businessName)})]
-      autorelease];
+  return asObject(EnteredAddress::make({.street = fromNSString(street),
+                                        .city = fromNSString(city),
+                                        .countryCode = fromNSString(countryCode),
+                                        .zip = fromNSString(zip),
+                                        .businessName = fromNSString(businessName)}));
 }
 
 + (id)entryWithKit:(Class)kit configuration:(id)configuration {
-  return [[[SandboxKitEntry alloc] initWithKit:kit configuration:configuration] autorelease];
+  return hlv::host_classes::kitEntry(kit, configuration);
 }
 
 + (HLVSDKConfiguration*)configurationWithEntries:(NSArray*)entries {
-  return [[[SandboxConfiguration alloc] initWithKits:entries] autorelease];
+  return hlv::host_classes::configurationWithEntries(entries);
 }
 
 - (NSString*)addOrphanWithTestCard:(NSString*)name {
   const auto* known = testCard(name);
   if (!known) return @"There is no test card of that name.";
-  return sentence(
-      problemOf([&] { return _core->open->sandbox().addOrphanInstrument(known->fields); }));
+  return sentence(problemOf([&] { return _core->sandbox->addOrphanInstrument(known->fields); }));
 }
 
 - (NSArray<NSString*>*)backendCards {
   NSArray* lines = nil;
   problemOf([&] {
-    lines = hlv::sandbox::objc::linesOf(_core->open->sandbox().backendCards());
+    lines = hlv::sandbox::objc::linesOf(_core->sandbox->backendCards());
     return std::string();
   });
   return lines;
@@ -147,14 +146,14 @@ NSString* sentence(const std::string& problem) {
 - (NSArray<NSString*>*)providerInstruments {
   NSArray* lines = nil;
   problemOf([&] {
-    lines = hlv::sandbox::objc::linesOf(_core->open->sandbox().providerInstruments());
+    lines = hlv::sandbox::objc::linesOf(_core->sandbox->providerInstruments());
     return std::string();
   });
   return lines;
 }
 
 - (BOOL)isQuiet {
-  return _core->open->sandbox().isQuiet();
+  return _core->sandbox->isQuiet();
 }
 
 @end

@@ -40,10 +40,11 @@ std::unique_ptr<Observation> DefaultNotificationCenter::observe(const NullableSt
 }
 
 void DefaultNotificationCenter::post(const Notification& notification) {
+  if (!notification.name) return;
   std::vector<std::shared_ptr<Observer>> observers;
   {
     const std::lock_guard lock(mutex_);
-    const auto found = observers_.find(notification.name);
+    const auto found = observers_.find(*notification.name);
     if (found != observers_.end()) observers = found->second;
   }
   for (const auto& observer : observers) {

@@ -38,7 +38,7 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
   /// ran. Never waits. What a block throws passes through to the caller; the blocks behind it stay.
   std::size_t runPending();
 
-  /// Pumps the main queue and waits for more until `done` answers true. It is asked before the
+  /// Pumps the main queue and waits for more until `done` returns true. It is asked before the
   /// first wait and again after every block of any queue; an empty block on the main queue makes it
   /// ask. A block that it runs may call it, or `runPending`, again.
   void runUntil(const std::function<bool()>& done);

@@ -26,7 +26,7 @@ constexpr const char* addFirstToPaylevenMethod =
     "-[HLVSDKPaylevenPaymentInstrumentManager "
     "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:]";
 
-/// Where the two answers of the backend meet. They may come on two threads at the same time.
+/// Where the two replies of the backend meet. They may come on two threads at the same time.
 class BackendAnswers {
  public:
   void guestUpdated(const ErrorPtr& error) {
@@ -43,7 +43,7 @@ class BackendAnswers {
 
   void deliverTo(HLVSDKGuestCardCompletion completion,
                  const std::shared_ptr<HLVSDKGuest>& guest) const {
-    // Both answers have left the group; nothing writes any more.
+    // Both replies have left the group; nothing writes any more.
     deliver(std::move(completion), guest, card_, firstError_);
   }
 

@@ -1,4 +1,4 @@
-// Confirming an added card: the provider's answer to an add names no instrument, so it is looked
+// Confirming an added card: the provider's reply to an add names no instrument, so it is looked
 // for among those that are stored now.
 #include <utility>
 

@@ -22,8 +22,8 @@ constexpr const char* deleteMethod =
     "-[HLVSDKPaylevenPaymentInstrumentManager "
     "deletePaymentInstrumentWithID:useCase:fromGuest:completion:]";
 
-/// Reports a missing argument to the assertion handler and then to the completion, which by design
-/// may get another name.
+/// Reports a missing argument to the assertion handler and then to the completion, which may
+/// get another name: kept for compatibility.
 void refuse(const char* assertedName, const char* reportedName, HLVSDKGuestCompletion completion) {
   HLVSDKAsserts::handleParameterAssert(assertedName, std::nullopt);
   deliverBuilt(std::move(completion), [reportedName](Delivery delivery) {
@@ -111,8 +111,8 @@ void HLVSDKPaylevenPaymentInstrumentManager::deletePaymentInstrumentWithID(
               oneShot([removal = std::move(removal), backendError](
                           const NullableList<PLVCreditCardPaymentInstrument>& instruments,
                           const ErrorPtr& listError) mutable {
-                // By design it is the backend's error that counts here, and there was none: a
-                // list that failed goes on as it came, and finds nothing to remove.
+                // Kept for compatibility: it is the backend's error that counts here, and there was
+                // none: a list that failed goes on as it came, and finds nothing to remove.
                 if (backendError) {
                   deliver(std::move(removal.completion), nullptr, paymentProviderError(listError));
                   return;

@@ -37,7 +37,7 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
       public std::enable_shared_from_this<HLVSDKPaylevenPaymentInstrumentManager> {
  public:
   /// `-initWithAPIManager:paylevenClient:reachability:`. Begins to observe reachability; the
-  /// connectivity flag stays false until it is first set. A null service answers nothing.
+  /// connectivity flag stays false until it is first set. A null service never replies.
   [[nodiscard]] static std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> initWithAPIManager(
       std::shared_ptr<HLVSDKAPIManager> apiManager, std::shared_ptr<PLVInAppClient> paylevenClient,
       std::shared_ptr<HLVSDKReachability> reachability);
@@ -61,7 +61,7 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
 
   /// `-validateBillingAddress:error:`. Whether country code, street, city and zip are all there;
   /// the first that is not is reported as an invalid argument. `error` must not be null. With a
-  /// complete address the answer is false when `*error` already holds an error, which is left
+  /// complete address the result is false when `*error` already holds an error, which is left
   /// alone.
   [[nodiscard]] bool validateBillingAddress(
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address, ErrorPtr* error) const;
@@ -134,7 +134,7 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentManager
   /// guest as the backend returned it; guest and error come together when only the provider failed.
   /// Errors: the required arguments "paymentToken", "halvoID", "useCase" and "existedCard",
   /// `HLVURLErrorDomain` code 1 without a connection, the backend's own error, and the wrapped
-  /// error of the removal. When the manager goes away before the backend answers, an error is still
+  /// error of the removal. When the manager goes away before the backend replies, an error is still
   /// reported and a success never is.
   void deletePaymentInstrumentWithID(const NullableString& ID, const NullableString& useCase,
                                      const std::shared_ptr<HLVSDKGuest>& guest,

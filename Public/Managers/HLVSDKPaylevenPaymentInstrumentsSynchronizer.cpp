@@ -52,7 +52,7 @@ class ProviderLists {
     error_ = std::move(error);
   }
 
-  /// Once every answer has come.
+  /// Once every reply has come.
   void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) {
     if (!completion) return;
     if (error_) {
@@ -164,7 +164,7 @@ void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<H
         if (error) {
           run->fail(error);
         } else {
-          run->providerInstruments = std::move(*instruments);
+          run->providerInstruments = std::move(instruments).value_or(List<Pair>());
         }
         group->leave();
       });

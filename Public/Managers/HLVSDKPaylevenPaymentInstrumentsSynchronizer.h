@@ -7,6 +7,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <functional>
 #include <memory>
 
@@ -51,7 +52,7 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
   virtual bool isSynchronizing() const;
   virtual void setSynchronizing(bool synchronizing);
 
-  /// `-synchronizePaymentInstrumentsForGuest:`. As below, telling nobody.
+  /// `-synchronizePaymentInstrumentsForGuest:`. As below, without a report.
   void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override;
 
   /// `-synchronizePaymentInstrumentsForGuest:completion:`. Fetches the guest's cards and the
@@ -75,7 +76,7 @@ class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
       const std::shared_ptr<HLVSDKPLVPaymentInstrument>& paymentInstrument) const;
 
   /// `-fetchAllPaylevenPaymentInstrumentsForGuest:completion:`. Lists the private, business and
-  /// default instruments at the same time. Reports the pairs in the order of the answers, or the
+  /// default instruments at the same time. Reports the pairs in the order of the replies, or the
   /// last wrapped provider error; on the main thread.
   virtual void fetchAllPaylevenPaymentInstrumentsForGuest(
       const std::shared_ptr<HLVSDKGuest>& guest, HLVSDKPLVPaymentInstrumentsCompletion completion);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the kit, static with the sandbox and shared without, into a temporary prefix, and builds
-# and runs the examples against it as a stranger would: with the machine's own compiler, which is
+# and runs the examples against it as an app would: with the machine's own compiler, which is
 # g++, while the tests are built with clang; and the kit alone with clang and libc++, the library of
 # phones, whose types have other destructors. The client and the command come from the tests' build.
 # Usage: installed-package.sh SOURCE_DIR BUILD_DIR CXX_OF_THE_TESTS SANITIZERS_OF_THE_TESTS
@@ -74,6 +74,11 @@ source "$work/command/share/bash-completion/completions/paylevenkit"
 COMP_WORDS=(paylevenkit fault a) COMP_CWORD=2
 _paylevenkit
 [ "${COMPREPLY[*]}" = arm ]
+# zsh takes what begins as the word does out of these by itself.
+# shellcheck disable=SC2016
+zsh -f -c 'autoload -U +X compinit && compinit -D && autoload -U +X bashcompinit && bashcompinit
+  emulate sh && source "$1" && COMP_WORDS=(paylevenkit fault a) COMP_CWORD=2 && _paylevenkit
+  [ "${COMPREPLY[0]}" = arm ]' zsh "$work/command/share/bash-completion/completions/paylevenkit"
 
 echo "== the client"
 exec {log}< <(exec "$command" --store "$work/served.sqlite" serve 2>&1)

@@ -68,6 +68,22 @@ TEST_F(SynchronizerTest, AnOverrideDecidesWhatStays) {
   EXPECT_EQ(host->takeTrace().find("provider remove"), std::string::npos);
 }
 
+TEST_F(SynchronizerTest, AnOverrideMayFetchNoListAndNoError) {
+  struct FetchesNothing final : Synchronizer {
+    explicit FetchesNothing(const ScriptedHost& host) : Synchronizer(host.backend, host.provider) {}
+    void fetchAllPaylevenPaymentInstrumentsForGuest(
+        const std::shared_ptr<HLVSDKGuest>&,
+        HLVSDKPLVPaymentInstrumentsCompletion completion) override {
+      completion(std::nullopt, nullptr);
+    }
+  };
+  const auto own = std::make_shared<FetchesNothing>(*host);
+  own->synchronizePaymentInstrumentsForGuest(guest);
+  backend.cardFetches.answer(std::nullopt, nullptr);
+  platform->runEverything();
+  EXPECT_NE(host->takeTrace().find("Nothing to synchronize"), std::string::npos);
+}
+
 TEST_F(SynchronizerTest, AFetchOfAllInstrumentsNeedsNoListener) {
   synchronizer->fetchAllPaylevenPaymentInstrumentsForGuest(guest, nullptr);
   for (int list = 0; list < 3; ++list) provider.lists.answer(std::nullopt, nullptr);

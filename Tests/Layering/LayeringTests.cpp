@@ -173,7 +173,7 @@ TEST(Layering, SeesArrowsThatTheTableDoesNotHave) {
       {"Sandbox/Backend/Backend.cpp", "#include \"Sandbox/Provider/Provider.h\"\n"},
       {"Server/Http/Connection.cpp", "#include <map>\n#include \"Client/RemoteHost.h\"\n"},
       {"ObjC/HLVSDKPaylevenKit/HLVSDKPayleven.h", "#import \"Public/HLVSDKPayleven.h\"\n"},
-      {"ObjC/Classes/Finder.mm", "  # import \"ObjC/Sandbox/OpenSandbox.h\"\n"},
+      {"ObjC/Classes/Finder.mm", "  # import \"ObjC/Sandbox/HLVSandbox.h\"\n"},
       {"Tools/main.cpp", "#include \"Server/Api/World.h\"\n"},
       {"Public/HLVSDKPayleven.cpp", "#include \"Unknown/File.h\"\n"}};
   for (const auto& [path, content] : forbidden) {

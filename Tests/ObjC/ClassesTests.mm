@@ -1,15 +1,22 @@
 // Enabling, the synchroniser, the finder and the two records, through their selectors.
+#include "ObjC/Binding/Errors.h"
+#include "ObjC/Binding/Values.h"
+#include "ObjC/HostClasses/Configuration.h"
 #include "Tests/ObjC/ObjCTest.h"
+
+using namespace objc_tests;
+using hlv::host_classes::configurationWithEntries;
+using hlv::host_classes::kitEntry;
 
 /// An app's own kit class: it has an entry of its own.
 @interface TestSubkit : HLVSDKPayleven
 @end
 @implementation TestSubkit
 - (void)setUpPaymentManager {
-  hlv::testing::TestHost::shared().trace.push_back("setUpPaymentManager");
+  note("setUpPaymentManager");
 }
 - (void)synchronizePaymentInstruments {
-  hlv::testing::TestHost::shared().trace.push_back("synchronizePaymentInstruments");
+  note("synchronizePaymentInstruments");
 }
 @end
 
@@ -18,7 +25,7 @@
 @end
 @implementation TestWatchedSynchronizer
 - (void)setSynchronizing:(BOOL)synchronizing {
-  hlv::testing::TestHost::shared().trace.push_back(synchronizing ? "begins" : "ends");
+  note(synchronizing ? "begins" : "ends");
   [super setSynchronizing:synchronizing];
 }
 - (void)fetchAllPaylevenPaymentInstrumentsForGuest:(HLVSDKGuest*)guest
@@ -28,8 +35,17 @@
 }
 - (BOOL)isCreditCardExistsInArray:(NSArray<HLVSDKCreditCard*>*)cards
        relatedToPaymentInstrument:(HLVSDKPLVPaymentInstrument*)paymentInstrument {
-  hlv::testing::TestHost::shared().trace.push_back("asked");
+  note("asked");
   return [cards count] == 1 && paymentInstrument;
+}
+@end
+
+/// An object of another class with a key.
+@interface TestKeyHolder : NSObject
+@end
+@implementation TestKeyHolder
+- (NSString*)paymentKey {
+  return @"held";
 }
 @end
 
@@ -50,8 +66,16 @@
 }
 @end
 
-namespace hlv::testing {
 namespace {
+
+NSString* const foreground = @"UIApplicationWillEnterForegroundNotification";
+
+NSDictionary* changed(id before, id state) {
+  return @{
+    HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey : before,
+    HLVSDKReachabilityDidChangeReachabilityNotificationStateKey : state
+  };
+}
 
 using EnablingTest = ObjCTest;
 
@@ -69,21 +93,26 @@ TEST_F(EnablingTest, AConfigurationBlockMakesAnImmutableRecord) {
   EXPECT_NE(copy, record);
   EXPECT_EQ([copy paymentKey], [record paymentKey]) << "not copied again";
   EXPECT_EQ([[HLVSDKPaylevenKitConfiguration configurationWithBlock:nil] paymentKey], nil);
+  const auto madeOf = [](id source) {
+    return [[[HLVSDKPaylevenKitConfiguration alloc] initWithConfiguration:source] autorelease];
+  };
+  EXPECT_TRUE([[madeOf([[TestKeyHolder new] autorelease]) paymentKey] isEqual:@"held"]);
+  EXPECT_TRUE(madeOf(nil) && ![madeOf(nil) paymentKey]);
 }
 
 TEST_F(EnablingTest, FaultsOfTheConfigurationAreAssertedAndNothingIsCreated) {
   id const noKey = [HLVSDKPaylevenKitConfiguration configurationWithBlock:nil];
   const std::pair<NSArray*, const char*> rows[] = {
-      {@[], "assert Configuration must have HLVSDKPaylevenKit in kits array"},
-      {@[ [TestKitEntry entryWithKit:[NSObject class] configuration:noKey] ],
-       "assert Configuration must have HLVSDKPaylevenKit in kits array"},
-      {@[ [TestKitEntry entryWithKit:[HLVSDKPayleven class] configuration:@"text"] ],
-       "assert Configuration for PaylevenKit must be kind of HLVSDKPaylevenKitConfiguration class"},
-      {@[ [TestKitEntry entryWithKit:[HLVSDKPayleven class] configuration:noKey] ],
-       "assert Configuration for PaylevenKit must have payment key"}};
+      {@[], R"(assert "Configuration must have HLVSDKPaylevenKit in kits array")"},
+      {@[ kitEntry([NSObject class], noKey) ],
+       R"(assert "Configuration must have HLVSDKPaylevenKit in kits array")"},
+      {@[ kitEntry([HLVSDKPayleven class], @"text") ],
+       R"(assert "Configuration for PaylevenKit must be kind of HLVSDKPaylevenKitConfiguration class")"},
+      {@[ kitEntry([HLVSDKPayleven class], noKey) ],
+       R"(assert "Configuration for PaylevenKit must have payment key")"}};
   for (const auto& [entries, said] : rows) {
     [HLVSDKPayleven enableWithConfiguration:configurationWithEntries(entries)];
-    EXPECT_EQ(host.takeTrace(), said);
+    EXPECT_EQ(host->takeTrace(), said);
   }
   EXPECT_EQ([HLVSDKPayleven sharedInstance], nil);
   EXPECT_EQ([HLVSDKPaymentManager sharedManager], nil);
@@ -92,11 +121,11 @@ TEST_F(EnablingTest, FaultsOfTheConfigurationAreAssertedAndNothingIsCreated) {
 TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
   HLVSDKConfiguration* const configuration = configurationWithKey(@"key");
   [HLVSDKPayleven enableWithConfiguration:configuration];
-  EXPECT_EQ(host.takeTrace(), "provider key key");
+  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'key'");
   HLVSDKPayleven* const kit = [HLVSDKPayleven sharedInstance];
   [HLVSDKPayleven enableWithConfiguration:configurationWithKey(@"other")];
   EXPECT_EQ([HLVSDKPayleven sharedInstance], kit);
-  EXPECT_EQ(host.takeTrace(), "");
+  EXPECT_EQ(host->takeTrace(), "");
   EXPECT_EQ([kit configuration], configuration);
   EXPECT_EQ([kit kitConfiguration], [[[configuration kits] objectAtIndex:0] configuration]);
   EXPECT_EQ([kit currentGuest], guest);
@@ -113,24 +142,20 @@ TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
 }
 
 TEST_F(EnablingTest, ASubclassLooksForItsOwnEntryAndTheLastOneWins) {
-  const auto record = [](NSString* key) {
-    return [HLVSDKPaylevenKitConfiguration
-        configurationWithBlock:^(HLVSDKMutablePaylevenKitConfiguration* configuration) {
-          configuration.paymentKey = key;
-        }];
-  };
   [TestSubkit enableWithConfiguration:configurationWithEntries(@[
-                [TestKitEntry entryWithKit:[TestSubkit class] configuration:record(@"first")],
-                [TestKitEntry entryWithKit:[TestSubkit class] configuration:record(@"last")],
-                [TestKitEntry entryWithKit:[HLVSDKPayleven class]
-                             configuration:record(@"base")]
+                kitEntry([TestSubkit class], recordWithKey(@"first")),
+                kitEntry([TestSubkit class], recordWithKey(@"last")),
+                kitEntry([HLVSDKPayleven class], recordWithKey(@"base"))
               ])];
-  EXPECT_EQ(host.takeTrace(), "provider key last");
+  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'last'");
 }
 
 TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
   enable();
-  [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"];
+  fakeGuest->token = "tok";
+  NSString* const reachability = HLVSDKReachabilityDidChangeReachabilityStateNotification;
+  NSString* const authorization = kHLVSDKDidChangeAuthorizationStatusNotification;
+  NSString* const isAuthorized = kHLVSDKNotificationUserInfoIsAuthorizedKey;
   TestSynchronizer* const own = [[TestSynchronizer new] autorelease];
   [[HLVSDKPayleven sharedInstance] setPaymentInstrumentsSynchronizer:own];
   EXPECT_EQ([[HLVSDKPayleven sharedInstance] paymentInstrumentsSynchronizer], own);
@@ -138,48 +163,40 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
     NSString* name;
     NSDictionary* userInfo;
     bool starts;
-  } rows[] = {{@"UIApplicationWillEnterForegroundNotification", nil, true},
-              {@"authorization", @{@"authorized" : @(YES)}, true},
-              {@"authorization", @{@"authorized" : @(NO)}, false},
-              {@"authorization", nil, false},
-              {@"reachability", @{@"state" : @2, @"before" : @1}, true},
-              {@"reachability", @{@"state" : [NSDecimalNumber one], @"before" : @2.0f}, true},
-              {@"reachability", @{@"state" : @(UINT64_MAX - 253), @"before" : @1}, true},
-              {@"reachability", @{@"state" : @0, @"before" : @1}, false},
-              {@"reachability", @{@"state" : @1, @"before" : @257}, false}};
+  } rows[] = {{foreground, nil, true},
+              {authorization, @{isAuthorized : @(YES)}, true},
+              {authorization, @{isAuthorized : @(NO)}, false},
+              {authorization, nil, false},
+              {reachability, changed(@1, @2), true},
+              {reachability, changed(@2.0f, [NSDecimalNumber one]), true},
+              {reachability, changed(@1, @(UINT64_MAX - 253)), true},
+              {reachability, changed(@1, @0), false},
+              {reachability, changed(@257, @1), false}};
   for (const auto& row : rows) {
     own->received = nil;
-    [[NSNotificationCenter defaultCenter] postNotificationName:row.name
-                                                        object:nil
-                                                      userInfo:row.userInfo];
+    post(row.name, row.userInfo);
     EXPECT_EQ(own->received, row.starts ? guest : nil) << [row.name UTF8String];
   }
   own->received = nil;
   [HLVSDKPayleven resetSharedInstance];
-  [[NSNotificationCenter defaultCenter]
-      postNotificationName:@"UIApplicationWillEnterForegroundNotification"
-                    object:nil];
+  post(foreground);
   EXPECT_EQ(own->received, guest) << "the pool still holds the instance";
 }
 
 TEST_F(EnablingTest, WhatTheFacadeDoesByItselfIsAMessage) {
   TestSubkit* const kit = [[[TestSubkit alloc] initWithConfiguration:nil
                                             paylevenKitConfiguration:nil] autorelease];
-  EXPECT_EQ(host.takeTrace(), "setUpPaymentManager");
-  [[NSNotificationCenter defaultCenter]
-      postNotificationName:@"UIApplicationWillEnterForegroundNotification"
-                    object:nil];
-  EXPECT_EQ(host.takeTrace(), "synchronizePaymentInstruments");
+  EXPECT_EQ(host->takeTrace(), "host current guest\nsetUpPaymentManager");
+  post(foreground);
+  EXPECT_EQ(host->takeTrace(), "synchronizePaymentInstruments");
   EXPECT_EQ([kit paymentInstrumentManager], nil);
 }
 
 TEST_F(EnablingTest, AnObjectThatIsNotSetUpDoesNothing) {
   [[HLVSDKPayleven alloc] release];
   HLVSDKPayleven* const idle = [[HLVSDKPayleven new] autorelease];
-  [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"];
-  [[NSNotificationCenter defaultCenter]
-      postNotificationName:@"UIApplicationWillEnterForegroundNotification"
-                    object:nil];
+  fakeGuest->token = "tok";
+  post(foreground);
   EXPECT_EQ([idle currentGuest], nil);
   // Stand-ins: an object that nobody initialised, and one of another class.
   for (id standIn in @[ [[HLVSDKPayleven alloc] autorelease], @"a mock" ]) {
@@ -192,16 +209,17 @@ TEST_F(EnablingTest, AnObjectThatIsNotSetUpDoesNothing) {
       [[HLVSDKAddPaylevenCreditCardRequestInfo new] autorelease];
   [empty setPaylevenToken:@"tok"];
   EXPECT_TRUE([[empty paylevenToken] isEqual:@"tok"]);
-  EXPECT_EQ(host.takeTrace(), "");
+  EXPECT_EQ([empty JSONRepresentation], nil) << "a missing body of the host stays missing";
+  EXPECT_EQ(host->takeTrace(), "");
 }
 
 class SynchronizerTest : public ObjCTest {
  protected:
-  SynchronizerTest() { [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"]; }
-  void answerLists(NSArray* first) {
-    host.lists.answer(first, (NSError*)nil);
-    host.lists.answer((NSArray*)nil, (NSError*)nil);
-    host.lists.answer((NSArray*)@[], (NSError*)nil);
+  SynchronizerTest() { fakeGuest->token = "tok"; }
+  void answerLists() {
+    provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+    provider.lists.answer(std::nullopt, nullptr);
+    provider.lists.answer(Instruments{}, nullptr);
   }
   HLVSDKPaylevenPaymentInstrumentsSynchronizer* const synchronizer =
       [[[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
@@ -209,43 +227,43 @@ class SynchronizerTest : public ObjCTest {
               paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
 };
 
-TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndTheMainThreadHearsOfIt) {
-  [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
+TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndReportedOnTheMainThread) {
+  [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
   EXPECT_TRUE([synchronizer isSynchronizing]);
-  const std::string said = host.takeTrace();
+  const std::string said = host->takeTrace();
   EXPECT_NE(
-      said.find("remote 4 -[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
-                "synchronizePaymentInstrumentsForGuest:completion:]: Will start synchrozation "
-                "between external payment system and halvo"),
+      said.find("remote 4 \"%@\" <Will start synchrozation between external payment system and "
+                "halvo> at -[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
+                "synchronizePaymentInstrumentsForGuest:completion:]"),
       std::string::npos);
-  EXPECT_NE(said.find("provider list under tok, private\nprovider list under tok, business\n"
-                      "provider list under tok, default\nbackend cards of guest@example.com"),
-            std::string::npos);
-  host.cardFetches.answer((NSArray*)@[], (NSError*)nil);
-  answerLists(@[ instrument ]);
+  EXPECT_TRUE(said.ends_with("provider list tok use case private\n"
+                             "provider list tok use case business\n"
+                             "provider list tok use case default\n"
+                             "backend fetch cards of guest@example.com"));
+  backend.cardFetches.answer(Cards{}, nullptr);
+  answerLists();
   runMainLoopUntil([&] { return received.count == 1; });
   EXPECT_TRUE(received.success);
   EXPECT_TRUE(received.onMainThread);
-  EXPECT_EQ(host.removals.size(), 1u);
-  EXPECT_NE(host.takeTrace().find("provider remove plv-1 under tok, private"), std::string::npos);
+  EXPECT_EQ(provider.removals.count(), 1u);
+  EXPECT_NE(host->takeTrace().find("provider remove plv-1 from private of tok"), std::string::npos);
 }
 
 TEST_F(SynchronizerTest, AFailureComesWithTheBackendsErrorAndLeavesTheFlagSet) {
   NSError* const refusal = makeError(@"refused");
-  [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
-  answerLists(@[ instrument ]);
-  host.cardFetches.answer((NSArray*)nil, refusal);
+  [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
+  answerLists();
+  backend.cardFetches.answer(std::nullopt, hlv::objc::fromNSError(refusal));
   runMainLoopUntil([&] { return received.count == 1; });
   EXPECT_FALSE(received.success);
   EXPECT_EQ(received.error, refusal);
   EXPECT_TRUE([synchronizer isSynchronizing]);
-  EXPECT_NE(host.takeTrace().find("payment instruments. for developers: refused"),
-            std::string::npos);
+  EXPECT_NE(host->takeTrace().find("payment instruments. for developers>"), std::string::npos);
   [synchronizer synchronizePaymentInstrumentsForGuest:guest];
-  EXPECT_EQ(host.takeTrace(), "");
+  EXPECT_EQ(host->takeTrace(), "");
   [synchronizer setSynchronizing:NO];
   [synchronizer synchronizePaymentInstrumentsForGuest:nil];
-  EXPECT_EQ(host.takeTrace(),
+  EXPECT_EQ(host->takeTrace(),
             "assert parameter guest: Can not synchronize payment instruments for guest if guest is "
             "nil");
 }
@@ -254,28 +272,28 @@ TEST_F(SynchronizerTest, ItsStepsAreMessages) {
   TestWatchedSynchronizer* const own = [[[TestWatchedSynchronizer alloc]
       initWithAPIManager:[HLVSDKAPIManager manager]
           paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
-  [own synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
-  EXPECT_NE(host.takeTrace().find("begins\nbackend cards"), std::string::npos);
-  host.cardFetches.answer((NSArray*)@[ storedCard ], (NSError*)nil);
+  [own synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
+  EXPECT_NE(host->takeTrace().find("begins\nbackend fetch cards"), std::string::npos);
+  backend.cardFetches.answer(Cards{fakeStoredCard}, nullptr);
   runMainLoopUntil([&] { return received.count == 1 && ![own isSynchronizing]; });
-  const std::string said = host.takeTrace();
+  const std::string said = host->takeTrace();
   EXPECT_NE(said.find("asked"), std::string::npos);
   EXPECT_EQ(said.find("provider remove"), std::string::npos);
   EXPECT_NE(said.find("ends"), std::string::npos);
 }
 
 TEST_F(SynchronizerTest, PairsQueuesAndServicesAreTheAppsOwn) {
-  NSMutableArray* const keep = kept;
+  NSMutableArray* const keep = received.kept;
   [synchronizer fetchAllPaylevenPaymentInstrumentsForGuest:guest
                                                 completion:^(NSArray* all, NSError*) {
                                                   [keep addObject:all];
                                                 }];
-  answerLists(@[ instrument ]);
-  runMainLoopUntil([&] { return [kept count] == 1; });
-  NSArray* const pairs = [kept objectAtIndex:0];
+  answerLists();
+  runMainLoopUntil([&] { return [keep count] == 1; });
+  NSArray* const pairs = [keep objectAtIndex:0];
   ASSERT_EQ([pairs count], 1u);
   HLVSDKPLVPaymentInstrument* const pair = [pairs objectAtIndex:0];
-  EXPECT_EQ([pair paymentInstrument], instrument);
+  EXPECT_EQ(behind<hlv::PLVCreditCardPaymentInstrument>([pair paymentInstrument]), fakeInstrument);
   EXPECT_TRUE([[pair useCase] isEqual:@"private"]);
   EXPECT_FALSE([synchronizer isCreditCardExistsInArray:@[ storedCard ]
                             relatedToPaymentInstrument:pair])
@@ -297,7 +315,9 @@ using FinderTest = ObjCTest;
 
 TEST_F(FinderTest, FindsAnObjectOfTheListAndNamesWhatIsMissing) {
   using Finder = HLVSDKPaylevenPaymentInstrumentFinder;
-  NSArray* const list = @[ make<PLVCreditCardPaymentInstrument>(@{}), instrument ];
+  const auto unusable = std::make_shared<hlv::testing::FakeInstrument>();
+  unusable->stateNumber = 1;
+  NSArray* const list = @[ instrument, hlv::host_classes::asObject(unusable) ];
   EXPECT_EQ([Finder findPaylevenPaymentInstrumentIn:list matchesHalvoPaymentInstrument:card],
             instrument);
   EXPECT_EQ([Finder findPaylevenPaymentInstrumentIn:list
@@ -311,8 +331,8 @@ TEST_F(FinderTest, FindsAnObjectOfTheListAndNamesWhatIsMissing) {
   EXPECT_EQ([Finder findPaylevenPaymentInstrumentIn:nil matchesHalvoPaymentInstrument:nil], nil);
   EXPECT_EQ([Finder findPaylevenPaymentInstrumentIn:nil matchesLastFourDigits:nil andBrand:nil],
             nil);
-  EXPECT_EQ(host.takeTrace(),
-            "assert parameter halvoInstrument: (null)\nassert parameter lastFourDigits: (null)");
+  EXPECT_EQ(host->takeTrace(),
+            "assert parameter halvoInstrument: nil\nassert parameter lastFourDigits: nil");
 }
 
 class RequestTest : public ObjCTest {
@@ -330,38 +350,31 @@ TEST_F(RequestTest, ExtendsTheHostsBodyAndLeavesTheRestAsItIs) {
   HLVSDKAddPaylevenCreditCardRequestInfo* const made = request(token);
   [token setString:@"changed"];
   EXPECT_TRUE([[made paylevenToken] isEqual:@"tok"]);
-  EXPECT_TRUE([[fieldsOf(made) objectForKey:@"provider"] isEqual:@0]);
-  id const decimal = [NSDecimalNumber one];
-  id const date = [NSDate date];
-  [host.requestBody release];
-  host.requestBody = [@{
-    @"credit_card" : @{@"exact" : decimal, @"flags" : @[ @(YES), @7, [NSNull null], date ]},
-    @"large" : @(UINT64_MAX)
-  } retain];
-  NSDictionary* const sent = @{
-    @"credit_card" : @{
-      @"exact" : decimal,
-      @"flags" : @[ @(YES), @7, [NSNull null], date ],
-      @"plv_token" : @"tok"
-    },
-    @"large" : @(UINT64_MAX)
-  };
+  EXPECT_EQ(host->requestProvider, 0);
+  NSDictionary* const ofCard = @{@"flags" : @[ @(YES), @7, [NSNull null], [NSDate date] ]};
+  NSDictionary* const ofHost = @{@"credit_card" : ofCard, @"large" : @(UINT64_MAX), @"half" : @0.5};
+  *host->requestBody = hlv::objc::fromNSDictionary(ofHost);
+  NSMutableDictionary* const extended = [[ofCard mutableCopy] autorelease];
+  [extended setObject:@"tok" forKey:@"plv_token"];
+  NSMutableDictionary* const sent = [[ofHost mutableCopy] autorelease];
+  [sent setObject:extended forKey:@"credit_card"];
   EXPECT_TRUE([[made JSONRepresentation] isEqual:sent]);
   [made setPaylevenToken:nil];
-  EXPECT_TRUE([[made JSONRepresentation] isEqual:host.requestBody]);
-  [host.requestBody release], host.requestBody = nil;
-  EXPECT_EQ([made JSONRepresentation], nil);
+  EXPECT_TRUE([[made JSONRepresentation] isEqual:ofHost]);
+  host->requestBody.reset();
+  EXPECT_EQ(request(@"tok"), nil) << "the host's base makes no object";
 }
 
 TEST_F(RequestTest, AsksTheHostFirst) {
   NSError* error = nil;
   EXPECT_TRUE([request(@"tok") isValid:&error]);
   EXPECT_FALSE([request(@"") isValid:&error]);
-  EXPECT_TRUE([[error localizedDescription] isEqual:@"paylevenToken '': (null)"]);
+  EXPECT_EQ(descriptionOf(error), "localized invalid 'paylevenToken' value '', message nil");
   EXPECT_FALSE([request(nil) isValid:nullptr]);
-  host.requestError = [makeError(@"host") retain];
+  NSError* const refusal = makeError(@"host");
+  host->requestError = hlv::objc::fromNSError(refusal);
   EXPECT_FALSE([request(@"") isValid:&error]);
-  EXPECT_EQ(error, host.requestError);
+  EXPECT_EQ(error, refusal);
 }
 
 TEST(VersionTest, IsWhatTheFrameworkExports) {
@@ -371,4 +384,3 @@ TEST(VersionTest, IsWhatTheFrameworkExports) {
 }
 
 }  // namespace
-}  // namespace hlv::testing

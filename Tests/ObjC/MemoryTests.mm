@@ -2,6 +2,9 @@
 // find; these tests make the situations.
 #include "Tests/ObjC/ObjCTest.h"
 
+using namespace objc_tests;
+using hlv::host_classes::newObject;
+
 /// A monitor that releases an object while it is asked.
 @interface TestLeavingMonitor : NSObject {
  @public
@@ -15,149 +18,165 @@
 }
 @end
 
-namespace hlv::testing {
+/// An app's own client of the provider, which keeps the block of a new token.
+@interface TestProvider : PLVInAppClient {
+ @public
+  void (^created)(NSString*, NSError*);
+}
+@end
+@implementation TestProvider
+- (void)createUserToken:(NSString*)email
+    withPaymentInstrument:(PLVPaymentInstrument*)paymentInstrument
+               andUseCase:(NSString*)useCase
+            andCompletion:(void (^)(NSString*, NSError*))completion {
+  created = Block_copy(completion);
+}
+@end
+
 namespace {
 
-using MemoryTest = ObjCTest;
+class MemoryTest : public ObjCTest {
+ protected:
+  MemoryTest() {
+    // Its instance does not wait for the test's pool.
+    @autoreleasepool {
+      enable();
+    }
+  }
+  void add(HLVSDKPaymentInstrument* entered, HLVSDKGuest* owner, GuestCardBlock completion) {
+    [[HLVSDKPaymentManager sharedManager] addPaymentInstrument:entered
+                                                billingAddress:nil
+                                                      forGuest:owner
+                                                    completion:completion];
+  }
+  static HLVSDKPaylevenPaymentInstrumentManager* newManager(HLVSDKReachability* monitor) {
+    return [[HLVSDKPaylevenPaymentInstrumentManager alloc]
+        initWithAPIManager:[HLVSDKAPIManager manager]
+            paylevenClient:[PLVInAppClient sharedInstance]
+              reachability:monitor];
+  }
 
-/// A guest that lives outside the pool.
-HLVSDKGuest* newGuest() {
-  HLVSDKGuest* const guest = [HLVSDKGuest new];
-  [fieldsOf(guest) setObject:@"other@example.com" forKey:@"email"];
-  return guest;
-}
+  // Their objects live outside the test's pool.
+  const std::shared_ptr<hlv::testing::FakeGuest> other =
+      std::make_shared<hlv::testing::FakeGuest>();
+  const std::shared_ptr<hlv::testing::FakeEnteredCard> typed =
+      std::make_shared<hlv::testing::FakeEnteredCard>();
+};
 
 TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
-  enable();
-  const std::size_t before = liveRecords();
   @autoreleasepool {
-    HLVSDKGuest* const other = newGuest();
-    HLVSDKPaymentInstrument* const typed = [HLVSDKPaymentInstrument new];
-    [fieldsOf(typed) addEntriesFromDictionary:fieldsOf(card)];
-    [[[HLVSDKPaymentManager new] autorelease] addPaymentInstrument:typed
-                                                    billingAddress:nil
-                                                          forGuest:other
-                                                        completion:guestCardHeard()];
-    [other release];
-    [typed release];
+    HLVSDKGuest* const owner = newObject(other);
+    HLVSDKPaymentInstrument* const entered = newObject(typed);
+    add(entered, owner, guestCardReceiver());
+    [owner release];
+    [entered release];
   }
-  EXPECT_EQ(liveRecords(), before + 2) << "kept while the provider works";
+  EXPECT_EQ(other.use_count(), 2) << "kept while the provider works";
+  EXPECT_EQ(typed.use_count(), 2);
   @autoreleasepool {
-    host.tokens.answer(@"tok", (NSError*)nil);
-    host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
-    host.guestUpdates.answer((HLVSDKGuest*)nil, (NSError*)nil);
-    host.cardAdds.answer((HLVSDKGuest*)nil, storedCard, (NSError*)nil);
+    provider.tokens.answer("tok", nullptr);
+    provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+    backend.guestUpdates.answer(nullptr, nullptr);
+    backend.cardAdds.answer(nullptr, nullptr, nullptr);
     runMainLoopUntil([&] { return received.count == 1; });
-    [host.request release], host.request = nil;
+    backend.lastAddRequest.reset();
   }
-  EXPECT_EQ(liveRecords(), before);
+  [received.kept removeAllObjects];
+  EXPECT_EQ(other.use_count(), 1);
+  EXPECT_EQ(typed.use_count(), 1);
 }
 
 TEST_F(MemoryTest, ABlockAndWhatItCapturesAreFreedWithTheCallThatIsNeverAnswered) {
-  enable();
-  const std::size_t before = liveRecords();
   @autoreleasepool {
-    HLVSDKGuest* const captured = newGuest();
-    [[[HLVSDKPaymentManager new] autorelease]
-        addPaymentInstrument:card
-              billingAddress:nil
-                    forGuest:guest
-                  completion:^(HLVSDKGuest*, HLVSDKCreditCard*, NSError*) {
-                    [captured email];
-                  }];
+    HLVSDKGuest* const captured = newObject(other);
+    add(card, guest, ^(HLVSDKGuest*, HLVSDKCreditCard*, NSError*) {
+      [captured email];
+    });
     [captured release];
   }
-  EXPECT_EQ(liveRecords(), before + 1) << "captured by the completion";
-  host.tokens.drop();
-  EXPECT_EQ(liveRecords(), before);
+  EXPECT_EQ(other.use_count(), 2) << "captured by the completion";
+  provider.tokens.drop();
+  EXPECT_EQ(other.use_count(), 1);
 }
 
 TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
-  enable();
-  const std::size_t before = liveRecords();
   @autoreleasepool {
-    [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"];
-    [[HLVSDKPaymentManager sharedManager] addPaymentInstrument:card
-                                                billingAddress:address
-                                                      forGuest:guest
-                                                    completion:nil];
-    host.adds.answer((NSError*)nil);
-    host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
-    host.cardAdds.drop();
+    fakeGuest->token = "tok";
+    add(card, guest, nil);
+    provider.adds.answer(nullptr);
+    provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+    backend.cardAdds.drop();
   }
-  @autoreleasepool {
-    EXPECT_TRUE([[[[host.request JSONRepresentation] objectForKey:@"credit_card"]
-        objectForKey:@"plv_token"] isEqual:@"tok"]);
-    NSError* error = nil;
-    EXPECT_TRUE([host.request isValid:&error]);
-  }
-  [host.request release], host.request = nil;
-  EXPECT_EQ(liveRecords(), before) << "the instrument that was made of the card is gone too";
+  const hlv::Dictionary body = backend.lastAddRequest->JSONRepresentation();
+  EXPECT_EQ(body.at("credit_card").dictionary()->at("plv_token"), hlv::Value("tok"));
+  hlv::ErrorPtr error;
+  EXPECT_TRUE(backend.lastAddRequest->isValid(&error));
 }
 
-TEST_F(MemoryTest, AManagerThatIsReleasedHearsNoNotificationAndLosesItsSuccesses) {
+TEST_F(MemoryTest, AManagerThatIsReleasedReceivesNoNotificationAndLosesItsSuccesses) {
   @autoreleasepool {
-    auto* const manager = [[HLVSDKPaylevenPaymentInstrumentManager alloc]
-        initWithAPIManager:[HLVSDKAPIManager manager]
-            paylevenClient:[PLVInAppClient sharedInstance]
-              reachability:[HLVSDKReachability sharedReachability]];
+    auto* const manager = newManager([HLVSDKReachability sharedReachability]);
     [manager addFirstPaymentInstrument:card
                         billingAddress:address
                               forGuest:guest
-                            completion:guestCardHeard()];
+                            completion:guestCardReceiver()];
     [manager release];
   }
-  [[NSNotificationCenter defaultCenter] postNotificationName:@"reachability"
-                                                      object:nil
-                                                    userInfo:@{
-                                                      @"state" : @2
-                                                    }];
-  host.takeTrace();
-  host.tokens.answer(@"tok", (NSError*)nil);
-  EXPECT_EQ(host.takeTrace(), "") << "nobody is left to confirm the card";
+  post(HLVSDKReachabilityDidChangeReachabilityStateNotification);
+  host->takeTrace();
+  provider.tokens.answer("tok", nullptr);
+  EXPECT_EQ(host->takeTrace(), "") << "nobody is left to confirm the card";
   EXPECT_EQ(received.count, 0);
 }
 
 TEST_F(MemoryTest, AManagerMayGoInTheMiddleOfItsOwnCall) {
   TestLeavingMonitor* const monitor = [[TestLeavingMonitor new] autorelease];
-  auto* const manager = [[HLVSDKPaylevenPaymentInstrumentManager alloc]
-      initWithAPIManager:[HLVSDKAPIManager manager]
-          paylevenClient:[PLVInAppClient sharedInstance]
-            reachability:(HLVSDKReachability*)monitor];
+  auto* const manager = newManager((HLVSDKReachability*)monitor);
   monitor->leaving = manager;
-  [manager addPaymentInstrument:card billingAddress:nil forGuest:guest completion:guestCardHeard()];
-  EXPECT_EQ(host.takeTrace(), "provider token for guest@example.com, default");
-  host.tokens.answer(@"tok", (NSError*)nil);
+  [manager addPaymentInstrument:card
+                 billingAddress:nil
+                       forGuest:guest
+                     completion:guestCardReceiver()];
+  EXPECT_EQ(provider.tokens.count(), 1u);
+  provider.tokens.answer("tok", nullptr);
   EXPECT_EQ(received.count, 0);
 }
 
-TEST_F(MemoryTest, AnInstanceThatIsReleasedHearsNoNotification) {
+TEST_F(MemoryTest, AnInstanceThatIsReleasedReceivesNoNotification) {
   @autoreleasepool {
-    enable();
-    [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"];
+    fakeGuest->token = "tok";
     [HLVSDKPayleven sharedInstance];
     [HLVSDKPayleven resetSharedInstance];
   }
-  [[NSNotificationCenter defaultCenter]
-      postNotificationName:@"UIApplicationWillEnterForegroundNotification"
-                    object:nil];
-  EXPECT_EQ(host.takeTrace(), "");
+  post(@"UIApplicationWillEnterForegroundNotification");
+  EXPECT_EQ(host->takeTrace(), "");
+}
+
+TEST_F(MemoryTest, AServicesThreadNeedsNoPool) {
+  TestProvider* const own = [[TestProvider new] autorelease];
+  [(HLVSDKPaylevenPaymentInstrumentManager*)[HLVSDKPaymentManager sharedManager]
+      setPaymentClient:own];
+  add(card, guest, nil);
+  onAnotherThread([&] {
+    own->created(@"tok", nil);
+    Block_release(own->created);
+  });
+  EXPECT_EQ(provider.lists.count(), 1u);
 }
 
 TEST_F(MemoryTest, ASynchroniserMayGoWhileItsQueueWorks) {
-  [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"];
+  fakeGuest->token = "tok";
   @autoreleasepool {
     auto* const synchronizer = [[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
         initWithAPIManager:[HLVSDKAPIManager manager]
             paylevenClient:[PLVInAppClient sharedInstance]];
-    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successHeard()];
+    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
     [synchronizer release];
   }
-  host.cardFetches.answer((NSArray*)@[], (NSError*)nil);
-  for (int list = 0; list < 3; ++list) host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
+  backend.cardFetches.answer(Cards{}, nullptr);
+  for (int list = 0; list < 3; ++list) provider.lists.answer(Instruments{fakeInstrument}, nullptr);
   runMainLoopUntil([&] { return received.count == 1; });
   EXPECT_TRUE(received.success);
 }
 
 }  // namespace
-}  // namespace hlv::testing

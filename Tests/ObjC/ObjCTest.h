@@ -1,19 +1,47 @@
-// One test of the kit through its selectors: a fresh host, a pool, and records to speak of.
+// One test of the kit through its selectors: the host's classes over the scripted host, a pool, and
+// records to speak of. Outside the kit's namespace, where the same names are the core's.
 //
-// Threading: the main thread.
+// Threading: calls and answers one at a time; the answers may come from any thread.
 #pragma once
+
+#import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
+#import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
+#include <string>
 #include <vector>
 
-#include "Tests/ObjC/TestHost.h"
+#include "ObjC/Binding/Blocks.h"
+#include "ObjC/HostClasses/Records.h"
+#include "Tests/Support/ScriptedHost.h"
 
-namespace hlv::testing {
+namespace objc_tests {
 
-/// What a completion received.
+using GuestBlock = void (^)(HLVSDKGuest*, NSError*);
+using GuestCardBlock = void (^)(HLVSDKGuest*, HLVSDKCreditCard*, NSError*);
+using SuccessBlock = void (^)(BOOL, NSError*);
+using InstrumentBlock = void (^)(NSString*, PLVCreditCardPaymentInstrument*, NSError*);
+
+using Instruments = hlv::List<hlv::PLVCreditCardPaymentInstrument>;
+using Cards = hlv::List<hlv::HLVSDKCreditCard>;
+using hlv::host_classes::behind;
+
+/// Adds a line to the trace of the test that runs.
+void note(std::string line);
+
+NSError* makeError(NSString* description);
+/// Its description; empty for nil.
+std::string descriptionOf(NSError* error);
+/// An immutable record.
+HLVSDKPaylevenKitConfiguration* recordWithKey(NSString* key);
+void post(NSString* name, NSDictionary* userInfo = nil);
+
+/// What a completion received, kept until the test ends: another thread's pool goes before.
 struct Received {
+  NSMutableArray* const kept = [NSMutableArray array];
   int count = 0;
   bool onMainThread = false;
   id guest = nil, card = nil;
@@ -28,20 +56,19 @@ class ObjCTest : public ::testing::Test {
 
   /// A configuration with one entry of the kit.
   static HLVSDKConfiguration* configurationWithKey(NSString* key);
-  static HLVSDKConfiguration* configurationWithEntries(NSArray* entries);
   void enable();
 
   /// Completions that record what they get. The objects live as long as the test's pool.
-  GuestBlock guestHeard();
-  GuestCardBlock guestCardHeard();
-  void (^successHeard())(BOOL, NSError*);
+  GuestBlock guestReceiver();
+  GuestCardBlock guestCardReceiver();
+  SuccessBlock successReceiver();
 
   /// A block on the heap, until the test ends.
   template <class Block>
   Block copied(Block block) {
-    block = Block_copy(block);
-    copies_.push_back([block] { Block_release(block); });
-    return block;
+    const auto copy = std::make_shared<hlv::objc::CopiedBlock<Block>>(block);
+    copies_.push_back(copy);
+    return copy->block();
   }
 
   /// Runs `work` on another thread, which has no pool, and waits for it.
@@ -49,38 +76,36 @@ class ObjCTest : public ::testing::Test {
   /// Runs the main thread's loop until `done`.
   static void runMainLoopUntil(const std::function<bool()>& done);
 
-  TestHost& host = TestHost::shared();
   NSAutoreleasePool* const pool = [NSAutoreleasePool new];
-  Received received;
-  /// Keeps what is received until the test ends.
-  NSMutableArray* const kept = [NSMutableArray array];
-  HLVSDKGuest* const guest = make<HLVSDKGuest>(@{@"email" : @"guest@example.com"});
-  HLVSDKPaymentInstrument* const card = make<HLVSDKPaymentInstrument>(@{
-    @"pan" : @"4111111111111111",
-    @"expiryMonth" : @"12",
-    @"expiryYear" : @"2030",
-    @"cvv" : @"123",
-    @"cardHolder" : @"A Guest",
-    @"instrumentUseCaseString" : @"default"
-  });
-  HLVSDKPaymentBillingAddress* const address = make<HLVSDKPaymentBillingAddress>(
-      @{@"street" : @"Street 1", @"city" : @"Berlin", @"countryCode" : @"DE", @"zip" : @"10115"});
-  HLVSDKCreditCard* const storedCard = make<HLVSDKCreditCard>(@{
-    @"halvoID" : @"card-1",
-    @"lastFourDigits" : @"1111",
-    @"brand" : @"visa",
-    @"useCase" : @"default"
-  });
-  PLVCreditCardPaymentInstrument* const instrument = make<PLVCreditCardPaymentInstrument>(@{
-    @"identifier" : @"plv-1",
-    @"pan" : @"************1111",
-    @"cardBrand" : @"visa",
-    @"expiryMonth" : @"12",
-    @"expiryYear" : @"2030"
-  });
+  const std::shared_ptr<hlv::testing::ScriptedHost> host =
+      std::make_shared<hlv::testing::ScriptedHost>();
+  hlv::testing::ScriptedBackend& backend = *host->backend;
+  hlv::testing::ScriptedProvider& provider = *host->provider;
+
+  const std::shared_ptr<hlv::testing::FakeGuest> fakeGuest =
+      std::make_shared<hlv::testing::FakeGuest>();
+  const std::shared_ptr<hlv::testing::FakeEnteredCard> fakeCard =
+      std::make_shared<hlv::testing::FakeEnteredCard>();
+  const std::shared_ptr<hlv::testing::FakeStoredCard> fakeStoredCard =
+      std::make_shared<hlv::testing::FakeStoredCard>();
+  const std::shared_ptr<hlv::testing::FakeAddress> fakeAddress =
+      std::make_shared<hlv::testing::FakeAddress>();
+  const std::shared_ptr<hlv::testing::FakeInstrument> fakeInstrument =
+      std::make_shared<hlv::testing::FakeInstrument>();
 
  private:
-  std::vector<std::function<void()>> copies_;
+  std::shared_ptr<hlv::host_classes::PlayedHost> played_ =
+      std::make_shared<hlv::host_classes::PlayedHost>(host);
+  std::vector<std::shared_ptr<void>> copies_;
+
+ protected:
+  /// The same records as an app has them. The guest is always this object.
+  HLVSDKGuest* const guest = played_->objectOf(fakeGuest);
+  HLVSDKPaymentInstrument* const card = hlv::host_classes::asObject(fakeCard);
+  HLVSDKCreditCard* const storedCard = hlv::host_classes::asObject(fakeStoredCard);
+  HLVSDKPaymentBillingAddress* const address = hlv::host_classes::asObject(fakeAddress);
+  PLVCreditCardPaymentInstrument* const instrument = hlv::host_classes::asObject(fakeInstrument);
+  Received received;
 };
 
-}  // namespace hlv::testing
+}  // namespace objc_tests

@@ -1,77 +1,110 @@
 #include "Tests/ObjC/ObjCTest.h"
 
 #include <thread>
+#include <utility>
 
-namespace hlv::testing {
+#include "ObjC/HostClasses/Configuration.h"
 
-ObjCTest::ObjCTest() {
-  host.reset();
-  host.currentGuest = [guest retain];
-  host.requestBody = [@{@"credit_card" : @{@"brand" : @"visa"}, @"kind" : @1.5} retain];
+namespace objc_tests {
+namespace {
+
+hlv::testing::ScriptedHost* runningHost;
+
+void take(Received& received, id guest, id card, NSError* error) {
+  ++received.count;
+  received.onMainThread = [NSThread isMainThread];
+  received.guest = guest;
+  received.card = card;
+  received.error = error;
+  for (id object : {guest, card, static_cast<id>(error)}) {
+    if (object) [received.kept addObject:object];
+  }
 }
 
-ObjCTest::~ObjCTest() {
-  [HLVSDKPayleven resetSharedInstance];
-  host.reset();
-  for (const auto& release : copies_) release();
-  [pool drain];
-  // A queue's thread lets go of what it held after its answer is posted, so possibly after the
-  // test. A record that nobody lets go of ends as a time-out here.
-  runMainLoopUntil([] { return liveRecords() == 0; });
+}  // namespace
+
+void note(std::string line) {
+  if (runningHost) runningHost->trace.push_back(std::move(line));
 }
 
-HLVSDKConfiguration* ObjCTest::configurationWithEntries(NSArray* entries) {
-  return make<HLVSDKConfiguration>(@{@"kits" : entries});
+NSError* makeError(NSString* description) {
+  return [NSError errorWithDomain:@"service"
+                             code:7
+                         userInfo:@{
+                           NSLocalizedDescriptionKey : description,
+                           @"HLVDeveloperMessage" : @"for developers"
+                         }];
 }
 
-HLVSDKConfiguration* ObjCTest::configurationWithKey(NSString* key) {
-  id record = [HLVSDKPaylevenKitConfiguration
+std::string descriptionOf(NSError* error) {
+  return error ? [[error localizedDescription] UTF8String] : "";
+}
+
+HLVSDKPaylevenKitConfiguration* recordWithKey(NSString* key) {
+  return [HLVSDKPaylevenKitConfiguration
       configurationWithBlock:^(HLVSDKMutablePaylevenKitConfiguration* configuration) {
         configuration.paymentKey = key;
       }];
-  return configurationWithEntries(@[ [TestKitEntry entryWithKit:[HLVSDKPayleven class]
-                                                  configuration:record] ]);
+}
+
+void post(NSString* name, NSDictionary* userInfo) {
+  [[NSNotificationCenter defaultCenter] postNotificationName:name object:nil userInfo:userInfo];
+}
+
+ObjCTest::ObjCTest() {
+  runningHost = host.get();
+  hlv::host_classes::PlayedHost::install(played_);
+  host->guest = fakeGuest;
+}
+
+ObjCTest::~ObjCTest() {
+  runningHost = nullptr;
+  [HLVSDKPayleven resetSharedInstance];
+  host->dropEverything();
+  host->guest.reset();
+  backend.lastAddRequest.reset();
+  fakeGuest->cards.reset();
+  copies_.clear();
+  [pool drain];
+  // A queue's thread lets go of what it held after its answer is posted, so possibly after the
+  // test. A record that nobody lets go of ends as a time-out here.
+  played_.reset();
+  runMainLoopUntil([this] {
+    return fakeGuest.use_count() + fakeCard.use_count() + fakeStoredCard.use_count() +
+               fakeAddress.use_count() + fakeInstrument.use_count() ==
+           5;
+  });
+}
+
+HLVSDKConfiguration* ObjCTest::configurationWithKey(NSString* key) {
+  return hlv::host_classes::configurationWithEntries(
+      @[ hlv::host_classes::kitEntry([HLVSDKPayleven class], recordWithKey(key)) ]);
 }
 
 void ObjCTest::enable() {
   [HLVSDKPayleven enableWithConfiguration:configurationWithKey(@"key")];
-  host.takeTrace();
+  host->takeTrace();
 }
 
-GuestBlock ObjCTest::guestHeard() {
+GuestBlock ObjCTest::guestReceiver() {
   Received* const into = &received;
-  NSMutableArray* const keep = kept;
   return copied(^(HLVSDKGuest* owner, NSError* error) {
-    ++into->count;
-    into->onMainThread = [NSThread isMainThread];
-    into->guest = owner;
-    into->error = error;
-    if (error) [keep addObject:error];
+    take(*into, owner, nil, error);
   });
 }
 
-GuestCardBlock ObjCTest::guestCardHeard() {
+GuestCardBlock ObjCTest::guestCardReceiver() {
   Received* const into = &received;
-  NSMutableArray* const keep = kept;
   return copied(^(HLVSDKGuest* owner, HLVSDKCreditCard* added, NSError* error) {
-    ++into->count;
-    into->onMainThread = [NSThread isMainThread];
-    into->guest = owner;
-    into->card = added;
-    into->error = error;
-    if (error) [keep addObject:error];
+    take(*into, owner, added, error);
   });
 }
 
-void (^ObjCTest::successHeard())(BOOL, NSError*) {
+SuccessBlock ObjCTest::successReceiver() {
   Received* const into = &received;
-  NSMutableArray* const keep = kept;
   return copied(^(BOOL success, NSError* error) {
-    ++into->count;
-    into->onMainThread = [NSThread isMainThread];
+    take(*into, nil, nil, error);
     into->success = success;
-    into->error = error;
-    if (error) [keep addObject:error];
   });
 }
 
@@ -91,4 +124,4 @@ void ObjCTest::runMainLoopUntil(const std::function<bool()>& done) {
   }
 }
 
-}  // namespace hlv::testing
+}  // namespace objc_tests

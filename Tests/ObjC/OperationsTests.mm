@@ -1,78 +1,76 @@
 // Every operation through its selectors: what is called, what comes back, and on which thread.
-#include "ObjC/Binding/AnyString.h"
-#include "Tests/ObjC/ObjCTest.h"
+#include <objc/runtime.h>
 
-/// An app's own manager, which writes down what it is sent.
+#include "ObjC/Binding/AnyString.h"
+#include "ObjC/Binding/Strings.h"
+#include "Tests/ObjC/ObjCTest.h"
+#include "Tests/Support/FakeErrors.h"
+
+using namespace objc_tests;
+using hlv::objc::fromNSError;
+using hlv::testing::makeError;
+
+/// An app's own manager, which writes down the steps that it is sent and then takes them.
 @interface TestManager : HLVSDKPaylevenPaymentInstrumentManager
 @end
 @implementation TestManager
-- (void)noteStep:(SEL)step {
-  hlv::testing::TestHost::shared().trace.push_back([NSStringFromSelector(step) UTF8String]);
+/// Every step takes up to four pointers, or a boolean, and returns nothing or a boolean.
+static void* takeStep(id self, SEL step, void* first, void* second, void* third, void* fourth) {
+  note([NSStringFromSelector(step) UTF8String]);
+  const IMP own = [HLVSDKPaylevenPaymentInstrumentManager instanceMethodForSelector:step];
+  return reinterpret_cast<decltype(&takeStep)>(own)(self, step, first, second, third, fourth);
 }
-- (BOOL)isConnectionAvailable {
-  [self noteStep:_cmd];
-  return [super isConnectionAvailable];
-}
-#define STEP(declaration, call) \
-  -declaration {                \
-    [self noteStep:_cmd];       \
-    [super call];               \
++ (void)initialize {
+  for (const SEL step : {
+         @selector(isConnectionAvailable), @selector(setConnectionAvaiable:),
+             @selector(addFirstPaymentInstrument:billingAddress:forGuest:completion:),
+             @selector(addNewPaymentInstrument:billingAddress:forGuest:completion:),
+             @selector(addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:),
+             @selector(addNewPaymentInstrumentToPayleven:withPaylevenToken:completion:),
+             @selector(processAddedPaymentInstrument:paylevenToken:completion:)
+       }) {
+    const Method own = class_getInstanceMethod([self superclass], step);
+    class_addMethod([TestManager class], step, reinterpret_cast<IMP>(&takeStep),
+                    method_getTypeEncoding(own));
   }
-STEP((void)setConnectionAvaiable : (BOOL)available, setConnectionAvaiable : available)
-STEP((void)handleReachabilityChangedNotification
-     : (NSNotification*)notification, handleReachabilityChangedNotification
-     : notification)
-STEP((void)addFirstPaymentInstrument
-     : (HLVSDKPaymentInstrument*)card billingAddress
-     : (HLVSDKPaymentBillingAddress*)address forGuest
-     : (HLVSDKGuest*)guest completion
-     : (hlv::testing::GuestCardBlock)completion, addFirstPaymentInstrument
-     : card billingAddress
-     : address forGuest
-     : guest completion
-     : completion)
-STEP((void)addNewPaymentInstrument
-     : (HLVSDKPaymentInstrument*)card billingAddress
-     : (HLVSDKPaymentBillingAddress*)address forGuest
-     : (HLVSDKGuest*)guest completion
-     : (hlv::testing::GuestCardBlock)completion, addNewPaymentInstrument
-     : card billingAddress
-     : address forGuest
-     : guest completion
-     : completion)
-STEP((void)addFirstPaymentInstrumentToPayleven
-     : (HLVSDKPaymentInstrument*)card forGuestEmail
-     : (NSString*)email completion
-     : (hlv::testing::InstrumentBlock)completion, addFirstPaymentInstrumentToPayleven
-     : card forGuestEmail
-     : email completion
-     : completion)
-STEP((void)addNewPaymentInstrumentToPayleven
-     : (HLVSDKPaymentInstrument*)card withPaylevenToken
-     : (NSString*)token completion
-     : (hlv::testing::InstrumentBlock)completion, addNewPaymentInstrumentToPayleven
-     : card withPaylevenToken
-     : token completion
-     : completion)
-STEP((void)processAddedPaymentInstrument
-     : (HLVSDKPaymentInstrument*)card paylevenToken
-     : (NSString*)token completion
-     : (hlv::testing::InstrumentBlock)completion, processAddedPaymentInstrument
-     : card paylevenToken
-     : token completion
-     : completion)
-#undef STEP
+}
 - (void)observeValueForKeyPath:(NSString*)path
                       ofObject:(id)object
                         change:(NSDictionary*)change
                        context:(void*)context {
-  hlv::testing::TestHost::shared().trace.push_back(
-      [[NSString stringWithFormat:@"%@ is %@", path, [object valueForKey:path]] UTF8String]);
+  note([[NSString stringWithFormat:@"%@ is %@", path, [object valueForKey:path]] UTF8String]);
 }
 @end
 
-namespace hlv::testing {
+/// An app's own client of the backend, which keeps the block of an update.
+@interface TestBackend : HLVSDKAPIManager {
+ @public
+  GuestCardBlock updated;
+}
+@end
+@implementation TestBackend
+- (void)updateCreditCard:(NSString*)ID
+          billingAddress:(NSDictionary*)billingAddress
+                forGuest:(HLVSDKGuest*)guest
+              completion:(GuestCardBlock)completion {
+  updated = completion;
+}
+@end
+
+/// The host's keys, which a header declares as a constant.
+extern "C" void setAddressKeys(NSArray* keys);
+
 namespace {
+
+constexpr const char* tokenCall =
+    "provider create token for guest@example.com with new[..1111 09/2031 cvv A. Guest] use case "
+    "default";
+constexpr const char* addCall =
+    "provider add new[..1111 09/2031 cvv A. Guest] under tok use case default";
+
+std::string managerMethod(const char* selector) {
+  return std::string("-[HLVSDKPaylevenPaymentInstrumentManager ") + selector + "]";
+}
 
 class OperationsTest : public ObjCTest {
  protected:
@@ -80,23 +78,29 @@ class OperationsTest : public ObjCTest {
   static HLVSDKPaylevenPaymentInstrumentManager* manager() {
     return (HLVSDKPaylevenPaymentInstrumentManager*)[HLVSDKPaymentManager sharedManager];
   }
-  void giveToken() { [fieldsOf(guest) setObject:@"tok" forKey:@"paylevenToken"]; }
-  void giveCard() { [fieldsOf(guest) setObject:@[ storedCard ] forKey:@"creditCards"]; }
   void add() {
     [entryPoint addPaymentInstrument:card
                       billingAddress:address
                             forGuest:guest
-                          completion:guestCardHeard()];
+                          completion:guestCardReceiver()];
   }
   void remove(NSString* ID) {
     [entryPoint deletePaymentInstrumentWithID:ID
                                       useCase:@"default"
                                     fromGuest:guest
-                                   completion:guestHeard()];
+                                   completion:guestReceiver()];
   }
-  void answerList() {
-    host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
-    host.takeTrace();
+  void update(NSString* ID, HLVSDKPaymentBillingAddress* with, GuestCardBlock completion) {
+    [entryPoint updatePaymentInstrument:ID
+                         billingAddress:with
+                               forGuest:guest
+                             completion:completion];
+  }
+  /// The last add or deletion ended with the required-argument error of this name.
+  void expectRequired(const std::string& name, const std::string& builder) {
+    const std::string error = descriptionOf(received.error);
+    EXPECT_TRUE(error.starts_with("localized required '" + name + "', message ")) << error;
+    EXPECT_NE(error.find(", by " + builder + " in "), std::string::npos) << error;
   }
 
   HLVSDKPaymentManager* const entryPoint = [[HLVSDKPaymentManager new] autorelease];
@@ -104,62 +108,59 @@ class OperationsTest : public ObjCTest {
 
 TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects) {
   add();
-  EXPECT_EQ(host.takeTrace(), "provider token for guest@example.com, default");
-  onAnotherThread([&] { host.tokens.answer(@"tok", (NSError*)nil); });
-  EXPECT_EQ(host.takeTrace(), "provider list under tok, default");
-  NSArray* const found = @[ instrument ];
-  onAnotherThread([&] { host.lists.answer(found, (NSError*)nil); });
-  runMainLoopUntil([&] { return host.cardAdds.size() == 1; });
-  EXPECT_EQ(host.takeTrace(),
-            "card is plv-1\nbackend token tok\nbackend add for guest@example.com");
-  EXPECT_TRUE([host.request isKindOfClass:[HLVSDKAddPaylevenCreditCardRequestInfo class]]);
-  EXPECT_EQ([fieldsOf(host.request) objectForKey:@"card"], card);
-  EXPECT_EQ([fieldsOf(host.request) objectForKey:@"address"], address);
-  EXPECT_TRUE([[fieldsOf(host.request) objectForKey:@"provider"] isEqual:@0]);
-  NSDictionary* const sent =
-      @{@"credit_card" : @{@"brand" : @"visa", @"plv_token" : @"tok"},
-        @"kind" : @1.5};
-  EXPECT_TRUE([[host.request JSONRepresentation] isEqual:sent]);
+  EXPECT_EQ(host->takeTrace(), tokenCall);
+  onAnotherThread([&] { provider.tokens.answer("tok", nullptr); });
+  EXPECT_EQ(host->takeTrace(), "provider list tok use case default");
+  onAnotherThread([&] { provider.lists.answer(Instruments{fakeInstrument}, nullptr); });
+  runMainLoopUntil([&] { return backend.cardAdds.count() == 1; });
+  EXPECT_EQ(fakeCard->identifier, "plv-1");
+  EXPECT_EQ(host->takeTrace(), "backend update guest token=tok\n"
+                               "backend add card for guest@example.com token=no request");
+  EXPECT_EQ(host->requestedCard, fakeCard.get());
+  EXPECT_EQ(host->requestedAddress, fakeAddress.get());
+  EXPECT_EQ(host->requestProvider, 0);
+  hlv::Dictionary sent = *host->requestBody;
+  sent["credit_card"] = hlv::Dictionary{{"brand", "visa"}, {"last", "1111"}, {"plv_token", "tok"}};
+  EXPECT_EQ(backend.lastAddRequest->JSONRepresentation(), sent);
   onAnotherThread([&] {
-    host.guestUpdates.answer((HLVSDKGuest*)nil, (NSError*)nil);
-    host.cardAdds.answer((HLVSDKGuest*)nil, storedCard, (NSError*)nil);
+    backend.guestUpdates.answer(nullptr, nullptr);
+    backend.cardAdds.answer(nullptr, fakeStoredCard, nullptr);
   });
   runMainLoopUntil([&] { return received.count == 1; });
   EXPECT_TRUE(received.onMainThread);
   EXPECT_EQ(received.guest, guest);
-  EXPECT_EQ(received.card, storedCard);
+  EXPECT_EQ(behind<hlv::HLVSDKCreditCard>(received.card), fakeStoredCard);
   EXPECT_EQ(received.error, nil);
 }
 
 TEST_F(OperationsTest, AFirstCardsFailuresNameWhatIsMissingAndPassErrorsThrough) {
   add();
-  host.takeTrace();
-  host.tokens.answer((NSString*)nil, (NSError*)nil);
-  EXPECT_EQ(host.takeTrace(), "assert parameter userToken: (null)");
-  EXPECT_TRUE([[received.error localizedDescription]
-      isEqual:@"userToken: (null), -[HLVSDKPaylevenPaymentInstrumentManager "
-              @"addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:]"]);
+  host->takeTrace();
+  provider.tokens.answer(std::nullopt, nullptr);
+  EXPECT_EQ(host->takeTrace(), "assert parameter userToken: nil");
+  expectRequired("userToken",
+                 managerMethod("addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:"));
   add();
+  provider.tokens.answer(std::nullopt, makeError("refused"));
+  EXPECT_EQ(descriptionOf(received.error), "localized provider(localized refused)");
+  add();
+  provider.tokens.answer("tok", nullptr);
+  provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+  backend.cardAdds.answer(nullptr, fakeStoredCard, nullptr);
   NSError* const refusal = makeError(@"refused");
-  host.tokens.answer((NSString*)nil, refusal);
-  EXPECT_EQ([[received.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
-  add();
-  host.tokens.answer(@"tok", (NSError*)nil);
-  answerList();
-  host.cardAdds.answer((HLVSDKGuest*)nil, storedCard, (NSError*)nil);
-  host.guestUpdates.answer((HLVSDKGuest*)nil, refusal);
+  backend.guestUpdates.answer(nullptr, fromNSError(refusal));
   runMainLoopUntil([&] { return received.count == 3; });
-  EXPECT_EQ(received.card, storedCard) << "a card and an error may come together";
+  EXPECT_TRUE(received.card) << "a card and an error may come together";
   EXPECT_EQ(received.error, refusal);
 }
 
 TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
-  host.network = 256;
+  host->network->state = 256;
   add();
-  EXPECT_TRUE([[received.error domain] isEqual:@"URL"]);
-  EXPECT_EQ([received.error code], 1);
+  EXPECT_EQ(descriptionOf(received.error), "localized code 1 in 'HLVURLErrorDomain', message nil");
   NSError* const invalid = makeError(@"invalid card");
-  [fieldsOf(card) setObject:invalid forKey:@"error"];
+  fakeCard->valid = false;
+  fakeCard->ownError = fromNSError(invalid);
   onAnotherThread([&] {
     @autoreleasepool {
       add();
@@ -169,133 +170,76 @@ TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
   runMainLoopUntil([&] { return received.count == 2; });
   EXPECT_TRUE(received.onMainThread);
   EXPECT_EQ(received.error, invalid);
-  EXPECT_EQ(host.takeTrace(), "");
+  EXPECT_EQ(host->takeTrace(), "");
 }
 
 TEST_F(OperationsTest, AFurtherCardLogsItsFailuresToBothLoggers) {
-  giveToken();
+  fakeGuest->token = "tok";
   add();
-  EXPECT_EQ(host.takeTrace(), "provider add under tok, default");
-  NSError* const refusal = makeError(@"refused");
-  host.adds.answer(refusal);
-  const std::string line =
-      " 1 -[HLVSDKPaylevenPaymentInstrumentManager "
-      "addNewPaymentInstrument:billingAddress:forGuest:completion:]_block_invoke: "
-      "Failed to add new payment instrument. %@ = Failed to add new payment instrument. ";
-  const std::string rendered = [[received.error description] UTF8String];
-  EXPECT_EQ(host.takeTrace(), "remote" + line + rendered + "\nconsole" + line + rendered);
-  EXPECT_EQ([[received.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
-
+  EXPECT_EQ(host->takeTrace(), addCall);
+  provider.adds.answer(makeError("refused"));
+  EXPECT_EQ(descriptionOf(received.error), "localized provider(localized refused)");
+  const std::string block =
+      managerMethod("addNewPaymentInstrument:billingAddress:forGuest:completion:") +
+      "_block_invoke";
+  const std::string line = std::string(" 1 \"%@\" <Failed to add new payment instrument. ") +
+                           [[received.error description] UTF8String] + "> at " + block;
+  EXPECT_EQ(host->takeTrace(), "remote" + line + "\nconsole" + line);
   add();
-  host.adds.answer((NSError*)nil);
-  [fieldsOf(instrument) removeObjectForKey:@"identifier"];
-  answerList();
-  EXPECT_TRUE([[received.error localizedDescription]
-      isEqual:@"identifier: Added instrument to external payment system doesn't have identifier, "
-              @"-[HLVSDKPaylevenPaymentInstrumentManager "
-              @"addNewPaymentInstrument:billingAddress:forGuest:completion:]_block_invoke"]);
+  provider.adds.answer(nullptr);
+  fakeInstrument->id.reset();
+  provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+  expectRequired("identifier", block);
 }
 
-TEST_F(OperationsTest, AFurtherCardReportsTheBackendsGuestAndNeverItsError) {
-  giveToken();
-  add();
-  host.adds.answer((NSError*)nil);
-  answerList();
-  HLVSDKGuest* const updated = make<HLVSDKGuest>(@{});
-  host.cardAdds.answer(updated, storedCard, makeError(@"refused"));
-  EXPECT_EQ(received.guest, updated);
-  EXPECT_EQ(received.card, storedCard);
-  EXPECT_EQ(received.error, nil);
-}
-
-TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndAsksForEverythingItNeeds) {
+TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndNamesWhatIsMissing) {
   remove(@"card-1");
-  EXPECT_EQ(host.takeTrace(), "assert parameter guest.paylevenToken: (null)");
-  EXPECT_TRUE([[received.error localizedDescription] hasPrefix:@"paymentToken: (null), -["]);
-  giveToken();
-  remove(nil);
-  EXPECT_EQ(host.takeTrace(), "assert parameter halvoID: (null)");
+  EXPECT_EQ(host->takeTrace(), "assert parameter guest.paylevenToken: nil");
+  expectRequired("paymentToken",
+                 managerMethod("deletePaymentInstrumentWithID:useCase:fromGuest:completion:"));
+  fakeGuest->token = "tok";
+  fakeGuest->cards = Cards{fakeStoredCard};
   remove(@"card-1");
-  EXPECT_TRUE([[received.error localizedDescription] hasPrefix:@"existedCard: Given guest must"]);
-  giveCard();
-  host.network = 0;
-  remove(@"card-1");
-  EXPECT_TRUE([[received.error domain] isEqual:@"URL"]);
-  host.network = 2;
-  remove(@"card-1");
-  EXPECT_EQ(host.takeTrace(), "backend delete card-1 of guest@example.com");
-  HLVSDKGuest* const updated = make<HLVSDKGuest>(@{@"paylevenToken" : @"tok2"});
-  host.deletions.answer(updated, (NSError*)nil);
-  EXPECT_EQ(host.takeTrace(), "provider list under tok2, default");
-  host.lists.answer((NSArray*)@[ instrument ], (NSError*)nil);
-  EXPECT_EQ(host.takeTrace(), "provider remove plv-1 under tok2, default");
-  NSError* const refusal = makeError(@"refused");
-  host.removals.answer(refusal);
-  EXPECT_EQ(received.guest, updated);
-  EXPECT_EQ([[received.error userInfo] objectForKey:NSUnderlyingErrorKey], refusal);
-  EXPECT_EQ(received.count, 5);
+  EXPECT_EQ(host->takeTrace(), "backend delete card-1 of guest@example.com");
+  const auto updated = std::make_shared<hlv::testing::FakeGuest>();
+  updated->token = "tok2";
+  backend.deletions.answer(updated, nullptr);
+  EXPECT_EQ(host->takeTrace(), "provider list tok2 use case default");
+  provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+  EXPECT_EQ(host->takeTrace(), "provider remove plv-1 from default of tok2");
+  provider.removals.answer(makeError("refused"));
+  EXPECT_EQ(behind<hlv::HLVSDKGuest>(received.guest), updated);
+  EXPECT_EQ(descriptionOf(received.error), "localized provider(localized refused)");
+  EXPECT_EQ(received.count, 2);
 }
 
 TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {
-  const auto block = guestCardHeard();
-  [entryPoint updatePaymentInstrument:@"card-1"
-                       billingAddress:address
-                             forGuest:guest
-                           completion:block];
-  EXPECT_EQ(host.takeTrace(), "backend update card-1 of guest@example.com");
-  EXPECT_EQ((const void*)host.cardUpdates.oldest(), (const void*)block);
-  NSDictionary* const fields =
-      @{@"k0" : @"Street 1", @"k1" : @"Berlin", @"k2" : @"DE", @"k3" : @"10115"};
-  EXPECT_TRUE([host.address isEqual:fields]);
-  onAnotherThread([&] { host.cardUpdates.answer(guest, storedCard, (NSError*)nil); });
+  update(@"card-1", address, guestCardReceiver());
+  EXPECT_EQ(host->takeTrace(), "backend update card-1 of guest@example.com");
+  EXPECT_EQ(backend.lastAddress, (hlv::Dictionary{{"street", "Street 1"},
+                                                  {"city", "Berlin"},
+                                                  {"country_code", "DE"},
+                                                  {"zip", "10115"},
+                                                  {"business_name", "Halvo GmbH"}}));
+  onAnotherThread([&] { backend.cardUpdates.answer(fakeGuest, fakeStoredCard, nullptr); });
   EXPECT_EQ(received.count, 1) << "on the backend's thread";
   EXPECT_FALSE(received.onMainThread);
-  [(NSMutableArray*)HLVSDKCreditCardBusinessAddressJSONKeyes replaceObjectAtIndex:0
-                                                                       withObject:@"street"];
-  [entryPoint updatePaymentInstrument:@"card-1" billingAddress:address forGuest:nil completion:nil];
-  [(NSMutableArray*)HLVSDKCreditCardBusinessAddressJSONKeyes replaceObjectAtIndex:0
-                                                                       withObject:@"k0"];
-  EXPECT_TRUE([[host.address objectForKey:@"street"] isEqual:@"Street 1"]) << "the host's key now";
-  host.cardUpdates.drop();
-  [entryPoint updatePaymentInstrument:@"card-1" billingAddress:nil forGuest:nil completion:nil];
-  EXPECT_EQ((const void*)host.cardUpdates.oldest(), nullptr);
-  EXPECT_EQ([host.address count], 0u);
-}
 
-TEST_F(OperationsTest, NilCompletionsAreSkippedAndTheWorkIsDone) {
-  giveToken();
-  giveCard();
-  [entryPoint addPaymentInstrument:card billingAddress:nil forGuest:guest completion:nil];
-  host.adds.answer(makeError(@"refused"));
-  [entryPoint deletePaymentInstrumentWithID:@"card-1" useCase:nil fromGuest:guest completion:nil];
-  [manager() processAddedPaymentInstrument:nil paylevenToken:nil completion:nil];
-  EXPECT_NE(host.takeTrace().find("assert parameter paymentInstrument"), std::string::npos);
-}
+  NSArray* const before = HLVSDKCreditCardBusinessAddressJSONKeyes;
+  setAddressKeys(@[ @"road" ]);
+  update(@"card-1", address, nil);
+  setAddressKeys(before);
+  EXPECT_EQ(backend.lastAddress, (hlv::Dictionary{{"road", "Street 1"}})) << "the host's key now";
+  update(@"card-1", nil, nil);
+  EXPECT_TRUE(backend.lastAddress.empty());
 
-TEST_F(OperationsTest, TheStepsOfAnAddCanBeTakenOneByOne) {
-  __block NSString* token = nil;
-  __block id found = nil;
-  NSMutableArray* const keep = kept;
-  const auto completion =
-      copied(^(NSString* paylevenToken, PLVCreditCardPaymentInstrument* confirmed, NSError*) {
-        token = paylevenToken;
-        [keep addObject:token];
-        found = confirmed;
-      });
-  [manager() addFirstPaymentInstrumentToPayleven:card forGuestEmail:@"a@b.c" completion:completion];
-  host.tokens.answer(@"tok", (NSError*)nil);
-  answerList();
-  EXPECT_TRUE([token isEqual:@"tok"]);
-  EXPECT_EQ(found, instrument);
-  [manager() addNewPaymentInstrumentToPayleven:card
-                             withPaylevenToken:@"tok2"
-                                    completion:completion];
-  host.adds.answer((NSError*)nil);
-  host.lists.answer((NSArray*)nil, (NSError*)nil);
-  EXPECT_TRUE([token isEqual:@"tok2"]);
-  EXPECT_EQ(found, nil);
-  EXPECT_NE(host.takeTrace().find("assert parameter paylevenInstruments: (null)"),
-            std::string::npos);
+  TestBackend* const own = [[TestBackend new] autorelease];
+  [manager() setApiManager:own];
+  const auto block = guestCardReceiver();
+  update(@"card-1", address, block);
+  EXPECT_EQ((const void*)own->updated, (const void*)block);
+  update(@"card-1", address, nil);
+  EXPECT_EQ((const void*)own->updated, nullptr);
 }
 
 TEST_F(OperationsTest, EveryStepIsAMessageAndTheFlagIsObserved) {
@@ -305,25 +249,25 @@ TEST_F(OperationsTest, EveryStepIsAMessageAndTheFlagIsObserved) {
   [[HLVSDKPayleven sharedInstance] setPaymentInstrumentManager:own];
   [own setReachability:[HLVSDKReachability sharedReachability]];
   TestManager* const observer = [[TestManager new] autorelease];
-  host.takeTrace();
+  host->takeTrace();
   [own addObserver:observer forKeyPath:@"connectionAvaiable" options:0 context:nullptr];
   add();
-  EXPECT_EQ(host.takeTrace(),
+  EXPECT_EQ(host->takeTrace(),
             "setConnectionAvaiable:\nconnectionAvaiable is 1\nisConnectionAvailable\n"
             "addFirstPaymentInstrument:billingAddress:forGuest:completion:\n"
-            "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:\n"
-            "provider token for guest@example.com, default");
+            "addFirstPaymentInstrumentToPayleven:forGuestEmail:completion:\n" +
+                std::string(tokenCall));
   [own removeObserver:observer forKeyPath:@"connectionAvaiable"];
-  onAnotherThread([&] { host.tokens.answer(@"tok", (NSError*)nil); });
-  EXPECT_EQ(host.takeTrace(), "processAddedPaymentInstrument:paylevenToken:completion:\n"
-                              "provider list under tok, default");
-  giveToken();
+  onAnotherThread([&] { provider.tokens.answer("tok", nullptr); });
+  EXPECT_EQ(host->takeTrace(), "processAddedPaymentInstrument:paylevenToken:completion:\n"
+                               "provider list tok use case default");
+  fakeGuest->token = "tok";
   add();
-  EXPECT_EQ(host.takeTrace(), "setConnectionAvaiable:\nisConnectionAvailable\n"
-                              "addNewPaymentInstrument:billingAddress:forGuest:completion:\n"
-                              "addNewPaymentInstrumentToPayleven:withPaylevenToken:completion:\n"
-                              "provider add under tok, default");
-  [[NSNotificationCenter defaultCenter] postNotificationName:@"reachability" object:nil];
+  EXPECT_EQ(host->takeTrace(), "setConnectionAvaiable:\nisConnectionAvailable\n"
+                               "addNewPaymentInstrument:billingAddress:forGuest:completion:\n"
+                               "addNewPaymentInstrumentToPayleven:withPaylevenToken:completion:\n" +
+                                   std::string(addCall));
+  post(HLVSDKReachabilityDidChangeReachabilityStateNotification);
   EXPECT_EQ([[own valueForKey:@"connectionAvaiable"] boolValue], NO);
 }
 
@@ -332,21 +276,25 @@ TEST_F(OperationsTest, TextsCrossAsTheyAre) {
   std::u16string units(127, u'e');
   units[0] = 0xFEFF;
   units += {0xD83D, u'x', 0xD83D, 0xDE00, 0, 0xE9, 0x20AC, 0xDE00, 0xD83D};
-  NSString* const token = [objc::newStringOfUnits(units) autorelease];
-  [fieldsOf(guest) setObject:token forKey:@"paylevenToken"];
+  NSString* const string = [hlv::objc::newStringOfUnits(units) autorelease];
+  const std::string bytes = "\xEF\xBB\xBF" + std::string(126, 'e') +
+                            "\xED\xA0\xBDx\xF0\x9F\x98\x80" + std::string(1, '\0') +
+                            "\xC3\xA9\xE2\x82\xAC\xED\xB8\x80\xED\xA0\xBD";
+  EXPECT_EQ(hlv::objc::fromNSString(string), bytes);
+  EXPECT_TRUE([hlv::objc::toNSString(bytes) isEqual:string]);
+  fakeGuest->token = bytes;
   add();
-  EXPECT_TRUE([host.lastToken isEqual:token]);
-  host.adds.answer(makeError(token));
+  provider.adds.answer(fromNSError(makeError(string)));
   EXPECT_EQ(received.count, 1);
 }
 
 TEST_F(OperationsTest, AnAddressIsCheckedFieldByField) {
   NSError* error = nil;
   EXPECT_TRUE([manager() validateBillingAddress:address error:&error]);
-  [fieldsOf(address) setObject:@"" forKey:@"street"];
+  fakeAddress->streetName = "";
   EXPECT_FALSE([manager() validateBillingAddress:address error:&error]);
-  EXPECT_TRUE([[error localizedDescription] isEqual:@"street '': (null)"]);
-  [fieldsOf(address) setObject:@"Street 1" forKey:@"street"];
+  EXPECT_EQ(descriptionOf(error), "localized invalid 'street' value '', message nil");
+  fakeAddress->streetName = "Street 1";
   NSError* const before = error;
   EXPECT_FALSE([manager() validateBillingAddress:address error:&error]);
   EXPECT_EQ(error, before);
@@ -357,11 +305,9 @@ TEST_F(OperationsTest, AManagersServicesAreTheAppsOwnAndMayBeReplaced) {
   EXPECT_EQ([manager() paymentClient], [PLVInAppClient sharedInstance]);
   EXPECT_EQ([manager() reachability], [HLVSDKReachability sharedReachability]);
   EXPECT_FALSE([manager() isConnectionAvailable]);
-  [[NSNotificationCenter defaultCenter] postNotificationName:@"reachability"
-                                                      object:nil
-                                                    userInfo:@{
-                                                      @"state" : @2
-                                                    }];
+  post(
+      HLVSDKReachabilityDidChangeReachabilityStateNotification,
+      @{HLVSDKReachabilityDidChangeReachabilityNotificationStateKey : @2});
   EXPECT_TRUE([manager() isConnectionAvailable]);
   [manager() setConnectionAvaiable:NO];
   EXPECT_FALSE([manager() isConnectionAvailable]);
@@ -370,8 +316,8 @@ TEST_F(OperationsTest, AManagersServicesAreTheAppsOwnAndMayBeReplaced) {
   [manager() setReachability:nil];
   EXPECT_EQ([manager() apiManager], nil);
   add();
-  EXPECT_TRUE([[received.error domain] isEqual:@"URL"]) << "no monitor, no connection";
+  EXPECT_EQ(descriptionOf(received.error), "localized code 1 in 'HLVURLErrorDomain', message nil")
+      << "no monitor, no connection";
 }
 
 }  // namespace
-}  // namespace hlv::testing

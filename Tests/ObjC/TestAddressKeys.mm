@@ -1,15 +1,10 @@
-// The keys of an address dictionary: an array must be made at run time, which the header that
-// declares it as a constant does not allow for.
+// The keys of an address dictionary, as a host changes them.
 #import <Foundation/Foundation.h>
 
-NSArray* HLVSDKCreditCardBusinessAddressJSONKeyes = nil;
-
-@interface TestAddressKeys : NSObject
-@end
-
-@implementation TestAddressKeys
-+ (void)load {
-  NSString* const keys[] = {@"k0", @"k1", @"k2", @"k3", @"k4"};
-  HLVSDKCreditCardBusinessAddressJSONKeyes = [[NSMutableArray alloc] initWithObjects:keys count:5];
+// The header that declares the list, which is left out here, calls it a constant.
+extern "C" {
+extern NSArray* HLVSDKCreditCardBusinessAddressJSONKeyes;
+void setAddressKeys(NSArray* keys);
 }
-@end
+
+void setAddressKeys(NSArray* keys) { HLVSDKCreditCardBusinessAddressJSONKeyes = keys; }

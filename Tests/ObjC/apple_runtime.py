@@ -97,7 +97,8 @@ def swift_faults(dump):
 def main():
     table, folder, *command = sys.argv[1:]
     folder, headers = Path(folder), Path(folder, "HLVSDKPaylevenKit")
-    sources = sorted(folder.glob("[BCFH]*/*.mm"))
+    sources = [source for part in ("Binding", "Classes", "Foundation", "Host")
+               for source in sorted(folder.glob(f"{part}/*.mm"))]
     stubs = folder.parent / "Tests/ObjC/PhoneFoundation"
     with tempfile.TemporaryDirectory() as name:
         scratch = Path(name)

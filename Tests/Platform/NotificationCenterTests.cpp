@@ -25,6 +25,7 @@ TEST_F(NotificationCenterTest, DeliversInOrderByNameBeforePostReturns) {
   const auto second = observe("b");
   center->post({"name", {}});
   center->post({"other", {}});
+  center->post({nullptr, {}});
   EXPECT_EQ(received, "ab");
   EXPECT_EQ(center->observe(std::nullopt, [](const Notification&) {}), nullptr);
 }

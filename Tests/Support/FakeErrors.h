@@ -24,10 +24,12 @@ struct FakeError final : Error {
 
 inline ErrorPtr makeError(std::string text) { return std::make_shared<FakeError>(std::move(text)); }
 
-/// How an error was made, in one line; "none" for no error.
+/// How an error was made, or the description of one that crossed another object model, in one line;
+/// "none" for no error.
 inline std::string madeAs(const ErrorPtr& error) {
   const auto* fake = dynamic_cast<const FakeError*>(error.get());
-  return fake ? fake->text : "none";
+  if (fake) return fake->text;
+  return error ? error->localizedDescription().value_or("") : "none";
 }
 
 /// Writes down each error that it makes.

@@ -8,10 +8,10 @@ extern "C" {
 NSArray* HLVSDKCreditCardBusinessAddressJSONKeyes = nil;
 }
 
-@interface SandboxAddressKeys : NSObject
+@interface HLVCoreAddressKeys : NSObject
 @end
 
-@implementation SandboxAddressKeys
+@implementation HLVCoreAddressKeys
 
 + (void)load {
   HLVSDKCreditCardBusinessAddressJSONKeyes = [[NSArray alloc]

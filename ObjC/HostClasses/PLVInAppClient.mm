@@ -1,21 +1,21 @@
-// The sandbox's payment provider, as an Objective-C app calls it.
+// The payment provider's client, as an Objective-C app calls it.
 #import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
 #include "Host/PaylevenFramework/PLVInAppClient.h"
-#include "ObjC/Sandbox/Answer.h"
-#include "ObjC/Sandbox/OpenSandbox.h"
+#include "ObjC/HostClasses/PlayedHost.h"
+#include "ObjC/HostClasses/Reply.h"
 #include "Values/Send.h"
 
 using hlv::objc::fromNSString;
-using hlv::sandbox::objc::answerTo;
-using hlv::sandbox::objc::behind;
-using hlv::sandbox::objc::openHost;
+using hlv::host_classes::replyTo;
+using hlv::host_classes::behind;
+using hlv::host_classes::playedHost;
 using Instrument = hlv::PLVCreditCardPaymentInstrument;
 
 namespace {
 
 std::shared_ptr<hlv::PLVInAppClient> provider() {
-  return hlv::send(openHost(), &hlv::Host::inAppClient);
+  return hlv::send(playedHost(), &hlv::Host::inAppClient);
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ std::shared_ptr<hlv::PLVInAppClient> provider() {
                andUseCase:(NSString*)useCase
             andCompletion:(void (^)(NSString*, NSError*))completion {
   hlv::send(provider(), &hlv::PLVInAppClient::createUserToken, fromNSString(email),
-            behind<Instrument>(paymentInstrument), fromNSString(useCase), answerTo(completion));
+            behind<Instrument>(paymentInstrument), fromNSString(useCase), replyTo(completion));
 }
 
 - (void)addPaymentInstrument:(PLVPaymentInstrument*)paymentInstrument
@@ -45,7 +45,7 @@ std::shared_ptr<hlv::PLVInAppClient> provider() {
                andCompletion:(void (^)(NSError*))completion {
   hlv::send(provider(), &hlv::PLVInAppClient::addPaymentInstrument,
             behind<Instrument>(paymentInstrument), fromNSString(userToken), fromNSString(useCase),
-            answerTo(completion));
+            replyTo(completion));
 }
 
 - (void)getPaymentInstrumentsList:(NSString*)userToken
@@ -53,7 +53,7 @@ std::shared_ptr<hlv::PLVInAppClient> provider() {
                     andCompletion:
                         (void (^)(NSArray<PLVCreditCardPaymentInstrument*>*, NSError*))completion {
   hlv::send(provider(), &hlv::PLVInAppClient::getPaymentInstrumentsList, fromNSString(userToken),
-            fromNSString(useCase), answerTo(completion));
+            fromNSString(useCase), replyTo(completion));
 }
 
 - (void)removePaymentInstrument:(PLVPaymentInstrument*)paymentInstrument
@@ -62,7 +62,7 @@ std::shared_ptr<hlv::PLVInAppClient> provider() {
                   andCompletion:(void (^)(NSError*))completion {
   hlv::send(provider(), &hlv::PLVInAppClient::removePaymentInstrument,
             behind<Instrument>(paymentInstrument), fromNSString(useCase), fromNSString(userToken),
-            answerTo(completion));
+            replyTo(completion));
 }
 
 @end

@@ -1,6 +1,6 @@
-// The sandbox's answers on their way to an Objective-C app.
+// What the core's host replies, on its way to an Objective-C app.
 //
-// Threading: any; a block is called on the thread that answers.
+// Threading: any; a block is called on the thread that replies.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -8,12 +8,10 @@
 #include "ObjC/Binding/Blocks.h"
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
-#include "ObjC/Sandbox/SandboxCardInstrument.h"
-#include "ObjC/Sandbox/SandboxCreditCard.h"
-#include "ObjC/Sandbox/SandboxGuest.h"
+#include "ObjC/HostClasses/Records.h"
 #include "Values/List.h"
 
-namespace hlv::sandbox::objc {
+namespace hlv::host_classes {
 
 inline NSString* asObject(const NullableString& string) { return hlv::objc::toNSString(string); }
 inline NSError* asObject(const ErrorPtr& error) { return hlv::objc::toNSError(error); }
@@ -27,10 +25,10 @@ NSArray* asObject(const NullableList<T>& list) {
   return objects;
 }
 
-/// A completion that hands each result to `block`, in a pool of its own: the sandbox's threads have
-/// none. Nil does nothing.
+/// A completion that hands each result to `block`, in a pool of its own: the host's threads may
+/// have none. Nil does nothing.
 template <class Block>
-auto answerTo(Block block) {
+auto replyTo(Block block) {
   return [copied = hlv::objc::CopiedBlock<Block>(block)](const auto&... results) {
     if (!copied.block()) return;
     @autoreleasepool {
@@ -39,4 +37,4 @@ auto answerTo(Block block) {
   };
 }
 
-}  // namespace hlv::sandbox::objc
+}  // namespace hlv::host_classes

@@ -1,14 +1,14 @@
-// The sandbox's network, as an Objective-C app sees it.
+// The host's view of the network, as an Objective-C app sees it.
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
-#include "ObjC/Sandbox/OpenSandbox.h"
+#include "ObjC/HostClasses/PlayedHost.h"
 #include "Values/Send.h"
 
 namespace {
 
 std::shared_ptr<hlv::HLVSDKReachability> network() {
-  return hlv::send(hlv::sandbox::objc::openHost(), &hlv::Host::reachability);
+  return hlv::send(hlv::host_classes::playedHost(), &hlv::Host::reachability);
 }
 
 }  // namespace

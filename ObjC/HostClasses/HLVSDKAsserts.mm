@@ -1,20 +1,20 @@
-// Assertions, which the sandbox records in its journal.
+// Assertions, as an Objective-C app reports them.
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include "ObjC/Binding/Strings.h"
-#include "ObjC/Sandbox/OpenSandbox.h"
+#include "ObjC/HostClasses/PlayedHost.h"
 
 using hlv::objc::fromNSString;
-using hlv::sandbox::objc::openHost;
+using hlv::host_classes::playedHost;
 
 @implementation HLVSDKAsserts
 
 + (void)handleAssertWithMessage:(NSString*)message {
-  if (const auto host = openHost()) host->handleAssertWithMessage(fromNSString(message));
+  if (const auto host = playedHost()) host->handleAssertWithMessage(fromNSString(message));
 }
 
 + (void)handleParameterAssert:(NSString*)parameter withMessage:(NSString*)message {
-  if (const auto host = openHost()) {
+  if (const auto host = playedHost()) {
     host->handleParameterAssert(fromNSString(parameter), fromNSString(message));
   }
 }

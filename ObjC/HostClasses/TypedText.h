@@ -1,14 +1,16 @@
-// What a person typed, on its way into the sandbox.
+// What a person typed, on its way into the core.
 //
 // Threading: one thread at a time.
 #pragma once
 
 #import <Foundation/Foundation.h>
 
+#include <memory>
+
 #include "ObjC/Binding/Strings.h"
 #include "Values/Secret.h"
 
-namespace hlv::sandbox::objc {
+namespace hlv::host_classes {
 
 /// A copy of a string that is wiped when it was used: it may be a card number or a security code.
 class TypedText {
@@ -27,4 +29,4 @@ class TypedText {
   const Secret characters_;
 };
 
-}  // namespace hlv::sandbox::objc
+}  // namespace hlv::host_classes

@@ -1,28 +1,27 @@
-#include "ObjC/Sandbox/SandboxAddCardRequest.h"
+#include "ObjC/HostClasses/AddCardRequest.h"
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Values.h"
-#include "ObjC/Sandbox/OpenSandbox.h"
-#include "ObjC/Sandbox/SandboxObject.h"
+#include "ObjC/HostClasses/Records.h"
 #include "Values/Send.h"
 
 using hlv::objc::toNSDictionary;
 using hlv::objc::toNSError;
-using hlv::sandbox::objc::behind;
-using hlv::sandbox::objc::openHost;
+using hlv::host_classes::behind;
+using hlv::host_classes::playedHost;
 using Body = hlv::HLVSDKAddCreditCardRequestInfo::Body;
 
-@interface HLVSDKAddCreditCardRequestInfo (Sandbox) <SandboxObject>
+@interface HLVSDKAddCreditCardRequestInfo (HLVCoreObject) <HLVCoreObject>
 @end
 
 @implementation HLVSDKAddCreditCardRequestInfo
 
 - (instancetype)initWithPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                            billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress {
-  auto body = hlv::send(openHost(), &hlv::Host::makeAddCreditCardRequestBody,
+  auto body = hlv::send(playedHost(), &hlv::Host::makeAddCreditCardRequestBody,
                         behind<hlv::HLVSDKPaymentInstrument>(paymentInstrument),
                         behind<hlv::HLVSDKPaymentBillingAddress>(billingAddress));
   if ((self = [super init])) {
@@ -40,7 +39,7 @@ using Body = hlv::HLVSDKAddCreditCardRequestInfo::Body;
   [super dealloc];
 }
 
-- (std::shared_ptr<hlv::Object>)sandboxObject {
+- (std::shared_ptr<hlv::Object>)coreObject {
   if (!_storage) return nullptr;
   return *static_cast<std::shared_ptr<Body>*>(_storage);
 }
@@ -63,7 +62,7 @@ using Body = hlv::HLVSDKAddCreditCardRequestInfo::Body;
 
 @end
 
-namespace hlv::sandbox::objc {
+namespace hlv::host_classes {
 namespace {
 
 class ForwardedRequest final : public hlv::HLVSDKAddCreditCardRequestInfo, public hlv::objc::Held {
@@ -96,4 +95,4 @@ std::shared_ptr<hlv::HLVSDKAddCreditCardRequestInfo> forwarded(
   return body ? std::make_shared<ForwardedRequest>(std::move(body), request) : nullptr;
 }
 
-}  // namespace hlv::sandbox::objc
+}  // namespace hlv::host_classes

@@ -1,10 +1,10 @@
-// The sandbox's maker of errors, as an Objective-C app calls it.
+// The host's maker of errors, as an Objective-C app calls it.
 #import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
-#include "ObjC/Sandbox/OpenSandbox.h"
+#include "ObjC/HostClasses/PlayedHost.h"
 #include "Values/Send.h"
 
 using hlv::objc::fromNSError;
@@ -14,10 +14,10 @@ using hlv::objc::toNSError;
 namespace {
 
 std::shared_ptr<hlv::HLVErrorFacade> facade() {
-  return hlv::send(hlv::sandbox::objc::openHost(), &hlv::Host::makeErrorFacade);
+  return hlv::send(hlv::host_classes::playedHost(), &hlv::Host::makeErrorFacade);
 }
 
-/// The sandbox only looks at whether a value is there and whether it is empty.
+/// The core only looks at whether a value is there and whether it is empty.
 hlv::NullableString stateOf(id value) {
   if (!value) return std::nullopt;
   const bool isEmpty = [value isKindOfClass:[NSString class]] && [value length] == 0;

@@ -1,4 +1,4 @@
-#include "ObjC/Sandbox/SandboxConstants.h"
+#include "ObjC/Sandbox/Constants.h"
 
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 #import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
@@ -7,25 +7,6 @@
 
 #include "ObjC/Binding/Strings.h"
 #include "Sandbox/Host/Constants.h"
-
-NSString* const kHLVSDKCreditCardUseCaseDefault = @"default";
-NSString* const kHLVSDKCreditCardUseCasePrivate = @"private";
-NSString* const kHLVSDKCreditCardUseCaseBusiness = @"business";
-
-NSString* const kHLVSDKDidChangeAuthorizationStatusNotification =
-    @"HLVSDKDidChangeAuthorizationStatusNotification";
-NSString* const kHLVSDKNotificationUserInfoIsAuthorizedKey =
-    @"HLVSDKNotificationUserInfoIsAuthorizedKey";
-
-NSString* const HLVSDKReachabilityDidChangeReachabilityStateNotification =
-    @"HLVSDKReachabilityDidChangeReachabilityStateNotification";
-NSString* const HLVSDKReachabilityDidChangeReachabilityNotificationStateKey =
-    @"HLVSDKReachabilityDidChangeReachabilityNotificationStateKey";
-NSString* const HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey =
-    @"HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey";
-
-NSString* const HLVURLErrorDomain = @"HLVURLErrorDomain";
-NSString* const HLVPaymentErrorDomain = @"HLVPaymentErrorDomain";
 
 namespace hlv::sandbox::objc {
 namespace {

@@ -1,0 +1,24 @@
+// The synchroniser, the kit's or one that an app puts in its place, as the core calls it.
+//
+// Threading: as the object.
+#pragma once
+
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+
+#include <memory>
+
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
+#include "ObjC/Binding/Held.h"
+
+namespace hlv::objc {
+
+class InstrumentsSynchronizer final : public Adapter<HLVSDKPaymentInstrumentsSynchronizer,
+                                                     id<HLVSDKPaymentInstrumentsSynchronizer>> {
+ public:
+  using Adapter::Adapter;
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override;
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
+                                             HLVSDKSuccessCompletion completion) override;
+};
+
+}  // namespace hlv::objc
