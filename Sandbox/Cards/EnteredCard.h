@@ -2,11 +2,11 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox {
 
@@ -49,8 +49,8 @@ class EnteredCard final : public HLVSDKPaymentInstrument {
   explicit EnteredCard(CardFields fields);
 
   CardFields fields_;
-  mutable std::mutex mutex_;
-  NullableString externalIdentifier_;
+  mutable Mutex mutex_;
+  NullableString externalIdentifier_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv::sandbox

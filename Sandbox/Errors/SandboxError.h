@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Values/Error.h"
+#include "Values/Problem.h"
 
 namespace hlv::sandbox {
 
@@ -53,7 +54,9 @@ class SandboxError final : public Error {
 ErrorPtr notConnectedError();
 
 /// How a service's code ends a call that it refuses.
-struct Refusal {
+class Refusal : public Problem {
+ public:
+  explicit Refusal(ErrorPtr refusal);
   ErrorPtr error;
 };
 

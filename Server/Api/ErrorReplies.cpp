@@ -73,8 +73,6 @@ HttpReply errorReply(const std::exception_ptr& problem, const std::string& reque
     return errorReply(HttpError(status, record.code(), record.what()), requestID);
   } catch (const sandbox::StoreFailure& failure) {
     return errorReply(HttpError(507, "store-failed", failure.what()), requestID);
-  } catch (const sandbox::NoStore& file) {
-    return errorReply(HttpError(507, "store-failed", file.what()), requestID);
   } catch (const std::exception&) {
     return errorReply(HttpError(500, "service-failed", "The service failed."), requestID);
   }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Server/Console/ConsoleRecords.h"
+#include "Sandbox/JSON/JournalRecords.h"
 
 namespace hlv::server {
 namespace {
@@ -45,8 +45,8 @@ std::string LiveFeed::newEvents() {
   for (const auto& operation : timeline) {
     for (const auto& event : operation.events) lastEvent_ = std::max(lastEvent_, event.number);
   }
-  return eventOf("timeline",
-                 sandbox::textOf({{"whole", !hasBegun_}, {"operations", jsonOf(timeline)}}));
+  return eventOf("timeline", sandbox::textOf({{"whole", !hasBegun_},
+                                              {"operations", sandbox::listOf(timeline)}}));
 }
 
 std::string LiveFeed::newRequests() {

@@ -141,15 +141,13 @@ TEST_F(RemoteTesterTest, NamesTheGuestAndOneFaultByItsNumber) {
   });
   connect(server.url(), server.url() + "/sandboxes/sbx_a");
   const auto tester = remote->tester();
-  std::int64_t number = 0;
-  EXPECT_EQ(tester->arm(fault, &number), "");
-  EXPECT_EQ(number, 5);
+  EXPECT_EQ(tester->arm(fault).value(), 5);
   EXPECT_EQ(tester->armed(), std::vector{fault});
   EXPECT_EQ(tester->fault(5), fault);
   EXPECT_EQ(tester->changeFault(5, fault), fault);
   tester->removeFault(5);
-  EXPECT_EQ(tester->makeScenario("half-deleted"), "");
-  EXPECT_EQ(tester->addOrphanInstrument(sandbox::findTestCard("visa")->fields), "");
+  EXPECT_TRUE(tester->makeScenario(sandbox::Scenario::halfDeleted));
+  EXPECT_TRUE(tester->addOrphanInstrument(sandbox::findTestCard("visa")->fields));
   EXPECT_EQ(tester->reset().id, "default");
   EXPECT_FALSE(tester->isNetworkOn());
   const auto requests = server.requests();

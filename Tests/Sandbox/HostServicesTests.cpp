@@ -34,10 +34,10 @@ TEST_F(HostServices, NotificationsCarryTheirValuesAndTheHostAnswersTheSame) {
   EXPECT_EQ(HLVSession::activeSession(), nullptr);
   EXPECT_EQ(HLVSDKGuest::currentGuest(), nullptr);
   for (const char* address : {"nobody", "4111-1111-1111-1111@example.com"}) {
-    EXPECT_NE(sandbox->signIn(address), "");
+    EXPECT_FALSE(sandbox->signIn(address));
     EXPECT_TRUE(sandbox->signedInEmail() == std::nullopt);
   }
-  sandbox->signIn(email);
+  EXPECT_TRUE(sandbox->signIn(email));
   sandbox->setReachable(false);
   EXPECT_EQ(HLVSDKReachability::sharedReachability()->currentState(), 0);
   sandbox->setReachable(true);

@@ -43,14 +43,12 @@ void SandboxTest::start(std::optional<std::uint64_t> seed, bool logToConsole) {
   options.storePath = storePath();
   options.seed = seed;
   options.logToConsole = logToConsole;
-  auto opened = Sandbox::open(options);
-  ASSERT_TRUE(opened.sandbox) << opened.problem;
-  sandbox = opened.sandbox;
+  sandbox = Sandbox::open(options).value();
   Host::install(sandbox->host());
   backend = HLVSDKAPIManager::manager();
   provider = PLVInAppClient::sharedInstance();
   provider->registerWithAPIKey("key");
-  ASSERT_EQ(sandbox->signIn(email), "");
+  ASSERT_TRUE(sandbox->signIn(email));
   guest = HLVSDKGuest::currentGuest();
 }
 
@@ -59,17 +57,13 @@ void SandboxTest::stop() {
   guest.reset(), backend.reset(), provider.reset(), sandbox.reset();
 }
 
-std::string SandboxTest::arm(const std::string& operation, const std::string& kind,
-                             const std::function<void(Fault&)>& change) {
-  const auto named = operationNamed(operation);
-  if (!named) return noSuchOperation(operation);
-  const auto namedKind = faultKindNamed(kind);
-  if (!namedKind) return noSuchKind(kind);
+void SandboxTest::arm(const std::string& operation, const std::string& kind,
+                      const std::function<void(Fault&)>& change) {
   Fault fault;
-  fault.operation = *named;
-  fault.kind = *namedKind;
+  fault.operation = operationNamed(operation).value();
+  fault.kind = faultKindNamed(kind).value();
   if (change) change(fault);
-  return sandbox->faults().arm(fault);
+  EXPECT_EQ(sandbox->tester()->arm(fault).problem(), "");
 }
 
 void SandboxTest::pumpUntilQuiet() {

@@ -53,9 +53,8 @@ class SandboxTest : public ::testing::Test {
   void start(std::optional<std::uint64_t> seed = std::nullopt, bool logToConsole = false);
   /// Lets go of everything that holds the store.
   void stop();
-  /// What is wrong with the fault, if anything.
-  std::string arm(const std::string& operation, const std::string& kind,
-                  const std::function<void(Fault&)>& change = {});
+  void arm(const std::string& operation, const std::string& kind,
+           const std::function<void(Fault&)>& change = {});
   void pumpUntilQuiet();
 
   /// The only answer to a call that is made with the completion it is given.

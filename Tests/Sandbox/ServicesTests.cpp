@@ -72,7 +72,7 @@ TEST_F(Services, TheBackendRefusesAsARealOneDoes) {
               backend->addCreditCardForGuest(guest, nullptr, completion);
             }),
             BackendErrorCode::invalidRequest);
-  sandbox->signIn("other@example.com");
+  EXPECT_TRUE(sandbox->signIn("other@example.com"));
   refusalOf(deleteCard(card->halvoID(), guest), BackendErrorCode::foreignGuest);
   refusalOf(deleteCard(card->halvoID(), HLVSDKGuest::currentGuest()),
             BackendErrorCode::unknownCard);

@@ -18,9 +18,7 @@ class StoreTest : public SandboxTest {
     SandboxOptions options;
     options.storePath = store;
     options.remoteLogPath = log;
-    const auto opened = Sandbox::open(options);
-    EXPECT_EQ(opened.sandbox == nullptr, !opened.problem.empty());
-    return opened.problem;
+    return Sandbox::open(options).problem();
   }
 
   static void makeDatabase(const std::string& file, const char* sql) {
@@ -85,7 +83,7 @@ TEST_F(StoreTest, IdentifiersRepeatUnderASeedWhichAStoreKeepsAndDifferWithoutOne
 }
 
 TEST_F(StoreTest, PartsOfATransactionAreUndoneAloneAndCopiesHoldWhatWasCommitted) {
-  const auto store = Store::open(storePath()).store;
+  const auto store = Store::open(storePath()).value();
   const auto put = [](const char* name) {
     return Store::Part{[name](Database& database) { writeSetting(database, name, "x"); }};
   };

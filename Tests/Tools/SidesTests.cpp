@@ -77,7 +77,7 @@ TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
       event("backend", "kit", "updateGuest", "done"),
       event("kit", "app", "add", "card crd_1"),
   };
-  EXPECT_EQ(Timeline::table(events).text(Terminal()),
+  EXPECT_EQ(timelineTable(events).text(Terminal()),
             "  ┌    app → kit       main  add\n"
             "  │·   kit → provider  main  register\n"
             "  │┌   kit → backend   main  updateGuest\n"

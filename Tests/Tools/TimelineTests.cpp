@@ -69,7 +69,7 @@ TEST(ToolTimeline, ShowsTheCallsOfAnOperationInOrderWithThreadAndResult) {
   // Read again later, by another process.
   const auto shown = command.run("trace --json").document()["operations"];
   ASSERT_EQ(shown.size(), 1U);
-  EXPECT_EQ(shown[0]["timeline"], timeline);
+  EXPECT_EQ(shown[0]["events"], timeline);
   // What only lists something shows the two sides too.
   EXPECT_EQ(command.run("fault --json").document()["backend"].size(), 1U);
 }
