@@ -1,10 +1,5 @@
 #include "Tests/Sandbox/SandboxTest.h"
 
-#include <stdlib.h>
-
-#include <fstream>
-#include <iterator>
-
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Platform/Default/DefaultPlatform.h"
@@ -22,20 +17,11 @@ Instrument newInstrument(const CardFields& card) {
 
 SandboxTest::SandboxTest() {
   Calendar::install([] { return YearMonth{2031, 7}; });
-  auto pattern = (std::filesystem::temp_directory_path() / "sandbox-XXXXXX").string();
-  directory_ = ::mkdtemp(pattern.data());
 }
 
 SandboxTest::~SandboxTest() {
   stop();
-  std::filesystem::remove_all(directory_);
   Calendar::install({});
-}
-
-std::string SandboxTest::contentOf(const std::string& path) {
-  if (!std::filesystem::is_regular_file(path)) return "";
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void SandboxTest::start(std::optional<std::uint64_t> seed, bool logToConsole) {

@@ -21,7 +21,7 @@ std::vector<std::pair<std::string, std::string>> leftIn(const std::filesystem::p
   for (const auto& file : std::filesystem::directory_iterator(folder)) {
     // What the test itself typed is not left behind by the command.
     if (file.path().filename() == "in") continue;
-    left.emplace_back(file.path().filename(), Command::contentOf(file.path()));
+    left.emplace_back(file.path().filename(), testing::contentOf(file.path()));
   }
   return left;
 }
