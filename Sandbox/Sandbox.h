@@ -50,9 +50,9 @@ class Sandbox {
 
   /// What to install with `Host::install` before the kit is enabled. Keeps the sandbox's services
   /// alive by itself.
-  std::shared_ptr<Host> host() const;
+  [[nodiscard]] std::shared_ptr<Host> host() const;
   /// What a tester does. Keeps the store alive by itself.
-  std::shared_ptr<Tester> tester() const;
+  [[nodiscard]] std::shared_ptr<Tester> tester() const;
   /// The timeline.
   Journal& journal() const;
 
@@ -90,7 +90,7 @@ class Sandbox {
   std::int64_t changes() const;
 
   /// Whether no answer of a service is still to come. A fault that never answers is not awaited.
-  bool isQuiet() const;
+  [[nodiscard]] bool isQuiet() const;
 
  private:
   explicit Sandbox(std::shared_ptr<Parts> parts);

@@ -35,7 +35,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Logging/Logger.cpp
   Sandbox/Masking/MaskedText.cpp
   Sandbox/Masking/NumberParts.cpp
-  Sandbox/Provider/CardInstruments.cpp
   Sandbox/Provider/Provider.cpp
   Sandbox/Provider/ProviderClient.cpp
   Sandbox/Records/Pairs.cpp

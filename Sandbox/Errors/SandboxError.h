@@ -18,13 +18,12 @@ namespace hlv::sandbox {
 class SandboxError final : public Error {
  public:
   /// Without a developer message of its own the error gets one of domain, code and description.
-  static std::shared_ptr<const SandboxError> make(std::string domain, std::int64_t code,
-                                                  NullableString localizedDescription,
-                                                  NullableString developerMessage = std::nullopt,
-                                                  ErrorPtr underlyingError = nullptr);
+  [[nodiscard]] static std::shared_ptr<const SandboxError> make(
+      std::string domain, std::int64_t code, NullableString localizedDescription,
+      NullableString developerMessage = std::nullopt, ErrorPtr underlyingError = nullptr);
 
   template <class Code>
-  static std::shared_ptr<const SandboxError> make(
+  [[nodiscard]] static std::shared_ptr<const SandboxError> make(
       std::string domain, Code code, NullableString localizedDescription,
       NullableString developerMessage = std::nullopt,
       ErrorPtr underlyingError = nullptr) requires std::is_enum_v<Code> {

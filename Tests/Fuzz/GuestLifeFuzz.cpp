@@ -40,11 +40,6 @@ class GuestLife final : public SandboxTest {
     return items.at(bytes_.ConsumeIntegralInRange<std::size_t>(0, items.size() - 1));
   }
 
-  /// One of the words, or any other text.
-  std::string typed(const std::vector<std::string>& words) {
-    return bytes_.ConsumeBool() ? oneOf(words) : bytes_.ConsumeRandomLengthString(16);
-  }
-
   /// What a tester types is refused, or kept as it was typed.
   void typeSomething() {
     const auto address = oneOf<std::string>({email, "a@b", "\xff@'", "4111111111111111@a"});
@@ -55,12 +50,12 @@ class GuestLife final : public SandboxTest {
     // Those of lists suit no operation's every call.
     fault.kind =
         oneOf(kindsOf(bytes_.ConsumeBool() ? fault.operation : Operation::createUserToken));
-    if (bytes_.ConsumeBool()) fault.code = bytes_.ConsumeIntegral<std::int64_t>();
-    if (bytes_.ConsumeBool()) fault.delayMilliseconds = bytes_.ConsumeIntegral<std::int32_t>();
+    for (auto* number : {&fault.code, &fault.delayMilliseconds, &fault.spreadMilliseconds}) {
+      if (bytes_.ConsumeBool()) *number = bytes_.ConsumeIntegral<std::int32_t>();
+    }
     if (bytes_.ConsumeBool()) fault.remaining = bytes_.ConsumeIntegralInRange(-1, 2);
-    if (bytes_.ConsumeBool()) fault.useCase = typed({"default", "private"});
-    if (bytes_.ConsumeBool()) fault.spreadMilliseconds = bytes_.ConsumeIntegral<std::int32_t>();
     if (bytes_.ConsumeBool()) fault.probability = bytes_.ConsumeIntegral<std::int8_t>();
+    if (bytes_.ConsumeBool()) fault.useCase = oneOf<std::string>({"default", "private", "x"});
     if (!sandbox->tester()->arm(fault)) return;
     const auto kept = sandbox->tester()->armed().back();
     fault.number = kept.number;

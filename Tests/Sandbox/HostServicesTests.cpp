@@ -74,9 +74,9 @@ TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
             "backend > kit: addCreditCardForGuest use case default = card " +
                 sandbox->backendCards()[0].halvoID +
                 " on service-1\n"
-            "kit > log: Removed (null) = info\n"
-            "kit > assert: guest: Who? = \n"
-            "app > kit: will enter foreground = \n");
+                "kit > log: Removed (null) = info\n"
+                "kit > assert: guest: Who? = \n"
+                "app > kit: will enter foreground = \n");
   sandbox->journal().beginOperation("next");
   EXPECT_EQ(sandbox->journal().last(5).size(), 3U) << "start, look and next";
 }

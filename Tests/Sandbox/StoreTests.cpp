@@ -15,10 +15,7 @@ namespace fs = std::filesystem;
 class StoreTest : public SandboxTest {
  protected:
   static std::string problemWith(const std::string& store, const std::string& log = {}) {
-    SandboxOptions options;
-    options.storePath = store;
-    options.remoteLogPath = log;
-    return Sandbox::open(options).problem();
+    return Sandbox::open({.storePath = store, .seed = {}, .remoteLogPath = log}).problem();
   }
 
   static void makeDatabase(const std::string& file, const char* sql) {

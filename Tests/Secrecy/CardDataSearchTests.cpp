@@ -61,6 +61,5 @@ TEST(CardDataSearchTest, LetsTheLastFourDigitsAndOtherNumbersStand) {
   EXPECT_EQ(shown.str(), "8 digits of the number at 9") << "and no digit of it";
 }
 
-
 }  // namespace
 }  // namespace hlv::testing
