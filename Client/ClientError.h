@@ -1,14 +1,14 @@
 // Why a service elsewhere did not do what was asked.
 #pragma once
 
-#include <stdexcept>
+#include "Values/Problem.h"
 
 namespace hlv::client {
 
 /// One plain sentence: the service's own, or that of the transport.
-class ClientError : public std::runtime_error {
+class ClientError : public Problem {
  public:
-  using std::runtime_error::runtime_error;
+  using Problem::Problem;
 };
 
 }  // namespace hlv::client

@@ -74,7 +74,7 @@ CardResults cardResults(RemoteGuests& guests, const Json& body) {
 NullableList<HLVSDKCreditCard> cardsOf(const Json& body) {
   const auto* list = sandbox::nullableListIn(body, "credit_cards");
   if (!list) return std::nullopt;
-  return objectsOf(sandbox::cardsIn(*list));
+  return objectsOf(sandbox::recordsIn(*list, sandbox::cardIn));
 }
 
 }  // namespace

@@ -115,10 +115,10 @@ RemoteHost::Sides RemoteHost::sides() {
   sides.error = reply.error;
   if (sides.error) return sides;
   try {
-    sides.backend = sandbox::cardsIn(sandbox::listIn(reply.body, "credit_cards"));
-    for (const auto& item : sandbox::listIn(reply.body, "instruments")) {
-      sides.provider.push_back(sandbox::instrumentIn(item));
-    }
+    sides.backend =
+        sandbox::recordsIn(sandbox::listIn(reply.body, "credit_cards"), sandbox::cardIn);
+    sides.provider =
+        sandbox::recordsIn(sandbox::listIn(reply.body, "instruments"), sandbox::instrumentIn);
   } catch (const sandbox::InvalidRecord&) {
     sides = {{}, {}, sandbox::transportError(sandbox::TransportErrorCode::unreadable)};
   }

@@ -15,14 +15,13 @@ std::string control(const std::string& rest) { return "/v1/sandbox" + rest; }
 
 std::string faultPath(std::int64_t fault) { return control("/faults/" + std::to_string(fault)); }
 
-/// The sentence of the error that `act` meets, or an empty string.
-template <class Act>
-std::string problemOf(Act act) {
+/// What `act` returns, or the sentence of the error that it meets.
+template <class T = Done, class Act>
+Result<T> resultOf(Act act) {
   try {
-    act();
-    return "";
+    return act();
   } catch (const ClientError& error) {
-    return error.what();
+    return Result<T>::failure(error.what());
   }
 }
 
@@ -39,49 +38,43 @@ RemoteTester::RemoteTester(std::shared_ptr<const ControlClient> controlClient,
 
 RemoteTester::~RemoteTester() = default;
 
-std::string RemoteTester::addOrphanInstrument(const sandbox::CardFields& card) {
-  return problemOf([&] {
+Result<> RemoteTester::addOrphanInstrument(const sandbox::CardFields& card) {
+  return resultOf([&] {
     control_->send(
         "POST", control("/instruments"),
         withGuest({{"use_case", card.useCase},
                    {"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(card))}},
                   guest_()));
+    return Done();
   });
 }
 
-std::string RemoteTester::makeScenario(const std::string& name) {
-  return problemOf([&] {
-    control_->send("POST", control("/scenarios"), withGuest({{"name", name}}, guest_()));
+Result<> RemoteTester::makeScenario(sandbox::Scenario scenario) {
+  return resultOf([&] {
+    control_->send("POST", control("/scenarios"),
+                   withGuest({{"name", sandbox::textOf(scenario)}}, guest_()));
+    return Done();
   });
 }
 
-std::string RemoteTester::arm(const sandbox::Fault& fault, std::int64_t* number) {
-  return problemOf([&] {
-    const auto armed = control_->send(
+Result<std::int64_t> RemoteTester::arm(const sandbox::Fault& fault) {
+  return resultOf<std::int64_t>([&] {
+    return control_->send(
         "POST", control("/faults"), sandbox::newFaultJson(fault), [](const Json& body) {
           return sandbox::requiredIntegerIn(sandbox::objectIn(body, "fault"), "number");
         });
-    if (number) *number = armed;
   });
 }
 
 std::vector<sandbox::Fault> RemoteTester::armed() {
   return control_->send("GET", control("/faults"), nullptr, [](const Json& body) {
-    std::vector<sandbox::Fault> faults;
-    for (const auto& item : sandbox::listIn(body, "faults")) {
-      faults.push_back(sandbox::faultIn(item));
-    }
-    return faults;
+    return sandbox::recordsIn(sandbox::listIn(body, "faults"), sandbox::faultIn);
   });
 }
 
 std::vector<sandbox::Firing> RemoteTester::firings() {
   return control_->send("GET", control("/firings"), nullptr, [](const Json& body) {
-    std::vector<sandbox::Firing> firings;
-    for (const auto& item : sandbox::listIn(body, "firings")) {
-      firings.push_back(sandbox::firingIn(item));
-    }
-    return firings;
+    return sandbox::recordsIn(sandbox::listIn(body, "firings"), sandbox::firingIn);
   });
 }
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Sandbox/Records/SandboxDescription.h"
-#include "Sandbox/Tester.h"
+#include "Sandbox/Testing/Tester.h"
 #include "Values/NullableString.h"
 
 namespace hlv::client {
@@ -26,9 +26,9 @@ class RemoteTester final : public sandbox::Tester {
   RemoteTester(std::shared_ptr<const ControlClient> control, std::function<NullableString()> guest);
   ~RemoteTester() override;
 
-  std::string addOrphanInstrument(const sandbox::CardFields& card) override;
-  std::string makeScenario(const std::string& name) override;
-  std::string arm(const sandbox::Fault& fault, std::int64_t* number) override;
+  Result<> addOrphanInstrument(const sandbox::CardFields& card) override;
+  Result<> makeScenario(sandbox::Scenario scenario) override;
+  Result<std::int64_t> arm(const sandbox::Fault& fault) override;
   std::vector<sandbox::Fault> armed() override;
   std::vector<sandbox::Firing> firings() override;
   void clearFaults() override;

@@ -27,9 +27,9 @@ TestSandbox TestSandbox::create(const std::string& providerURL, const NewSandbox
 
 TestSandbox::TestSandbox(std::shared_ptr<const SandboxClient> client, const NewSandbox& options)
     : client_(std::move(client)) {
-  const auto opened = sandbox::Sandbox::openInMemory();
-  if (!opened.sandbox) throw ClientError(opened.problem);
-  local_ = opened.sandbox;
+  auto opened = sandbox::Sandbox::openInMemory();
+  if (!opened) throw ClientError(opened.problem());
+  local_ = std::move(*opened);
   description_ = client_->create(options);
   host_ = RemoteHost::open(local_, {backendURL(), providerURL()});
 }
@@ -49,7 +49,8 @@ void TestSandbox::signIn(const std::string& email) const {
   if (const auto error = host_->signIn(email)) {
     throw ClientError(error->localizedDescription().value_or("The guest cannot be signed in."));
   }
-  if (const auto problem = local_->signIn(email); !problem.empty()) throw ClientError(problem);
+  const auto signedIn = local_->signIn(email);
+  if (!signedIn) throw ClientError(signedIn.problem());
 }
 
 }  // namespace hlv::client

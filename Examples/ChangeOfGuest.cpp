@@ -47,16 +47,16 @@ int main(int argc, char** argv) {
 
   const std::string guests[] = {"one@example.com", "two@example.com"};
   for (const auto& email : guests) {
-    sandbox->signIn(email);
-    if (!addCard()) return 1;
+    if (!sandbox->signIn(email) || !addCard()) return 1;
     // Something goes wrong: the provider keeps an instrument that the backend does not know.
-    sandbox->makeScenario("instrument-without-card");
+    const auto scenario = hlv::sandbox::Scenario::instrumentWithoutCard;
+    if (!sandbox->tester()->makeScenario(scenario)) return 1;
     sandbox->signOut();
   }
 
   const auto platform = hlv::DefaultPlatform::shared();
   for (const auto& email : guests) {
-    sandbox->signIn(email);
+    if (!sandbox->signIn(email)) return 1;
     platform->runUntil([&] { return sandbox->isQuiet() && platform->isIdle(); });
     const auto instruments = sandbox->providerInstruments().size();
     std::printf("%s: %zu cards, %zu instruments\n", email.c_str(), sandbox->backendCards().size(),

@@ -17,12 +17,12 @@ inline std::shared_ptr<hlv::sandbox::Sandbox> installSandbox(int argc, char** ar
   hlv::sandbox::SandboxOptions options;
   options.storePath = argv[1];
   const auto opened = hlv::sandbox::Sandbox::open(options);
-  if (!opened.sandbox) {
-    std::fprintf(stderr, "%s\n", opened.problem.c_str());
+  if (!opened) {
+    std::fprintf(stderr, "%s\n", opened.problem().c_str());
     return nullptr;
   }
-  hlv::Host::install(opened.sandbox->host());
-  return opened.sandbox;
+  hlv::Host::install((*opened)->host());
+  return *opened;
 }
 
 /// Enables the kit, once.
@@ -36,8 +36,7 @@ inline void enableKit() {
 /// Both, for a guest who is signed in from the start.
 inline std::shared_ptr<hlv::sandbox::Sandbox> startApp(int argc, char** argv) {
   auto sandbox = installSandbox(argc, argv);
-  if (!sandbox) return nullptr;
-  sandbox->signIn("guest@example.com");
+  if (!sandbox || !sandbox->signIn("guest@example.com")) return nullptr;
   enableKit();
   return sandbox;
 }

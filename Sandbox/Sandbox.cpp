@@ -5,14 +5,13 @@
 #include "Platform/Platform.h"
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
-#include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Host/Constants.h"
 #include "Sandbox/Host/SandboxHost.h"
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
+#include "Sandbox/Testing/EmbeddedTester.h"
 #include "Sandbox/Testing/Reset.h"
-#include "Sandbox/Testing/Scenarios.h"
 
 namespace hlv::sandbox {
 namespace {
@@ -28,39 +27,34 @@ void announceAuthorisation(Journal& journal, bool isAuthorised) {
   post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, isAuthorised}});
 }
 
-std::string sentenceOf(const ErrorPtr& error) {
-  return error->localizedDescription().value_or("The provider refuses it.");
-}
-
 }  // namespace
 
-Sandbox::Opened Sandbox::open(const SandboxOptions& options) {
-  auto opened = Store::open(options.storePath);
-  if (!opened.store) return {nullptr, opened.problem};
+using Opened = Result<std::shared_ptr<Sandbox>>;
+
+Opened Sandbox::open(const SandboxOptions& options) {
+  auto store = Store::open(options.storePath);
+  if (!store) return Opened::failure(store.problem());
   try {
-    if (opened.isNew && options.seed) {
-      opened.store->write([&](Database& database) { storeSeed(database, *options.seed); });
+    if ((*store)->isNew() && options.seed) {
+      (*store)->write([&](Database& database) { storeSeed(database, *options.seed); });
     }
   } catch (const StoreFailure& failure) {
-    return {nullptr, failure.what()};
+    return Opened::failure(failure.what());
   }
-  return over(std::move(opened.store), options);
+  return over(std::move(*store), options);
 }
 
-Sandbox::Opened Sandbox::openInMemory() { return over(Store::openInMemory(), {}); }
+Opened Sandbox::openInMemory() { return over(Store::openInMemory(), {}); }
 
-Sandbox::Opened Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
-  try {
-    auto remote = options.remoteLogPath.empty() && options.storePath.empty()
-                      ? LogSink::toNowhere()
-                      : LogSink::toFile(options.remoteLogPath.empty() ? options.storePath + ".log"
-                                                                      : options.remoteLogPath);
-    auto console = options.logToConsole ? LogSink::toStandardError() : LogSink::toNowhere();
-    auto parts = std::make_shared<Parts>(std::move(store), std::move(remote), std::move(console));
-    return {std::shared_ptr<Sandbox>(new Sandbox(std::move(parts))), ""};
-  } catch (const std::runtime_error& failure) {
-    return {nullptr, failure.what()};
-  }
+Opened Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
+  const auto path = !options.remoteLogPath.empty() || options.storePath.empty()
+                        ? options.remoteLogPath
+                        : options.storePath + ".log";
+  auto remote = path.empty() ? LogSink::toNowhere() : LogSink::toFile(path);
+  if (!remote) return Opened::failure(remote.problem());
+  auto console = options.logToConsole ? LogSink::toStandardError() : LogSink::toNowhere();
+  auto parts = std::make_shared<Parts>(std::move(store), std::move(*remote), std::move(console));
+  return std::shared_ptr<Sandbox>(new Sandbox(std::move(parts)));
 }
 
 Sandbox::Sandbox(std::shared_ptr<Parts> parts)
@@ -70,16 +64,20 @@ Sandbox::~Sandbox() = default;
 
 std::shared_ptr<Host> Sandbox::host() const { return host_; }
 
-std::string Sandbox::problemOfAddress(const std::string& email) {
-  return backend::problemOfAddress(email);
+std::shared_ptr<Tester> Sandbox::tester() const {
+  return std::make_shared<EmbeddedTester>(parts_->store, parts_->journal);
 }
 
-std::string Sandbox::signIn(const std::string& email) {
-  auto problem = backend::problemOfAddress(email);
-  if (!problem.empty()) return problem;
+Journal& Sandbox::journal() const { return *parts_->journal; }
+
+Result<> Sandbox::checkAddress(const std::string& email) { return backend::checkAddress(email); }
+
+Result<> Sandbox::signIn(const std::string& email) {
+  auto check = backend::checkAddress(email);
+  if (!check) return check;
   parts_->store->write([&](Database& database) { backend::signIn(database, email); });
   announceAuthorisation(*parts_->journal, true);
-  return "";
+  return {};
 }
 
 void Sandbox::signOut() {
@@ -109,10 +107,6 @@ void Sandbox::enterForeground() {
   post(UIApplicationWillEnterForegroundNotification);
 }
 
-Faults& Sandbox::faults() { return *parts_->faults; }
-
-Journal& Sandbox::journal() { return *parts_->journal; }
-
 std::optional<std::string> Sandbox::note(const std::string& name) const {
   return parts_->store->read(
       [&](Database& database) { return readSetting(database, "note " + name); });
@@ -123,41 +117,6 @@ void Sandbox::setNote(const std::string& name, const std::string& text) {
 }
 
 std::int64_t Sandbox::changes() const { return parts_->store->changes(); }
-
-std::string Sandbox::addOrphanInstrument(const CardFields& card) {
-  const auto email = signedInEmail();
-  if (!email) return "Nobody is signed in.";
-  try {
-    const auto entered = EnteredCard::make(card);
-    parts_->store->write(
-        [&](Database& database) { provider::storeOrphan(database, *email, *entered); });
-  } catch (const Refusal& refusal) {
-    return sentenceOf(refusal.error);
-  }
-  parts_->journal->record("app", "provider", "store an orphan instrument");
-  return "";
-}
-
-std::vector<std::string> Sandbox::scenarios() {
-  std::vector<std::string> names;
-  for (const auto scenario : allScenarios()) names.emplace_back(textOf(scenario));
-  return names;
-}
-
-std::string Sandbox::makeScenario(const std::string& name) {
-  const auto email = signedInEmail();
-  if (!email) return "Nobody is signed in.";
-  const auto scenario = scenarioNamed(name);
-  if (!scenario) return noSuchScenario(name);
-  try {
-    auto problem = parts_->store->write(
-        [&](Database& database) { return sandbox::makeScenario(database, *email, *scenario); });
-    if (problem.empty()) parts_->journal->record("app", "app", "scenario " + name);
-    return problem;
-  } catch (const Refusal& refusal) {
-    return sentenceOf(refusal.error);
-  }
-}
 
 void Sandbox::reset() {
   // First, so that what they record is forgotten too, and a kit has no guest to synchronise.

@@ -2,9 +2,8 @@
 // phone, an account or a network.
 //
 // Threading: any thread, except where a member says otherwise. Services answer on threads of the
-// sandbox's own, which start with the first request. A member that reads or writes throws
-// std::runtime_error, with one plain sentence, when the store stops working under it: a full disk,
-// a file that was taken away.
+// sandbox's own, which start with the first request. A member that reads or writes throws `Problem`
+// when the store stops working under it: a full disk, a file that was taken away.
 #pragma once
 
 #include <cstdint>
@@ -15,11 +14,11 @@
 
 #include "Host/Host.h"
 #include "Sandbox/Calls/Journal.h"
-#include "Sandbox/Cards/EnteredCard.h"
-#include "Sandbox/Faults/Fault.h"
 #include "Sandbox/Records/BackendCard.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Records/ProviderInstrument.h"
+#include "Sandbox/Testing/Tester.h"
+#include "Values/Result.h"
 
 namespace hlv::sandbox {
 
@@ -40,34 +39,33 @@ class Store;
 
 class Sandbox {
  public:
-  struct Opened {
-    /// Null when the store could not be opened.
-    std::shared_ptr<Sandbox> sandbox;
-    /// One plain sentence when it could not.
-    std::string problem;
-  };
-
   /// Opens a store, or makes one. Whatever an earlier process stored is still there.
-  [[nodiscard]] static Opened open(const SandboxOptions& options);
+  static Result<std::shared_ptr<Sandbox>> open(const SandboxOptions& options);
   /// The same with a new store that goes with the sandbox and leaves no file, nor a log.
-  [[nodiscard]] static Opened openInMemory();
+  static Result<std::shared_ptr<Sandbox>> openInMemory();
   /// The same on a store that is open already; only the options about logs count. For a server.
-  [[nodiscard]] static Opened over(std::shared_ptr<Store> store, const SandboxOptions& options);
+  static Result<std::shared_ptr<Sandbox>> over(std::shared_ptr<Store> store,
+                                               const SandboxOptions& options);
   ~Sandbox();
   Sandbox(const Sandbox&) = delete;
   Sandbox& operator=(const Sandbox&) = delete;
 
   /// What to install with `Host::install` before the kit is enabled. Keeps the sandbox's services
   /// alive by itself.
-  std::shared_ptr<Host> host() const;
+  [[nodiscard]] std::shared_ptr<Host> host() const;
+  /// What a tester does. Keeps the store alive by itself.
+  [[nodiscard]] std::shared_ptr<Tester> tester() const;
+  /// The timeline.
+  Journal& journal() const;
+
   // What an app does.
 
-  /// Signs a guest in, creating one for a new address, and posts the authorisation notification.
-  /// Returns one plain sentence when it cannot, or an empty string. An address in which a card
-  /// number may stand is refused, because addresses are kept as they are typed.
-  std::string signIn(const std::string& email);
-  /// The sentence with which `signIn` would refuse the address, or an empty string.
-  [[nodiscard]] static std::string problemOfAddress(const std::string& email);
+  /// Signs a guest in, creating one for a new address, and posts the authorisation notification. An
+  /// address in which a card number may stand is refused, because addresses are kept as they are
+  /// typed.
+  Result<> signIn(const std::string& email);
+  /// Whether `signIn` would take the address.
+  static Result<> checkAddress(const std::string& email);
   void signOut();
   /// The signed-in guest's address.
   std::optional<std::string> signedInEmail() const;
@@ -77,21 +75,7 @@ class Sandbox {
   /// Posts the notification that the app returns to the foreground.
   void enterForeground();
 
-  // What a tester does.
-
-  Faults& faults();
-  Journal& journal();
-  /// Stores an instrument at the provider that the backend does not know. Returns one plain
-  /// sentence when it cannot, or an empty string.
-  std::string addOrphanInstrument(const CardFields& card);
-
-  /// Brings the two sides of the signed-in guest apart in one of these ways, by the guest's newest
-  /// card: "instrument-without-card", "card-without-instrument", "half-deleted" (gone at the
-  /// backend only), "same-card-twice" (at the provider), "lost-token" (the backend forgot it).
-  /// Returns one plain sentence when it cannot, or an empty string.
-  std::string makeScenario(const std::string& name);
-  static std::vector<std::string> scenarios();
-  /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, tasks the
+  /// Forgets guests, cards, instruments, faults, kept replies, the clock and the journal, turns the
   /// network on and notifies the app that nobody is signed in. Identifiers go on where they were.
   void reset();
 
@@ -108,7 +92,7 @@ class Sandbox {
   std::int64_t changes() const;
 
   /// Whether no answer of a service is still to come. A fault that never answers is not awaited.
-  bool isQuiet() const;
+  [[nodiscard]] bool isQuiet() const;
 
  private:
   explicit Sandbox(std::shared_ptr<Parts> parts);

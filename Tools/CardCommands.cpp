@@ -1,5 +1,3 @@
-#include "Tools/CardCommands.h"
-
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -10,9 +8,10 @@
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Problem.h"
+#include "Tools/Commands.h"
 #include "Tools/SideBySide.h"
 #include "Tools/Table.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -68,7 +67,7 @@ void defineAdd(CommandLine& line) {
         without.has("card") ? nullptr : sandbox::EnteredCard::make(options->card.read());
     const auto address =
         without.has("address") ? nullptr : sandbox::EnteredAddress::make(options->address);
-    return CardOperations::add(session, card, address, guest);
+    return addCard(session, card, address, guest);
   });
 }
 
@@ -91,7 +90,7 @@ void defineUpdate(CommandLine& line) {
     const auto guest = guestUnless(without.has("guest"), session);
     const auto address =
         without.has("address") ? nullptr : sandbox::EnteredAddress::make(options->address);
-    return CardOperations::update(session, options->ID, address, guest);
+    return updateCard(session, options->ID, address, guest);
   });
 }
 
@@ -113,52 +112,59 @@ void defineDelete(CommandLine& line) {
     const auto& without = options->without;
     const auto guest = guestUnless(without.has("guest"), session);
     auto useCase = options->useCase;
-    if (!useCase) useCase = CardOperations::useCaseOf(session, options->ID).value_or("default");
+    if (!useCase) {
+      const auto cards = session.backendCards();
+      const auto* card = sandbox::findCard(cards, options->ID);
+      useCase = card ? card->useCase : "default";
+    }
     if (without.has("use-case")) useCase.reset();
     const auto ID = without.has("id") ? std::nullopt : NullableString(options->ID);
-    return CardOperations::remove(session, ID, useCase, guest);
+    return removeCard(session, ID, useCase, guest);
+  });
+}
+
+/// Lists what one side of the guest holds.
+template <class Rows>
+void defineList(CommandLine& line, const std::string& name, const std::string& description,
+                const std::string& empty, Rows addRows) {
+  auto& command =
+      CommandLine::add(line.app(), name, description,
+                       "  paylevenkit " + name + "\n  paylevenkit " + name + " --json\n");
+  line.whenChosen(command, [name, empty, addRows](Session& session) {
+    session.guest();
+    Table table;
+    auto report = session.report(name);
+    if (!report.unknownSides.empty()) throw Problem(report.unknownSides);
+    addRows(table, report);
+    report.list(std::move(table), empty);
+    return report;
   });
 }
 
 void defineLists(CommandLine& line) {
-  auto& cards = CommandLine::add(line.app(), "cards", "List the guest's cards at the backend",
-                                 "  paylevenkit cards\n"
-                                 "  paylevenkit cards --json\n");
-  line.whenChosen(cards, [](Session& session) {
-    session.guest();
-    Table table;
-    auto report = session.report("cards");
-    if (!report.unknownSides.empty()) throw Problem(report.unknownSides);
-    for (const auto& card : report.backend) {
-      table.add({card.halvoID,
-                 describe(card),
-                 card.cardHolder,
-                 describe(card.billingAddress),
-                 {card.externalIdentifier.value_or("no external identifier"), Colour::dim}});
-    }
-    report.list(std::move(table), "The guest has no cards at the backend.");
-    return report;
-  });
-
-  auto& instruments =
-      CommandLine::add(line.app(), "instruments", "List the guest's instruments at the provider",
-                       "  paylevenkit instruments\n");
-  line.whenChosen(instruments, [](Session& session) {
-    session.guest();
-    Table table;
-    auto report = session.report("instruments");
-    if (!report.unknownSides.empty()) throw Problem(report.unknownSides);
-    for (const auto& instrument : report.provider) {
-      table.add({instrument.identifier.value_or("no identifier"), describe(instrument)});
-    }
-    report.list(std::move(table), "The guest has no instruments at the provider.");
-    return report;
-  });
+  defineList(
+      line, "cards", "List the guest's cards at the backend",
+      "The guest has no cards at the backend.", [](Table& table, const Report& report) {
+        for (const auto& card : report.backend) {
+          table.add({card.halvoID,
+                     describe(card),
+                     card.cardHolder,
+                     describe(card.billingAddress),
+                     {card.externalIdentifier.value_or("no external identifier"), Colour::dim}});
+        }
+      });
+  defineList(line, "instruments", "List the guest's instruments at the provider",
+             "The guest has no instruments at the provider.",
+             [](Table& table, const Report& report) {
+               for (const auto& instrument : report.provider) {
+                 table.add({instrument.identifier.value_or("no identifier"), describe(instrument)});
+               }
+             });
 }
 
 }  // namespace
 
-void CardCommands::define(CommandLine& line) {
+void defineCardCommands(CommandLine& line) {
   defineAdd(line);
   defineUpdate(line);
   defineDelete(line);

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
-#include "Public/HLVSDKPaymentManager.h"
 #include "Tools/SideBySide.h"
 
 namespace hlv::tool {
@@ -16,19 +15,19 @@ std::string named(const HLVSDKCreditCard& card) {
          card.useCase().value_or("no use case") + ")";
 }
 
-/// The report of an answer. `done` says what a success did, and `undone` what a failure did not.
-Report reportOf(const Session& session, const Session::Answer& answer, const std::string& done,
-                const std::string& undone) {
-  if (answer.times == 0) {
+/// `done` says what a success did, and `undone` what a failure did not.
+Report reportOf(const Session& session, const sandbox::AppCall::Outcome& outcome,
+                const std::string& done, const std::string& undone) {
+  if (outcome.completions == 0) {
     return session.report(Outcome::neverCompleted,
                           "The operation never completes: " + session.whyNothingCame() + ".");
   }
-  auto sentence = answer.error ? undone : done;
-  if (answer.times > 1) {
-    sentence += " The completion was called " + std::to_string(answer.times) + " times.";
+  auto sentence = outcome.error ? undone : done;
+  if (outcome.completions > 1) {
+    sentence += " The completion was called " + std::to_string(outcome.completions) + " times.";
   }
-  return session.report(answer.error ? Outcome::failed : Outcome::succeeded, sentence,
-                        answer.error);
+  return session.report(outcome.error ? Outcome::failed : Outcome::succeeded, sentence,
+                        outcome.error);
 }
 
 /// The log lines of an operation that begin with `words`.
@@ -51,7 +50,7 @@ std::string synchronized(const Report& report) {
 void notify(Session& session, const std::string& by) {
   auto& sandbox = session.sandbox();
   if (by == "authorization") {
-    sandbox.signIn(sandbox.signedInEmail().value_or(""));
+    sandbox.signIn(sandbox.signedInEmail().value_or("")).value();
   } else if (by == "reachability") {
     sandbox.setReachable(false);
     sandbox.setReachable(true);
@@ -62,70 +61,52 @@ void notify(Session& session, const std::string& by) {
 
 }  // namespace
 
-Report CardOperations::add(Session& session, const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                           const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                           const std::shared_ptr<HLVSDKGuest>& guest) {
-  session.begin("add");
-  session.enableKit();
-  const auto answer = session.call("addPaymentInstrument", [&](HLVSDKGuestCardCompletion received) {
-    HLVSDKPaymentManager::make()->addPaymentInstrument(card, address, guest, std::move(received));
-  });
-  if (answer.times > 0 && !answer.card && !answer.error) {
+Report addCard(Session& session, const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+               const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+               const std::shared_ptr<HLVSDKGuest>& guest) {
+  session.beginWithKit("add");
+  const auto outcome = session.outcomeOf(session.app().add(card, address, guest));
+  if (outcome.completions > 0 && !outcome.card && !outcome.error) {
     return session.report(Outcome::broughtNothing,
                           "The kit reports no error, but no card came back: nothing was registered "
                           "at the backend.");
   }
   const auto registered =
-      answer.card ? named(*answer.card) + " as " + answer.card->halvoID().value_or("?") : "";
-  return reportOf(session, answer, "Added " + registered + ".",
-                  answer.card ? "The backend registered " + registered +
-                                    ", and the operation reports an error all the same."
-                              : "The card was not added.");
+      outcome.card ? named(*outcome.card) + " as " + outcome.card->halvoID().value_or("?") : "";
+  return reportOf(session, outcome, "Added " + registered + ".",
+                  outcome.card ? "The backend registered " + registered +
+                                     ", and the operation reports an error all the same."
+                               : "The card was not added.");
 }
 
-Report CardOperations::update(Session& session, const NullableString& ID,
-                              const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                              const std::shared_ptr<HLVSDKGuest>& guest) {
-  session.begin("update");
-  session.enableKit();
-  const auto answer =
-      session.call("updatePaymentInstrument", [&](HLVSDKGuestCardCompletion received) {
-        HLVSDKPaymentManager::make()->updatePaymentInstrument(ID, address, guest,
-                                                              std::move(received));
-      });
+Report updateCard(Session& session, const NullableString& ID,
+                  const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                  const std::shared_ptr<HLVSDKGuest>& guest) {
+  session.beginWithKit("update");
+  const auto outcome = session.outcomeOf(session.app().update(ID, address, guest));
   std::string changed = "The billing address is changed.";
-  for (const auto& card : session.backendCards()) {
-    if (card.halvoID == ID) {
-      changed = "The billing address of " + card.brand + " •••• " + card.lastFourDigits +
-                " is now " + describe(card.billingAddress) + ".";
-    }
+  const auto cards = session.backendCards();
+  if (const auto* card = sandbox::findCard(cards, ID.value_or(""))) {
+    changed = "The billing address of " + card->brand + " •••• " + card->lastFourDigits +
+              " is now " + describe(card->billingAddress) + ".";
   }
-  return reportOf(session, answer, changed, "The billing address was not changed.");
+  return reportOf(session, outcome, changed, "The billing address was not changed.");
 }
 
-Report CardOperations::remove(Session& session, const NullableString& ID,
-                              const NullableString& useCase,
-                              const std::shared_ptr<HLVSDKGuest>& guest) {
-  session.begin("delete");
-  session.enableKit();
-  const auto answer =
-      session.call("deletePaymentInstrumentWithID", [&](const HLVSDKGuestCardCompletion& received) {
-        HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
-            ID, useCase, guest, [received](std::shared_ptr<HLVSDKGuest> updated, ErrorPtr error) {
-              received(std::move(updated), nullptr, std::move(error));
-            });
-      });
-  return reportOf(session, answer, "The card is deleted.",
-                  answer.guest
+Report removeCard(Session& session, const NullableString& ID, const NullableString& useCase,
+                  const std::shared_ptr<HLVSDKGuest>& guest) {
+  session.beginWithKit("delete");
+  const auto outcome = session.outcomeOf(session.app().remove(ID, useCase, guest));
+  return reportOf(session, outcome, "The card is deleted.",
+                  outcome.guest
                       ? "The card is deleted at the backend, but its instrument could not be "
                         "removed at the provider."
                       : "The card was not deleted.");
 }
 
-Report CardOperations::synchronize(Session& session, const std::string& by) {
+Report synchronize(Session& session, const std::string& by) {
   const auto guest = session.guest();
-  session.begin("sync");
-  session.enableKit();
+  session.beginWithKit("sync");
   notify(session, by);
   session.settle();
 
@@ -137,20 +118,13 @@ Report CardOperations::synchronize(Session& session, const std::string& by) {
   } else if (const auto failures = logged(report, "Failed to synchronize"); !failures.empty()) {
     report.outcome = Outcome::failed;
     report.sentence = failures.front();
-  } else if (Session::kitIsEnabled() && length(guest->paylevenToken()) == 0) {
+  } else if (sandbox::SimulatedApp::kitIsEnabled() && length(guest->paylevenToken()) == 0) {
     report.sentence = "Nothing to synchronise: the guest has no provider token yet.";
   } else {
     report.outcome = Outcome::neverCompleted;
     report.sentence = "The synchronisation never completes: " + session.whyNothingCame() + ".";
   }
   return report;
-}
-
-NullableString CardOperations::useCaseOf(Session& session, const std::string& ID) {
-  for (const auto& card : session.backendCards()) {
-    if (card.halvoID == ID) return card.useCase;
-  }
-  return std::nullopt;
 }
 
 }  // namespace hlv::tool

@@ -13,23 +13,18 @@
 
 namespace hlv::tool {
 
-/// Every argument may be null: what the kit makes of that is what a tester wants to see.
-class CardOperations {
- public:
-  static Report add(Session& session, const std::shared_ptr<HLVSDKPaymentInstrument>& card,
-                    const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                    const std::shared_ptr<HLVSDKGuest>& guest);
-  static Report update(Session& session, const NullableString& ID,
-                       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
-                       const std::shared_ptr<HLVSDKGuest>& guest);
-  static Report remove(Session& session, const NullableString& ID, const NullableString& useCase,
-                       const std::shared_ptr<HLVSDKGuest>& guest);
+// Every argument may be null: what the kit makes of that is what a tester wants to see.
 
-  /// Does what makes an app synchronise: "foreground", "authorization" or "reachability".
-  static Report synchronize(Session& session, const std::string& by);
+Report addCard(Session& session, const std::shared_ptr<HLVSDKPaymentInstrument>& card,
+               const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+               const std::shared_ptr<HLVSDKGuest>& guest);
+Report updateCard(Session& session, const NullableString& ID,
+                  const std::shared_ptr<HLVSDKPaymentBillingAddress>& address,
+                  const std::shared_ptr<HLVSDKGuest>& guest);
+Report removeCard(Session& session, const NullableString& ID, const NullableString& useCase,
+                  const std::shared_ptr<HLVSDKGuest>& guest);
 
-  /// The use case of the guest's card at the backend.
-  static NullableString useCaseOf(Session& session, const std::string& ID);
-};
+/// Does what makes an app synchronise: "foreground", "authorization" or "reachability".
+Report synchronize(Session& session, const std::string& by);
 
 }  // namespace hlv::tool

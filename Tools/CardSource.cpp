@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "Sandbox/Cards/TestCards.h"
-#include "Tools/Problem.h"
 #include "Tools/Prompt.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -17,12 +17,12 @@ std::string required(const std::optional<std::string>& line, const std::string& 
 
 std::string hidden(const std::string& what) {
   return required(
-      Prompt::isPossible() ? Prompt::askHidden("The " + what + " (not shown)") : Prompt::readLine(),
+      prompt::isPossible() ? prompt::askHidden("The " + what + " (not shown)") : prompt::readLine(),
       what);
 }
 
 std::string shown(const std::optional<std::string>& option, const std::string& what) {
-  return option ? *option : required(Prompt::ask("The " + what), what);
+  return option ? *option : required(prompt::ask("The " + what), what);
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ sandbox::CardFields CardSource::read() const {
 }
 
 sandbox::CardFields CardSource::readTyped() const {
-  if (!Prompt::isPossible() && !(month_ && year_ && holder_)) {
+  if (!prompt::isPossible() && !(month_ && year_ && holder_)) {
     throw Problem("A card that comes from standard input also needs --month, --year and --holder.");
   }
   sandbox::CardFields fields;

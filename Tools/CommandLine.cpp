@@ -3,22 +3,17 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <numeric>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "Tools/CardCommands.h"
 #include "Tools/CardNumberSearch.h"
-#include "Tools/Demo.h"
-#include "Tools/Documents.h"
-#include "Tools/Enabling.h"
-#include "Tools/GuestCommands.h"
-#include "Tools/Problem.h"
-#include "Tools/SandboxCommands.h"
-#include "Tools/ServeCommand.h"
+#include "Tools/Commands.h"
 #include "Tools/StoreFiles.h"
-#include "Tools/TesterCommands.h"
+#include "Values/Names.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -112,11 +107,13 @@ CommandLine::CommandLine()
   app_.add_option("--seed", options_.seed, "Make the identifiers of a new store repeatable")
       ->type_name("N")
       ->check(problemOfNumber);
+  std::map<std::string, sandbox::Enabling> enablings;
+  for (const auto each : sandbox::allEnablings()) enablings.emplace(textOf(each), each);
   app_.add_option(
           "--enabling", options_.enabling,
           "How the kit is enabled: normal, or wrongly by no-entry, wrong-class, no-key, none")
       ->type_name("WAY")
-      ->check(CLI::IsMember(Enabling::ways()));
+      ->transform(CLI::CheckedTransformer(enablings));
   app_.add_flag("--console-log", options_.logToConsole, "Show the kit's log on standard error");
   auto* backend =
       app_.add_option("--backend", options_.backendURL, "The backend of a `paylevenkit serve`")
@@ -132,12 +129,12 @@ CommandLine::CommandLine()
       "  paylevenkit sign-in guest@example.com\n"
       "  paylevenkit add --test-card visa\n"
       "  paylevenkit cards --json");
-  GuestCommands::define(*this);
-  CardCommands::define(*this);
-  TesterCommands::define(*this);
-  ServeCommand::define(*this);
+  defineGuestCommands(*this);
+  defineCardCommands(*this);
+  defineTesterCommands(*this);
+  defineServeCommand(*this);
   defineSandboxCommands(*this);
-  Demo::define(*this);
+  defineDemoCommand(*this);
   defineDocumentCommands(*this);
 }
 
@@ -158,13 +155,13 @@ void CommandLine::whenChosen(CLI::App& command, std::function<Report(Session&)> 
 
 Report CommandLine::inSession(const GlobalOptions& options,
                               const std::function<Report(Session&)>& act) {
-  const auto path = StoreFiles::pathOrDefault(options.storePath);
+  const auto path = storePathOrDefault(options.storePath);
   const bool wasThere = std::filesystem::exists(path);
   try {
     Session session(options);
     return session.attempt([&] { return act(session); });
   } catch (...) {
-    if (!wasThere) StoreFiles::removeAgain(path);
+    if (!wasThere) removeNewStore(path);
     throw;
   }
 }

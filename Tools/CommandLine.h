@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 
-#include "Tools/GlobalOptions.h"
 #include "Tools/Printer.h"
 #include "Tools/Report.h"
 #include "Tools/Session.h"

@@ -1,5 +1,3 @@
-#include "Tools/Demo.h"
-
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -9,10 +7,11 @@
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Problem.h"
+#include "Tools/Commands.h"
 #include "Tools/Prompt.h"
 #include "Tools/SideBySide.h"
 #include "Tools/TemporaryFolder.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -27,16 +26,16 @@ struct DemoOptions {
 /// card's.
 sandbox::CardFields card(const DemoOptions& options, const std::string& testCard) {
   auto fields = CardSource::testCard(testCard);
-  const bool asks = Prompt::isPossible();
+  const bool asks = prompt::isPossible();
   if (options.testCards || !(asks || options.typed)) return fields;
 
   const auto hidden = [asks](const std::string& what) {
-    auto line = asks ? Prompt::askHidden(what) : Prompt::readLine();
+    auto line = asks ? prompt::askHidden(what) : prompt::readLine();
     if (!line) throw Problem("The input ended before the demo did.");
     return *line;
   };
   const auto shown = [](const std::string& what, const std::string& proposal) {
-    const auto line = Prompt::ask(what + ", or Enter for " + proposal);
+    const auto line = prompt::ask(what + ", or Enter for " + proposal);
     return line && !line->empty() ? *line : proposal;
   };
   const auto number = hidden("Card number, or Enter for the test card " + testCard);
@@ -63,21 +62,20 @@ class DemoRun {
     step("A second card, for business, under the same token",
          [&] { return add("mastercard", "business"); });
     step("The billing address of the first card changes", [&] {
-      return CardOperations::update(session_, cardOf("default"),
-                                    sandbox::EnteredAddress::make({.street = "Harbour Road 1",
-                                                                   .city = "Hamburg",
-                                                                   .countryCode = "DE",
-                                                                   .zip = "20457",
-                                                                   .businessName = {}}),
-                                    session_.guest());
+      return updateCard(session_, cardOf("default"),
+                        sandbox::EnteredAddress::make({.street = "Harbour Road 1",
+                                                       .city = "Hamburg",
+                                                       .countryCode = "DE",
+                                                       .zip = "20457",
+                                                       .businessName = {}}),
+                        session_.guest());
     });
-    step("The second card goes, on both sides", [&] {
-      return CardOperations::remove(session_, cardOf("business"), "business", session_.guest());
-    });
+    step("The second card goes, on both sides",
+         [&] { return removeCard(session_, cardOf("business"), "business", session_.guest()); });
     step("The provider holds an instrument that the backend does not know",
          [&] { return orphan(); });
     step("The app returns to the foreground, and the kit synchronises",
-         [&] { return CardOperations::synchronize(session_, "foreground"); });
+         [&] { return synchronize(session_, "foreground"); });
     return end();
   }
 
@@ -88,7 +86,7 @@ class DemoRun {
     auto report = session_.attempt(act);
     printer_.step(report);
     failed_ = report.isFailure();
-    auto document = Printer::document(report);
+    auto document = documentOf(report);
     document["heading"] = heading;
     steps_.push_back(std::move(document));
   }
@@ -96,9 +94,7 @@ class DemoRun {
   Report signIn() {
     const std::string email = "guest@example.com";
     session_.begin("sign-in");
-    const auto problem = session_.sandbox().signIn(email);
-    if (!problem.empty()) return session_.report(Report::Outcome::failed, problem);
-    // The kit reads the guest when it is enabled, and never again.
+    session_.signIn(email);
     session_.enableKit();
     session_.settle();
     return session_.report(Report::Outcome::succeeded, email + " is signed in.");
@@ -107,26 +103,25 @@ class DemoRun {
   Report add(const std::string& testCard, const std::string& useCase) {
     auto fields = card(options_, testCard);
     fields.useCase = useCase;
-    return CardOperations::add(session_, sandbox::EnteredCard::make(std::move(fields)),
-                               sandbox::EnteredAddress::make({.street = "Market Square 2",
-                                                              .city = "Berlin",
-                                                              .countryCode = "DE",
-                                                              .zip = "10178",
-                                                              .businessName = {}}),
-                               session_.guest());
+    return addCard(session_, sandbox::EnteredCard::make(std::move(fields)),
+                   sandbox::EnteredAddress::make({.street = "Market Square 2",
+                                                  .city = "Berlin",
+                                                  .countryCode = "DE",
+                                                  .zip = "10178",
+                                                  .businessName = {}}),
+                   session_.guest());
   }
 
   Report orphan() {
     session_.begin("orphan");
     auto fields = CardSource::testCard("amex");
     fields.useCase = "private";
-    const auto problem = session_.sandbox().addOrphanInstrument(fields);
-    auto report = session_.report(Report::Outcome::succeeded, "The two sides disagree.");
-    if (problem.empty() && SideBySide(report.backend, report.provider).unmatched() > 0) {
-      return report;
+    auto report =
+        session_.report(session_.tester()->addOrphanInstrument(fields), "The two sides disagree.");
+    if (!report.isFailure() && SideBySide(report.backend, report.provider).unmatched() == 0) {
+      report.outcome = Report::Outcome::failed;
+      report.sentence = "The two sides should disagree now.";
     }
-    report.outcome = Report::Outcome::failed;
-    report.sentence = problem.empty() ? "The two sides should disagree now." : problem;
     return report;
   }
 
@@ -141,7 +136,7 @@ class DemoRun {
     }
     report.operation = "demo";
     report.timeline.clear();
-    report.listing = [](const Terminal&) { return std::string(); };
+    report.showNoSides();
     report.details["steps"] = steps_;
     return report;
   }
@@ -162,7 +157,7 @@ class DemoRun {
 
 }  // namespace
 
-void Demo::define(CommandLine& line) {
+void defineDemoCommand(CommandLine& line) {
   auto& command = CommandLine::add(line.app(), "demo",
                                    "Run through the life of a guest's cards on a fresh store",
                                    "  paylevenkit demo\n"

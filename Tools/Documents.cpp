@@ -1,10 +1,9 @@
-#include "Tools/Documents.h"
-
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "Tools/CommandLine.h"
+#include "Tools/Commands.h"
 
 namespace hlv::tool {
 namespace {

@@ -1,11 +1,9 @@
-#include "Tools/GuestCommands.h"
-
 #include <memory>
 #include <string>
 
 #include "Tools/CardOperations.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Problem.h"
+#include "Tools/Commands.h"
 
 namespace hlv::tool {
 namespace {
@@ -13,8 +11,7 @@ namespace {
 /// Something the app does and the kit may notice.
 Report noticed(Session& session, const std::string& operation, const std::string& sentence,
                const std::function<void(sandbox::Sandbox&)>& act) {
-  session.begin(operation);
-  session.enableKit();
+  session.beginWithKit(operation);
   act(session.sandbox());
   session.settle();
   return session.report(Report::Outcome::succeeded, sentence);
@@ -26,9 +23,7 @@ void defineSigning(CommandLine& line) {
   const auto email = std::make_shared<std::string>();
   signIn.add_option("EMAIL", *email, "The guest's e-mail address")->required();
   line.whenChosen(signIn, [email](Session& session) {
-    if (const auto problem = sandbox::Sandbox::problemOfAddress(*email); !problem.empty()) {
-      throw Problem(problem);
-    }
+    sandbox::Sandbox::checkAddress(*email).value();
     return noticed(session, "sign-in", *email + " is signed in.",
                    [&](sandbox::Sandbox&) { session.signIn(*email); });
   });
@@ -70,13 +65,12 @@ void defineSync(CommandLine& line) {
   sync.add_option("--by", *by, "What starts it: foreground, authorization or reachability")
       ->type_name("EVENT")
       ->check(CLI::IsMember({"foreground", "authorization", "reachability"}));
-  line.whenChosen(sync,
-                  [by](Session& session) { return CardOperations::synchronize(session, *by); });
+  line.whenChosen(sync, [by](Session& session) { return synchronize(session, *by); });
 }
 
 }  // namespace
 
-void GuestCommands::define(CommandLine& line) {
+void defineGuestCommands(CommandLine& line) {
   defineSigning(line);
   defineNotifications(line);
   defineSync(line);

@@ -4,9 +4,11 @@
 
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
+#include "Sandbox/JSON/JournalRecords.h"
 #include "Tools/Characters.h"
 #include "Tools/SideBySide.h"
 #include "Tools/Timeline.h"
+#include "Values/Names.h"
 
 namespace hlv::tool {
 namespace {
@@ -36,19 +38,11 @@ json errorOf(const Report& report) {
              : json();
 }
 
-const char* nameOf(Report::Outcome outcome) {
-  switch (outcome) {
-    case Report::Outcome::succeeded:
-      return "succeeded";
-    case Report::Outcome::broughtNothing:
-      return "brought-nothing";
-    case Report::Outcome::failed:
-      return "failed";
-    case Report::Outcome::neverCompleted:
-      return "never-completed";
-  }
-  return "failed";
-}
+constexpr Names<Report::Outcome, 4> outcomes{
+    {{Report::Outcome::succeeded, "succeeded"},
+     {Report::Outcome::broughtNothing, "brought-nothing"},
+     {Report::Outcome::failed, "failed"},
+     {Report::Outcome::neverCompleted, "never-completed"}}};
 
 void write(const json& document) {
   const bool onlyASCII = !Terminal::ofStandardOutput().hasUTF8();
@@ -77,7 +71,7 @@ std::string outcomeText(const Terminal& terminal, const Report& report) {
 
 std::string timelineText(const Terminal& terminal, const Report& report) {
   std::string text;
-  const auto timeline = Timeline::table(report.timeline);
+  const auto timeline = timelineTable(report.timeline);
   if (!timeline.isEmpty()) text += "\n" + timeline.text(terminal);
   if (!report.unknownSides.empty()) {
     return text + "\n  The two sides are not known: " + escaped(report.unknownSides) + "\n";
@@ -90,6 +84,21 @@ std::string timelineText(const Terminal& terminal, const Report& report) {
 }
 
 }  // namespace
+
+json documentOf(const Report& report) {
+  const SideBySide sides(report.backend, report.provider);
+  json document = {{"operation", report.operation},
+                   {"outcome", outcomes.of(report.outcome)},
+                   {"message", report.sentence},
+                   {"error", errorOf(report)},
+                   {"timeline", sandbox::listOf(report.timeline)},
+                   {"backend", sandbox::listOf(report.backend)},
+                   {"provider", sandbox::listOf(report.provider)},
+                   {"agreement", sides.unmatched() == 0},
+                   {"unmatched", sides.unmatched()}};
+  document.update(report.details);
+  return document;
+}
 
 void Printer::heading(const std::string& text) const {
   if (json_) return;
@@ -105,7 +114,7 @@ void Printer::step(const Report& report) const {
 
 void Printer::print(const Report& report) const {
   if (json_) {
-    write(document(report));
+    write(documentOf(report));
     return;
   }
   const auto terminal = Terminal::ofStandardOutput();
@@ -118,36 +127,6 @@ void Printer::printProblem(const std::string& sentence) const {
   const auto terminal = Terminal::ofStandardOutput();
   std::cerr << terminal.encoded("paylevenkit: " + escaped(sentence)) << std::endl;
   if (json_) write({{"error", errorObject(commandDomain, 2, sentence, nullptr)}});
-}
-
-json Printer::document(const Report& report) {
-  const SideBySide sides(report.backend, report.provider);
-  json document = {{"operation", report.operation},
-                   {"outcome", nameOf(report.outcome)},
-                   {"message", report.sentence},
-                   {"error", errorOf(report)},
-                   {"timeline", timeline(report.timeline)},
-                   {"backend", sandbox::jsonOf(report.backend)},
-                   {"provider", json::array()},
-                   {"agreement", sides.unmatched() == 0},
-                   {"unmatched", sides.unmatched()}};
-  for (const auto& instrument : report.provider) {
-    document["provider"].push_back(sandbox::jsonOf(instrument));
-  }
-  document.update(report.details);
-  return document;
-}
-
-json Printer::timeline(const std::vector<sandbox::Event>& events) {
-  json list = json::array();
-  for (const auto& event : events) {
-    list.push_back({{"from", event.from},
-                    {"to", event.to},
-                    {"what", event.what},
-                    {"result", event.result},
-                    {"thread", event.thread}});
-  }
-  return list;
 }
 
 }  // namespace hlv::tool

@@ -10,6 +10,9 @@
 
 namespace hlv::tool {
 
+/// The one JSON document of a report.
+sandbox::Json documentOf(const Report& report);
+
 /// As text, or as exactly one JSON document.
 class Printer {
  public:
@@ -22,9 +25,6 @@ class Printer {
   void print(const Report& report) const;
   /// A sentence on standard error, and an error document where one is expected.
   void printProblem(const std::string& sentence) const;
-
-  static sandbox::Json document(const Report& report);
-  static sandbox::Json timeline(const std::vector<sandbox::Event>& events);
 
  private:
   const bool json_;

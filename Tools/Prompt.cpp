@@ -1,40 +1,24 @@
 #include "Tools/Prompt.h"
 
-#include <signal.h>
 #include <termios.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <cstddef>
 #include <iostream>
 
-namespace hlv::tool {
+#include "Tools/EndingHandler.h"
+
+namespace hlv::tool::prompt {
 namespace {
 
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-
-// A signal handler can reach only what is static.
 termios shownSettings;
-std::array<struct sigaction, endingSignals.size()> handlersBefore;
-
-void restoreHandlers() {
-  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-    ::sigaction(endingSignals[i], &handlersBefore[i], nullptr);
-  }
-}
+EndingHandler endingHandler;
 
 extern "C" void showTypingAndEnd(int signal) {
   ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, "\n", 1);
-  restoreHandlers();
-  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-    const auto other = handlersBefore[i].sa_handler;
-    if (endingSignals[i] != signal || other == SIG_DFL || other == SIG_IGN) continue;
-    // It has something to tidy up too, and ends the process.
-    return other(signal);
-  }
-  ::raise(signal);
+  endingHandler.restore();
+  endingHandler.end(signal);
 }
 
 /// While it lives, the terminal does not show what is typed.
@@ -42,11 +26,7 @@ class HiddenTyping {
  public:
   HiddenTyping() {
     ::tcgetattr(STDIN_FILENO, &shownSettings);
-    struct sigaction ending {};
-    ending.sa_handler = showTypingAndEnd;
-    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-      ::sigaction(endingSignals[i], &ending, &handlersBefore[i]);
-    }
+    endingHandler.install(showTypingAndEnd);
     termios hidden = shownSettings;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     // A stopped process would leave a terminal that hides everything.
@@ -55,7 +35,7 @@ class HiddenTyping {
   }
   ~HiddenTyping() {
     ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
-    restoreHandlers();
+    endingHandler.restore();
     std::cerr << "\n" << std::flush;
   }
   HiddenTyping(const HiddenTyping&) = delete;
@@ -70,21 +50,21 @@ std::string withoutBlanksAround(const std::string& line) {
 
 }  // namespace
 
-bool Prompt::isPossible() { return ::isatty(STDIN_FILENO) == 1; }
+bool isPossible() { return ::isatty(STDIN_FILENO) == 1; }
 
-std::optional<std::string> Prompt::ask(const std::string& question) {
+std::optional<std::string> ask(const std::string& question) {
   std::cerr << question << ": " << std::flush;
   return readLine();
 }
 
-std::optional<std::string> Prompt::askHidden(const std::string& question) {
+std::optional<std::string> askHidden(const std::string& question) {
   // Hidden before it is asked for, so that not even a quick answer shows.
   const HiddenTyping hidden;
   std::cerr << question << ": " << std::flush;
   return readLine();
 }
 
-std::optional<std::string> Prompt::readLine() {
+std::optional<std::string> readLine() {
   std::string line;
   char byte = 0;
   for (;;) {
@@ -96,4 +76,4 @@ std::optional<std::string> Prompt::readLine() {
   }
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::tool::prompt

@@ -6,21 +6,18 @@
 #include <optional>
 #include <string>
 
-namespace hlv::tool {
+namespace hlv::tool::prompt {
 
-class Prompt {
- public:
-  /// Whether a person can be asked: standard input is a terminal.
-  static bool isPossible();
+/// Whether a person can be asked: standard input is a terminal.
+bool isPossible();
 
-  /// Asks on a terminal. Nothing at the end of input; an empty line is an empty string.
-  static std::optional<std::string> ask(const std::string& question);
-  /// The same, and what is typed is not shown. The terminal shows typing again when this returns,
-  /// and also when a signal ends the process meanwhile.
-  static std::optional<std::string> askHidden(const std::string& question);
+/// Asks on a terminal. Nothing at the end of input; an empty line is an empty string.
+std::optional<std::string> ask(const std::string& question);
+/// The same, and what is typed is not shown. The terminal shows typing again when this returns, and
+/// also when a signal ends the process meanwhile.
+std::optional<std::string> askHidden(const std::string& question);
 
-  /// The next line of standard input, without blanks around it. Reads no further than the line.
-  static std::optional<std::string> readLine();
-};
+/// The next line of standard input, without blanks around it. Reads no further than the line.
+std::optional<std::string> readLine();
 
-}  // namespace hlv::tool
+}  // namespace hlv::tool::prompt

@@ -48,6 +48,11 @@ struct Report {
     };
   }
 
+  /// Shows the sentence alone.
+  void showNoSides() {
+    listing = [](const Terminal&) { return std::string(); };
+  }
+
   /// Whether an error was reported, or not what was asked for.
   bool isFailure() const { return error || outcome != Outcome::succeeded; }
   int exitStatus() const { return isFailure() ? 1 : 0; }

@@ -1,5 +1,3 @@
-#include "Tools/SandboxCommands.h"
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,8 +5,9 @@
 #include "Client/Sandboxes.h"
 #include "Sandbox/JSON/SandboxRecords.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Problem.h"
+#include "Tools/Commands.h"
 #include "Tools/Table.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -29,7 +28,7 @@ Report done(const std::string& operation, const std::string& sentence, json deta
   Report report;
   report.operation = "sandbox " + operation;
   report.sentence = sentence;
-  report.listing = [](const Terminal&) { return std::string(); };
+  report.showNoSides();
   if (!details.is_null()) report.details = std::move(details);
   return report;
 }
@@ -56,14 +55,13 @@ Report shown(const std::string& operation, const std::string& sentence,
 
 Report listed(const SandboxClient& client) {
   Table table;
-  auto list = json::array();
-  for (const auto& sandbox : client.list()) {
+  const auto sandboxes = client.list();
+  for (const auto& sandbox : sandboxes) {
     table.add({sandbox.id, sandbox.created, sandbox.expires.value_or("for good"),
                std::to_string(sandbox.guests) + (sandbox.guests == 1 ? " guest" : " guests"),
                sandbox.providerURL});
-    list.push_back(sandbox::jsonOf(sandbox));
   }
-  auto report = done("list", "", {{"sandboxes", std::move(list)}});
+  auto report = done("list", "", {{"sandboxes", sandbox::listOf(sandboxes)}});
   report.list(std::move(table), "There is no sandbox.");
   return report;
 }

@@ -1,5 +1,3 @@
-#include "Tools/ServeCommand.h"
-
 #include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -18,7 +16,8 @@
 #include "Platform/Default/DefaultPlatform.h"
 #include "Server/Server.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Problem.h"
+#include "Tools/Commands.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -117,28 +116,27 @@ Report serve(Session& session, const ServeOptions& options) {
   serverOptions.listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
   PortsFile ports(options.portsFile.empty() ? session.storePath() + ".ports.json"
                                             : options.portsFile);
-  auto server = server::Server::open(serverOptions);
-  if (!server) throw Problem(server.problem());
-  const sandbox::Json urls = {{"backend", (*server)->backendURL()},
-                              {"provider", (*server)->providerURL()},
-                              {"console", (*server)->consoleURL()}};
+  auto server = server::Server::open(serverOptions).value();
+  const sandbox::Json urls = {{"backend", server->backendURL()},
+                              {"provider", server->providerURL()},
+                              {"console", server->consoleURL()}};
   ports.write(urls);
   for (const auto& [name, url] : urls.items()) {
     std::cerr << std::left << std::setw(10) << name << url.get<std::string>() << std::endl;
   }
-  signals.await([&] { (*server)->completeFinishedOperations(); });
-  server->reset();
+  signals.await([&] { server->completeFinishedOperations(); });
+  server.reset();
 
   auto report = session.report("serve");
   report.sentence = "The services have ended.";
-  report.listing = [](const Terminal&) { return std::string(); };
+  report.showNoSides();
   report.details["urls"] = urls;
   return report;
 }
 
 }  // namespace
 
-void ServeCommand::define(CommandLine& line) {
+void defineServeCommand(CommandLine& line) {
   auto& command =
       CommandLine::add(line.app(), "serve",
                        "Offer the backend and the provider over HTTP, and a console to see them",

@@ -1,70 +1,71 @@
-// One run of the app that the command plays: the sandbox, the kit over it, and the main queue.
+// One run of the command: the store, the app that it simulates, and the main queue.
 //
 // Threading: the main thread.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "Client/RemoteHost.h"
-#include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Platform/NotificationCenter.h"
+#include "Sandbox/App/Enabling.h"
+#include "Sandbox/App/SimulatedApp.h"
 #include "Sandbox/Sandbox.h"
-#include "Tools/GlobalOptions.h"
 #include "Tools/Report.h"
 
 namespace hlv::tool {
 
+/// What can be said with every command.
+struct GlobalOptions {
+  /// Empty means the store in the user's data folder.
+  std::string storePath;
+  bool json = false;
+  std::optional<std::uint64_t> seed;
+  sandbox::Enabling enabling = sandbox::Enabling::normal;
+  bool logToConsole = false;
+  /// Where the services are; empty for the embedded ones.
+  std::string backendURL;
+  std::string providerURL;
+};
+
 class Session {
  public:
   /// Opens the store and installs the sandbox as the host, or a host that speaks to the services
-  /// elsewhere. Throws Problem when it cannot, or when they do not answer.
+  /// elsewhere. Throws `Problem` when it cannot.
   explicit Session(const GlobalOptions& options);
-  /// Lets go of kit and host, so that none of their threads works while the process exits.
-  ~Session();
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
 
   sandbox::Sandbox& sandbox() { return *sandbox_; }
-  std::shared_ptr<sandbox::Sandbox> sharedSandbox() { return sandbox_; }
+  const sandbox::SimulatedApp& app() const { return app_; }
   /// Where the store is.
   std::string storePath() const;
   /// What a tester does to the services, wherever they are.
   std::shared_ptr<sandbox::Tester> tester() const;
-  /// Throws Problem when the services are elsewhere: `command` works on the store.
+  /// Throws `Problem` when the services are elsewhere: `command` works on the store.
   void requireOwnServices(const std::string& command) const;
-  /// Throws Problem when the guest cannot be signed in.
+  /// Throws `Problem` when the guest cannot be signed in.
   void signIn(const std::string& email);
-  /// On this side, and at the backend. Throws Problem when the backend cannot be reached.
+  /// On this side, and at the backend. Throws `Problem` when the backend cannot be reached.
   void signOut();
   /// The guest's cards, where the backend is.
   std::vector<sandbox::BackendCard> backendCards() const;
-  /// The signed-in guest. Throws Problem when nobody is.
+  /// The signed-in guest. Throws `Problem` when nobody is.
   std::shared_ptr<HLVSDKGuest> guest() const;
 
   /// Begins an operation in the journal. What goes wrong from here on is the operation's failure.
   void begin(const std::string& operation);
-  bool hasBegun() const { return !operation_.empty(); }
-  /// Enables the kit, which from then on follows the guest who is signed in. Later calls change
-  /// nothing.
-  void enableKit();
-  static bool kitIsEnabled();
-  /// Pumps the main queue until every answer has come and nothing more can happen.
-  void settle();
-
-  /// What a completion brought.
-  struct Answer {
-    int times = 0;
-    std::shared_ptr<HLVSDKGuest> guest;
-    std::shared_ptr<HLVSDKCreditCard> card;
-    ErrorPtr error;
-  };
-  /// Lets `start` call the kit, and settles.
-  Answer call(const std::string& what, const std::function<void(HLVSDKGuestCardCompletion)>& start);
+  /// The same for an operation of the kit, which is enabled first.
+  void beginWithKit(const std::string& operation);
+  /// Once; later calls do nothing.
+  void enableKit() { sandbox::enableKit(options_.enabling); }
+  /// Pumps the main queue until every reply has come and nothing more can happen.
+  void settle() const;
+  /// Settles, and returns what the call has brought.
+  sandbox::AppCall::Outcome outcomeOf(const std::shared_ptr<const sandbox::AppCall>& call) const;
 
   /// Why the current operation will not complete, as far as that is known.
   std::string whyNothingCame() const;
@@ -77,16 +78,15 @@ class Session {
   Report report(const std::string& command) const;
   /// The current operation with its timeline and the two sides.
   Report report(Report::Outcome outcome, std::string sentence, ErrorPtr error = nullptr) const;
+  /// The current operation, by what came of it.
+  Report report(const Result<>& result, const std::string& sentence) const;
 
  private:
-  /// Whether every answer has come and nothing more can.
-  bool isQuiet() const;
-
   const GlobalOptions options_;
   const std::shared_ptr<sandbox::Sandbox> sandbox_;
   /// Null for the embedded services.
   const std::shared_ptr<client::RemoteHost> remote_;
-  std::unique_ptr<Observation> followsGuest_;
+  const sandbox::SimulatedApp app_;
   std::string operation_;
   std::size_t firingsBefore_ = 0;
 };

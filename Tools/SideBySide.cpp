@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Values/Names.h"
+
 namespace hlv::tool {
 namespace {
 
@@ -53,12 +55,11 @@ std::string describe(const ProviderInstrument& instrument) {
 }
 
 std::string describe(const sandbox::AddressFields& address) {
-  std::string line;
-  for (const auto* field : {&address.businessName, &address.street, &address.zip, &address.city,
-                            &address.countryCode}) {
-    if (*field && !(*field)->empty()) line += (line.empty() ? "" : ", ") + **field;
-  }
-  return line.empty() ? "no billing address" : line;
+  std::vector<std::string> fields{address.businessName.value_or(""), address.street.value_or(""),
+                                  address.zip.value_or(""), address.city.value_or(""),
+                                  address.countryCode.value_or("")};
+  std::erase(fields, "");
+  return fields.empty() ? "no billing address" : joined(fields);
 }
 
 SideBySide::SideBySide(const std::vector<BackendCard>& cards,

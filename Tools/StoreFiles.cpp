@@ -11,7 +11,7 @@
 #include <system_error>
 
 #include "Sandbox/Store/StoreLock.h"
-#include "Tools/Problem.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
@@ -26,7 +26,7 @@ std::filesystem::path dataFolder() {
 
 }  // namespace
 
-std::string StoreFiles::pathOrDefault(const std::string& path) {
+std::string storePathOrDefault(const std::string& path) {
   if (!path.empty()) return path;
   const auto folder = dataFolder() / "paylevenkit";
   std::error_code failure;
@@ -38,7 +38,7 @@ std::string StoreFiles::pathOrDefault(const std::string& path) {
   return (folder / "store.sqlite").string();
 }
 
-bool StoreFiles::isStore(const std::string& path) {
+bool isStoreFile(const std::string& path) {
   std::array<char, 72> header{};
   std::ifstream file(path, std::ios::binary);
   if (!file.read(header.data(), header.size())) return false;
@@ -47,20 +47,20 @@ bool StoreFiles::isStore(const std::string& path) {
          std::string_view(header.data() + 68, 4) == "HLVS";
 }
 
-void StoreFiles::remove(const std::string& path) {
+void removeStore(const std::string& path) {
   const sandbox::StoreLock lock(path);
   if (!lock.problem().empty()) throw Problem(lock.problem());
-  for (const char* suffix : suffixes) {
+  for (const char* suffix : storeSuffixes) {
     std::error_code failure;
     std::filesystem::remove_all(path + suffix, failure);
     if (failure) throw Problem("The store cannot be removed: " + failure.message() + ".");
   }
 }
 
-void StoreFiles::removeAgain(const std::string& path) {
+void removeNewStore(const std::string& path) {
   try {
-    remove(path);
-    if (path != pathOrDefault({})) return;
+    removeStore(path);
+    if (path != storePathOrDefault({})) return;
     std::error_code ignored;
     std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
   } catch (const Problem&) {

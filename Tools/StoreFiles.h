@@ -8,25 +8,22 @@
 
 namespace hlv::tool {
 
-class StoreFiles {
- public:
-  /// What stands beside a store, and last the store itself: while it is there, a removal that
-  /// failed can be repeated.
-  static constexpr std::array suffixes{".sandboxes",      "-wal",  "-shm", ".log", ".ports.json",
-                                       ".ports.json.new", ".lock", ""};
+/// What stands beside a store, and last the store itself: while it is there, a removal that failed
+/// can be repeated.
+inline constexpr std::array storeSuffixes{".sandboxes",      "-wal",  "-shm", ".log", ".ports.json",
+                                          ".ports.json.new", ".lock", ""};
 
-  /// `path`, or the store in the user's data folder, which is made for its owner only. Throws
-  /// Problem when there is no such folder.
-  static std::string pathOrDefault(const std::string& path);
-  /// Whether the file is a sandbox store, of whatever version.
-  static bool isStore(const std::string& path);
-  /// Removes the store and what stands beside it: write-ahead log, shared memory and log file, and
-  /// a server's sandboxes, snapshots, ports file and lock. Throws Problem while a server works on
-  /// the store, and when one of them cannot be removed.
-  static void remove(const std::string& path);
-  /// Removes the store of a command that could not begin, and its folder when nothing else is in
-  /// it. What cannot be removed stays.
-  static void removeAgain(const std::string& path);
-};
+/// `path`, or the store in the user's data folder, which is made for its owner only. Throws
+/// `Problem` when there is no such folder.
+std::string storePathOrDefault(const std::string& path);
+/// Whether the file is a sandbox store, of whatever version.
+bool isStoreFile(const std::string& path);
+/// Removes the store and what stands beside it: write-ahead log, shared memory and log file, and a
+/// server's sandboxes, snapshots, ports file and lock. Throws `Problem` while a server works on the
+/// store, and when one of them cannot be removed.
+void removeStore(const std::string& path);
+/// Removes the store of a command that could not begin, and its folder when nothing else is in it.
+/// What cannot be removed stays.
+void removeNewStore(const std::string& path);
 
 }  // namespace hlv::tool

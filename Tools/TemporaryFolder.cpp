@@ -10,17 +10,16 @@
 #include <filesystem>
 #include <system_error>
 
-#include "Tools/Problem.h"
+#include "Tools/EndingHandler.h"
 #include "Tools/StoreFiles.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
 
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-
-// A signal handler can reach only what is static, and may not allocate. The folder comes last.
-std::array<std::array<char, PATH_MAX>, StoreFiles::suffixes.size() + 1> whatToRemove;
-std::array<struct sigaction, endingSignals.size()> before;
+// A signal handler may not allocate. The folder comes last.
+std::array<std::array<char, PATH_MAX>, storeSuffixes.size() + 1> whatToRemove;
+EndingHandler endingHandler;
 
 extern "C" void removeFolderAndEnd(int signal) {
   for (const auto& path : whatToRemove) {
@@ -43,16 +42,12 @@ TemporaryFolder::TemporaryFolder()
     throw Problem("No folder for temporary files can be made.");
   }
   std::size_t next = 0;
-  for (const char* suffix : StoreFiles::suffixes) {
+  for (const char* suffix : storeSuffixes) {
     const auto file = storePath() + suffix;
     file.copy(whatToRemove[next++].data(), file.size());
   }
   path_.copy(whatToRemove[next].data(), path_.size());
-  struct sigaction ending {};
-  ending.sa_handler = removeFolderAndEnd;
-  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-    ::sigaction(endingSignals[i], &ending, &before[i]);
-  }
+  endingHandler.install(removeFolderAndEnd);
 }
 
 TemporaryFolder::~TemporaryFolder() {
@@ -66,9 +61,7 @@ std::string TemporaryFolder::storePath() const { return path_ + "/store.sqlite";
 
 void TemporaryFolder::keep() {
   path_.clear();
-  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
-    ::sigaction(endingSignals[i], &before[i], nullptr);
-  }
+  endingHandler.restore();
 }
 
 }  // namespace hlv::tool

@@ -7,6 +7,8 @@
 #include <charconv>
 #include <cstdlib>
 
+#include "Values/Names.h"
+
 namespace hlv::tool {
 namespace {
 
@@ -34,23 +36,12 @@ bool isDumb() {
   return kind.empty() || kind == "dumb";
 }
 
-const char* codeOf(Colour colour) {
-  switch (colour) {
-    case Colour::plain:
-      return "";
-    case Colour::bold:
-      return "\033[1m";
-    case Colour::dim:
-      return "\033[2m";
-    case Colour::red:
-      return "\033[31m";
-    case Colour::green:
-      return "\033[32m";
-    case Colour::yellow:
-      return "\033[33m";
-  }
-  return "";
-}
+constexpr Names<Colour, 6> codes{{{Colour::plain, ""},
+                                  {Colour::bold, "\033[1m"},
+                                  {Colour::dim, "\033[2m"},
+                                  {Colour::red, "\033[31m"},
+                                  {Colour::green, "\033[32m"},
+                                  {Colour::yellow, "\033[33m"}}};
 
 }  // namespace
 
@@ -74,7 +65,7 @@ Terminal Terminal::ofStandardOutput() {
 
 std::string Terminal::paint(Colour colour, const std::string& text) const {
   if (!colours_ || colour == Colour::plain || text.empty()) return text;
-  return codeOf(colour) + text + "\033[0m";
+  return std::string(codes.of(colour)) + text + "\033[0m";
 }
 
 }  // namespace hlv::tool

@@ -1,26 +1,23 @@
-#include "Tools/TesterCommands.h"
-
-#include <algorithm>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "Sandbox/JSON/FaultRecords.h"
+#include "Sandbox/JSON/JournalRecords.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Problem.h"
+#include "Tools/Commands.h"
 #include "Tools/Prompt.h"
 #include "Tools/StoreFiles.h"
 #include "Tools/Table.h"
 #include "Tools/Timeline.h"
+#include "Values/Names.h"
+#include "Values/Problem.h"
 
 namespace hlv::tool {
 namespace {
 
-using json = sandbox::Json;
 using sandbox::Distribution;
 using sandbox::Fault;
 using sandbox::FaultKind;
@@ -28,7 +25,7 @@ using sandbox::FaultKind;
 /// Something done that is no operation: one sentence is all there is to show.
 Report said(Report report, const std::string& sentence) {
   report.sentence = sentence;
-  report.listing = [](const Terminal&) { return std::string(); };
+  report.showNoSides();
   return report;
 }
 
@@ -42,9 +39,7 @@ void defineOrphan(CommandLine& line) {
     session.guest();
     const auto card = source->read();
     session.begin("orphan");
-    const auto problem = session.tester()->addOrphanInstrument(card);
-    if (!problem.empty()) return session.report(Report::Outcome::failed, problem);
-    return session.report(Report::Outcome::succeeded,
+    return session.report(session.tester()->addOrphanInstrument(card),
                           "The provider holds an instrument that the backend does not know.");
   });
 }
@@ -53,19 +48,15 @@ void defineScenario(CommandLine& line) {
   auto& command = CommandLine::add(line.app(), "scenario", "Bring the two sides apart",
                                    "  paylevenkit scenario half-deleted\n");
   const auto name = std::make_shared<std::string>();
-  std::string possible;
-  for (const auto& each : sandbox::Sandbox::scenarios()) {
-    possible += (possible.empty() ? "" : ", ") + each;
-  }
-  command.add_option("name", *name, "One of " + possible)
+  const auto possible = namesOf(sandbox::allScenarios());
+  command.add_option("name", *name, "One of " + joined(possible))
       ->required()
       ->type_name("SCENARIO")
-      ->check(CLI::IsMember(sandbox::Sandbox::scenarios()));
+      ->check(CLI::IsMember(possible));
   line.whenChosen(command, [name](Session& session) {
     session.guest();
     session.begin("scenario");
-    const auto problem = session.tester()->makeScenario(*name);
-    if (!problem.empty()) throw Problem(problem);
+    session.tester()->makeScenario(sandbox::scenarioNamed(*name).value()).value();
     return session.report(Report::Outcome::succeeded, "The scenario is made: " + *name + ".");
   });
 }
@@ -88,8 +79,8 @@ std::string spread(const Fault& fault) {
 
 Report armedFaults(Session& session) {
   Table table;
-  json list = json::array();
-  for (const auto& fault : session.tester()->armed()) {
+  const auto faults = session.tester()->armed();
+  for (const auto& fault : faults) {
     std::string more;
     if (fault.kind == FaultKind::error) more += "code " + std::to_string(fault.code) + " ";
     if (fault.status) more += "status " + std::to_string(*fault.status) + " ";
@@ -97,53 +88,28 @@ Report armedFaults(Session& session) {
     if (fault.bytes) more += "after " + std::to_string(*fault.bytes) + " bytes ";
     if (fault.bytesPerSecond) more += std::to_string(*fault.bytesPerSecond) + " bytes a second ";
     if (fault.delayMilliseconds > 0) more += std::to_string(fault.delayMilliseconds) + " ms ";
-    if (fault.spreadMilliseconds > 0) {
-      more += spread(fault) + " ";
-    }
+    if (fault.spreadMilliseconds > 0) more += spread(fault) + " ";
     if (fault.probability < 100) more += std::to_string(fault.probability) + " in a hundred ";
     if (fault.useCase) more += "only " + *fault.useCase;
     table.add({std::to_string(fault.number), text(fault.operation), text(fault.kind), times(fault),
                more});
-    list.push_back(sandbox::jsonOf(fault));
   }
   auto report = session.report("fault list");
   report.list(std::move(table), "No fault is armed.");
-  report.details["faults"] = std::move(list);
+  report.details["faults"] = sandbox::listOf(faults);
   return report;
 }
 
 Report faultFirings(Session& session) {
   Table table;
-  json list = json::array();
-  for (const auto& firing : session.tester()->firings()) {
+  const auto firings = session.tester()->firings();
+  for (const auto& firing : firings) {
     table.add({std::to_string(firing.faultNumber), text(firing.operation), text(firing.kind)});
-    list.push_back(sandbox::jsonOf(firing));
   }
   auto report = session.report("fault firings");
   report.list(std::move(table), "No fault has met a call.");
-  report.details["firings"] = std::move(list);
+  report.details["firings"] = sandbox::listOf(firings);
   return report;
-}
-
-std::string possibleOperations() {
-  std::string names;
-  for (const auto operation : sandbox::allOperations()) {
-    names += (names.empty() ? "" : ", ") + text(operation);
-  }
-  return names;
-}
-
-std::string possibleKinds() {
-  std::vector<FaultKind> kinds;
-  for (const auto operation : sandbox::allOperations()) {
-    for (const auto kind : sandbox::kindsOf(operation)) {
-      if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) kinds.push_back(kind);
-    }
-  }
-  std::sort(kinds.begin(), kinds.end());
-  std::string names;
-  for (const auto kind : kinds) names += (names.empty() ? "" : ", ") + text(kind);
-  return names;
 }
 
 /// A fault as it is typed.
@@ -158,13 +124,9 @@ struct TypedFault {
   /// Throws Problem for what is none.
   Fault read() const {
     auto read = fault;
-    const auto knownOperation = sandbox::operationNamed(operation);
-    if (!knownOperation) throw Problem(sandbox::noSuchOperation(operation));
-    const auto knownKind = sandbox::faultKindNamed(kind);
-    if (!knownKind) throw Problem(sandbox::noSuchKind(kind));
-    read.operation = *knownOperation;
-    read.kind = *knownKind;
-    read.distribution = sandbox::distributionNamed(distribution).value_or(read.distribution);
+    read.operation = sandbox::operationNamed(operation).value();
+    read.kind = sandbox::faultKindNamed(kind).value();
+    read.distribution = sandbox::distributionNamed(distribution).value();
     for (const auto& header : headers) {
       const auto colon = header.find(": ");
       if (colon == std::string::npos) throw Problem("A header reads \"NAME: VALUE\".");
@@ -183,7 +145,8 @@ void defineArm(CommandLine& line, CLI::App& parent) {
                        "  paylevenkit fault arm getPaymentInstrumentsList never "
                        "--use-case business --always\n\n"
                        "Operations: " +
-                           possibleOperations() + "\nKinds: " + possibleKinds() + "\n");
+                           joined(namesOf(sandbox::allOperations())) +
+                           "\nKinds: " + joined(namesOf(sandbox::allFaultKinds())) + "\n");
   const auto typed = std::make_shared<TypedFault>();
   auto& fault = typed->fault;
   command.add_option("OPERATION", typed->operation, "The operation of a service")->required();
@@ -209,8 +172,7 @@ void defineArm(CommandLine& line, CLI::App& parent) {
   command.add_option("--use-case", fault.useCase, "Meet only calls for this use case");
   line.whenChosen(command, [typed](Session& session) {
     auto armed = typed->read();
-    const auto problem = session.tester()->arm(armed, &armed.number);
-    if (!problem.empty()) throw Problem(problem);
+    armed.number = session.tester()->arm(armed).value();
     auto report =
         said(session.report("fault arm"), "The fault is armed: " + text(armed.operation) + " " +
                                               text(armed.kind) + ", " + times(armed) + ".");
@@ -259,16 +221,11 @@ void defineTrace(CommandLine& line) {
       for (const auto& operation : operations) {
         text +=
             terminal.paint(Colour::bold, std::to_string(operation.number) + " " + operation.name) +
-            "\n" + Timeline::table(operation.events).text(terminal);
+            "\n" + timelineTable(operation.events).text(terminal);
       }
       return text;
     };
-    report.details["operations"] = json::array();
-    for (const auto& operation : operations) {
-      report.details["operations"].push_back({{"number", operation.number},
-                                              {"name", operation.name},
-                                              {"timeline", Printer::timeline(operation.events)}});
-    }
+    report.details["operations"] = sandbox::listOf(operations);
     return report;
   });
 }
@@ -277,13 +234,13 @@ Report removedStore(const std::string& path, bool sure) {
   Report report;
   report.operation = "reset";
   if (!std::filesystem::exists(path)) return said(report, "There is no store to remove.");
-  if (!StoreFiles::isStore(path)) throw Problem("This file is not a sandbox store; it stays.");
+  if (!isStoreFile(path)) throw Problem("This file is not a sandbox store; it stays.");
   if (!sure) {
-    if (!Prompt::isPossible()) throw Problem("Say --yes to remove the store.");
-    const auto answer = Prompt::ask("Remove the store with everything in it? (yes/no)");
+    if (!prompt::isPossible()) throw Problem("Say --yes to remove the store.");
+    const auto answer = prompt::ask("Remove the store with everything in it? (yes/no)");
     if (answer != "yes") throw Problem("Nothing was removed.");
   }
-  StoreFiles::remove(path);
+  removeStore(path);
   return said(report, "The store is removed.");
 }
 
@@ -294,13 +251,13 @@ void defineReset(CommandLine& line) {
   const auto sure = std::make_shared<bool>(false);
   command.add_flag("--yes", *sure, "Do not ask");
   line.whenChosenWithoutStore(command, [sure](const GlobalOptions& options, const Printer&) {
-    return removedStore(StoreFiles::pathOrDefault(options.storePath), *sure);
+    return removedStore(storePathOrDefault(options.storePath), *sure);
   });
 }
 
 }  // namespace
 
-void TesterCommands::define(CommandLine& line) {
+void defineTesterCommands(CommandLine& line) {
   defineOrphan(line);
   defineScenario(line);
   defineFault(line);

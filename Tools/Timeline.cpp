@@ -76,7 +76,7 @@ Colour colourOf(const Event& event) {
 
 }  // namespace
 
-Table Timeline::table(const std::vector<Event>& events) {
+Table timelineTable(const std::vector<Event>& events) {
   const auto partner = pairs(events);
   CallColumns columns;
   Table table;

@@ -10,11 +10,8 @@
 
 namespace hlv::tool {
 
-class Timeline {
- public:
-  /// One row an event. A call and its answer are joined by a line at the left, so that calls that
-  /// run side by side can be distinguished.
-  static Table table(const std::vector<sandbox::Event>& events);
-};
+/// One row an event. A call and its reply are joined by a line at the left, so that calls that run
+/// side by side can be distinguished.
+Table timelineTable(const std::vector<sandbox::Event>& events);
 
 }  // namespace hlv::tool

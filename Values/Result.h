@@ -4,14 +4,21 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
+#include "Values/Problem.h"
+
 namespace hlv {
 
-template <class T>
+/// The value of what only has to be done.
+struct Done {};
+
+template <class T = Done>
 class [[nodiscard]] Result {
  public:
+  Result() requires std::is_same_v<T, Done> : Result(Done()) {}
   Result(T value) : outcome_(std::in_place_index<0>, std::move(value)) {}
   static Result failure(std::string sentence) { return Result(Failure{std::move(sentence)}); }
 
@@ -21,6 +28,12 @@ class [[nodiscard]] Result {
   const T& operator*() const { return std::get<0>(outcome_); }
   T* operator->() { return &**this; }
   const T* operator->() const { return &**this; }
+  T valueOr(T otherwise) const { return *this ? **this : std::move(otherwise); }
+  /// Throws `Problem` where there is none.
+  T value() && {
+    if (!*this) throw Problem(problem());
+    return std::move(**this);
+  }
   /// Empty where there is a value.
   std::string problem() const { return *this ? std::string() : std::get<1>(outcome_).sentence; }
 

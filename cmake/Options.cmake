@@ -30,6 +30,8 @@ target_compile_options(hlv_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
   # g++ 12 sees overlaps in std::string's own code when it optimises (its bug 105651).
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+  # Of what a lock guards (Values/Mutex.h).
+  $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>
   $<$<BOOL:${HLVSDKPAYLEVENKIT_STRICT}>:-Werror>
   # Errors and log lines carry source paths; those of the build machine are nobody's business.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)

@@ -60,7 +60,11 @@ if(HLVSDKPAYLEVENKIT_SANDBOX)
     Sandbox/Sandbox.h
     Sandbox/Errors/SandboxError.h
     Sandbox/Cards/TestCards.h
-    Sandbox/Tester.h)
+    Sandbox/Testing/Scenario.h
+    Sandbox/Testing/Tester.h
+    Values/Mutex.h
+    Values/Problem.h
+    Values/Result.h)
 endif()
 if(HLVSDKPAYLEVENKIT_CLIENT)
   target_sources(HLVSDKPaylevenClient PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES

@@ -6,28 +6,40 @@ add_library(HLVSDKPaylevenSandbox STATIC)
 add_library(HLVSDKPaylevenKit::Sandbox ALIAS HLVSDKPaylevenSandbox)
 set_target_properties(HLVSDKPaylevenSandbox PROPERTIES EXPORT_NAME Sandbox)
 target_sources(HLVSDKPaylevenSandbox PRIVATE
+  Sandbox/App/Enabling.cpp
+  Sandbox/App/SimulatedApp.cpp
   Sandbox/Backend/AddCardBody.cpp
   Sandbox/Backend/Backend.cpp
   Sandbox/Backend/BackendClient.cpp
   Sandbox/Backend/BackendTables.cpp
   Sandbox/Backend/Guest.cpp
-  Sandbox/Calls/ReplyQueue.cpp
   Sandbox/Calls/CallHandler.cpp
-  Sandbox/Faults/FaultTables.cpp
+  Sandbox/Calls/Journal.cpp
+  Sandbox/Calls/Reachability.cpp
+  Sandbox/Calls/ReplyQueue.cpp
   Sandbox/Calls/Service.cpp
   Sandbox/Calls/Summary.cpp
   Sandbox/Cards/Calendar.cpp
   Sandbox/Cards/CardBrands.cpp
   Sandbox/Cards/CardRules.cpp
-  Sandbox/Logging/ConsoleLogger.cpp
-  Sandbox/Logging/LogLine.cpp
+  Sandbox/Cards/EnteredCard.cpp
+  Sandbox/Cards/TestCards.cpp
+  Sandbox/Errors/ErrorFacade.cpp
+  Sandbox/Errors/SandboxError.cpp
+  Sandbox/Errors/TransportError.cpp
+  Sandbox/Faults/Fault.cpp
+  Sandbox/Faults/FaultTables.cpp
+  Sandbox/Host/Constants.cpp
+  Sandbox/Host/SandboxHost.cpp
   Sandbox/Logging/LogSink.cpp
+  Sandbox/Logging/Logger.cpp
   Sandbox/Masking/MaskedText.cpp
   Sandbox/Masking/NumberParts.cpp
-  Sandbox/Logging/RemoteFileLogger.cpp
-  Sandbox/Provider/CardInstruments.cpp
   Sandbox/Provider/Provider.cpp
   Sandbox/Provider/ProviderClient.cpp
+  Sandbox/Records/Pairs.cpp
+  Sandbox/Records/Times.cpp
+  Sandbox/Sandbox.cpp
   Sandbox/Store/Clock.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
@@ -36,22 +48,9 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp
   Sandbox/Store/StoreLock.cpp
+  Sandbox/Testing/EmbeddedTester.cpp
   Sandbox/Testing/Reset.cpp
-  Sandbox/Testing/Scenarios.cpp
-  Sandbox/Host/Constants.cpp
-  Sandbox/Records/EnteredAddress.cpp
-  Sandbox/Cards/EnteredCard.cpp
-  Sandbox/Errors/ErrorFacade.cpp
-  Sandbox/Faults/Fault.cpp
-  Sandbox/Calls/Journal.cpp
-  Sandbox/Records/Pairs.cpp
-  Sandbox/Calls/Reachability.cpp
-  Sandbox/Sandbox.cpp
-  Sandbox/Errors/SandboxError.cpp
-  Sandbox/Host/SandboxHost.cpp
-  Sandbox/Cards/TestCards.cpp
-  Sandbox/RecordedCall.cpp
-  Sandbox/Errors/TransportError.cpp)
+  Sandbox/Testing/Scenarios.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
   PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> SQLiteCpp spdlog::spdlog)

@@ -11,7 +11,6 @@ add_executable(paylevenkit
   Tools/CommandLine.cpp
   Tools/Demo.cpp
   Tools/Documents.cpp
-  Tools/Enabling.cpp
   Tools/GuestCommands.cpp
   Tools/Printer.cpp
   Tools/Prompt.cpp

@@ -46,17 +46,16 @@ NSString* sentence(const std::string& problem) {
 
 + (instancetype)openStoreAtPath:(NSString*)path problem:(NSString**)problem {
   hlv::objc::install();
-  Sandbox::Opened opened{nullptr, hlv::sandbox::objc::problemOfConstants()};
-  if (opened.problem.empty()) {
+  auto sentence = hlv::sandbox::objc::problemOfConstants();
+  if (sentence.empty()) {
     hlv::sandbox::SandboxOptions options;
     options.storePath = textOf(path);
-    opened = Sandbox::open(options);
+    const auto opened = Sandbox::open(options);
+    if (opened) return [[[self alloc] initWithSandbox:*opened] autorelease];
+    sentence = opened.problem();
   }
-  if (!opened.sandbox) {
-    if (problem) *problem = toNSString(opened.problem);
-    return nil;
-  }
-  return [[[self alloc] initWithSandbox:opened.sandbox] autorelease];
+  if (problem) *problem = toNSString(sentence);
+  return nil;
 }
 
 - (instancetype)init {
@@ -78,7 +77,7 @@ NSString* sentence(const std::string& problem) {
 }
 
 - (NSString*)signInWithEmail:(NSString*)email {
-  return sentence(problemOf([&] { return _core->sandbox->signIn(textOf(email)); }));
+  return sentence(problemOf([&] { return _core->sandbox->signIn(textOf(email)).problem(); }));
 }
 
 - (NSString*)signOut {
@@ -131,7 +130,8 @@ NSString* sentence(const std::string& problem) {
 - (NSString*)addOrphanWithTestCard:(NSString*)name {
   const auto* known = testCard(name);
   if (!known) return @"There is no test card of that name.";
-  return sentence(problemOf([&] { return _core->sandbox->addOrphanInstrument(known->fields); }));
+  return sentence(problemOf(
+      [&] { return _core->sandbox->tester()->addOrphanInstrument(known->fields).problem(); }));
 }
 
 - (NSArray<NSString*>*)backendCards {

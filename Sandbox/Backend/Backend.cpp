@@ -93,15 +93,15 @@ BackendCard readBody(const Dictionary& body) {
 
 }  // namespace
 
-std::string problemOfAddress(const std::string& email) {
+Result<> checkAddress(const std::string& email) {
   constexpr std::size_t longest = 254;
   const auto at = email.find('@');
   const bool isAddress = at != std::string::npos && at > 0 && at + 1 < email.size() &&
                          email.size() <= longest &&
                          email.find_first_of(" \t\r\n") == std::string::npos;
-  if (!isAddress) return "A guest signs in with an e-mail address.";
-  if (holdsCardNumber(email)) return "An address may not hold what looks like a card number.";
-  return "";
+  if (!isAddress) return Result<>::failure("A guest signs in with an e-mail address.");
+  if (!holdsCardNumber(email)) return {};
+  return Result<>::failure("An address may not hold what looks like a card number.");
 }
 
 void signIn(Database& database, const std::string& email) {
@@ -116,8 +116,8 @@ std::optional<std::string> signedInEmail(Database& database) {
 }
 
 std::string openSession(Database& database, const std::string& email) {
-  const auto problem = problemOfAddress(email);
-  if (!problem.empty()) refuse(BackendErrorCode::invalidRequest, problem);
+  const auto check = checkAddress(email);
+  if (!check) refuse(BackendErrorCode::invalidRequest, check.problem());
   insertGuest(database, email);
   return insertSession(database, email);
 }

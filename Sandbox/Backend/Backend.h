@@ -13,6 +13,7 @@
 #include "Sandbox/Records/BackendGuest.h"
 #include "Sandbox/Store/Database.h"
 #include "Values/NullableString.h"
+#include "Values/Result.h"
 #include "Values/Value.h"
 
 namespace hlv::sandbox::backend {
@@ -33,8 +34,8 @@ struct Caller {
   std::string session = {};
 };
 
-/// A sentence about what is no address that a guest can have, or an empty string.
-[[nodiscard]] std::string problemOfAddress(const std::string& email);
+/// Whether a guest can have this address.
+Result<> checkAddress(const std::string& email);
 
 /// The guest of the app in this process, who is made when there is none of that address.
 void signIn(Database& database, const std::string& email);

@@ -21,7 +21,7 @@ NullableList<HLVSDKCreditCard> Guest::creditCards() const {
 }
 
 std::shared_ptr<Guest> Guests::guest(const std::string& email) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   if (auto known = guests_[email].lock()) return known;
   std::erase_if(guests_, [](const auto& guest) { return guest.second.expired(); });
   auto guest = std::make_shared<Guest>(email, store_);

@@ -3,12 +3,12 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Sandbox/Store/Store.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox {
 
@@ -42,8 +42,8 @@ class Guests {
 
  private:
   const std::shared_ptr<Store> store_;
-  std::mutex mutex_;
-  std::map<std::string, std::weak_ptr<Guest>> guests_;
+  Mutex mutex_;
+  std::map<std::string, std::weak_ptr<Guest>> guests_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv::sandbox

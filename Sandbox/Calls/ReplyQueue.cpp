@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "Platform/Platform.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox {
 namespace {
@@ -32,28 +33,27 @@ struct ReplyQueue::State : std::enable_shared_from_this<State> {
     return contexts[static_cast<std::size_t>(thread)];
   }
 
-  void lineUp(Task turn) {
-    const std::lock_guard lock(mutex);
-    tasks.push_back(std::move(turn));
+  void enqueue(Task task) {
+    const Lock lock(mutex);
+    tasks.push_back(std::move(task));
     if (!isServing) callNext();
   }
 
-  /// With the lock held.
-  void callNext() {
+  void callNext() HLV_REQUIRES(mutex) {
     isServing = !tasks.empty();
     if (isServing) asio::post(context(tasks.front().thread), [this] { serve(); });
   }
 
   void serve() {
-    Task turn = [this] {
-      const std::lock_guard lock(mutex);
+    Task task = [this] {
+      const Lock lock(mutex);
       auto first = std::move(tasks.front());
       tasks.pop_front();
       return first;
     }();
-    turn.run();
-    turn.run = nullptr;
-    const std::lock_guard lock(mutex);
+    task.run();
+    task.run = nullptr;
+    const Lock lock(mutex);
     callNext();
   }
 
@@ -78,7 +78,7 @@ struct ReplyQueue::State : std::enable_shared_from_this<State> {
         [weak = weak_from_this(), thread, delivery = std::move(delivery)]() mutable {
           const auto state = weak.lock();
           if (!state) return;
-          state->lineUp(
+          state->enqueue(
               {thread, [plain = state.get(), thread, delivery = std::move(delivery)]() mutable {
                  plain->answer(thread, std::move(delivery));
                }});
@@ -96,9 +96,9 @@ struct ReplyQueue::State : std::enable_shared_from_this<State> {
                                      WorkGuard(contexts[1].get_executor())};
   std::atomic<std::size_t> unfinished{0};
   std::atomic<bool> hasEnded{false};
-  std::mutex mutex;
-  std::deque<Task> tasks;
-  bool isServing = false;
+  Mutex mutex;
+  std::deque<Task> tasks HLV_GUARDED_BY(mutex);
+  bool isServing HLV_GUARDED_BY(mutex) = false;
 };
 
 ReplyQueue::ReplyQueue() : state_(std::make_shared<State>()) {}
@@ -130,15 +130,15 @@ void ReplyQueue::start() {
 void ReplyQueue::call(ServiceThread thread, Work work) {
   start();
   ++state_->unfinished;
-  state_->lineUp({thread, [state = state_.get(), thread, work = std::move(work)]() mutable {
-                    auto delivery = work();
-                    work = nullptr;
-                    if (delivery) {
-                      state->answer(thread, std::move(*delivery));
-                    } else {
-                      state->finish();
-                    }
-                  }});
+  state_->enqueue({thread, [state = state_.get(), thread, work = std::move(work)]() mutable {
+                     auto delivery = work();
+                     work = nullptr;
+                     if (delivery) {
+                       state->answer(thread, std::move(*delivery));
+                     } else {
+                       state->finish();
+                     }
+                   }});
 }
 
 bool ReplyQueue::isQuiet() const { return state_->unfinished == 0; }

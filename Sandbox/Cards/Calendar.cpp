@@ -1,38 +1,39 @@
 #include "Sandbox/Cards/Calendar.h"
 
 #include <chrono>
-#include <mutex>
 #include <utility>
+
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox {
 namespace {
 
-std::mutex mutex;
+Mutex mutex;
 
-std::function<YearMonth()>& installed() {
+std::function<YearMonth()>& installed() HLV_REQUIRES(mutex) {
   static auto& source = *new std::function<YearMonth()>;
   return source;
 }
 
-YearMonth monthOfTheMachine() {
-  const std::chrono::year_month_day date(
-      std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now()));
+}  // namespace
+
+YearMonth Calendar::monthOf(std::chrono::sys_seconds time) {
+  const std::chrono::year_month_day date(std::chrono::floor<std::chrono::days>(time));
   return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month()))};
 }
 
-}  // namespace
-
 YearMonth Calendar::today() {
-  std::function<YearMonth()> source;
-  {
-    const std::lock_guard lock(mutex);
-    source = installed();
-  }
-  return source ? source() : monthOfTheMachine();
+  const auto source = [] {
+    const Lock lock(mutex);
+    return installed();
+  }();
+  return source
+             ? source()
+             : monthOf(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
 }
 
 void Calendar::install(std::function<YearMonth()> source) {
-  const std::lock_guard lock(mutex);
+  const Lock lock(mutex);
   installed() = std::move(source);
 }
 

@@ -3,6 +3,7 @@
 // Threading: any.
 #pragma once
 
+#include <chrono>
 #include <compare>
 #include <functional>
 
@@ -17,6 +18,7 @@ struct YearMonth {
 
 class Calendar {
  public:
+  static YearMonth monthOf(std::chrono::sys_seconds time);
   /// The machine's month in UTC, unless another source was installed.
   static YearMonth today();
   /// Replaces the source of the month for the whole process; an empty one brings back the

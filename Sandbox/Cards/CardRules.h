@@ -24,7 +24,7 @@ struct BrokenRule {
 
 /// Checks number, expiry in a month, security code and holder, in this order. Expects normalised
 /// fields.
-std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month);
+[[nodiscard]] std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month);
 /// Whether a brand has numbers of these digits, by prefix, length and checksum.
 bool isCardNumber(std::string_view digits);
 /// A card can be used until its month is over. Expects normalised fields.
@@ -35,10 +35,10 @@ BrokenRule unknownUseCase();
 
 /// The same card with blanks and hyphens taken out of the number, a two-digit month and a
 /// four-digit year. What cannot be read stays as it was typed.
-CardFields normalised(const CardFields& card);
+[[nodiscard]] CardFields normalised(const CardFields& card);
 
 /// Asterisks, and the last four digits.
-std::string maskedPan(std::string_view pan);
-std::string lastFourDigits(std::string_view pan);
+[[nodiscard]] std::string maskedPan(std::string_view pan);
+[[nodiscard]] std::string lastFourDigits(std::string_view pan);
 
 }  // namespace hlv::sandbox

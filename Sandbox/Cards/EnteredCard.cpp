@@ -1,16 +1,13 @@
 #include "Sandbox/Cards/EnteredCard.h"
 
-#include <cstring>
-
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Errors/SandboxError.h"
+#include "Values/Wiped.h"
 
 namespace hlv::sandbox {
 namespace {
 
-void wipe(std::string& secret) { explicit_bzero(secret.data(), secret.capacity()); }
-
-void wipe(CardFields& fields) {
+void wipeSecrets(CardFields& fields) {
   wipe(fields.pan);
   wipe(fields.cvv);
 }
@@ -19,13 +16,13 @@ void wipe(CardFields& fields) {
 
 std::shared_ptr<EnteredCard> EnteredCard::make(CardFields fields) {
   auto card = std::shared_ptr<EnteredCard>(new EnteredCard(normalised(fields)));
-  wipe(fields);
+  wipeSecrets(fields);
   return card;
 }
 
-EnteredCard::EnteredCard(CardFields fields) : fields_(fields) { wipe(fields); }
+EnteredCard::EnteredCard(CardFields fields) : fields_(fields) { wipeSecrets(fields); }
 
-EnteredCard::~EnteredCard() { wipe(fields_); }
+EnteredCard::~EnteredCard() { wipeSecrets(fields_); }
 
 NullableString EnteredCard::pan() const { return fields_.pan; }
 NullableString EnteredCard::expiryMonth() const { return fields_.expiryMonth; }
@@ -50,12 +47,12 @@ bool EnteredCard::isValid(ErrorPtr* error) const {
 }
 
 void EnteredCard::setExternalIdentifier(const NullableString& identifier) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   externalIdentifier_ = identifier;
 }
 
 NullableString EnteredCard::externalIdentifier() const {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   return externalIdentifier_;
 }
 

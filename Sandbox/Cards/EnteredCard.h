@@ -2,11 +2,11 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox {
 
@@ -30,7 +30,7 @@ struct CardFields {
 /// Threading: any.
 class EnteredCard final : public HLVSDKPaymentInstrument {
  public:
-  static std::shared_ptr<EnteredCard> make(CardFields fields);
+  [[nodiscard]] static std::shared_ptr<EnteredCard> make(CardFields fields);
   ~EnteredCard() override;
 
   NullableString pan() const override;
@@ -41,7 +41,7 @@ class EnteredCard final : public HLVSDKPaymentInstrument {
   NullableString instrumentUseCaseString() const override;
   bool isValid(ErrorPtr* error) const override;
   /// The first rule that the card breaks in a month. For the sandbox's own use.
-  std::optional<BrokenRule> brokenRule(YearMonth month) const;
+  [[nodiscard]] std::optional<BrokenRule> brokenRule(YearMonth month) const;
   void setExternalIdentifier(const NullableString& identifier) override;
   NullableString externalIdentifier() const;
 
@@ -49,8 +49,8 @@ class EnteredCard final : public HLVSDKPaymentInstrument {
   explicit EnteredCard(CardFields fields);
 
   CardFields fields_;
-  mutable std::mutex mutex_;
-  NullableString externalIdentifier_;
+  mutable Mutex mutex_;
+  NullableString externalIdentifier_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv::sandbox

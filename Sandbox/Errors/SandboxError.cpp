@@ -39,4 +39,8 @@ ErrorPtr notConnectedError() {
                             "No network connection is available.");
 }
 
+Refusal::Refusal(ErrorPtr refusal)
+    : Problem(refusal->localizedDescription().value_or("The services refuse it.")),
+      error(std::move(refusal)) {}
+
 }  // namespace hlv::sandbox

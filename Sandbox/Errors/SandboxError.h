@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Values/Error.h"
+#include "Values/Problem.h"
 
 namespace hlv::sandbox {
 
@@ -18,13 +19,12 @@ namespace hlv::sandbox {
 class SandboxError final : public Error {
  public:
   /// Without a developer message of its own the error gets one of domain, code and description.
-  static std::shared_ptr<const SandboxError> make(std::string domain, std::int64_t code,
-                                                  NullableString localizedDescription,
-                                                  NullableString developerMessage = std::nullopt,
-                                                  ErrorPtr underlyingError = nullptr);
+  [[nodiscard]] static std::shared_ptr<const SandboxError> make(
+      std::string domain, std::int64_t code, NullableString localizedDescription,
+      NullableString developerMessage = std::nullopt, ErrorPtr underlyingError = nullptr);
 
   template <class Code>
-  static std::shared_ptr<const SandboxError> make(
+  [[nodiscard]] static std::shared_ptr<const SandboxError> make(
       std::string domain, Code code, NullableString localizedDescription,
       NullableString developerMessage = std::nullopt,
       ErrorPtr underlyingError = nullptr) requires std::is_enum_v<Code> {
@@ -54,7 +54,9 @@ class SandboxError final : public Error {
 ErrorPtr notConnectedError();
 
 /// How a service's code ends a call that it refuses.
-struct Refusal {
+class Refusal : public Problem {
+ public:
+  explicit Refusal(ErrorPtr refusal);
   ErrorPtr error;
 };
 

@@ -2,12 +2,13 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "Values/Result.h"
 
 namespace hlv::sandbox {
 
@@ -63,11 +64,12 @@ enum class Distribution {
 std::string_view textOf(Operation operation);
 std::string_view textOf(FaultKind kind);
 std::string_view textOf(Distribution distribution);
-/// Missing for a name that is none.
-std::optional<Operation> operationNamed(std::string_view name);
-std::optional<FaultKind> faultKindNamed(std::string_view name);
-std::optional<Distribution> distributionNamed(std::string_view name);
+/// Otherwise a sentence with what is possible, which masks card numbers.
+Result<Operation> operationNamed(std::string_view name);
+Result<FaultKind> faultKindNamed(std::string_view name);
+Result<Distribution> distributionNamed(std::string_view name);
 std::vector<Operation> allOperations();
+std::vector<FaultKind> allFaultKinds();
 /// The kinds that suit an operation.
 std::vector<FaultKind> kindsOf(Operation operation);
 /// Whether its calls have a use case, by which a fault can choose among them.
@@ -100,7 +102,7 @@ struct Fault {
   std::optional<std::int64_t> bytesPerSecond;
   /// Meets only calls for this use case; missing means all.
   std::optional<std::string> useCase;
-  /// Given by `arm`.
+  /// Given when it is armed.
   std::int64_t number = 0;
 
   bool operator==(const Fault&) const = default;
@@ -113,30 +115,7 @@ struct Firing {
   FaultKind kind = FaultKind::error;
 };
 
-/// One plain sentence about what makes no sense in a fault, or an empty string.
-[[nodiscard]] std::string problemOf(const Fault& fault);
-/// The same for a name that is none, with what is possible. Masks card numbers.
-[[nodiscard]] std::string noSuchOperation(std::string_view name);
-[[nodiscard]] std::string noSuchKind(std::string_view name);
-
-class Store;
-
-/// The armed faults of one store.
-///
-/// Threading: any.
-class Faults {
- public:
-  explicit Faults(std::shared_ptr<Store> store);
-
-  /// Returns one plain sentence when the fault makes no sense, or an empty string. `number` becomes
-  /// that of the armed fault; it may be null.
-  [[nodiscard]] std::string arm(const Fault& fault, std::int64_t* number = nullptr);
-  std::vector<Fault> armed() const;
-  void clear();
-  std::vector<Firing> firings() const;
-
- private:
-  const std::shared_ptr<Store> store_;
-};
+/// Whether the fault makes sense.
+Result<> checkFault(const Fault& fault);
 
 }  // namespace hlv::sandbox

@@ -35,15 +35,15 @@ std::vector<std::pair<std::string, std::string>> split(const std::string& text) 
 Fault faultIn(const Query& row) {
   Fault fault;
   fault.number = row.integer(0);
-  fault.operation = operationNamed(row.text(1)).value_or(fault.operation);
-  fault.kind = faultKindNamed(row.text(2)).value_or(fault.kind);
+  fault.operation = operationNamed(row.text(1)).valueOr(fault.operation);
+  fault.kind = faultKindNamed(row.text(2)).valueOr(fault.kind);
   fault.remaining = row.integerOrNull(3);
   fault.delayMilliseconds = row.integer(4);
   fault.code = row.integer(5);
   fault.useCase = row.textOrNull(6);
   fault.spreadMilliseconds = row.integer(7);
   fault.probability = row.integer(8);
-  fault.distribution = distributionNamed(row.text(9)).value_or(fault.distribution);
+  fault.distribution = distributionNamed(row.text(9)).valueOr(fault.distribution);
   fault.status = row.integerOrNull(10);
   fault.headers = split(row.text(11));
   fault.bytes = row.integerOrNull(12);
@@ -86,8 +86,8 @@ std::vector<Firing> readFirings(Database& database) {
   std::vector<Firing> firings;
   auto row = database.query("SELECT fault, operation, kind FROM firings ORDER BY number");
   while (row.next()) {
-    firings.push_back({row.integer(0), operationNamed(row.text(1)).value_or(Operation{}),
-                       faultKindNamed(row.text(2)).value_or(FaultKind{})});
+    firings.push_back({row.integer(0), operationNamed(row.text(1)).valueOr(Operation{}),
+                       faultKindNamed(row.text(2)).valueOr(FaultKind{})});
   }
   return firings;
 }

@@ -9,9 +9,7 @@
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Calls/ReplyQueue.h"
-#include "Sandbox/Faults/Fault.h"
-#include "Sandbox/Logging/ConsoleLogger.h"
-#include "Sandbox/Logging/RemoteFileLogger.h"
+#include "Sandbox/Logging/Logger.h"
 #include "Sandbox/Provider/ProviderClient.h"
 #include "Sandbox/Store/Store.h"
 
@@ -25,14 +23,13 @@ struct Parts {
 
   const std::shared_ptr<Store> store;
   const std::shared_ptr<Journal> journal;
-  const std::shared_ptr<Faults> faults;
   const std::shared_ptr<Reachability> reachability;
   const std::shared_ptr<ReplyQueue> answers;
   const std::shared_ptr<Guests> guests;
   const std::shared_ptr<BackendClient> backend;
   const std::shared_ptr<ProviderClient> provider;
-  const std::shared_ptr<RemoteFileLogger> remoteLog;
-  const std::shared_ptr<ConsoleLogger> consoleLog;
+  const std::shared_ptr<Logger> remoteLog;
+  const std::shared_ptr<Logger> consoleLog;
 };
 
 /// Threading: any.

@@ -24,17 +24,11 @@ Json jsonOf(const BackendCard& card) {
             {keys::businessName, orNull(address.businessName)}}}};
 }
 
-Json jsonOf(const std::vector<BackendCard>& cards) {
-  auto list = Json::array();
-  for (const auto& card : cards) list.push_back(jsonOf(card));
-  return list;
-}
-
 Json jsonOf(const BackendGuest& guest) {
   Json json = {{"email", guest.email},
                {"revision", guest.revision},
                {"payment_token", orNull(guest.paymentToken)}};
-  if (guest.cards) json["credit_cards"] = jsonOf(*guest.cards);
+  if (guest.cards) json["credit_cards"] = listOf(*guest.cards);
   return json;
 }
 
@@ -53,18 +47,12 @@ BackendCard cardIn(const Json& json) {
            textIn(address, keys::businessName)}};
 }
 
-std::vector<BackendCard> cardsIn(const Json::array_t& list) {
-  std::vector<BackendCard> cards;
-  for (const auto& card : list) cards.push_back(cardIn(card));
-  return cards;
-}
-
 BackendGuest guestIn(const Json& json) {
   BackendGuest guest{requiredTextIn(json, "email"),
                      requiredIntegerIn(json, "revision"),
                      textIn(json, "payment_token"),
                      {}};
-  if (json.contains("credit_cards")) guest.cards = cardsIn(listIn(json, "credit_cards"));
+  if (json.contains("credit_cards")) guest.cards = recordsIn(listIn(json, "credit_cards"), cardIn);
   return guest;
 }
 

@@ -3,24 +3,14 @@
 namespace hlv::sandbox {
 namespace {
 
-[[noreturn]] void refuse(const std::string& sentence) {
-  throw InvalidRecord("fault-refused", sentence);
+template <class Value>
+Value require(Result<Value> named) {
+  if (!named) throw InvalidRecord("fault-refused", named.problem());
+  return *named;
 }
 
-Operation operationIn(const std::string& name) {
-  if (const auto operation = operationNamed(name)) return *operation;
-  refuse(noSuchOperation(name));
-}
-
-FaultKind kindIn(const std::string& name) {
-  if (const auto kind = faultKindNamed(name)) return *kind;
-  refuse(noSuchKind(name));
-}
-
-Distribution distributionIn(const std::string& name) {
-  if (const auto distribution = distributionNamed(name)) return *distribution;
-  refuse("The distribution of a fault is uniform, normal or log-normal.");
-}
+Operation operationIn(const std::string& name) { return require(operationNamed(name)); }
+FaultKind kindIn(const std::string& name) { return require(faultKindNamed(name)); }
 
 Json numberOrNull(std::optional<std::int64_t> number) { return number ? Json(*number) : Json(); }
 
@@ -72,7 +62,9 @@ Fault changedFault(Fault fault, const Json& json) {
              "code", "status", "headers", "bytes", "bytes_per_second", "use_case"});
   if (const auto name = textIn(json, "operation")) fault.operation = operationIn(*name);
   if (const auto name = textIn(json, "kind")) fault.kind = kindIn(*name);
-  if (const auto name = textIn(json, "distribution")) fault.distribution = distributionIn(*name);
+  if (const auto name = textIn(json, "distribution")) {
+    fault.distribution = require(distributionNamed(*name));
+  }
   readNumber(json, "times", fault.remaining);
   fault.probability = integerIn(json, "probability").value_or(fault.probability);
   fault.delayMilliseconds = integerIn(json, "delay_ms").value_or(fault.delayMilliseconds);

@@ -1,19 +1,20 @@
 // What a reader of records throws.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <utility>
+
+#include "Values/Problem.h"
 
 namespace hlv::sandbox {
 
 /// The sentence holds nothing of what was read.
 ///
 /// Threading: immutable; any.
-class InvalidRecord : public std::runtime_error {
+class InvalidRecord : public Problem {
  public:
   InvalidRecord(std::string code, const std::string& sentence)
-      : std::runtime_error(sentence), code_(std::move(code)) {}
+      : Problem(sentence), code_(std::move(code)) {}
 
   /// Stable, for programs to compare: "malformed-json", "wrong-type", "unknown-member" or
   /// "unreadable-text".

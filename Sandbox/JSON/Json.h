@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "Sandbox/JSON/InvalidRecord.h"
 #include "Values/NullableString.h"
@@ -46,6 +48,21 @@ const Json::array_t* nullableListIn(const Json& object, const char* key);
 
 /// The whole number that is all of `text`; missing for anything else.
 std::optional<std::int64_t> numberOf(std::string_view text);
+
+/// Each record as its `jsonOf` writes it.
+template <class Record>
+Json listOf(const std::vector<Record>& records) {
+  auto list = Json::array();
+  for (const auto& record : records) list.push_back(jsonOf(record));
+  return list;
+}
+/// Each member of a list as `read` reads it.
+template <class Read>
+auto recordsIn(const Json::array_t& list, Read read) {
+  std::vector<std::invoke_result_t<Read, const Json&>> records;
+  for (const auto& item : list) records.push_back(read(item));
+  return records;
+}
 
 Json orNull(const NullableString& text);
 /// Objects of the platform become null.

@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -16,25 +15,17 @@ namespace hlv::sandbox {
 namespace {
 
 spdlog::level::level_enum levelOf(int level) {
-  switch (level) {
-    case 1:
-      return spdlog::level::err;
-    case 2:
-      return spdlog::level::warn;
-    case 3:
-      return spdlog::level::info;
-    default:
-      return spdlog::level::debug;
-  }
+  using namespace spdlog::level;
+  return level == 1 ? err : level == 2 ? warn : level == 3 ? info : debug;
 }
 
 }  // namespace
 
-LogSink LogSink::toFile(const std::string& path) {
+Result<LogSink> LogSink::toFile(const std::string& path) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
   if (file < 0) {
-    throw std::runtime_error("The log '" + path + "' cannot be written: " +
-                             std::generic_category().message(errno) + ".");
+    return Result<LogSink>::failure("The log '" + path + "' cannot be written: " +
+                                    std::generic_category().message(errno) + ".");
   }
   ::close(file);
   return LogSink(std::make_shared<spdlog::logger>(
@@ -54,6 +45,11 @@ LogSink LogSink::toNowhere() {
 LogSink::LogSink(std::shared_ptr<spdlog::logger> logger) : logger_(std::move(logger)) {
   logger_->set_level(spdlog::level::debug);
   logger_->flush_on(spdlog::level::debug);
+}
+
+std::string LogSink::levelName(int level) {
+  const auto name = spdlog::level::to_string_view(levelOf(level));
+  return {name.data(), name.size()};
 }
 
 void LogSink::write(int level, const std::string& line) const {

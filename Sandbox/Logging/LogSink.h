@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "Values/Result.h"
+
 namespace spdlog {
 class logger;
 }
@@ -14,13 +16,14 @@ namespace hlv::sandbox {
 
 class LogSink {
  public:
-  /// Appends to a file, which belongs to its owner alone if it is made here. Throws
-  /// std::runtime_error with one plain sentence when it cannot be written.
-  static LogSink toFile(const std::string& path);
-  static LogSink toStandardError();
-  static LogSink toNowhere();
+  /// Appends to a file, which belongs to its owner alone if it is made here.
+  static Result<LogSink> toFile(const std::string& path);
+  [[nodiscard]] static LogSink toStandardError();
+  [[nodiscard]] static LogSink toNowhere();
 
-  /// `level` is the host's, 1 to 4. The line is written out when this returns.
+  /// "error", "warning", "info" and "debug" for the host's levels, 1 to 4.
+  static std::string levelName(int level);
+  /// The line is written out when this returns.
   void write(int level, const std::string& line) const;
 
  private:

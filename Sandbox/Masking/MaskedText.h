@@ -15,13 +15,13 @@ namespace hlv::sandbox {
 ///
 /// Texts should be UTF-8. A byte that belongs to no character is taken for a gap, since it may be
 /// a blank of another encoding; an overlong form counts as the character that it stands for.
-std::string maskedText(std::string_view text);
+[[nodiscard]] std::string maskedText(std::string_view text);
 
 /// Whether anything in the text would be masked.
-bool holdsCardNumber(std::string_view text);
+[[nodiscard]] bool holdsCardNumber(std::string_view text);
 
 /// The same text with digits of any script as ASCII digits, gaps as blanks and everything else as
 /// colons.
-std::string plainNumbers(std::string_view text);
+[[nodiscard]] std::string plainNumbers(std::string_view text);
 
 }  // namespace hlv::sandbox

@@ -2,10 +2,13 @@
 // sandbox, server and client.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
+#include "Sandbox/Cards/CardBrands.h"
+#include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Records/ProviderInstrument.h"
 
@@ -19,8 +22,11 @@ class NewInstrument final : public PLVCreditCardPaymentInstrument {
   explicit NewInstrument(std::shared_ptr<EnteredCard> card) : card_(std::move(card)) {}
 
   NullableString identifier() const override { return std::nullopt; }
-  NullableString pan() const override;
-  NullableString cardBrand() const override;
+  NullableString pan() const override { return maskedPan(card_->pan().value_or("")); }
+  NullableString cardBrand() const override {
+    const auto* brand = findCardBrand(card_->pan().value_or(""));
+    return brand ? NullableString(brand->name) : std::nullopt;
+  }
   NullableString expiryMonth() const override { return card_->expiryMonth(); }
   NullableString expiryYear() const override { return card_->expiryYear(); }
   std::uint64_t state() const override { return 0; }

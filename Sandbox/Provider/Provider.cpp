@@ -45,7 +45,8 @@ struct Acceptable {
 std::optional<FaultKind> variationOf(const std::string& pan) {
   const auto name = providerVariation(pan);
   if (name == "declined") refuse(ProviderErrorCode::cardDeclined, "The card was declined.");
-  return faultKindNamed(name);
+  const auto kind = faultKindNamed(name);
+  return kind ? std::optional(*kind) : std::nullopt;
 }
 
 bool changesReply(FaultKind kind) { return kind >= FaultKind::noToken; }

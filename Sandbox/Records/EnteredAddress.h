@@ -22,7 +22,9 @@ struct AddressFields {
 /// Threading: immutable; any.
 class EnteredAddress final : public HLVSDKPaymentBillingAddress {
  public:
-  static std::shared_ptr<EnteredAddress> make(AddressFields fields);
+  [[nodiscard]] static std::shared_ptr<EnteredAddress> make(AddressFields fields) {
+    return std::shared_ptr<EnteredAddress>(new EnteredAddress(std::move(fields)));
+  }
 
   NullableString countryCode() const override { return fields_.countryCode; }
   NullableString street() const override { return fields_.street; }

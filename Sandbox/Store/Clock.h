@@ -4,9 +4,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
-#include <optional>
-#include <string>
 
 #include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Store/Database.h"
@@ -23,12 +20,5 @@ YearMonth sandboxMonth(Database& database);
 
 /// Back to the machine's time.
 void resetSandboxTime(Database& database);
-
-/// "2026-11-22T07:53:01Z"
-std::string timeText(std::chrono::sys_seconds time);
-/// The same with milliseconds, as events keep it.
-std::string timeTextOfMilliseconds(std::int64_t since1970);
-/// Reads what `timeText` writes without milliseconds; missing for anything else.
-std::optional<std::chrono::sys_seconds> timeIn(const std::string& text);
 
 }  // namespace hlv::sandbox

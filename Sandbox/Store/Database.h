@@ -8,23 +8,25 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 
+#include "Values/Problem.h"
+
 namespace hlv::sandbox {
 
-/// What the database refuses, in one plain sentence.
-class StoreFailure : public std::runtime_error {
+/// The store stopped working, or a file cannot be used as one.
+class StoreFailure : public Problem {
  public:
-  explicit StoreFailure(const SQLite::Exception& failure);
-  /// SQLite's result code.
-  int code() const { return code_; }
+  using Problem::Problem;
+};
 
- private:
-  int code_;
+/// What is no store of this sandbox.
+class NoStore : public StoreFailure {
+ public:
+  using StoreFailure::StoreFailure;
 };
 
 /// A statement with its values, and then row after row of its results. Leaves the statement ready
@@ -35,28 +37,33 @@ class Query {
   Query(Query&& other) noexcept : statement_(std::exchange(other.statement_, nullptr)) {}
   ~Query();
 
-  void bind(int place, std::int64_t value);
-  void bind(int place, const std::string& value);
-  void bind(int place, const std::optional<std::string>& value);
-  void bind(int place, const std::optional<std::int64_t>& value);
+  void bind(int place, std::int64_t value) { statement_->bind(place, value); }
+  void bind(int place, const std::string& value) { statement_->bind(place, value); }
+  void bind(int place, const std::optional<std::string>& value) {
+    value ? statement_->bind(place, *value) : statement_->bind(place);
+  }
+  void bind(int place, const std::optional<std::int64_t>& value) {
+    value ? statement_->bind(place, *value) : statement_->bind(place);
+  }
 
   /// Goes to the next row; false when there is none.
-  bool next();
+  bool next() { return statement_->executeStep(); }
 
-  std::string text(int column) const;
+  std::string text(int column) const { return textOrNull(column).value_or(""); }
   std::optional<std::string> textOrNull(int column) const;
-  std::int64_t integer(int column) const;
+  std::int64_t integer(int column) const { return statement_->getColumn(column).getInt64(); }
   std::optional<std::int64_t> integerOrNull(int column) const;
 
  private:
   SQLite::Statement* statement_;
 };
 
-/// One connection, which keeps its prepared statements. Every member throws `StoreFailure`.
+/// One connection, which keeps its prepared statements. Members throw SQLite::Exception, which
+/// `Store` turns into `StoreFailure`.
 class Database {
  public:
   /// Opens an existing file. `flags` are SQLite's; `name` is a path or a URI.
-  Database(const std::string& name, int flags);
+  Database(const std::string& name, int flags) : connection_(name, flags) {}
 
   /// The same text must not be in use by another `Query` of this connection.
   template <class... Values>
@@ -73,15 +80,11 @@ class Database {
     while (rows.next()) {
     }
   }
-
-  /// Runs several statements, which are not kept.
-  void runAll(const std::string& sql);
+  /// The first column of the first row.
   std::int64_t integer(std::string_view sql);
 
   /// How many rows the last statement changed.
   int changes() const { return connection_.getChanges(); }
-  /// Grows with every change of this connection and every transaction of another.
-  std::int64_t allChanges();
   std::int64_t lastRow() const { return connection_.getLastInsertRowid(); }
 
   SQLite::Database& connection() { return connection_; }
@@ -94,38 +97,6 @@ class Database {
     using is_transparent = void;
   };
   std::unordered_map<std::string, SQLite::Statement, Hash, std::equal_to<>> statements_;
-};
-
-/// Rolls back unless it was committed.
-class Transaction {
- public:
-  /// As SQLite names them.
-  enum class Kind { deferred, immediate, exclusive };
-  explicit Transaction(Database& database, Kind kind = Kind::immediate);
-  ~Transaction();
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
-
-  void commit();
-
- private:
-  Database& database_;
-  bool open_ = true;
-};
-
-/// A part of a transaction, which is rolled back alone unless it was kept.
-class Savepoint {
- public:
-  explicit Savepoint(Database& database);
-  ~Savepoint();
-  Savepoint(const Savepoint&) = delete;
-  Savepoint& operator=(const Savepoint&) = delete;
-
-  void keep();
-
- private:
-  Database& database_;
-  bool open_ = true;
 };
 
 }  // namespace hlv::sandbox

@@ -1,6 +1,7 @@
 #include "Sandbox/Store/Store.h"
 
 #include <SQLiteCpp/Backup.h>
+#include <SQLiteCpp/Savepoint.h>
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -53,19 +54,10 @@ bool prepareFile(const std::string& path) {
 std::string uriOf(const std::string& path) {
   std::string uri = "file:";
   for (const char character : path) {
-    switch (character) {
-      case '%':
-        uri += "%25";
-        break;
-      case '?':
-        uri += "%3f";
-        break;
-      case '#':
-        uri += "%23";
-        break;
-      default:
-        uri += character;
-    }
+    uri += character == '%'   ? std::string("%25")
+           : character == '?' ? "%3f"
+           : character == '#' ? "%23"
+                              : std::string(1, character);
   }
   return uri;
 }
@@ -82,7 +74,7 @@ void requireStore(const std::string& path) {
     application = database.integer("PRAGMA application_id");
     version = database.integer("PRAGMA user_version");
     hasTables = database.integer("SELECT count(*) FROM sqlite_schema WHERE type = 'table'") > 0;
-  } catch (const StoreFailure&) {
+  } catch (const SQLite::Exception&) {
     throw NoStore(quoted(path) + " is not a store of this sandbox: it is no database.");
   }
   if (application != applicationID) {
@@ -97,9 +89,9 @@ void requireStore(const std::string& path) {
 
 /// Returns whether it made the tables; another process may have been faster.
 bool makeTables(Database& database) {
-  Transaction transaction(database, Transaction::Kind::exclusive);
+  SQLite::Transaction transaction(database.connection(), SQLite::TransactionBehavior::EXCLUSIVE);
   if (database.integer("PRAGMA application_id") != 0) return false;
-  database.runAll(schema);
+  database.connection().exec(schema);
   database.run("PRAGMA application_id = " + std::to_string(applicationID));
   database.run("PRAGMA user_version = " + std::to_string(schemaVersion));
   transaction.commit();
@@ -111,7 +103,7 @@ std::string imageOf(Database& database) {
   sqlite3_int64 size = 0;
   const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
       sqlite3_serialize(database.connection().getHandle(), "main", &size, 0), &sqlite3_free);
-  if (!bytes) throw StoreFailure(SQLite::Exception("out of memory", SQLITE_NOMEM));
+  if (!bytes) throw SQLite::Exception("out of memory", SQLITE_NOMEM);
   std::string image(reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size));
   // The versions that a reader and a writer need, as SQLite's file format has them.
   constexpr std::size_t versionPlaces[] = {18, 19};
@@ -145,7 +137,13 @@ void prepareConnection(Database& database) {
 
 }  // namespace
 
-Store::Opened Store::open(const std::string& path) {
+// The messages of SQLite name tables and columns, never values.
+StoreFailure Store::failureOf(const SQLite::Exception& failure) {
+  return StoreFailure(std::string("The sandbox's store failed: ") + failure.what() + ".");
+}
+
+Result<std::shared_ptr<Store>> Store::open(const std::string& path) {
+  using Opened = Result<std::shared_ptr<Store>>;
   try {
     const bool isEmpty = prepareFile(path);
     if (!isEmpty) requireStore(path);
@@ -155,93 +153,100 @@ Store::Opened Store::open(const std::string& path) {
     database->run("PRAGMA journal_mode = WAL");
     database->run("PRAGMA synchronous = FULL");
     database->integer("SELECT count(*) FROM settings");
-    return {std::make_shared<Store>(path, std::move(database)), "", isNew};
+    return std::make_shared<Store>(path, std::move(database), isNew);
   } catch (const NoStore& unusable) {
-    return {nullptr, unusable.what()};
-  } catch (const StoreFailure& failure) {
-    return {nullptr, "The store " + quoted(path) + " cannot be used. " + failure.what()};
+    return Opened::failure(unusable.what());
+  } catch (const SQLite::Exception& failure) {
+    return Opened::failure("The store " + quoted(path) + " cannot be used. " +
+                           failureOf(failure).what());
   }
 }
 
 std::shared_ptr<Store> Store::openInMemory() {
-  auto database = std::make_unique<Database>(":memory:", SQLite::OPEN_READWRITE);
-  prepareConnection(*database);
-  makeTables(*database);
-  return std::make_shared<Store>("", std::move(database));
+  return checked([] {
+    auto database = std::make_unique<Database>(":memory:", SQLite::OPEN_READWRITE);
+    prepareConnection(*database);
+    makeTables(*database);
+    return std::make_shared<Store>("", std::move(database), true);
+  });
 }
 
 void Store::writeTogether(std::span<Part> parts) {
   try {
-    const std::lock_guard lock(writing_);
-    Transaction transaction(*writer_);
+    const Lock lock(writing_);
+    SQLite::Transaction transaction(writer_->connection(), Behavior::IMMEDIATE);
     for (auto& part : parts) {
       try {
-        Savepoint savepoint(*writer_);
+        SQLite::Savepoint savepoint(writer_->connection(), "part");
         part.body(*writer_);
-        savepoint.keep();
+        savepoint.release();
+      } catch (const SQLite::Exception& failure) {
+        part.problem = std::make_exception_ptr(failureOf(failure));
       } catch (...) {
         part.problem = std::current_exception();
       }
     }
     transaction.commit();
-  } catch (const StoreFailure&) {
-    for (auto& part : parts) part.problem = std::current_exception();
+  } catch (const SQLite::Exception& failure) {
+    for (auto& part : parts) part.problem = std::make_exception_ptr(failureOf(failure));
   }
 }
 
 std::int64_t Store::changes() {
-  if (path_.empty()) {
-    const std::lock_guard lock(writing_);
-    return writer_->allChanges();
-  }
-  // A connection that changes nothing itself sees every change as another's.
-  const std::lock_guard lock(watching_);
-  if (!watcher_) {
-    watcher_ = std::make_unique<Database>(path_, SQLite::OPEN_READWRITE);
-    prepareConnection(*watcher_);
-  }
-  return watcher_->integer("PRAGMA data_version");
+  return checked([this] {
+    if (path_.empty()) {
+      const Lock lock(writing_);
+      return writer_->connection().getTotalChanges() + writer_->integer("PRAGMA data_version");
+    }
+    // A connection that changes nothing itself sees every change as another's.
+    const Lock lock(watching_);
+    if (!watcher_) {
+      watcher_ = std::make_unique<Database>(path_, SQLite::OPEN_READWRITE);
+      prepareConnection(*watcher_);
+    }
+    return watcher_->integer("PRAGMA data_version");
+  });
 }
 
 void Store::copyTo(const std::string& path) {
   if (!prepareFile(path)) throw NoStore(quoted(path) + " is there already.");
-  const auto image = [this] {
-    const std::lock_guard lock(writing_);
+  const auto image = checked([this] {
+    const Lock lock(writing_);
     return imageOf(*writer_);
-  }();
+  });
   if (writeDurably(path, image)) return;
   const auto reason = std::generic_category().message(errno);
   ::unlink(path.c_str());
-  throw StoreFailure(SQLite::Exception("a copy cannot be written: " + reason, SQLITE_IOERR));
+  throw StoreFailure("The sandbox's store failed: a copy cannot be written: " + reason + ".");
 }
 
 void Store::replaceBy(const std::string& path) {
   requireStore(path);
-  const std::lock_guard lock(writing_);
-  try {
+  checked([&] {
+    const Lock lock(writing_);
     SQLite::Database source(path, SQLite::OPEN_READONLY);
     SQLite::Backup(writer_->connection(), source).executeStep();
-  } catch (const SQLite::Exception& failure) {
-    throw StoreFailure(failure);
-  }
+  });
 }
 
 Store::Reader::Reader(Store& owner) : store(owner) {
   {
-    const std::lock_guard lock(store.readersMutex_);
+    const Lock lock(store.readersMutex_);
     if (!store.readers_.empty()) {
       connection = std::move(store.readers_.back());
       store.readers_.pop_back();
     }
   }
   if (connection) return;
-  connection = std::make_unique<ReadConnection>(store.path_);
-  prepareConnection(connection->database);
-  connection->database.run("PRAGMA query_only = ON");
+  checked([this] {
+    connection = std::make_unique<ReadConnection>(store.path_);
+    prepareConnection(connection->database);
+    connection->database.run("PRAGMA query_only = ON");
+  });
 }
 
 Store::Reader::~Reader() {
-  const std::lock_guard lock(store.readersMutex_);
+  const Lock lock(store.readersMutex_);
   if (store.readers_.size() < idleReaders) store.readers_.push_back(std::move(connection));
 }
 
@@ -254,13 +259,13 @@ std::any& Store::ReadConnection::remembered(const std::string& key) {
 }
 
 Store::Unsynced::Unsynced(Database& writer) : database(writer) {
-  database.run("PRAGMA synchronous = NORMAL");
+  checked([this] { database.run("PRAGMA synchronous = NORMAL"); });
 }
 
 Store::Unsynced::~Unsynced() {
   try {
     database.run("PRAGMA synchronous = FULL");
-  } catch (const StoreFailure&) {
+  } catch (const SQLite::Exception&) {
     // Only a connection that is of no use any more refuses a setting.
   }
 }

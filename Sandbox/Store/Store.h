@@ -5,7 +5,6 @@
 #include <exception>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -15,6 +14,8 @@
 #include <vector>
 
 #include "Sandbox/Store/Database.h"
+#include "Values/Mutex.h"
+#include "Values/Result.h"
 
 namespace hlv::sandbox {
 
@@ -24,38 +25,34 @@ namespace hlv::sandbox {
 /// Threading: any. A body must not come back to its own store.
 class Store {
  public:
-  struct Opened {
-    /// Null when the file cannot be used; nothing was changed then.
-    std::shared_ptr<Store> store;
-    /// One plain sentence when it cannot.
-    std::string problem;
-    bool isNew = false;
-  };
-
-  /// Opens a store, or makes one where there is no file, or an empty one.
-  [[nodiscard]] static Opened open(const std::string& path);
+  /// Opens a store, or makes one where there is no file, or an empty one. A file that cannot be
+  /// used is left as it is.
+  static Result<std::shared_ptr<Store>> open(const std::string& path);
   /// A new store that goes with this object.
   [[nodiscard]] static std::shared_ptr<Store> openInMemory();
 
   /// `path` is empty for a store in memory.
-  Store(std::string path, std::unique_ptr<Database> writer)
-      : path_(std::move(path)), writer_(std::move(writer)) {}
+  Store(std::string path, std::unique_ptr<Database> writer, bool isNew)
+      : path_(std::move(path)), isNew_(isNew), writer_(std::move(writer)) {}
+
+  /// Whether this object has made the store.
+  bool isNew() const { return isNew_; }
 
   /// Runs `body(Database&)` in one transaction, which is on disk before this returns, or not at all
   /// when the body throws.
   template <class Body>
   auto write(Body body) {
-    const std::lock_guard lock(writing_);
-    return transact(*writer_, Transaction::Kind::immediate, body);
+    const Lock lock(writing_);
+    return transact(*writer_, Behavior::IMMEDIATE, body);
   }
 
   /// The same for what only records a conversation: it outlives the process at once, and a failure
   /// of power only when a later `write` has returned. So it costs no wait for the disk.
   template <class Body>
   auto record(Body body) {
-    const std::lock_guard lock(writing_);
+    const Lock lock(writing_);
     const Unsynced unsynced(*writer_);
-    return transact(*writer_, Transaction::Kind::immediate, body);
+    return transact(*writer_, Behavior::IMMEDIATE, body);
   }
 
   /// One caller's part of a transaction.
@@ -72,24 +69,24 @@ class Store {
   auto read(Body body) {
     if (path_.empty()) return write(std::move(body));
     const Reader reader(*this);
-    return transact(reader.connection->database, Transaction::Kind::deferred, body);
+    return transact(reader.connection->database, Behavior::DEFERRED, body);
   }
 
   /// The same, but what a body returned for this key on the same state of the store is returned
   /// again. The result is optional; a missing one is not remembered.
   template <class Body>
   auto readAgain(const std::string& key, Body body) {
-    using Result = std::invoke_result_t<Body, Database&>;
+    using Found = std::invoke_result_t<Body, Database&>;
     if (path_.empty()) return write(std::move(body));
     const Reader reader(*this);
-    const auto remembering = [&](Database& database) -> Result {
+    const auto remembering = [&](Database& database) -> Found {
       auto& known = reader.connection->remembered(key);
-      if (const auto* result = std::any_cast<Result>(&known)) return *result;
+      if (const auto* result = std::any_cast<Found>(&known)) return *result;
       auto result = body(database);
       if (result) known = result;
       return result;
     };
-    return transact(reader.connection->database, Transaction::Kind::deferred, remembering);
+    return transact(reader.connection->database, Behavior::DEFERRED, remembering);
   }
 
   /// For readers that have no way to report a failure: returns the zero of the result.
@@ -106,11 +103,14 @@ class Store {
   std::int64_t changes();
 
   /// Writes everything into a new file, which only its owner can read and which is on disk then.
+  /// Throws `NoStore` when there is a file.
   void copyTo(const std::string& path);
   /// Replaces everything by what another store's file holds; throws `NoStore`.
   void replaceBy(const std::string& path);
 
  private:
+  using Behavior = SQLite::TransactionBehavior;
+
   /// A connection for reading, with what was read on one state of the store.
   struct ReadConnection {
     explicit ReadConnection(const std::string& path) : database(path, SQLite::OPEN_READWRITE) {}
@@ -134,33 +134,41 @@ class Store {
     Database& database;
   };
 
-  template <class Body>
-  static auto transact(Database& database, Transaction::Kind kind, Body& body) {
-    Transaction transaction(database, kind);
-    if constexpr (std::is_void_v<std::invoke_result_t<Body&, Database&>>) {
-      body(database);
-      transaction.commit();
-    } else {
-      auto result = body(database);
-      transaction.commit();
-      return result;
+  /// Does `work`, in which a failure of SQLite is one of the store.
+  template <class Work>
+  static auto checked(Work work) {
+    try {
+      return work();
+    } catch (const SQLite::Exception& failure) {
+      throw failureOf(failure);
     }
+  }
+  static StoreFailure failureOf(const SQLite::Exception& failure);
+
+  template <class Body>
+  static auto transact(Database& database, Behavior behavior, Body& body) {
+    return checked([&] {
+      SQLite::Transaction transaction(database.connection(), behavior);
+      if constexpr (std::is_void_v<std::invoke_result_t<Body&, Database&>>) {
+        body(database);
+        transaction.commit();
+      } else {
+        auto result = body(database);
+        transaction.commit();
+        return result;
+      }
+    });
   }
 
   const std::string path_;
-  std::mutex writing_;
-  const std::unique_ptr<Database> writer_;
-  std::mutex watching_;
+  const bool isNew_;
+  Mutex writing_;
+  const std::unique_ptr<Database> writer_ HLV_POINTEE_GUARDED_BY(writing_);
+  Mutex watching_;
   /// Null until it is needed.
-  std::unique_ptr<Database> watcher_;
-  std::mutex readersMutex_;
-  std::vector<std::unique_ptr<ReadConnection>> readers_;
-};
-
-/// What is no store of this sandbox, in one plain sentence.
-class NoStore : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
+  std::unique_ptr<Database> watcher_ HLV_GUARDED_BY(watching_);
+  Mutex readersMutex_;
+  std::vector<std::unique_ptr<ReadConnection>> readers_ HLV_GUARDED_BY(readersMutex_);
 };
 
 }  // namespace hlv::sandbox

@@ -8,7 +8,7 @@
 namespace hlv::sandbox {
 
 /// Forgets guests, cards, sessions, users, instruments, faults, kept replies, the clock and the
-/// journal, and tasks the network on. The seed, the counts of what was made and of changes, and the
+/// journal, and turns the network on. The seed, the counts of what was made and of changes, and the
 /// request log stay.
 void forgetEverything(Database& database);
 

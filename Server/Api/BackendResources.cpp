@@ -125,7 +125,7 @@ void addCards(ApiRoutes& routes) {
         exchange, service(), {Operation::fetchCards}, true, false,
         [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
           const auto list = backend::fetchCards(database, caller, fault);
-          auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::jsonOf(*list) : Json()}});
+          auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::listOf(*list) : Json()}});
           return CallReply{std::move(reply), counted(list, "card")};
         });
   });

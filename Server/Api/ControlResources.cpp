@@ -9,6 +9,7 @@
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/SandboxRecords.h"
 #include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Reset.h"
 #include "Sandbox/Testing/Scenarios.h"
@@ -28,23 +29,20 @@ using sandbox::Json;
 /// A refusal of the provider's or the backend's rules is one of the request here.
 template <class Change>
 void requirePossible(const std::string& code, Change change) {
-  std::string problem;
   try {
-    problem = change();
+    const Result<> done = change();
+    if (!done) throw HttpError(422, code, done.problem());
   } catch (const sandbox::Refusal& refusal) {
-    problem = refusal.error->localizedDescription().value_or("The services refuse it.");
+    throw HttpError(422, code, refusal.what());
   }
-  if (!problem.empty()) throw HttpError(422, code, problem);
 }
 
 void requireSensible(const Fault& fault) {
-  requirePossible("fault-refused", [&] { return sandbox::problemOf(fault); });
+  requirePossible("fault-refused", [&] { return sandbox::checkFault(fault); });
 }
 
 Json faultsJson(Database& database) {
-  auto list = Json::array();
-  for (const auto& fault : sandbox::readFaults(database)) list.push_back(sandbox::jsonOf(fault));
-  return {{"faults", std::move(list)}};
+  return {{"faults", sandbox::listOf(sandbox::readFaults(database))}};
 }
 
 HttpError noSuchFault() {
@@ -70,9 +68,8 @@ Fault newFaultOf(const Exchange& exchange) {
 }
 
 sandbox::Scenario scenarioIn(const Json& body) {
-  const auto name = sandbox::textIn(body, "name").value_or("");
-  const auto scenario = sandbox::scenarioNamed(name);
-  if (!scenario) throw HttpError(422, "scenario-refused", sandbox::noSuchScenario(name));
+  const auto scenario = sandbox::scenarioNamed(sandbox::textIn(body, "name").value_or(""));
+  if (!scenario) throw HttpError(422, "scenario-refused", scenario.problem());
   return *scenario;
 }
 
@@ -121,22 +118,15 @@ void addFaults(ApiRoutes& routes) {
   });
   routes.add("GET", "v1/sandbox/firings", [](const Exchange& exchange) {
     replyReading(exchange, [](Database& database) {
-      auto list = Json::array();
-      for (const auto& firing : sandbox::readFirings(database)) {
-        list.push_back(sandbox::jsonOf(firing));
-      }
-      return jsonReply(200, {{"firings", std::move(list)}});
+      return jsonReply(200, {{"firings", sandbox::listOf(sandbox::readFirings(database))}});
     });
   });
 }
 
 HttpReply sidesReply(Database& database, int status, const std::string& guest) {
-  auto instruments = Json::array();
-  for (const auto& instrument : sandbox::provider::instrumentsOf(database, guest)) {
-    instruments.push_back(sandbox::jsonOf(instrument));
-  }
-  return jsonReply(status, {{"credit_cards", sandbox::jsonOf(sandbox::readCards(database, guest))},
-                            {"instruments", std::move(instruments)}});
+  return jsonReply(status, {{"credit_cards", sandbox::listOf(sandbox::readCards(database, guest))},
+                            {"instruments",
+                             sandbox::listOf(sandbox::provider::instrumentsOf(database, guest))}});
 }
 
 void addSides(ApiRoutes& routes) {
@@ -167,7 +157,7 @@ void addSides(ApiRoutes& routes) {
       const auto guest = guestMeant(database, named, session);
       requirePossible("instrument-refused", [&] {
         sandbox::provider::storeOrphan(database, guest, *card);
-        return std::string();
+        return Result<>();
       });
       return sidesReply(database, 201, guest);
     });

@@ -71,11 +71,11 @@ HttpReply errorReply(const std::exception_ptr& problem, const std::string& reque
   } catch (const sandbox::InvalidRecord& record) {
     const int status = record.code() == "malformed-json" ? 400 : 422;
     return errorReply(HttpError(status, record.code(), record.what()), requestID);
-  } catch (const sandbox::StoreFailure& failure) {
-    return errorReply(HttpError(507, "store-failed", failure.what()), requestID);
   } catch (const sandbox::NoStore&) {
     const char* sentence = "The snapshot was made by another version.";
     return errorReply(HttpError(409, "snapshot-version", sentence), requestID);
+  } catch (const sandbox::StoreFailure& failure) {
+    return errorReply(HttpError(507, "store-failed", failure.what()), requestID);
   } catch (const std::exception&) {
     return errorReply(HttpError(500, "service-failed", "The service failed."), requestID);
   }

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"

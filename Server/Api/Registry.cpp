@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "Sandbox/Masking/MaskedText.h"
+#include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/KeptReplies.h"
 #include "Server/Api/SandboxClock.h"
@@ -62,8 +63,8 @@ HttpError noSuchSandbox() {
 
 std::shared_ptr<Store> openStore(const std::string& path) {
   auto opened = Store::open(path);
-  if (!opened.store) throw HttpError(507, "store-failed", opened.problem);
-  return std::move(opened.store);
+  if (!opened) throw HttpError(507, "store-failed", opened.problem());
+  return std::move(*opened);
 }
 
 void closeLogOf(World& world) {
@@ -83,22 +84,22 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
   auto lock = std::make_unique<sandbox::StoreLock>(storePath);
   if (!lock->problem().empty()) return Opened::failure(lock->problem());
   auto store = Store::open(storePath);
-  if (!store.store) return Opened::failure(store.problem);
+  if (!store) return Opened::failure(store.problem());
   try {
-    if (store.isNew && seed) {
-      store.store->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
+    if ((*store)->isNew() && seed) {
+      (*store)->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
     }
     const auto folder = storePath + ".sandboxes";
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
     auto registry = Store::open(folder + "/registry.sqlite");
-    if (!registry.store) return Opened::failure(registry.problem);
+    if (!registry) return Opened::failure(registry.problem());
     auto opened = std::unique_ptr<Registry>(
-        new Registry(storePath, std::move(lock), std::move(registry.store), std::move(writers)));
+        new Registry(storePath, std::move(lock), std::move(*registry), std::move(writers)));
     opened->readEntries();
     auto& entry = opened->entries_[defaultID];
     entry.created = currentSecond();
-    entry.world = std::make_shared<World>(defaultID, store.store, opened->writers_);
+    entry.world = std::make_shared<World>(defaultID, *store, opened->writers_);
     entry.world->openLog();
     return opened;
   } catch (const std::runtime_error& failure) {

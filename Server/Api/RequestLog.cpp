@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Sandbox/Masking/MaskedText.h"
+#include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Settings.h"
 

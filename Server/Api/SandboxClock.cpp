@@ -1,5 +1,6 @@
 #include "Server/Api/SandboxClock.h"
 
+#include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Server/Http/HttpError.h"
 

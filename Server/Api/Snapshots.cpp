@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Server/Http/HttpError.h"

@@ -1,39 +1,16 @@
 #include "Server/Console/App.h"
 
 #include <algorithm>
-#include <mutex>
-#include <stdexcept>
 #include <utility>
 
-#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Platform/Default/DefaultPlatform.h"
+#include "Platform/Platform.h"
 #include "Public/HLVSDKPayleven.h"
-#include "Public/HLVSDKPaylevenKitConfiguration.h"
-#include "Public/HLVSDKPaymentManager.h"
-#include "Sandbox/RecordedCall.h"
+#include "Sandbox/App/Enabling.h"
 #include "Values/Send.h"
 
 namespace hlv::server {
 namespace {
-
-void enableKit() {
-  const auto configuration = HLVSDKPaylevenKitConfiguration::configurationWithBlock(
-      [](const std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration>& mutableConfiguration) {
-        mutableConfiguration->setPaymentKey("paylevenkit-console-key");
-      });
-  const auto entry = HLVSDKKitEntry::make(HLVSDKPayleven::kitClass(), configuration);
-  HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(List<HLVSDKKitEntry>{entry}));
-}
-
-/// The kit keeps its guest, and a synchroniser that failed for one guest stays busy for the next.
-void followGuest() {
-  const auto kit = HLVSDKPayleven::sharedInstance();
-  const auto guest = HLVSDKGuest::currentGuest();
-  if (!kit || kit->currentGuest() == guest) return;
-  kit->setCurrentGuest(guest);
-  kit->setUpPaymentInstrumentsSynchronizer();
-}
 
 std::shared_ptr<HLVSDKGuest> signedInGuest() {
   auto guest = HLVSDKGuest::currentGuest();
@@ -43,126 +20,94 @@ std::shared_ptr<HLVSDKGuest> signedInGuest() {
 
 }  // namespace
 
-/// An operation that has not come to its end. The completion of an update comes on a service's
-/// thread.
-class App::Running {
- public:
-  Running(std::int64_t operation, Done done) : done_(std::move(done)) {
-    outcome_.operation = operation;
-  }
+/// An operation that has not come to its end.
+struct App::Running {
+  std::int64_t operation;
+  Done done;
+  CallPtr call = {};
+  std::optional<HttpError> refusal = {};
 
-  std::int64_t operation() const { return outcome_.operation; }
-
-  void refuse(const HttpError& refusal) {
-    const std::lock_guard lock(mutex_);
-    outcome_.refusal = refusal;
-  }
-  void complete(const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
-    const std::lock_guard lock(mutex_);
-    ++outcome_.completions;
-    outcome_.card = card;
-    outcome_.error = error;
-  }
-  bool hasEnded() const {
-    const std::lock_guard lock(mutex_);
-    return outcome_.refusal || outcome_.completions > 0;
-  }
+  bool hasEnded() const { return refusal || (call && call->outcome().completions > 0); }
   void reply() const {
-    const auto outcome = [this] {
-      const std::lock_guard lock(mutex_);
-      return outcome_;
-    }();
-    done_(outcome);
+    done({operation, refusal, call ? call->outcome() : sandbox::AppCall::Outcome()});
   }
-
- private:
-  const Done done_;
-  mutable std::mutex mutex_;
-  Outcome outcome_;
 };
 
 App::App(Registry& registry) : registry_(registry) {}
 
-App::~App() {
-  if (!world_) return;
-  HLVSDKPayleven::resetSharedInstance();
-  Host::install(nullptr);
-}
+App::~App() = default;
 
 void App::signIn(const WorldPtr& world, const std::string& email, Done done) {
-  const auto start = [this, email](const RunningPtr&) {
-    announce([&] {
-      const auto problem = sandbox_->signIn(email);
-      if (!problem.empty()) throw HttpError(422, "address-refused", problem);
+  const auto start = [this, email] {
+    return announce([&] {
+      const auto signedIn = sandbox_->signIn(email);
+      if (!signedIn) throw HttpError(422, "address-refused", signedIn.problem());
     });
   };
   run(world, "sign in", start, std::move(done));
 }
 
 void App::signOut(const WorldPtr& world, Done done) {
-  run(
-      world, "sign out", [this](const RunningPtr&) { sandbox_->signOut(); }, std::move(done));
+  const auto start = [this] {
+    sandbox_->signOut();
+    return CallPtr();
+  };
+  run(world, "sign out", start, std::move(done));
 }
 
 void App::setReachable(const WorldPtr& world, bool reachable, Done done) {
-  const auto start = [this, reachable](const RunningPtr&) {
-    if (!reachable || sandbox_->isReachable()) return sandbox_->setReachable(reachable);
-    announce([this] { sandbox_->setReachable(true); });
+  const auto start = [this, reachable] {
+    if (reachable && !sandbox_->isReachable()) {
+      return announce([this] { sandbox_->setReachable(true); });
+    }
+    sandbox_->setReachable(reachable);
+    return CallPtr();
   };
   run(world, reachable ? "network on" : "network off", start, std::move(done));
 }
 
 void App::enterForeground(const WorldPtr& world, Done done) {
-  const auto start = [this](const RunningPtr&) {
-    announce([this] { sandbox_->enterForeground(); });
-  };
+  const auto start = [this] { return announce([this] { sandbox_->enterForeground(); }); };
   run(world, "foreground", start, std::move(done));
 }
 
 void App::reset(const WorldPtr& world, Done done) {
-  run(
-      world, "reset", [this](const RunningPtr&) { sandbox_->reset(); }, std::move(done));
+  const auto start = [this] {
+    sandbox_->reset();
+    return CallPtr();
+  };
+  run(world, "reset", start, std::move(done));
 }
 
 void App::add(const WorldPtr& world, std::shared_ptr<sandbox::EnteredCard> card,
               std::shared_ptr<sandbox::EnteredAddress> address, Done done) {
-  const auto start = [this, card = std::move(card),
-                      address = std::move(address)](const RunningPtr& running) {
-    const auto guest = signedInGuest();
-    HLVSDKPaymentManager::make()->addPaymentInstrument(
-        card, address, guest, completionOf(running, "addPaymentInstrument"));
+  const auto start = [this, card = std::move(card), address = std::move(address)] {
+    return app_->add(card, address, signedInGuest());
   };
   run(world, "add", start, std::move(done));
 }
 
 void App::update(const WorldPtr& world, const std::string& ID,
                  std::shared_ptr<sandbox::EnteredAddress> address, Done done) {
-  const auto start = [this, ID, address = std::move(address)](const RunningPtr& running) {
-    const auto guest = signedInGuest();
-    HLVSDKPaymentManager::make()->updatePaymentInstrument(
-        ID, address, guest, completionOf(running, "updatePaymentInstrument"));
+  const auto start = [this, ID, address = std::move(address)] {
+    return app_->update(ID, address, signedInGuest());
   };
   run(world, "update", start, std::move(done));
 }
 
 void App::remove(const WorldPtr& world, const std::string& ID, Done done) {
-  const auto start = [this, ID](const RunningPtr& running) {
+  const auto start = [this, ID] {
     const auto guest = signedInGuest();
-    HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
-        ID, useCaseOf(ID), guest,
-        [completion = completionOf(running, "deletePaymentInstrumentWithID")](
-            const std::shared_ptr<HLVSDKGuest>& updated, const ErrorPtr& error) {
-          completion(updated, nullptr, error);
-        });
+    const auto cards = sandbox_->backendCards();
+    const auto* card = sandbox::findCard(cards, ID);
+    return app_->remove(ID, card ? card->useCase : "default", guest);
   };
   run(world, "delete", start, std::move(done));
 }
 
 void App::completeFinishedOperations() {
   if (running_.empty()) return;
-  const auto platform = DefaultPlatform::shared();
-  // A request that goes out between the first two looks shows in the third.
-  const bool isSettled = sandbox_->isQuiet() && platform->isIdle() && sandbox_->isQuiet();
+  const bool isSettled = app_->isSettled();
   const auto ended = std::stable_partition(
       running_.begin(), running_.end(),
       [&](const RunningPtr& running) { return !isSettled && !running->hasEnded(); });
@@ -198,19 +143,22 @@ void App::begin(const Waiting& operation) {
     auto& journal = sandbox_->journal();
     if (!running_.empty()) journal.joinOperation(operation.name);
     const auto number =
-        running_.empty() ? journal.beginOperation(operation.name) : running_.back()->operation();
-    running_.push_back(std::make_shared<Running>(number, operation.done));
-  } catch (const std::runtime_error& failure) {
+        running_.empty() ? journal.beginOperation(operation.name) : running_.back()->operation;
+    running_.push_back(std::make_shared<Running>(Running{number, operation.done}));
+  } catch (const Problem& failure) {
     return operation.done({.refusal = HttpError(507, "store-failed", failure.what())});
   }
   const auto running = running_.back();
   try {
-    launch();
-    operation.start(running);
+    if (!sandbox::SimulatedApp::kitIsEnabled()) {
+      sandbox_->journal().record("app", "kit", "enableWithConfiguration");
+      sandbox::enableKit(sandbox::Enabling::normal);
+    }
+    running->call = operation.start();
   } catch (const HttpError& refusal) {
-    running->refuse(refusal);
-  } catch (const std::runtime_error& failure) {
-    running->refuse(HttpError(507, "store-failed", failure.what()));
+    running->refusal = refusal;
+  } catch (const Problem& failure) {
+    running->refusal = HttpError(507, "store-failed", failure.what());
   }
 }
 
@@ -220,11 +168,12 @@ std::int64_t App::lastEvent() const {
                                                             : operations[0].events.back().number;
 }
 
-void App::announce(const std::function<void()>& post) {
+App::CallPtr App::announce(const std::function<void()>& post) {
   const auto before = lastEvent();
   post();
   const auto reason = reasonForNoSynchronisation(before);
   if (!reason.empty()) sandbox_->journal().record("kit", "kit", "no synchronisation: " + reason);
+  return nullptr;
 }
 
 std::string App::reasonForNoSynchronisation(std::int64_t before) const {
@@ -242,44 +191,12 @@ std::string App::reasonForNoSynchronisation(std::int64_t before) const {
 void App::switchTo(const WorldPtr& world) {
   sandbox::SandboxOptions options;
   options.storePath = registry_.pathOf(*world);
-  auto opened = sandbox::Sandbox::over(world->sharedStore(), options);
-  if (!opened.sandbox) throw std::runtime_error(opened.problem);
+  auto opened = sandbox::Sandbox::over(world->sharedStore(), options).value();
+  app_.reset();
   world_ = world;
-  sandbox_ = std::move(opened.sandbox);
-  hasLaunched_ = false;
-  Host::install(sandbox_->host());
-}
-
-void App::launch() {
-  if (std::exchange(hasLaunched_, true)) return;
-  if (const auto kit = HLVSDKPayleven::sharedInstance()) {
-    sandbox_->journal().record("app", "kit", "setUpPaymentManager");
-    kit->setCurrentGuest(HLVSDKGuest::currentGuest());
-    kit->setUpPaymentManager();
-    kit->setUpPaymentInstrumentsSynchronizer();
-    return;
-  }
-  // Observes before the kit does, so that the kit's own observer finds the new guest.
-  followsGuest_ = Platform::current()->notificationCenter()->observe(
-      kHLVSDKDidChangeAuthorizationStatusNotification(),
-      [](const Notification&) { followGuest(); });
-  sandbox_->journal().record("app", "kit", "enableWithConfiguration");
-  enableKit();
-}
-
-HLVSDKGuestCardCompletion App::completionOf(const RunningPtr& running,
-                                            const std::string& what) const {
-  return sandbox::recordedCall(
-      sandbox_, what,
-      [running](const std::shared_ptr<HLVSDKGuest>&, const std::shared_ptr<HLVSDKCreditCard>& card,
-                const ErrorPtr& error) { running->complete(card, error); });
-}
-
-std::string App::useCaseOf(const std::string& ID) const {
-  for (const auto& card : sandbox_->backendCards()) {
-    if (card.halvoID == ID) return card.useCase;
-  }
-  return "default";
+  sandbox_ = std::move(opened);
+  app_ = std::make_unique<sandbox::SimulatedApp>(
+      sandbox_, sandbox_->host(), [sandbox = sandbox_.get()] { return sandbox->isQuiet(); });
 }
 
 }  // namespace hlv::server

@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
-#include "Platform/NotificationCenter.h"
+#include "Sandbox/App/SimulatedApp.h"
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Sandbox.h"
@@ -19,11 +18,10 @@
 
 namespace hlv::server {
 
-/// A real kit over one sandbox at a time. The app enables the kit with the first thing that is
-/// asked of it, and lets it follow the guest who is signed in. For another sandbox it waits until
-/// what runs has come to its end, and then gives the kit that sandbox's services. Everything begins
-/// on the main queue, and each thing is an operation of the sandbox's journal; what is asked for
-/// while another runs joins that one, whose name then holds both.
+/// Simulates an app over one sandbox at a time: the first operation starts it. For another sandbox
+/// it waits until what runs has come to its end, and then starts the app anew. Everything begins on
+/// the main queue, and each thing is an operation of the sandbox's journal; what is asked for while
+/// another runs joins that one, whose name then holds both.
 ///
 /// Threading: any, but for `completeFinishedOperations`. Installs the sandbox as the host of the
 /// process.
@@ -34,10 +32,7 @@ class App : public std::enable_shared_from_this<App> {
     std::int64_t operation = 0;
     /// Why nothing was done; missing otherwise.
     std::optional<HttpError> refusal;
-    /// How many times the kit has called the completion, and what it brought last.
-    int completions = 0;
-    std::shared_ptr<HLVSDKCreditCard> card = {};
-    ErrorPtr error = {};
+    sandbox::AppCall::Outcome call = {};
   };
   using WorldPtr = std::shared_ptr<World>;
   /// Called once on the main thread, when the kit has answered or nothing more can happen.
@@ -65,10 +60,12 @@ class App : public std::enable_shared_from_this<App> {
   void completeFinishedOperations();
 
  private:
-  class Running;
+  struct Running;
   using RunningPtr = std::shared_ptr<Running>;
-  /// Throws `HttpError` where it cannot be.
-  using Start = std::function<void(const RunningPtr&)>;
+  using CallPtr = std::shared_ptr<const sandbox::AppCall>;
+  /// Returns the call of the kit, or null where none is made. Throws `HttpError` where it cannot
+  /// be.
+  using Start = std::function<CallPtr()>;
   struct Waiting {
     WorldPtr world;
     std::string name;
@@ -79,17 +76,13 @@ class App : public std::enable_shared_from_this<App> {
   void run(const WorldPtr& world, const std::string& name, Start start, Done done);
   void startWaiting();
   void begin(const Waiting& operation);
-  /// Makes another sandbox the host.
+  /// Ends the app, and makes one over another sandbox.
   void switchTo(const WorldPtr& world);
-  /// Enables the kit, or gives it the services of a sandbox that it does not know yet.
-  void launch();
-  /// Posts a notification that the kit may answer with a synchronisation, and records why if not.
-  void announce(const std::function<void()>& post);
+  /// Posts a notification by which the kit may begin a synchronisation, and records why if not.
+  CallPtr announce(const std::function<void()>& post);
   /// Empty where one began after the event `before`.
   std::string reasonForNoSynchronisation(std::int64_t before) const;
   std::int64_t lastEvent() const;
-  HLVSDKGuestCardCompletion completionOf(const RunningPtr& running, const std::string& what) const;
-  std::string useCaseOf(const std::string& ID) const;
 
   Registry& registry_;
   // On the main thread only.
@@ -97,8 +90,7 @@ class App : public std::enable_shared_from_this<App> {
   std::shared_ptr<sandbox::Sandbox> sandbox_;
   std::deque<Waiting> waiting_;
   std::vector<RunningPtr> running_;
-  bool hasLaunched_ = false;
-  std::unique_ptr<Observation> followsGuest_;
+  std::unique_ptr<sandbox::SimulatedApp> app_;
 };
 
 }  // namespace hlv::server

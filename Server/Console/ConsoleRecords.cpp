@@ -13,9 +13,9 @@
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Records/AddressKeys.h"
 #include "Sandbox/Records/Pairs.h"
-#include "Sandbox/Store/Clock.h"
-#include "Sandbox/Testing/Scenarios.h"
+#include "Sandbox/Testing/Scenario.h"
 #include "Server/Http/HttpError.h"
+#include "Values/Names.h"
 
 namespace hlv::server {
 namespace {
@@ -28,24 +28,6 @@ Json cardJson(const std::shared_ptr<HLVSDKCreditCard>& card) {
 }
 
 }  // namespace
-
-Json jsonOf(const std::vector<sandbox::Journal::Operation>& timeline) {
-  auto operations = Json::array();
-  for (const auto& [number, name, events] : timeline) {
-    auto recorded = Json::array();
-    for (const auto& event : events) {
-      recorded.push_back({{"number", event.number},
-                          {"at", sandbox::timeTextOfMilliseconds(event.at)},
-                          {"from", event.from},
-                          {"to", event.to},
-                          {"what", event.what},
-                          {"result", event.result},
-                          {"thread", event.thread}});
-    }
-    operations.push_back({{"number", number}, {"name", name}, {"events", std::move(recorded)}});
-  }
-  return operations;
-}
 
 Json storedData(sandbox::Database& database) {
   const auto email = sandbox::backend::signedInEmail(database);
@@ -63,21 +45,12 @@ Json storedData(sandbox::Database& database) {
     pairs.push_back({{"card", card ? sandbox::jsonOf(*card) : Json()},
                      {"instrument", instrument ? sandbox::jsonOf(*instrument) : Json()}});
   }
-  auto faults = Json::array();
-  for (const auto& fault : sandbox::readFaults(database)) faults.push_back(sandbox::jsonOf(fault));
   return {
       {"guest", std::move(guest)},
       {"network", isReachable(sandbox::readNetworkState(database))},
       {"pairs", std::move(pairs)},
-      {"faults", std::move(faults)},
+      {"faults", sandbox::listOf(sandbox::readFaults(database))},
       {"oldest_operation", database.integer("SELECT coalesce(min(number), 0) FROM operations")}};
-}
-
-template <class Values>
-Json namesOf(const Values& values) {
-  auto names = Json::array();
-  for (const auto value : values) names.push_back(sandbox::textOf(value));
-  return names;
 }
 
 Json choices() {
@@ -103,10 +76,10 @@ Json choices() {
 
 HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
   if (outcome.refusal) return errorReply(*outcome.refusal, requestID);
-  const auto& error = outcome.error;
+  const auto& error = outcome.call.error;
   Json body = {{"operation", outcome.operation},
-               {"answers", outcome.completions},
-               {"credit_card", cardJson(outcome.card)},
+               {"answers", outcome.call.completions},
+               {"credit_card", cardJson(outcome.call.card)},
                {"failure", nullptr}};
   if (error) {
     body["failure"] = {{"domain", error->domain()},

@@ -5,7 +5,6 @@
 
 #include <vector>
 
-#include "Sandbox/Calls/Journal.h"
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Store/Database.h"
@@ -16,7 +15,6 @@ namespace hlv::server {
 
 using sandbox::Json;
 
-Json jsonOf(const std::vector<sandbox::Journal::Operation>& timeline);
 /// Guest, network, the two sides in pairs, the armed faults, and the oldest operation that is kept.
 Json storedData(sandbox::Database& database);
 /// Test cards, without their numbers; scenarios; the operations with the kinds of faults they have.

@@ -7,6 +7,7 @@
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
+#include "Sandbox/JSON/JournalRecords.h"
 #include "Server/Console/ConsoleRecords.h"
 #include "Server/Console/LiveFeed.h"
 #include "Server/Console/Page.h"
@@ -75,7 +76,7 @@ void addJournal(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "timeline", [](const Exchange& exchange) {
     const sandbox::Journal journal(exchange.world->sharedStore(), "start");
     exchange.reply(
-        jsonReply(200, {{"operations", jsonOf(journal.last(countIn(exchange.request)))}}));
+        jsonReply(200, {{"operations", sandbox::listOf(journal.last(countIn(exchange.request)))}}));
   });
   routes.add("GET", "stored", [](const Exchange& exchange) {
     replyReading(exchange, [](Database& database) { return jsonReply(200, storedData(database)); });

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "Sandbox/Calls/Journal.h"
+#include "Sandbox/JSON/JournalRecords.h"
 #include "Server/Console/ConsoleRecords.h"
 #include "Server/Http/HttpError.h"
 
@@ -61,7 +61,7 @@ class SandboxFeed {
       for (const auto& event : operation.events) lastEvent_ = std::max(lastEvent_, event.number);
     }
     return eventOf("timeline", world_->id(),
-                   {{"whole", !hasBegun_}, {"operations", jsonOf(timeline)}});
+                   {{"whole", !hasBegun_}, {"operations", sandbox::listOf(timeline)}});
   }
 
   std::string newRequests() {

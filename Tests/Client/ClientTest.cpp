@@ -12,7 +12,7 @@ ClientTest::ClientTest() {
   folder_ = ::mkdtemp(name.data());
   sandbox::SandboxOptions options;
   options.storePath = folder_ / "local";
-  local = sandbox::Sandbox::open(options).sandbox;
+  local = sandbox::Sandbox::open(options).value();
 }
 
 ClientTest::~ClientTest() {
@@ -23,7 +23,7 @@ ClientTest::~ClientTest() {
 void ClientTest::connect(const std::string& backendURL, const std::string& providerURL,
                          std::chrono::milliseconds timeout) {
   remote = RemoteHost::open(local, {backendURL, providerURL, timeout});
-  ASSERT_EQ(local->signIn(email), "");
+  ASSERT_TRUE(local->signIn(email));
   remote->inAppClient()->registerWithAPIKey("key");
 }
 

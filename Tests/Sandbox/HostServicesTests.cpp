@@ -34,10 +34,10 @@ TEST_F(HostServices, NotificationsCarryTheirValuesAndTheHostAnswersTheSame) {
   EXPECT_EQ(HLVSession::activeSession(), nullptr);
   EXPECT_EQ(HLVSDKGuest::currentGuest(), nullptr);
   for (const char* address : {"nobody", "4111-1111-1111-1111@example.com"}) {
-    EXPECT_NE(sandbox->signIn(address), "");
+    EXPECT_FALSE(sandbox->signIn(address));
     EXPECT_TRUE(sandbox->signedInEmail() == std::nullopt);
   }
-  sandbox->signIn(email);
+  EXPECT_TRUE(sandbox->signIn(email));
   sandbox->setReachable(false);
   EXPECT_EQ(HLVSDKReachability::sharedReachability()->currentState(), 0);
   sandbox->setReachable(true);
@@ -52,6 +52,7 @@ TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
   arm("getPaymentInstrumentsList", "error");
   sandbox->journal().beginOperation("look");
   list("tok_x", "private");
+  addCard("visa", guest);
   for (const auto& logger :
        {HLVSDKRemoteLogger::sharedLogger(), HLVSDKConsoleLogger::sharedLogger()}) {
     logger->logWithLevel(3, "F.cpp", 1, "f", "Removed %@", {NullableString()});
@@ -61,16 +62,21 @@ TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
   std::string timeline;
   const auto operations = sandbox->journal().last(1);
   for (const auto& event : operations.at(0).events) {
-    timeline += event.from + " > " + event.to + ": " + event.what + " = " + event.result + "\n";
+    timeline += event.from + " > " + event.to + ": " + event.what + " = " + event.result;
+    timeline += (event.thread == "main" ? "" : " on " + event.thread) + "\n";
   }
   EXPECT_EQ(timeline,
             "kit > provider: getPaymentInstrumentsList use case private = \n"
-            "provider > provider: fault 'error' met getPaymentInstrumentsList = \n"
+            "provider > provider: fault 'error' met getPaymentInstrumentsList =  on service-2\n"
             "provider > kit: getPaymentInstrumentsList use case private = "
-            "error PLVErrorDomain 500\n"
-            "kit > log: Removed (null) = info\n"
-            "kit > assert: guest: Who? = \n"
-            "app > kit: will enter foreground = \n");
+            "error PLVErrorDomain 500 on service-2\n"
+            "kit > backend: addCreditCardForGuest use case default = \n"
+            "backend > kit: addCreditCardForGuest use case default = card " +
+                sandbox->backendCards()[0].halvoID +
+                " on service-1\n"
+                "kit > log: Removed (null) = info\n"
+                "kit > assert: guest: Who? = \n"
+                "app > kit: will enter foreground = \n");
   sandbox->journal().beginOperation("next");
   EXPECT_EQ(sandbox->journal().last(5).size(), 3U) << "start, look and next";
 }

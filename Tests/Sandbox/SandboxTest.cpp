@@ -1,10 +1,5 @@
 #include "Tests/Sandbox/SandboxTest.h"
 
-#include <stdlib.h>
-
-#include <fstream>
-#include <iterator>
-
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Platform/Default/DefaultPlatform.h"
@@ -22,20 +17,11 @@ Instrument newInstrument(const CardFields& card) {
 
 SandboxTest::SandboxTest() {
   Calendar::install([] { return YearMonth{2031, 7}; });
-  auto pattern = (std::filesystem::temp_directory_path() / "sandbox-XXXXXX").string();
-  directory_ = ::mkdtemp(pattern.data());
 }
 
 SandboxTest::~SandboxTest() {
   stop();
-  std::filesystem::remove_all(directory_);
   Calendar::install({});
-}
-
-std::string SandboxTest::contentOf(const std::string& path) {
-  if (!std::filesystem::is_regular_file(path)) return "";
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void SandboxTest::start(std::optional<std::uint64_t> seed, bool logToConsole) {
@@ -43,14 +29,12 @@ void SandboxTest::start(std::optional<std::uint64_t> seed, bool logToConsole) {
   options.storePath = storePath();
   options.seed = seed;
   options.logToConsole = logToConsole;
-  auto opened = Sandbox::open(options);
-  ASSERT_TRUE(opened.sandbox) << opened.problem;
-  sandbox = opened.sandbox;
+  sandbox = Sandbox::open(options).value();
   Host::install(sandbox->host());
   backend = HLVSDKAPIManager::manager();
   provider = PLVInAppClient::sharedInstance();
   provider->registerWithAPIKey("key");
-  ASSERT_EQ(sandbox->signIn(email), "");
+  ASSERT_TRUE(sandbox->signIn(email));
   guest = HLVSDKGuest::currentGuest();
 }
 
@@ -59,17 +43,13 @@ void SandboxTest::stop() {
   guest.reset(), backend.reset(), provider.reset(), sandbox.reset();
 }
 
-std::string SandboxTest::arm(const std::string& operation, const std::string& kind,
-                             const std::function<void(Fault&)>& change) {
-  const auto named = operationNamed(operation);
-  if (!named) return noSuchOperation(operation);
-  const auto namedKind = faultKindNamed(kind);
-  if (!namedKind) return noSuchKind(kind);
+void SandboxTest::arm(const std::string& operation, const std::string& kind,
+                      const std::function<void(Fault&)>& change) {
   Fault fault;
-  fault.operation = *named;
-  fault.kind = *namedKind;
+  fault.operation = operationNamed(operation).value();
+  fault.kind = faultKindNamed(kind).value();
   if (change) change(fault);
-  return sandbox->faults().arm(fault);
+  EXPECT_EQ(sandbox->tester()->arm(fault).problem(), "");
 }
 
 void SandboxTest::pumpUntilQuiet() {

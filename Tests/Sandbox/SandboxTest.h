@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,6 +17,7 @@
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Sandbox.h"
+#include "Tests/Sandbox/TestFolder.h"
 
 namespace hlv::sandbox {
 
@@ -44,18 +44,17 @@ class SandboxTest : public ::testing::Test {
   SandboxTest();
   ~SandboxTest() override;
 
-  std::string path(const std::string& name) const { return directory_ / name; }
+  std::string path(const std::string& name) const { return folder_.path() / name; }
   std::string storePath() const { return path("store"); }
-  static std::string contentOf(const std::string& path);
+  static std::string contentOf(const std::string& path) { return testing::contentOf(path); }
 
   /// Opens the store, lets go of what was open before, registers with the provider and signs the
   /// guest in.
   void start(std::optional<std::uint64_t> seed = std::nullopt, bool logToConsole = false);
   /// Lets go of everything that holds the store.
   void stop();
-  /// What is wrong with the fault, if anything.
-  std::string arm(const std::string& operation, const std::string& kind,
-                  const std::function<void(Fault&)>& change = {});
+  void arm(const std::string& operation, const std::string& kind,
+           const std::function<void(Fault&)>& change = {});
   void pumpUntilQuiet();
 
   /// The only answer to a call that is made with the completion it is given.
@@ -85,7 +84,7 @@ class SandboxTest : public ::testing::Test {
   std::shared_ptr<HLVSDKGuest> guest;
 
  private:
-  std::filesystem::path directory_;
+  const testing::TestFolder folder_;
 };
 
 /// "domain code", or "none".

@@ -15,12 +15,7 @@ namespace fs = std::filesystem;
 class StoreTest : public SandboxTest {
  protected:
   static std::string problemWith(const std::string& store, const std::string& log = {}) {
-    SandboxOptions options;
-    options.storePath = store;
-    options.remoteLogPath = log;
-    const auto opened = Sandbox::open(options);
-    EXPECT_EQ(opened.sandbox == nullptr, !opened.problem.empty());
-    return opened.problem;
+    return Sandbox::open({.storePath = store, .seed = {}, .remoteLogPath = log}).problem();
   }
 
   static void makeDatabase(const std::string& file, const char* sql) {
@@ -85,7 +80,7 @@ TEST_F(StoreTest, IdentifiersRepeatUnderASeedWhichAStoreKeepsAndDifferWithoutOne
 }
 
 TEST_F(StoreTest, PartsOfATransactionAreUndoneAloneAndCopiesHoldWhatWasCommitted) {
-  const auto store = Store::open(storePath()).store;
+  const auto store = Store::open(storePath()).value();
   const auto put = [](const char* name) {
     return Store::Part{[name](Database& database) { writeSetting(database, name, "x"); }};
   };

@@ -32,8 +32,8 @@ TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
   EXPECT_EQ(guest->creditCards()->size(), 1U);
   EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
 
-  ASSERT_EQ(sandbox->addOrphanInstrument(sandbox::Typed("amex")), "");
-  ASSERT_EQ(sandbox->addOrphanInstrument(sandbox::Typed("no-identifier")), "");
+  ASSERT_TRUE(sandbox->tester()->addOrphanInstrument(sandbox::Typed("amex")));
+  ASSERT_TRUE(sandbox->tester()->addOrphanInstrument(sandbox::Typed("no-identifier")));
   EXPECT_TRUE(synchronize());
   settle();
   const auto sides = remote->sides();
@@ -100,7 +100,7 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
     client->addPaymentInstrument(nullptr, token, "default", note), settled();
     client->getPaymentInstrumentsList("tok_ä", "default", note), settled();
     client->removePaymentInstrument(nullptr, "default", token, note), settled();
-    EXPECT_EQ(arm("fetchGuestCreditCards", "error", [](auto& fault) { fault.code = 4711; }), "");
+    arm("fetchGuestCreditCards", "error", [](auto& fault) { fault.code = 4711; });
     api->fetchGuestCreditCards(guest, note), settled();
     sandbox->setReachable(false);
     api->fetchGuestCreditCards(guest, note), settled();
@@ -118,19 +118,18 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
 
 TEST_F(EndToEnd, TheUsualFaultsComeThrough) {
   serveAndConnect();
-  ASSERT_EQ(arm("createUserToken", "never"), "");
+  arm("createUserToken", "never");
   serveImpatiently();
   EXPECT_EQ(nameOf(std::get<2>(add("visa"))), "HLVPaymentErrorDomain 10")
       << "the kit wraps the error of a connection that ends at the limit";
   serve();
-  ASSERT_EQ(arm("createUserToken", "no-token"), "");
+  arm("createUserToken", "no-token");
   EXPECT_EQ(nameOf(std::get<2>(add("visa"))), "HLVArgumentErrorDomain 2");
-  ASSERT_EQ(arm("createUserToken", "twice"), "");
-  ASSERT_EQ(arm("addCreditCardForGuest", "delay", [](auto& fault) { fault.delayMilliseconds = 1; }),
-            "");
+  arm("createUserToken", "twice");
+  arm("addCreditCardForGuest", "delay", [](auto& fault) { fault.delayMilliseconds = 1; });
   EXPECT_TRUE(std::get<1>(add("visa")));
   EXPECT_EQ(sandbox->backendCards().size(), 1U);
-  ASSERT_EQ(arm("getPaymentInstrumentsList", "no-list"), "");
+  arm("getPaymentInstrumentsList", "no-list");
   const auto [list, error] = only<sandbox::ListAnswer>([&](auto completion) {
     provider->getPaymentInstrumentsList(guest->paylevenToken(), "default", completion);
   });
@@ -179,10 +178,10 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   fault.delayMilliseconds = 1;
   fault.probability = 50;
   fault.useCase = "private";
-  EXPECT_EQ(tester->arm(fault, nullptr), "");
-  EXPECT_EQ(tester->arm(fault, nullptr), "");
+  EXPECT_TRUE(tester->arm(fault));
+  EXPECT_TRUE(tester->arm(fault));
   ASSERT_EQ(tester->armed().size(), 2U);
-  EXPECT_EQ(tester->armed(), sandbox->faults().armed());
+  EXPECT_EQ(tester->armed(), sandbox->tester()->armed());
   const auto first = tester->armed().front();
   const auto second = tester->armed().back();
   auto changed = first;
@@ -191,31 +190,30 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   EXPECT_EQ(tester->fault(first.number), changed);
   EXPECT_EQ(tester->fault(second.number), second) << "the others stay";
   tester->removeFault(first.number);
-  EXPECT_EQ(sandbox->faults().armed(), std::vector{second});
+  EXPECT_EQ(sandbox->tester()->armed(), std::vector{second});
   const auto one = "/v1/sandbox/faults/" + std::to_string(first.number);
   for (const auto* method : {"GET ", "DELETE ", "PATCH "}) {
     const bool hasBody = method == std::string("PATCH ");
     EXPECT_EQ(askProvider(method + one, hasBody ? Json::object() : Json()).code(), "no-such-fault");
   }
   fault.kind = sandbox::FaultKind::noToken;
-  EXPECT_EQ(tester->arm(fault, nullptr), sandbox->faults().arm(fault));
+  EXPECT_EQ(tester->arm(fault).problem(), sandbox->tester()->arm(fault).problem());
   tester->clearFaults();
 
-  ASSERT_EQ(arm("fetchGuestCreditCards", "error"), "");
+  arm("fetchGuestCreditCards", "error");
   EXPECT_EQ(remote->sides().backend.size(), 1U) << "to look is no call of a service";
   EXPECT_EQ(askBackend("GET " + guestPath() + "/cards").status, 500);
   ASSERT_EQ(tester->firings().size(), 1U);
   EXPECT_EQ(tester->firings()[0].operation, sandbox::Operation::fetchCards);
-  EXPECT_EQ(tester->makeScenario("same-card-twice"), "");
-  EXPECT_EQ(tester->addOrphanInstrument(sandbox::Typed("amex")), "");
+  EXPECT_TRUE(tester->makeScenario(sandbox::Scenario::sameCardTwice));
+  EXPECT_TRUE(tester->addOrphanInstrument(sandbox::Typed("amex")));
   EXPECT_EQ(remote->sides().provider.size(), 3U);
-  EXPECT_EQ(tester->makeScenario("x"), sandbox->makeScenario("x"));
   tester->setNetworkOn(false);
   EXPECT_FALSE(tester->isNetworkOn());
   EXPECT_EQ(tester->reset().guests, 0);
   EXPECT_TRUE(tester->isNetworkOn());
   server.reset();
-  EXPECT_NE(tester->makeScenario("lost-token"), "");
+  EXPECT_FALSE(tester->makeScenario(sandbox::Scenario::lostToken));
   EXPECT_THROW(tester->armed(), client::ClientError);
 }
 

@@ -17,7 +17,7 @@ TEST_F(Secrecy, ACardGoesOverTheWireAndIsFoundNowhereAfterwards) {
   std::string replies;
   serveAndConnect();
   ASSERT_EQ(nameOf(std::get<2>(add(card))), "none");
-  ASSERT_EQ(arm("addPaymentInstrument", "error"), "");
+  arm("addPaymentInstrument", "error");
   replies += std::get<2>(add(card))->developerMessage().value_or("");
   const auto body = newUser(card).dump();
   const auto spaced =

@@ -8,16 +8,12 @@
 #include <unistd.h>
 
 #include <iomanip>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
 namespace hlv::testing {
 
 Command::Command(const std::string& before) {
-  auto folder = (std::filesystem::temp_directory_path() / "paylevenkit-test-XXXXXX").string();
-  if (!::mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
-  folder_ = folder;
   // What the output looks like is no matter of who runs the tests.
   ::setenv("LC_ALL", "C.UTF-8", 1);
   ::unsetenv("COLUMNS");
@@ -26,30 +22,28 @@ Command::Command(const std::string& before) {
 
 Command::~Command() {
   if (process_ > 0) kill();
-  std::error_code ignored;
-  std::filesystem::remove_all(folder_, ignored);
 }
 
 void Command::useDataFolder() {
-  ::setenv("XDG_DATA_HOME", folder_.c_str(), 1);
+  ::setenv("XDG_DATA_HOME", folder().c_str(), 1);
   namesStore_ = false;
 }
 
 Finished Command::run(const std::string& lines, const std::string& input) {
-  const auto in = folder_ / "in";
+  const auto in = folder() / "in";
   Finished last;
   std::istringstream each(lines);
   for (std::string line; std::getline(each, line, ';');) {
     auto arguments = argumentsOf(line);
     std::ofstream(in) << input;
-    spawn(std::move(arguments), in, folder_ / "err");
+    spawn(std::move(arguments), in, folder() / "err");
     last = wait();
   }
   return last;
 }
 
 void Command::startUntilItMeetsAFault(const std::string& line) {
-  spawn(argumentsOf(line), "/dev/null", folder_ / "err");
+  spawn(argumentsOf(line), "/dev/null", folder() / "err");
   Command observer;
   const auto look = "--store " + store() + " fault firings --json";
   while (observer.run(look).document()["firings"].empty()) {
@@ -61,7 +55,7 @@ void Command::startOn(const std::string& terminal, const std::string& line) {
 }
 
 nlohmann::json Command::serve() {
-  const auto pipe = folder_ / "serve";
+  const auto pipe = folder() / "serve";
   if (::mkfifo(pipe.c_str(), 0600) != 0) throw std::runtime_error("no pipe for the server");
   spawn(argumentsOf("serve"), "/dev/null", pipe);
   // Stays open, so that the server may go on writing.
@@ -88,13 +82,7 @@ Finished Command::wait() {
   if (::waitpid(process_, &status, 0) != process_) throw std::runtime_error("no such process");
   process_ = 0;
   return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-          contentOf(folder_ / "out"), contentOf(folder_ / "err")};
-}
-
-std::string Command::contentOf(const std::filesystem::path& file) {
-  if (!std::filesystem::is_regular_file(file)) return "";
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+          contentOf(folder() / "out"), contentOf(folder() / "err")};
 }
 
 std::vector<std::string> Command::argumentsOf(const std::string& line) {
@@ -115,7 +103,7 @@ void Command::spawn(std::vector<std::string> arguments, const std::string& in,
   for (auto& argument : arguments) raw.push_back(argument.data());
   raw.push_back(nullptr);
 
-  const std::string out = folder_ / "out";
+  const std::string out = folder() / "out";
   process_ = ::fork();
   if (process_ < 0) throw std::runtime_error("the command cannot be started");
   if (process_ > 0) return;

@@ -5,11 +5,12 @@
 
 #include <sys/types.h>
 
-#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
+
+#include "Tests/Sandbox/TestFolder.h"
 
 namespace hlv::testing {
 
@@ -35,8 +36,8 @@ class Command {
   Command(const Command&) = delete;
   Command& operator=(const Command&) = delete;
 
-  const std::filesystem::path& folder() const { return folder_; }
-  std::string store() const { return folder_ / "store.sqlite"; }
+  const std::filesystem::path& folder() const { return folder_.path(); }
+  std::string store() const { return folder() / "store.sqlite"; }
   /// From here on no line names the store, and the folder is the user's data folder.
   void useDataFolder();
 
@@ -55,13 +56,11 @@ class Command {
   void startOn(const std::string& terminal, const std::string& line);
   Finished wait();
 
-  static std::string contentOf(const std::filesystem::path& file);
-
  private:
   std::vector<std::string> argumentsOf(const std::string& line);
   void spawn(std::vector<std::string> arguments, const std::string& in, const std::string& err);
 
-  std::filesystem::path folder_;
+  const TestFolder folder_;
   bool namesStore_ = true;
   pid_t process_ = 0;
   std::ifstream serverLog_;

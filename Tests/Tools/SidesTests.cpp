@@ -52,10 +52,6 @@ TEST(ToolSides, JoinWhatBelongsTogether) {
 
 TEST(ToolSides, MarkWhatHasNoCounterpartInAlignedColumns) {
   const SideBySide sides({card("1111", "ins_a"), card("22")}, {instrument("1111", "default")});
-  EXPECT_EQ(sides.table(Terminal().columns()).text(Terminal()),
-            "  backend                                provider\n"
-            "  crd_1111  visa •••• 1111 / default  ═  ins_a     visa •••• 1111 / default\n"
-            "  crd_22    visa •••• 22 / default    ✗  –\n");
   EXPECT_EQ(sides.table(80).text(Terminal()),
             "  backend                           provider\n"
             "  crd_1111  visa ••1111 default  ═  ins_a     visa ••1111 default\n"
@@ -77,7 +73,7 @@ TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
       event("backend", "kit", "updateGuest", "done"),
       event("kit", "app", "add", "card crd_1"),
   };
-  EXPECT_EQ(Timeline::table(events).text(Terminal()),
+  EXPECT_EQ(timelineTable(events).text(Terminal()),
             "  ┌    app → kit       main  add\n"
             "  │·   kit → provider  main  register\n"
             "  │┌   kit → backend   main  updateGuest\n"

@@ -1,0 +1,18 @@
+// How an app enables the kit: as it should, or as it might get it wrong.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace hlv::sandbox {
+
+enum class Enabling { normal, noEntry, wrongClass, noKey, none };
+
+/// "normal", "no-entry", "wrong-class", "no-key" and "none". Threading of both: any.
+std::string_view textOf(Enabling enabling);
+std::vector<Enabling> allEnablings();
+
+/// Threading: the main thread.
+void enableKit(Enabling enabling);
+
+}  // namespace hlv::sandbox
