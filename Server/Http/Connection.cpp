@@ -81,11 +81,15 @@ void Connection::close() {
 }
 
 Connection::Task<void> Connection::serve() {
-  while (co_await readRequest() && co_await awaitReply() && co_await sendReply()) {
+  // Each in a statement of its own: g++ 12 loses `this` where && joins them.
+  bool goesOn = true;
+  while (goesOn) {
+    goesOn = co_await readRequest();
+    if (goesOn) goesOn = co_await awaitReply();
+    if (goesOn) goesOn = co_await sendReply();
+    if (input_.size() == 0) continue;
     // Others of this loop go first.
-    if (input_.size() > 0) {
-      co_await asio::post(loop_.context(), asio::use_awaitable_t<LoopExecutor>());
-    }
+    co_await asio::post(loop_.context(), asio::use_awaitable_t<LoopExecutor>());
   }
   close();
   finish(0);
@@ -127,7 +131,10 @@ Connection::Task<bool> Connection::readRequest() {
   } catch (const HttpError& rejection) {
     co_return reject(rejection, frame_.keepsConnection && parser_->is_done());
   }
-  if (!parser_->is_done() && !co_await readBody()) co_return false;
+  if (!parser_->is_done()) {
+    const bool goesOn = co_await readBody();
+    if (!goesOn) co_return false;
+  }
   if (!reply_) handleRequest();
   co_return true;
 }

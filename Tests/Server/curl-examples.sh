@@ -62,17 +62,6 @@ phone() { "$paylevenkit" --store phone.sqlite --backend "$BACKEND" --provider "$
 phone sign-in second@example.com >shown
 phone add --test-card visa >shown
 grep -q "Both sides agree" shown || fail "$(cat shown)"
-ID=$(phone cards | sed -n 's/^ *\(crd_[a-z]*\) .*/\1/p')
-phone update "$ID" --city Hamburg | grep -q "is now Hamburg" || fail "the address was not changed"
-phone sync >shown
-phone delete "$ID" >shown
-phone instruments | grep -q "no instruments" || fail "an instrument was left"
-phone fault arm fetchGuestCreditCards error >shown
-phone fault list | grep -q "fetchGuestCreditCards  *error" || fail "$(phone fault list)"
-phone fault clear >shown
-phone orphan --test-card visa >shown
-! phone scenario same-card-twice 2>shown || fail "a scenario was made without a card"
-phone sync | grep -q "removed 1 of 1" || fail "the orphaned instrument is still there"
 ! phone demo 2>shown || fail "demo was not refused"
 
 # A service that is shown to end does so cleanly, and takes its ports file along.
