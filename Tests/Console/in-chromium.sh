@@ -23,4 +23,4 @@ if ! cmp -s "$sources/package-lock.json" node_modules/installed-by; then
 fi
 
 [ $# -eq 0 ] || exec node "$@"
-exec timeout --kill-after=10 240 node --test --test-concurrency=2 --test-reporter=spec ./*.test.js
+exec timeout --kill-after=10 280 node --test --test-concurrency=2 --test-reporter=spec ./*.test.js
