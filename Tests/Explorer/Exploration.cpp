@@ -58,7 +58,6 @@ std::optional<std::string> Exploration::run(Progress& progress, const std::atomi
   while (goesOn && !stop && progress.histories < limits_.histories) {
     const auto blocks = liveBlocks();
     const auto& history = simulation.play(scenario_, limits_.disturbances, choices);
-    ++progress.played;
     if (choices.isComplete()) {
       ++progress.histories;
       if (limits_.keepsOutcomes) outcomes_.insert(outcomeOf(history));

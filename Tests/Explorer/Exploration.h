@@ -37,7 +37,7 @@ class Exploration {
 
   /// How far all explorations of the scenario are, and how many of them have nothing left.
   struct Progress {
-    std::atomic<std::uint64_t> histories{0}, played{0};
+    std::atomic<std::uint64_t> histories{0};
     std::atomic<unsigned> ended{0};
     std::atomic<bool> failed{false};
   };

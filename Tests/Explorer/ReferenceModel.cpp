@@ -116,7 +116,7 @@ void ReferenceModel::enable(const Request& request) {
   }
   const Text must = "assert \"Configuration for PaylevenKit must ";
   if (!last) return expect("assert \"Configuration must have HLVSDKPaylevenKit in kits array\"");
-  if (*last == "nothing" || *last == "a guest") {
+  if (*last == "nothing") {
     return expect(must + "be kind of HLVSDKPaylevenKitConfiguration class\"");
   }
   if (*last == "no key") return expect(must + "have payment key\"");

@@ -1,5 +1,7 @@
 #include "Tests/Explorer/Scenario.h"
 
+#include <array>
+
 namespace hlv::testing {
 namespace {
 
@@ -184,20 +186,40 @@ std::vector<Scenario> singleOperations() {
   return scenarios;
 }
 
-std::vector<Scenario> pairsOfOperations() {
-  const Operation operations[] = {addFirst, addFurther, remove, update, synchronize};
-  auto replies = successOrError();
-  // The join of a first card is explored alone.
-  replies.updateGuest.resize(1);
+std::vector<Scenario> severalOperations() {
   std::vector<Scenario> scenarios;
+  const auto together = [&](const std::vector<Operation>& operations,
+                            const PossibleReplies& replies, const char* how, bool isLong) {
+    std::string name;
+    for (const auto& one : operations) {
+      name += (name.empty() ? "" : ", then ") + std::string(one.requests[0].name);
+    }
+    scenarios.push_back({.name = name + how,
+                         .operations = operations,
+                         .replies = replies,
+                         .bothThreads = false,
+                         .isLong = isLong});
+  };
+  auto everything = everyAnswer();
+  everything.privateList =
+      everything.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
+  everything.fetchCards = {{.name = "no cards", .cards = Cards{}},
+                           {.name = "an error", .fails = true}};
+  auto few = successOrError();
+  // The join of a first card is explored with fewer operations.
+  few.updateGuest.resize(1);
+  const Operation operations[] = {addFirst, addFurther, remove, update, synchronize};
   for (const auto& one : operations) {
     for (const auto& other : operations) {
-      scenarios.push_back(
-          {.name = std::string(one.requests[0].name) + ", then " + other.requests[0].name,
-           .operations = {one, other},
-           .replies = replies,
-           .bothThreads = false});
+      together({one, other}, few, "", false);
+      together({one, other}, everything, ", every answer", true);
     }
+  }
+  for (const auto& order :
+       {std::array{addFirst, remove, synchronize}, std::array{addFirst, synchronize, remove},
+        std::array{remove, addFirst, synchronize}, std::array{remove, synchronize, addFirst},
+        std::array{synchronize, addFirst, remove}, std::array{synchronize, remove, addFirst}}) {
+    together({order.begin(), order.end()}, few, "", true);
   }
   return scenarios;
 }
@@ -249,21 +271,13 @@ std::vector<Scenario> synchronisations() {
 }
 
 std::vector<Scenario> enablings() {
+  // Which entry counts, and which state, is a matter of values and not of orders.
   const Operation enable{OperationKind::enable,
-                         {{.name = "no kits", .kits = {}},
-                          {.name = "another kit", .kits = {"another kit"}},
-                          {.name = "no configuration", .kits = {"key", "nothing"}},
-                          {.name = "a wrong configuration", .kits = {"a guest"}},
-                          {.name = "no key", .kits = {"no key"}},
+                         {{.name = "no key", .kits = {"no key"}},
                           {.name = "an empty key", .kits = {""}},
                           {.name = "two keys", .kits = {"nothing", "key", "last", "another kit"}}}};
-  std::vector<Posted> notifications{foreground, lost, found};
-  for (const int state : {-1, 0, 1}) {
-    notifications.push_back({Posted::Name::authorization, state});
-  }
-  for (const auto& [previous, state] : {std::pair{1, 1}, {1, 2}, {257, 1}, {1, 256}}) {
-    notifications.push_back({Posted::Name::reachability, state, previous});
-  }
+  const std::vector<Posted> notifications{
+      foreground, lost, found, {Posted::Name::authorization, 0}, {Posted::Name::authorization, 1}};
   auto atOnce = successOrError();
   atOnce.defaultList.resize(1);
   atOnce.removeInstrument.resize(1);
@@ -333,7 +347,7 @@ const PossibleReplies::Answers& PossibleReplies::of(Service service,
 const std::vector<Scenario>& allScenarios() {
   static const std::vector<Scenario> scenarios = [] {
     auto all = singleOperations();
-    for (auto& more : {pairsOfOperations(), synchronisations(), enablings()}) {
+    for (auto& more : {severalOperations(), synchronisations(), enablings()}) {
       all.insert(all.end(), more.begin(), more.end());
     }
     return all;

@@ -109,6 +109,8 @@ struct Scenario {
   /// The kit's own guest has a token only if notifications are to synchronise.
   bool kitGuestHasToken = false;
   bool authorized = true;
+  /// Whether it has so many histories that it is played only when asked for.
+  bool isLong = false;
 };
 
 const std::vector<Scenario>& allScenarios();

@@ -551,9 +551,7 @@ void Simulation::enable(const Request& request) {
     const bool isOurs = key != "another kit";
     entries.push_back(
         std::make_shared<FakeKitEntry>(isOurs ? HLVSDKPayleven::kitClass() : HLVSDKKitClass(this),
-                                       key == "nothing"   ? nullptr
-                                       : key == "a guest" ? std::shared_ptr<Object>(host_->guest)
-                                                          : configuration));
+                                       key == "nothing" ? nullptr : configuration));
   }
   HLVSDKPayleven::enableWithConfiguration(std::make_shared<FakeConfiguration>(entries));
 }

@@ -19,9 +19,8 @@ class EnablingTest : public KitTest {
     return HLVSDKPaylevenKitConfiguration::configurationWithBlock(
         [&](const auto& configuration) { configuration->setPaymentKey(key); });
   }
-  static std::shared_ptr<HLVSDKKitEntry> entry(std::shared_ptr<Object> configuration,
-                                               HLVSDKKitClass kit = HLVSDKPayleven::kitClass()) {
-    return std::make_shared<FakeKitEntry>(kit, std::move(configuration));
+  static std::shared_ptr<HLVSDKKitEntry> entry(std::shared_ptr<Object> configuration) {
+    return std::make_shared<FakeKitEntry>(HLVSDKPayleven::kitClass(), std::move(configuration));
   }
   static std::shared_ptr<FakeConfiguration> kits(NullableList<HLVSDKKitEntry> entries) {
     return std::make_shared<FakeConfiguration>(std::move(entries));
@@ -47,10 +46,7 @@ TEST_F(EnablingTest, ReadsTheGuestRegistersTheKeyAndStartsNothing) {
   EXPECT_EQ(host->takeTrace(), "");
 }
 
-TEST_F(EnablingTest, AnEmptyKeyAndAMutableRecordAreAccepted) {
-  EXPECT_NE(enable(""), nullptr);
-  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register ''");
-  HLVSDKPayleven::resetSharedInstance();
+TEST_F(EnablingTest, AMutableRecordIsAcceptedAsItIs) {
   const auto mutableOne = HLVSDKMutablePaylevenKitConfiguration::make();
   mutableOne->setPaymentKey("key");
   HLVSDKPayleven::enableWithConfiguration(kits(List<HLVSDKKitEntry>{entry(mutableOne)}));

@@ -84,15 +84,15 @@ TEST_F(DefaultPlatformTest, ABlockOfTheMainQueueMayPumpItAndWait) {
   EXPECT_TRUE(outer);
 }
 
-TEST_F(DefaultPlatformTest, AnAppsOwnLoopIsWokenByEveryPost) {
-  int wakes = 0;
-  platform->setPostHook([&] { ++wakes; });
+TEST_F(DefaultPlatformTest, AnAppsOwnLoopIsWokenByEveryPostWhenItsBlockCanRun) {
+  std::size_t ran = 0;
+  platform->setPostHook([&] { ran += platform->runPending(); });
   platform->mainQueue()->async([] {});
   platform->mainQueue()->async([] {});
-  EXPECT_EQ(wakes, 2);
+  EXPECT_EQ(ran, 2u);
   platform->setPostHook(nullptr);
   platform->mainQueue()->async([] {});
-  EXPECT_EQ(wakes, 2);
+  EXPECT_EQ(ran, 2u);
 }
 
 TEST_F(DefaultPlatformTest, ASerialQueueStartsNoThreadBeforeItsFirstBlock) {
@@ -109,40 +109,41 @@ TEST_F(DefaultPlatformTest, ASerialQueueStartsNoThreadBeforeItsFirstBlock) {
 
 TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMainThread) {
   const auto queue = platform->makeSerialQueue("label");
+  const auto another = platform->makeSerialQueue("another");
   std::string order;  // Written without a lock: each block sees what the one before wrote.
-  std::atomic<bool> onMain{false};
-  for (const char mark : std::string("abcdefgh")) {
+  std::promise<void> othersRan;
+  queue->async([&, wait = othersRan.get_future().share()] {
+    wait.wait();  // The queue is busy for as long as the other one needs.
+    order += 'a';
+  });
+  for (const char mark : std::string("bcdefgh")) {
     queue->async([&, mark] {
       order += mark;
-      if (platform->isMainThread()) onMain = true;
+      EXPECT_FALSE(platform->isMainThread());
     });
   }
   queue->async([&] { queue->async([&] { order += "!"; }); });
+  another->async([] {});
+  another->async([&] {
+    EXPECT_EQ(order, "") << "a second thread is free, and takes nothing of a busy queue";
+    othersRan.set_value();
+  });
   platform->runUntil([&] { return platform->isIdle(); });
   EXPECT_EQ(order, "abcdefgh!");
-  EXPECT_FALSE(onMain);
 }
 
-TEST_F(DefaultPlatformTest, AQueueMayBeFreedInABlockOfItsOwn) {
-  auto queue = platform->makeSerialQueue("label");
-  std::promise<void> mayRun;
-  queue->async([&, wait = mayRun.get_future().share()] { wait.wait(); });
-  auto* const raw = queue.get();
-  raw->async([owner = std::move(queue)]() mutable { owner.reset(); });
-  mayRun.set_value();
-  platform->runUntil([&] { return platform->isIdle(); });
-}
-
-TEST_F(DefaultPlatformTest, APlatformMayBeFreedInABlockOfASerialQueue) {
+TEST_F(DefaultPlatformTest, AQueueAndItsPlatformMayBeFreedInABlock) {
   auto alone = DefaultPlatform::make();
-  const auto queue = alone->makeSerialQueue("label");
-  std::promise<void> freed;
+  auto queue = alone->makeSerialQueue("label");
+  const std::weak_ptr<void> seenPlatform = alone, seenQueue = queue;
+  std::promise<bool> freed;
   auto* const raw = queue.get();
-  raw->async([&freed, owner = std::move(alone)]() mutable {
-    owner.reset();
-    freed.set_value();
+  raw->async([&, ownPlatform = std::move(alone), ownQueue = std::move(queue)]() mutable {
+    ownQueue.reset();
+    ownPlatform.reset();
+    freed.set_value(seenPlatform.expired() && seenQueue.expired());
   });
-  freed.get_future().wait();
+  EXPECT_TRUE(freed.get_future().get());
 }
 
 TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {

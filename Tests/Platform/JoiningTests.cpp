@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <future>
 #include <string_view>
 #include <thread>
 #include <type_traits>
@@ -13,6 +14,7 @@
 #include "Async/Group.h"
 #include "Async/Once.h"
 #include "Async/OneShot.h"
+#include "Platform/SharedSlot.h"
 #include "Tests/Support/ManualPlatform.h"
 #include "Values/NullableString.h"
 #include "Values/Secret.h"
@@ -54,24 +56,47 @@ TEST(GroupTest, OneThatNeverEmptiesIsFreedWithWhatItHolds) {
 
 TEST(OnceTest, RunsOnceAmongThreadsThatAllWaitForIt) {
   Once once;
-  std::atomic<int> runs{0};
-  std::atomic<int> sawItDone{0};
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 8; ++i) {
-    threads.emplace_back([&] {
+  int runs = 0;  // Without a lock: whoever comes later sees what the body wrote.
+  std::promise<void> began;
+  std::atomic<bool> ended{false};
+  std::atomic<int> waiting{0};
+  std::thread first([&] {
+    once.run([&] {
+      began.set_value();
+      while (waiting < 7) std::this_thread::yield();
+      // The others are at the guard or about to be; none of them may pass it.
+      for (int i = 0; i < 1000; ++i) std::this_thread::yield();
+      ++runs;
+      ended = true;
+    });
+  });
+  began.get_future().wait();
+  std::vector<std::thread> others;
+  for (int i = 0; i < 7; ++i) {
+    others.emplace_back([&] {
+      ++waiting;
       once.run([&] { ++runs; });
-      if (runs == 1) ++sawItDone;
+      EXPECT_TRUE(ended);
     });
   }
-  for (auto& thread : threads) thread.join();
+  first.join();
+  for (auto& thread : others) thread.join();
   EXPECT_EQ(runs, 1);
-  EXPECT_EQ(sawItDone, 8);
   once.reset();
   once.run([&] {
     ++runs;
     once.run([&] { ++runs; });  // Comes back to its own guard.
   });
   EXPECT_EQ(runs, 2);
+}
+
+TEST(SharedSlotTest, WhatIsReplacedIsLetGoOutsideTheLock) {
+  SharedSlot<void> slot;
+  int value = 0;
+  bool cameBack = false;
+  slot.store({&value, [&](void*) { cameBack = slot.load() == nullptr; }});
+  slot.store(nullptr);
+  EXPECT_TRUE(cameBack);
 }
 
 TEST(OneShotTest, RunsForTheFirstReplyAndReleasesWhatItHeld) {

@@ -55,10 +55,15 @@ TEST_F(NotificationCenterTest, ObserversMayComeGoAndPostDuringAPost) {
   EXPECT_EQ(received, "abnew");
 }
 
-TEST_F(NotificationCenterTest, AnObservationMayOutliveItsCentre) {
+TEST_F(NotificationCenterTest, AnObservationMayOutliveItsCentreAndKeepsNothingOfIt) {
   auto alone = DefaultPlatform::make();
-  const auto observation = alone->notificationCenter()->observe("name", [](const auto&) {});
+  const auto held = std::make_shared<int>();
+  auto observation = alone->notificationCenter()->observe("name", [held](const auto&) {});
+  const std::weak_ptr<void> seen = alone->notificationCenter();
   alone.reset();
+  EXPECT_TRUE(seen.expired());
+  observation.reset();
+  EXPECT_EQ(held.use_count(), 1);
 }
 
 }  // namespace

@@ -142,9 +142,9 @@ class StressProvider final : public PLVInAppClient {
 }  // namespace
 
 StressHost::StressHost(const Setting& setting)
-    : backend_(std::make_shared<StressBackend>(setting)),
-      provider_(std::make_shared<StressProvider>(setting)) {
-  records_.guest = guestOf(0, true);
+    : stressBackend_(std::make_shared<StressBackend>(setting)),
+      stressProvider_(std::make_shared<StressProvider>(setting)) {
+  guest = guestOf(0, true);
 }
 
 std::shared_ptr<FakeGuest> StressHost::guestOf(std::size_t operation, bool hasToken) {

@@ -17,7 +17,7 @@ namespace hlv::testing {
 /// and the call, and on nothing else.
 ///
 /// Threading: any.
-class StressHost final : public Host {
+class StressHost final : public ScriptedHost {
  public:
   struct Setting {
     std::uint32_t seed = 0;
@@ -29,17 +29,11 @@ class StressHost final : public Host {
 
   static std::shared_ptr<FakeGuest> guestOf(std::size_t operation, bool hasToken);
 
-  std::shared_ptr<const HLVSDKConstants> constants() override { return records_.constants(); }
-  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return backend_; }
-  std::shared_ptr<PLVInAppClient> inAppClient() override { return provider_; }
-  std::shared_ptr<HLVSDKReachability> reachability() override { return records_.network; }
-  std::shared_ptr<HLVSession> activeSession() override { return records_.session; }
+  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return stressBackend_; }
+  std::shared_ptr<PLVInAppClient> inAppClient() override { return stressProvider_; }
+  // The scripted host writes down what these are asked, and for one thread.
   /// The guest of operation 0, which is nobody's.
-  std::shared_ptr<HLVSDKGuest> currentGuest() override { return records_.guest; }
-  NullableString cardBrandFromNumber(const NullableString&) override { return "visa"; }
-  std::shared_ptr<HLVSDKUpdateGuestRequestInfo> makeUpdateGuestRequestInfo() override {
-    return std::make_shared<FakeUpdateRequest>();
-  }
+  std::shared_ptr<HLVSDKGuest> currentGuest() override { return guest; }
   void handleAssertWithMessage(const NullableString&) override {}
   void handleParameterAssert(const NullableString&, const NullableString&) override {}
   std::shared_ptr<HLVSDKLogger> remoteLogger() override { return nullptr; }
@@ -52,17 +46,10 @@ class StressHost final : public Host {
   std::shared_ptr<HLVErrorFacade> makeErrorFacade() override {
     return std::make_shared<FakeErrorFacade>();
   }
-  std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
-      const NullableString&, const NullableString&, const NullableString&, const NullableString&,
-      const NullableString&) override {
-    return std::make_shared<FakeInstrument>();
-  }
 
  private:
-  /// For what never changes; its services are not used.
-  ScriptedHost records_;
-  const std::shared_ptr<HLVSDKAPIManager> backend_;
-  const std::shared_ptr<PLVInAppClient> provider_;
+  const std::shared_ptr<HLVSDKAPIManager> stressBackend_;
+  const std::shared_ptr<PLVInAppClient> stressProvider_;
 };
 
 }  // namespace hlv::testing

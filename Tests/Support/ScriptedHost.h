@@ -93,7 +93,7 @@ struct ScriptedSession final : HLVSession {
   bool isAuthorized() const override { return authorized; }
 };
 
-class ScriptedHost final : public Host {
+class ScriptedHost : public Host {
  public:
   Trace trace;
   const std::shared_ptr<ScriptedBackend> backend = std::make_shared<ScriptedBackend>(&trace);
