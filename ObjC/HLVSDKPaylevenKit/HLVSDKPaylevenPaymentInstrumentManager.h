@@ -130,7 +130,8 @@ HLV_AVAILABLE
 /// the card. Reports the guest as the backend returned it; guest and error come together when only
 /// the provider failed. Errors: the required arguments "paymentToken", "halvoID", "useCase" and
 /// "existedCard", `HLVURLErrorDomain` code 1 without a connection, the backend's own error, and the
-/// wrapped error of the removal.
+/// wrapped error of the removal. When the manager goes away before the backend replies, an error is
+/// still reported and a success never is.
 - (void)deletePaymentInstrumentWithID:(nullable NSString*)ID
                               useCase:(nullable NSString*)useCase
                             fromGuest:(nullable HLVSDKGuest*)guest
