@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <numeric>
 #include <string_view>
 #include <utility>
@@ -107,13 +106,14 @@ CommandLine::CommandLine()
   app_.add_option("--seed", options_.seed, "Make the identifiers of a new store repeatable")
       ->type_name("N")
       ->check(problemOfNumber);
-  std::map<std::string, sandbox::Enabling> enablings;
-  for (const auto each : sandbox::allEnablings()) enablings.emplace(textOf(each), each);
-  app_.add_option(
-          "--enabling", options_.enabling,
+  app_.add_option_function<std::string>(
+          "--enabling",
+          [this](const std::string& name) {
+            options_.enabling = sandbox::enablingNamed(name).value_or(options_.enabling);
+          },
           "How the kit is enabled: normal, or wrongly by no-entry, wrong-class, no-key, none")
       ->type_name("WAY")
-      ->transform(CLI::CheckedTransformer(enablings));
+      ->check(CLI::IsMember(namesOf(sandbox::allEnablings())));
   app_.add_flag("--console-log", options_.logToConsole, "Show the kit's log on standard error");
   auto* backend =
       app_.add_option("--backend", options_.backendURL, "The backend of a `paylevenkit serve`")

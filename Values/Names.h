@@ -61,9 +61,6 @@ struct Names {
   }
 };
 
-template <class Value, std::size_t count>
-Names(const std::pair<Value, std::string_view> (&)[count]) -> Names<Value, count>;
-
 /// The names of values that have a `textOf`.
 template <class Values>
 std::vector<std::string> namesOf(const Values& values) {

@@ -39,6 +39,8 @@ std::shared_ptr<Object> kitConfiguration(Enabling enabling) {
 
 std::string_view textOf(Enabling enabling) { return enablings.of(enabling); }
 
+std::optional<Enabling> enablingNamed(std::string_view name) { return enablings.find(name); }
+
 std::vector<Enabling> allEnablings() { return enablings.values(); }
 
 void enableKit(Enabling enabling) {

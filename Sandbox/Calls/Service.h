@@ -30,14 +30,14 @@ class Service {
 
   Service(std::string name, std::string errorDomain, ServiceThread thread,
           const Surroundings& surroundings)
-      : desk_(std::make_shared<Desk>(Desk{CallHandler(std::move(name), std::move(errorDomain)),
+      : core_(std::make_shared<Core>(Core{CallHandler(std::move(name), std::move(errorDomain)),
                                           surroundings.store, surroundings.journal})),
         thread_(thread),
         answers_(surroundings.answers) {}
 
   /// Records something that the kit said and that has no reply.
   void recordOneWayCall(const std::string& what) const {
-    desk_->journal->record("kit", desk_->handler.name(), what);
+    core_->journal->record("kit", core_->handler.name(), what);
   }
 
   /// Returns at once; the completion, which may be empty, is called on the service's thread.
@@ -45,22 +45,22 @@ class Service {
   void take(Call call, std::function<void(Results...)> completion,
             std::type_identity_t<Handling<Results...>> handling) const {
     auto what = call.description();
-    desk_->journal->record("kit", desk_->handler.name(), what);
+    core_->journal->record("kit", core_->handler.name(), what);
     answers_->call(thread_,
-                   [desk = desk_, call = std::move(call), what = std::move(what),
+                   [core = core_, call = std::move(call), what = std::move(what),
                     completion = std::move(completion),
                     handling = std::move(handling)]() mutable -> std::optional<Delivery> {
-                     auto [results, fault] = desk->handle(call, handling);
-                     if (fault) desk->recordFault(*fault);
+                     auto [results, fault] = core->handle(call, handling);
+                     if (fault) core->recordFault(*fault);
                      const auto times = deliveries(fault);
                      if (times == 0) return std::nullopt;
                      if (auto error = transportErrorOf(fault)) results = failed<Results...>(error);
                      const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
                      return Delivery{
-                         delay, [desk, times, what = std::move(what),
+                         delay, [core, times, what = std::move(what),
                                  completion = std::move(completion), results = std::move(results)] {
                            for (int i = 0; i < times; ++i) {
-                             desk->journal->record(desk->handler.name(), "kit", what,
+                             core->journal->record(core->handler.name(), "kit", what,
                                                    summaryOf(results));
                              if (completion) std::apply(completion, results);
                            }
@@ -70,7 +70,7 @@ class Service {
 
  private:
   /// What outlives the client while a call waits.
-  struct Desk {
+  struct Core {
     CallHandler handler;
     std::shared_ptr<Store> store;
     std::shared_ptr<Journal> journal;
@@ -95,7 +95,7 @@ class Service {
   /// What such a caller gets instead; null for the results.
   static ErrorPtr transportErrorOf(const std::optional<Fault>& fault);
 
-  const std::shared_ptr<const Desk> desk_;
+  const std::shared_ptr<const Core> core_;
   const ServiceThread thread_;
   const std::shared_ptr<ReplyQueue> answers_;
 };

@@ -1,5 +1,5 @@
-// Histories of the kit that bytes choose, with more disturbances than a walk through all of them
-// can afford, before the same judge.
+// Histories of the kit that bytes choose, with more interference than a walk through all of them
+// can afford, held against the same reference model.
 #include <fuzzer/FuzzedDataProvider.h>
 #include <gtest/gtest.h>
 

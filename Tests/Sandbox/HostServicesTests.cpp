@@ -47,7 +47,7 @@ TEST_F(HostServices, NotificationsCarryTheirValuesAndTheHostAnswersTheSame) {
   EXPECT_EQ(shown, "a0a1r10r01r11f");
 }
 
-TEST_F(HostServices, TheJournalTellsEachThingOnceInOrder) {
+TEST_F(HostServices, TheJournalRecordsEachThingOnceInOrder) {
   start();
   arm("getPaymentInstrumentsList", "error");
   sandbox->journal().beginOperation("look");

@@ -61,7 +61,7 @@ TEST_F(Secrecy, WhateverMayBeACardNumberIsMaskedToItsLastFourDigits) {
   }
 }
 
-TEST_F(Secrecy, TheFacadeMasksEveryTextNamesThePlaceAndNeverTellsAValue) {
+TEST_F(Secrecy, TheFacadeMasksEveryTextNamesThePlaceAndShowsNoValue) {
   start();
   const auto facade = HLVErrorFacade::make();
   const auto inner = facade->errorWithCode(3, "Any", "bad card 4111222233334444");

