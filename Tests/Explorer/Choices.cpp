@@ -73,7 +73,7 @@ bool DepthFirst::performed(const Transition& transition) {
   if (moves_ <= movesThatChooseAShard) next.path = mixed(point.path, transition.whole);
   if (orders_ == Orders::distinct) {
     const auto isSame = [&](const auto& one) { return one.whole == transition.whole; };
-    cut_ = transition.comesLater || std::any_of(point.asleep.begin(), point.asleep.end(), isSame);
+    cut_ = transition.canLeave || std::any_of(point.asleep.begin(), point.asleep.end(), isSame);
     if (cut_) return false;
     for (const auto* sleepers : {&point.asleep, &point.played}) {
       std::copy_if(sleepers->begin(), sleepers->end(), std::back_inserter(next.asleep),

@@ -19,8 +19,9 @@ namespace hlv::testing {
 struct Transition {
   std::uint64_t move = 0, whole = 0;
   bool hadChoices = false;
-  /// Whether something came inside the move that could as well come after it.
-  bool comesLater = false;
+  /// Whether the first disturbance inside the move could as well come before it, or the last one
+  /// after it.
+  bool canLeave = false;
   Touched touched = {};
 };
 

@@ -190,7 +190,10 @@ bool Simulation::step() {
   transition_ = {numbers_[chosen], numbers_[chosen]};
   disturbed_.clear();
   performAlone(moves_[chosen]);
-  for (const auto& one : disturbed_) transition_.comesLater |= !one.meets(transition_.touched);
+  if (!disturbed_.empty()) {
+    transition_.canLeave = !disturbed_.front().meets(transition_.touched) ||
+                           !disturbed_.back().meets(transition_.touched);
+  }
   for (const auto& one : disturbed_) transition_.touched.add(one);
   return choices_->performed(transition_);
 }

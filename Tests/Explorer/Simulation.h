@@ -97,7 +97,7 @@ class Simulation {
   std::vector<std::uint64_t> numbers_;
   /// What the move that nothing surrounds has chosen and touched so far.
   Transition transition_;
-  /// What disturbances inside it have touched, of those that could as well come after it.
+  /// What each disturbance inside it has touched that would do the same outside.
   std::vector<Touched> disturbed_;
   bool onSerialQueue_ = false;
   std::vector<Call> calls_;
