@@ -88,11 +88,11 @@ def verdicts(changes, watchers, jobs=os.cpu_count()):
         for copy in every:
             copies.put(copy)
 
-        def judge(change):
+        def verdict_on(change):
             copy = copies.get()
             try:
                 return copy.verdict(change.file, change)
             finally:
                 copies.put(copy)
 
-        yield from zip(changes, pool.map(judge, changes))
+        yield from zip(changes, pool.map(verdict_on, changes))

@@ -38,7 +38,7 @@ class AppCall {
 };
 
 /// Installs its host for the process, so there is one at a time. The kit keeps its guest, and a
-/// synchroniser that failed for one guest stays busy for the next; so the app tells the kit who is
+/// synchroniser that failed for one guest stays busy for the next; so the app sets the guest who is
 /// signed in whenever that changes.
 ///
 /// Threading: the main thread.

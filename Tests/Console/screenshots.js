@@ -4,19 +4,19 @@ import { closeBrowser, openBrowser } from './browser.js';
 import { Person, sees } from './person.js';
 import { Server } from './server.js';
 
-const desk = { width: 1280, height: 800 };
+const desktop = { width: 1280, height: 800 };
 const pictures = [
-  { name: 'app', view: 'App', viewport: desk },
-  { name: 'timeline', view: 'Timeline', viewport: desk },
-  { name: 'requests', view: 'Requests', viewport: desk },
-  { name: 'dark', view: 'Timeline', viewport: desk, colorScheme: 'dark' },
+  { name: 'app', view: 'App', viewport: desktop },
+  { name: 'timeline', view: 'Timeline', viewport: desktop },
+  { name: 'requests', view: 'Requests', viewport: desktop },
+  { name: 'dark', view: 'Timeline', viewport: desktop, colorScheme: 'dark' },
   { name: 'phone', view: 'Timeline', viewport: { width: 390, height: 844 } },
 ];
 
 const server = new Server();
 await server.start();
 const browser = await openBrowser();
-const guest = new Person(await browser.newPage({ viewport: desk }));
+const guest = new Person(await browser.newPage({ viewport: desktop }));
 await guest.page.goto(server.url);
 await guest.settleIn();
 await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });

@@ -19,7 +19,7 @@ namespace hlv::testing {
 struct Transition {
   std::uint64_t move = 0, whole = 0;
   bool hadChoices = false;
-  /// Whether the first disturbance inside the move could as well come before it, or the last one
+  /// Whether the first interference inside the move could as well come before it, or the last one
   /// after it.
   bool canLeave = false;
   Touched touched = {};

@@ -57,7 +57,7 @@ std::optional<std::string> Exploration::run(Progress& progress, const std::atomi
   bool goesOn = true;
   while (goesOn && !stop && progress.histories < limits_.histories) {
     const auto blocks = liveBlocks();
-    const auto& history = simulation.play(scenario_, limits_.disturbances, choices);
+    const auto& history = simulation.play(scenario_, limits_.interferences, choices);
     if (choices.isComplete()) {
       ++progress.histories;
       if (limits_.keepsOutcomes) outcomes_.insert(outcomeOf(history));
@@ -80,7 +80,7 @@ std::optional<std::string> Exploration::run(Progress& progress, const std::atomi
 bool Exploration::leavesMemory(Simulation& simulation, const DepthFirst& choices) const {
   auto again = *DepthFirst::along(choices.path());
   const auto blocks = liveBlocks();
-  simulation.play(scenario_, limits_.disturbances, again);
+  simulation.play(scenario_, limits_.interferences, again);
   simulation.forget();
   return liveBlocks() > blocks;
 }
@@ -92,7 +92,7 @@ void Exploration::keepIfShorter(const History& history, const ReferenceModel::Vi
   if (shortest_ && moves >= shortestMoves_) return;
   shortestMoves_ = moves;
   shortest_ = textOf(history, violation) + "Replay it with: --replay '" + scenario_.name + "; " +
-              std::to_string(limits_.disturbances) + "; " + choices.path() + "'\n";
+              std::to_string(limits_.interferences) + "; " + choices.path() + "'\n";
 }
 
 }  // namespace hlv::testing

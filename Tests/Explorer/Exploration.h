@@ -1,4 +1,4 @@
-// Plays all histories of a scenario and lets the judge examine each.
+// Plays all histories of a scenario and lets the reference model examine each.
 //
 // Threading: one thread; the count may be read from anywhere.
 #pragma once
@@ -15,7 +15,7 @@
 
 namespace hlv::testing {
 
-/// What is wrong with a history: the judge's opinion, or a card's number or security code in a
+/// What is wrong with a history: the reference model's, or a card's number or security code in a
 /// line.
 std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
                                                      const History& history);
@@ -28,7 +28,7 @@ class Exploration {
  public:
   struct Limits {
     /// Beyond those of the scenario.
-    std::size_t disturbances = 0;
+    std::size_t interferences = 0;
     std::uint64_t histories = std::numeric_limits<std::uint64_t>::max();
     DepthFirst::Orders orders = DepthFirst::Orders::distinct;
     Shard shard = {};

@@ -43,7 +43,7 @@ struct Board {
   }
 };
 
-/// The numbers of histories on record, by scenario and by added disturbances.
+/// The numbers of histories on record, by scenario and by added interferences.
 using Record = std::map<std::string, std::vector<std::uint64_t>>;
 
 Record readRecord(const std::string& file) {
@@ -64,8 +64,8 @@ Record readRecord(const std::string& file) {
 std::optional<std::uint64_t> onRecord(const Record& record, const std::string& scenario,
                                       const Options& options) {
   const auto found = record.find(scenario);
-  if (found == record.end() || found->second.size() <= options.limits.disturbances) return {};
-  return found->second[options.limits.disturbances];
+  if (found == record.end() || found->second.size() <= options.limits.interferences) return {};
+  return found->second[options.limits.interferences];
 }
 
 int replay(const std::string& line) {
@@ -78,7 +78,7 @@ int replay(const std::string& line) {
   const auto choices =
       second == std::string::npos ? std::nullopt : DepthFirst::along(line.substr(second + 2));
   if (scenario == scenarios.end() || !choices) {
-    std::cerr << "A replay line is: SCENARIO; DISTURBANCES; PATH\n";
+    std::cerr << "A replay line is: SCENARIO; InterferenceANCES; PATH\n";
     return 2;
   }
   Simulation simulation;
@@ -219,7 +219,7 @@ std::string readShard(const std::string& text, Shard& shard) {
 int main(int argc, char** argv) {
   Options options;
   CLI::App app("Explores every order of events of the kit's operations.", "Explorer");
-  app.add_option("--disturbances", options.limits.disturbances,
+  app.add_option("--interferences", options.limits.interferences,
                  "how many more things may come in between in each history");
   app.add_option("--at-most", options.limits.histories, "histories of each scenario");
   app.add_flag("--first", options.stopAtFirstFailure,

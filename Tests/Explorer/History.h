@@ -42,7 +42,7 @@ struct Move {
   std::size_t error = 0;
 
   /// Whether it is one of the things that may come in between, of which a history holds few.
-  bool isDisturbance() const { return kind >= Kind::answerAgain; }
+  bool isInterference() const { return kind >= Kind::answerAgain; }
   bool isOnCall() const { return kind >= Kind::answer && kind <= Kind::answerAgain; }
   std::string text() const;
 };

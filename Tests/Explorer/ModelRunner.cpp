@@ -43,10 +43,10 @@ void ModelRunner::onMainThread(std::function<void(bool posted)> work) {
 }
 
 void ModelRunner::complete(const Asking& who, const Text& results) {
-  tellBuilt(who, [results](bool) { return results; });
+  completeBuilt(who, [results](bool) { return results; });
 }
 
-void ModelRunner::tellBuilt(const Asking& who, std::function<Text(bool posted)> results) {
+void ModelRunner::completeBuilt(const Asking& who, std::function<Text(bool posted)> results) {
   if (!who.request->completion) return;
   onMainThread([=, this](bool posted) { completeHere(who, results(posted)); });
 }

@@ -93,7 +93,7 @@ class ModelRunner {
   void postToSerialQueue(std::function<void()> work) { serialQueue_.push_back(std::move(work)); }
   /// Completes by that rule. A missing completion is skipped, and builds and posts nothing.
   void complete(const Asking& who, const Text& results);
-  void tellBuilt(const Asking& who, std::function<Text(bool posted)> results);
+  void completeBuilt(const Asking& who, std::function<Text(bool posted)> results);
   /// Completes here and now.
   void completeHere(const Asking& who, const Text& results);
   /// Writes to the remote logger and then to the console, with the same words.

@@ -81,9 +81,9 @@ bool standsFor(const FakeStoredCard& card, const FakeInstrument& instrument, con
 
 std::optional<ReferenceModel::Violation> ReferenceModel::examine(const Scenario& scenario,
                                                                  const History& history) {
-  ReferenceModel judge(scenario, history);
-  if (scenario.operations.front().kind != OperationKind::enable) judge.bringToLife();
-  return judge.follow();
+  ReferenceModel model(scenario, history);
+  if (scenario.operations.front().kind != OperationKind::enable) model.bringToLife();
+  return model.follow();
 }
 
 void ReferenceModel::start(OperationKind kind, const Asking& who) {
@@ -137,7 +137,7 @@ void ReferenceModel::add(const Asking& who) {
     return complete(who, "none, none, error " + std::to_string(who.operation));
   }
   if (!connected_) {
-    return tellBuilt(who, [this](bool) { return "none, none, " + made(noConnection); });
+    return completeBuilt(who, [this](bool) { return "none, none, " + made(noConnection); });
   }
   const bool hasToken = who.request->guest && guestToken_ && !guestToken_->empty();
   hasToken ? addFurther(who) : addFirst(who);
@@ -178,7 +178,7 @@ void ReferenceModel::addFirst(const Asking& who) {
                                const Text& error) {
     if (error != none) return complete(who, "none, none, " + error);
     if (!instrument || !instrument->id) {
-      return tellBuilt(who, [this](bool posted) {
+      return completeBuilt(who, [this](bool posted) {
         const auto method = by(addFirstMethod, posted);
         return "none, none, " + made(required("identifier", notIdentified, method, "AddFirst"));
       });
@@ -215,7 +215,7 @@ void ReferenceModel::addFurther(const Asking& who) {
     }
     if (!instrument || !instrument->id) {
       log(1, failedToAdd + notIdentified, "", addNewBlock);
-      return tellBuilt(who, [this](bool) {
+      return completeBuilt(who, [this](bool) {
         return "none, none, " + made(required("identifier", notIdentified, addNewBlock, "AddNew"));
       });
     }
@@ -274,7 +274,7 @@ void ReferenceModel::remove(const Asking& who) {
   connected_ = (network_ & 0xff) != 0;
   const auto refuse = [&](const Text& asserted, const Text& reported) {
     expect("assert parameter " + asserted + ": nil");
-    tellBuilt(who, [=, this](bool posted) {
+    completeBuilt(who, [=, this](bool posted) {
       return "none, " + made(required(reported, "nil", by(deleteMethod, posted), "Delete"));
     });
   };
@@ -287,7 +287,7 @@ void ReferenceModel::remove(const Asking& who) {
     return complete(who, "none, " + made(required("existedCard", message, deleteMethod, "Delete")));
   }
   if (!connected_) {
-    return tellBuilt(who, [this](bool) { return "none, " + made(noConnection); });
+    return completeBuilt(who, [this](bool) { return "none, " + made(noConnection); });
   }
 
   call("backend delete card-1 of guest", [=, this](const Brought& deleted) {

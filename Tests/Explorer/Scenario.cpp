@@ -168,12 +168,12 @@ std::vector<Scenario> singleOperations() {
        {.name = "no token, no completion", .completion = false, .confirmToken = std::nullopt}}};
   std::vector<Scenario> scenarios;
   const auto alone = [&](const char* name, const Operation& operation,
-                         std::size_t disturbances = 1) {
+                         std::size_t interferences = 1) {
     scenarios.push_back({.name = name,
                          .operations = {operation},
                          .replies = everyAnswer(),
                          .notifications = {lost, found},
-                         .disturbances = disturbances});
+                         .interferences = interferences});
   };
   alone("a first card", addFirst);
   alone("a first card, asked for otherwise", addFirstOtherwise, 0);
@@ -256,7 +256,7 @@ std::vector<Scenario> synchronisations() {
                          .replies = replies,
                          .bothThreads = false,
                          .notifications = {foreground, {Posted::Name::authorization, 1}},
-                         .disturbances = 1,
+                         .interferences = 1,
                          .kitGuestHasToken = true});
   };
   const Request silent{.name = "without a completion", .completion = false};
@@ -289,7 +289,7 @@ std::vector<Scenario> enablings() {
                            .operations = {enable, enable},
                            .replies = atOnce,
                            .notifications = notifications,
-                           .disturbances = 2,
+                           .interferences = 2,
                            .kitGuestHasToken = token,
                            .authorized = authorized});
     }

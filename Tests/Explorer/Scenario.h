@@ -105,7 +105,7 @@ struct Scenario {
   /// What may be posted.
   std::vector<Posted> notifications = {};
   /// How many things may come in between: a second answer, a release, a notification.
-  std::size_t disturbances = 0;
+  std::size_t interferences = 0;
   /// The kit's own guest has a token only if notifications are to synchronise.
   bool kitGuestHasToken = false;
   bool authorized = true;

@@ -113,11 +113,11 @@ Simulation::~Simulation() {
   Platform::install(nullptr);
 }
 
-const History& Simulation::play(const Scenario& scenario, std::size_t disturbances,
+const History& Simulation::play(const Scenario& scenario, std::size_t interferences,
                                 Choices& choices) {
   scenario_ = &scenario;
   choices_ = &choices;
-  disturbancesLeft_ = disturbances + scenario.disturbances;
+  interferencesLeft_ = interferences + scenario.interferences;
   begin();
   while (step()) {
   }
@@ -181,7 +181,7 @@ bool Simulation::step() {
     moves_.push_back({.kind = Move::Kind::neverAnswer, .call = call});
   }
   if (moves_.empty()) moves_.push_back({Move::Kind::end});
-  addDisturbances();
+  addInterferences();
 
   numbers_.clear();
   for (const auto& move : moves_) numbers_.push_back(numberOf(move));
@@ -206,7 +206,7 @@ void Simulation::react(std::size_t call) {
     if (!answersAtOnce) moves_.push_back({Move::Kind::goOn});
     if (waits) addAnswers(call, platform_->onMainThread);
     if (call == noCall) addStarts({platform_->onMainThread});
-    if (!answersAtOnce) addDisturbances();
+    if (!answersAtOnce) addInterferences();
 
     Move move = moves_[choices_->choose(moves_.size())];
     move.onMain = platform_->onMainThread;
@@ -258,8 +258,8 @@ void Simulation::addAnswers(std::size_t call, bool onMain) {
   }
 }
 
-void Simulation::addDisturbances() {
-  if (disturbancesLeft_ == 0) return;
+void Simulation::addInterferences() {
+  if (interferencesLeft_ == 0) return;
   for (std::size_t call = 0; call < calls_.size(); ++call) {
     const auto& answers = *calls_[call].answers;
     if (!calls_[call].answered || !calls_[call].answer) continue;
@@ -285,7 +285,7 @@ void Simulation::perform(Move move) {
   const auto events = history_.size();
   const auto outer = std::exchange(transition_.touched, {});
   ++depth_;
-  if (move.isDisturbance()) --disturbancesLeft_;
+  if (move.isInterference()) --interferencesLeft_;
   const bool before = std::exchange(platform_->onMainThread, move.onMain);
   const auto owner = std::exchange(platform_->owner, ownerOf(move));
   touch(move, platform_->owner);
@@ -303,7 +303,7 @@ void Simulation::perform(Move move) {
   // One that is silent does the same on every thread.
   const bool isAsAlone = move.onMain == (move.kind != Move::Kind::answerAgain) ||
                          (!posts && history_.size() == events);
-  if (depth_ == 1 && move.isDisturbance() && isAsAlone) {
+  if (depth_ == 1 && move.isInterference() && isAsAlone) {
     disturbed_.push_back(std::exchange(transition_.touched, outer));
   } else {
     transition_.touched.add(outer);
@@ -312,7 +312,7 @@ void Simulation::perform(Move move) {
 
 void Simulation::performAlone(const Move& move) {
   const bool mayDie = managerReleased_ || synchronizerReleased_ || kitReleased_ ||
-                      (!looksForManager(move) && disturbancesLeft_ > 0);
+                      (!looksForManager(move) && interferencesLeft_ > 0);
   const auto managers = manager_.use_count();
   const auto others = std::pair(kit_.use_count(), synchronizer_.use_count());
   onSerialQueue_ = move.kind == Move::Kind::runSerialQueue;
@@ -356,7 +356,7 @@ std::size_t Simulation::ownerOf(const Move& move) {
 void Simulation::touch(const Move& move, std::size_t owner) {
   auto& touched = transition_.touched;
   if (looksForManager(move)) touched.read(Touched::manager);
-  if (move.isDisturbance()) touched.write(Touched::disturbances);
+  if (move.isInterference()) touched.write(Touched::interferences);
   switch (move.kind) {
     case Move::Kind::goOn:
     case Move::Kind::end:
@@ -469,8 +469,9 @@ void Simulation::start(const Move& move) {
     card->ownError = errorOf(operation);
     enteredCards_.push_back(card);
   }
-  const auto whenGuestAndCard = [this, operation](auto toldGuest, auto toldCard, auto error) {
-    completed(operation, named(toldGuest) + ", " + named(toldCard) + ", " + madeAs(error));
+  const auto whenGuestAndCard = [this, operation](auto reportedGuest, auto reportedCard,
+                                                  auto error) {
+    completed(operation, named(reportedGuest) + ", " + named(reportedCard) + ", " + madeAs(error));
   };
   const auto ifWanted = [&](auto completion, auto wanted) {
     return request.completion ? decltype(wanted)(completion) : nullptr;
@@ -496,8 +497,8 @@ void Simulation::start(const Move& move) {
       return HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
           request.id, request.useCase, guest,
           ifWanted(
-              [this, operation](auto toldGuest, auto error) {
-                completed(operation, named(toldGuest) + ", " + madeAs(error));
+              [this, operation](auto reportedGuest, auto error) {
+                completed(operation, named(reportedGuest) + ", " + madeAs(error));
               },
               HLVSDKGuestCompletion()));
     case OperationKind::update:

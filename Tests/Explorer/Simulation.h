@@ -28,10 +28,10 @@ class Simulation {
   Simulation(const Simulation&) = delete;
   Simulation& operator=(const Simulation&) = delete;
 
-  /// Plays one history, to its end or until `choices` lets it be. `disturbances` says how many it
+  /// Plays one history, to its end or until `choices` lets it be. `interferences` says how many it
   /// may hold beyond those of the scenario. Whatever is left over at its end stands in the history
   /// as a line. The result is valid until the next call.
-  const History& play(const Scenario& scenario, std::size_t disturbances, Choices& choices);
+  const History& play(const Scenario& scenario, std::size_t interferences, Choices& choices);
   /// Frees the last history.
   void forget() { history_.clear(); }
 
@@ -63,7 +63,7 @@ class Simulation {
   void react(std::size_t call);
   void addStarts(std::vector<bool> threads);
   void addAnswers(std::size_t call, bool onMain);
-  void addDisturbances();
+  void addInterferences();
 
   std::uint64_t numberOf(const Move& move) const;
   void perform(Move move);
@@ -89,7 +89,7 @@ class Simulation {
   const std::shared_ptr<ScriptedHost> host_ = std::make_shared<ScriptedHost>();
   const Scenario* scenario_ = nullptr;
   Choices* choices_ = nullptr;
-  std::size_t disturbancesLeft_ = 0;
+  std::size_t interferencesLeft_ = 0;
 
   History history_;
   std::size_t depth_ = 0;
@@ -97,7 +97,7 @@ class Simulation {
   std::vector<std::uint64_t> numbers_;
   /// What the move that nothing surrounds has chosen and touched so far.
   Transition transition_;
-  /// What each disturbance inside it has touched that would do the same outside.
+  /// What each interference inside it has touched that would do the same outside.
   std::vector<Touched> disturbed_;
   bool onSerialQueue_ = false;
   std::vector<Call> calls_;

@@ -16,9 +16,9 @@ struct Touched {
   using Things = std::bitset<256>;
 
   enum Thing : std::size_t {
-    /// Which operation is next, and how many disturbances are left.
+    /// Which operation is next, and how many interferences are left.
     nextOperation,
-    disturbances,
+    interferences,
     /// Of the one guest that every operation gets.
     guestToken,
     /// With the flag that the manager keeps of it.

@@ -28,7 +28,7 @@ const auto words = [] {
   return all;
 }();
 
-/// By path. A card's code stands first, where no disturbance brings it under another name.
+/// By path. A card's code stands first, where no interference brings it under another name.
 const std::map<std::string, std::string> bodies = {
     {"/v1/guests/{email}", R"({"payment_token": "tok_x"})"},
     {"/v1/guests/{email}/cards", R"({"provider": 0, "credit_card": {

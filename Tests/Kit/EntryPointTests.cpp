@@ -23,7 +23,7 @@ class EntryPointTest : public KitTest {
   const std::shared_ptr<HLVSDKPaymentManager> entryPoint = HLVSDKPaymentManager::make();
 };
 
-TEST_F(EntryPointTest, BeforeEnablingNothingHappensAndNobodyIsTold) {
+TEST_F(EntryPointTest, BeforeEnablingNothingHappensAndNoCompletionRuns) {
   EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), nullptr);
   callEverything();
   platform->runEverything();

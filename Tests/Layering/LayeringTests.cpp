@@ -1,4 +1,5 @@
-// Who may include whom: ARCHITECTURE.md's table of folders, held against every source.
+// Who may include whom: ARCHITECTURE.md's table of folders, held against every source. And which
+// words stand for what: CONTRIBUTING.md's table of words, held against every text.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -166,6 +167,70 @@ TEST(Layering, HasNoCircleOfFolders) {
              }) > 0;
   }
   for (const auto& [folder, targets] : left) ADD_FAILURE() << folder << " is in a circle";
+}
+
+/// The words of a text in lower case; a name in camel case is several.
+std::vector<std::string> partsOf(const std::string& text) {
+  std::vector<std::string> parts(1);
+  bool wasLower = false;
+  for (const char each : text) {
+    const bool isUpper = each >= 'A' && each <= 'Z';
+    const bool isLetter = isUpper || (each >= 'a' && each <= 'z');
+    if (!isLetter || (isUpper && wasLower)) parts.emplace_back();
+    if (isLetter) parts.back() += static_cast<char>(each | 0x20);
+    wasLower = isLetter && !isUpper;
+  }
+  return parts;
+}
+
+/// The words that the table of words replaces, as they stand in a text.
+std::vector<std::string> ownWordsIn(const std::string& text) {
+  static const auto& replaced = *new std::set<std::string>([] {
+    std::set<std::string> words;
+    std::ifstream document(fs::path(HLV_SOURCE_DIR) / "CONTRIBUTING.md");
+    for (std::string line; std::getline(document, line) && !line.starts_with("## Words");) {
+    }
+    for (std::string line; std::getline(document, line) && !line.starts_with("## ");) {
+      if (!line.starts_with("| `")) continue;
+      for (const auto& word : wordsIn(line.substr(0, line.find(" | ")))) words.insert(word);
+    }
+    return words;
+  }());
+  EXPECT_GT(replaced.size(), 10U);
+  auto words = partsOf(text);
+  std::erase_if(words, [](const std::string& word) { return !replaced.contains(word); });
+  return words;
+}
+
+TEST(Words, AreThoseOfTheField) {
+  EXPECT_EQ(ownWordsIn("a NamedDoor, lanes_ and what the client told").size(), 3U);
+  EXPECT_EQ(ownWordsIn("indoors, planet, toldo").size(), 0U);
+  std::size_t read = 0;
+  for (auto entry = fs::recursive_directory_iterator(HLV_SOURCE_DIR); entry != fs::end(entry);
+       ++entry) {
+    const auto name = entry->path().filename().string();
+    if (entry->is_directory()) {
+      if (name == "build" || name == "corpus" || name[0] == '.') entry.disable_recursion_pending();
+      continue;
+    }
+    const std::set<std::string> texts = {".h",   ".cpp",  ".mm",    ".m",   ".js",
+                                         ".css", ".html", ".json",  ".py",  ".sh",
+                                         ".md",  ".txt",  ".cmake", ".lua", ""};
+    if (!texts.contains(entry->path().extension()) || name == "CONTRIBUTING.md" ||
+        name == "LayeringTests.cpp")
+      continue;
+    ++read;
+    std::ifstream file(entry->path());
+    std::size_t number = 0;
+    for (std::string line; std::getline(file, line);) {
+      ++number;
+      for (const auto& word : ownWordsIn(line)) {
+        ADD_FAILURE() << fs::relative(entry->path(), HLV_SOURCE_DIR).string() << ":" << number
+                      << ": " << word;
+      }
+    }
+  }
+  EXPECT_GT(read, 500U);
 }
 
 TEST(Layering, SeesArrowsThatTheTableDoesNotHave) {

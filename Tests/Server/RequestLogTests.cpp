@@ -82,7 +82,7 @@ TEST_F(RequestLogTest, HasEveryRequestRejectedOnesIncludedAndFindsThem) {
   EXPECT_EQ(har["entries"][0]["response"]["bodySize"], record["reply_bytes"]);
 }
 
-TEST_F(RequestLogTest, IsHeardWhileItIsWritten) {
+TEST_F(RequestLogTest, IsFollowedWhileItIsWritten) {
   serve();
   auto stream = listeningAt("GET /v1/sandbox/requests/stream");
   EXPECT_NE(stream.receiveUntil("\r\n\r\n").find("text/event-stream"), std::string::npos);

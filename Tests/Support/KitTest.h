@@ -41,12 +41,12 @@ class KitTest : public ::testing::Test {
   }
 
   HLVSDKGuestCardCompletion guestCard() {
-    return [this](auto toldGuest, auto toldCard, auto error) {
-      outcome = {outcome.count + 1, toldGuest, toldCard, error};
+    return [this](auto reportedGuest, auto reportedCard, auto error) {
+      outcome = {outcome.count + 1, reportedGuest, reportedCard, error};
     };
   }
   HLVSDKGuestCompletion guestOnly() {
-    return [this](auto toldGuest, auto error) { guestCard()(toldGuest, nullptr, error); };
+    return [this](auto reportedGuest, auto error) { guestCard()(reportedGuest, nullptr, error); };
   }
   HLVSDKPaylevenInstrumentCompletion tokenInstrument() {
     return [this](auto, auto, auto error) { guestCard()(nullptr, nullptr, error); };
