@@ -41,6 +41,9 @@ target_link_options(hlv_flags INTERFACE $<$<PLATFORM_ID:Linux>:LINKER:-z,now>)
 if(HLVSDKPAYLEVENKIT_SANITIZE)
   target_compile_options(hlv_flags INTERFACE
     -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # What clang 14 writes before each function for this check cannot stand before a coroutine.
+  target_compile_options(hlv_flags INTERFACE
+    $<$<COMPILE_LANG_AND_ID:CXX,Clang>:-fno-sanitize=function>)
   target_link_options(hlv_flags INTERFACE -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE})
 endif()
 
