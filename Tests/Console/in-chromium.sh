@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the tests of the console in Chromium, or another program that stands beside them. Copies of
-# them, and the modules that they need, go to FOLDER.
+# them and of the class that runs the server, and the modules that they need, go to FOLDER.
 # Usage: in-chromium.sh PAYLEVENKIT FOLDER [PROGRAM.js [ARGUMENT...]]
 set -euo pipefail
 sources=$(cd "$(dirname "$0")" && pwd)
@@ -15,7 +15,7 @@ cd "$2"
 shift 2
 
 rm -f ./*.js
-cp "$sources"/*.js .
+cp "$sources"/*.js "$sources/../Server/server.js" .
 if ! cmp -s "$sources/package-lock.json" node_modules/installed-by; then
   cp "$sources"/package*.json .
   npm ci --ignore-scripts --no-audit --no-fund --loglevel=error >&2

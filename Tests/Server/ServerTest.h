@@ -26,7 +26,6 @@ Json bodyOf(const Response& response);
 int portOf(const std::string& url);
 /// A header line of a key for requests that create something.
 std::string keyHeader(const std::string& key);
-inline const std::string minimal = "Prefer: return=minimal\r\n";
 
 /// `sandbox` looks at the server's default sandbox from beside it, as another process might.
 class ServerTest : public sandbox::SandboxTest {
