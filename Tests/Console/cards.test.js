@@ -1,30 +1,7 @@
-// A guest's cards: added, typed, changed, deleted, refused.
+// A guest's cards: typed and refused.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
 import { atEachSize, onConsole } from './stage.js';
-
-atEachSize('a further card, its new address, and its deletion reach both sides', async (guest) => {
-  await guest.settleIn();
-  await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
-  await guest.sees('Added mastercard •••• 4444.');
-  await seesCount(guest.matched, 2);
-  const card = guest.cards.filter({ hasText: '4444' });
-  await sees(card.filter({ hasText: 'private' }).filter({ hasText: 'Hamburg' }));
-
-  await guest.button('Update address of mastercard •••• 4444').click();
-  const dialog = guest.page.getByRole('dialog', { name: 'Billing address of mastercard •••• 4444' });
-  assert.equal(await dialog.getByLabel('City').inputValue(), 'Hamburg');
-  await dialog.getByLabel('City').fill('Bremen');
-  await dialog.getByRole('button', { name: 'Update' }).click();
-  await guest.sees('The billing address is changed.');
-  await sees(card.filter({ hasText: 'Bremen' }));
-
-  await guest.button('Delete mastercard •••• 4444').click();
-  await guest.sees('Deleted mastercard •••• 4444.');
-  await seesCount(guest.cards, 1);
-  await seesCount(guest.matched, 1);
-  await seesCount(guest.drifted, 0);
-});
 
 onConsole('a typed card leaves nothing on the page but its last four digits', async (guest) => {
   const number = '4242'.repeat(4);
