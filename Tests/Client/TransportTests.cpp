@@ -81,17 +81,6 @@ TEST_F(Transport, AReplyAfterTheTimeoutBelongsToNoOtherCall) {
   EXPECT_FALSE(std::get<0>(fetchCards())) << "this one brings no list";
 }
 
-TEST_F(Transport, CallsAfterOneAnotherShareAConnection) {
-  const CannedServer server({http(nothing, "200 OK"), Then::keep});
-  connect(server);
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(nameOf(std::get<1>(fetchCards())), "none");
-    EXPECT_EQ(nameOf(std::get<1>(listInstruments())), "none");
-  }
-  ASSERT_EQ(server.requests().size(), 6U);
-  for (const auto& request : server.requests()) EXPECT_EQ(request.connection, 1);
-}
-
 TEST_F(Transport, AConnectionIsNotKeptAfterAReplyThatLeavesItUnclear) {
   for (const std::string& bytes :
        {http(nothing, "200 OK") + http(nothing, "200 OK"),

@@ -4,7 +4,6 @@ import { sees, seesCount } from './person.js';
 import { atEachSize, onConsole } from './stage.js';
 
 const faults = [
-  { kind: 'refused', shows: 'The service cannot be reached.' },
   { kind: 'error', listed: 'createUserToken: error, code 500, once', shows: 'as the armed fault demands' },
   { kind: 'never', shows: 'The kit has not called the completion' },
   { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', shows: 'Added visa •••• 1111.' },

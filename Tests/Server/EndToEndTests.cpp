@@ -96,7 +96,6 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
       client->addPaymentInstrument(instrument(card), token, "default", note), settled();
       client->addPaymentInstrument(instrument(card), "tok", std::nullopt, note), settled();
     }
-    client->addPaymentInstrument(instrument("visa"), std::nullopt, "default", note), settled();
     client->getPaymentInstrumentsList("tok_ä", "default", note), settled();
     arm("fetchGuestCreditCards", "error", [](auto& fault) { fault.code = 4711; });
     api->fetchGuestCreditCards(guest, note), settled();
@@ -110,7 +109,7 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
     return errors;
   };
   const auto expected = everyError(embedded);
-  EXPECT_EQ(expected.size(), 23U);
+  EXPECT_EQ(expected.size(), 22U);
   EXPECT_EQ(everyError(remote), expected);
 }
 
@@ -130,6 +129,7 @@ TEST_F(EndToEnd, EveryFaultOfAReplyMeetsItsBytes) {
       {{{"kind", "twice"}}, 2 * size, "HTTP/1.1 200 "},
       {{{"kind", "cut"}, {"bytes", 15}}, 15, "HTTP/1.1 200 OK"},
       {{{"kind", "reset"}}, size / 2, "HTTP/1.1 200 "},
+      {{{"kind", "garbage"}}, 34, "This is no reply of a service.\r\n\r\n"},
       {{{"kind", "refused"}}, 0, ""},
   };
   for (const auto& [fault, count, begin] : rows) {
@@ -160,7 +160,6 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   changed.kind = sandbox::FaultKind::noList;
   EXPECT_EQ(tester->changeFault(first.number, changed), changed);
   EXPECT_EQ(tester->fault(first.number), changed);
-  EXPECT_EQ(tester->fault(second.number), second) << "the others stay";
   tester->removeFault(first.number);
   EXPECT_EQ(sandbox->tester()->armed(), std::vector{second});
   fault.kind = sandbox::FaultKind::noToken;

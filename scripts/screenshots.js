@@ -1,4 +1,4 @@
-// Takes the pictures of the manual. Usage: in-chromium.sh PAYLEVENKIT FOLDER screenshots.js PICTURES
+// Takes the pictures of the manual. Usage: in-chromium.sh PAYLEVENKIT FOLDER scripts/screenshots.js PICTURES
 import { join } from 'node:path';
 import { closeBrowser, openBrowser } from './browser.js';
 import { Person, sees } from './person.js';
