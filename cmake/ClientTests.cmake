@@ -5,7 +5,6 @@ hlv_add_tests(ClientTests
     Tests/Client/ClientTest.cpp
     Tests/Client/RecordTests.cpp
     Tests/Client/RemoteHostTests.cpp
-    Tests/Client/SandboxesTests.cpp
     Tests/Client/TransportTests.cpp
   LIBRARIES HLVSDKPaylevenClient hlv_records hlv_beast)
 hlv_precompile(ClientTests <nlohmann/json.hpp>)

@@ -10,17 +10,11 @@ function(hlv_add_server_test name file)
 endfunction()
 hlv_add_server_test(DocumentsFollowTheRecommendedRules lint.test.js)
 hlv_add_server_test(EveryReplyMatchesTheDocuments drive.test.js)
-hlv_add_server_test(OddBytesAreAnsweredOrRefused oddities.test.js)
 hlv_add_server_test(RequestsOfManyClientsKeepApart clients.test.js)
+hlv_add_server_test(LosesNothingThatWasAnsweredWhenItIsKilled kill.test.js)
 hlv_add_server_test(WorksBehindAProxyThatHashesBySandbox nginx.test.js)
 
 add_test(NAME Server.TheManualsExamplesWork
   COMMAND ${server_tests}/curl-examples.sh
           $<TARGET_FILE:paylevenkit> ${PROJECT_SOURCE_DIR}/docs/server.md)
 set_tests_properties(Server.TheManualsExamplesWork PROPERTIES TIMEOUT 120 LABELS ServerTests)
-
-add_test(NAME Server.LosesNothingThatWasAnsweredWhenItIsKilled
-  COMMAND python3 ${PROJECT_SOURCE_DIR}/Tests/Server/kill_under_load.py
-          $<TARGET_FILE:paylevenkit> 6)
-set_tests_properties(Server.LosesNothingThatWasAnsweredWhenItIsKilled PROPERTIES
-  TIMEOUT 120 LABELS ServerTests ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)

@@ -9,7 +9,6 @@ hlv_add_tests(ServerTests
   SOURCES
     Tests/Sandbox/SandboxTest.cpp
     Tests/Secrecy/CardDataSearch.cpp
-    Tests/Server/ClientsTests.cpp
     Tests/Server/ConsoleTests.cpp
     Tests/Server/EndToEndTests.cpp
     Tests/Server/HostileInputTests.cpp

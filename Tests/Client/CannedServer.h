@@ -35,7 +35,6 @@ class CannedServer {
     /// "GET /path HTTP/1.1"
     std::string line() const { return text.substr(0, text.find('\r')); }
     std::string header(const std::string& name) const;
-    std::string body() const { return text.substr(text.find("\r\n\r\n") + 4); }
   };
   using Script = std::function<Reply(const Request&)>;
 

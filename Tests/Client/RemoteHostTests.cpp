@@ -10,9 +10,12 @@ namespace {
 
 using Request = CannedServer::Request;
 
-std::string guestJson(int revision, const std::string& more) {
-  return "{\"email\":\"guest@example.com\",\"revision\":" + std::to_string(revision) +
-         ",\"payment_token\":null" + more + "}";
+/// The reply to a sign-in.
+std::string signedIn(const std::string& session) {
+  return CannedServer::http(
+      R"({"email":"guest@example.com","revision":1,"payment_token":null,"credit_cards":[],)"
+      R"("session":")" +
+      session + "\"}");
 }
 
 /// A backend that hands out one session after another.
@@ -23,9 +26,7 @@ class SessionServer : public CannedServer {
             [sessions = std::make_shared<std::atomic<int>>(0)](const Request& request) -> Reply {
               const auto line = request.line();
               if (line.starts_with("PUT ")) {
-                return {http(guestJson(1, ",\"credit_cards\":[],\"session\":\"ses_" +
-                                              std::to_string(++*sessions) + "\"")),
-                        Then::keep};
+                return {signedIn("ses_" + std::to_string(++*sessions)), Then::keep};
               }
               if (line.starts_with("DELETE ")) {
                 return {"HTTP/1.1 204 No Content\r\n\r\n", Then::keep};
@@ -81,8 +82,7 @@ TEST_F(RemoteHostTest, SigningOutForgetsTheSessionWhateverTheBackendSays) {
   for (const auto& [bytes, error] : rows) {
     const CannedServer server([&, reply = bytes](const Request& request) -> CannedServer::Reply {
       if (!request.line().starts_with("PUT ")) return {reply, Then::close};
-      return {CannedServer::http(guestJson(1, ",\"credit_cards\":[],\"session\":\"ses_a\"")),
-              Then::keep};
+      return {signedIn("ses_a"), Then::keep};
     });
     connect(server);
     ASSERT_EQ(remote->signIn(email), nullptr);

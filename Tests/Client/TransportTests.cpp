@@ -26,30 +26,19 @@ std::string many(const std::string& text, int times) {
 TEST_F(Transport, WhatIsNoWholeReplyOfAServiceIsOneErrorOfItsOwn) {
   const std::pair<std::string, std::string> rows[] = {
       {"", broken},
-      {"HTTP/1.1 200 OK\r\nContent-Le", broken},
       {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n{\"a\"", broken},
       {"garbage\r\n\r\n", unreadable},
-      {many("garbage", 10'000), unreadable},
       {"HTTP/1.1 200 OK\r\nX: " + many("x", 20'000) + "\r\n\r\n", unreadable},
-      {"HTTP/1.1 abc\r\n\r\n", unreadable},
-      {"HTTP/1.1 \r\n\r\n", unreadable},
-      {"HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\n", unreadable},
       {"HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\n", unreadable},
-      {"HTTP/1.1 200 OK\r\nContent-Length: 999999999\r\n\r\n", unreadable},
       {"HTTP/1.1 200 OK\r\n\r\n" + many("[", 2'000'000), unreadable},
-      {http("", "200 OK"), unreadable},
-      {http("null", "200 OK"), unreadable},
       {http("{\"credit_cards\":", "200 OK"), unreadable},
-      {http("[1, 2]", "200 OK"), unreadable},
       {http("{\"credit_cards\": 1, \"instruments\": \"x\"}", "200 OK"), unreadable},
       {http("{\"credit_cards\": [{}], \"instruments\": [{}]}", "200 OK"), unreadable},
       {http(many("[", 60'000), "200 OK"), unreadable},
       {http("{}", "302 Found"), unreadable},
-      {http("{\"error\": \"no\"}", "500 Internal Server Error"), unreadable},
       {http("{\"error\": {\"domain\": \"D\", \"number\": \"1\", \"message\": \"m\"}}", "400 B"),
        unreadable},
       {http("{\"error\": {\"domain\": \"D\", \"number\": 7, \"message\": \"\"}}", "418 T"), "D 7"},
-      {http(nothing, "200 OK") + "and more", "none"},
       {std::string("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2B\r\n") + nothing +
            "\r\n0\r\n\r\n",
        "none"},
@@ -90,17 +79,6 @@ TEST_F(Transport, AReplyAfterTheTimeoutBelongsToNoOtherCall) {
   late.set_value();
   connect(server);
   EXPECT_FALSE(std::get<0>(fetchCards())) << "this one brings no list";
-}
-
-TEST_F(Transport, CallsAfterOneAnotherShareAConnection) {
-  const CannedServer server({http(nothing, "200 OK"), Then::keep});
-  connect(server);
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(nameOf(std::get<1>(fetchCards())), "none");
-    EXPECT_EQ(nameOf(std::get<1>(listInstruments())), "none");
-  }
-  ASSERT_EQ(server.requests().size(), 6U);
-  for (const auto& request : server.requests()) EXPECT_EQ(request.connection, 1);
 }
 
 TEST_F(Transport, AConnectionIsNotKeptAfterAReplyThatLeavesItUnclear) {
@@ -231,10 +209,9 @@ TEST_F(Transport, OnThisSideTheNetworkCanBeOffToo) {
 
 TEST_F(Transport, OnlyAPlainURLIsOne) {
   const std::string good = "http://localhost";
-  for (const std::string url : {"", "127.0.0.1:80", "https://127.0.0.1:80", "http://", "http://:80",
-                                "http://a:", "http://a:0", "http://a:65536", "http://a b:80",
-                                "http://a:80\r\nX: y", "http://a:80//x", "http://a:80/x y",
-                                "http://a:80/x?y", "http://a:80/x#y", "http://a/\r\n"}) {
+  for (const std::string url :
+       {"", "127.0.0.1:80", "https://127.0.0.1:80", "http://:80", "http://a:", "http://a:65536",
+        "http://a b:80", "http://a:80\r\nX: y", "http://a:80//x", "http://a:80/x?y"}) {
     EXPECT_THROW((void)RemoteHost::open(local, {url, good}), ClientError) << url;
     EXPECT_THROW((void)RemoteHost::open(local, {good, url}), ClientError) << url;
   }

@@ -25,6 +25,7 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
   await leads(network, 'Space', 'The network is on.');
   await press(guest.app.getByRole('combobox', { name: 'Card' }), 'm');
   await leads(guest.button('Add card'), 'Space', 'Added mastercard •••• 4444.');
+  await seesCount(guest.matched, 1);
   const update = guest.button('Update address of mastercard •••• 4444');
   await press(update, 'Enter');
   await press(guest.dialog.getByLabel('Postcode'), 'A');
@@ -35,6 +36,7 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
   await leads(guest.button('Arm'), 'Enter', 'Armed');
   await leads(guest.button(/^Remove/), 'Enter', 'Removed', guest.button('Arm'));
   await leads(guest.button('Delete mastercard •••• 4444'), 'Enter', 'Deleted mastercard •••• 4444.', guest.button('Add card'));
+  await seesCount(guest.matched, 0);
 
   await press(guest.page.getByRole('link', { name: 'Requests' }), 'Enter');
   const request = guest.requests.getByRole('link', { name: '/app/guest' });

@@ -1,30 +1,7 @@
-// A guest's cards: added, typed, changed, deleted, refused.
+// A guest's cards: typed and refused.
 import assert from 'node:assert/strict';
-import { sees, seesCount } from './person.js';
+import { sees } from './person.js';
 import { atEachSize, onConsole } from './stage.js';
-
-atEachSize('a further card, its new address, and its deletion reach both sides', async (guest) => {
-  await guest.settleIn();
-  await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
-  await guest.sees('Added mastercard •••• 4444.');
-  await seesCount(guest.matched, 2);
-  const card = guest.cards.filter({ hasText: '4444' });
-  await sees(card.filter({ hasText: 'private' }).filter({ hasText: 'Hamburg' }));
-
-  await guest.button('Update address of mastercard •••• 4444').click();
-  const dialog = guest.page.getByRole('dialog', { name: 'Billing address of mastercard •••• 4444' });
-  assert.equal(await dialog.getByLabel('City').inputValue(), 'Hamburg');
-  await dialog.getByLabel('City').fill('Bremen');
-  await dialog.getByRole('button', { name: 'Update' }).click();
-  await guest.sees('The billing address is changed.');
-  await sees(card.filter({ hasText: 'Bremen' }));
-
-  await guest.button('Delete mastercard •••• 4444').click();
-  await guest.sees('Deleted mastercard •••• 4444.');
-  await seesCount(guest.cards, 1);
-  await seesCount(guest.matched, 1);
-  await seesCount(guest.drifted, 0);
-});
 
 onConsole('a typed card leaves nothing on the page but its last four digits', async (guest) => {
   const number = '4242'.repeat(4);
@@ -50,7 +27,7 @@ onConsole('a typed card leaves nothing on the page but its last four digits', as
   assert.ok(!words.includes(code), 'the code is still there');
 });
 
-atEachSize('an add is refused, and says so, without network and without a guest', async (guest) => {
+atEachSize('an add is refused, and says so, without network, and signing out is undone', async (guest) => {
   await guest.signIn();
   const network = guest.app.getByRole('switch', { name: 'Network' });
   await network.uncheck();
@@ -64,11 +41,6 @@ atEachSize('an add is refused, and says so, without network and without a guest'
   await guest.button('Sign out').click();
   await guest.sees('Signed out.');
   await sees(guest.verdict.filter({ hasText: 'Nobody is signed in.' }));
-  await guest.add();
-  await guest.sees('Nobody is signed in.');
-  await seesCount(guest.cards, 0);
-  await guest.signIn();
-  await guest.button('Sign out').click();
   await guest.button('Undo').click();
   await guest.sees('Signed in again.');
 });

@@ -4,8 +4,6 @@ import { sees, seesCount } from './person.js';
 import { atEachSize, onConsole } from './stage.js';
 
 const faults = [
-  { kind: 'refused', shows: 'The service cannot be reached.' },
-  { kind: 'garbage', shows: 'What the service answered cannot be read.' },
   { kind: 'error', listed: 'createUserToken: error, code 500, once', shows: 'as the armed fault demands' },
   { kind: 'never', shows: 'The kit has not called the completion' },
   { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', shows: 'Added visa •••• 1111.' },
@@ -38,7 +36,7 @@ atEachSize('faults last, are edited, removed and brought back, and have the kind
   await guest.button('Save').click();
   const changed = 'createUserToken: error, code 500, status 503, Retry-After: 3, always';
   await guest.sees(`Changed ${changed}.`);
-  const reply = await fetch(`${server.urlOf('provider')}/v1/users`, {
+  const reply = await fetch(`${server.urls.provider}/v1/users`, {
     method: 'POST', headers: { 'X-API-Key': 'any', 'Content-Type': 'application/json' },
     body: JSON.stringify({ email: 'guest@example.com', credit_card: { number: '4242'.repeat(4), expiry_month: '12', expiry_year: '2035', security_code: '9'.repeat(3), card_holder: 'A. Guest' } }),
   });
@@ -96,9 +94,9 @@ onConsole('a page shows within a second that its server has gone, and is back', 
   await isSaid('The server is gone.');
   await guest.button('Come to the foreground').click();
   await guest.sees('No reply came: the server is gone');
-  const before = server.url;
+  const before = server.urls.console;
   await server.start();
-  assert.equal(server.url, before);
+  assert.equal(server.urls.console, before);
   await isSaid('Live');
   await guest.add({ card: 'mastercard', useCase: 'private' });
   await guest.sees('Added mastercard •••• 4444.');

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the tests of the console in Chromium, or another program that stands beside them. Copies of
-# them, and the modules that they need, go to FOLDER.
+# Runs the tests of the console in Chromium, or a program that uses what they use. Copies of it, of
+# them and of the class that runs the server, and the modules that they need, go to FOLDER.
 # Usage: in-chromium.sh PAYLEVENKIT FOLDER [PROGRAM.js [ARGUMENT...]]
 set -euo pipefail
 sources=$(cd "$(dirname "$0")" && pwd)
@@ -11,16 +11,17 @@ CHROMIUM=$(command -v chromium) || {
 }
 export PAYLEVENKIT CHROMIUM
 mkdir -p "$2"
+program=${3:+$(realpath "$3")}
 cd "$2"
 shift 2
 
 rm -f ./*.js
-cp "$sources"/*.js .
+cp "$sources"/*.js "$sources/../Server/server.js" ${program:+"$program"} .
 if ! cmp -s "$sources/package-lock.json" node_modules/installed-by; then
   cp "$sources"/package*.json .
   npm ci --ignore-scripts --no-audit --no-fund --loglevel=error >&2
   cp package-lock.json node_modules/installed-by
 fi
 
-[ $# -eq 0 ] || exec node "$@"
+[ $# -eq 0 ] || exec node "$(basename "$1")" "${@:2}"
 exec timeout --kill-after=10 280 node --test --test-concurrency=2 --test-reporter=spec ./*.test.js

@@ -4,7 +4,7 @@ import { sees, seesCount } from './person.js';
 import { atEachSize, onConsole } from './stage.js';
 
 atEachSize('requests are listed as they come, filtered, shown, copied and exported', async (guest, server) => {
-  const [backend, provider] = [server.urlOf('backend'), server.urlOf('provider')];
+  const { backend, provider } = server.urls;
   const asProvider = { headers: { 'X-API-Key': 'any' } };
   await guest.settleIn();
   await guest.arm('addPaymentInstrument', 'refused');
@@ -63,7 +63,7 @@ atEachSize('a sandbox is made, visited, moved in time, taken back and deleted', 
   await guest.sees('Made beside.');
   await guest.dialog.getByRole('link', { name: 'beside' }).click();
   await sees(guest.button('Sandbox: beside'));
-  assert.equal(guest.page.url(), `${server.url}/sandboxes/beside/`);
+  assert.equal(guest.page.url(), `${server.urls.console}/sandboxes/beside/`);
   await guest.settleIn();
 
   await openSandboxes();
@@ -93,8 +93,8 @@ atEachSize('a sandbox is made, visited, moved in time, taken back and deleted', 
 onConsole('nine pages of nine sandboxes are live, and two pages of one sandbox see the same', async (guest, server, open) => {
   const pages = [guest];
   for (let number = 1; number < 9; ++number) {
-    await fetch(`${server.url}/v1/sandboxes/number-${number}`, { method: 'PUT' });
-    pages.push(await open(`${server.url}/sandboxes/number-${number}/`));
+    await fetch(`${server.urls.console}/v1/sandboxes/number-${number}`, { method: 'PUT' });
+    pages.push(await open(`${server.urls.console}/sandboxes/number-${number}/`));
   }
   const beside = await open();
   await beside.settleIn();
@@ -107,7 +107,7 @@ onConsole('nine pages of nine sandboxes are live, and two pages of one sandbox s
     await page.add();
     await page.sees(page === guest ? 'Added visa' : 'Nobody is signed in.');
   }
-  await fetch(`${server.url}/v1/sandboxes/number-8`, { method: 'DELETE' });
+  await fetch(`${server.urls.console}/v1/sandboxes/number-8`, { method: 'DELETE' });
   await sees(pages[8].connection.filter({ hasText: 'This sandbox was deleted.' }));
   await sees(guest.connection.filter({ hasText: 'Live' }));
 });

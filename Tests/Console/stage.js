@@ -3,14 +3,9 @@ import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
 import { closeBrowser, openBrowser } from './browser.js';
 import { Person } from './person.js';
-import { Server } from './server.js';
+import { masked, Server } from './server.js';
 
 after(closeBrowser);
-// Which ends the browser and the server, too.
-process.once('SIGTERM', () => process.exit(1));
-
-/** Nothing that a test prints shows a card number. */
-const masked = (text) => text.replace(/\d(?:[ -]?\d){11,}/g, '(a long number)');
 
 /** What no page may do, whatever happens to it. */
 function complaintsOf(context, url) {
@@ -38,8 +33,8 @@ export function onConsole(name, body, view = {}) {
     await server.start();
     const context = await (await openBrowser()).newContext({ viewport: { width: 1280, height: 800 }, ...view });
     context.setDefaultTimeout(15_000);
-    const complaints = complaintsOf(context, server.url);
-    const open = async (url = server.url) => {
+    const complaints = complaintsOf(context, server.urls.console);
+    const open = async (url = server.urls.console) => {
       const person = new Person(await context.newPage());
       await person.page.goto(url);
       await person.connection.filter({ hasText: 'Live' }).waitFor();
@@ -51,10 +46,10 @@ export function onConsole(name, body, view = {}) {
       await body(person, server, open);
       assert.deepEqual(complaints, []);
       await context.close();
-      assert.equal(await server.end('SIGTERM'), 0, 'how the server ended');
+      assert.equal(await server.end(), 0, 'how the server ended');
     } catch (error) {
       const seen = await person?.seen().catch(() => 'no more');
-      throw new Error(masked([error.stack, '— seen:', seen, '— the server said:', server.said, ...complaints].join('\n')));
+      throw new Error(masked([error.stack, '— seen:', seen, '— the server said:', server.output, ...complaints].join('\n')));
     } finally {
       await context.close();
       server.abandon();

@@ -74,7 +74,7 @@ onConsole('what the kit drops says why, and what it asks for meanwhile joins the
 });
 
 onConsole('an older operation is chosen, filtered and exported while new ones come', async (guest, server) => {
-  const another = () => fetch(`${server.url}/app/foreground`, { method: 'POST', headers: { 'Content-Type': 'application/json' }, body: '{}' });
+  const another = () => fetch(`${server.urls.console}/app/foreground`, { method: 'POST', headers: { 'Content-Type': 'application/json' }, body: '{}' });
   const filter = guest.timeline.getByLabel('Filter');
   const later = guest.operations.filter({ hasText: 'foreground' });
   await guest.settleIn();

@@ -18,21 +18,6 @@ using hlv::host_classes::newObject;
 }
 @end
 
-/// An app's own client of the provider, which keeps the block of a new token.
-@interface TestProvider : PLVInAppClient {
- @public
-  void (^created)(NSString*, NSError*);
-}
-@end
-@implementation TestProvider
-- (void)createUserToken:(NSString*)email
-    withPaymentInstrument:(PLVPaymentInstrument*)paymentInstrument
-               andUseCase:(NSString*)useCase
-            andCompletion:(void (^)(NSString*, NSError*))completion {
-  created = Block_copy(completion);
-}
-@end
-
 namespace {
 
 class MemoryTest : public ObjCTest {
@@ -150,18 +135,6 @@ TEST_F(MemoryTest, AnInstanceThatIsReleasedReceivesNoNotification) {
   }
   post(@"UIApplicationWillEnterForegroundNotification");
   EXPECT_EQ(host->takeTrace(), "");
-}
-
-TEST_F(MemoryTest, AServicesThreadNeedsNoPool) {
-  TestProvider* const own = [[TestProvider new] autorelease];
-  [(HLVSDKPaylevenPaymentInstrumentManager*)[HLVSDKPaymentManager sharedManager]
-      setPaymentClient:own];
-  add(card, guest, nil);
-  onAnotherThread([&] {
-    own->created(@"tok", nil);
-    Block_release(own->created);
-  });
-  EXPECT_EQ(provider.lists.count(), 1u);
 }
 
 TEST_F(MemoryTest, ASynchroniserMayGoWhileItsQueueWorks) {

@@ -16,7 +16,7 @@ struct Row {
   std::string body;
   int status;
   std::string code;
-  std::string headers = {};
+  std::string headers = "X-API-Key: key\r\n";
 };
 
 class HostileInput : public ServerTest {
@@ -50,12 +50,6 @@ class HostileInput : public ServerTest {
     EXPECT_EQ(kept(), before);
   }
 
-  static std::string changed(const std::function<void(Json&)>& change) {
-    auto body = newCard();
-    change(body);
-    return body.dump();
-  }
-
   std::string ID_;
   std::string token_;
 };
@@ -63,122 +57,72 @@ class HostileInput : public ServerTest {
 TEST_F(HostileInput, TheBackendRefusesWhatItCannotTakeAndChangesNothing) {
   const auto cards = "POST " + guestPath() + "/cards";
   const auto card = guestPath() + "/cards/" + ID_;
-  const auto in = [](const char* key, Json value) {
-    return changed([&](Json& body) { body["credit_card"][key] = value; });
+  const auto in = [](const char* key, const Json& value) {
+    auto body = newCard();
+    body["credit_card"][key] = value;
+    return body.dump();
   };
   std::vector<Row> rows = {
       {cards, "", 415, "unsupported-media-type"},
-      {cards, "{", 400, "malformed-json"},
       {cards, std::string(60'000, '['), 400, "malformed-json"},
-      {cards, "{\"a\": 1e999}", 400, "malformed-json"},
-      {cards, "[]", 422, "wrong-type"},
-      {cards, changed([](auto& body) { body["provider"] = "0"; }), 422, "wrong-type"},
-      {cards, changed([](auto& body) { body["pan"] = 1; }), 422, "unknown-member"},
+      {cards, in("pan", 1), 422, "unknown-member"},
       {cards, in("brand", nullptr), 422, "wrong-type"},
       {cards, in("use_case", "theirs"), 400, "invalid-request"},
       {cards, in("card_holder", "no " + PAN), 422, "card-number-refused"},
-      {cards, in("external_identifier", "4111 1111 1111 1111"), 422, "card-number-refused"},
       {cards, in("card_holder", std::string("a\0b", 3)), 422, "unreadable-text"},
-      {cards, in("card_holder", std::string(2'000, 'a')), 422, "unreadable-text"},
-      {cards, in("billing_address", {{"city", 1}}), 422, "wrong-type"},
-      {cards, in("billing_address", {{"planet", "x"}}), 422, "unknown-member"},
       {"POST /v1/guests/other@example.com/cards", newCard().dump(), 404, "unknown-guest"},
-      {"PATCH " + card, "{\"city\": null}", 422, "wrong-type"},
       {"PATCH " + card, "{\"city\": \"" + PAN + "\"}", 422, "card-number-refused"},
       {"PATCH " + guestPath() + "/cards/none", "{}", 404, "unknown-card"},
-      {"PATCH " + guestPath(), "{\"payment_token\": 1}", 422, "wrong-type"},
       {"DELETE " + guestPath() + "/cards/" + PAN, "", 404, "unknown-card"},
-      {"GET /v1/guests/other@example.com", "", 404, "unknown-guest"},
-      {"PUT /v1/guests/nobody", "", 400, "invalid-request"},
       {"PUT /v1/guests/" + PAN + "@example.com", "", 400, "invalid-request"},
   };
   refuses(server->backendURL(), rows);
 }
 
 TEST_F(HostileInput, TheProviderRefusesWhatItCannotTakeAndChangesNothing) {
-  const std::string key = "X-API-Key: key\r\n";
   const auto list = "/v1/users/" + token_ + "/instruments";
   const auto with = [](const char* member, const Json& value) {
-    Json card = {{"number", PAN},
-                 {"expiry_month", "12"},
-                 {"expiry_year", "2035"},
-                 {"security_code", "123"},
-                 {"card_holder", "A Guest"}};
-    card[member] = value;
-    return Json{{"email", "guest@example.com"}, {"use_case", "default"}, {"credit_card", card}};
+    auto user = newUser();
+    user["credit_card"][member] = value;
+    return user.dump();
   };
-  const auto good = with("number", PAN).dump();
-  auto numberAsAddress = with("number", PAN);
-  numberAsAddress["email"] = PAN + "@example.com";
-  auto nestedDeeply = with("number", PAN);
-  for (int i = 0; i < 10; ++i) nestedDeeply = {{"credit_card", nestedDeeply}};
   const std::vector<Row> rows = {
-      {"POST /v1/users", good, 401, "not-registered", ""},
-      {"POST /v1/users", good, 401, "not-registered", "X-API-Key:\r\n"},
-      {"POST /v1/users", "{}", 422, "wrong-type", key},
-      {"POST /v1/users", PAN + "x", 400, "malformed-json", key},
-      {"POST /v1/users", nestedDeeply.dump(), 400, "malformed-json", key},
-      {"POST /v1/users", numberAsAddress.dump(), 422, "card-number-refused", key},
-      {"POST /v1/users", with("number", 4).dump(), 422, "wrong-type", key},
-      {"POST /v1/users", with("number", "4111111111111112").dump(), 422, "malformed-card", key},
-      {"POST /v1/users", with("number", "4000000000000002").dump(), 422, "card-declined", key},
-      {"POST /v1/users", with("pin", "1").dump(), 422, "unknown-member", key},
-      {"POST " + list + "?use_case=default", good, 422, "unknown-member", key},
-      {"GET " + list + "?use_case=" + PAN, "", 422, "unknown-use-case", key},
-      {"GET /v1/users/" + PAN + "/instruments?use_case=default", "", 404, "unknown-token", key},
-      {"DELETE " + list + "/none?use_case=default", "", 404, "instrument-gone", key},
+      {"POST /v1/users", newUser().dump(), 401, "not-registered", ""},
+      {"POST /v1/users", PAN + "x", 400, "malformed-json"},
+      {"POST /v1/users", newUser("visa", PAN + "@example.com").dump(), 422, "card-number-refused"},
+      {"POST /v1/users", with("number", "4000000000000002"), 422, "card-declined"},
+      {"POST /v1/users", with("pin", "1"), 422, "unknown-member"},
+      {"GET " + list + "?use_case=" + PAN, "", 422, "unknown-use-case"},
+      {"GET /v1/users/" + PAN + "/instruments?use_case=default", "", 404, "unknown-token"},
+      {"DELETE " + list + "/none?use_case=default", "", 404, "instrument-gone"},
   };
   refuses(server->providerURL(), rows);
 }
 
 TEST_F(HostileInput, ControlAndSandboxesTakeNothingElse) {
-  const std::string key = "X-API-Key: key\r\n";
   const std::string faults = "POST /v1/sandbox/faults";
   const auto created = require(201, askProvider("POST /v1/sandboxes", {{"id", "a"}}));
-  require(201, askProvider("POST /v1/sandboxes", {{"id", "due"}, {"ttl_seconds", 60}}));
   std::vector<Row> rows = {
-      {faults, R"({"operation": "fly", "kind": "error"})", 422, "fault-refused"},
-      {faults, R"({"operation": "createUserToken", "kind": "x"})", 422, "fault-refused"},
       {faults, R"({"operation": "createUserToken", "kind": "error", "times": 0})", 422,
        "fault-refused"},
-      {faults, R"({"operation": "createUserToken", "kind": "error", "status": 200})", 422,
-       "fault-refused"},
-      {faults, R"({"operation": "createUserToken", "kind": "error", "times": 1.5})", 422,
-       "wrong-type"},
       {"PATCH /v1/sandbox/faults/x", "{}", 404, "no-such-fault"},
       {"POST /v1/sandbox/scenarios", R"({"name": "x"})", 422, "scenario-refused"},
       {"POST /v1/sandbox/scenarios", R"({"name": "lost-token", "guest": "x@y"})", 404,
        "unknown-guest"},
       {"GET /v1/sandbox/sides?guest=" + PAN, "", 404, "unknown-guest"},
       {"PUT /v1/sandbox/clock", R"({"now": "2001-01-01T00:00:00Z"})", 422, "clock-backwards"},
-      {"PUT /v1/sandbox/clock", R"({"now": "tomorrow"})", 422, "wrong-type"},
-      {"PUT /v1/sandbox/network", R"({"on": "yes"})", 422, "wrong-type"},
-      {"POST /v1/sandbox/restore", R"({"snapshot": "snp_none"})", 404, "no-such-snapshot"},
-      {"GET /v1/sandbox/requests?limit=-1", "", 422, "wrong-type"},
       {"GET /v1/sandbox/requests/" + PAN, "", 404, "no-such-request"},
       {"POST /v1/sandboxes", R"({"id": "a"})", 409, "sandbox-exists"},
-      {"PUT /v1/sandboxes/a", "", 409, "sandbox-exists"},
       {"PUT /v1/sandboxes/" + PAN, "", 422, "invalid-id"},
-      {"PUT /v1/sandboxes/b", R"({"id": "c"})", 422, "invalid-id"},
-      {"POST /v1/sandboxes", R"({"id": "../a"})", 422, "invalid-id"},
-      {"POST /v1/sandboxes", R"({"clock": "2001-01-01T00:00:00Z"})", 422, "clock-backwards"},
       {"POST /v1/sandboxes", R"({"snapshot": "../../store"})", 404, "no-such-snapshot"},
       {"POST /v1/sandboxes", R"({"ttl_seconds": 0})", 422, "invalid-time-to-live"},
-      {"POST /v1/sandboxes", R"({"name": "x"})", 422, "unknown-member"},
-      {"GET /v1/sandboxes?limit=0", "", 422, "wrong-type"},
       {"DELETE /v1/sandboxes/default", "", 409, "default-sandbox"},
-      {"DELETE /v1/sandboxes/none", "", 404, "no-such-sandbox"},
-      {"DELETE /v1/snapshots/none", "", 404, "no-such-snapshot"},
-      {"GET /sandboxes/none/v1/sandbox", "", 404, "no-such-sandbox"},
       {"GET /sandboxes/" + PAN + "/v1/sandbox", "", 404, "no-such-sandbox"},
-      {"GET /sandboxes//v1/sandbox", "", 404, "no-such-sandbox"},
-      {"DELETE /v1/sandbox", "", 405, "method-not-allowed"},
   };
-  for (auto& row : rows) row.headers = key;
   refuses(server->providerURL(), rows);
   const auto none = askBackend("GET /sandboxes/none" + guestPath());
   EXPECT_EQ(require(404, none)["error"]["message"], "There is no sandbox of this name.");
-  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes"))["sandboxes"].size(), 3U);
+  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes"))["sandboxes"].size(), 2U);
   EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes/a"))["created"], created["created"]);
 }
 
@@ -205,13 +149,9 @@ TEST_F(HostileInput, ADiskThatIsFullIsTheServersFaultAndLosesNothing) {
   const std::pair<std::string, Json> rows[] = {
       {"POST /v1/users", newUser("visa", "new@example.com")},
       {"POST /v1/users/" + token_ + "/instruments?use_case=default", enteredCard()},
-      {"POST /v1/sandbox/faults", {{"operation", "createUserToken"}, {"kind", "error"}}},
       {"POST /v1/sandbox/scenarios", {{"name", "lost-token"}, {"guest", email}}},
       {"POST /v1/sandbox/reset", Json::object()},
       {"POST /v1/sandbox/snapshots", Json::object()},
-      {"PUT /v1/sandbox/clock", {{"advance_seconds", 1}}},
-      {"PUT /v1/sandbox/network", {{"on", false}}},
-      {"POST /v1/sandboxes", Json::object()},
       {"POST /v1/sandboxes", {{"id", "b"}}},
       {"DELETE /v1/sandboxes/a", nullptr},
   };

@@ -75,22 +75,5 @@ TEST_F(IdempotencyKeys, ARefusalIsKeptAndAFailureOfTheServiceIsNot) {
   EXPECT_EQ(sandbox->backendCards().size(), 1U);
 }
 
-TEST_F(IdempotencyKeys, WhoseReplyWasLostOnTheWayGetsItWhenAskingAgain) {
-  for (const auto* kind : {"reset", "garbage", "refused", "cut", "stalled", "never"}) {
-    const auto cuts = [&](sandbox::Fault& fault) {
-      if (fault.kind == sandbox::FaultKind::cut) fault.bytes = 20;
-    };
-    arm("createUserToken", kind, cuts);
-    serveImpatiently();
-    const auto lost = createUser(kind).body;
-    serve();
-    const auto reply = createUser(kind);
-    EXPECT_EQ(reply.status, 201) << kind;
-    EXPECT_EQ(createUser(kind).body, reply.body) << kind;
-    EXPECT_LT(lost.size(), reply.body.size()) << kind;
-  }
-  EXPECT_EQ(sandbox->providerInstruments().size(), 6U) << "one for each key";
-}
-
 }  // namespace
 }  // namespace hlv::server

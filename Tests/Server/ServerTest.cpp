@@ -47,17 +47,12 @@ void ServerTest::serve(const std::function<void(ServerOptions&)>& change) {
   if (!sandbox) start();
 }
 
-void ServerTest::serveImpatiently() {
-  serve([](ServerOptions& wanted) {
-    wanted.listening.limits.answerTime = std::chrono::milliseconds(20);
-  });
-}
-
-void ServerTest::connect(std::chrono::milliseconds timeout) {
+void ServerTest::serveAndConnect() {
+  serve();
   sandbox::SandboxOptions localOptions;
   localOptions.storePath = path("local");
   local = sandbox::Sandbox::open(localOptions).value();
-  remote = client::RemoteHost::open(local, {server->backendURL(), server->providerURL(), timeout});
+  remote = client::RemoteHost::open(local, {server->backendURL(), server->providerURL()});
   Host::install(remote);
   ASSERT_EQ(nameOf(remote->signIn(email)), "none");
   ASSERT_TRUE(local->signIn(email));

@@ -26,7 +26,6 @@ Json bodyOf(const Response& response);
 int portOf(const std::string& url);
 /// A header line of a key for requests that create something.
 std::string keyHeader(const std::string& key);
-inline const std::string minimal = "Prefer: return=minimal\r\n";
 
 /// `sandbox` looks at the server's default sandbox from beside it, as another process might.
 class ServerTest : public sandbox::SandboxTest {
@@ -37,16 +36,9 @@ class ServerTest : public sandbox::SandboxTest {
 
   /// Opens the server on the test's store; again, where one is open. Requests are held for an hour.
   void serve(const std::function<void(ServerOptions&)>& change = {});
-  /// The same, at the same ports, with requests that are held for no time worth mentioning: for
-  /// those alone that may end without a reply.
-  void serveImpatiently();
   ServerOptions options() const;
-  /// A host that speaks to the server, with the guest signed in on both sides.
-  void connect(std::chrono::milliseconds timeout = std::chrono::seconds(30));
-  void serveAndConnect() {
-    serve();
-    connect();
-  }
+  /// The same, and a host that speaks to the server, with the guest signed in on both sides.
+  void serveAndConnect();
 
   // Requests over connections of their own.
 

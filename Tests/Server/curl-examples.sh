@@ -57,17 +57,8 @@ while IFS= read -r line <&4; do
 done 4<"$manual"
 [ "$examples" -ge 60 ] || fail "only $examples examples were found in $manual"
 
-# The command itself, on the other side of the connection.
-phone() { "$paylevenkit" --store phone.sqlite --backend "$BACKEND" --provider "$PROVIDER" "$@"; }
-phone sign-in second@example.com >shown
-phone add --test-card visa >shown
-grep -q "Both sides agree" shown || fail "$(cat shown)"
-! phone demo 2>shown || fail "demo was not refused"
-
 # A service that is shown to end does so cleanly, and takes its ports file along.
 kill -TERM "$server"
 wait "$server" || fail "the services ended with $?"
 [ ! -e ports.json ] || fail "the ports file was left"
-! phone add --test-card visa 2>shown || fail "services that have ended were spoken to"
-grep -q "cannot be reached" shown || fail "$(cat shown)"
 echo "$examples examples"

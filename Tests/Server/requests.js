@@ -38,11 +38,9 @@ const oddParts = ['', '.', '..', '%00', '%ff', '%', '%zz', '%2F', '%2e%2e', '*',
 const oddQueries = ['', '&', '=', '&&==', 'x=%', 'x=%zz', 'x=%00', 'after=-1', 'after=x', 'limit=0', 'limit=-5', 'limit=1e9', 'limit=99999999999', 'use_case=', 'use_case=other', 'use_case=private&use_case=business',
   'number=x', 'number=1.5', 'guest=', 'guest=nobody@example.com', 'status=4', 'status=9xx', 'fault=other', `q=${'x'.repeat(3_000)}`, 'a[]=1', 'unknown=1'];
 const oddHeaders = [
-  { 'X-API-Key': undefined }, { 'X-API-Key': '' }, { Authorization: 'Bearer ses_unknown' }, { Authorization: 'Bearer' }, { Authorization: 'Basic YTpi' }, { Authorization: 'x'.repeat(4_000) },
-  { 'Content-Type': 'text/plain' }, { 'Content-Type': '' }, { 'Content-Type': 'application/json; charset=utf-16' }, { 'Content-Type': 'application/jsonx' }, { 'Content-Encoding': 'gzip' },
-  { Prefer: 'return=representation' }, { Prefer: '=,;' }, { Prefer: 'x'.repeat(4_000) }, { 'Idempotency-Key': '' }, { 'Idempotency-Key': 'a b' }, { 'Idempotency-Key': 'x'.repeat(201) },
-  { Host: 'elsewhere.example' }, { Host: '' }, { Origin: 'http://elsewhere.example' }, { Origin: 'null' }, { Range: 'bytes=0-1' }, { 'If-None-Match': '*' }, { 'Accept-Encoding': 'gzip' }, { Accept: 'text/html' },
-  { 'X-HTTP-Method-Override': 'DELETE' }, { Expect: '200-ok' }, { Cookie: 'x'.repeat(3_000) }, { 'X-Filler': 'x'.repeat(60_000) },
+  { 'X-API-Key': undefined }, { 'X-API-Key': '' }, { Authorization: 'Bearer ses_unknown' }, { Authorization: 'Bearer' }, { Authorization: 'x'.repeat(4_000) },
+  { 'Content-Type': 'text/plain' }, { 'Content-Type': '' }, { 'Content-Encoding': 'gzip' }, { Prefer: '=,;' }, { 'Idempotency-Key': '' }, { 'Idempotency-Key': 'x'.repeat(201) },
+  { Host: 'elsewhere.example' }, { Host: '' }, { Origin: 'http://elsewhere.example' }, { Origin: 'null' }, { Range: 'bytes=0-1' }, { Expect: '200-ok' }, { 'X-Filler': 'x'.repeat(60_000) },
 ];
 const methods = ['GET', 'HEAD', 'POST', 'PUT', 'PATCH', 'DELETE', 'OPTIONS', 'PROPFIND', 'LOCK', 'MKCOL'];
 

@@ -37,7 +37,7 @@ export class Server {
   #options;
   #process;
 
-  /** With further options of `serve`. */
+  /** With further options of `serve`. Started again, it is on the same store. */
   constructor(...options) {
     this.#options = options;
   }
@@ -48,6 +48,7 @@ export class Server {
       { stdio: ['ignore', 'pipe', 'pipe'] });
     started.add(this);
     this.output = '';
+    this.urls = {};
     const listening = new Promise((resolve, reject) => {
       const read = (piece) => {
         this.output += piece;

@@ -1,4 +1,4 @@
-// Takes the pictures of the manual. Usage: in-chromium.sh PAYLEVENKIT FOLDER screenshots.js PICTURES
+// Takes the pictures of the manual. Usage: in-chromium.sh PAYLEVENKIT FOLDER scripts/screenshots.js PICTURES
 import { join } from 'node:path';
 import { closeBrowser, openBrowser } from './browser.js';
 import { Person, sees } from './person.js';
@@ -17,7 +17,7 @@ const server = new Server();
 await server.start();
 const browser = await openBrowser();
 const guest = new Person(await browser.newPage({ viewport: desktop }));
-await guest.page.goto(server.url);
+await guest.page.goto(server.urls.console);
 await guest.settleIn();
 await guest.add({ card: 'mastercard', useCase: 'private', city: 'Hamburg' });
 await guest.sees('Added mastercard •••• 4444.');
@@ -27,14 +27,14 @@ await guest.arm('getPaymentInstrumentsList', 'delay', { delay: 300 });
 await guest.arm('removePaymentInstrument', 'error', { times: '' });
 await guest.comeToForeground();
 await sees(guest.happened.getByText('could not be removed'));
-const [backend, provider] = [server.urlOf('backend'), server.urlOf('provider')];
+const { backend, provider } = server.urls;
 await fetch(`${backend}/v1/guests/phone@example.com`, { method: 'PUT' });
 await fetch(`${backend}/v1/guests/phone@example.com/cards`);
 await fetch(`${provider}/v1/users/tok_other/instruments?use_case=default`, { headers: { 'X-API-Key': 'any' } });
 
 for (const { name, view, ...options } of pictures) {
   const person = new Person(await browser.newPage({ colorScheme: 'light', ...options }));
-  await person.page.goto(server.url);
+  await person.page.goto(server.urls.console);
   await sees(person.page.locator('.verdict:visible', { hasText: '1 does not match.' }));
   await person.goTo(view);
   if (view === 'Timeline') await sees(person.timeline.locator('svg [data-tone=bad]').first());
