@@ -24,9 +24,6 @@ function(hlv_add_fuzz_target name)
 endfunction()
 
 hlv_add_fuzz_target(CardInputFuzz RUNS 10000 LIBRARIES HLVSDKPaylevenSandbox)
-hlv_add_fuzz_target(GuestLifeFuzz RUNS 150
-  SOURCES Tests/Sandbox/SandboxTest.cpp Tests/Secrecy/CardDataSearch.cpp
-  LIBRARIES HLVSDKPaylevenSandbox)
 hlv_add_fuzz_target(HistoryFuzz RUNS 1500 LIBRARIES hlv_explorer)
 hlv_add_fuzz_target(ServiceRequestFuzz RUNS 60
   SOURCES
