@@ -6,9 +6,6 @@ namespace {
 
 class ManagerCoreTest : public KitTest {
  protected:
-  void postState(Value state) {
-    platform->notificationCenter()->post({"reachability", {{"state", state}}});
-  }
   std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager = makeManager();
 };
 
@@ -48,14 +45,6 @@ TEST_F(ManagerCoreTest, AFirstCardAndItsAddressAreHeldUntilTheCompletionHasBeenC
   platform->runEverything();
   EXPECT_EQ(outcome.count, 1);
   EXPECT_TRUE(seenCard.expired() && seenAddress.expired());
-}
-
-TEST_F(ManagerCoreTest, AFurtherCardWithoutATokenIsRefusedByTheConfirmation) {
-  manager->addNewPaymentInstrument(card, address, guest, guestCard());
-  host->takeTrace();
-  provider.adds.answer(nullptr);
-  EXPECT_TRUE(host->takeTrace().starts_with("assert parameter paylevenToken: nil\nmakes "));
-  EXPECT_TRUE(madeAs(outcome.error).starts_with("required 'paylevenToken'"));
 }
 
 TEST_F(ManagerCoreTest, WithoutServicesNothingAnswersAndNothingBreaks) {
