@@ -138,39 +138,5 @@ TEST_F(Faulty, EveryMemberIsStoredAndDelaysSpreadAsTheirDistributionSays) {
   }
 }
 
-using Scenarios = SandboxTest;
-
-TEST_F(Scenarios, EachBringsTheTwoSidesApartInItsOwnWay) {
-  start();
-  const auto tester = sandbox->tester();
-  for (const auto scenario : allScenarios()) {
-    EXPECT_FALSE(tester->makeScenario(scenario)) << textOf(scenario);
-  }
-  storeToken(std::get<0>(createToken("visa")));
-  addCard("visa", guest, sandbox->providerInstruments()[0].identifier);
-  const auto sides = [&] {
-    return std::to_string(sandbox->backendCards().size()) +
-           std::to_string(sandbox->providerInstruments().size()) +
-           (guest->paylevenToken() ? "t" : "-");
-  };
-  const std::pair<Scenario, const char*> rows[] = {{Scenario::sameCardTwice, "12t"},
-                                                   {Scenario::instrumentWithoutCard, "13t"},
-                                                   {Scenario::cardWithoutInstrument, "12t"},
-                                                   {Scenario::halfDeleted, "02t"},
-                                                   {Scenario::lostToken, "02-"}};
-  for (const auto& [scenario, expected] : rows) {
-    EXPECT_TRUE(tester->makeScenario(scenario)) << textOf(scenario);
-    EXPECT_EQ(sides(), expected) << textOf(scenario);
-  }
-  arm("createUserToken", "error");
-  sandbox->setReachable(false);
-  sandbox->reset();
-  EXPECT_EQ(sandbox->signedInEmail(), std::nullopt);
-  EXPECT_TRUE(sandbox->isReachable());
-  EXPECT_TRUE(tester->armed().empty());
-  EXPECT_TRUE(sandbox->signIn(email));
-  EXPECT_EQ(sandbox->backendCards().size() + sandbox->providerInstruments().size(), 0u);
-}
-
 }  // namespace
 }  // namespace hlv::sandbox
