@@ -29,6 +29,24 @@ TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesBeforeTheFlagIsCleared) 
   EXPECT_FALSE(synchronizer->isSynchronizing());
 }
 
+TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument) {
+  const auto second = std::make_shared<FakeInstrument>();
+  second->id = "plv-2";
+  storedCard->digits = "2222";
+  provider.removals.answerInside = [&](const auto& answer) {
+    storedCard->external = "plv-2";
+    answer(nullptr);
+  };
+  synchronizer->synchronizePaymentInstrumentsForGuest(guest);
+  backend.cardFetches.answer(List<HLVSDKCreditCard>{storedCard}, nullptr);
+  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument, second}, nullptr);
+  for (int list = 0; list < 2; ++list) provider.lists.answer(std::nullopt, nullptr);
+  platform->runEverything();
+  const auto trace = host->takeTrace();
+  EXPECT_NE(trace.find("provider remove plv-1"), std::string::npos);
+  EXPECT_EQ(trace.find("provider remove plv-2"), std::string::npos);
+}
+
 TEST_F(SynchronizerTest, AnOverrideDecidesWhatIsFetchedAndWhatStays) {
   struct KeepsEverything final : Synchronizer {
     explicit KeepsEverything(const ScriptedHost& host)
