@@ -70,13 +70,7 @@ TEST_F(EnablingTest, AnAppThatFollowsItsGuestSynchronisesTheNextOne) {
       });
   const auto kit = enable();
   authorize(true);
-  backend.cardFetches.answer(std::nullopt, makeError("not yours any more"));
-  for (int list = 0; list < 3; ++list) provider.lists.answer(std::nullopt, nullptr);
-  platform->runEverything();
-  host->takeTrace();
-  authorize(true);
-  EXPECT_EQ(host->takeTrace(), "") << "what failed is never tried again for the same guest";
-
+  EXPECT_NE(host->takeTrace().find("provider list tok use case private"), std::string::npos);
   host->guest = nullptr;
   authorize(false);
   platform->notificationCenter()->post({UIApplicationWillEnterForegroundNotification, {}});
@@ -87,7 +81,7 @@ TEST_F(EnablingTest, AnAppThatFollowsItsGuestSynchronisesTheNextOne) {
   host->guest = next;
   authorize(true);
   EXPECT_NE(host->takeTrace().find("provider list next use case private"), std::string::npos);
-  EXPECT_EQ(backend.cardFetches.count(), 1u);
+  EXPECT_EQ(backend.cardFetches.count(), 2u);
 }
 
 TEST_F(EnablingTest, WithoutAHostItSaysSoAndCanBeRepeated) {
