@@ -46,10 +46,12 @@ hlv_add_tests(StressTests
     Tests/Stress/StressTests.cpp
     Tests/Support/ScriptedHost.cpp
   LIBRARIES HLVSDKPaylevenKit hlv_asio)
-hlv_add_tests(LayeringTests
-  SOURCES Tests/Layering/LayeringTests.cpp
-  LIBRARIES HLVSDKPaylevenKit)
-target_compile_definitions(LayeringTests PRIVATE HLV_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+
+find_program(HLV_PYTHON NAMES python3 REQUIRED)
+add_test(NAME Layering.IsAsTheTableSays
+  COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/Tests/Layering/layering.py)
+add_test(NAME Layering.UsesTheFieldsWords
+  COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/Tests/Layering/words.py)
 
 include(cmake/Explorer.cmake)
 if(HLVSDKPAYLEVENKIT_SANDBOX)

@@ -5,7 +5,6 @@ hlv_add_tests(ToolTests
     Tests/Tools/BadInputTests.cpp
     Tests/Tools/Command.cpp
     Tests/Tools/InterruptionTests.cpp
-    Tests/Tools/SandboxesTests.cpp
     Tests/Tools/SecrecyTests.cpp
     Tests/Tools/SidesTests.cpp
     Tests/Tools/TimelineTests.cpp
@@ -20,7 +19,6 @@ target_compile_definitions(ToolTests PRIVATE PAYLEVENKIT="$<TARGET_FILE:payleven
 add_dependencies(ToolTests paylevenkit)
 
 # What the manuals print, and the rows of the table of failures, against real runs.
-find_program(HLV_PYTHON NAMES python3 REQUIRED)
 add_test(NAME Documents.ShowWhatTheCommandPrints
   COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/scripts/documents.py --command $<TARGET_FILE:paylevenkit>)
 set_tests_properties(Documents.ShowWhatTheCommandPrints PROPERTIES TIMEOUT 300 LABELS ToolTests)

@@ -22,9 +22,6 @@ TEST(KitConfigurationTest, TheBlockFillsInARecordThatComesOutImmutable) {
   EXPECT_EQ(configuration->paymentKey(), "key");
   EXPECT_EQ(std::dynamic_pointer_cast<MutableConfiguration>(configuration), nullptr);
   EXPECT_TRUE(seen.expired());
-}
-
-TEST(KitConfigurationTest, NoBlockAndNoRecordGiveNoKey) {
   EXPECT_EQ(Configuration::configurationWithBlock(nullptr)->paymentKey(), std::nullopt);
   EXPECT_EQ(Configuration::initWithConfiguration(nullptr)->paymentKey(), std::nullopt);
 }

@@ -1,5 +1,4 @@
-// What the explorer does not vary: queues that an owner sets, and the rule by which a card stands
-// for an instrument.
+// What the explorer does not vary: queues that an owner sets, and what an override decides.
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 #include "Tests/Support/KitTest.h"
 
@@ -11,15 +10,6 @@ using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 class SynchronizerTest : public KitTest {
  protected:
   SynchronizerTest() { guest->token = "tok"; }
-
-  /// A synchronisation whose provider lists these instruments once.
-  void run(Synchronizer& with, List<PLVCreditCardPaymentInstrument> instruments) {
-    with.synchronizePaymentInstrumentsForGuest(guest);
-    backend.cardFetches.answer(List<HLVSDKCreditCard>{storedCard}, nullptr);
-    provider.lists.answer(std::move(instruments), nullptr);
-    for (int list = 0; list < 2; ++list) provider.lists.answer(std::nullopt, nullptr);
-    platform->runEverything();
-  }
 
   const std::shared_ptr<Synchronizer> synchronizer =
       Synchronizer::initWithAPIManager(host->backend, host->provider);
@@ -47,47 +37,45 @@ TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument
     storedCard->external = "plv-2";
     answer(nullptr);
   };
-  run(*synchronizer, {instrument, second});
+  synchronizer->synchronizePaymentInstrumentsForGuest(guest);
+  backend.cardFetches.answer(List<HLVSDKCreditCard>{storedCard}, nullptr);
+  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument, second}, nullptr);
+  for (int list = 0; list < 2; ++list) provider.lists.answer(std::nullopt, nullptr);
+  platform->runEverything();
   const auto trace = host->takeTrace();
   EXPECT_NE(trace.find("provider remove plv-1"), std::string::npos);
   EXPECT_EQ(trace.find("provider remove plv-2"), std::string::npos);
 }
 
-TEST_F(SynchronizerTest, AnOverrideDecidesWhatStays) {
+TEST_F(SynchronizerTest, AnOverrideDecidesWhatIsFetchedAndWhatStays) {
   struct KeepsEverything final : Synchronizer {
     explicit KeepsEverything(const ScriptedHost& host)
         : Synchronizer(host.backend, host.provider) {}
+    void fetchAllPaylevenPaymentInstrumentsForGuest(
+        const std::shared_ptr<HLVSDKGuest>&,
+        HLVSDKPLVPaymentInstrumentsCompletion completion) override {
+      completion(fetched, nullptr);
+    }
     bool isCreditCardExistsInArray(
         const NullableList<HLVSDKCreditCard>&,
         const std::shared_ptr<HLVSDKPLVPaymentInstrument>&) const override {
       return true;
     }
+    NullableList<HLVSDKPLVPaymentInstrument> fetched;
   };
-  storedCard->digits = "2222";
-  run(*std::make_shared<KeepsEverything>(*host), {instrument});
-  EXPECT_EQ(host->takeTrace().find("provider remove"), std::string::npos);
-}
-
-TEST_F(SynchronizerTest, AnOverrideMayFetchNoListAndNoError) {
-  struct FetchesNothing final : Synchronizer {
-    explicit FetchesNothing(const ScriptedHost& host) : Synchronizer(host.backend, host.provider) {}
-    void fetchAllPaylevenPaymentInstrumentsForGuest(
-        const std::shared_ptr<HLVSDKGuest>&,
-        HLVSDKPLVPaymentInstrumentsCompletion completion) override {
-      completion(std::nullopt, nullptr);
+  for (const bool hasList : {false, true}) {
+    const auto own = std::make_shared<KeepsEverything>(*host);
+    if (hasList) {
+      own->fetched = List<HLVSDKPLVPaymentInstrument>{
+          HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(instrument, "default")};
     }
-  };
-  const auto own = std::make_shared<FetchesNothing>(*host);
-  own->synchronizePaymentInstrumentsForGuest(guest);
-  backend.cardFetches.answer(std::nullopt, nullptr);
-  platform->runEverything();
-  EXPECT_NE(host->takeTrace().find("Nothing to synchronize"), std::string::npos);
-}
-
-TEST_F(SynchronizerTest, AFetchOfAllInstrumentsNeedsNoListener) {
-  synchronizer->fetchAllPaylevenPaymentInstrumentsForGuest(guest, nullptr);
-  for (int list = 0; list < 3; ++list) provider.lists.answer(std::nullopt, nullptr);
-  EXPECT_EQ(platform->runMain(), 1u) << "the join, and nobody to report to";
+    own->synchronizePaymentInstrumentsForGuest(guest);
+    backend.cardFetches.answer(std::nullopt, nullptr);
+    platform->runEverything();
+    const auto trace = host->takeTrace();
+    EXPECT_EQ(trace.find("Nothing to synchronize") == std::string::npos, hasList);
+    EXPECT_EQ(trace.find("provider remove"), std::string::npos);
+  }
 }
 
 TEST_F(SynchronizerTest, TheQueueIsMadeAtCreationAndReplacedWhenMissing) {

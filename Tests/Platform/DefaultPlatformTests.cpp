@@ -9,7 +9,6 @@
 #include <string>
 #include <thread>
 
-#include "Async/Deliver.h"
 #include "Platform/Default/DefaultPlatform.h"
 
 namespace hlv::testing {
@@ -22,11 +21,11 @@ std::ptrdiff_t threadsOfThisProcess() {
 
 class DefaultPlatformTest : public ::testing::Test {
  protected:
-  ~DefaultPlatformTest() override { Platform::install(nullptr); }
   const std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
 };
 
 TEST_F(DefaultPlatformTest, TheMainThreadIsTheProcesssUnlessAnotherIsAdopted) {
+  EXPECT_EQ(Platform::current(), DefaultPlatform::shared());
   EXPECT_TRUE(platform->isMainThread());
   std::thread([&] {
     EXPECT_FALSE(platform->isMainThread());
@@ -34,12 +33,6 @@ TEST_F(DefaultPlatformTest, TheMainThreadIsTheProcesssUnlessAnotherIsAdopted) {
     EXPECT_TRUE(platform->isMainThread());
   }).join();
   EXPECT_FALSE(platform->isMainThread());
-}
-
-TEST_F(DefaultPlatformTest, ItIsThePlatformOfAProcessThatInstallsNone) {
-  EXPECT_EQ(Platform::current(), DefaultPlatform::shared());
-  Platform::install(platform);
-  EXPECT_EQ(Platform::current(), platform);
 }
 
 TEST_F(DefaultPlatformTest, TheMainQueueRunsOnlyWhenPumpedAndWithWhatItsBlocksPost) {
@@ -95,21 +88,11 @@ TEST_F(DefaultPlatformTest, AnAppsOwnLoopIsWokenByEveryPostWhenItsBlockCanRun) {
   EXPECT_EQ(ran, 2u);
 }
 
-TEST_F(DefaultPlatformTest, ASerialQueueStartsNoThreadBeforeItsFirstBlock) {
+TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMainThread) {
   const auto before = threadsOfThisProcess();
   const auto queue = platform->makeSerialQueue("label");
-  EXPECT_EQ(queue->label(), "label");
-  EXPECT_EQ(threadsOfThisProcess(), before);
-  bool ran = false;
-  queue->async([&] { ran = true; });
-  EXPECT_GT(threadsOfThisProcess(), before);
-  platform->runUntil([&] { return platform->isIdle(); });
-  EXPECT_TRUE(ran);
-}
-
-TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMainThread) {
-  const auto queue = platform->makeSerialQueue("label");
   const auto another = platform->makeSerialQueue("another");
+  EXPECT_EQ(threadsOfThisProcess(), before) << "none before there is work";
   std::string order;  // Written without a lock: each block sees what the one before wrote.
   std::promise<void> othersRan;
   queue->async([&, wait = othersRan.get_future().share()] {
@@ -167,24 +150,6 @@ TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
   queue->async([held] {});  // Goes nowhere.
   main->async([held] {});
   EXPECT_EQ(held.use_count(), 1);
-}
-
-TEST_F(DefaultPlatformTest, ACompletionIsCalledDirectlyOnTheMainThreadAndPostedElsewhere) {
-  Platform::install(platform);
-  std::string received;
-  const std::function<void(std::string)> completion = [&](const std::string& how) {
-    received += how;
-    EXPECT_TRUE(platform->isMainThread());
-  };
-  const auto build = [](Delivery delivery) {
-    return std::tuple(delivery == Delivery::direct ? "direct " : "posted ");
-  };
-  deliverBuilt(completion, build);
-  EXPECT_EQ(received, "direct ");
-  std::thread([&] { deliverBuilt(completion, build); }).join();
-  EXPECT_EQ(received, "direct ");
-  platform->runPending();
-  EXPECT_EQ(received, "direct posted ");
 }
 
 }  // namespace

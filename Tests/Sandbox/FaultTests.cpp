@@ -17,17 +17,11 @@ TEST_F(Faulty, AFaultThatMakesNoSenseIsRefusedWithWhatIsPossible) {
       {{.operation = Operation::removeInstrument, .kind = FaultKind::noList}, "twice"},
       {{.operation = Operation::updateCard, .useCase = "private"}, "no use case"},
       {{.operation = token, .useCase = "x"}, "business"},
-      {{.operation = token, .remaining = 0}, "one call"},
       {{.operation = token, .kind = FaultKind::delay}, "milliseconds"},
       {{.operation = token, .probability = 101}, "hundred"},
-      {{.operation = token, .spreadMilliseconds = -1}, "spreads"},
-      {{.operation = token, .kind = FaultKind::reset, .status = 429}, "status"},
       {{.operation = token, .status = 200}, "status"},
       {{.operation = token, .headers = {{"A", "b\r\nC: d"}}}, "header"},
-      {{.operation = token, .headers = {{"Connection", "x"}}}, "header"},
       {{.operation = token, .kind = FaultKind::cut}, "bytes"},
-      {{.operation = token, .kind = FaultKind::reset, .bytes = 3}, "bytes"},
-      {{.operation = token, .kind = FaultKind::slow, .bytesPerSecond = 0}, "per second"},
       {{.operation = token, .spreadMilliseconds = 5, .distribution = Distribution::logNormal},
        "median"},
   };
@@ -54,37 +48,6 @@ TEST_F(Faulty, ACallThatIsNeverAnsweredFreesItsCallbackAndIsNotAwaited) {
   backend->fetchGuestCreditCards(guest, [held](const Cards&, const ErrorPtr&) { FAIL(); });
   pumpUntilQuiet();
   EXPECT_EQ(held.use_count(), 1);
-}
-
-TEST_F(Faulty, InstrumentsCanBeStoredOrListedWithoutAnIdentifierOrInAnotherState) {
-  start();
-  arm("createUserToken", "other-state");
-  const auto token = std::get<0>(createToken("visa"));
-  arm("addPaymentInstrument", "no-identifier");
-  addInstrument("mastercard", token);
-  addInstrument("amex", token);
-  const auto stored = *std::get<0>(list(token));
-  EXPECT_EQ(stored[0]->state(), 2U);
-  EXPECT_EQ(stored[1]->identifier(), std::nullopt);
-  arm("getPaymentInstrumentsList", "no-identifier");
-  EXPECT_EQ(std::get<0>(list(token))->back()->identifier(), std::nullopt);
-  arm("getPaymentInstrumentsList", "other-state");
-  EXPECT_EQ(std::get<0>(list(token))->back()->state(), 2U);
-  EXPECT_EQ(nameOf(removeInstrument(stored[1], token)), "none") << "removable all the same";
-  EXPECT_EQ(std::get<0>(list(token))->back()->identifier(), stored[2]->identifier());
-}
-
-TEST_F(Faulty, ADelayedAnswerComesAfterEveryCallOfTheSameTurnHoweverShortItsDelay) {
-  start();
-  arm("updateCurrentGuestWithRequest", "error", [](Fault& fault) { fault.delayMilliseconds = 1; });
-  std::string order;
-  backend->updateCurrentGuestWithRequest(
-      nullptr, [&](const auto&, const ErrorPtr& error) { order += error ? "late" : "?"; });
-  for (int i = 0; i < 5; ++i) {
-    backend->fetchGuestCreditCards(guest, [&](const Cards&, const ErrorPtr&) { order += "."; });
-  }
-  pumpUntilQuiet();
-  EXPECT_EQ(order, ".....late");
 }
 
 TEST_F(Faulty, FaultsAreCountedDownOldestFirstAndRecordedByCallsThatLeaveThePhone) {
@@ -173,40 +136,6 @@ TEST_F(Faulty, EveryMemberIsStoredAndDelaysSpreadAsTheirDistributionSays) {
     EXPECT_NEAR(static_cast<double>(delays[840]), isUniform ? 1'084 : 1'100, 15);
     EXPECT_EQ(delays.front() < 1'000, !isUniform);
   }
-}
-
-using Scenarios = SandboxTest;
-
-TEST_F(Scenarios, EachBringsTheTwoSidesApartInItsOwnWay) {
-  start();
-  const auto tester = sandbox->tester();
-  for (const auto scenario : allScenarios()) {
-    EXPECT_FALSE(tester->makeScenario(scenario)) << textOf(scenario);
-  }
-  storeToken(std::get<0>(createToken("visa")));
-  addCard("visa", guest, sandbox->providerInstruments()[0].identifier);
-  const auto sides = [&] {
-    return std::to_string(sandbox->backendCards().size()) +
-           std::to_string(sandbox->providerInstruments().size()) +
-           (guest->paylevenToken() ? "t" : "-");
-  };
-  const std::pair<Scenario, const char*> rows[] = {{Scenario::sameCardTwice, "12t"},
-                                                   {Scenario::instrumentWithoutCard, "13t"},
-                                                   {Scenario::cardWithoutInstrument, "12t"},
-                                                   {Scenario::halfDeleted, "02t"},
-                                                   {Scenario::lostToken, "02-"}};
-  for (const auto& [scenario, expected] : rows) {
-    EXPECT_TRUE(tester->makeScenario(scenario)) << textOf(scenario);
-    EXPECT_EQ(sides(), expected) << textOf(scenario);
-  }
-  arm("createUserToken", "error");
-  sandbox->setReachable(false);
-  sandbox->reset();
-  EXPECT_EQ(sandbox->signedInEmail(), std::nullopt);
-  EXPECT_TRUE(sandbox->isReachable());
-  EXPECT_TRUE(tester->armed().empty());
-  EXPECT_TRUE(sandbox->signIn(email));
-  EXPECT_EQ(sandbox->backendCards().size() + sandbox->providerInstruments().size(), 0u);
 }
 
 }  // namespace

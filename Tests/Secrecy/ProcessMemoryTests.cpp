@@ -52,8 +52,9 @@ struct HiddenCard final : FakeEnteredCard {
 
 /// Whether the memory shows one of them.
 bool isInMemory(const std::vector<CardDataSearch>& searches) {
-  // Fewer digits may be there by chance. A run of so many meets every eighth byte.
-  constexpr std::size_t tooManyInMemory = 8;
+  // Fewer digits may be there by chance, in addresses that are written out. A run of so many meets
+  // every tenth byte.
+  constexpr std::size_t tooManyInMemory = 10;
   bool isThere = false;
   const auto seen = showProcessMemory([&](std::string_view bytes) {
     for (auto at = tooManyInMemory - 1; at < bytes.size() && !isThere; at += tooManyInMemory) {

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <deque>
-#include <mutex>
 #include <random>
 #include <thread>
 #include <vector>
@@ -115,7 +114,6 @@ class Stress {
       count(work.worker);
       for (const auto& object : work.held) count(object);
     }
-    for (const auto& object : made_) count(object);
     EXPECT_EQ(alive, 0U);
     return owed;
   }
@@ -132,24 +130,15 @@ class Stress {
     return threads_.isQuiet() && platform_->isIdle() && threads_.posted() == posted;
   }
 
-  void remember(const std::shared_ptr<void>& object) {
-    const std::lock_guard lock(mutex_);
-    made_.push_back(object);
-  }
-
   void renewManager() {
-    auto manager = Manager::initWithAPIManager(host_->apiManager(), host_->inAppClient(),
-                                               host_->reachability());
-    remember(manager);
-    manager_.store(std::move(manager));
+    manager_.store(Manager::initWithAPIManager(host_->apiManager(), host_->inAppClient(),
+                                               host_->reachability()));
   }
 
   /// On the main thread.
   void renewKit() {
     HLVSDKPayleven::resetSharedInstance();
     HLVSDKPayleven::enableWithConfiguration(configuration_);
-    remember(HLVSDKPayleven::sharedInstance());
-    remember(HLVSDKPaymentManager::sharedManager());
   }
 
   void begin(std::size_t number) {
@@ -224,8 +213,6 @@ class Stress {
   std::deque<Work> works_ = std::deque<Work>(workCount);
   std::atomic<std::size_t> starting_{starterCount};
   SharedSlot<Manager> manager_;
-  std::mutex mutex_;
-  std::vector<std::weak_ptr<void>> made_;
   AnswerThreads threads_;
   const std::shared_ptr<StressHost> host_;
 };

@@ -48,9 +48,6 @@ class KitTest : public ::testing::Test {
   HLVSDKGuestCompletion guestOnly() {
     return [this](auto reportedGuest, auto error) { guestCard()(reportedGuest, nullptr, error); };
   }
-  HLVSDKPaylevenInstrumentCompletion tokenInstrument() {
-    return [this](auto, auto, auto error) { guestCard()(nullptr, nullptr, error); };
-  }
 
   const std::shared_ptr<ManualPlatform> platform = std::make_shared<ManualPlatform>();
   const std::shared_ptr<ScriptedHost> host = std::make_shared<ScriptedHost>();

@@ -76,14 +76,6 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
     }
   }
 
-  /// Plays another thread for the length of `work`.
-  template <class Work>
-  void offMain(Work work) {
-    const bool before = std::exchange(onMainThread, false);
-    work();
-    onMainThread = before;
-  }
-
   const std::shared_ptr<ManualQueue> main = std::make_shared<ManualQueue>("main", &owner);
   std::vector<std::weak_ptr<ManualQueue>> serialQueues;
 

@@ -3,10 +3,10 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <iomanip>
 #include <sstream>
 #include <stdexcept>
@@ -21,7 +21,9 @@ Command::Command(const std::string& before) {
 }
 
 Command::~Command() {
-  if (process_ > 0) kill();
+  if (process_ <= 0) return;
+  ::kill(process_, SIGKILL);
+  wait();
 }
 
 void Command::useDataFolder() {
@@ -42,40 +44,8 @@ Finished Command::run(const std::string& lines, const std::string& input) {
   return last;
 }
 
-void Command::startUntilItMeetsAFault(const std::string& line) {
-  spawn(argumentsOf(line), "/dev/null", folder() / "err");
-  Command observer;
-  const auto look = "--store " + store() + " fault firings --json";
-  for (int looks = 0; observer.run(look).document()["firings"].empty(); ++looks) {
-    if (looks > 1'000) throw std::runtime_error("no call meets the fault");
-  }
-}
-
 void Command::startOn(const std::string& terminal, const std::string& line) {
   spawn(argumentsOf(line), terminal, terminal);
-}
-
-nlohmann::json Command::serve() {
-  const auto pipe = folder() / "serve";
-  if (::mkfifo(pipe.c_str(), 0600) != 0) throw std::runtime_error("no pipe for the server");
-  spawn(argumentsOf("serve"), "/dev/null", pipe);
-  // Stays open, so that the server may go on writing.
-  serverLog_.open(pipe);
-  nlohmann::json urls;
-  for (std::string name, url; !urls.contains("console") && serverLog_ >> name >> url;) {
-    urls[name] = url;
-  }
-  return urls;
-}
-
-Finished Command::end() {
-  ::kill(process_, SIGTERM);
-  return wait();
-}
-
-Finished Command::kill() {
-  ::kill(process_, SIGKILL);
-  return wait();
 }
 
 Finished Command::wait() {

@@ -5,7 +5,6 @@
 
 #include <sys/types.h>
 
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -44,14 +43,6 @@ class Command {
   /// Runs lines with semicolons between them, and returns how the last one ended. ID stands for the
   /// first card's identifier.
   Finished run(const std::string& lines, const std::string& input = {});
-  /// Starts one line and returns when a call of it has met a fault.
-  void startUntilItMeetsAFault(const std::string& line);
-  /// Starts `serve`, and returns its URLs by their names when it listens.
-  nlohmann::json serve();
-  /// Asks what was started to end.
-  Finished end();
-  /// Ends what was started, without any chance to tidy up.
-  Finished kill();
   /// Starts it with a terminal as standard input and standard error, and as its controlling one.
   void startOn(const std::string& terminal, const std::string& line);
   Finished wait();
@@ -63,7 +54,6 @@ class Command {
   const TestFolder folder_;
   bool namesStore_ = true;
   pid_t process_ = 0;
-  std::ifstream serverLog_;
 };
 
 }  // namespace hlv::testing

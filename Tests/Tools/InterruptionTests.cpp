@@ -12,19 +12,6 @@ namespace {
 
 using testing::Command;
 
-TEST(ToolInterruption, LosesNothingThatWasAnswered) {
-  Command command(Command::guestWithCard +
-                  "; fault arm getPaymentInstrumentsList delay --delay 3600000");
-  // The provider has answered that it stores the second card, and its list is held back.
-  command.startUntilItMeetsAFault("add --test-card mastercard --use-case business");
-  EXPECT_EQ(command.kill().status, 128 + SIGKILL);
-
-  const auto after = command.run("cards --json").document();
-  EXPECT_EQ(after["backend"].size(), 1U);
-  EXPECT_EQ(after["provider"].size(), 2U);
-  EXPECT_TRUE(command.run("sync --json").document()["agreement"]);
-}
-
 /// The person's end of a terminal.
 class Person {
  public:

@@ -50,14 +50,6 @@ TEST(ToolSides, JoinWhatBelongsTogether) {
   }
 }
 
-TEST(ToolSides, MarkWhatHasNoCounterpartInAlignedColumns) {
-  const SideBySide sides({card("1111", "ins_a"), card("22")}, {instrument("1111", "default")});
-  EXPECT_EQ(sides.table(80).text(Terminal()),
-            "  backend                           provider\n"
-            "  crd_1111  visa ••1111 default  ═  ins_a     visa ••1111 default\n"
-            "  crd_22    visa ••22 default    ✗  –\n");
-}
-
 TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
   const auto event = [](const char* from, const char* to, const char* what, const char* result) {
     return Event{1, from, to, what, result, "main"};
