@@ -38,8 +38,8 @@ class AppCall {
 };
 
 /// Installs its host for the process, so there is one at a time. The kit keeps its guest, and a
-/// synchroniser that failed for one guest stays busy for the next; so the app tells the kit who is
-/// signed in whenever that changes.
+/// synchroniser that failed for one guest stays busy for the next; so the app sets the kit's guest
+/// whenever another one has signed in or out.
 ///
 /// Threading: the main thread.
 class SimulatedApp {

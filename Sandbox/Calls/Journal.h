@@ -1,4 +1,4 @@
-// What happened, in order: the calls, answers, log lines, assertions and notifications of every
+// What happened, in order: the calls, replies, log lines, assertions and notifications of every
 // operation.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace hlv::sandbox {
 struct Event {
   std::int64_t operation = 0;
   /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log" and "assert". A
-  /// service that meets a fault says so to itself.
+  /// service that meets a fault is both.
   std::string from;
   std::string to;
   /// What is said, e.g. "createUserToken".
