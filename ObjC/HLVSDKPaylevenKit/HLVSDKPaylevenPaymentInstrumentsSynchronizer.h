@@ -37,7 +37,7 @@ HLV_AVAILABLE
                     paylevenClient:(nullable PLVInAppClient*)paylevenClient
     NS_DESIGNATED_INITIALIZER;
 
-/// As below, telling nobody.
+/// As below, without a report.
 - (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
     HLV_SWIFT_NAME(startSynchronizingPaymentInstruments(for:));
 

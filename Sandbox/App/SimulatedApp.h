@@ -44,8 +44,8 @@ class AppCall {
 /// Threading: the main thread.
 class SimulatedApp {
  public:
-  /// `sandbox` keeps who is signed in and the timeline; `host` is its own or one that speaks to
-  /// services elsewhere, and `areServicesQuiet` says whether none of these has a reply to come.
+  /// `sandbox` keeps who is signed in and the timeline; `host` is its own or one that uses services
+  /// elsewhere, and `areServicesQuiet` says whether none of these has a reply to come.
   SimulatedApp(std::shared_ptr<Sandbox> sandbox, std::shared_ptr<Host> host,
                std::function<bool()> areServicesQuiet);
   /// Lets go of kit and host, so that none of their threads works while the process exits.
