@@ -43,7 +43,7 @@ class RemoteHost final : public Host {
   [[nodiscard]] ErrorPtr signIn(const std::string& email);
   /// Ends the session, if there is one; on this side even when the backend cannot be reached.
   [[nodiscard]] ErrorPtr signOut();
-  /// Learns what the backend knows of the guest who is signed in on this side, if anyone is.
+  /// Fetches what the backend stores of the guest who is signed in on this side, if anyone is.
   [[nodiscard]] ErrorPtr refresh();
   /// Whether no reply is still to come.
   bool isQuiet() const;

@@ -53,7 +53,7 @@ class SandboxClient {
   std::shared_ptr<const ControlClient> control_;
 };
 
-/// A sandbox of a test's own, and a host that speaks to it:
+/// A sandbox of a test's own, and a host that uses it:
 ///
 ///     const auto sandbox = hlv::client::TestSandbox::create("http://127.0.0.1:8082");
 ///     sandbox.signIn("guest@example.com");

@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
   const auto sandbox = startApp(argc, argv);
   if (!sandbox) return 2;
 
-  // Add a card, and pump the main queue until the answer is there.
+  // Add a card, and pump the main queue until the kit calls back.
   const auto card = hlv::sandbox::EnteredCard::make(hlv::sandbox::findTestCard("visa")->fields);
   bool answered = false;
   bool succeeded = false;

@@ -29,7 +29,7 @@ class PLVCreditCardPaymentInstrument;
 class PLVInAppClient;
 
 /// Every class operation and constant of the classes in this folder asks the installed host. While
-/// none is installed they return null, and the first one says so on standard error.
+/// none is installed they return null, and the first one writes so to standard error.
 ///
 /// Implementations must take calls from any thread, hold no lock meanwhile, and may return null
 /// wherever a pointer or a missing string is returned.

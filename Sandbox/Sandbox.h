@@ -1,7 +1,7 @@
 // A whole host SDK and a whole payment provider, embedded: what the kit runs against without a
 // phone, an account or a network.
 //
-// Threading: any thread, except where a member says otherwise. Services answer on threads of the
+// Threading: any thread, except where a member says otherwise. Services reply on threads of the
 // sandbox's own, which start with the first request. A member that reads or writes throws `Problem`
 // when the store stops working under it: a full disk, a file that was taken away.
 #pragma once
@@ -91,7 +91,7 @@ class Sandbox {
   /// Another number whenever this process or another has changed something.
   std::int64_t changes() const;
 
-  /// Whether no answer of a service is still to come. A fault that never answers is not awaited.
+  /// Whether no reply of a service is still to come. A call that never gets one is not awaited.
   [[nodiscard]] bool isQuiet() const;
 
  private:

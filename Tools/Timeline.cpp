@@ -10,13 +10,13 @@ namespace {
 
 using sandbox::Event;
 
-/// An answer repeats what its call said.
+/// A reply repeats what its call asked for.
 bool answers(const Event& answer, const Event& call) {
   return call.result.empty() && !answer.result.empty() && answer.from == call.to &&
          answer.to == call.from && answer.what == call.what;
 }
 
-/// For each event the one that it answers or is answered by.
+/// For each event the call or reply that belongs to it.
 std::vector<std::optional<std::size_t>> pairs(const std::vector<Event>& events) {
   std::vector<std::optional<std::size_t>> partner(events.size());
   for (std::size_t answer = 0; answer < events.size(); ++answer) {
@@ -30,7 +30,7 @@ std::vector<std::optional<std::size_t>> pairs(const std::vector<Event>& events) 
   return partner;
 }
 
-/// The lines that join calls and answers, as they stand beside one event after the other.
+/// The lines that join calls and replies, as they stand beside one event after the other.
 class CallColumns {
  public:
   std::string begin(std::size_t call) {

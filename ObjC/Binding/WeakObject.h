@@ -37,7 +37,7 @@ class WeakObject {
 
 #ifdef GNUSTEP
   /// The runtime here has no weak references, so `-release` of a class that is referred to weakly
-  /// asks this, and deallocates the object when the answer is yes. `reference` may be null.
+  /// asks this, and deallocates the object when the result is true. `reference` may be null.
   static bool wasLastRelease(id object, WeakObject* reference);
 #endif
 

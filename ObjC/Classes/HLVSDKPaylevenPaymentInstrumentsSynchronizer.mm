@@ -29,7 +29,7 @@ using hlv::objc::SuccessBlock;
 
 namespace {
 
-// This class's own answer, known before anybody can replace it.
+// This class's own implementation, read before anybody can replace it.
 IMP ownQuestion;
 
 class SynchronizerDirector final
@@ -63,7 +63,7 @@ class SynchronizerDirector final
       const std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument>& pair) const override {
     const auto synchronizer = object();
     const SEL question = @selector(isCreditCardExistsInArray:relatedToPaymentInstrument:);
-    // Asked for every instrument with all cards, which only cross for somebody else's answer.
+    // Asked for every instrument with all cards, which cross only for another implementation.
     if (!synchronizer || [*synchronizer methodForSelector:question] == ownQuestion) {
       return CoreSynchronizer::isCreditCardExistsInArray(cards, pair);
     }

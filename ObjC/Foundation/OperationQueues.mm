@@ -79,7 +79,7 @@ namespace {
 class MainQueue final : public Queue {
  public:
   void async(Block block) override {
-    // A service may answer on a thread that has no pool.
+    // A service may reply on a thread that has no pool.
     @autoreleasepool {
       auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)] autorelease];
       [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];

@@ -4,7 +4,7 @@
 // plays the host implements these classes: as subclasses of them, since a class without the
 // framework has no place for instance variables, and with what the class methods return.
 //
-// Threading: implementations answer from any thread; callbacks may come on any thread.
+// Threading: members are called from any thread; callbacks may come on any thread.
 #if __has_include(<HLVSDKCoreKit/HLVSDKCoreKit.h>)
 #import <HLVSDKCoreKit/HLVSDKCoreKit.h>
 #else
@@ -83,7 +83,7 @@ NS_ASSUME_NONNULL_BEGIN
 - (nullable NSString*)cvv;
 - (nullable NSString*)cardHolder;
 - (nullable NSString*)instrumentUseCaseString;
-/// May leave the error nil when it answers NO.
+/// May leave the error nil when it returns NO.
 - (BOOL)isValid:(NSError* _Nullable* _Nullable)error;
 - (void)setExternalIdentifier:(nullable NSString*)externalIdentifier;
 @end
@@ -114,7 +114,7 @@ NS_ASSUME_NONNULL_BEGIN
 - (void)setPaymentToken:(nullable NSString*)token;
 @end
 
-/// The host's client of its backend. Each call is answered once, on any thread.
+/// The host's client of its backend. Each call gets one reply, on any thread.
 @interface HLVSDKAPIManager : NSObject
 + (nullable HLVSDKAPIManager*)manager;
 - (void)updateCurrentGuestWithRequest:(nullable HLVSDKUpdateGuestRequestInfo*)request

@@ -10,7 +10,7 @@
 NS_ASSUME_NONNULL_BEGIN
 
 /// A nil completion is skipped and everything else still happens. Each operation reports at most
-/// once; when a service never answers, or the manager goes away at the moments named below, it
+/// once; when a service never replies, or the manager goes away at the moments named below, it
 /// never does. Results and an error may come together, which the `async` forms of Swift cannot
 /// say: they throw.
 HLV_AVAILABLE
@@ -30,7 +30,7 @@ HLV_AVAILABLE
 /// The host's view of the network.
 @property(nonatomic, strong, nullable) HLVSDKReachability* reachability;
 
-/// Begins to observe reachability. A nil service answers nothing.
+/// Begins to observe reachability. A nil service never replies.
 - (instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
                     paylevenClient:(nullable PLVInAppClient*)paylevenClient
                       reachability:(nullable HLVSDKReachability*)reachability
@@ -40,7 +40,7 @@ HLV_AVAILABLE
 - (void)handleReachabilityChangedNotification:(nullable NSNotification*)notification;
 
 /// Whether country code, street, city and zip are all there; the first that is not is reported as
-/// an invalid argument. `error` must not be null. With a complete address the answer is NO when
+/// an invalid argument. `error` must not be null. With a complete address the result is NO when
 /// `*error` already holds an error, which is left alone.
 - (BOOL)validateBillingAddress:(nullable HLVSDKPaymentBillingAddress*)billingAddress
                          error:(NSError* _Nullable* _Nonnull)error;

@@ -32,12 +32,12 @@ HLV_AVAILABLE
 /// or found none leaves it set, and whoever wants another must clear it here.
 @property(nonatomic, getter=isSynchronizing) BOOL synchronizing;
 
-/// Creates the serial queue. A nil service answers nothing.
+/// Creates the serial queue. A nil service never replies.
 - (instancetype)initWithAPIManager:(nullable HLVSDKAPIManager*)apiManager
                     paylevenClient:(nullable PLVInAppClient*)paylevenClient
     NS_DESIGNATED_INITIALIZER;
 
-/// As below, telling nobody.
+/// As below, without a report.
 - (void)synchronizePaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
     HLV_SWIFT_NAME(startSynchronizingPaymentInstruments(for:));
 
@@ -59,7 +59,7 @@ HLV_AVAILABLE
     HLV_SWIFT_NAME(hasCreditCard(in:relatedTo:));
 
 /// Lists the private, business and default instruments at the same time. Reports the pairs in the
-/// order of the answers, or the last wrapped provider error; on the main thread.
+/// order of the replies, or the last wrapped provider error; on the main thread.
 - (void)
     fetchAllPaylevenPaymentInstrumentsForGuest:(nullable HLVSDKGuest*)guest
                                     completion:

@@ -1,6 +1,6 @@
 // What the kit uses of the payment provider's library, for when its own headers are not there.
 //
-// Threading: calls come from any thread, several at once; each is answered once, on any thread.
+// Threading: calls come from any thread, several at once; each gets one reply, on any thread.
 #if __has_include(<PaylevenFramework/PaylevenFramework.h>)
 #import <PaylevenFramework/PaylevenFramework.h>
 #else

@@ -1,13 +1,13 @@
 // A whole host SDK and a whole payment provider, embedded, for Objective-C apps: what the kit runs
 // against without a phone, an account or a network.
 //
-// Threading: any thread. Services answer on threads of the sandbox's own.
+// Threading: any thread. Services reply on threads of the sandbox's own.
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
 /// One store. While it lives, and until another one is opened, the classes of the host and of the
-/// provider are played by it; afterwards they answer nil. Open it before the kit is enabled.
+/// provider are played by it; afterwards they return nil. Open it before the kit is enabled.
 @interface HLVSandbox : NSObject {
  @private
   struct HLVSandboxCore* _core;
@@ -61,7 +61,7 @@ NS_ASSUME_NONNULL_BEGIN
 - (nullable NSArray<NSString*>*)backendCards;
 - (nullable NSArray<NSString*>*)providerInstruments;
 
-/// Whether no answer of a service is still to come.
+/// Whether no reply of a service is still to come.
 - (BOOL)isQuiet;
 
 @end

@@ -38,14 +38,14 @@ class AppCall {
 };
 
 /// Installs its host for the process, so there is one at a time. The kit keeps its guest, and a
-/// synchroniser that failed for one guest stays busy for the next; so the app sets the guest who is
-/// signed in whenever that changes.
+/// synchroniser that failed for one guest stays busy for the next; so the app sets the kit's guest
+/// whenever another one has signed in or out.
 ///
 /// Threading: the main thread.
 class SimulatedApp {
  public:
-  /// `sandbox` keeps who is signed in and the timeline; `host` is its own or one that speaks to
-  /// services elsewhere, and `areServicesQuiet` says whether none of these has a reply to come.
+  /// `sandbox` keeps who is signed in and the timeline; `host` is its own or one that uses services
+  /// elsewhere, and `areServicesQuiet` says whether none of these has a reply to come.
   SimulatedApp(std::shared_ptr<Sandbox> sandbox, std::shared_ptr<Host> host,
                std::function<bool()> areServicesQuiet);
   /// Lets go of kit and host, so that none of their threads works while the process exits.

@@ -1,4 +1,4 @@
-// A card as the backend answers it. Private to the sandbox, server and client.
+// A card as the backend returns it. Private to the sandbox, server and client.
 #pragma once
 
 #include <utility>

@@ -1,4 +1,4 @@
-// What happened, in order: the calls, answers, log lines, assertions and notifications of every
+// What happened, in order: the calls, replies, log lines, assertions and notifications of every
 // operation.
 #pragma once
 
@@ -15,11 +15,11 @@ namespace hlv::sandbox {
 /// security code.
 struct Event {
   std::int64_t operation = 0;
-  /// Who speaks and who is spoken to: "app", "kit", "backend", "provider", "log" and "assert". A
-  /// service that meets a fault says so to itself.
+  /// The caller and the callee: "app", "kit", "backend", "provider", "log" and "assert". A service
+  /// that meets a fault is both.
   std::string from;
   std::string to;
-  /// What is said, e.g. "createUserToken".
+  /// What is called or reported, e.g. "createUserToken".
   std::string what;
   /// How it came out, e.g. "token tok_1f…" or "error HLVURLErrorDomain 1"; empty for a call.
   std::string result;

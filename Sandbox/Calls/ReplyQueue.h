@@ -1,4 +1,4 @@
-// The threads that the two services answer on. Private to the sandbox.
+// The threads that the two services reply on. Private to the sandbox.
 #pragma once
 
 #include <chrono>
@@ -11,17 +11,17 @@
 
 namespace hlv::sandbox {
 
-/// The backend answers on the thread "service-1", the provider on "service-2".
+/// The backend replies on the thread "service-1", the provider on "service-2".
 enum class ServiceThread { backend = 0, provider = 1 };
 
-/// An answer that is ready to go.
+/// A reply that is ready to go.
 struct Delivery {
   std::chrono::milliseconds delay{0};
   std::function<void()> deliver;
 };
 
 /// Serves calls in the order in which they were made, one at a time across both services, so that
-/// one timeline reads the same on every machine. A delayed answer goes to the end of that order
+/// one timeline reads the same on every machine. A delayed reply goes to the end of that order
 /// when its time has come and the main queue has turned once more: calls that the main thread is
 /// about to make are served first.
 ///
@@ -29,7 +29,7 @@ struct Delivery {
 /// the first call. What still waits is freed unanswered with this object.
 class ReplyQueue {
  public:
-  /// Does what a call asks for, on its service's thread; no result means that no answer will come.
+  /// Does what a call asks for, on its service's thread; no result means that no reply will come.
   using Work = std::function<std::optional<Delivery>()>;
 
   ReplyQueue();
@@ -38,7 +38,7 @@ class ReplyQueue {
   ReplyQueue& operator=(const ReplyQueue&) = delete;
 
   void call(ServiceThread thread, Work work);
-  /// Whether every call was answered, and its callback freed.
+  /// Whether every call got its reply, and its callback freed.
   bool isQuiet() const;
 
  private:

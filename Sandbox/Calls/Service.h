@@ -35,7 +35,7 @@ class Service {
         thread_(thread),
         answers_(surroundings.answers) {}
 
-  /// Records something that the kit said and that has no reply.
+  /// Records a call of the kit that has no reply.
   void recordOneWayCall(const std::string& what) const {
     core_->journal->record("kit", core_->handler.name(), what);
   }

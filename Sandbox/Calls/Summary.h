@@ -1,4 +1,4 @@
-// How an answer reads in the journal. Private to the sandbox, server and client.
+// How a reply reads in the journal. Private to the sandbox, server and client.
 //
 // Threading: any.
 #pragma once

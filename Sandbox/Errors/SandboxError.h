@@ -50,7 +50,7 @@ class SandboxError final : public Error {
   const ErrorPtr underlyingError_;
 };
 
-/// What both services answer while the network is off.
+/// What both services reply while the network is off.
 ErrorPtr notConnectedError();
 
 /// How a service's code ends a call that it refuses.

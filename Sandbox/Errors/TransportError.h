@@ -11,9 +11,9 @@ enum class TransportErrorCode {
   /// Nobody listens at the address.
   unreachable = 1,
   timedOut = 2,
-  /// The connection ended before an answer was whole.
+  /// The connection ended before a reply was whole.
   broken = 3,
-  /// What came is no answer of the service.
+  /// What came is no reply of the service.
   unreadable = 4,
 };
 

@@ -35,7 +35,7 @@ class App : public std::enable_shared_from_this<App> {
     sandbox::AppCall::Outcome call = {};
   };
   using WorldPtr = std::shared_ptr<World>;
-  /// Called once on the main thread, when the kit has answered or nothing more can happen.
+  /// Called once on the main thread, when the kit has called back or nothing more can happen.
   using Done = std::function<void(const Outcome&)>;
 
   /// The registry outlives the app.
