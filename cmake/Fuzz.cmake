@@ -3,8 +3,8 @@
 add_custom_target(FuzzTargets)
 
 function(hlv_add_fuzz_target name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RUNS" "LIBRARIES")
-  add_executable(${name} Tests/Fuzz/${name}.cpp)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RUNS" "SOURCES;LIBRARIES")
+  add_executable(${name} Tests/Fuzz/${name}.cpp ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE hlv_flags ${arg_LIBRARIES} GTest::gtest)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   add_dependencies(FuzzTargets ${name})
@@ -17,7 +17,14 @@ function(hlv_add_fuzz_target name)
     COMMAND ${name} -seed=1 -runs=${arg_RUNS} -max_len=200 -len_control=0
             -seed_inputs=@${name}.corpus -verbosity=0 -print_funcs=0 -use_cmp=0)
   set_tests_properties(Fuzz.${name} PROPERTIES TIMEOUT 300)
+  # The store of an input lives for milliseconds, and no disk need see it.
+  if(IS_DIRECTORY /dev/shm)
+    set_tests_properties(Fuzz.${name} PROPERTIES ENVIRONMENT TMPDIR=/dev/shm)
+  endif()
 endfunction()
 
 hlv_add_fuzz_target(CardInputFuzz RUNS 10000 LIBRARIES HLVSDKPaylevenSandbox)
+hlv_add_fuzz_target(GuestLifeFuzz RUNS 150
+  SOURCES Tests/Sandbox/SandboxTest.cpp Tests/Secrecy/CardDataSearch.cpp
+  LIBRARIES HLVSDKPaylevenSandbox)
 hlv_add_fuzz_target(HistoryFuzz RUNS 1500 LIBRARIES hlv_explorer)

@@ -76,6 +76,13 @@ ListAnswer SandboxTest::list(const NullableString& token, const NullableString& 
       [&](auto completion) { provider->getPaymentInstrumentsList(token, useCase, completion); });
 }
 
+ErrorPtr SandboxTest::removeInstrument(const Instrument& instrument, const NullableString& token,
+                                       const NullableString& useCase) {
+  return answerTo<ErrorPtr>([&](auto completion) {
+    provider->removePaymentInstrument(instrument, useCase, token, completion);
+  });
+}
+
 GuestAnswer SandboxTest::storeToken(const NullableString& token) {
   const auto request = HLVSDKUpdateGuestRequestInfo::make();
   request->setPaymentToken(token);
@@ -84,11 +91,11 @@ GuestAnswer SandboxTest::storeToken(const NullableString& token) {
 }
 
 CardAnswer SandboxTest::addCard(const Typed& card, const std::shared_ptr<HLVSDKGuest>& owner,
-                                const NullableString& identifier) {
+                                const NullableString& identifier, AddressFields address) {
   const auto entered = EnteredCard::make(card);
   entered->setExternalIdentifier(identifier);
-  const auto request =
-      HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(entered, EnteredAddress::make({}));
+  const auto request = HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(
+      entered, EnteredAddress::make(std::move(address)));
   return answerTo<CardAnswer>(
       [&](auto completion) { backend->addCreditCardForGuest(owner, request, completion); });
 }

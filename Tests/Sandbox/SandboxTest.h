@@ -71,9 +71,11 @@ class SandboxTest : public ::testing::Test {
   ErrorPtr addInstrument(const Typed& card, const NullableString& token,
                          const NullableString& useCase = "default");
   ListAnswer list(const NullableString& token, const NullableString& useCase = "default");
+  ErrorPtr removeInstrument(const Instrument& instrument, const NullableString& token,
+                            const NullableString& useCase = "default");
   GuestAnswer storeToken(const NullableString& token);
   CardAnswer addCard(const Typed& card, const std::shared_ptr<HLVSDKGuest>& owner,
-                     const NullableString& identifier = "ins_x");
+                     const NullableString& identifier = "ins_x", AddressFields address = {});
   GuestAnswer deleteCard(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& owner);
 
   std::shared_ptr<Sandbox> sandbox;
