@@ -6,11 +6,10 @@
 namespace hlv::bench {
 
 std::shared_ptr<HLVSDKConfiguration> makeConfiguration() {
-  return std::make_shared<testing::FakeConfiguration>(
-      List<HLVSDKKitEntry>{std::make_shared<testing::FakeKitEntry>(
-          HLVSDKPayleven::kitClass(),
-          HLVSDKPaylevenKitConfiguration::configurationWithBlock(
-              [](const auto& configuration) { configuration->setPaymentKey("key"); }))});
+  return HLVSDKConfiguration::make(List<HLVSDKKitEntry>{HLVSDKKitEntry::make(
+      HLVSDKPayleven::kitClass(),
+      HLVSDKPaylevenKitConfiguration::configurationWithBlock(
+          [](const auto& configuration) { configuration->setPaymentKey("key"); }))});
 }
 
 EnabledKit::EnabledKit(std::shared_ptr<Platform> platform, std::shared_ptr<Host> host,

@@ -188,7 +188,7 @@ void ReferenceModel::addFirst(const Asking& who) {
   };
 
   call("provider create token for " + who.guest("nil") +
-           " with new[..1111 09/2031 cvv A. Guest] use case entered",
+           " with new[..1111 09/2031 cvv of 3 A. Guest] use case entered",
        [=, this](const Brought& brought) {
          const auto kept = who.manager.lock();
          const auto token = brought.answer.token;
@@ -227,7 +227,7 @@ void ReferenceModel::addFurther(const Asking& who) {
          });
   };
 
-  call("provider add new[..1111 09/2031 cvv A. Guest] under " + token + " use case entered",
+  call("provider add new[..1111 09/2031 cvv of 3 A. Guest] under " + token + " use case entered",
        [=, this](const Brought& brought) {
          const auto kept = who.manager.lock();
          if (!brought.failed()) return kept ? confirm(who, token, added) : void();

@@ -554,10 +554,10 @@ void Simulation::enable(const Request& request) {
         });
     const bool isOurs = key != "another kit";
     entries.push_back(
-        std::make_shared<FakeKitEntry>(isOurs ? HLVSDKPayleven::kitClass() : HLVSDKKitClass(this),
-                                       key == "nothing" ? nullptr : configuration));
+        HLVSDKKitEntry::make(isOurs ? HLVSDKPayleven::kitClass() : HLVSDKKitClass(this),
+                             key == "nothing" ? nullptr : configuration));
   }
-  HLVSDKPayleven::enableWithConfiguration(std::make_shared<FakeConfiguration>(entries));
+  HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(entries));
 }
 
 void Simulation::post(const Posted& notification) {

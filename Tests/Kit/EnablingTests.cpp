@@ -16,9 +16,8 @@ class EnablingTest : public KitTest {
   ~EnablingTest() override { HLVSDKPayleven::resetSharedInstance(); }
 
   static std::shared_ptr<HLVSDKPayleven> enableWith(std::shared_ptr<Object> configuration) {
-    HLVSDKPayleven::enableWithConfiguration(
-        std::make_shared<FakeConfiguration>(List<HLVSDKKitEntry>{
-            std::make_shared<FakeKitEntry>(HLVSDKPayleven::kitClass(), std::move(configuration))}));
+    HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(List<HLVSDKKitEntry>{
+        HLVSDKKitEntry::make(HLVSDKPayleven::kitClass(), std::move(configuration))}));
     return HLVSDKPayleven::sharedInstance();
   }
   static std::shared_ptr<HLVSDKPayleven> enable(NullableString key = "key") {

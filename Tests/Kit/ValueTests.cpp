@@ -297,10 +297,10 @@ TEST_F(ValueTest, TheLastEntryOfTheReceiversClassCounts) {
     std::string expected = "assert \"Configuration must have HLVSDKPaylevenKit in kits array\"";
     for (const auto digit : {number % 7, number / 7 % 7, number / 49}) {
       const auto& [whose, configuration, trace] = rows[digit];
-      entries.push_back(std::make_shared<FakeKitEntry>(whose, configuration));
+      entries.push_back(HLVSDKKitEntry::make(whose, configuration));
       if (whose == kit) expected = trace;
     }
-    const auto configuration = std::make_shared<FakeConfiguration>(entries);
+    const auto configuration = HLVSDKConfiguration::make(entries);
     HLVSDKPayleven::enableWithConfiguration(configuration);
     EXPECT_EQ(host->takeTrace(), expected) << number;
     HLVSDKPayleven::resetSharedInstance();

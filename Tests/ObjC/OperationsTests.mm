@@ -63,10 +63,10 @@ extern "C" void setAddressKeys(NSArray* keys);
 namespace {
 
 constexpr const char* tokenCall =
-    "provider create token for guest@example.com with new[..1111 09/2031 cvv A. Guest] use case "
+    "provider create token for guest@example.com with new[..1111 09/2031 cvv of 3 A. Guest] use case "
     "default";
 constexpr const char* addCall =
-    "provider add new[..1111 09/2031 cvv A. Guest] under tok use case default";
+    "provider add new[..1111 09/2031 cvv of 3 A. Guest] under tok use case default";
 
 class OperationsTest : public ObjCTest {
  protected:

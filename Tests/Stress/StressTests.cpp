@@ -204,8 +204,8 @@ class Stress {
   }
 
   const std::shared_ptr<DefaultPlatform> platform_ = DefaultPlatform::make();
-  const std::shared_ptr<FakeConfiguration> configuration_ =
-      std::make_shared<FakeConfiguration>(List<HLVSDKKitEntry>{std::make_shared<FakeKitEntry>(
+  const std::shared_ptr<HLVSDKConfiguration> configuration_ =
+      HLVSDKConfiguration::make(List<HLVSDKKitEntry>{HLVSDKKitEntry::make(
           HLVSDKPayleven::kitClass(),
           HLVSDKPaylevenKitConfiguration::configurationWithBlock(
               [](const auto& configuration) { configuration->setPaymentKey("key"); }))});

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "Host/HLVSDKCoreKit/HLVSDKConfiguration.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
@@ -93,22 +92,6 @@ struct FakeInstrument final : PLVCreditCardPaymentInstrument {
 struct FakeUpdateRequest final : HLVSDKUpdateGuestRequestInfo {
   NullableString token;
   void setPaymentToken(const NullableString& newToken) override { token = newToken; }
-};
-
-struct FakeKitEntry final : HLVSDKKitEntry {
-  HLVSDKKitClass kitClass;
-  std::shared_ptr<Object> kitConfiguration;
-
-  FakeKitEntry(HLVSDKKitClass kit, std::shared_ptr<Object> configuration)
-      : kitClass(kit), kitConfiguration(std::move(configuration)) {}
-  HLVSDKKitClass kit() const override { return kitClass; }
-  std::shared_ptr<Object> configuration() const override { return kitConfiguration; }
-};
-
-struct FakeConfiguration final : HLVSDKConfiguration {
-  NullableList<HLVSDKKitEntry> entries;
-  explicit FakeConfiguration(NullableList<HLVSDKKitEntry> kits) : entries(std::move(kits)) {}
-  NullableList<HLVSDKKitEntry> kits() const override { return entries; }
 };
 
 }  // namespace hlv::testing

@@ -204,8 +204,9 @@ std::shared_ptr<PLVCreditCardPaymentInstrument> ScriptedHost::makeCreditCardPaym
   auto instrument = std::make_shared<FakeInstrument>();
   // Named by what it was made of, masked.
   instrument->id = "new[" + (pan ? ".." + pan->substr(pan->size() - 4) : "nil") + " " +
-                   shownText(expiryMonth) + "/" + shownText(expiryYear) + (cvv ? " cvv" : " nil") +
-                   " " + shownText(cardHolder) + "]";
+                   shownText(expiryMonth) + "/" + shownText(expiryYear) +
+                   (cvv ? " cvv of " + std::to_string(cvv->size()) : " nil") + " " +
+                   shownText(cardHolder) + "]";
   return instrument;
 }
 
