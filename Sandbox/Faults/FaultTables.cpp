@@ -94,7 +94,8 @@ std::vector<Firing> readFirings(Database& database) {
 
 std::int64_t insertFault(Database& database, const Fault& fault) {
   // A null number is the next one.
-  const auto number = fault.number == 0 ? std::nullopt : std::optional(fault.number);
+  std::optional<std::int64_t> number;
+  if (fault.number != 0) number = fault.number;
   database.run(
       "INSERT INTO faults (number, operation, kind, remaining, delay, code, use_case, spread, "
       "probability, distribution, status, headers, bytes, bytes_per_second) "
