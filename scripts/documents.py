@@ -109,34 +109,35 @@ class Document:
     def __init__(self, name, record):
         self.path, self.record = DOCS / name, record
         self.text = self.path.read_text()
-        self.faults = []
+        self.faults, self.replacements = [], []
 
     def blocks(self, opening):
-        """Yields (comment before, the block's lines, where they stand), from the end to the start."""
+        """The matches of all blocks, each with its comment before and its body."""
         pattern = re.compile(r"(?:<!-- (?P<comment>[^>]*) -->\n)?^```" + opening + r"\n(?P<body>.*?)^```",
                              re.M | re.S)
         return list(pattern.finditer(self.text))
 
     def compare(self, block, printed):
-        """Replaces the block when the document is recorded, and otherwise says how it differs."""
+        """Notes a block that differs: to be replaced when recording, and otherwise as a fault."""
         old, new = shape(block["body"]), shape(printed)
         if block["body"].rstrip().endswith("…"):  # The beginning stands for all.
             old.subtract(["…"])
             new = new & old
         if +old == +new:
-            return block["body"]
+            return
         if self.record:
-            return printed
+            self.replacements.append((block.span("body"), printed))
+            return
         line = self.text.count("\n", 0, block.start("body")) + 1
         missing = "\n".join(f"  - {one}" for one in (old - new)) + "\n" + "\n".join(
             f"  + {one}" for one in (new - old))
         self.faults.append(f"{self.path.name}:{line}: the block differs from the run\n{missing}")
-        return block["body"]
 
-    def finish(self, replacements):
-        for (start, end), body in sorted(replacements.items(), reverse=True):
+    def finish(self):
+        """Writes what is to be replaced, the last first, since that moves no other."""
+        for (start, end), body in reversed(self.replacements):
             self.text = self.text[:start] + body + self.text[end:]
-        if self.record:
+        if self.replacements:
             self.path.write_text(self.text)
         return self.faults
 
@@ -149,7 +150,7 @@ def shape(text):
 
 
 def check_manual(command, record):
-    document, replacements = Document("command.md", record), {}
+    document = Document("command.md", record)
     with contextlib.ExitStack() as stores:
         for block in document.blocks(""):
             first = block["body"].split("\n", 1)[0]
@@ -162,8 +163,8 @@ def check_manual(command, record):
             if comment.startswith("run instead: "):
                 line = comment.removeprefix("run instead: ")
             printed = store.serve() if line == "serve" else store.run(line)
-            replacements[block.span("body")] = document.compare(block, first + "\n" + printed)
-    return document.finish(replacements)
+            document.compare(block, first + "\n" + printed)
+    return document.finish()
 
 
 def diagram(timeline):
@@ -181,13 +182,13 @@ def diagram(timeline):
 
 
 def check_diagrams(command, record):
-    document, replacements = Document("operations.md", record), {}
+    document = Document("operations.md", record)
     for block in document.blocks("mermaid"):
         commands = block["comment"].removeprefix("drawn from: ")
         with Store(command) as store:
             timeline = json.loads(store.run_all(f"--seed 7 {commands} --json"))["timeline"]
-        replacements[block.span("body")] = document.compare(block, diagram(timeline))
-    return document.finish(replacements)
+        document.compare(block, diagram(timeline))
+    return document.finish()
 
 
 def rows(text):
@@ -230,7 +231,7 @@ def check_failures(command):
         claims = claims if outcome == "the same" else claims_of(headers, outcome)
         before = row.get("before", "")
         for commands in re.findall(r"`([^`]+)`", row.get("how to force it", "")):
-            words = [word for word in shlex.split(commands, posix=False)]
+            words = shlex.split(commands, posix=False)
             is_typed = words[0] in subcommands or words[0].startswith("--")
             if before not in BEFORE or not is_typed or "arm" in words and ";" not in commands:
                 continue
