@@ -32,8 +32,6 @@ export const duration = (ms) => (ms < 1 ? '<1 ms' : ms < 10_000 ? `${Math.round(
 export function stepsOf(events) {
   const steps = [];
   const exchanges = exchangesOf(events);
-  /** The steps of calls that wait for their reply. */
-  const open = [];
   // The last reply that came on another thread.
   let replied = '';
   for (const event of events) {
@@ -56,19 +54,9 @@ export function stepsOf(events) {
       ...common, from: isPosted && to === 'app' ? 'main queue' : from, to, what, result,
       text: result ? `${what}: ${result}` : what, tone: result.startsWith('error') ? 'bad' : null,
     };
-    steps.push(step);
-    if (exchanges.some(({ call }) => call === event)) {
-      const taken = open.filter((call) => call.to === to).map((call) => call.slot);
-      step.slot = 0;
-      while (taken.includes(step.slot)) step.slot += 1;
-      open.push(step);
-    }
-    const asked = exchanges.find(({ reply }) => reply === event)?.call;
-    if (asked) {
-      const [call] = open.splice(open.findIndex((each) => each.number === asked.number), 1);
-      const isAlone = call.slot === 0 && !open.some((other) => other.to === from);
-      Object.assign(step, { replyTo: call.number, slot: call.slot, took: step.at - call.at, isAlone });
-    }
+    const { call, slot, isAlone } = exchanges.find((each) => each.call === event || each.reply === event) ?? {};
+    if (call !== event && call) Object.assign(step, { replyTo: call.number, took: millisecondsOf(event) - millisecondsOf(call), isAlone });
+    steps.push({ ...step, slot });
   }
   return steps;
 }
@@ -187,32 +175,27 @@ export function drawn(steps, sheet, known = Infinity, isScaled = false) {
   const layout = layoutOf(steps, sheet);
   const { width, heads, xOf } = layout;
   const rows = [];
-  const bars = [];
-  const open = new Map();
+  /** Of each call, from its arrow to its reply's. */
+  const bars = new Map();
   const whole = Math.max(1, (steps.at(-1)?.at ?? 0) - (steps[0]?.at ?? 0));
   let y = headHeight + 8;
   let before = null;
-  const bar = (call, from, to, isOpen) => bars.push(svg('rect', {
-    class: isOpen ? 'bar open' : 'bar', x: xOf(call.to) - barWidth / 2 + call.slot * (barWidth + 3), y: from, width: barWidth, height: Math.max(4, to - from), rx: 2,
-  }));
   for (const step of steps) {
     if (isScaled && before) y += Math.round(((step.at - before.at) / whole) * scaledHeight);
     const { at, parts } = row(step, y, layout, before);
     rows.push(svg('g', { class: step.number > known ? 'new' : null, 'data-tone': step.tone }, ...parts));
-    if (step.slot !== undefined && step.replyTo === undefined) open.set(step.number, { step, at });
-    const call = open.get(step.replyTo);
-    if (call) {
-      bar(call.step, call.at, at, false);
-      open.delete(step.replyTo);
-    }
+    if (bars.has(step.replyTo)) bars.get(step.replyTo).end = at;
+    else if (step.slot !== undefined && !step.replyTo) bars.set(step.number, { step, start: at, end: null });
     y = at + (layout.isNarrow ? 9 : 6);
     before = step;
   }
   const height = y + 14;
-  for (const { step, at } of open.values()) bar(step, at, height - 6, true);
   return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
     ...heads.map(({ x }) => svg('line', { class: 'lifeline', x1: x, x2: x, y1: headHeight - 4, y2: height - 6 })),
-    ...bars,
+    ...[...bars.values()].map(({ step, start, end }) => svg('rect', {
+      class: end ? 'bar' : 'bar open', x: xOf(step.to) - barWidth / 2 + step.slot * (barWidth + 3), y: start, width: barWidth,
+      height: Math.max(4, (end ?? height - 6) - start), rx: 2,
+    })),
     ...rows,
     ...heads.map(head));
 }
