@@ -37,7 +37,7 @@ for (const { name, view, ...options } of pictures) {
   await person.page.goto(server.urls.console);
   await sees(person.page.locator('#verdict', { hasText: '1 does not match.' }));
   await person.goTo(view);
-  if (view === 'Timeline') await sees(person.timeline.locator('svg [data-tone=bad]').first());
+  if (view === 'Timeline') await sees(person.timeline.locator('#diagram [data-tone=bad]').first());
   if (view === 'Requests') await person.rows.filter({ hasText: 'tok_other' }).getByRole('link').click();
   if (view === 'Requests') await sees(person.button('Copy as curl'));
   await person.page.mouse.move(0, 0);

@@ -1,5 +1,5 @@
 // The timeline: every operation, drawn while it happens, and what happened in it.
-import { drawn, duration, headsOf, sentenceOf, stepsOf } from './diagram.js';
+import { drawn, duration, sentenceOf, stepsOf } from './diagram.js';
 import { element, find, onClick, say, showList } from './dom.js';
 import { explained } from './explain.js';
 import { download, plainText, svgText } from './export.js';
@@ -26,7 +26,6 @@ export function startTimeline(listener) {
   find('kinds').addEventListener('change', plan);
   onClick('export-text', () => save('txt', 'text/plain', plainText));
   onClick('export-svg', () => save('svg', 'image/svg+xml', svgText));
-  new ResizeObserver(plan).observe(find('diagram'));
   plan();
 }
 
@@ -105,8 +104,7 @@ function draw() {
   const steps = all.slice(-mostSteps);
   const isSame = lastDrawn?.operation === operation.number;
   const isAtEnd = place.scrollTop + place.clientHeight >= place.scrollHeight - 40;
-  const picture = drawn(steps, place.clientWidth, isSame ? lastDrawn.event : Infinity, find('scaled').checked);
-  place.replaceChildren(headsOf(picture), picture);
+  place.replaceChildren(drawn(steps, isSame ? lastDrawn.event : Infinity, find('scaled').checked));
   if (all.length > steps.length) {
     place.prepend(element('p', { class: 'hint' }, `${all.length - steps.length} earlier steps are not drawn.`));
   }
@@ -143,8 +141,8 @@ function explain(operation) {
   if (row) Object.assign(find('happened-manual'), { href: manual(row), textContent: `Manual: “${row}”` });
 }
 
-function save(extension, type, written) {
+async function save(extension, type, written) {
   const operation = shown();
   const name = `paylevenkit-${operation.number}-${operation.name.replaceAll(/\W+/g, '-')}.${extension}`;
-  download(name, type, written(operation, stepsShown(operation)));
+  download(name, type, await written(operation, stepsShown(operation)));
 }
