@@ -114,7 +114,9 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
 }
 
 TEST_F(EndToEnd, EveryFaultOfAReplyMeetsItsBytes) {
-  serve();
+  serve([](ServerOptions& options) {
+    options.listening.limits.answerTime = std::chrono::milliseconds(200);
+  });
   const auto bytesOf = [this](const Json& members) {
     Json fault = {{"operation", "fetchGuestCreditCards"}};
     fault.update(members);
@@ -131,6 +133,8 @@ TEST_F(EndToEnd, EveryFaultOfAReplyMeetsItsBytes) {
       {{{"kind", "reset"}}, size / 2, "HTTP/1.1 200 "},
       {{{"kind", "garbage"}}, 34, "This is no reply of a service.\r\n\r\n"},
       {{{"kind", "refused"}}, 0, ""},
+      {{{"kind", "never"}}, 0, ""},
+      {{{"kind", "stalled"}}, size / 2, "HTTP/1.1 200 "},
   };
   for (const auto& [fault, count, begin] : rows) {
     const auto bytes = bytesOf(fault);

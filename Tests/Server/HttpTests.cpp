@@ -30,7 +30,7 @@ using testing::ask;
 using testing::RawClient;
 using testing::requestOf;
 using Json = nlohmann::ordered_json;
-using Kind = TransportFault::Kind;
+using Then = OutgoingReply::Then;
 
 HttpReply jsonReply(const Json& body) {
   HttpReply reply;
@@ -341,7 +341,7 @@ std::string withoutID(std::string reply) {
   return reply;
 }
 
-TEST_F(HttpTest, AppliesEveryTransportFault) {
+TEST_F(HttpTest, SendsAReplyAsItsFaultHasIt) {
   TransportFault fault;
   std::weak_ptr<int> context;
   handler.routes.add("GET", "faulty", [&](const auto&, const Reply& reply) {
@@ -356,32 +356,26 @@ TEST_F(HttpTest, AppliesEveryTransportFault) {
   listen();
   const auto request = requestOf("GET /faulty", "", "Connection: close\r\n");
   const auto whole = withoutID(RawClient(port).send(request).receiveRest().bytes);
-  const auto half = whole.substr(0, whole.size() / 2);
   const struct {
     TransportFault fault;
     std::string bytes;
     bool isReset;
     int status;
   } rows[] = {
-      {{Kind::refused}, "", true, 0},
-      {{Kind::reset}, half, true, 0},
-      {{Kind::garbage}, "This is no reply of a service.\r\n\r\n", false, 0},
-      {{Kind::never}, "", false, 0},
-      {{Kind::twice}, whole + whole, false, 200},
-      {{Kind::cut, 100}, whole.substr(0, 100), true, 0},
-      {{Kind::cut, 1'000'000}, whole, true, 200},
-      {{Kind::slow, 0, 10'000}, whole, false, 200},
-      {{Kind::stalled}, half, false, 0},
+      {[](OutgoingReply& reply) { reply.cut(0, Then::hold); }, "", false, 0},
+      {[](OutgoingReply& reply) { reply.cut(100, Then::reset); }, whole.substr(0, 100), true, 0},
+      {[](OutgoingReply& reply) { reply.cut(1'000'000, Then::reset); }, whole, true, 200},
+      {[](OutgoingReply& reply) { reply.bytes += reply.bytes; }, whole + whole, false, 200},
+      {[](OutgoingReply& reply) { reply.piece = 100, reply.pause = 1ms; }, whole, false, 200},
   };
   std::size_t count = 1;
   for (const auto& row : rows) {
     fault = row.fault;
     RawClient client(port);
     const auto rest = client.send(request).receiveRest();
-    const auto kind = static_cast<int>(row.fault.kind);
-    EXPECT_EQ(withoutID(rest.bytes), row.bytes) << kind;
-    EXPECT_EQ(rest.wasReset, row.isReset) << kind;
-    EXPECT_EQ(handler.waitForFinished(++count).back().status, row.status) << kind;
+    EXPECT_EQ(withoutID(rest.bytes), row.bytes) << count;
+    EXPECT_EQ(rest.wasReset, row.isReset) << count;
+    EXPECT_EQ(handler.waitForFinished(++count).back().status, row.status);
   }
   settle();
   EXPECT_TRUE(context.expired());
@@ -400,10 +394,9 @@ TEST_F(HttpTest, FreesWhatIsHeldForAClientThatLeaves) {
   listen();
   const std::function<void(HttpReply&)> rows[] = {
       [](HttpReply& reply) { reply.delay = 30min; },
-      [](HttpReply& reply) { reply.fault.kind = Kind::never; },
-      [](HttpReply& reply) { reply.fault.kind = Kind::stalled; },
+      [](HttpReply& reply) { reply.fault = [](auto& sent) { sent.cut(50, Then::hold); }; },
       [](HttpReply& reply) {
-        reply.fault = {Kind::slow, 0, 1};
+        reply.fault = [](auto& sent) { sent.piece = 1, sent.pause = 30min; };
       },
       [](HttpReply& reply) { reply.events = [] { return std::string(); }; },
   };

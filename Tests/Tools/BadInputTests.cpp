@@ -128,7 +128,7 @@ TEST(ToolReset, TakesAllThatAServerLeavesAndNothingWhileOneWorksOnTheStore) {
     std::ofstream(path) << "left by a server";
   }
   {
-    const sandbox::StoreLock server(command.store());
+    const auto server = sandbox::lockStore(command.store()).value();
     const auto refused = command.run("reset --yes");
     EXPECT_EQ(refused.status, 2);
     EXPECT_EQ(refused.err,
