@@ -62,6 +62,18 @@ void SandboxTest::pumpUntilQuiet() {
   platform->runUntil([&] { return isQuiet() && platform->isIdle() && isQuiet(); });
 }
 
+SandboxTest::Places SandboxTest::leftBy(const Sandbox& sandbox, const std::string& path) {
+  std::string journal;
+  for (const auto& operation : sandbox.journal().last(1000)) {
+    journal += operation.name + "\n";
+    for (const auto& event : operation.events) journal += event.what + " " + event.result + "\n";
+  }
+  return {{"journal", journal},
+          {"log", contentOf(path + ".log")},
+          {"store", contentOf(path)},
+          {"WAL", contentOf(path + "-wal")}};
+}
+
 TokenAnswer SandboxTest::createToken(const Typed& card, const NullableString& useCase) {
   return answerTo<TokenAnswer>([&](auto completion) {
     provider->createUserToken(email, newInstrument(card), useCase, completion);

@@ -62,6 +62,11 @@ class SandboxTest : public ::testing::Test {
   virtual bool isQuiet() const { return sandbox->isQuiet(); }
   void pumpUntilQuiet();
 
+  /// What a sandbox leaves, by where it stands, while its store is open and so has a write-ahead
+  /// log.
+  using Places = std::vector<std::pair<std::string, std::string>>;
+  static Places leftBy(const Sandbox& sandbox, const std::string& path);
+
   /// The only answer to a call that is made with the completion it is given.
   template <class Answer>
   Answer answerTo(const auto& call) {

@@ -5,6 +5,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 
 namespace hlv::server {
 namespace {
@@ -148,12 +149,7 @@ Json ServerTest::newCard(const std::string& identifier) {
 }
 
 Json ServerTest::enteredCard(const sandbox::Typed& card) {
-  return {{"credit_card",
-           {{"number", card.pan},
-            {"expiry_month", card.expiryMonth},
-            {"expiry_year", card.expiryYear},
-            {"security_code", card.cvv},
-            {"card_holder", card.cardHolder}}}};
+  return {{"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(card))}};
 }
 
 Json ServerTest::newUser(const sandbox::Typed& card, const std::string& who) {

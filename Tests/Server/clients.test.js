@@ -16,7 +16,7 @@ const arm = (expect, operation, kind, more = {}) =>
   expect(200, 'provider', 'POST /v1/sandbox/faults', { body: { operation, kind, times: null, ...more } });
 
 for (const withSession of [false, true]) {
-  onServer(`race: a guest is changed while others sign in, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
+  onServer(`race: a guest is changed while it and others sign in and out, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
     const names = ['a', 'b', 'c', 'd'];
     const changes = 100;
     const signIn = (name) => expect(200, 'backend', `PUT ${guest(name)}`);
@@ -33,10 +33,13 @@ for (const withSession of [false, true]) {
         assert.ok(!('credit_cards' in owner), 'a minimal reply grows with the cards');
       }
     };
-    const signInOthers = async () => {
-      for (const number of range(2 * changes)) await signIn(['x', 'y', ...names][number % (names.length + 2)]);
+    const signInAndOut = async () => {
+      for (const number of range(changes)) {
+        const { session } = await signIn(['x', 'y', ...names][number % (names.length + 2)]);
+        await expect(204, 'backend', 'DELETE /v1/session', { headers: { Authorization: `Bearer ${session}` } });
+      }
     };
-    await Promise.all([...names.map(change), signInOthers(), signInOthers()]);
+    await Promise.all([...names.map(change), signInAndOut(), signInAndOut()]);
     for (const name of names) {
       const kept = await expect(200, 'backend', `GET ${guest(name)}`, { headers: headers(name) });
       assert.equal(kept.payment_token, `tok_${name}_${changes - 1}`);
@@ -57,19 +60,6 @@ onServer('no path in the request log shows a card number, however it was written
   for (const [at, { path }] of requests.entries()) {
     assert.ok(path.match(/\*/g)?.length === 12 && decodeURIComponent(path).match(/\p{Nd}/gu).length === 5, `way ${at} is not masked`);
   }
-});
-
-onServer('a session is one guest\'s until it ends', async ({ expect }) => {
-  const { session } = await expect(200, 'backend', `PUT ${guest('a')}`);
-  const { session: second } = await expect(200, 'backend', `PUT ${guest('a')}`);
-  await expect(200, 'backend', `PUT ${guest('b')}`);
-  const headers = { Authorization: `Bearer ${session}` };
-  const rows = [
-    [200, `GET ${guest('a')}`, headers], [403, `GET ${guest('b')}`, headers], [200, `GET ${guest('b')}`, {}], [404, `GET ${guest('nobody')}`, {}],
-    [401, `GET ${guest('a')}`, { Authorization: 'Bearer ses_unknown' }], [401, 'DELETE /v1/session', {}], [204, 'DELETE /v1/session', headers],
-    [401, 'DELETE /v1/session', headers], [401, `GET ${guest('a')}`, headers], [200, `GET ${guest('a')}`, { Authorization: `Bearer ${second}` }],
-  ];
-  for (const [status, request, sent] of rows) await expect(status, 'backend', request, { headers: sent });
 });
 
 onServer('starvation: calls that are never answered hold up nobody', async ({ server, expect }) => {

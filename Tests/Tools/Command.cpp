@@ -1,12 +1,18 @@
 #include "Tests/Tools/Command.h"
 
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
+#include <vector>
+
+#include "Sandbox/Cards/TestCards.h"
+#include "Tests/Secrecy/CardDataSearch.h"
 
 namespace hlv::testing {
 
@@ -18,7 +24,19 @@ Command::Command(const std::string& before) {
 }
 
 Command::~Command() {
-  if (shell_) ::pclose(shell_);
+  if (shell_) wait();
+}
+
+void Command::searchFolder() const {
+  std::vector<CardDataSearch> searches;
+  for (const auto& card : sandbox::testCards()) searches.emplace_back(card.fields.pan, "");
+  for (const auto& [number, code] : typedCards) searches.emplace_back(number, code);
+  for (const auto& file : std::filesystem::recursive_directory_iterator(folder())) {
+    // What the test itself typed is not left behind by the command.
+    if (file.path().filename() == "in") continue;
+    const auto content = contentOf(file.path());
+    for (const auto& search : searches) EXPECT_EQ(search.in(content), std::nullopt) << file.path();
+  }
 }
 
 void Command::useDataFolder() {
@@ -43,6 +61,7 @@ void Command::startOn(const std::string& terminal, const std::string& line) {
 
 Finished Command::wait() {
   const int status = ::pclose(std::exchange(shell_, nullptr));
+  searchFolder();
   return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
           contentOf(folder() / "out"), contentOf(folder() / "err")};
 }

@@ -21,11 +21,17 @@ struct Finished {
 
 /// A folder of the test's own with one store in it; the folder goes away with this object.
 ///
+/// No command may print or leave the number of a card that a test types, nor its code.
+///
 /// A line holds the arguments of one command as they are typed to a shell.
 class Command {
  public:
   inline static const std::string guest = "sign-in guest@example.com";
   inline static const std::string guestWithCard = guest + "; add --test-card visa";
+  /// Two published American Express numbers: their four-digit codes cannot be mistaken for the
+  /// milliseconds of a log line.
+  static constexpr std::pair<const char*, const char*> typedCards[] = {{"371449635398431", "7913"},
+                                                                       {"378734493671000", "8642"}};
 
   /// Runs what comes before the test.
   explicit Command(const std::string& before = {});
@@ -46,6 +52,7 @@ class Command {
   Finished wait();
 
  private:
+  void searchFolder() const;
   void start(const std::string& with, const std::string& line, const std::string& redirections);
 
   const TestFolder folder_;
