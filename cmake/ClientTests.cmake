@@ -2,9 +2,9 @@
 hlv_add_tests(ClientTests
   SOURCES
     Tests/Client/CannedServer.cpp
-    Tests/Client/ClientTest.cpp
-    Tests/Client/RecordTests.cpp
     Tests/Client/RemoteHostTests.cpp
     Tests/Client/TransportTests.cpp
+    Tests/Sandbox/SandboxTest.cpp
+    Tests/Server/RawClient.cpp
   LIBRARIES HLVSDKPaylevenClient hlv_records hlv_beast)
 hlv_precompile(ClientTests <nlohmann/json.hpp>)

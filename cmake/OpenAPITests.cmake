@@ -1,4 +1,4 @@
-# The server from outside: its documents, its replies against them, its manual, and what many clients
+# The server from outside: its documents, its replies against them, and what many clients
 # at once and kills do to it.
 set(server_tests ${PROJECT_SOURCE_DIR}/Tests/Server)
 set(in_node ${server_tests}/in-node.sh ${PROJECT_BINARY_DIR}/server-tests)
@@ -13,8 +13,3 @@ hlv_add_server_test(EveryReplyMatchesTheDocuments drive.test.js)
 hlv_add_server_test(RequestsOfManyClientsKeepApart clients.test.js)
 hlv_add_server_test(LosesNothingThatWasAnsweredWhenItIsKilled kill.test.js)
 hlv_add_server_test(WorksBehindAProxyThatHashesBySandbox nginx.test.js)
-
-add_test(NAME Server.TheManualsExamplesWork
-  COMMAND ${server_tests}/curl-examples.sh
-          $<TARGET_FILE:paylevenkit> ${PROJECT_SOURCE_DIR}/docs/server.md)
-set_tests_properties(Server.TheManualsExamplesWork PROPERTIES TIMEOUT 120 LABELS ServerTests)

@@ -5,7 +5,6 @@ hlv_add_tests(ToolTests
     Tests/Tools/BadInputTests.cpp
     Tests/Tools/Command.cpp
     Tests/Tools/InterruptionTests.cpp
-    Tests/Tools/SecrecyTests.cpp
     Tests/Tools/SidesTests.cpp
     Tests/Tools/TimelineTests.cpp
     Tools/Characters.cpp

@@ -1,9 +1,11 @@
 """What scripts/documents does once the command is built.
 
-Three kinds of text are held against real runs, each document on stores of its own:
+Four kinds of text are held against real runs, each document on stores of its own:
 - in docs/operations.md, a diagram below a comment that names the commands it is drawn from;
 - in docs/command.md, a block that begins with `$ paylevenkit`, in the order of the document;
-- in docs/failures.md, a row of a table whose commands can be typed.
+- in docs/failures.md, a row of a table whose commands can be typed;
+- in docs/server.md, a line for curl, behind which a comment has the status and the beginning of the
+  reply.
 
 Calls of the two services overlap, so the order of lines is not compared, nor are the rails beside them.
 """
@@ -61,8 +63,7 @@ class Store:
 
     def __exit__(self, *ignored):
         if self.server:
-            self.server.terminate()
-            self.server.wait()
+            self.end()
         shutil.rmtree(self.folder)
 
     def run(self, line):
@@ -103,6 +104,11 @@ class Store:
             if len(self.addresses) == len(PORTS):
                 return printed
         raise SystemExit("The server did not start.")
+
+    def end(self):
+        """Ends the server and returns its exit status."""
+        self.server.terminate()
+        return self.server.wait()
 
 
 class Document:
@@ -248,6 +254,33 @@ def check_failures(command):
     return faults
 
 
+def check_curl(command):
+    lines = [line for block in Document("server.md", False).blocks("sh")
+             for line in block["body"].splitlines()]
+    script = ""
+    for line in lines:
+        report = f"|| printf '%s\\n' {shlex.quote('server.md: ' + line)} \"$(cat status answer)\"\n"
+        if line.startswith("curl "):
+            script += f"{line} -o answer -w '%{{http_code}} ' >status\n"
+        elif line.startswith("# "):
+            script += f"[[ $(cat status answer) == {shlex.quote(line[2:])}* ]] {report}"
+        elif re.match("[A-Z]+=|grep ", line):
+            script += f"{line} {report}"
+    with Store(command) as store:
+        store.serve()
+        urls = {name: f"http://{address}" for name, address in store.addresses.items()}
+        ports = pathlib.Path(store.folder, "served.sqlite.ports.json")
+        faults = [] if json.loads(ports.read_text()) == urls else ["the ports file has other URLs"]
+        run = subprocess.run(["bash", "-c", script], cwd=store.folder, capture_output=True, text=True,
+                             env={**os.environ, **{name.upper(): url for name, url in urls.items()}})
+        faults += (run.stdout + run.stderr).splitlines()
+        if store.end() != 0 or ports.exists():
+            faults.append("the server does not end in order")
+    if script.count("[[") < 60:
+        faults.append("server.md: too few examples were found")
+    return faults
+
+
 def main():
     parser = argparse.ArgumentParser(prog="scripts/documents", description=(
         "Holds what the documents print against real runs of the command."))
@@ -258,7 +291,8 @@ def main():
     faults = check_manual(command, given.record)
     faults += check_diagrams(command, given.record)
     faults += check_failures(command)
-    print("\n".join(faults) or "Every block, diagram and row is as the command prints it.")
+    faults += check_curl(command)
+    print("\n".join(faults) or "Every block, diagram, row and example is as it really runs.")
     return 1 if faults else 0
 
 

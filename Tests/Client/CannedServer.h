@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "Tests/Server/RawClient.h"
+
 namespace hlv::testing {
 
 /// Listens on a port of its own and serves every connection on a thread.
@@ -28,13 +30,10 @@ class CannedServer {
     std::string bytes;
     Then then = Then::close;
   };
-  struct Request {
+  struct Request : RawClient::Response {
     int connection = 0;
-    /// Head and body.
-    std::string text;
     /// "GET /path HTTP/1.1"
-    std::string line() const { return text.substr(0, text.find('\r')); }
-    std::string header(const std::string& name) const;
+    std::string line() const { return head.substr(0, head.find('\r')); }
   };
   using Script = std::function<Reply(const Request&)>;
 
@@ -58,14 +57,14 @@ class CannedServer {
 
  private:
   void accept();
-  void serve(boost::asio::ip::tcp::socket& socket, int connection);
+  void serve(RawClient& client, int connection);
 
   const Script script_;
   boost::asio::io_context context_;
   boost::asio::ip::tcp::acceptor acceptor_;
   mutable std::mutex mutex_;
   std::vector<Request> requests_;
-  std::deque<boost::asio::ip::tcp::socket> sockets_;
+  std::deque<RawClient> clients_;
   std::vector<std::thread> threads_;
   std::thread accepting_;
 };

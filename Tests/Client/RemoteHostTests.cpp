@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Client/RemoteGuest.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 #include "Tests/Client/ClientTest.h"
 
 namespace hlv::client {
@@ -54,12 +55,12 @@ TEST_F(RemoteHostTest, ASessionIsSentToItsBackendUntilTheGuestSignsOut) {
   fetchCards();
   ASSERT_EQ(remote->signIn(email), nullptr);
   fetchCards();
-  listInstruments();
+  list("tok");
   // Another process over the same store.
   connect(server);
   fetchCards();
   ASSERT_EQ(remote->signIn(email), nullptr);
-  settle();
+  pumpUntilQuiet();
   EXPECT_EQ(remote->signOut(), nullptr);
   EXPECT_EQ(remote->signOut(), nullptr) << "nothing is left to end";
   fetchCards();
@@ -97,11 +98,11 @@ TEST_F(RemoteHostTest, EveryCreationCarriesAKeyOfItsOwnAndNothingElseDoes) {
     return {CannedServer::http(isUser ? "{\"token\":null}" : "{\"instruments\":null}"), Then::keep};
   });
   connect(server.url() + "/sandboxes/sbx_a", server.url() + "/sandboxes/sbx_a");
-  EXPECT_EQ(nameOf(addInstrument()), "none");
-  EXPECT_EQ(nameOf(addInstrument()), "none");
-  EXPECT_FALSE(std::get<0>(listInstruments()));
+  EXPECT_EQ(nameOf(addInstrument("visa", "tok")), "none");
+  EXPECT_EQ(nameOf(addInstrument("visa", "tok")), "none");
+  EXPECT_FALSE(std::get<0>(list("tok")));
   remote->inAppClient()->registerWithAPIKey("k\r\nX-Other: y");
-  listInstruments();
+  list("tok");
   const auto requests = server.requests();
   ASSERT_EQ(requests.size(), 4U);
   EXPECT_EQ(requests[0].line(),
@@ -131,13 +132,24 @@ TEST_F(RemoteHostTest, AGuestKnowsTheLatestOfEverythingThatCame) {
 TEST_F(RemoteHostTest, WhatTheKitAsksIsInTheJournal) {
   const SessionServer server;
   connect(server);
-  local->journal().beginOperation("list");
+  sandbox->journal().beginOperation("list");
   fetchCards();
-  const auto events = local->journal().last(1).at(0).events;
+  const auto events = sandbox->journal().last(1).at(0).events;
   ASSERT_EQ(events.size(), 2U);
   EXPECT_EQ(events[0].from + " " + events[0].to + " " + events[0].what,
             "kit backend fetchGuestCreditCards");
   EXPECT_EQ(events[1].from + " " + events[1].to + " " + events[1].result, "backend kit 0 cards");
+}
+
+// What a service reads.
+TEST(Records, ANewCardIsTakenAndWhatStoodThereIsGone) {
+  const sandbox::Typed fields("visa");
+  sandbox::Json request = {
+      {"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(fields))}, {"email", "a@b"}};
+  const auto taken = sandbox::takeNewCard(request);
+  EXPECT_TRUE(taken.pan == fields.pan && taken.cvv == fields.cvv);
+  EXPECT_EQ(taken.cardHolder, fields.cardHolder);
+  for (const auto& [key, text] : request["credit_card"].items()) EXPECT_TRUE(text == "") << key;
 }
 
 }  // namespace

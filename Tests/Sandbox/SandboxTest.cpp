@@ -30,12 +30,16 @@ void SandboxTest::start(std::optional<std::uint64_t> seed, bool logToConsole) {
   options.seed = seed;
   options.logToConsole = logToConsole;
   sandbox = Sandbox::open(options).value();
-  Host::install(sandbox->host());
+  use(sandbox->host());
+  ASSERT_TRUE(sandbox->signIn(email));
+  guest = HLVSDKGuest::currentGuest();
+}
+
+void SandboxTest::use(const std::shared_ptr<Host>& host) {
+  Host::install(host);
   backend = HLVSDKAPIManager::manager();
   provider = PLVInAppClient::sharedInstance();
   provider->registerWithAPIKey("key");
-  ASSERT_TRUE(sandbox->signIn(email));
-  guest = HLVSDKGuest::currentGuest();
 }
 
 void SandboxTest::stop() {
@@ -55,7 +59,19 @@ void SandboxTest::arm(const std::string& operation, const std::string& kind,
 void SandboxTest::pumpUntilQuiet() {
   const auto platform = DefaultPlatform::shared();
   // What an answer posts to the main queue may send the next request.
-  platform->runUntil([&] { return sandbox->isQuiet() && platform->isIdle(); });
+  platform->runUntil([&] { return isQuiet() && platform->isIdle() && isQuiet(); });
+}
+
+SandboxTest::Places SandboxTest::leftBy(const Sandbox& sandbox, const std::string& path) {
+  std::string journal;
+  for (const auto& operation : sandbox.journal().last(1000)) {
+    journal += operation.name + "\n";
+    for (const auto& event : operation.events) journal += event.what + " " + event.result + "\n";
+  }
+  return {{"journal", journal},
+          {"log", contentOf(path + ".log")},
+          {"store", contentOf(path)},
+          {"WAL", contentOf(path + "-wal")}};
 }
 
 TokenAnswer SandboxTest::createToken(const Typed& card, const NullableString& useCase) {
@@ -88,6 +104,11 @@ GuestAnswer SandboxTest::storeToken(const NullableString& token) {
   request->setPaymentToken(token);
   return answerTo<GuestAnswer>(
       [&](auto completion) { backend->updateCurrentGuestWithRequest(request, completion); });
+}
+
+CardsAnswer SandboxTest::fetchCards() {
+  return answerTo<CardsAnswer>(
+      [&](auto completion) { backend->fetchGuestCreditCards(guest, completion); });
 }
 
 CardAnswer SandboxTest::addCard(const Typed& card, const std::shared_ptr<HLVSDKGuest>& owner,

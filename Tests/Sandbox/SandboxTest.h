@@ -27,6 +27,7 @@ using Cards = NullableList<HLVSDKCreditCard>;
 using TokenAnswer = std::tuple<NullableString, ErrorPtr>;
 using ListAnswer = std::tuple<Instruments, ErrorPtr>;
 using GuestAnswer = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
+using CardsAnswer = std::tuple<Cards, ErrorPtr>;
 using CardAnswer =
     std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
 
@@ -51,11 +52,20 @@ class SandboxTest : public ::testing::Test {
   /// Opens the store, lets go of what was open before, registers with the provider and signs the
   /// guest in.
   void start(std::optional<std::uint64_t> seed = std::nullopt, bool logToConsole = false);
+  /// Installs the host, takes its services, and registers with the provider.
+  void use(const std::shared_ptr<Host>& host);
   /// Lets go of everything that holds the store.
   void stop();
   void arm(const std::string& operation, const std::string& kind,
            const std::function<void(Fault&)>& change = {});
+  /// Whether no service is busy.
+  virtual bool isQuiet() const { return sandbox->isQuiet(); }
   void pumpUntilQuiet();
+
+  /// What a sandbox leaves, by where it stands, while its store is open and so has a write-ahead
+  /// log.
+  using Places = std::vector<std::pair<std::string, std::string>>;
+  static Places leftBy(const Sandbox& sandbox, const std::string& path);
 
   /// The only answer to a call that is made with the completion it is given.
   template <class Answer>
@@ -74,6 +84,7 @@ class SandboxTest : public ::testing::Test {
   ErrorPtr removeInstrument(const Instrument& instrument, const NullableString& token,
                             const NullableString& useCase = "default");
   GuestAnswer storeToken(const NullableString& token);
+  CardsAnswer fetchCards();
   CardAnswer addCard(const Typed& card, const std::shared_ptr<HLVSDKGuest>& owner,
                      const NullableString& identifier = "ins_x", AddressFields address = {});
   GuestAnswer deleteCard(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& owner);

@@ -17,22 +17,11 @@ bool isDigit(char character) { return character >= '0' && character <= '9'; }
 bool isGap(char character) {
   return character == ' ' || character == '_' || (character >= '-' && character <= '/');
 }
-unsigned char valueOf(char digit) { return static_cast<unsigned char>(digit - '0'); }
-
-std::vector<unsigned char> valuesOf(std::string_view digits) {
-  std::vector<unsigned char> values(digits.size());
-  std::transform(digits.begin(), digits.end(), values.begin(), valueOf);
-  return values;
-}
 
 }  // namespace
 
-CardDataSearch::CardDataSearch(std::string_view number, std::string_view code)
-    : number_(valuesOf(number)), code_(valuesOf(code)) {}
-
-std::optional<CardDataSearch::Finding> CardDataSearch::in(std::string_view text,
-                                                          std::size_t from) const {
-  for (auto at = from; at < text.size(); ++at) {
+std::optional<CardDataSearch::Finding> CardDataSearch::in(std::string_view text) const {
+  for (std::size_t at = 0; at < text.size(); ++at) {
     if (!isDigit(text[at])) continue;
     if (text.substr(0, at).ends_with(beforePort)) {
       const auto end = std::min(text.find_first_not_of("0123456789", at), text.size());
@@ -55,7 +44,7 @@ std::size_t CardDataSearch::digitsOfNumberAt(std::string_view text, std::size_t 
     for (auto next = at; next < text.size() && first + count < number_.size(); ++next) {
       if (isGap(text[next])) {
         if (beforeGap == 0) beforeGap = count;
-      } else if (isDigit(text[next]) && valueOf(text[next]) == number_[first + count]) {
+      } else if (text[next] == number_[first + count]) {
         ++count;
       } else {
         break;
@@ -76,10 +65,7 @@ bool CardDataSearch::isCodeAt(std::string_view text, std::size_t at) const {
   if (at > 0 && isDigit(text[at - 1])) return false;
   if (at > 1 && text[at - 1] == '.' && isDigit(text[at - 2])) return false;
   if (end < text.size() && isDigit(text[end])) return false;
-  return std::equal(code_.begin(), code_.end(), text.begin() + static_cast<std::ptrdiff_t>(at),
-                    [](unsigned char value, char character) {
-                      return isDigit(character) && valueOf(character) == value;
-                    });
+  return text.substr(at, code_.size()) == code_;
 }
 
 std::ostream& operator<<(std::ostream& out, const CardDataSearch::Finding& finding) {

@@ -4,17 +4,16 @@
 #include <cstddef>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 namespace hlv::testing {
 
 /// Finds the number, whole or in part, with or without gaps, and the security code as a number of
 /// its own. Only the number's last four digits may stand.
 ///
-/// Goes once over a text, allocates nothing, and returns where it found something but never what.
-/// Keeps the digits as values and not as characters, so that a search of the process's own memory
-/// does not find the searcher. Threading: any, once it is made.
+/// Goes once over a text and returns where it found something but never what. Threading: any.
 class CardDataSearch {
  public:
   enum class What { number, code };
@@ -25,16 +24,17 @@ class CardDataSearch {
   };
 
   /// `code` may be empty; it must not be the number's last four digits.
-  CardDataSearch(std::string_view number, std::string_view code);
+  CardDataSearch(std::string number, std::string code)
+      : number_(std::move(number)), code_(std::move(code)) {}
 
-  /// The first finding that begins at `from` or behind it.
-  std::optional<Finding> in(std::string_view text, std::size_t from = 0) const;
+  /// The first finding.
+  std::optional<Finding> in(std::string_view text) const;
 
  private:
   std::size_t digitsOfNumberAt(std::string_view text, std::size_t at) const;
   bool isCodeAt(std::string_view text, std::size_t at) const;
 
-  std::vector<unsigned char> number_, code_;
+  std::string number_, code_;
 };
 
 std::ostream& operator<<(std::ostream& out, const CardDataSearch::Finding& finding);

@@ -5,21 +5,19 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace hlv::testing {
 namespace {
 
 constexpr std::size_t pageSize = 4096;
 constexpr std::size_t pagesAPiece = 16;
-/// What could lie across two pieces.
-constexpr std::size_t overlap = 32;
+/// So many digits are not there by chance, in addresses that are written out.
+constexpr std::size_t searched = 10;
 
 std::vector<std::pair<std::size_t, std::size_t>> privateWritableMappings() {
   std::vector<std::pair<std::size_t, std::size_t>> mappings;
@@ -42,33 +40,49 @@ std::vector<std::pair<std::size_t, std::size_t>> privateWritableMappings() {
 
 }  // namespace
 
-std::size_t showProcessMemory(const std::function<bool(std::string_view bytes)>& look) {
-  constexpr std::size_t space = pagesAPiece * pageSize + overlap;
+HiddenDigits::HiddenDigits(std::uint32_t seed, std::size_t length) : values_{4} {
+  auto state = seed * 2654435761U;
+  while (values_.size() < length) {
+    state = state * 1664525U + 1013904223U;
+    values_.push_back((state >> 16U) % 10U);
+  }
+}
+
+std::string HiddenDigits::last(std::size_t count) const {
+  std::string digits(count, '0');
+  std::transform(values_.rbegin(), values_.rbegin() + static_cast<std::ptrdiff_t>(count),
+                 digits.rbegin(), [](int value) { return static_cast<char>('0' + value); });
+  return digits;
+}
+
+bool HiddenDigits::areInMemory() const {
+  constexpr std::size_t space = pagesAPiece * pageSize + searched;
   const int memory = ::open("/proc/self/mem", O_RDONLY | O_CLOEXEC);
   const int pages = ::open("/proc/self/pagemap", O_RDONLY | O_CLOEXEC);
-  // Shared, so that what is read is not found a second time where it was read to.
+  // Shared, so that neither what is read nor what is looked for is found there.
   auto* const window = static_cast<char*>(
-      ::mmap(nullptr, space, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+      ::mmap(nullptr, space + searched, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   if (memory < 0 || pages < 0 || window == MAP_FAILED) throw std::runtime_error("no memory");
+  auto* const wanted = window + space;
+  for (std::size_t i = 0; i < searched; ++i) {
+    wanted[i] = static_cast<char>('0' + values_[values_.size() - searched + i]);
+  }
   const auto wasWritten = [](std::uint64_t page) { return (page >> 62U) != 0; };
-  std::size_t shown = 0;
-  bool enough = false;
+  bool areThere = false;
   for (const auto& [begin, end] : privateWritableMappings()) {
-    for (auto at = begin; at < end && !enough; at += pagesAPiece * pageSize) {
+    for (auto at = begin; at < end && !areThere; at += pagesAPiece * pageSize) {
       std::uint64_t entries[pagesAPiece] = {};
       const auto read = ::pread(pages, entries, sizeof entries,
                                 static_cast<off_t>(at / pageSize * sizeof *entries));
       if (read > 0 && std::none_of(std::begin(entries), std::end(entries), wasWritten)) continue;
       const auto size = ::pread(memory, window, std::min(space, end - at), static_cast<off_t>(at));
-      if (size <= 0) continue;
-      shown += static_cast<std::size_t>(size);
-      enough = look({window, static_cast<std::size_t>(size)});
+      areThere = size > 0 && ::memmem(window, static_cast<std::size_t>(size), wanted, searched);
     }
   }
-  ::munmap(window, space);
+  ::munmap(window, space + searched);
   ::close(pages);
   ::close(memory);
-  return shown;
+  return areThere;
 }
 
 }  // namespace hlv::testing

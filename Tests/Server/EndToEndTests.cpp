@@ -36,7 +36,6 @@ TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
 
   ASSERT_TRUE(sandbox->tester()->addOrphanInstrument(sandbox::Typed("no-identifier")));
   EXPECT_TRUE(synchronize());
-  settle();
   const auto sides = remote->sides();
   EXPECT_EQ(nameOf(sides.error), "none");
   EXPECT_EQ(sides.backend.size(), 1U);
@@ -69,10 +68,6 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
     const auto note = [&errors](auto... results) {
       errors.push_back(described(std::get<sizeof...(results) - 1>(std::tie(results...))));
     };
-    const auto settled = [&] {
-      pumpUntilQuiet();
-      settle();
-    };
     const auto api = host->apiManager();
     const auto client = host->inAppClient();
     const auto token = guest->paylevenToken();
@@ -83,28 +78,29 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
     };
     client->registerWithAPIKey("key");
     const auto update = host->makeUpdateGuestRequestInfo();
-    api->updateCurrentGuestWithRequest(update, note), settled();
-    api->addCreditCardForGuest(guest, nullptr, note), settled();
+    api->updateCurrentGuestWithRequest(update, note), pumpUntilQuiet();
+    api->addCreditCardForGuest(guest, nullptr, note), pumpUntilQuiet();
     for (const auto& ID : {NullableString(), NullableString(""), NullableString("crd_x/y?z")}) {
-      api->deleteCreditCardWithID(ID, guest, note), settled();
-      api->updateCreditCard(ID, {}, guest, note), settled();
+      api->deleteCreditCardWithID(ID, guest, note), pumpUntilQuiet();
+      api->updateCreditCard(ID, {}, guest, note), pumpUntilQuiet();
     }
-    api->fetchGuestCreditCards(std::make_shared<RemoteGuest>("other@example.com"), note), settled();
+    api->fetchGuestCreditCards(std::make_shared<RemoteGuest>("other@example.com"), note),
+        pumpUntilQuiet();
     for (const auto* card : {"declined", "visa"}) {
-      client->createUserToken(email, instrument(card), "nowhere", note), settled();
-      client->createUserToken(std::nullopt, instrument(card), "default", note), settled();
-      client->addPaymentInstrument(instrument(card), token, "default", note), settled();
-      client->addPaymentInstrument(instrument(card), "tok", std::nullopt, note), settled();
+      client->createUserToken(email, instrument(card), "nowhere", note), pumpUntilQuiet();
+      client->createUserToken(std::nullopt, instrument(card), "default", note), pumpUntilQuiet();
+      client->addPaymentInstrument(instrument(card), token, "default", note), pumpUntilQuiet();
+      client->addPaymentInstrument(instrument(card), "tok", std::nullopt, note), pumpUntilQuiet();
     }
-    client->getPaymentInstrumentsList("tok_ä", "default", note), settled();
+    client->getPaymentInstrumentsList("tok_ä", "default", note), pumpUntilQuiet();
     arm("fetchGuestCreditCards", "error", [](auto& fault) { fault.code = 4711; });
-    api->fetchGuestCreditCards(guest, note), settled();
+    api->fetchGuestCreditCards(guest, note), pumpUntilQuiet();
     sandbox->setReachable(false);
-    api->fetchGuestCreditCards(guest, note), settled();
-    client->getPaymentInstrumentsList(token, "default", note), settled();
+    api->fetchGuestCreditCards(guest, note), pumpUntilQuiet();
+    client->getPaymentInstrumentsList(token, "default", note), pumpUntilQuiet();
     sandbox->setReachable(true);
     client->registerWithAPIKey(std::nullopt);
-    client->getPaymentInstrumentsList(token, "default", note), settled();
+    client->getPaymentInstrumentsList(token, "default", note), pumpUntilQuiet();
     client->registerWithAPIKey("key");
     return errors;
   };

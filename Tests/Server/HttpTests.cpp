@@ -484,31 +484,15 @@ TEST_F(HttpTest, EndsWhateverItsConnectionsDo) {
   held[0](jsonReply("nor here"));
 }
 
-/// What it says is hidden in the program itself, so that a search of its memory finds only copies.
-constexpr std::string_view hidden = "Ugetgv/ectf/pwodgt";
-
-std::string secret() {
-  std::string text;
-  for (const auto character : hidden) text += static_cast<char>(character - 2);
-  return text;
-}
-
-bool isSecretInMemory() {
-  bool isThere = false;
-  testing::showProcessMemory([&](std::string_view bytes) {
-    isThere = std::search(bytes.begin(), bytes.end(), hidden.begin(), hidden.end(),
-                          [](char one, char other) { return one == other - 2; }) != bytes.end();
-    return isThere;
-  });
-  return isThere;
-}
+constexpr std::size_t size = 18;
+const testing::HiddenDigits secret(1, size);
 
 /// Sends what is made of the secret, and keeps none of it.
 void sendSecretly(RawClient& client, const std::string& head, std::size_t times,
                   const std::string& tail = {}) {
   client.send(head);
   for (std::size_t i = 0; i < times; ++i) {
-    auto text = secret();
+    auto text = secret.all();
     client.send(text);
     wipe(text);
   }
@@ -521,7 +505,6 @@ TEST_F(HttpTest, OverwritesWhatItReceived) {
            "\r\nContent-Length: " + std::to_string(bytes) + "\r\n\r\n";
   };
   listen();
-  const auto size = secret().size();
   RawClient kept(port);
   for (const std::size_t times : {1UL, 3UL, 1'000UL}) {
     sendSecretly(kept, head(times * size), times);
@@ -550,9 +533,9 @@ TEST_F(HttpTest, OverwritesWhatItReceived) {
   sendSecretly(waits, head(size), 1);
   const auto held = handler.waitForHeld(1);
   settle();
-  EXPECT_FALSE(isSecretInMemory());
-  const auto copy = secret() + " and more than fits into the text itself";
-  EXPECT_TRUE(isSecretInMemory());
+  EXPECT_FALSE(secret.areInMemory());
+  const auto copy = secret.all() + " and more than fits into the text itself";
+  EXPECT_TRUE(secret.areInMemory());
 }
 
 }  // namespace

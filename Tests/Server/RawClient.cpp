@@ -57,8 +57,8 @@ std::string RawClient::receiveUntil(std::string_view words) {
 RawClient::Response RawClient::receive(bool isHead) {
   Response response;
   response.head = receiveUntil("\r\n\r\n");
-  if (!response.head.starts_with("HTTP/1.")) return {};
-  response.status = std::stoi(response.head.substr(9, 3));
+  if (!response.head.ends_with("\r\n\r\n")) return {};
+  if (response.head.starts_with("HTTP/1.")) response.status = std::stoi(response.head.substr(9, 3));
   const auto length = response.header("Content-Length");
   const auto size = isHead || length.empty() ? 0 : std::stoul(length);
   boost::system::error_code error;
@@ -74,6 +74,11 @@ RawClient::Rest RawClient::receiveRest() {
   boost::system::error_code error;
   asio::read(socket_, asio::dynamic_buffer(received_), error);
   return {take(received_.size()), error == asio::error::connection_reset};
+}
+
+void RawClient::end(tcp::socket::shutdown_type what) {
+  boost::system::error_code ignored;
+  socket_.shutdown(what, ignored);
 }
 
 void RawClient::abort() {

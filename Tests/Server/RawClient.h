@@ -1,4 +1,4 @@
-// A client that sends whatever a test wants.
+// A connection over which a test sends whatever it wants.
 #pragma once
 
 #include <boost/asio/ip/tcp.hpp>
@@ -12,6 +12,7 @@ namespace hlv::testing {
 /// Threading: one thread at a time.
 class RawClient {
  public:
+  /// A response, or the request of a client.
   struct Response {
     /// 0 where no response came.
     int status = 0;
@@ -29,14 +30,16 @@ class RawClient {
 
   /// Throws where nothing listens.
   explicit RawClient(int port);
+  explicit RawClient(boost::asio::ip::tcp::socket socket) : socket_(std::move(socket)) {}
 
   RawClient& send(std::string_view bytes);
-  /// The next response, and no byte of what follows. That of a HEAD has no body.
+  /// The next message, and no byte of what follows. The response to a HEAD has no body.
   Response receive(bool isHead = false);
   /// Everything up to and with `words`; less when the other side ends before.
   std::string receiveUntil(std::string_view words);
   /// Everything until the other side ends.
   Rest receiveRest();
+  void end(boost::asio::ip::tcp::socket::shutdown_type what);
   /// Ends with a reset.
   void abort();
 

@@ -53,23 +53,13 @@ TEST_F(Secrecy, ACardGoesOverTheWireAndIsFoundNowhereAfterwards) {
   }
   EXPECT_GT(bodyOf(askProvider("GET /v1/sandbox/requests"))["requests"].size(), 50U);
   ASSERT_GT(replies.size(), 10'000U);
-  std::string journal;
-  for (const auto& side : {sandbox, local}) {
-    for (const auto& operation : side->journal().last(1000)) {
-      for (const auto& event : operation.events) journal += event.what + " " + event.result + "\n";
-    }
-  }
-  const std::pair<std::string, std::string> places[] = {
-      {"replies", replies},
-      {"journal", journal},
-      {"log", contentOf(storePath() + ".log") + contentOf(path("local") + ".log")},
-      {"store", contentOf(storePath()) + contentOf(path("local"))},
-      {"WAL", contentOf(storePath() + "-wal") + contentOf(path("local") + "-wal")},
-      {"registry", contentOf(storePath() + ".sandboxes/registry.sqlite") +
-                       contentOf(storePath() + ".sandboxes/registry.sqlite-wal")},
-      {"stdout", ::testing::internal::GetCapturedStdout()},
-      {"stderr", ::testing::internal::GetCapturedStderr()},
-  };
+  const auto registry = storePath() + ".sandboxes/registry.sqlite";
+  auto places = leftBy(*sandbox, storePath());
+  places.emplace_back("registry", contentOf(registry) + contentOf(registry + "-wal"));
+  places.emplace_back("replies", replies);
+  places.emplace_back("stdout", ::testing::internal::GetCapturedStdout());
+  places.emplace_back("stderr", ::testing::internal::GetCapturedStderr());
+  for (auto& place : leftBy(*local, path("local"))) places.push_back(std::move(place));
   for (const auto& [name, text] : places) {
     EXPECT_EQ(hlv::testing::CardDataSearch(card.pan, card.cvv).in(text), std::nullopt) << name;
   }

@@ -5,6 +5,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 
 namespace hlv::server {
 namespace {
@@ -53,12 +54,9 @@ void ServerTest::serveAndConnect() {
   localOptions.storePath = path("local");
   local = sandbox::Sandbox::open(localOptions).value();
   remote = client::RemoteHost::open(local, {server->backendURL(), server->providerURL()});
-  Host::install(remote);
+  use(remote);
   ASSERT_EQ(nameOf(remote->signIn(email)), "none");
   ASSERT_TRUE(local->signIn(email));
-  backend = HLVSDKAPIManager::manager();
-  provider = PLVInAppClient::sharedInstance();
-  provider->registerWithAPIKey("key");
   guest = HLVSDKGuest::currentGuest();
   manager_ = HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
       backend, provider, HLVSDKReachability::sharedReachability());
@@ -101,29 +99,26 @@ RawClient ServerTest::listeningAt(const std::string& request) const {
   return client;
 }
 
-void ServerTest::settle() {
-  const auto platform = DefaultPlatform::shared();
-  platform->runUntil([&] { return remote->isQuiet() && platform->isIdle() && remote->isQuiet(); });
-}
+bool ServerTest::isQuiet() const { return sandbox->isQuiet() && (!remote || remote->isQuiet()); }
 
 ServerTest::Outcome ServerTest::add(const sandbox::Typed& card, const std::string& useCase) {
   auto fields = card;
   fields.useCase = useCase;
   const auto entered = sandbox::EnteredCard::make(fields);
-  return only<Outcome>([&](auto completion) {
+  return answerTo<Outcome>([&](auto completion) {
     manager_->addPaymentInstrument(entered, sandbox::EnteredAddress::make({}), guest, completion);
   });
 }
 
 ServerTest::Outcome ServerTest::update(const NullableString& ID, sandbox::AddressFields address) {
-  return only<Outcome>([&](auto completion) {
+  return answerTo<Outcome>([&](auto completion) {
     manager_->updatePaymentInstrument(ID, sandbox::EnteredAddress::make(std::move(address)), guest,
                                       completion);
   });
 }
 
 ServerTest::Outcome ServerTest::remove(const NullableString& ID, const std::string& useCase) {
-  const auto [owner, error] = only<sandbox::GuestAnswer>([&](auto completion) {
+  const auto [owner, error] = answerTo<sandbox::GuestAnswer>([&](auto completion) {
     manager_->deletePaymentInstrumentWithID(ID, useCase, guest, completion);
   });
   return {owner, nullptr, error};
@@ -132,7 +127,7 @@ ServerTest::Outcome ServerTest::remove(const NullableString& ID, const std::stri
 bool ServerTest::synchronize() {
   const auto synchronizer =
       HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(backend, provider);
-  const auto [isDone, error] = only<std::tuple<bool, ErrorPtr>>([&](auto completion) {
+  const auto [isDone, error] = answerTo<std::tuple<bool, ErrorPtr>>([&](auto completion) {
     synchronizer->synchronizePaymentInstrumentsForGuest(guest, completion);
   });
   EXPECT_EQ(nameOf(error), "none");
@@ -154,12 +149,7 @@ Json ServerTest::newCard(const std::string& identifier) {
 }
 
 Json ServerTest::enteredCard(const sandbox::Typed& card) {
-  return {{"credit_card",
-           {{"number", card.pan},
-            {"expiry_month", card.expiryMonth},
-            {"expiry_year", card.expiryYear},
-            {"security_code", card.cvv},
-            {"card_holder", card.cardHolder}}}};
+  return {{"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(card))}};
 }
 
 Json ServerTest::newUser(const sandbox::Typed& card, const std::string& who) {

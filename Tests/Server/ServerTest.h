@@ -60,16 +60,8 @@ class ServerTest : public sandbox::SandboxTest {
   Outcome update(const NullableString& ID, sandbox::AddressFields address);
   Outcome remove(const NullableString& ID, const std::string& useCase = "default");
   bool synchronize();
-  void settle();
-  /// What a call brings, which is made with a completion that takes what `Results` holds.
-  template <class Results>
-  Results only(const auto& call) {
-    const auto all = std::make_shared<std::vector<Results>>();
-    call([all](auto... results) { all->emplace_back(std::move(results)...); });
-    settle();
-    EXPECT_EQ(all->size(), 1U);
-    return all->empty() ? Results() : all->front();
-  }
+
+  bool isQuiet() const override;
 
   static std::string guestPath(const std::string& who = email) { return "/v1/guests/" + who; }
   /// As the kit sends it to the backend.

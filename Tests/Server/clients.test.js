@@ -8,19 +8,7 @@ import { Client, connect, inTime, newCard, patience, registeredCard, withServer 
 const guest = (name) => `/v1/guests/${name}@example.com`;
 const onServer = (name, body) => test(name, { timeout: 150_000 }, () => withServer(async (server) => {
   const client = new Client(64);
-  const documents = await Documents.of(server);
-  const call = async (port, request, options) => {
-    const [method, target] = request.split(' ');
-    const reply = await client.request(method, server.urls[port] + target, options);
-    assert.equal(documents.problem(port, method, target, reply), '', request);
-    return reply;
-  };
-  const expect = async (status, port, request, options) => {
-    const reply = await call(port, request, options);
-    assert.equal(reply.status, status, `${request}: ${reply.text.slice(0, 300)}`);
-    return reply.body;
-  };
-  await body({ server, call, expect });
+  await body({ server, expect: (await Documents.of(server)).expecting(client, server.urls) });
   client.close();
 }));
 const range = (count) => Array.from({ length: count }, (_, at) => at);
@@ -28,7 +16,7 @@ const arm = (expect, operation, kind, more = {}) =>
   expect(200, 'provider', 'POST /v1/sandbox/faults', { body: { operation, kind, times: null, ...more } });
 
 for (const withSession of [false, true]) {
-  onServer(`race: a guest is changed while others sign in, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
+  onServer(`race: a guest is changed while it and others sign in and out, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
     const names = ['a', 'b', 'c', 'd'];
     const changes = 100;
     const signIn = (name) => expect(200, 'backend', `PUT ${guest(name)}`);
@@ -45,10 +33,13 @@ for (const withSession of [false, true]) {
         assert.ok(!('credit_cards' in owner), 'a minimal reply grows with the cards');
       }
     };
-    const signInOthers = async () => {
-      for (const number of range(2 * changes)) await signIn(['x', 'y', ...names][number % (names.length + 2)]);
+    const signInAndOut = async () => {
+      for (const number of range(changes)) {
+        const { session } = await signIn(['x', 'y', ...names][number % (names.length + 2)]);
+        await expect(204, 'backend', 'DELETE /v1/session', { headers: { Authorization: `Bearer ${session}` } });
+      }
     };
-    await Promise.all([...names.map(change), signInOthers(), signInOthers()]);
+    await Promise.all([...names.map(change), signInAndOut(), signInAndOut()]);
     for (const name of names) {
       const kept = await expect(200, 'backend', `GET ${guest(name)}`, { headers: headers(name) });
       assert.equal(kept.payment_token, `tok_${name}_${changes - 1}`);
@@ -57,31 +48,18 @@ for (const withSession of [false, true]) {
   });
 }
 
-onServer('no path in the request log shows a card number, however it was written', async ({ call, expect }) => {
+onServer('no path in the request log shows a card number, however it was written', async ({ expect }) => {
   const groups = ['4242', '4242', '4242', '4242'];
   const wide = groups.map((group) => group.replace(/\d/g, (digit) => String.fromCodePoint(0xff10 + Number(digit))));
   const bytes = (text) => [...Buffer.from(text)].map((byte) => `%${byte.toString(16)}`).join('');
   const written = [groups.join(''), groups.join('%20'), groups.join('%C2%A0'), groups.join('_.-'), groups.join('%E2%80%93'),
     bytes(groups.join('')), encodeURIComponent(wide.join('')), encodeURIComponent(wide.join('/'))];
-  for (const number of written) await call('backend', `GET ${guest(number)}`);
+  for (const number of written) await expect(404, 'backend', `GET ${guest(number)}`);
   const { requests } = await expect(200, 'provider', 'GET /v1/sandbox/requests?path=guests');
   assert.equal(requests.length, written.length);
   for (const [at, { path }] of requests.entries()) {
     assert.ok(path.match(/\*/g)?.length === 12 && decodeURIComponent(path).match(/\p{Nd}/gu).length === 5, `way ${at} is not masked`);
   }
-});
-
-onServer('a session is one guest\'s until it ends', async ({ expect }) => {
-  const { session } = await expect(200, 'backend', `PUT ${guest('a')}`);
-  const { session: second } = await expect(200, 'backend', `PUT ${guest('a')}`);
-  await expect(200, 'backend', `PUT ${guest('b')}`);
-  const headers = { Authorization: `Bearer ${session}` };
-  const rows = [
-    [200, `GET ${guest('a')}`, headers], [403, `GET ${guest('b')}`, headers], [200, `GET ${guest('b')}`, {}], [404, `GET ${guest('nobody')}`, {}],
-    [401, `GET ${guest('a')}`, { Authorization: 'Bearer ses_unknown' }], [401, 'DELETE /v1/session', {}], [204, 'DELETE /v1/session', headers],
-    [401, 'DELETE /v1/session', headers], [401, `GET ${guest('a')}`, headers], [200, `GET ${guest('a')}`, { Authorization: `Bearer ${second}` }],
-  ];
-  for (const [status, request, sent] of rows) await expect(status, 'backend', request, { headers: sent });
 });
 
 onServer('starvation: calls that are never answered hold up nobody', async ({ server, expect }) => {

@@ -1,4 +1,5 @@
 // The OpenAPI documents that a server has, and whether a reply is one that they describe.
+import assert from 'node:assert/strict';
 import { require } from './modules.js';
 
 const Ajv = require('ajv/dist/2020').default;
@@ -24,10 +25,14 @@ export class Documents {
   #checks = new Map();
   documents = {};
 
-  static async of({ urls }) {
+  static urls({ urls }) {
+    return Object.fromEntries(Object.entries(places).map(([name, [port, path]]) => [name, urls[port] + path]));
+  }
+
+  static async of(server) {
     const self = new Documents();
-    for (const [name, [port, path]] of Object.entries(places)) {
-      self.documents[name] = await (await fetch(urls[port] + path)).json();
+    for (const [name, url] of Object.entries(Documents.urls(server))) {
+      self.documents[name] = await (await fetch(url)).json();
       const closed = structuredClone(self.documents[name]);
       Object.values(closed.components.responses).forEach(({ content }) => close(content));
       close(closed.components.schemas);
@@ -51,6 +56,17 @@ export class Documents {
         }
       }
     }
+  }
+
+  /** What sends 'METHOD /target' to a port, and returns the body of a reply that has the status and is described. */
+  expecting(client, urls) {
+    return async (status, port, request, options) => {
+      const [method, target] = request.split(' ');
+      const reply = await client.request(method, urls[port] + target, options);
+      assert.equal(reply.status, status, `${request}: ${reply.text.slice(0, 300)}`);
+      assert.equal(this.problem(port, method, target, reply), '', request);
+      return reply.body;
+    };
   }
 
   /** What is wrong with a reply from the port of that name; empty when it is one that is described. */

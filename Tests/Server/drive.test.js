@@ -14,18 +14,14 @@ const allowedFailures = ['not-connected', 'too-many-sandboxes'];
 const isHuge = ({ options }) => (options.body?.length ?? 0) + JSON.stringify(options.headers).length > 50_000;
 const testNumber = newCard().number;
 
-async function prepare(client, server) {
-  for (const prefix of Object.values(sandboxes)) {
-    const reply = await client.request('PUT', `${server.urls.provider}/v1/sandboxes/${prefix.split('/').at(-1)}`, { body: { seed: 7 } });
-    assert.equal(reply.status, 201, reply.text);
-    assert.equal((await client.request('PUT', `${server.urls.backend}${prefix}/v1/guests/a@example.com`)).status, 200);
-  }
-}
-
 test('every reply is described', { timeout: 200_000 }, () => withServer(async (server) => {
   const client = new Client(clients);
-  await prepare(client, server);
   const documents = await Documents.of(server);
+  const expect = documents.expecting(client, server.urls);
+  for (const prefix of Object.values(sandboxes)) {
+    await expect(201, 'provider', `PUT /v1${prefix}`, { body: { seed: 7 } });
+    await expect(200, 'backend', `PUT ${prefix}/v1/guests/a@example.com`);
+  }
   const requests = new Requests(documents, new Random(seed));
   const problems = [];
   const statuses = new Map();
@@ -49,6 +45,6 @@ test('every reply is described', { timeout: 200_000 }, () => withServer(async (s
   }));
   assert.deepEqual(problems.slice(0, 20), [], `${problems.length} of ${count} replies, seed ${seed}`);
   for (const status of [200, 201, 204, 400, 401, 404, 405, 415, 422]) assert.ok(statuses.get(status), `no reply has had the status ${status}`);
-  assert.equal((await client.request('GET', `${server.urls.provider}/v1/sandbox`)).status, 200);
+  await expect(200, 'provider', 'GET /v1/sandbox');
   client.close();
 }));

@@ -1,14 +1,12 @@
 // Two servers behind nginx, as docs/nginx.conf has it.
 import assert from 'node:assert/strict';
-import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { readFileSync, writeFileSync } from 'node:fs';
 import net from 'node:net';
-import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { test } from 'node:test';
 import { Documents } from './documents.js';
-import { Client, connect, inTime, newCard, patience, registeredCard, Server } from './server.js';
+import { Client, newCard, Program, registeredCard, Server } from './server.js';
 
 const publicPorts = { backend: 8081, provider: 8082, console: 8083 };
 const host = { Host: 'sandboxes.example' };
@@ -26,38 +24,21 @@ async function freePorts(count) {
   return ports;
 }
 
-class Proxy {
+class Proxy extends Program {
   urls = {};
-  output = '';
-  #folder = mkdtempSync(join(tmpdir(), 'nginx-'));
-  #process;
 
   async start(ports, servers) {
     let text = readFileSync(new URL('../../docs/nginx.conf', import.meta.url), 'utf8');
-    for (const [name, port] of Object.entries(publicPorts)) {
-      const mine = ports.shift();
-      this.urls[name] = `http://127.0.0.1:${mine}`;
-      text = text.replace(`listen ${port};`, `listen 127.0.0.1:${mine};`);
-      servers.forEach((server, at) => { text = text.replace(`10.0.0.1${at + 1}:${port}`, new URL(server.urls[name]).host); });
-    }
-    const temporary = ['client_body', 'proxy', 'fastcgi', 'uwsgi', 'scgi'].map((kind) => `${kind}_temp_path ${this.#folder}/${kind};`).join(' ');
-    writeFileSync(join(this.#folder, 'nginx.conf'), text.replace('http {', `http { access_log off; ${temporary}`));
-    const globals = `daemon off; master_process off; pid ${this.#folder}/pid; error_log stderr;`;
-    this.#process = spawn('nginx', ['-e', 'stderr', '-p', this.#folder, '-c', 'nginx.conf', '-g', globals], { stdio: ['ignore', 'ignore', 'pipe'] });
-    this.#process.stderr.on('data', (piece) => { this.output += piece; });
-    this.#process.on('error', (error) => { this.output += error; });
-    const deadline = Date.now() + patience;
-    const listens = () => connect(this.urls.console).then((socket) => socket.destroy(), () => undefined);
-    while (!await listens()) assert.ok(Date.now() < deadline && this.#process.exitCode === null, `nginx does not start: ${this.output}`);
-  }
-
-  async end() {
-    if (this.#process.exitCode === null && this.#process.signalCode === null) {
-      const exit = once(this.#process, 'exit');
-      this.#process.kill('SIGTERM');
-      await inTime(exit, 'nginx ends');
-    }
-    rmSync(this.#folder, { recursive: true, force: true });
+    Object.entries(publicPorts).forEach(([name, port], at) => {
+      this.urls[name] = `http://127.0.0.1:${ports[at]}`;
+      text = text.replace(`listen ${port};`, `listen 127.0.0.1:${ports[at]};`);
+      servers.forEach((server, number) => { text = text.replace(`10.0.0.1${number + 1}:${port}`, new URL(server.urls[name]).host); });
+    });
+    const temporary = ['client_body', 'proxy', 'fastcgi', 'uwsgi', 'scgi'].map((kind) => `${kind}_temp_path ${this.folder}/${kind};`).join(' ');
+    writeFileSync(join(this.folder, 'nginx.conf'), text.replace('http {', `http { access_log off; ${temporary}`));
+    const globals = `daemon off; master_process off; pid ${this.folder}/pid; error_log stderr notice;`;
+    // It listens by the time that it names how it waits for events.
+    await this.run('nginx', ['-e', 'stderr', '-p', this.folder, '-c', 'nginx.conf', '-g', globals], (output) => output.includes('using the "'));
   }
 }
 
@@ -74,21 +55,14 @@ test('sandboxes live on the server that their ids hash to', { timeout: 120_000 }
     return server;
   }));
   const proxy = new Proxy();
-  const client = new Client(32);
+  const client = new Client(32, host);
   try {
-    const publicBase = { provider: `http://sandboxes.example:${ports[1]}` };
-    await proxy.start([...ports], servers);
+    await proxy.start(ports, servers);
     const documents = await Documents.of(servers[0]);
-    const call = async (status, port, request, options = {}, base = proxy.urls[port]) => {
-      const [method, target] = request.split(' ');
-      const reply = await client.request(method, base + target, { ...options, headers: { ...host, ...options.headers } });
-      assert.equal(reply.status, status, `${request}: ${reply.text.slice(0, 300)} ${proxy.output}`);
-      assert.equal(documents.problem(port, method, target, reply), '', request);
-      return reply.body;
-    };
+    const call = documents.expecting(client, proxy.urls);
     await Promise.all(ids.map(async (id) => {
       const sandbox = await call(201, 'provider', `PUT /v1/sandboxes/${id}`, { body: { seed: 7 } });
-      assert.equal(sandbox.urls.control, `${publicBase.provider}/sandboxes/${id}/v1/sandbox`);
+      assert.equal(sandbox.urls.control, `http://sandboxes.example:${ports[1]}/sandboxes/${id}/v1/sandbox`);
       const below = `/sandboxes/${id}`;
       const { session } = await call(200, 'backend', `PUT ${below}/v1/guests/a@example.com`);
       const headers = { Authorization: `Bearer ${session}` };
@@ -97,21 +71,20 @@ test('sandboxes live on the server that their ids hash to', { timeout: 120_000 }
       const sides = await call(200, 'console', `GET ${below}/v1/sandbox/sides?guest=a@example.com`);
       assert.deepEqual(sides.credit_cards.map((card) => card.external_identifier), [`ins_${id}`]);
     }));
-    const lists = await Promise.all(servers.map((server) => call(200, 'provider', 'GET /v1/sandboxes', {}, server.urls.provider)));
+    const lists = await Promise.all(servers.map(({ urls: at }) => documents.expecting(client, at)(200, 'provider', 'GET /v1/sandboxes')));
     const found = lists.map(({ sandboxes }) => sandboxes.map(({ id }) => id).filter((id) => id !== 'default'));
     assert.deepEqual(found.flat().sort(), ids);
     assert.ok(found.every((list) => list.length > 0), 'both servers have sandboxes');
     // A fault is a server's doing on a connection of the proxy's; whoever called learns of it all the same.
     await call(200, 'provider', `POST /sandboxes/${ids[0]}/v1/sandbox/faults`, { body: { operation: 'fetchGuestCreditCards', kind: 'refused' } });
-    const broken = await client.request('GET', `${proxy.urls.backend}/sandboxes/${ids[0]}/v1/guests/a@example.com/cards`, { headers: host });
+    const broken = await client.request('GET', `${proxy.urls.backend}/sandboxes/${ids[0]}/v1/guests/a@example.com/cards`);
     assert.equal(broken.status, 502);
-    const refused = await client.request('POST', `${proxy.urls.provider}/v1/sandboxes`, { body: {}, headers: host });
+    const refused = await client.request('POST', `${proxy.urls.provider}/v1/sandboxes`, { body: {} });
     assert.equal(refused.status, 405);
-    await call(403, 'backend', 'GET /openapi.json', { headers: { Host: 'elsewhere.example' } }, servers[0].urls.backend);
+    await documents.expecting(client, servers[0].urls)(403, 'backend', 'GET /openapi.json', { headers: { Host: 'elsewhere.example' } });
     for (const server of servers) assert.equal(await server.end(), 0);
   } finally {
     client.close();
-    await proxy.end();
-    servers.forEach((server) => server.abandon());
+    [proxy, ...servers].forEach((program) => program.abandon());
   }
 });

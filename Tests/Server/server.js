@@ -28,56 +28,42 @@ export function inTime(promise, what, milliseconds = patience) {
   return Promise.race([promise, late]).finally(() => clearTimeout(timer));
 }
 
-export class Server {
+/** A program in a process and a folder of its own. */
+export class Program {
   /** All that it has written. */
   output = '';
-  /** Base URLs of the default sandbox: `backend`, `provider`, `console`. */
-  urls = {};
-  #folder = mkdtempSync(join(tmpdir(), 'server-'));
-  #options;
+  folder = mkdtempSync(join(tmpdir(), 'server-'));
   #process;
 
-  /** With further options of `serve`. Started again, it is on the same store. */
-  constructor(...options) {
-    this.#options = options;
-  }
-
-  async start() {
-    const store = join(this.#folder, 'store.sqlite');
-    this.#process = spawn(process.env.PAYLEVENKIT, ['--seed', '7', '--store', store, 'serve', ...this.#options],
-      { stdio: ['ignore', 'pipe', 'pipe'] });
-    started.add(this);
+  /** Starts it, and waits until `isReady` takes what it has written. */
+  async run(command, args, isReady) {
     this.output = '';
-    this.urls = {};
-    const listening = new Promise((resolve, reject) => {
+    this.#process = spawn(command, args, { stdio: ['ignore', 'pipe', 'pipe'] });
+    started.add(this);
+    const ready = new Promise((resolve, reject) => {
       const read = (piece) => {
         this.output += piece;
-        for (const [, name, url] of this.output.matchAll(/^(backend|provider|console) +(http\S+)\n/gm)) this.urls[name] = url;
-        if (this.urls.console) resolve();
+        if (isReady(this.output)) resolve();
       };
       this.#process.stdout.on('data', read);
       this.#process.stderr.on('data', read);
       this.#process.on('error', reject);
-      this.#process.on('exit', () => reject(new Error(`The server ended before it listened: ${masked(this.output)}`)));
+      this.#process.on('exit', () => reject(new Error(`${command} ended before it was ready: ${masked(this.output)}`)));
     });
-    await inTime(listening, 'the server starts');
+    await inTime(ready, `${command} starts`);
     return this;
-  }
-
-  get pid() {
-    return this.#process.pid;
   }
 
   get hasEnded() {
     return this.#process.exitCode !== null || this.#process.signalCode !== null;
   }
 
-  /** Returns the exit code, which is null after a signal that the server does not handle. */
+  /** Returns the exit code, which is null after a signal that it does not handle. */
   async end(signal = 'SIGTERM') {
     if (!this.hasEnded) {
       const exit = once(this.#process, 'exit');
       this.#process.kill(signal);
-      await inTime(exit, `the server ends after ${signal}`, timeToEnd);
+      await inTime(exit, `the end after ${signal}`, timeToEnd);
     }
     return this.#process.exitCode;
   }
@@ -85,8 +71,27 @@ export class Server {
   /** Leaves nothing behind. */
   abandon() {
     this.#process?.kill('SIGKILL');
-    rmSync(this.#folder, { recursive: true, force: true });
+    rmSync(this.folder, { recursive: true, force: true });
     started.delete(this);
+  }
+}
+
+export class Server extends Program {
+  /** Base URLs of the default sandbox: `backend`, `provider`, `console`. */
+  urls = {};
+  #options;
+
+  /** With further options of `serve`. Started again, it is on the same store. */
+  constructor(...options) {
+    super();
+    this.#options = options;
+  }
+
+  async start() {
+    await this.run(process.env.PAYLEVENKIT, ['--seed', '7', '--store', join(this.folder, 'store.sqlite'), 'serve', ...this.#options],
+      (output) => /^console .*\n/m.test(output));
+    for (const [, name, url] of this.output.matchAll(/^(backend|provider|console) +(http\S+)\n/gm)) this.urls[name] = url;
+    return this;
   }
 }
 
@@ -107,10 +112,12 @@ export async function withServer(body, ...options) {
 
 export class Client {
   #agent;
+  #headers;
 
-  /** Keeps as many connections as requests are under way at once, up to `connections`. */
-  constructor(connections = 8) {
+  /** Keeps as many connections as requests are under way at once, up to `connections`; each request has `headers`. */
+  constructor(connections = 8, headers = {}) {
     this.#agent = new http.Agent({ keepAlive: true, maxSockets: connections });
+    this.#headers = headers;
   }
 
   close() {
@@ -127,7 +134,7 @@ export class Client {
     const { hostname, port } = new URL(url);
     // Taken as it is, not as URL would tidy it up.
     const path = url.slice(url.indexOf('/', url.indexOf('//') + 2));
-    const all = { 'X-API-Key': 'any', 'Content-Length': bytes.length, ...headers };
+    const all = { 'X-API-Key': 'any', 'Content-Length': bytes.length, ...this.#headers, ...headers };
     if (body !== undefined && !('Content-Type' in all)) all['Content-Type'] = 'application/json';
     for (const [name, value] of Object.entries(all)) if (value === undefined) delete all[name];
     const reply = new Promise((resolve, reject) => {

@@ -1,15 +1,18 @@
 #include "Tests/Tools/Command.h"
 
-#include <fcntl.h>
-#include <signal.h>
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
-#include <iomanip>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "Sandbox/Cards/TestCards.h"
+#include "Tests/Secrecy/CardDataSearch.h"
 
 namespace hlv::testing {
 
@@ -21,9 +24,19 @@ Command::Command(const std::string& before) {
 }
 
 Command::~Command() {
-  if (process_ <= 0) return;
-  ::kill(process_, SIGKILL);
-  wait();
+  if (shell_) wait();
+}
+
+void Command::searchFolder() const {
+  std::vector<CardDataSearch> searches;
+  for (const auto& card : sandbox::testCards()) searches.emplace_back(card.fields.pan, "");
+  for (const auto& [number, code] : typedCards) searches.emplace_back(number, code);
+  for (const auto& file : std::filesystem::recursive_directory_iterator(folder())) {
+    // What the test itself typed is not left behind by the command.
+    if (file.path().filename() == "in") continue;
+    const auto content = contentOf(file.path());
+    for (const auto& search : searches) EXPECT_EQ(search.in(content), std::nullopt) << file.path();
+  }
 }
 
 void Command::useDataFolder() {
@@ -32,60 +45,34 @@ void Command::useDataFolder() {
 }
 
 Finished Command::run(const std::string& lines, const std::string& input) {
-  const auto in = folder() / "in";
+  std::ofstream(folder() / "in") << input;
   Finished last;
   std::istringstream each(lines);
   for (std::string line; std::getline(each, line, ';');) {
-    auto arguments = argumentsOf(line);
-    std::ofstream(in) << input;
-    spawn(std::move(arguments), in, folder() / "err");
+    start("setsid", line, "<in 2>err");
     last = wait();
   }
   return last;
 }
 
 void Command::startOn(const std::string& terminal, const std::string& line) {
-  spawn(argumentsOf(line), terminal, terminal);
+  start("setsid --ctty", line, "<" + terminal + " 2>" + terminal);
 }
 
 Finished Command::wait() {
-  int status = 0;
-  if (::waitpid(process_, &status, 0) != process_) throw std::runtime_error("no such process");
-  process_ = 0;
+  const int status = ::pclose(std::exchange(shell_, nullptr));
+  searchFolder();
   return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
           contentOf(folder() / "out"), contentOf(folder() / "err")};
 }
 
-std::vector<std::string> Command::argumentsOf(const std::string& line) {
-  std::vector<std::string> arguments;
-  std::istringstream words(line);
-  for (std::string word; words >> std::quoted(word);) {
-    if (word == "ID") word = run("cards --json").document()["backend"][0]["id"];
-    arguments.push_back(word);
-  }
-  return arguments;
-}
-
-void Command::spawn(std::vector<std::string> arguments, const std::string& in,
-                    const std::string& err) {
-  if (namesStore_) arguments.insert(arguments.begin(), {"--store", store()});
-  arguments.insert(arguments.begin(), PAYLEVENKIT);
-  std::vector<char*> raw;
-  for (auto& argument : arguments) raw.push_back(argument.data());
-  raw.push_back(nullptr);
-
-  const std::string out = folder() / "out";
-  process_ = ::fork();
-  if (process_ < 0) throw std::runtime_error("the command cannot be started");
-  if (process_ > 0) return;
-  // A session of its own, whose controlling terminal becomes the first one that it opens.
-  ::setsid();
-  constexpr int written = O_WRONLY | O_CREAT | O_TRUNC;
-  ::dup2(::open(in.c_str(), O_RDONLY), STDIN_FILENO);
-  ::dup2(::open(out.c_str(), written, 0600), STDOUT_FILENO);
-  ::dup2(::open(err.c_str(), written, 0600), STDERR_FILENO);
-  ::execv(PAYLEVENKIT, raw.data());
-  ::_exit(127);
+void Command::start(const std::string& with, const std::string& line,
+                    const std::string& redirections) {
+  const auto named = namesStore_ ? "--store '" + store() + "' " : "";
+  const auto typed = "cd '" + folder().string() + "' && exec " + with + " '" PAYLEVENKIT "' " +
+                     named + line + " >out " + redirections;
+  shell_ = ::popen(typed.c_str(), "we");
+  if (!shell_) throw std::runtime_error("the command cannot be started");
 }
 
 }  // namespace hlv::testing

@@ -15,10 +15,10 @@ using testing::Command;
 /// The person's end of a terminal.
 class Person {
  public:
-  Person() : terminal_(::posix_openpt(O_RDWR | O_NOCTTY)) {
+  Person() : terminal_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
     // Holds the other end open, so that the terminal outlives the command.
     if (::grantpt(terminal_) == 0 && ::unlockpt(terminal_) == 0) {
-      held_ = ::open(::ptsname(terminal_), O_RDWR | O_NOCTTY);
+      held_ = ::open(::ptsname(terminal_), O_RDWR | O_NOCTTY | O_CLOEXEC);
     }
   }
   ~Person() {

@@ -37,6 +37,24 @@ TEST(ToolTimeline, OfTheDemoEndsInAgreementOrAtTheFirstStepThatFails) {
   EXPECT_EQ(stopped.document()["outcome"], "failed");
 }
 
+// What the command prints and leaves is searched for the cards after each line.
+TEST(ToolSecrecy, HoldsForAWholeDemoOfTypedCardsWithAllLoggingOn) {
+  std::string typed;
+  for (const auto& [number, code] : Command::typedCards) {
+    typed += std::string(number) + "\n" + code + "\n";
+  }
+  Command command;
+  const auto shown = command.run("--console-log demo --typed", typed);
+  EXPECT_EQ(shown.status, 0);
+  EXPECT_NE(shown.err.find("synchronized"), std::string::npos) << "nothing was logged";
+  EXPECT_NE(shown.out.find("8431"), std::string::npos) << "the typed card was not used";
+  for (const auto* card : {"mastercard", "declined", "no-token"}) {
+    command.run(std::string("add --json --console-log --test-card ") + card);
+  }
+  command.run("add --month 12 --year 2099 --holder Guest", "3714 4963 5398 430\n7913\n");
+  command.run("trace --last 99; cards --json");
+}
+
 TEST(ToolTimeline, IsReadBackFromTheUsersDataFolderWhichIsTheirsAlone) {
   Command command;
   command.useDataFolder();
