@@ -20,7 +20,7 @@ struct HiddenDigits {
 
   NullableString readable() const {
     NullableString digits;
-    digits.emplace(length, '4');
+    digits.emplace().assign(length, '4');
     auto state = seed * 2654435761U;
     for (std::size_t i = 1; i < length; ++i) {
       state = state * 1664525U + 1013904223U;
