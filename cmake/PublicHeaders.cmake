@@ -39,6 +39,7 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
   Platform/Platform.h
   Platform/Queue.h
   Platform/SharedSlot.h
+  Values/Text.h
   Values/Value.h
   Public/HLVSDKPayleven.h
   Public/HLVSDKPaylevenKit.h

@@ -75,6 +75,8 @@ TEST(ToolUsage, ErrorsAreADocumentWhereOneIsExpectedAndLeaveNoNewStore) {
   }
   Command command(Command::guest);
   EXPECT_EQ(command.run("--json add --without card").document()["error"]["number"], 1);
+  const auto armed = command.run("--json fault arm addPaymentInstrument error").document();
+  EXPECT_EQ(armed["fault"]["number"], 1);
   const auto longNumbers = "--seed 1234567890123 --store \"" + command.folder().string() +
                            "/run-20261122075301.sqlite\" " + Command::guest;
   EXPECT_EQ(command.run(longNumbers).status, 0) << "that no card has";
