@@ -1,27 +1,9 @@
 // What goes wrong, on purpose: faults, scenarios, and a server that dies.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { atEachSize, onConsole } from './stage.js';
+import { onConsole } from './stage.js';
 
-const faults = [
-  { kind: 'error', listed: 'createUserToken: error, code 500, once', shows: 'as the armed fault demands' },
-  { kind: 'never', shows: 'The kit has not called the completion' },
-  { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', shows: 'Added visa •••• 1111.' },
-];
-
-onConsole('an armed fault is listed, meets a call, and its result is shown', async (guest) => {
-  await guest.signIn();
-  for (const { kind, delay, shows, listed = `createUserToken: ${kind}, once` } of faults) {
-    await guest.arm('createUserToken', kind, { delay });
-    await sees(guest.faults.filter({ hasText: listed }));
-    await guest.add();
-    await guest.sees(shows);
-    await sees(guest.testing.getByText('No fault is armed.'));
-  }
-  await seesCount(guest.cards, 1);
-});
-
-atEachSize('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
+onConsole('faults last, are edited and brought back, and have the kinds of their call', async (guest, server) => {
   await guest.signIn();
   await guest.arm('createUserToken', 'refused', { times: '' });
   for (let time = 0; time < 2; ++time) {

@@ -1,9 +1,9 @@
 // The requests of clients, and the sandboxes that they go to.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { atEachSize, onConsole } from './stage.js';
+import { onConsole } from './stage.js';
 
-atEachSize('requests are listed as they come, filtered, shown, copied and exported', async (guest, server) => {
+onConsole('requests are listed as they come, filtered, shown, copied and exported', async (guest, server) => {
   const { backend, provider } = server.urls;
   const asProvider = { headers: { 'X-API-Key': 'any' } };
   await guest.settleIn();
@@ -54,7 +54,7 @@ atEachSize('requests are listed as they come, filtered, shown, copied and export
   await seesCount(guest.steps.filter({ hasText: 'tok_none' }), 0);
 });
 
-atEachSize('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
+onConsole('a sandbox is made, visited, moved in time, taken back and deleted', async (guest, server) => {
   const openSandboxes = () => guest.button(/^Sandbox/).click();
   await openSandboxes();
   await guest.dialog.getByLabel('Name').fill('beside');
