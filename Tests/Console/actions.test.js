@@ -1,4 +1,4 @@
-// Every action of the page, and that its result is in sight when it comes.
+// Every action of the page, at each size: its result is in sight when it comes, and nothing lies on something else.
 import assert from 'node:assert/strict';
 import { atEachSize } from './stage.js';
 
@@ -13,7 +13,7 @@ const edited = 'createUserToken: error, code 500, status 503, always';
 /** A role, a name, what is said beside it or shows what came of it, and what is filled in before. */
 const actions = [
   ['button', 'half deleted', 'Nobody is signed in.'],
-  ['button', 'Sign in', 'Signed in.'],
+  ['button', 'Sign in', 'Signed in.', { 'E-mail address': `${'a.long.name.'.repeat(4)}@example.com` }],
   ['button', 'Sign out', 'Signed out.'],
   ['button', 'Undo', 'Signed in again.'],
   ['switch', 'Network', 'The network is off.'],
@@ -44,6 +44,7 @@ const actions = [
     ['button', name, `Done: ${name}.`]),
   ['button', 'Come to the foreground', 'The app came to the foreground.'],
   ['link', 'Show in the timeline', diagram],
+  ['link', /add.*failed/, diagram],
   ['link', /add.*succeeded/, diagram],
   ['checkbox', 'time to scale', diagram],
   ['button', 'Pause', button('Resume')],
@@ -63,6 +64,20 @@ const actions = [
   ['button', /^Delete snapshot/, 'The snapshot is deleted.'],
   ['button', 'Close', button('Export HAR')],
 ];
+
+/** What lies on something else of those that are scrolled together, and a page that is too wide. */
+const flaws = () => {
+  const place = document.querySelector(':modal') ? ':modal' : 'main';
+  const groups = ['header > *', `${place} :is(label, button:not(.outcome *), h2, h3)`, '#diagram :is(.label, .when) > span'];
+  const found = groups.flatMap((group) => {
+    const boxes = [...document.querySelectorAll(group)].filter((part) => part.checkVisibility())
+      .map((part) => ({ text: part.innerText, box: part.getBoundingClientRect() })).filter(({ box }) => box.width > 1);
+    return boxes.flatMap((one, index) => boxes.slice(index + 1)
+      .filter(({ box }) => box.left < one.box.right - 1 && one.box.left < box.right - 1 && box.top < one.box.bottom - 3 && one.box.top < box.bottom - 3)
+      .map((other) => `${one.text} / ${other.text}`));
+  });
+  return document.documentElement.scrollWidth > innerWidth ? [...found, 'the page is too wide'] : found;
+};
 
 /** Notes each key that is pressed on what does not look focused. */
 const watchFocus = () => {
@@ -86,6 +101,7 @@ atEachSize('the result of every action is in sight', async (guest, server, open,
     if (width === 1440) await acted.press(['switch', 'checkbox'].includes(role) ? 'Space' : 'Enter');
     else await acted.click();
     await (typeof result === 'function' ? guest.seesInSight(result(page)) : guest.sees(result));
+    assert.deepEqual(await page.evaluate(flaws), [], `after ${name}`);
   }
   assert.deepEqual(await page.evaluate(() => globalThis.unseen), []);
 });
