@@ -65,7 +65,7 @@ const actions = [
   ['button', 'Close', button('Export HAR')],
 ];
 
-/** What lies on something else of those that are scrolled together, and a page that is too wide. */
+/** What lies on something else of those that are scrolled together, a page that is too wide, and a lost focus. */
 const flaws = () => {
   const place = document.querySelector(':modal') ? ':modal' : 'main';
   const groups = ['header > *', `${place} :is(label, button:not(.outcome *), h2, h3)`, '#diagram :is(.label, .when) > span'];
@@ -76,7 +76,8 @@ const flaws = () => {
       .filter(({ box }) => box.left < one.box.right - 1 && one.box.left < box.right - 1 && box.top < one.box.bottom - 3 && one.box.top < box.bottom - 3)
       .map((other) => `${one.text} / ${other.text}`));
   });
-  return document.documentElement.scrollWidth > innerWidth ? [...found, 'the page is too wide'] : found;
+  if (document.documentElement.scrollWidth > innerWidth) found.push('the page is too wide');
+  return document.activeElement === document.body ? [...found, 'the focus is lost'] : found;
 };
 
 /** Notes each key that is pressed on what does not look focused. */
