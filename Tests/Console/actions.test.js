@@ -56,7 +56,7 @@ const actions = [
   ['button', 'Export HAR', /Exported \d+ requests/],
   ['button', 'Sandbox: default', dialog],
   ['button', 'Make', 'Made beside.', { Name: 'beside', Seed: '11' }],
-  ['button', 'Move', 'clock reads'],
+  ['button', 'Move', /clock reads 21\d\d-/, { 'Move clock forwards': '40000' }],
   ['button', 'Take a snapshot', 'The snapshot is taken.'],
   ['button', 'Reset everything', 'are forgotten'],
   ['button', 'Undo', 'Back to what it was.'],

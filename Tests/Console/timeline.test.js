@@ -50,7 +50,7 @@ onConsole('what is asked for meanwhile joins the operation', async (guest) => {
   await guest.comeToForeground();
   await guest.goTo('Timeline');
   await sees(guest.operations.filter({ hasText: 'add + foreground' }));
-  await guest.seesStep('no synchronisation: already synchronising');
+  await guest.seesStep('Will start synchrozation');
 });
 
 onConsole('an older operation is chosen, filtered and exported while new ones come', async (guest, server) => {
