@@ -1,17 +1,12 @@
-// Groups, the run-once guard, single answers and what converts to a value.
+// Groups, the run-once guard, slots and what converts to a value.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdint>
 #include <cstdlib>
-#include <future>
-#include <thread>
 #include <type_traits>
-#include <vector>
 
 #include "Async/Group.h"
 #include "Async/Once.h"
-#include "Async/OneShot.h"
 #include "Platform/SharedSlot.h"
 #include "Tests/Support/ManualPlatform.h"
 #include "Values/Error.h"
@@ -41,39 +36,18 @@ TEST(GroupTest, PostsWhenTheLastHasLeftAndOnceOnly) {
   EXPECT_EQ(queue->waiting(), 2u) << "an empty group posts at once";
 }
 
-TEST(OnceTest, RunsOnceAmongThreadsThatAllWaitForIt) {
+TEST(OnceTest, ABodyMayComeBackToItsGuardWhichCanBeSetBack) {
   Once once;
-  int runs = 0;  // Without a lock: whoever comes later sees what the body wrote.
-  std::promise<void> began;
-  std::atomic<bool> ended{false};
-  std::atomic<int> waiting{0};
-  std::thread first([&] {
-    once.run([&] {
-      began.set_value();
-      while (waiting < 7) std::this_thread::yield();
-      // The others are at the guard or about to be; none of them may pass it.
-      for (int i = 0; i < 1000; ++i) std::this_thread::yield();
-      ++runs;
-      ended = true;
-    });
-  });
-  began.get_future().wait();
-  std::vector<std::thread> others;
-  for (int i = 0; i < 7; ++i) {
-    others.emplace_back([&] {
-      ++waiting;
-      once.run([&] { ++runs; });
-      EXPECT_TRUE(ended);
-    });
-  }
-  first.join();
-  for (auto& thread : others) thread.join();
+  int runs = 0;
+  const auto comesBack = [&] {
+    ++runs;
+    once.run([&] { ++runs; });
+  };
+  once.run(comesBack);
+  once.run(comesBack);
   EXPECT_EQ(runs, 1);
   once.reset();
-  once.run([&] {
-    ++runs;
-    once.run([&] { ++runs; });  // Comes back to its own guard.
-  });
+  once.run(comesBack);
   EXPECT_EQ(runs, 2);
 }
 
@@ -84,17 +58,6 @@ TEST(SharedSlotTest, WhatIsReplacedIsLetGoOutsideTheLock) {
   slot.store({&value, [&](void*) { cameBack = slot.load() == nullptr; }});
   slot.store(nullptr);
   EXPECT_TRUE(cameBack);
-}
-
-TEST(OneShotTest, RunsForTheFirstReplyAndReleasesWhatItHeld) {
-  const auto held = std::make_shared<int>();
-  int sum = 0;
-  const auto answer = oneShot([held, &sum](int value) { sum += value; });
-  const auto copy = answer;
-  copy(1);
-  EXPECT_EQ(held.use_count(), 1);
-  answer(2);
-  EXPECT_EQ(sum, 1);
 }
 
 TEST(NullableStringTest, ANullPointerIsAMissingStringOrDoesNotCompile) {

@@ -1,0 +1,166 @@
+// What each primitive of the kit promises to threads that use it at the same moment. Data that is
+// written here without a lock is for the primitive to order; where it does not, ThreadSanitizer
+// reports a race.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <latch>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Async/Group.h"
+#include "Async/Once.h"
+#include "Async/OneShot.h"
+#include "Platform/Default/DefaultPlatform.h"
+#include "Platform/SharedSlot.h"
+
+namespace hlv::testing {
+namespace {
+
+constexpr int roundCount = 300;
+
+/// Runs all parts at the same moment, each on its own thread, and `check` after them; again and
+/// again, each time with a new `Round`.
+template <class Round>
+void atOnce(const std::vector<std::function<void(Round&)>>& parts,
+            const std::function<void(Round&)>& check) {
+  for (int number = 0; number < roundCount; ++number) {
+    Round round;
+    // Nothing is waited for after a part but its thread's end: that would order the parts.
+    std::latch start(static_cast<std::ptrdiff_t>(parts.size()));
+    std::vector<std::thread> threads;
+    for (const auto& part : parts) {
+      threads.emplace_back([&] {
+        start.arrive_and_wait();
+        part(round);
+      });
+    }
+    for (auto& thread : threads) thread.join();
+    check(round);
+  }
+}
+
+/// Runs a block inside the call that posts it, so that it orders nothing by itself.
+struct ImmediateQueue final : Queue {
+  void async(Block block) override { block(); }
+  std::string label() const override { return "immediate"; }
+};
+
+TEST(LitmusTest, ABlockOfAGroupComesOnceAndSeesWhatWasWrittenBeforeEachLeft) {
+  struct Round {
+    Round() {
+      group.enter();
+      group.enter();
+    }
+    Group group;
+    int first = 0, second = 0, blocks = 0;
+  };
+  atOnce<Round>({[](Round& round) {
+                   round.first = 1;
+                   round.group.leave();
+                 },
+                 [](Round& round) {
+                   round.second = 1;
+                   round.group.leave();
+                 },
+                 [](Round& round) {
+                   round.group.notify(std::make_shared<ImmediateQueue>(), [&round] {
+                     EXPECT_EQ(round.first + round.second, 2);
+                     ++round.blocks;
+                   });
+                 }},
+                [](Round& round) { EXPECT_EQ(round.blocks, 1); });
+}
+
+TEST(LitmusTest, OneReplyOfManyRunsTheCallbackAndNothingIsHeldAfterwards) {
+  struct Round {
+    std::shared_ptr<int> sum = std::make_shared<int>(0);
+    std::function<void(int)> reply = oneShot([held = sum](int value) { *held += value; });
+    std::function<void(int)> unused = reply;
+  };
+  const auto answer = [](Round& round) { round.reply(7); };
+  atOnce<Round>({answer, answer, [](Round& round) { round.unused = nullptr; }}, [](Round& round) {
+    EXPECT_EQ(*round.sum, 7);
+    EXPECT_EQ(round.sum.use_count(), 1);
+  });
+}
+
+TEST(LitmusTest, WhoeverPassesTheRunOnceGuardSeesWhatItsBodyWrote) {
+  struct Round {
+    Once once;
+    int runs = 0;
+  };
+  const auto pass = [](Round& round) {
+    round.once.run([&] {
+      std::this_thread::yield();  // The others come to the guard meanwhile.
+      ++round.runs;
+    });
+    EXPECT_EQ(round.runs, 1);
+  };
+  atOnce<Round>({pass, pass, pass}, [](Round&) {});
+}
+
+TEST(LitmusTest, AReaderOfASlotSeesAWholeValueAndTheLastOneStays) {
+  struct Round {
+    SharedSlot<std::pair<int, int>> slot;
+  };
+  const auto read = [](Round& round) {
+    const auto value = round.slot.load();
+    EXPECT_TRUE(!value || value->first == value->second);
+  };
+  const auto write = [](Round& round) {
+    for (const int number : {1, 2}) {
+      auto value = std::make_shared<std::pair<int, int>>();
+      value->first = value->second = number;
+      round.slot.store(std::move(value));
+    }
+  };
+  atOnce<Round>({read, write, read, write},
+                [](Round& round) { EXPECT_EQ(round.slot.load()->second, 2); });
+}
+
+TEST(LitmusTest, AnObserverSeesWhatWasWrittenBeforeItBeganAndKeepsNothingAfterItsEnd) {
+  struct Round {
+    std::shared_ptr<NotificationCenter> center = DefaultPlatform::make()->notificationCenter();
+    std::shared_ptr<int> held = std::make_shared<int>(0);
+    void observe() {
+      for (int time = 0; time < 20; ++time) {
+        const auto written = std::make_shared<int>(0);
+        *written = 1;
+        const auto observation = center->observe(
+            "name", [written, held = held](const auto&) { EXPECT_EQ(*written, 1); });
+        center->post({"name", {}});
+      }
+    }
+  };
+  atOnce<Round>({&Round::observe, &Round::observe},
+                [](Round& round) { EXPECT_EQ(round.held.use_count(), 1); });
+}
+
+TEST(LitmusTest, BlocksOfASerialQueueSeeOneAnotherAndWhatTheirPostersWrote) {
+  struct Round {
+    std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
+    std::shared_ptr<Queue> queue = platform->makeSerialQueue("label");
+    int sum = 0, onMain = 0;
+    void post() {
+      const auto written = std::make_shared<int>(1);
+      for (int block = 0; block < 20; ++block) {
+        queue->async([this, written] {
+          for (int time = 0; time < 50; ++time) sum += *written;
+        });
+      }
+      platform->mainQueue()->async([this, written] { onMain += *written; });
+    }
+  };
+  atOnce<Round>({&Round::post, &Round::post}, [](Round& round) {
+    round.platform->runUntil([&] { return round.platform->isIdle(); });
+    EXPECT_EQ(round.sum, 2000);
+    EXPECT_EQ(round.onMain, 2);
+  });
+}
+
+}  // namespace
+}  // namespace hlv::testing
