@@ -44,7 +44,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Store/Clock.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
-  Sandbox/Store/KeptReplies.cpp
   Sandbox/Store/Schema.cpp
   Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp
