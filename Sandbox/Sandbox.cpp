@@ -29,30 +29,30 @@ void announceAuthorisation(Journal& journal, bool isAuthorised) {
 
 }  // namespace
 
-using Opened = Result<std::shared_ptr<Sandbox>>;
+using OpenedSandbox = Result<std::shared_ptr<Sandbox>>;
 
-Opened Sandbox::open(const SandboxOptions& options) {
+OpenedSandbox Sandbox::open(const SandboxOptions& options) {
   auto store = Store::open(options.storePath);
-  if (!store) return Opened::failure(store.problem());
+  if (!store) return OpenedSandbox::failure(store.problem());
   try {
     if ((*store)->isNew() && options.seed) {
       (*store)->write([&](Database& database) { storeSeed(database, *options.seed); });
     }
   } catch (const StoreFailure& failure) {
-    return Opened::failure(failure.what());
+    return OpenedSandbox::failure(failure.what());
   }
   return over(std::move(*store), options);
 }
 
-Opened Sandbox::openInMemory() { return over(Store::openInMemory(), {}); }
+OpenedSandbox Sandbox::openInMemory() { return over(Store::openInMemory(), {}); }
 
-Opened Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
+OpenedSandbox Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
   const auto path = !options.remoteLogPath.empty() || options.storePath.empty()
                         ? options.remoteLogPath
                         : options.storePath + ".log";
-  auto remote = path.empty() ? LogSink::toNowhere() : LogSink::toFile(path);
-  if (!remote) return Opened::failure(remote.problem());
-  auto console = options.logToConsole ? LogSink::toStandardError() : LogSink::toNowhere();
+  auto remote = path.empty() ? nullSink() : fileSink(path);
+  if (!remote) return OpenedSandbox::failure(remote.problem());
+  auto console = options.logToConsole ? standardErrorSink() : nullSink();
   auto parts = std::make_shared<Parts>(std::move(store), std::move(*remote), std::move(console));
   return std::shared_ptr<Sandbox>(new Sandbox(std::move(parts)));
 }

@@ -7,7 +7,6 @@
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Provider/Provider.h"
-#include "Server/Api/Callers.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -74,7 +73,7 @@ void addInstruments(ApiRoutes& routes) {
         [token = exchange.part(2), useCase](Database& database, std::optional<FaultKind> fault) {
           const auto list = provider::listInstruments(database, token, useCase, fault);
           return CallReply{jsonReply(200, {{"instruments", jsonOf(list)}}),
-                           counted(list, "instrument")};
+                           sandbox::counted(list, "instrument")};
         });
   });
   routes.add("POST", instruments, [](const Exchange& exchange) {
