@@ -51,7 +51,7 @@ int main() {
   using namespace hlv;
   bench::InstantNetwork network;
   bench::Records records;
-  Host::install(std::make_shared<bench::BenchHost<bench::InstantNetwork>>(network, records));
+  Host::install(std::make_shared<bench::BenchHost>(network, records));
   const auto configuration = bench::makeConfiguration();
 
   const auto threadsBefore = threads();

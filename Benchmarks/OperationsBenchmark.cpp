@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
   InstantNetwork network;
   Records records;
   const auto platform = DefaultPlatform::make();
-  const auto host = std::make_shared<BenchHost<InstantNetwork>>(network, records);
+  const auto host = std::make_shared<BenchHost>(network, records);
   EnabledKit kit(platform, host, records);
   kit.synchronizeOnMainQueue();
 
@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
     benchmark::RegisterBenchmark(operation.name, measure, operation)->Iterations(20'000);
   }
   benchmark::RegisterBenchmark("bare-first-card", [&](benchmark::State& state) {
-    BareFirstCard<InstantNetwork> bare(*platform, *host, records);
+    BareFirstCard bare(*platform, *host, records);
     std::int64_t finished = 0;
     for ([[maybe_unused]] auto _ : state) {
       bool done = false;

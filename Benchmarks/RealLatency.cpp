@@ -60,9 +60,8 @@ class Race {
   DelayedNetwork network_;
   const double waits_;
   const std::shared_ptr<DefaultPlatform> platform_ = DefaultPlatform::make();
-  const std::shared_ptr<BenchHost<DelayedNetwork>> host_ =
-      std::make_shared<BenchHost<DelayedNetwork>>(network_, records_);
-  BareFirstCard<DelayedNetwork> bare_{*platform_, *host_, records_};
+  const std::shared_ptr<BenchHost> host_ = std::make_shared<BenchHost>(network_, records_);
+  BareFirstCard bare_{*platform_, *host_, records_};
   EnabledKit kit_{platform_, host_, records_};
   std::size_t started_ = 0;
 };

@@ -54,8 +54,7 @@ namespace {
 void synchronise(benchmark::State& state) {
   const auto platform = std::make_shared<VirtualPlatform>(VirtualPlatform::Thread::main);
   Records records(static_cast<std::size_t>(state.range(0)));
-  EnabledKit kit(platform, std::make_shared<BenchHost<VirtualPlatform>>(*platform, records),
-                 records);
+  EnabledKit kit(platform, std::make_shared<BenchHost>(*platform, records), records);
 
   Cost total;
   std::size_t started = 0;

@@ -66,7 +66,7 @@ int main() {
   const auto owned = std::make_shared<VirtualPlatform>(VirtualPlatform::Thread::service);
   VirtualPlatform& platform = *owned;
   Records records;
-  EnabledKit kit(owned, std::make_shared<BenchHost<VirtualPlatform>>(platform, records), records);
+  EnabledKit kit(owned, std::make_shared<BenchHost>(platform, records), records);
 
   int combinations = 0;
   double worst = 1;

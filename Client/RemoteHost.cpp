@@ -31,8 +31,8 @@ ClientRequest endOf(const NullableString& session) {
 
 }  // namespace
 
-struct RemoteHost::Parts {
-  Parts(std::shared_ptr<sandbox::Sandbox> localSandbox, const RemoteOptions& options)
+struct RemoteHost::Services {
+  Services(std::shared_ptr<sandbox::Sandbox> localSandbox, const RemoteOptions& options)
       : local(std::move(localSandbox)),
         backendClient(readURL(options.backendURL), options.timeout, loop),
         providerClient(readURL(options.providerURL), options.timeout, loop),
@@ -55,27 +55,28 @@ struct RemoteHost::Parts {
 std::shared_ptr<RemoteHost> RemoteHost::open(std::shared_ptr<sandbox::Sandbox> local,
                                              const RemoteOptions& options) {
   return std::shared_ptr<RemoteHost>(
-      new RemoteHost(std::make_unique<Parts>(std::move(local), options)));
+      new RemoteHost(std::make_unique<Services>(std::move(local), options)));
 }
 
-RemoteHost::RemoteHost(std::unique_ptr<Parts> parts)
-    : parts_(std::move(parts)), local_(parts_->local->host()) {}
+RemoteHost::RemoteHost(std::unique_ptr<Services> services)
+    : DeviceHost(services->local->parts()), services_(std::move(services)) {}
 
 RemoteHost::~RemoteHost() = default;
 
 ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& email) {
   const bool isSignIn = method == "PUT";
   ClientRequest request{method, "/v1/guests/" + percentEncoded(email)};
-  if (!isSignIn) request.session = parts_->session->token();
-  const auto reply = parts_->backendClient.send(std::move(request));
+  if (!isSignIn) request.session = services_->session->token();
+  const auto reply = services_->backendClient.send(std::move(request));
   if (reply.error) return reply.error;
   try {
-    parts_->guests->learn(sandbox::guestIn(reply.body));
+    services_->guests->learn(sandbox::guestIn(reply.body));
     if (!isSignIn) return nullptr;
-    const auto replaced = parts_->session->exchange(sandbox::textIn(reply.body, "session"));
+    const auto replaced = services_->session->exchange(sandbox::textIn(reply.body, "session"));
     // Nobody waits to learn whether it was still one.
     if (replaced) {
-      parts_->backendClient.send([replaced] { return endOf(replaced); }, [](const ClientReply&) {});
+      services_->backendClient.send([replaced] { return endOf(replaced); },
+                                    [](const ClientReply&) {});
     }
     return nullptr;
   } catch (const sandbox::InvalidRecord&) {
@@ -85,33 +86,33 @@ ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& ema
 
 ErrorPtr RemoteHost::signIn(const std::string& email) {
   // There may be another backend at that place by now, whose revisions are lower.
-  parts_->guests->guest(email)->forgetRevision();
+  services_->guests->guest(email)->forgetRevision();
   return learnFrom("PUT", email);
 }
 
 ErrorPtr RemoteHost::signOut() {
-  const auto session = parts_->session->exchange(std::nullopt);
+  const auto session = services_->session->exchange(std::nullopt);
   if (!session) return nullptr;
-  const auto reply = parts_->backendClient.send(endOf(session));
+  const auto reply = services_->backendClient.send(endOf(session));
   return reply.error && !saysNotSignedIn(reply.error) ? reply.error : nullptr;
 }
 
 ErrorPtr RemoteHost::refresh() {
-  const auto email = parts_->local->signedInEmail();
+  const auto email = services_->local->signedInEmail();
   return email ? learnFrom("GET", *email) : nullptr;
 }
 
-bool RemoteHost::isQuiet() const { return parts_->loop->isIdle(); }
+bool RemoteHost::isQuiet() const { return services_->loop->isIdle(); }
 
 RemoteHost::Sides RemoteHost::sides() {
   Sides sides;
-  const auto email = parts_->local->signedInEmail();
+  const auto email = services_->local->signedInEmail();
   if (!email) return sides;
   sides.error = refresh();
   if (sides.error) return sides;
   ClientRequest request{"GET", "/v1/sandbox/sides?guest=" + percentEncoded(*email)};
   request.apiKey = "paylevenkit";
-  const auto reply = parts_->providerClient.send(std::move(request));
+  const auto reply = services_->providerClient.send(std::move(request));
   sides.error = reply.error;
   if (sides.error) return sides;
   try {
@@ -126,17 +127,18 @@ RemoteHost::Sides RemoteHost::sides() {
 }
 
 std::shared_ptr<RemoteTester> RemoteHost::tester() const {
-  return std::make_shared<RemoteTester>(std::make_shared<ControlClient>(parts_->providerClient),
-                                        [local = parts_->local] { return local->signedInEmail(); });
+  return std::make_shared<RemoteTester>(
+      std::make_shared<ControlClient>(services_->providerClient),
+      [local = services_->local] { return local->signedInEmail(); });
 }
 
-std::shared_ptr<HLVSDKAPIManager> RemoteHost::apiManager() { return parts_->backend; }
+std::shared_ptr<HLVSDKAPIManager> RemoteHost::apiManager() { return services_->backend; }
 
 std::shared_ptr<HLVSDKGuest> RemoteHost::currentGuest() {
-  const auto email = parts_->local->signedInEmail();
-  return email ? parts_->guests->guest(*email) : nullptr;
+  const auto email = services_->local->signedInEmail();
+  return email ? services_->guests->guest(*email) : nullptr;
 }
 
-std::shared_ptr<PLVInAppClient> RemoteHost::inAppClient() { return parts_->provider; }
+std::shared_ptr<PLVInAppClient> RemoteHost::inAppClient() { return services_->provider; }
 
 }  // namespace hlv::client

@@ -8,7 +8,7 @@
 
 #include "Client/ClientError.h"
 #include "Client/RemoteTester.h"
-#include "Host/Host.h"
+#include "Sandbox/Host/DeviceHost.h"
 #include "Sandbox/Sandbox.h"
 
 namespace hlv::client {
@@ -28,7 +28,7 @@ struct RemoteOptions {
 /// that have not ended when the host goes are freed, and their completions are not called.
 ///
 /// Threading: any. The members that ask a service and return its reply wait for it.
-class RemoteHost final : public Host {
+class RemoteHost final : public sandbox::DeviceHost {
  public:
   /// Sends nothing yet. Throws `ClientError` when a URL cannot be read.
   [[nodiscard]] static std::shared_ptr<RemoteHost> open(std::shared_ptr<sandbox::Sandbox> local,
@@ -65,46 +65,13 @@ class RemoteHost final : public Host {
   std::shared_ptr<HLVSDKGuest> currentGuest() override;
   std::shared_ptr<PLVInAppClient> inAppClient() override;
 
-  // Of this side.
-
-  std::shared_ptr<const HLVSDKConstants> constants() override { return local_->constants(); }
-  std::shared_ptr<HLVSDKReachability> reachability() override { return local_->reachability(); }
-  std::shared_ptr<HLVSDKLogger> remoteLogger() override { return local_->remoteLogger(); }
-  std::shared_ptr<HLVSDKLogger> consoleLogger() override { return local_->consoleLogger(); }
-  std::shared_ptr<HLVSession> activeSession() override { return local_->activeSession(); }
-  std::shared_ptr<HLVErrorFacade> makeErrorFacade() override { return local_->makeErrorFacade(); }
-  NullableString cardBrandFromNumber(const NullableString& number) override {
-    return local_->cardBrandFromNumber(number);
-  }
-  std::shared_ptr<HLVSDKUpdateGuestRequestInfo> makeUpdateGuestRequestInfo() override {
-    return local_->makeUpdateGuestRequestInfo();
-  }
-  void handleAssertWithMessage(const NullableString& message) override {
-    local_->handleAssertWithMessage(message);
-  }
-  void handleParameterAssert(const NullableString& parameter,
-                             const NullableString& message) override {
-    local_->handleParameterAssert(parameter, message);
-  }
-  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
-      const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
-      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override {
-    return local_->makeAddCreditCardRequestBody(instrument, address);
-  }
-  std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
-      const NullableString& pan, const NullableString& month, const NullableString& year,
-      const NullableString& cvv, const NullableString& holder) override {
-    return local_->makeCreditCardPaymentInstrument(pan, month, year, cvv, holder);
-  }
-
  private:
-  struct Parts;
-  explicit RemoteHost(std::unique_ptr<Parts> parts);
+  struct Services;
+  explicit RemoteHost(std::unique_ptr<Services> services);
 
   ErrorPtr learnFrom(const std::string& method, const std::string& email);
 
-  const std::unique_ptr<Parts> parts_;
-  const std::shared_ptr<Host> local_;
+  const std::unique_ptr<Services> services_;
 };
 
 }  // namespace hlv::client

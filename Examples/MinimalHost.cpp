@@ -21,7 +21,7 @@ class Failure final : public hlv::Error {
  public:
   Failure(std::string domain, std::int64_t code, std::string text)
       : domain_(std::move(domain)), code_(code), text_(std::move(text)) {}
-  std::string domain() const override { return domain_; }
+  hlv::Text domain() const override { return domain_; }
   std::int64_t code() const override { return code_; }
   NullableString localizedDescription() const override { return text_; }
   NullableString developerMessage() const override { return text_; }

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "Platform/NotificationCenter.h"
 #include "Platform/Queue.h"
@@ -37,7 +36,7 @@ class HLV_EXPORT Platform {
   /// Runs its blocks on the main thread. Never null.
   virtual std::shared_ptr<Queue> mainQueue() = 0;
   /// A new serial queue; starts no thread before the first block is posted. Never null.
-  [[nodiscard]] virtual std::shared_ptr<Queue> makeSerialQueue(std::string label) = 0;
+  [[nodiscard]] virtual std::shared_ptr<Queue> makeSerialQueue(Text label) = 0;
   /// The default notification centre. Never null.
   virtual std::shared_ptr<NotificationCenter> notificationCenter() = 0;
 };

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include "Values/Export.h"
+#include "Values/Text.h"
 
 namespace hlv {
 
@@ -28,7 +28,7 @@ class HLV_EXPORT Queue {
 
   virtual void async(Block block) = 0;
   /// The name that the queue was made with.
-  virtual std::string label() const = 0;
+  virtual Text label() const = 0;
 };
 
 }  // namespace hlv

@@ -53,6 +53,8 @@ class Sandbox {
   /// What to install with `Host::install` before the kit is enabled. Keeps the sandbox's services
   /// alive by itself.
   [[nodiscard]] std::shared_ptr<Host> host() const;
+  /// For another host over this sandbox, whose services are elsewhere (`DeviceHost`).
+  const std::shared_ptr<Parts>& parts() const { return parts_; }
   /// What a tester does. Keeps the store alive by itself.
   [[nodiscard]] std::shared_ptr<Tester> tester() const;
   /// The timeline.

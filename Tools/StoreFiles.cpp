@@ -48,8 +48,7 @@ bool isStoreFile(const std::string& path) {
 }
 
 void removeStore(const std::string& path) {
-  const sandbox::StoreLock lock(path);
-  if (!lock.problem().empty()) throw Problem(lock.problem());
+  const auto lock = sandbox::lockStore(path).value();
   for (const char* suffix : storeSuffixes) {
     std::error_code failure;
     std::filesystem::remove_all(path + suffix, failure);

@@ -5,11 +5,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 
 #include "Values/Export.h"
 #include "Values/NullableString.h"
 #include "Values/Object.h"
+#include "Values/Text.h"
 
 namespace hlv {
 
@@ -21,7 +21,7 @@ namespace hlv {
 /// - keep card numbers masked to their last four digits, and security codes out, in every text.
 class HLV_EXPORT Error : public Object {
  public:
-  virtual std::string domain() const = 0;
+  virtual Text domain() const = 0;
   virtual std::int64_t code() const = 0;
   /// For the person who uses the app; may be missing.
   virtual NullableString localizedDescription() const = 0;

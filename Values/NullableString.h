@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "Values/Text.h"
+
 namespace hlv {
 
 /// Missing and empty are different things, and the kit's rules distinguish them. A null pointer,
@@ -19,11 +21,16 @@ class NullableString : public std::optional<std::string> {
   NullableString(std::nullopt_t) {}
   NullableString(std::nullptr_t) {}
   NullableString(const char* text) {
-    if (text) emplace(text);
+    if (text) optional::emplace(text);
   }
   explicit NullableString(std::string_view text) : optional(std::string(text)) {}
   NullableString(std::string text) : optional(std::move(text)) {}
   NullableString(std::optional<std::string> text) : optional(std::move(text)) {}
+
+  /// Makes it an empty text.
+  std::string& emplace() { return optional::emplace(); }
+  std::string value_or(Text otherwise) const& { return *this ? **this : std::move(otherwise); }
+  std::string value_or(Text otherwise) && { return std::move(*this ? **this : otherwise); }
 
   // The base's comparisons take any two types; for two optional ones of different types they would
   // be ambiguous.

@@ -1,5 +1,6 @@
 #include "Values/Value.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 
@@ -24,7 +25,8 @@ const Value& valueForKey(const Dictionary& dictionary, const NullableString& key
   alignas(Value) static std::byte place[sizeof(Value)];
   static const auto& null = *new (place) Value;
   if (!key) return null;
-  const auto found = dictionary.find(*key);
+  // Without a copy of the key.
+  const auto found = std::ranges::find(dictionary, *key, &Dictionary::value_type::first);
   return found == dictionary.end() ? null : found->second;
 }
 

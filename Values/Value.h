@@ -16,12 +16,13 @@
 #include "Values/Export.h"
 #include "Values/NullableString.h"
 #include "Values/Object.h"
+#include "Values/Text.h"
 
 namespace hlv {
 
 class Value;
 using Array = std::vector<Value>;
-using Dictionary = std::map<std::string, Value>;
+using Dictionary = std::map<Text, Value>;
 
 /// The integers, without booleans and characters.
 template <class T>

@@ -10,7 +10,6 @@ add_executable(ObjCTests
   Tests/ObjC/OperationsTests.mm
   Tests/ObjC/RunTimeTableTests.mm
   Tests/ObjC/Sanitizers.cpp
-  Tests/ObjC/TestAddressKeys.mm
   Tests/Support/ScriptedHost.cpp
   $<TARGET_OBJECTS:HLVHostClassesObjC>)
 set(run_time_table ${PROJECT_SOURCE_DIR}/Tests/ObjC/runtime-table.txt)

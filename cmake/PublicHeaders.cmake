@@ -39,6 +39,7 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
   Platform/Platform.h
   Platform/Queue.h
   Platform/SharedSlot.h
+  Values/Text.h
   Values/Value.h
   Public/HLVSDKPayleven.h
   Public/HLVSDKPaylevenKit.h
@@ -51,6 +52,7 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   target_sources(HLVSDKPaylevenSandbox PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
     Sandbox/Records/BackendCard.h
+    Sandbox/Host/DeviceHost.h
     Sandbox/Records/EnteredAddress.h
     Sandbox/Cards/EnteredCard.h
     Sandbox/Errors/ErrorCodes.h

@@ -30,6 +30,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Faults/Fault.cpp
   Sandbox/Faults/FaultTables.cpp
   Sandbox/Host/Constants.cpp
+  Sandbox/Host/DeviceHost.cpp
   Sandbox/Host/SandboxHost.cpp
   Sandbox/Logging/LogSink.cpp
   Sandbox/Logging/Logger.cpp

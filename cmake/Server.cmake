@@ -4,7 +4,7 @@ find_package(OpenSSL REQUIRED COMPONENTS Crypto)
 # The documents that describe the server become part of the library.
 set(openapi_dir ${PROJECT_SOURCE_DIR}/Server/openapi)
 set(HLV_OPENAPI_FILES "")
-foreach(document backend provider control sandboxes common)
+foreach(document backend provider control sandboxes components)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${openapi_dir}/${document}.json)
   file(READ ${openapi_dir}/${document}.json content)
   # Indentation is for whoever reads the files.

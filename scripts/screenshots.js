@@ -35,9 +35,9 @@ await fetch(`${provider}/v1/users/tok_other/instruments?use_case=default`, { hea
 for (const { name, view, ...options } of pictures) {
   const person = new Person(await browser.newPage({ colorScheme: 'light', ...options }));
   await person.page.goto(server.urls.console);
-  await sees(person.page.locator('.verdict:visible', { hasText: '1 does not match.' }));
+  await sees(person.page.locator('#verdict', { hasText: '1 does not match.' }));
   await person.goTo(view);
-  if (view === 'Timeline') await sees(person.timeline.locator('svg [data-tone=bad]').first());
+  if (view === 'Timeline') await sees(person.timeline.locator('#diagram [data-tone=bad]').first());
   if (view === 'Requests') await person.rows.filter({ hasText: 'tok_other' }).getByRole('link').click();
   if (view === 'Requests') await sees(person.button('Copy as curl'));
   await person.page.mouse.move(0, 0);

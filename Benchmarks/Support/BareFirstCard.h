@@ -15,10 +15,9 @@
 namespace hlv::bench {
 
 /// What it is made of lives longer.
-template <class Network>
 class BareFirstCard {
  public:
-  BareFirstCard(Platform& platform, BenchHost<Network>& host, Records& records)
+  BareFirstCard(Platform& platform, BenchHost& host, Records& records)
       : platform_(platform), host_(host), records_(records) {}
 
   /// `done` becomes true on the main thread.
@@ -68,7 +67,7 @@ class BareFirstCard {
   }
 
   Platform& platform_;
-  BenchHost<Network>& host_;
+  BenchHost& host_;
   Records& records_;
 };
 

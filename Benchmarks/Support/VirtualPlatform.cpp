@@ -7,7 +7,7 @@ class VirtualPlatform::EventQueue final : public Queue {
   EventQueue(std::string label, VirtualPlatform& platform, Thread thread)
       : label_(std::move(label)), platform_(platform), thread_(thread) {}
   void async(Block block) override { platform_.after(0, thread_, std::move(block)); }
-  std::string label() const override { return label_; }
+  Text label() const override { return label_; }
 
  private:
   const std::string label_;
@@ -29,7 +29,7 @@ std::optional<VirtualPlatform::Thread> VirtualPlatform::runOne() {
   return next.mapped().thread;
 }
 
-std::shared_ptr<Queue> VirtualPlatform::makeSerialQueue(std::string label) {
+std::shared_ptr<Queue> VirtualPlatform::makeSerialQueue(Text label) {
   return makeQueue(std::move(label), Thread::serialQueue);
 }
 

@@ -38,7 +38,7 @@ class VirtualPlatform final : public Platform {
 
   bool isMainThread() const override { return running_ == Thread::main; }
   std::shared_ptr<Queue> mainQueue() override { return main_; }
-  std::shared_ptr<Queue> makeSerialQueue(std::string label) override;
+  std::shared_ptr<Queue> makeSerialQueue(Text label) override;
   std::shared_ptr<NotificationCenter> notificationCenter() override {
     return notifications_->notificationCenter();
   }

@@ -133,8 +133,28 @@ static BOOL removeCard(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
   });
 }
 
-/// A host runs the kits that its configuration lists. The kit reads the guest when it is enabled,
-/// and never again, so somebody signs in before.
+/// Sees to it that the kit synchronises the guest who is signed in: the kit itself keeps the one
+/// whom it read when it was enabled.
+@interface GuestFollower : NSObject
+- (void)authorizationDidChange:(NSNotification*)notification;
+@end
+
+@implementation GuestFollower
+
+- (void)authorizationDidChange:(NSNotification*)notification {
+  HLVSDKPayleven* kit = [HLVSDKPayleven sharedInstance];
+  HLVSDKGuest* guest = [HLVSDKGuest currentGuest];
+  if (!kit || kit.currentGuest == guest) return;
+  kit.currentGuest = guest;
+  // The synchroniser before may be at work for the guest before, or busy for ever after a failure.
+  [kit setUpPaymentInstrumentsSynchronizer];
+  // The kit may have seen the notification first.
+  [kit synchronizePaymentInstruments];
+}
+
+@end
+
+/// A host runs the kits that its configuration lists.
 static void enableKit(void) {
   HLVSDKPaylevenKitConfiguration* configuration = [HLVSDKPaylevenKitConfiguration
       configurationWithBlock:^(HLVSDKMutablePaylevenKitConfiguration* record) {
@@ -167,9 +187,8 @@ static BOOL addOrphanInstrument(HLVSandbox* sandbox) {
 }
 
 /// Nobody reports a synchronisation that the kit begins by itself, so the app looks at what it did.
-static BOOL returnToForeground(HLVSandbox* sandbox) {
-  printf("The app returns to the foreground, and the kit synchronises\n");
-  [sandbox enterForeground];
+static BOOL waitForAgreement(HLVSandbox* sandbox) {
+  printf("The kit synchronises\n");
   const BOOL agree = runUntil(^BOOL {
     return [sandbox isQuiet] && sidesAgree(sandbox);
   });
@@ -177,12 +196,11 @@ static BOOL returnToForeground(HLVSandbox* sandbox) {
   return isFine(agree ? nil : @"The two sides do not agree.");
 }
 
-static BOOL runThroughCards(HLVSandbox* sandbox) {
+static BOOL runThroughCards(HLVSandbox* sandbox, HLVSDKPaymentManager* cards) {
   printf("A guest signs in, and the kit is enabled\n");
   if (!isFine([sandbox signInWithEmail:@"guest@example.com"])) return NO;
   enableKit();
 
-  HLVSDKPaymentManager* cards = [[[HLVSDKPaymentManager alloc] init] autorelease];
   if (!add(cards, @"visa", kHLVSDKCreditCardUseCaseDefault)) return NO;
   if (!add(cards, @"mastercard", kHLVSDKCreditCardUseCaseBusiness)) return NO;
   printSides(sandbox);
@@ -191,7 +209,30 @@ static BOOL runThroughCards(HLVSandbox* sandbox) {
   if ([added count] != 2) return isFine(@"The guest should have two cards now.");
   if (!changeAddress(cards, [added objectAtIndex:0])) return NO;
   if (!removeCard(cards, [added objectAtIndex:1])) return NO;
-  return addOrphanInstrument(sandbox) && returnToForeground(sandbox);
+  if (!addOrphanInstrument(sandbox)) return NO;
+  printf("The app returns to the foreground\n");
+  [sandbox enterForeground];
+  return waitForAgreement(sandbox);
+}
+
+/// Without a network this fails, and the synchroniser drops all that follows.
+static BOOL failToSynchronize(HLVSandbox* sandbox) {
+  printf("A synchronisation fails\n");
+  if (!isFine([sandbox setReachable:NO])) return NO;
+  [sandbox enterForeground];
+  return runUntil(^BOOL {
+           return [sandbox isQuiet];
+         }) &&
+         isFine([sandbox setReachable:YES]);
+}
+
+static BOOL changeGuest(HLVSandbox* sandbox, HLVSDKPaymentManager* cards) {
+  printf("Another guest signs in, and later once more\n");
+  NSString* email = @"another@example.com";
+  if (!isFine([sandbox signOut]) || !isFine([sandbox signInWithEmail:email])) return NO;
+  if (!add(cards, @"visa", kHLVSDKCreditCardUseCaseDefault)) return NO;
+  if (!addOrphanInstrument(sandbox) || !isFine([sandbox signOut])) return NO;
+  return isFine([sandbox signInWithEmail:email]) && waitForAgreement(sandbox);
 }
 
 int main(int argc, char** argv) {
@@ -204,7 +245,16 @@ int main(int argc, char** argv) {
     HLVSandbox* sandbox = [HLVSandbox openStoreAtPath:[NSString stringWithUTF8String:argv[1]]
                                               problem:&problem];
     if (!sandbox) isFine(problem);
-    if (!sandbox || !runThroughCards(sandbox)) return 1;
+    if (!sandbox) return 1;
+    GuestFollower* follower = [[[GuestFollower alloc] init] autorelease];
+    [[NSNotificationCenter defaultCenter]
+        addObserver:follower
+           selector:@selector(authorizationDidChange:)
+               name:kHLVSDKDidChangeAuthorizationStatusNotification
+             object:nil];
+    HLVSDKPaymentManager* cards = [[[HLVSDKPaymentManager alloc] init] autorelease];
+    if (!runThroughCards(sandbox, cards) || !failToSynchronize(sandbox)) return 1;
+    if (!changeGuest(sandbox, cards)) return 1;
     printf("Both sides agree.\n");
   }
   return 0;

@@ -11,7 +11,7 @@ namespace {
 class FoundationError final : public Adapter<Error, NSError*> {
  public:
   using Adapter::Adapter;
-  std::string domain() const override { return fromNSString([object() domain]).value_or(""); }
+  Text domain() const override { return fromNSString([object() domain]).value_or(""); }
   std::int64_t code() const override { return [object() code]; }
   NullableString localizedDescription() const override {
     return fromNSString([object() localizedDescription]);

@@ -20,14 +20,16 @@ class DispatchQueue final : public Adapter<Queue, dispatch_queue_t> {
       }
     });
   }
-  std::string label() const override { return dispatch_queue_get_label(object()); }
+  Text label() const override {
+    return NullableString(dispatch_queue_get_label(object())).value_or("");
+  }
 };
 
 }  // namespace
 
 std::shared_ptr<Queue> makeMainQueue() { return adapted<DispatchQueue>(dispatch_get_main_queue()); }
 
-std::shared_ptr<Queue> makeSerialQueue(std::string label) {
+std::shared_ptr<Queue> makeSerialQueue(Text label) {
   dispatch_queue_t queue = dispatch_queue_create(label.c_str(), nullptr);
   auto made = adapted<DispatchQueue>(queue);
   dispatch_release(queue);

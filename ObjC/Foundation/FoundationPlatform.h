@@ -16,7 +16,7 @@ class FoundationPlatform final : public Platform {
   FoundationPlatform();
   bool isMainThread() const override;
   std::shared_ptr<Queue> mainQueue() override { return mainQueue_; }
-  std::shared_ptr<Queue> makeSerialQueue(std::string label) override;
+  std::shared_ptr<Queue> makeSerialQueue(Text label) override;
   std::shared_ptr<NotificationCenter> notificationCenter() override { return center_; }
 
  private:

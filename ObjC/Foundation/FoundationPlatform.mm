@@ -14,7 +14,7 @@ FoundationPlatform::FoundationPlatform()
 
 bool FoundationPlatform::isMainThread() const { return [NSThread isMainThread]; }
 
-std::shared_ptr<Queue> FoundationPlatform::makeSerialQueue(std::string label) {
+std::shared_ptr<Queue> FoundationPlatform::makeSerialQueue(Text label) {
   return objc::makeSerialQueue(std::move(label));
 }
 

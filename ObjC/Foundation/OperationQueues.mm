@@ -85,7 +85,7 @@ class MainQueue final : public Queue {
       [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
     }
   }
-  std::string label() const override { return "main"; }
+  Text label() const override { return "main"; }
 };
 
 class OperationQueue final : public Adapter<Queue, NSOperationQueue*> {
@@ -98,14 +98,14 @@ class OperationQueue final : public Adapter<Queue, NSOperationQueue*> {
       [object() addOperation:operation];
     }
   }
-  std::string label() const override { return fromNSString([object() name]).value_or(""); }
+  Text label() const override { return fromNSString([object() name]).value_or(""); }
 };
 
 }  // namespace
 
 std::shared_ptr<Queue> makeMainQueue() { return std::make_shared<MainQueue>(); }
 
-std::shared_ptr<Queue> makeSerialQueue(std::string label) {
+std::shared_ptr<Queue> makeSerialQueue(Text label) {
   NSOperationQueue* queue = [[[NSOperationQueue alloc] init] autorelease];
   [queue setMaxConcurrentOperationCount:1];
   [queue setName:toNSString(label)];

@@ -15,7 +15,7 @@ namespace hlv::objc {
 /// Dispatch queues where the system has them; otherwise the main thread's run loop, and operation
 /// queues that run one operation at a time.
 std::shared_ptr<Queue> makeMainQueue();
-std::shared_ptr<Queue> makeSerialQueue(std::string label);
+std::shared_ptr<Queue> makeSerialQueue(Text label);
 
 /// A queue of the app's own; nil is null.
 std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue);

@@ -1,7 +1,6 @@
 // The kit's facade: the class by which the host SDK knows the kit.
 //
-// Threading: enabling may come from any thread. The notification handlers run on the thread that
-// posts. Set the properties before the kit is used from several threads.
+// Threading: any. The notification handlers run on the thread that posts.
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKitConfiguration.h>
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKitMarks.h>
 
@@ -23,7 +22,8 @@ HLV_AVAILABLE
 @property(nonatomic, strong, nullable) HLVSDKConfiguration* configuration;
 /// This kit's own configuration, out of the host configuration's list.
 @property(nonatomic, strong, nullable) HLVSDKPaylevenKitConfiguration* kitConfiguration;
-/// The guest that was signed in when the kit was enabled.
+/// The guest whose instruments are synchronised: the one who was signed in when the kit was
+/// enabled, until the app sets another one. docs/objective-c.md says when.
 @property(nonatomic, strong, nullable) HLVSDKGuest* currentGuest;
 
 /// Takes the last entry whose `kit` is the receiver's class and creates the shared instance from

@@ -51,7 +51,7 @@ bool DefaultPlatform::isMainThread() const {
 
 std::shared_ptr<Queue> DefaultPlatform::mainQueue() { return state_->mainQueue; }
 
-std::shared_ptr<Queue> DefaultPlatform::makeSerialQueue(std::string label) {
+std::shared_ptr<Queue> DefaultPlatform::makeSerialQueue(Text label) {
   return std::make_shared<SerialQueue>(std::move(label), state_->workers);
 }
 

@@ -28,7 +28,7 @@ class HLV_EXPORT DefaultPlatform final : public Platform {
 
   bool isMainThread() const override;
   std::shared_ptr<Queue> mainQueue() override;
-  std::shared_ptr<Queue> makeSerialQueue(std::string label) override;
+  std::shared_ptr<Queue> makeSerialQueue(Text label) override;
   std::shared_ptr<NotificationCenter> notificationCenter() override;
 
   /// Makes the calling thread the main thread.

@@ -16,7 +16,7 @@ namespace hlv {
 class MainQueue final : public Queue {
  public:
   explicit MainQueue(std::weak_ptr<TaskQueue> line) : tasks_(std::move(line)) {}
-  std::string label() const override { return "main"; }
+  Text label() const override { return "main"; }
   void async(Block block) override {
     const auto line = tasks_.lock();
     if (!line) return;

@@ -15,9 +15,9 @@ namespace hlv {
 /// Threading: as Queue.
 class SerialQueue final : public Queue {
  public:
-  SerialQueue(std::string label, std::weak_ptr<WorkerThreads> workers)
+  SerialQueue(Text label, std::weak_ptr<WorkerThreads> workers)
       : label_(std::move(label)), workers_(std::move(workers)) {}
-  std::string label() const override { return label_; }
+  Text label() const override { return label_; }
   void async(Block block) override {
     // The block may free this queue before the call returns.
     if (const auto workers = workers_.lock()) workers->post(std::move(block), strand_);

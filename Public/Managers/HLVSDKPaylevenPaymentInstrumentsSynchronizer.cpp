@@ -30,10 +30,10 @@ constexpr const char* synchronizeMethod =
     "-[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
     "synchronizePaymentInstrumentsForGuest:completion:]";
 
-constexpr const char* creationLabel =
+constexpr char creationLabel[] =
     "com.halvo.sdk.HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer";
 // Differs from the label above on purpose: it marks a queue that was made late.
-constexpr const char* fallbackLabel = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
+constexpr char fallbackLabel[] = "com.halvo.sdk.halvoSDK.HLVSDKPaymentManager.Synchronization";
 
 /// Gathers the provider's lists of one fetch; they may come on several threads at the same time.
 class ProviderLists {

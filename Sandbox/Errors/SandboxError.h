@@ -32,7 +32,7 @@ class SandboxError final : public Error {
                 std::move(developerMessage), std::move(underlyingError));
   }
 
-  std::string domain() const override { return domain_; }
+  Text domain() const override { return domain_; }
   std::int64_t code() const override { return code_; }
   NullableString localizedDescription() const override { return localizedDescription_; }
   NullableString developerMessage() const override { return developerMessage_; }

@@ -3,12 +3,12 @@
 
 #include <memory>
 
-#include "Host/Host.h"
 #include "Sandbox/Backend/BackendClient.h"
 #include "Sandbox/Backend/Guest.h"
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Calls/ReplyQueue.h"
+#include "Sandbox/Host/DeviceHost.h"
 #include "Sandbox/Logging/Logger.h"
 #include "Sandbox/Provider/ProviderClient.h"
 #include "Sandbox/Store/Store.h"
@@ -33,38 +33,13 @@ struct Parts {
 };
 
 /// Threading: any.
-class SandboxHost final : public Host {
+class SandboxHost final : public DeviceHost {
  public:
-  explicit SandboxHost(std::shared_ptr<Parts> parts) : parts_(std::move(parts)) {}
+  explicit SandboxHost(std::shared_ptr<Parts> parts) : DeviceHost(std::move(parts)) {}
 
-  std::shared_ptr<const HLVSDKConstants> constants() override;
   std::shared_ptr<HLVSDKAPIManager> apiManager() override { return parts_->backend; }
-  std::shared_ptr<HLVSDKReachability> reachability() override { return parts_->reachability; }
-  std::shared_ptr<HLVSDKGuest> currentGuest() override;
-  NullableString cardBrandFromNumber(const NullableString& number) override;
-  std::shared_ptr<HLVSDKUpdateGuestRequestInfo> makeUpdateGuestRequestInfo() override;
-  void handleAssertWithMessage(const NullableString& message) override;
-  void handleParameterAssert(const NullableString& parameter,
-                             const NullableString& message) override;
-  std::shared_ptr<HLVSDKLogger> remoteLogger() override { return parts_->remoteLog; }
-  std::shared_ptr<HLVSDKLogger> consoleLogger() override { return parts_->consoleLog; }
-
-  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
-      const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
-      const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override;
-  std::shared_ptr<HLVSession> activeSession() override;
-  std::shared_ptr<HLVErrorFacade> makeErrorFacade() override;
-
+  std::shared_ptr<HLVSDKGuest> currentGuest() override { return parts_->guests->signedIn(); }
   std::shared_ptr<PLVInAppClient> inAppClient() override { return parts_->provider; }
-  std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
-      const NullableString& pan, const NullableString& expiryMonth,
-      const NullableString& expiryYear, const NullableString& cvv,
-      const NullableString& cardHolder) override;
-
- private:
-  void report(const std::string& assertion);
-
-  const std::shared_ptr<Parts> parts_;
 };
 
 }  // namespace hlv::sandbox

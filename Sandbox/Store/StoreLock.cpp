@@ -10,23 +10,26 @@
 
 namespace hlv::sandbox {
 
-StoreLock::StoreLock(const std::string& storePath)
-    : descriptor_(::open(pathFor(storePath).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-  if (descriptor_ < 0 || ::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
-    problem_ = errno == EWOULDBLOCK
-                   ? "Another server works on the store '" + storePath + "'."
-                   : "The store cannot be locked: " + std::generic_category().message(errno) + ".";
-    return;
+Result<StoreLock> lockStore(const std::string& storePath) {
+  using Locked = Result<StoreLock>;
+  const int descriptor = ::open((storePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const auto failure = [] {
+    return Locked::failure("The store cannot be locked: " + std::generic_category().message(errno) +
+                           ".");
+  };
+  if (descriptor < 0) return failure();
+  StoreLock lock(nullptr, [descriptor](const void*) { ::close(descriptor); });
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
+    return errno == EWOULDBLOCK
+               ? Locked::failure("Another server works on the store '" + storePath + "'.")
+               : failure();
   }
   struct stat file {};
   // Whoever removed the store meanwhile has taken the file with it.
-  if (::fstat(descriptor_, &file) != 0 || file.st_nlink == 0) {
-    problem_ = "The store '" + storePath + "' has just been removed.";
+  if (::fstat(descriptor, &file) != 0 || file.st_nlink == 0) {
+    return Locked::failure("The store '" + storePath + "' has just been removed.");
   }
-}
-
-StoreLock::~StoreLock() {
-  if (descriptor_ >= 0) ::close(descriptor_);
+  return lock;
 }
 
 }  // namespace hlv::sandbox

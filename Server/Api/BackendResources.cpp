@@ -86,25 +86,19 @@ struct GuestReply {
 
 void addGuests(ApiRoutes& routes) {
   constexpr std::string_view path = "v1/guests/*";
-  routes.add("PUT", path, [](const Exchange& exchange) {
-    replyWriting(exchange, [email = exchange.part(2)](Database& database) {
-      const auto session = backend::openSession(database, email);
-      auto body = sandbox::jsonOf(backend::readGuest(database, email, true));
-      body["session"] = session;
-      return jsonReply(200, body);
-    });
+  routes.write("PUT", path, [](Database& database, const Exchange& exchange) {
+    const auto session = backend::openSession(database, exchange.part(2));
+    auto body = sandbox::jsonOf(backend::readGuest(database, exchange.part(2), true));
+    body["session"] = session;
+    return jsonReply(200, body);
   });
-  routes.add("DELETE", "v1/session", [](const Exchange& exchange) {
-    replyWriting(exchange, [session = sessionOf(exchange)](Database& database) {
-      backend::endSession(database, session.value_or(""));
-      return jsonReply(204, nullptr);
-    });
+  routes.write("DELETE", "v1/session", [](Database& database, const Exchange& exchange) {
+    backend::endSession(database, sessionOf(exchange).value_or(""));
+    return jsonReply(204, nullptr);
   });
-  routes.add("GET", path, [](const Exchange& exchange) {
-    replyReading(exchange, [caller = callerOf(exchange)](Database& database) {
-      const auto owner = backend::ownerOf(database, caller);
-      return jsonReply(200, sandbox::jsonOf(backend::readGuest(database, owner, true)));
-    });
+  routes.read(path, [](Database& database, const Exchange& exchange) {
+    const auto owner = backend::ownerOf(database, callerOf(exchange));
+    return jsonReply(200, sandbox::jsonOf(backend::readGuest(database, owner, true)));
   });
   routes.add("PATCH", path, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);

@@ -61,65 +61,44 @@ Fault requireFault(Database& database, std::int64_t number) {
   return *std::move(fault);
 }
 
-Fault newFaultOf(const Exchange& exchange) {
-  auto fault = sandbox::newFaultIn(exchange.body());
-  requireSensible(fault);
-  return fault;
-}
-
 sandbox::Scenario scenarioIn(const Json& body) {
   const auto scenario = sandbox::scenarioNamed(sandbox::textIn(body, "name").value_or(""));
   if (!scenario) throw HttpError(422, "scenario-refused", scenario.problem());
   return *scenario;
 }
 
-void bringApart(Database& database, const std::string& guest, sandbox::Scenario scenario) {
-  requirePossible("scenario-refused",
-                  [&] { return sandbox::makeScenario(database, guest, scenario); });
-}
-
 void addFaults(ApiRoutes& routes) {
-  routes.add("GET", "v1/sandbox/faults", [](const Exchange& exchange) {
-    replyReading(exchange, [](Database& database) { return jsonReply(200, faultsJson(database)); });
+  routes.read("v1/sandbox/faults", [](Database& database, const Exchange&) {
+    return jsonReply(200, faultsJson(database));
   });
-  routes.add("POST", "v1/sandbox/faults", [](const Exchange& exchange) {
-    replyWriting(exchange, [fault = newFaultOf(exchange)](Database& database) mutable {
-      fault.number = sandbox::insertFault(database, fault);
-      auto body = faultsJson(database);
-      body["fault"] = sandbox::jsonOf(fault);
-      return jsonReply(200, body);
-    });
+  routes.write("POST", "v1/sandbox/faults", [](Database& database, const Exchange& exchange) {
+    auto fault = sandbox::newFaultIn(exchange.body());
+    requireSensible(fault);
+    fault.number = sandbox::insertFault(database, fault);
+    auto body = faultsJson(database);
+    body["fault"] = sandbox::jsonOf(fault);
+    return jsonReply(200, body);
   });
-  routes.add("DELETE", "v1/sandbox/faults", [](const Exchange& exchange) {
-    replyWriting(exchange, [](Database& database) {
-      sandbox::removeAllFaults(database);
-      return jsonReply(200, faultsJson(database));
-    });
+  routes.write("DELETE", "v1/sandbox/faults", [](Database& database, const Exchange&) {
+    sandbox::removeAllFaults(database);
+    return jsonReply(200, faultsJson(database));
   });
-  routes.add("GET", "v1/sandbox/faults/*", [](const Exchange& exchange) {
-    replyReading(exchange, [number = numberIn(exchange)](Database& database) {
-      return jsonReply(200, sandbox::jsonOf(requireFault(database, number)));
-    });
+  routes.read("v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
+    return jsonReply(200, sandbox::jsonOf(requireFault(database, numberIn(exchange))));
   });
-  routes.add("PATCH", "v1/sandbox/faults/*", [](const Exchange& exchange) {
-    replyWriting(
-        exchange, [number = numberIn(exchange), changes = exchange.body()](Database& database) {
-          const auto fault = sandbox::changedFault(requireFault(database, number), changes);
-          requireSensible(fault);
-          sandbox::replaceFault(database, fault);
-          return jsonReply(200, sandbox::jsonOf(fault));
-        });
+  routes.write("PATCH", "v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
+    const auto fault =
+        sandbox::changedFault(requireFault(database, numberIn(exchange)), exchange.body());
+    requireSensible(fault);
+    sandbox::replaceFault(database, fault);
+    return jsonReply(200, sandbox::jsonOf(fault));
   });
-  routes.add("DELETE", "v1/sandbox/faults/*", [](const Exchange& exchange) {
-    replyWriting(exchange, [number = numberIn(exchange)](Database& database) {
-      if (!sandbox::removeFault(database, number)) throw noSuchFault();
-      return jsonReply(204, nullptr);
-    });
+  routes.write("DELETE", "v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
+    if (!sandbox::removeFault(database, numberIn(exchange))) throw noSuchFault();
+    return jsonReply(204, nullptr);
   });
-  routes.add("GET", "v1/sandbox/firings", [](const Exchange& exchange) {
-    replyReading(exchange, [](Database& database) {
-      return jsonReply(200, {{"firings", sandbox::listOf(sandbox::readFirings(database))}});
-    });
+  routes.read("v1/sandbox/firings", [](Database& database, const Exchange&) {
+    return jsonReply(200, {{"firings", sandbox::listOf(sandbox::readFirings(database))}});
   });
 }
 
@@ -130,21 +109,19 @@ HttpReply sidesReply(Database& database, int status, const std::string& guest) {
 }
 
 void addSides(ApiRoutes& routes) {
-  routes.add("GET", "v1/sandbox/sides", [](const Exchange& exchange) {
-    replyReading(exchange, [named = exchange.request.queryValue("guest"),
-                            session = sessionOf(exchange)](Database& database) {
-      return sidesReply(database, 200, guestMeant(database, named, session));
-    });
+  routes.read("v1/sandbox/sides", [](Database& database, const Exchange& exchange) {
+    const auto guest =
+        guestMeant(database, exchange.request.queryValue("guest"), sessionOf(exchange));
+    return sidesReply(database, 200, guest);
   });
-  routes.add("POST", "v1/sandbox/scenarios", [](const Exchange& exchange) {
+  routes.write("POST", "v1/sandbox/scenarios", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"name", "guest"});
-    replyWriting(exchange, [scenario = scenarioIn(body), named = sandbox::textIn(body, "guest"),
-                            session = sessionOf(exchange)](Database& database) {
-      const auto guest = guestMeant(database, named, session);
-      bringApart(database, guest, scenario);
-      return sidesReply(database, 200, guest);
-    });
+    const auto scenario = scenarioIn(body);
+    const auto guest = guestMeant(database, sandbox::textIn(body, "guest"), sessionOf(exchange));
+    requirePossible("scenario-refused",
+                    [&] { return sandbox::makeScenario(database, guest, scenario); });
+    return sidesReply(database, 200, guest);
   });
   routes.add("POST", "v1/sandbox/instruments", [](const Exchange& exchange) {
     auto body = exchange.body();
@@ -181,45 +158,42 @@ std::chrono::sys_seconds newTime(Database& database, const Json& body) {
 }
 
 void addClockAndNetwork(ApiRoutes& routes) {
-  routes.add("GET", "v1/sandbox/clock", [](const Exchange& exchange) {
-    replyReading(exchange, [](Database& database) { return jsonReply(200, clockJson(database)); });
+  routes.read("v1/sandbox/clock", [](Database& database, const Exchange&) {
+    return jsonReply(200, clockJson(database));
   });
-  routes.add("PUT", "v1/sandbox/clock", [](const Exchange& exchange) {
-    replyWriting(exchange, [body = exchange.body()](Database& database) {
-      moveClock(database, newTime(database, body));
-      return jsonReply(200, clockJson(database));
-    });
+  routes.write("PUT", "v1/sandbox/clock", [](Database& database, const Exchange& exchange) {
+    moveClock(database, newTime(database, exchange.body()));
+    return jsonReply(200, clockJson(database));
   });
-  routes.add("GET", "v1/sandbox/network", [](const Exchange& exchange) {
-    replyReading(exchange, [](Database& database) {
-      return jsonReply(200, {{"on", isReachable(sandbox::readNetworkState(database))}});
-    });
+  routes.read("v1/sandbox/network", [](Database& database, const Exchange&) {
+    return jsonReply(200, {{"on", isReachable(sandbox::readNetworkState(database))}});
   });
-  routes.add("PUT", "v1/sandbox/network", [](const Exchange& exchange) {
+  routes.write("PUT", "v1/sandbox/network", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"on"});
-    replyWriting(exchange, [on = sandbox::requiredFlagIn(body, "on")](Database& database) {
-      sandbox::writeNetworkState(database, on ? 1 : 0);
-      return jsonReply(200, {{"on", on}});
-    });
+    const bool isOn = sandbox::requiredFlagIn(body, "on");
+    sandbox::writeNetworkState(database, isOn ? 1 : 0);
+    return jsonReply(200, {{"on", isOn}});
   });
 }
 
-RequestFilter filterIn(const HttpRequest& request, std::int64_t usualLimit = 100) {
-  return {numberIn(request, "after", 0, 0, INT64_MAX),
-          numberIn(request, "limit", usualLimit, 0, 1'000),
-          request.queryValue("method"),
-          request.queryValue("status"),
-          request.queryValue("path"),
-          request.queryValue("fault")};
+/// With what is new in the log written first.
+void readLog(ApiRoutes& routes, std::string_view path, ApiRoutes::Work work) {
+  routes.write("GET", path, [work = std::move(work)](Database& database, const Exchange& exchange) {
+    exchange.world->log().write(database);
+    return work(database, exchange);
+  });
 }
 
-/// Replies from the log with what is new in it written first.
-void replyFromLog(const Exchange& exchange, Work work) {
-  replyWriting(exchange, [world = exchange.world, work = std::move(work)](Database& database) {
-    world->log().write(database);
-    return work(database);
-  });
+Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usualLimit) {
+  const auto& request = exchange.request;
+  const RequestFilter filter{numberIn(request, "after", 0, 0, INT64_MAX),
+                             numberIn(request, "limit", usualLimit, 0, 1'000),
+                             request.queryValue("method"),
+                             request.queryValue("status"),
+                             request.queryValue("path"),
+                             request.queryValue("fault")};
+  return RequestLog::read(database, filter, exchange.world->id());
 }
 
 /// The requests that come, one event each.
@@ -251,11 +225,8 @@ class RequestStream {
 };
 
 void addRequests(ApiRoutes& routes) {
-  routes.add("GET", "v1/sandbox/requests", [](const Exchange& exchange) {
-    replyFromLog(exchange, [filter = filterIn(exchange.request),
-                            id = exchange.world->id()](Database& database) {
-      return jsonReply(200, RequestLog::read(database, filter, id));
-    });
+  readLog(routes, "v1/sandbox/requests", [](Database& database, const Exchange& exchange) {
+    return jsonReply(200, requestsIn(database, exchange, 100));
   });
   routes.add("GET", "v1/sandbox/requests/stream", [](const Exchange& exchange) {
     HttpReply reply;
@@ -264,37 +235,27 @@ void addRequests(ApiRoutes& routes) {
     };
     exchange.reply(std::move(reply));
   });
-  routes.add("GET", "v1/sandbox/requests/*", [](const Exchange& exchange) {
-    replyFromLog(exchange,
-                 [wanted = exchange.part(3), id = exchange.world->id()](Database& database) {
-                   const auto request = RequestLog::find(database, wanted, id);
-                   if (!request) {
-                     throw HttpError(404, "no-such-request", "The log has no request of this id.");
-                   }
-                   return jsonReply(200, *request);
-                 });
+  readLog(routes, "v1/sandbox/requests/*", [](Database& database, const Exchange& exchange) {
+    const auto request = RequestLog::find(database, exchange.part(3), exchange.world->id());
+    if (!request) throw HttpError(404, "no-such-request", "The log has no request of this id.");
+    return jsonReply(200, *request);
   });
-  routes.add("GET", "v1/sandbox/har", [](const Exchange& exchange) {
-    replyFromLog(
-        exchange, [filter = filterIn(exchange.request, 1'000), host = exchange.request.host,
-                   id = exchange.world->id()](Database& database) {
-          return jsonReply(200, harOf(RequestLog::read(database, filter, id)["requests"], host));
-        });
+  readLog(routes, "v1/sandbox/har", [](Database& database, const Exchange& exchange) {
+    const auto log = requestsIn(database, exchange, 1'000);
+    return jsonReply(200, harOf(log["requests"], exchange.request.host));
   });
 }
 
 void addWholeSandbox(ApiRoutes& routes, Registry& registry) {
-  routes.add("GET", "v1/sandbox", [&registry](const Exchange& exchange) {
-    replyPerforming(exchange, registry, describing(registry, exchange.world->id()));
+  routes.perform("GET", "v1/sandbox", registry, [&registry](const Exchange& exchange) {
+    return describing(registry, exchange.world->id())();
   });
   routes.add("POST", "v1/sandbox/reset", [&registry](const Exchange& exchange) {
     exchange.world->write(sandbox::forgetEverything,
                           replyWhenDone(exchange, describing(registry, exchange.world->id())));
   });
-  routes.add("POST", "v1/sandbox/snapshots", [&registry](const Exchange& exchange) {
-    replyPerforming(exchange, registry, [&registry, id = exchange.world->id()] {
-      return jsonReply(201, sandbox::jsonOf(registry.snapshot(id)));
-    });
+  routes.perform("POST", "v1/sandbox/snapshots", registry, [&registry](const Exchange& exchange) {
+    return jsonReply(201, sandbox::jsonOf(registry.snapshot(exchange.world->id())));
   });
   routes.add("POST", "v1/sandbox/restore", [&registry](const Exchange& exchange) {
     const auto body = exchange.body();

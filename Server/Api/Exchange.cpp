@@ -1,11 +1,14 @@
 #include "Server/Api/Exchange.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <utility>
 
 #include "Sandbox/Calls/Summary.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Idempotency.h"
+#include "Values/Wiped.h"
 
 namespace hlv::server {
 namespace {
@@ -16,26 +19,48 @@ using sandbox::Fault;
 using sandbox::FaultKind;
 using sandbox::Json;
 
-/// Of those kinds that the connection applies.
-constexpr std::pair<FaultKind, TransportFault::Kind> transportKinds[] = {
-    {FaultKind::refused, TransportFault::Kind::refused},
-    {FaultKind::reset, TransportFault::Kind::reset},
-    {FaultKind::garbage, TransportFault::Kind::garbage},
-    {FaultKind::never, TransportFault::Kind::never},
-    {FaultKind::twice, TransportFault::Kind::twice},
-    {FaultKind::cut, TransportFault::Kind::cut},
-    {FaultKind::slow, TransportFault::Kind::slow},
-    {FaultKind::stalled, TransportFault::Kind::stalled},
-};
+/// Of those kinds that meet a reply on its way; empty for the others.
+TransportFault transportFaultOf(const Fault& fault) {
+  using Then = OutgoingReply::Then;
+  const auto halves = [](std::size_t count, Then then) {
+    return [count, then](OutgoingReply& reply) { reply.cut(reply.bytes.size() * count / 2, then); };
+  };
+  switch (fault.kind) {
+    case FaultKind::refused:
+      return halves(0, Then::reset);
+    case FaultKind::never:
+      return halves(0, Then::hold);
+    case FaultKind::reset:
+      return halves(1, Then::reset);
+    case FaultKind::stalled:
+      return halves(1, Then::hold);
+    case FaultKind::cut:
+      return [end = static_cast<std::size_t>(fault.bytes.value_or(0))](OutgoingReply& reply) {
+        reply.cut(end, Then::reset);
+      };
+    case FaultKind::garbage:
+      return [](OutgoingReply& reply) {
+        reply.bytes = "This is no reply of a service.\r\n\r\n";
+        reply.status = 0;
+      };
+    case FaultKind::twice:
+      return [](OutgoingReply& reply) { reply.bytes += reply.bytes; };
+    case FaultKind::slow:
+      return [rate = fault.bytesPerSecond.value_or(1)](OutgoingReply& reply) {
+        constexpr std::int64_t piecesPerSecond = 20;
+        const auto piece = std::max<std::int64_t>(rate / piecesPerSecond, 1);
+        reply.piece = static_cast<std::size_t>(piece);
+        reply.pause = std::chrono::milliseconds(1'000 * piece / rate);
+      };
+    default:
+      return nullptr;
+  }
+}
 
 /// What the fault does to a reply, whether it is the first one or a kept one.
 void apply(const Fault& fault, HttpReply& reply) {
   reply.delay = std::chrono::milliseconds(fault.delayMilliseconds);
-  reply.fault.bytes = static_cast<std::size_t>(fault.bytes.value_or(0));
-  reply.fault.bytesPerSecond = static_cast<std::size_t>(fault.bytesPerSecond.value_or(1));
-  for (const auto& [kind, transportKind] : transportKinds) {
-    if (kind == fault.kind) reply.fault.kind = transportKind;
-  }
+  reply.fault = transportFaultOf(fault);
   if (fault.kind != FaultKind::error) return;
   if (fault.status) reply.status = static_cast<int>(*fault.status);
   reply.headers.insert(reply.headers.end(), fault.headers.begin(), fault.headers.end());
@@ -106,6 +131,19 @@ struct Serving {
   }
 };
 
+/// For what replies later.
+struct KeptExchange {
+  explicit KeptExchange(const Exchange& kept)
+      : request(kept.request),
+        exchange{request, kept.skipped, kept.world, kept.trace, kept.reply} {}
+  ~KeptExchange() { wipe(request.body); }
+  KeptExchange(const KeptExchange&) = delete;
+  KeptExchange& operator=(const KeptExchange&) = delete;
+
+  HttpRequest request;
+  const Exchange exchange;
+};
+
 }  // namespace
 
 void RequestTrace::add(const std::string& from, const std::string& to, const std::string& what,
@@ -142,20 +180,35 @@ void serveCall(const Exchange& exchange, const sandbox::CallHandler& service, co
   });
 }
 
-void replyReading(const Exchange& exchange, const Work& work) {
-  exchange.reply(exchange.world->store().read(work));
+void ApiRoutes::read(std::string_view path, Work work) {
+  add("GET", path, [work = std::move(work)](const Exchange& exchange) {
+    auto& store = exchange.world->store();
+    exchange.reply(store.read([&](Database& database) { return work(database, exchange); }));
+  });
 }
 
-void replyWriting(const Exchange& exchange, Work work) {
+void ApiRoutes::write(const std::string& method, std::string_view path, Work work) {
+  add(method, path, [work = std::move(work)](const Exchange& exchange) {
+    const auto kept = std::make_shared<KeptExchange>(exchange);
+    replyWriting(exchange,
+                 [kept, work](Database& database) { return work(database, kept->exchange); });
+  });
+}
+
+void ApiRoutes::perform(const std::string& method, std::string_view path, Registry& registry,
+                        std::function<HttpReply(const Exchange&)> work) {
+  add(method, path, [&registry, work = std::move(work)](const Exchange& exchange) {
+    const auto kept = std::make_shared<KeptExchange>(exchange);
+    const auto done = replyWhenDone(exchange, [kept, work] { return work(kept->exchange); });
+    registry.post([done] { done(nullptr); });
+  });
+}
+
+void replyWriting(const Exchange& exchange, std::function<HttpReply(Database&)> work) {
   const auto made = std::make_shared<HttpReply>();
   exchange.world->write(
       [made, work = std::move(work)](Database& database) { *made = work(database); },
       replyWhenDone(exchange, [made] { return std::move(*made); }));
-}
-
-void replyPerforming(const Exchange& exchange, Registry& registry,
-                     std::function<HttpReply()> work) {
-  registry.post([done = replyWhenDone(exchange, std::move(work))] { done(nullptr); });
 }
 
 World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work) {

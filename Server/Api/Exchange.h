@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Sandbox/Calls/CallHandler.h"
@@ -26,7 +27,7 @@ struct RequestTrace {
            const std::string& result = {});
 };
 
-/// Valid while the request is handled; what replies later keeps copies.
+/// Valid while the request is handled.
 struct Exchange {
   const HttpRequest& request;
   /// How many parts of the path lead to the sandbox.
@@ -43,7 +44,17 @@ struct Exchange {
 };
 
 using ExchangeHandler = std::function<void(const Exchange&)>;
-using ApiRoutes = Routes<ExchangeHandler>;
+
+/// Some reply with what `work` makes: of a state of the store, in the next commit, or, for what is
+/// the registry's, on a writer's thread. What it throws becomes the error's reply.
+class ApiRoutes : public Routes<ExchangeHandler> {
+ public:
+  using Work = std::function<HttpReply(sandbox::Database&, const Exchange&)>;
+  void read(std::string_view path, Work work);
+  void write(const std::string& method, std::string_view path, Work work);
+  void perform(const std::string& method, std::string_view path, Registry& registry,
+               std::function<HttpReply(const Exchange&)> work);
+};
 
 HttpReply jsonReply(int status, const sandbox::Json& body);
 
@@ -61,15 +72,9 @@ using CallHandling =
 void serveCall(const Exchange& exchange, const sandbox::CallHandler& service,
                const sandbox::Call& call, bool isReading, bool isRepeatable, CallHandling handling);
 
-/// Replies with what `work` makes: of a state of the store, or in the next commit. What it throws
-/// becomes the error's reply.
-using Work = std::function<HttpReply(sandbox::Database&)>;
-void replyReading(const Exchange& exchange, const Work& work);
-void replyWriting(const Exchange& exchange, Work work);
-/// The same on a writer's thread, for what is the registry's.
-void replyPerforming(const Exchange& exchange, Registry& registry, std::function<HttpReply()> work);
-/// Replies to a write that `replyWriting` does not make: with what `work` makes, or with the
-/// problem that there was.
+/// Replies with what `work` makes in the next commit.
+void replyWriting(const Exchange& exchange, std::function<HttpReply(sandbox::Database&)> work);
+/// Replies to another write: with what `work` makes, or with the problem that there was.
 World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work);
 
 }  // namespace hlv::server

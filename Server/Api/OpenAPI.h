@@ -7,8 +7,13 @@
 
 namespace hlv::server {
 
-/// OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes", from the files in
-/// `Server/openapi/`: one document that refers to no other.
+/// OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes": one document that refers to no
+/// other. The files in `Server/openapi/` leave out what the server adds:
+/// - a text in the place of a schema, a parameter, a header, a response or a request body names one
+///   in components.json;
+/// - "members" are the properties of an object that are required;
+/// - the schema and the example of a response or a request body are of its JSON;
+/// - every operation has the responses `Rejected` and `Failed`.
 std::string_view openAPI(std::string_view name);
 
 }  // namespace hlv::server

@@ -81,8 +81,8 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
                                                  std::optional<std::uint64_t> seed,
                                                  std::shared_ptr<Writers> writers) {
   using Opened = Result<std::unique_ptr<Registry>>;
-  auto lock = std::make_unique<sandbox::StoreLock>(storePath);
-  if (!lock->problem().empty()) return Opened::failure(lock->problem());
+  auto lock = sandbox::lockStore(storePath);
+  if (!lock) return Opened::failure(lock.problem());
   auto store = Store::open(storePath);
   if (!store) return Opened::failure(store.problem());
   try {
@@ -95,7 +95,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
     auto registry = Store::open(folder + "/registry.sqlite");
     if (!registry) return Opened::failure(registry.problem());
     auto opened = std::unique_ptr<Registry>(
-        new Registry(storePath, std::move(lock), std::move(*registry), std::move(writers)));
+        new Registry(storePath, std::move(*lock), std::move(*registry), std::move(writers)));
     opened->readEntries();
     auto& entry = opened->entries_[defaultID];
     entry.created = currentSecond();
@@ -107,8 +107,8 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
   }
 }
 
-Registry::Registry(std::string storePath, std::unique_ptr<sandbox::StoreLock> lock,
-                   std::shared_ptr<Store> registry, std::shared_ptr<Writers> writers)
+Registry::Registry(std::string storePath, sandbox::StoreLock lock, std::shared_ptr<Store> registry,
+                   std::shared_ptr<Writers> writers)
     : storePath_(std::move(storePath)),
       folder_(storePath_ + ".sandboxes"),
       lock_(std::move(lock)),

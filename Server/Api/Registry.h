@@ -92,8 +92,8 @@ class Registry {
     std::list<std::string>::iterator place = {};
   };
 
-  Registry(std::string storePath, std::unique_ptr<sandbox::StoreLock> lock,
-           std::shared_ptr<sandbox::Store> registry, std::shared_ptr<Writers> writers);
+  Registry(std::string storePath, sandbox::StoreLock lock, std::shared_ptr<sandbox::Store> registry,
+           std::shared_ptr<Writers> writers);
 
   void readEntries();
   /// With the lock. Throws 404.
@@ -112,7 +112,7 @@ class Registry {
 
   const std::string storePath_;
   const std::string folder_;
-  const std::unique_ptr<sandbox::StoreLock> lock_;
+  const sandbox::StoreLock lock_;
   const std::shared_ptr<sandbox::Store> registry_;
   const Snapshots snapshots_;
   const std::shared_ptr<Writers> writers_;

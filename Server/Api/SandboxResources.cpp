@@ -8,17 +8,8 @@ namespace {
 
 using sandbox::Json;
 
-template <class Records>
-Json listOf(const Records& records) {
-  auto list = Json::array();
-  for (const auto& each : records) list.push_back(sandbox::jsonOf(each));
-  return list;
-}
-
-void create(Registry& registry, const Exchange& exchange, sandbox::NewSandbox wanted) {
-  replyPerforming(exchange, registry, [&registry, wanted = std::move(wanted)] {
-    return jsonReply(201, sandbox::jsonOf(registry.create(wanted)));
-  });
+HttpReply create(Registry& registry, const sandbox::NewSandbox& wanted) {
+  return jsonReply(201, sandbox::jsonOf(registry.create(wanted)));
 }
 
 /// One more than asked for shows whether there is a next page.
@@ -28,7 +19,7 @@ HttpReply page(std::vector<sandbox::SandboxDescription> sandboxes, std::size_t l
     sandboxes.pop_back();
     next = sandboxes.back().id;
   }
-  return jsonReply(200, {{"sandboxes", listOf(sandboxes)}, {"next", next}});
+  return jsonReply(200, {{"sandboxes", sandbox::listOf(sandboxes)}, {"next", next}});
 }
 
 }  // namespace
@@ -49,45 +40,35 @@ std::function<HttpReply()> describing(Registry& registry, const std::string& id)
 }
 
 void addSandboxRoutes(ApiRoutes& routes, Registry& registry) {
-  routes.add("GET", "v1/sandboxes", [&registry](const Exchange& exchange) {
-    const auto limit = numberIn(exchange.request, "limit", 100, 1, 1'000);
-    replyPerforming(exchange, registry,
-                    [&registry, after = exchange.request.queryValue("after").value_or(""),
-                     limit = static_cast<std::size_t>(limit)] {
-                      return page(registry.list(after, limit + 1), limit);
-                    });
+  routes.perform("GET", "v1/sandboxes", registry, [&registry](const Exchange& exchange) {
+    const auto limit = static_cast<std::size_t>(numberIn(exchange.request, "limit", 100, 1, 1'000));
+    return page(registry.list(exchange.request.queryValue("after").value_or(""), limit + 1), limit);
   });
-  routes.add("POST", "v1/sandboxes", [&registry](const Exchange& exchange) {
-    create(registry, exchange, sandbox::newSandboxIn(exchange.body()));
+  routes.perform("POST", "v1/sandboxes", registry, [&registry](const Exchange& exchange) {
+    return create(registry, sandbox::newSandboxIn(exchange.body()));
   });
-  routes.add("GET", "v1/sandboxes/*", [&registry](const Exchange& exchange) {
-    replyPerforming(exchange, registry, describing(registry, exchange.part(2)));
+  routes.perform("GET", "v1/sandboxes/*", registry, [&registry](const Exchange& exchange) {
+    return describing(registry, exchange.part(2))();
   });
-  routes.add("PUT", "v1/sandboxes/*", [&registry](const Exchange& exchange) {
+  routes.perform("PUT", "v1/sandboxes/*", registry, [&registry](const Exchange& exchange) {
     const bool isEmpty = exchange.request.body.empty();
     auto wanted = isEmpty ? sandbox::NewSandbox() : sandbox::newSandboxIn(exchange.body());
     if (wanted.id && *wanted.id != exchange.part(2)) {
       throw HttpError(422, "invalid-id", "The path names another sandbox than the body.");
     }
     wanted.id = exchange.part(2);
-    create(registry, exchange, std::move(wanted));
+    return create(registry, wanted);
   });
-  routes.add("DELETE", "v1/sandboxes/*", [&registry](const Exchange& exchange) {
-    replyPerforming(exchange, registry, [&registry, id = exchange.part(2)] {
-      registry.remove(id);
-      return jsonReply(204, nullptr);
-    });
+  routes.perform("DELETE", "v1/sandboxes/*", registry, [&registry](const Exchange& exchange) {
+    registry.remove(exchange.part(2));
+    return jsonReply(204, nullptr);
   });
-  routes.add("GET", "v1/snapshots", [&registry](const Exchange& exchange) {
-    replyPerforming(exchange, registry, [&registry] {
-      return jsonReply(200, {{"snapshots", listOf(registry.snapshots().list())}});
-    });
+  routes.perform("GET", "v1/snapshots", registry, [&registry](const Exchange&) {
+    return jsonReply(200, {{"snapshots", sandbox::listOf(registry.snapshots().list())}});
   });
-  routes.add("DELETE", "v1/snapshots/*", [&registry](const Exchange& exchange) {
-    replyPerforming(exchange, registry, [&registry, snapshot = exchange.part(2)] {
-      registry.snapshots().remove(snapshot);
-      return jsonReply(204, nullptr);
-    });
+  routes.perform("DELETE", "v1/snapshots/*", registry, [&registry](const Exchange& exchange) {
+    registry.snapshots().remove(exchange.part(2));
+    return jsonReply(204, nullptr);
   });
 }
 

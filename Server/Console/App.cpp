@@ -10,16 +10,6 @@
 #include "Values/Send.h"
 
 namespace hlv::server {
-namespace {
-
-std::shared_ptr<HLVSDKGuest> signedInGuest() {
-  auto guest = HLVSDKGuest::currentGuest();
-  if (!guest) throw HttpError(409, "not-signed-in", "Nobody is signed in.");
-  return guest;
-}
-
-}  // namespace
-
 /// An operation that has not come to its end.
 struct App::Running {
   std::int64_t operation;
@@ -37,74 +27,6 @@ App::App(Registry& registry) : registry_(registry) {}
 
 App::~App() = default;
 
-void App::signIn(const WorldPtr& world, const std::string& email, Done done) {
-  const auto start = [this, email] {
-    return announce([&] {
-      const auto signedIn = sandbox_->signIn(email);
-      if (!signedIn) throw HttpError(422, "address-refused", signedIn.problem());
-    });
-  };
-  run(world, "sign in", start, std::move(done));
-}
-
-void App::signOut(const WorldPtr& world, Done done) {
-  const auto start = [this] {
-    sandbox_->signOut();
-    return CallPtr();
-  };
-  run(world, "sign out", start, std::move(done));
-}
-
-void App::setReachable(const WorldPtr& world, bool reachable, Done done) {
-  const auto start = [this, reachable] {
-    if (reachable && !sandbox_->isReachable()) {
-      return announce([this] { sandbox_->setReachable(true); });
-    }
-    sandbox_->setReachable(reachable);
-    return CallPtr();
-  };
-  run(world, reachable ? "network on" : "network off", start, std::move(done));
-}
-
-void App::enterForeground(const WorldPtr& world, Done done) {
-  const auto start = [this] { return announce([this] { sandbox_->enterForeground(); }); };
-  run(world, "foreground", start, std::move(done));
-}
-
-void App::reset(const WorldPtr& world, Done done) {
-  const auto start = [this] {
-    sandbox_->reset();
-    return CallPtr();
-  };
-  run(world, "reset", start, std::move(done));
-}
-
-void App::add(const WorldPtr& world, std::shared_ptr<sandbox::EnteredCard> card,
-              std::shared_ptr<sandbox::EnteredAddress> address, Done done) {
-  const auto start = [this, card = std::move(card), address = std::move(address)] {
-    return app_->add(card, address, signedInGuest());
-  };
-  run(world, "add", start, std::move(done));
-}
-
-void App::update(const WorldPtr& world, const std::string& ID,
-                 std::shared_ptr<sandbox::EnteredAddress> address, Done done) {
-  const auto start = [this, ID, address = std::move(address)] {
-    return app_->update(ID, address, signedInGuest());
-  };
-  run(world, "update", start, std::move(done));
-}
-
-void App::remove(const WorldPtr& world, const std::string& ID, Done done) {
-  const auto start = [this, ID] {
-    const auto guest = signedInGuest();
-    const auto cards = sandbox_->backendCards();
-    const auto* card = sandbox::findCard(cards, ID);
-    return app_->remove(ID, card ? card->useCase : "default", guest);
-  };
-  run(world, "delete", start, std::move(done));
-}
-
 void App::completeFinishedOperations() {
   if (running_.empty()) return;
   const bool isSettled = app_->isSettled();
@@ -117,10 +39,10 @@ void App::completeFinishedOperations() {
   startWaiting();
 }
 
-void App::run(const WorldPtr& world, const std::string& name, Start start, Done done) {
+void App::run(const WorldPtr& world, const std::string& name, Done done, Start start) {
   Platform::current()->mainQueue()->async(
       [weak = weak_from_this(),
-       operation = Waiting{world, name, std::move(start), std::move(done)}]() mutable {
+       operation = Waiting{world, name, std::move(done), std::move(start)}]() mutable {
         const auto app = weak.lock();
         if (!app) return;
         app->waiting_.push_back(std::move(operation));
@@ -154,7 +76,7 @@ void App::begin(const Waiting& operation) {
       sandbox_->journal().record("app", "kit", "enableWithConfiguration");
       sandbox::enableKit(sandbox::Enabling::normal);
     }
-    running->call = operation.start();
+    running->call = operation.start(*this);
   } catch (const HttpError& refusal) {
     running->refusal = refusal;
   } catch (const Problem& failure) {
@@ -168,12 +90,11 @@ std::int64_t App::lastEvent() const {
                                                             : operations[0].events.back().number;
 }
 
-App::CallPtr App::announce(const std::function<void()>& post) {
+void App::announce(const std::function<void()>& post) {
   const auto before = lastEvent();
   post();
   const auto reason = reasonForNoSynchronisation(before);
   if (!reason.empty()) sandbox_->journal().record("kit", "kit", "no synchronisation: " + reason);
-  return nullptr;
 }
 
 std::string App::reasonForNoSynchronisation(std::int64_t before) const {

@@ -42,18 +42,18 @@ class App : public std::enable_shared_from_this<App> {
   explicit App(Registry& registry);
   ~App();
 
-  void signIn(const WorldPtr& world, const std::string& email, Done done);
-  void signOut(const WorldPtr& world, Done done);
-  void setReachable(const WorldPtr& world, bool reachable, Done done);
-  /// Which lets the kit synchronise.
-  void enterForeground(const WorldPtr& world, Done done);
-  /// Everything is as at the beginning, with nobody signed in.
-  void reset(const WorldPtr& world, Done done);
-  void add(const WorldPtr& world, std::shared_ptr<sandbox::EnteredCard> card,
-           std::shared_ptr<sandbox::EnteredAddress> address, Done done);
-  void update(const WorldPtr& world, const std::string& ID,
-              std::shared_ptr<sandbox::EnteredAddress> address, Done done);
-  void remove(const WorldPtr& world, const std::string& ID, Done done);
+  using CallPtr = std::shared_ptr<const sandbox::AppCall>;
+  /// Returns the call of the kit, or null where none is made. Throws `HttpError` where it cannot
+  /// be. On the main thread.
+  using Start = std::function<CallPtr(App&)>;
+  void run(const WorldPtr& world, const std::string& name, Done done, Start start);
+
+  // What an operation starts with.
+
+  sandbox::Sandbox& sandbox() { return *sandbox_; }
+  const sandbox::SimulatedApp& kit() const { return *app_; }
+  /// Posts a notification by which the kit may begin a synchronisation, and records why if not.
+  void announce(const std::function<void()>& post);
 
   /// Replies to those whose operation has come to its end. To be called on the main thread after
   /// each pass of the main queue.
@@ -62,24 +62,17 @@ class App : public std::enable_shared_from_this<App> {
  private:
   struct Running;
   using RunningPtr = std::shared_ptr<Running>;
-  using CallPtr = std::shared_ptr<const sandbox::AppCall>;
-  /// Returns the call of the kit, or null where none is made. Throws `HttpError` where it cannot
-  /// be.
-  using Start = std::function<CallPtr()>;
   struct Waiting {
     WorldPtr world;
     std::string name;
-    Start start;
     Done done;
+    Start start;
   };
 
-  void run(const WorldPtr& world, const std::string& name, Start start, Done done);
   void startWaiting();
   void begin(const Waiting& operation);
   /// Ends the app, and makes one over another sandbox.
   void switchTo(const WorldPtr& world);
-  /// Posts a notification by which the kit may begin a synchronisation, and records why if not.
-  CallPtr announce(const std::function<void()>& post);
   /// Empty where one began after the event `before`.
   std::string reasonForNoSynchronisation(std::int64_t before) const;
   std::int64_t lastEvent() const;

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <utility>
 
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
@@ -78,45 +79,90 @@ void addJournal(ApiRoutes& routes, Registry& registry) {
     exchange.reply(
         jsonReply(200, {{"operations", sandbox::listOf(journal.last(countIn(exchange.request)))}}));
   });
-  routes.add("GET", "stored", [](const Exchange& exchange) {
-    replyReading(exchange, [](Database& database) { return jsonReply(200, storedData(database)); });
+  routes.read("stored", [](Database& database, const Exchange&) {
+    return jsonReply(200, storedData(database));
   });
   routes.add("GET", "choices",
              [](const Exchange& exchange) { exchange.reply(jsonReply(200, choices())); });
+}
+
+std::shared_ptr<HLVSDKGuest> signedInGuest() {
+  auto guest = HLVSDKGuest::currentGuest();
+  if (!guest) throw HttpError(409, "not-signed-in", "Nobody is signed in.");
+  return guest;
 }
 
 void addApp(ApiRoutes& routes, const AppPtr& app) {
   routes.add("PUT", "app/guest", [app](const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"email"});
-    app->signIn(exchange.world, sandbox::textIn(body, "email").value_or(""), replying(exchange));
+    const auto email = sandbox::textIn(body, "email").value_or("");
+    app->run(exchange.world, "sign in", replying(exchange), [email](App& running) {
+      running.announce([&] {
+        const auto signedIn = running.sandbox().signIn(email);
+        if (!signedIn) throw HttpError(422, "address-refused", signedIn.problem());
+      });
+      return nullptr;
+    });
   });
-  routes.add("DELETE", "app/guest",
-             [app](const Exchange& exchange) { app->signOut(exchange.world, replying(exchange)); });
+  routes.add("DELETE", "app/guest", [app](const Exchange& exchange) {
+    app->run(exchange.world, "sign out", replying(exchange), [](App& running) {
+      running.sandbox().signOut();
+      return nullptr;
+    });
+  });
   routes.add("PUT", "app/network", [app](const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"on"});
-    app->setReachable(exchange.world, sandbox::requiredFlagIn(body, "on"), replying(exchange));
+    const bool isOn = sandbox::requiredFlagIn(body, "on");
+    const auto* name = isOn ? "network on" : "network off";
+    app->run(exchange.world, name, replying(exchange), [isOn](App& running) {
+      const auto change = [&] { running.sandbox().setReachable(isOn); };
+      if (isOn && !running.sandbox().isReachable()) {
+        running.announce(change);
+      } else {
+        change();
+      }
+      return nullptr;
+    });
   });
   routes.add("POST", "app/foreground", [app](const Exchange& exchange) {
-    app->enterForeground(exchange.world, replying(exchange));
+    app->run(exchange.world, "foreground", replying(exchange), [](App& running) {
+      running.announce([&] { running.sandbox().enterForeground(); });
+      return nullptr;
+    });
   });
   routes.add("POST", "app/cards", [app](const Exchange& exchange) {
     auto body = exchange.body();
-    const auto entered = takeCard(body);
+    const auto card = takeCard(body);
     const auto address = body.contains("billing_address")
                              ? addressOf(sandbox::objectIn(body, "billing_address"))
                              : sandbox::EnteredAddress::make({});
-    app->add(exchange.world, entered, address, replying(exchange));
+    app->run(exchange.world, "add", replying(exchange), [card, address](App& running) {
+      return running.kit().add(card, address, signedInGuest());
+    });
   });
   routes.add("PATCH", "app/cards/*", [app](const Exchange& exchange) {
-    app->update(exchange.world, exchange.part(2), addressOf(exchange.body()), replying(exchange));
+    const auto address = addressOf(exchange.body());
+    const auto start = [id = exchange.part(2), address](App& running) {
+      return running.kit().update(id, address, signedInGuest());
+    };
+    app->run(exchange.world, "update", replying(exchange), start);
   });
   routes.add("DELETE", "app/cards/*", [app](const Exchange& exchange) {
-    app->remove(exchange.world, exchange.part(2), replying(exchange));
+    app->run(exchange.world, "delete", replying(exchange), [id = exchange.part(2)](App& running) {
+      const auto guest = signedInGuest();
+      const auto cards = running.sandbox().backendCards();
+      const auto* card = sandbox::findCard(cards, id);
+      return running.kit().remove(id, card ? card->useCase : "default", guest);
+    });
   });
-  routes.add("POST", "reset",
-             [app](const Exchange& exchange) { app->reset(exchange.world, replying(exchange)); });
+  routes.add("POST", "reset", [app](const Exchange& exchange) {
+    app->run(exchange.world, "reset", replying(exchange), [](App& running) {
+      running.sandbox().reset();
+      return nullptr;
+    });
+  });
 }
 
 void serveFile(const Exchange& exchange) {

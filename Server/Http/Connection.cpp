@@ -40,22 +40,21 @@ bool isOfTransport(const beast::error_code& error) {
 
 Connection::Connection(Socket socket, EventLoop& loop,
                        const std::shared_ptr<ListenerState>& listener)
-    : presence_(listener),
-      listener_(listener),
+    : listener_(listener),
       loop_(loop),
       limits_(listener->options.limits),
       stream_(std::move(socket)),
-      timer_(loop.context()),
+      timer_(*loop.context),
       input_(limits_.headBytes + limits_.bodyBytes) {}
 
 Connection::~Connection() {
   forgetInput();
   if (request_) wipe(request_->body);
-  listener_->connections[loop_.index()].erase(this);
+  listener_->connections[loop_.index].erase(this);
 }
 
 void Connection::start() {
-  listener_->connections[loop_.index()].insert(this);
+  listener_->connections[loop_.index].insert(this);
   ErrorCode error;
   stream_.socket().non_blocking(true, error);
   stream_.socket().set_option(asio::ip::tcp::no_delay(true), error);
@@ -63,7 +62,7 @@ void Connection::start() {
   if (error) return;
   caller_ = client.address().to_string() + ":" + std::to_string(client.port());
   asio::co_spawn(
-      loop_.context().get_executor(), [self = shared_from_this()] { return self->serve(); },
+      loop_.context->get_executor(), [self = shared_from_this()] { return self->serve(); },
       asio::detached);
 }
 
@@ -89,7 +88,7 @@ Connection::Task<void> Connection::serve() {
     if (goesOn) goesOn = co_await sendReply();
     if (input_.size() == 0) continue;
     // Others of this loop go first.
-    co_await asio::post(loop_.context(), asio::use_awaitable_t<LoopExecutor>());
+    co_await asio::post(*loop_.context, asio::use_awaitable_t<LoopExecutor>());
   }
   close();
   finish(0);
@@ -199,12 +198,15 @@ void Connection::handleRequest() {
 
 /// Keeps nothing of the connection.
 Reply Connection::replyTo(std::uint64_t number) {
-  return [connection = weak_from_this(), number, loop = loop_.entry()](HttpReply reply) {
-    if (loop->isThisThread()) {
+  return [connection = weak_from_this(), number,
+          context = std::weak_ptr(loop_.context)](HttpReply reply) {
+    const auto loop = context.lock();
+    if (!loop) return;
+    if (loop->get_executor().running_in_this_thread()) {
       const auto self = connection.lock();
       if (self && self->isHandling_) return self->takeReply(number, std::move(reply));
     }
-    loop->post([connection, number, reply = std::move(reply)]() mutable {
+    asio::post(*loop, [connection, number, reply = std::move(reply)]() mutable {
       if (const auto self = connection.lock()) self->takeReply(number, std::move(reply));
     });
   };
@@ -231,9 +233,7 @@ Connection::Task<bool> Connection::awaitReply() {
 
 Connection::Task<bool> Connection::sendReply() {
   using Then = OutgoingReply::Then;
-  if (reply_->events || reply_->fault.kind != TransportFault::Kind::none) {
-    frame_.keepsConnection = false;
-  }
+  if (reply_->events || reply_->fault) frame_.keepsConnection = false;
   auto outgoing = outgoingReply(*reply_, request_->id, frame_);
   std::string_view rest = outgoing.bytes;
   while (true) {

@@ -69,7 +69,6 @@ class Connection : public std::enable_shared_from_this<Connection> {
   void close();
 
   // Goes last, when nothing of the handler's is left.
-  const ListenerState::Presence presence_;
   const std::shared_ptr<ListenerState> listener_;
   EventLoop& loop_;
   const HttpLimits& limits_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "Server/Http/EventLoop.h"
@@ -12,36 +13,28 @@ namespace hlv::server {
 
 namespace asio = boost::asio;
 
-EventLoop::EventLoop(std::size_t index) : index_(index) {
-  thread_ = std::thread([this] { run(); });
-}
+namespace {
 
-void EventLoop::run() {
-  ::pthread_setname_np(::pthread_self(), ("http-" + std::to_string(index_ + 1)).c_str());
-  entry_->thread_ = std::this_thread::get_id();
-  const auto work = asio::make_work_guard(*context_);
-  while (!context_->stopped()) {
+void run(EventLoop& loop) {
+  ::pthread_setname_np(::pthread_self(), ("http-" + std::to_string(loop.index + 1)).c_str());
+  const auto work = asio::make_work_guard(*loop.context);
+  while (!loop.context->stopped()) {
     try {
-      context_->run();
+      loop.context->run();
     } catch (const std::exception&) {
       // Ends the connection whose memory ran out, and no other.
     }
   }
 }
 
-void EventLoop::end() {
-  if (!thread_.joinable()) return;
-  {
-    const std::lock_guard lock(entry_->mutex_);
-    entry_->context_ = nullptr;
-  }
-  context_->stop();
-  thread_.join();
-}
+}  // namespace
 
 EventLoops::EventLoops(unsigned count) : impl_(std::make_unique<Impl>()) {
-  for (std::size_t i = 0; i < std::max(count, 1U); ++i) {
-    impl_->loops.push_back(std::make_unique<EventLoop>(i));
+  auto& loops = impl_->loops;
+  loops.resize(std::max(count, 1U));
+  for (std::size_t i = 0; i < loops.size(); ++i) {
+    loops[i].index = i;
+    loops[i].thread = std::thread(run, std::ref(loops[i]));
   }
 }
 
@@ -49,21 +42,23 @@ EventLoops::~EventLoops() { stop(); }
 
 unsigned EventLoops::count() const { return static_cast<unsigned>(impl_->loops.size()); }
 
-void EventLoops::post(std::function<void()> task) { impl_->next().entry()->post(std::move(task)); }
+void EventLoops::post(std::function<void()> task) {
+  asio::post(*impl_->next().context, std::move(task));
+}
 
 void EventLoops::after(std::chrono::milliseconds delay, std::function<void()> task) {
-  auto& loop = impl_->next();
-  loop.entry()->post([&loop, delay, task = std::move(task)]() mutable {
-    const auto timer = std::make_shared<LoopTimer>(loop.context(), delay);
-    timer->async_wait([timer, task = std::move(task)](const boost::system::error_code& error) {
-      if (!error) task();
-    });
+  const auto timer = std::make_shared<LoopTimer>(*impl_->next().context, delay);
+  timer->async_wait([timer, task = std::move(task)](const boost::system::error_code& error) {
+    if (!error) task();
   });
 }
 
 void EventLoops::stop() {
-  for (const auto& loop : impl_->loops) loop->end();
-  for (const auto& loop : impl_->loops) loop->clear();
+  for (auto& loop : impl_->loops) loop.context->stop();
+  for (auto& loop : impl_->loops) {
+    if (loop.thread.joinable()) loop.thread.join();
+  }
+  impl_->loops.clear();
 }
 
 }  // namespace hlv::server

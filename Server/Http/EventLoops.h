@@ -20,7 +20,7 @@ class EventLoops {
   EventLoops& operator=(const EventLoops&) = delete;
 
   unsigned count() const;
-  /// Runs `task` on one of the loops; not at all once they have ended.
+  /// Runs `task` on one of the loops. Not after `stop`.
   void post(std::function<void()> task);
   /// The same after `delay`.
   void after(std::chrono::milliseconds delay, std::function<void()> task);

@@ -5,8 +5,8 @@
 namespace hlv::server {
 
 HttpReply errorReply(const HttpError& error, const std::string& requestID) {
-  auto reply = errorReply(error.status, error.code, requestErrorDomain, error.status,
-                          error.sentence, requestID);
+  auto reply = errorReply(error.status, error.code, requestErrorDomain, error.status, error.what(),
+                          requestID);
   reply.headers = error.headers;
   return reply;
 }

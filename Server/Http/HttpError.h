@@ -4,29 +4,27 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "Server/Http/HttpMessages.h"
+#include "Values/Problem.h"
 
 namespace hlv::server {
 
 /// The domain of what is rejected before a service sees it. The number is the status.
 inline constexpr const char* requestErrorDomain = "HLVServiceRequestErrorDomain";
 
-class HttpError : public std::exception {
+class HttpError : public Problem {
  public:
   /// `sentence` holds nothing of the request.
-  HttpError(int errorStatus, std::string errorCode, std::string errorSentence)
-      : status(errorStatus), code(std::move(errorCode)), sentence(std::move(errorSentence)) {}
-  const char* what() const noexcept override { return sentence.c_str(); }
+  HttpError(int errorStatus, std::string errorCode, const std::string& sentence)
+      : Problem(sentence), status(errorStatus), code(std::move(errorCode)) {}
 
   int status;
   /// Stable: what a client may compare.
   std::string code;
-  std::string sentence;
   std::vector<std::pair<std::string, std::string>> headers;
 };
 

@@ -35,11 +35,10 @@ void bind(Acceptor& acceptor, const tcp::endpoint& endpoint, ErrorCode& error) {
 class Acceptor : public std::enable_shared_from_this<Acceptor> {
  public:
   Acceptor(EventLoops::Impl& loops, EventLoop& loop, std::shared_ptr<ListenerState> listener)
-      : presence_(listener),
-        listener_(std::move(listener)),
+      : listener_(std::move(listener)),
         loops_(loops),
-        acceptor_(loop.context()),
-        timer_(loop.context()) {}
+        acceptor_(*loop.context),
+        timer_(*loop.context) {}
 
   /// Returns the port.
   int listen(const tcp::endpoint& endpoint, ErrorCode& error) {
@@ -65,16 +64,18 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
  private:
   void accept() {
     for (int i = 0; i < connectionsAtOnce && acceptor_.is_open(); ++i) {
-      if (listener_->present() > listener_->options.limits.connections) return pause();
-      auto& loop = *loops_.loops[next_ % loops_.loops.size()];
+      // This and the listener hold it too.
+      const auto connections = static_cast<std::size_t>(listener_.use_count()) - 2;
+      if (connections >= listener_->options.limits.connections) return pause();
+      auto& loop = loops_.loops[next_ % loops_.loops.size()];
       ErrorCode error;
-      auto socket = acceptor_.accept(loop.context(), error);
+      auto socket = acceptor_.accept(*loop.context, error);
       if (error == asio::error::would_block || error == asio::error::connection_aborted) break;
       if (error) return pause();
       ++next_;
       std::shared_ptr<Connection> connection(new Connection(std::move(socket), loop, listener_));
       // Nothing of it stays here: it may end on its own loop at once.
-      asio::post(loop.context(), [connection = std::move(connection)] { connection->start(); });
+      asio::post(*loop.context, [connection = std::move(connection)] { connection->start(); });
     }
     if (acceptor_.is_open()) await();
   }
@@ -86,7 +87,6 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
     });
   }
 
-  const ListenerState::Presence presence_;
   const std::shared_ptr<ListenerState> listener_;
   EventLoops::Impl& loops_;
   std::size_t next_ = 0;
@@ -100,18 +100,20 @@ class HttpListener::Impl {
       : loops_(loops), state_(std::move(state)) {}
 
   ~Impl() {
+    auto ended = state_->ended.get_future();
     state_->isClosing = true;
     for (const auto& loop : loops_.loops) {
-      loop->entry()->post([state = state_, index = loop->index()] {
+      asio::post(*loop.context, [state = state_, index = loop.index] {
         // Those that close leave the set.
         const auto connections = state->connections[index];
         for (auto* connection : connections) connection->shutDown();
       });
     }
     if (const auto acceptor = acceptor_.lock()) {
-      acceptLoop_->entry()->post([acceptor] { acceptor->close(); });
+      asio::post(*acceptLoop_->context, [acceptor] { acceptor->close(); });
     }
-    state_->waitUntilNoneIsPresent();
+    state_.reset();
+    ended.wait();
   }
 
   ErrorCode listen(const tcp::endpoint& endpoint) {
@@ -121,7 +123,7 @@ class HttpListener::Impl {
     port_ = acceptor->listen(endpoint, error);
     if (error) return error;
     acceptor_ = acceptor;
-    acceptLoop_->entry()->post([acceptor] { acceptor->await(); });
+    asio::post(*acceptLoop_->context, [acceptor] { acceptor->await(); });
     return error;
   }
 
@@ -129,7 +131,7 @@ class HttpListener::Impl {
 
  private:
   EventLoops::Impl& loops_;
-  const std::shared_ptr<ListenerState> state_;
+  std::shared_ptr<ListenerState> state_;
   EventLoop* acceptLoop_ = nullptr;
   std::weak_ptr<Acceptor> acceptor_;
   int port_ = 0;

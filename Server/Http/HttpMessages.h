@@ -3,9 +3,11 @@
 // Threading: plain values.
 #pragma once
 
+#include <algorithm>
 #include <any>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -46,31 +48,36 @@ struct HttpRequest {
   }
 };
 
-/// What the connection does to a reply. After any of these it closes.
-struct TransportFault {
-  enum class Kind {
-    none,
-    /// Reset before a byte of the reply.
-    refused,
-    /// Reset after half of it.
+/// A reply as it leaves, and what the connection does then.
+struct OutgoingReply {
+  enum class Then {
+    /// Reads the next request.
+    next,
+    /// Closes, once the client has read everything.
+    drain,
     reset,
-    /// Other bytes in its place.
-    garbage,
-    /// No byte until the client leaves or the answer time has passed.
-    never,
-    /// The whole reply a second time.
-    twice,
-    /// Reset after `bytes`.
-    cut,
-    /// `bytesPerSecond`.
-    slow,
-    /// Half of it, then as `never`.
-    stalled
+    /// Sends nothing until the client leaves or the answer time has passed.
+    hold,
+    /// Sends the events.
+    stream
   };
-  Kind kind = Kind::none;
-  std::size_t bytes = 0;
-  std::size_t bytesPerSecond = 0;
+  std::string bytes;
+  /// In pieces of so many bytes, with a pause after each but the last.
+  std::size_t piece = SIZE_MAX;
+  std::chrono::milliseconds pause{0};
+  Then then = Then::drain;
+  /// 0 where no whole reply leaves.
+  int status = 0;
+
+  void cut(std::size_t end, Then after) {
+    if (end < bytes.size()) status = 0;
+    bytes.resize(std::min(end, bytes.size()));
+    then = after;
+  }
 };
+
+/// Changes a reply on its way; the connection does not go on after it.
+using TransportFault = std::function<void(OutgoingReply&)>;
 
 /// Asked for what is new, on the connection's loop every 50 ms; empty is nothing. An exception ends
 /// the stream.
@@ -86,6 +93,7 @@ struct HttpReply {
   /// Error code in the body, for records; empty for none.
   std::string code;
   std::chrono::milliseconds delay{0};
+  /// Empty for none.
   TransportFault fault;
   /// Server-sent events, until the client leaves, the stream throws, or the listener closes.
   EventStream events;

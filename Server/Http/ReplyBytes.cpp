@@ -90,51 +90,11 @@ std::string makeRequestID() {
 
 OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID,
                             const ReplyFrame& frame) {
-  using Kind = TransportFault::Kind;
   using Then = OutgoingReply::Then;
   OutgoingReply outgoing{.bytes = serialized(reply, requestID, frame), .status = reply.status};
-  auto& bytes = outgoing.bytes;
-  const auto cut = [&](std::size_t end, Then then) {
-    if (end < bytes.size()) outgoing.status = 0;
-    bytes.resize(std::min(end, bytes.size()));
-    outgoing.then = then;
-  };
-  const auto& fault = reply.fault;
-  switch (fault.kind) {
-    case Kind::none:
-      if (frame.keepsConnection) outgoing.then = Then::next;
-      if (reply.events && !frame.isHead) outgoing.then = Then::stream;
-      break;
-    case Kind::refused:
-      cut(0, Then::reset);
-      break;
-    case Kind::never:
-      cut(0, Then::hold);
-      break;
-    case Kind::reset:
-      cut(bytes.size() / 2, Then::reset);
-      break;
-    case Kind::stalled:
-      cut(bytes.size() / 2, Then::hold);
-      break;
-    case Kind::cut:
-      cut(fault.bytes, Then::reset);
-      break;
-    case Kind::garbage:
-      bytes = "This is no reply of a service.\r\n\r\n";
-      outgoing.status = 0;
-      break;
-    case Kind::twice:
-      bytes += bytes;
-      break;
-    case Kind::slow: {
-      constexpr std::size_t piecesPerSecond = 20;
-      const auto rate = std::clamp<std::size_t>(fault.bytesPerSecond, 1, 1'000'000'000);
-      outgoing.piece = std::max<std::size_t>(rate / piecesPerSecond, 1);
-      outgoing.pause = std::chrono::milliseconds(1'000 * outgoing.piece / rate);
-      break;
-    }
-  }
+  if (frame.keepsConnection) outgoing.then = Then::next;
+  if (reply.events && !frame.isHead) outgoing.then = Then::stream;
+  if (reply.fault) reply.fault(outgoing);
   return outgoing;
 }
 

@@ -4,9 +4,6 @@
 #pragma once
 
 #include <boost/beast/http/message.hpp>
-#include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
 #include "Server/Http/HttpMessages.h"
@@ -23,18 +20,7 @@ struct ReplyFrame {
   bool keepsConnection = false;
 };
 
-/// The bytes of a reply that leave, in which pieces, and what follows; all as its fault has it.
-struct OutgoingReply {
-  enum class Then { next, drain, reset, hold, stream };
-  std::string bytes;
-  std::size_t piece = SIZE_MAX;
-  std::chrono::milliseconds pause{0};
-  Then then = Then::drain;
-  /// 0 where no whole reply leaves.
-  int status = 0;
-};
-
-/// With `events`, the head alone.
+/// As its fault has it; with `events`, the head alone.
 OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID,
                             const ReplyFrame& frame);
 /// The leave to send a body, for which a client may ask.

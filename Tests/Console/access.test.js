@@ -19,7 +19,7 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
     await guest.sees(sentence);
     await sees(focused.and(guest.page.locator(':focus')));
   };
-  await leads(guest.app.getByLabel('E-mail address'), 'Enter', 'Signed in.', guest.button('Sign out'));
+  await leads(guest.app.getByLabel('E-mail address'), 'Enter', 'Signed in.');
   const network = guest.app.getByRole('switch', { name: 'Network' });
   await leads(network, 'Space', 'The network is off.');
   await leads(network, 'Space', 'The network is on.');
@@ -53,8 +53,8 @@ onConsole('a guest signs in, and adds, changes and deletes a card by keyboard al
 
 /** Pairs of the diagram's texts that lie on each other. */
 const overlaps = () => {
-  const boxes = [...document.querySelectorAll('#diagram :is(.label, .time, .thread)')]
-    .map((text) => ({ text: text.textContent, box: text.getBBox() })).filter(({ text }) => text);
+  const boxes = [...document.querySelectorAll('#diagram :is(.label > span, .when > span)')]
+    .map((text) => ({ text: text.textContent, box: text.getBoundingClientRect() })).filter(({ box }) => box.width > 0);
   return boxes.flatMap((one, index) => boxes.slice(index + 1)
     .filter(({ box }) => box.x < one.box.x + one.box.width - 1 && one.box.x < box.x + box.width - 1 &&
       box.y < one.box.y + one.box.height - 3 && one.box.y < box.y + box.height - 3)

@@ -16,7 +16,7 @@ export class Person {
     this.happened = region('What happened');
     this.dialog = page.getByRole('dialog');
     this.connection = page.getByRole('banner').getByRole('status');
-    this.verdict = page.locator('.verdict:visible');
+    this.verdict = page.locator('#verdict');
     this.cards = this.app.getByRole('list', { name: "The guest's cards" }).getByRole('listitem');
     this.faults = this.testing.getByRole('list', { name: 'Armed faults' }).getByRole('listitem');
     this.matched = stored('Matched:');

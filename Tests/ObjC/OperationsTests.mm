@@ -1,6 +1,8 @@
 // Every operation through its selectors: what is called, what comes back, and on which thread.
 #include <objc/runtime.h>
 
+#include <utility>
+
 #include "ObjC/Binding/AnyString.h"
 #include "ObjC/Binding/Strings.h"
 #include "Tests/ObjC/ObjCTest.h"
@@ -57,14 +59,14 @@ static void* takeStep(id self, SEL step, void* first, void* second, void* third,
 }
 @end
 
-/// The host's keys, which a header declares as a constant.
-extern "C" void setAddressKeys(NSArray* keys);
+/// The host's keys, which a header declares as a constant, as a host changes them.
+extern "C" NSArray* addressKeys __asm__("HLVSDKCreditCardBusinessAddressJSONKeyes");
 
 namespace {
 
-constexpr const char* tokenCall =
-    "provider create token for guest@example.com with new[..1111 09/2031 cvv of 3 A. Guest] use case "
-    "default";
+constexpr const char* tokenCall = "provider create token for guest@example.com with new[..1111 "
+                                  "09/2031 cvv of 3 A. Guest] use case "
+                                  "default";
 constexpr const char* addCall =
     "provider add new[..1111 09/2031 cvv of 3 A. Guest] under tok use case default";
 
@@ -191,10 +193,9 @@ TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {
   EXPECT_EQ(received.count, 1) << "on the backend's thread";
   EXPECT_FALSE(received.onMainThread);
 
-  NSArray* const before = HLVSDKCreditCardBusinessAddressJSONKeyes;
-  setAddressKeys(@[ @"road" ]);
+  NSArray* const before = std::exchange(addressKeys, @[ @"road" ]);
   update(@"card-1", address, nil);
-  setAddressKeys(before);
+  addressKeys = before;
   EXPECT_EQ(backend.lastAddress, (hlv::Dictionary{{"road", "Street 1"}})) << "the host's key now";
 
   TestBackend* const own = [[TestBackend new] autorelease];

@@ -26,17 +26,10 @@ std::string shortened(const char* encoding) {
 
 /// The type encoding of a class's or protocol's own method; empty when it has none of that name.
 std::string encodingIn(Class owner, SEL selector, bool isClassMethod) {
-  unsigned count = 0;
-  Method* const methods =
-      class_copyMethodList(isClassMethod ? object_getClass(owner) : owner, &count);
-  std::string encoding;
-  for (unsigned i = 0; i < count; ++i) {
-    if (sel_isEqual(method_getName(methods[i]), selector)) {
-      encoding = shortened(method_getTypeEncoding(methods[i]));
-    }
-  }
-  std::free(methods);
-  return encoding;
+  Class const receiver = isClassMethod ? object_getClass(owner) : owner;
+  const Method method = class_getInstanceMethod(receiver, selector);
+  const bool isOwn = method != class_getInstanceMethod(class_getSuperclass(receiver), selector);
+  return isOwn ? shortened(method_getTypeEncoding(method)) : "";
 }
 
 std::string encodingIn(Protocol* owner, SEL selector, bool isClassMethod) {
@@ -53,7 +46,7 @@ TEST(RunTimeTableTest, TheRuntimeKnowsEveryClassProtocolAndSelector) {
     std::istringstream words(line);
     std::string kind, name, type;
     words >> kind >> name >> type;
-    if (kind.empty() || kind == "#" || kind == "property") continue;
+    if (kind.empty() || kind == "#") continue;
     ++rows;
     if (kind == "protocol") {
       protocol = objc_getProtocol(name.c_str());
@@ -65,6 +58,20 @@ TEST(RunTimeTableTest, TheRuntimeKnowsEveryClassProtocolAndSelector) {
       EXPECT_EQ(NSStringFromClass([owner superclass]).UTF8String, type) << line;
     } else if (kind == "adopts") {
       EXPECT_TRUE([owner conformsToProtocol:objc_getProtocol(name.c_str())]) << line;
+    } else if (kind == "property") {
+      // Its accessors: T is followed by the type, R marks a getter alone, G and S name them.
+      const std::string value = type.substr(1, 1);
+      std::string getter = name, setter = "set" + name + ":";
+      setter[3] = static_cast<char>(std::toupper(setter[3]));
+      std::istringstream marks(type);
+      for (std::string mark; std::getline(marks, mark, ',');) {
+        if (mark[0] == 'G') getter = mark.substr(1);
+        if (mark[0] == 'S') setter = mark.substr(1);
+        if (mark == "R") setter.clear();
+      }
+      EXPECT_EQ(encodingIn(owner, sel_registerName(getter.c_str()), false), value + "@:") << line;
+      if (setter.empty()) continue;
+      EXPECT_EQ(encodingIn(owner, sel_registerName(setter.c_str()), false), "v@:" + value) << line;
     } else if (kind == "variable") {
       EXPECT_TRUE(class_getInstanceVariable(owner, name.c_str())) << line;
     } else {

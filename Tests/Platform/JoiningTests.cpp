@@ -14,6 +14,7 @@
 #include "Async/OneShot.h"
 #include "Platform/SharedSlot.h"
 #include "Tests/Support/ManualPlatform.h"
+#include "Values/Error.h"
 #include "Values/NullableString.h"
 #include "Values/Value.h"
 
@@ -96,11 +97,22 @@ TEST(OneShotTest, RunsForTheFirstReplyAndReleasesWhatItHeld) {
   EXPECT_EQ(sum, 1);
 }
 
-TEST(NullableStringTest, ANullPointerIsAMissingString) {
+TEST(NullableStringTest, ANullPointerIsAMissingStringOrDoesNotCompile) {
   EXPECT_EQ(NullableString(nullptr), std::nullopt);
   EXPECT_EQ(NullableString(std::getenv("HLV_NOBODY_SETS_THIS")), std::nullopt);
   EXPECT_EQ(NullableString(), std::optional<std::string>());
   EXPECT_TRUE(Value(std::getenv("HLV_NOBODY_SETS_THIS")).isNull());
+  static_assert(!std::is_constructible_v<Text, char*>);
+  static_assert(!std::is_constructible_v<Text, std::nullptr_t>);
+  static_assert(std::is_same_v<decltype(&Error::domain), Text (Error::*)() const>);
+  static_assert(std::is_same_v<decltype(&Queue::label), Text (Queue::*)() const>);
+  static_assert(!std::is_invocable_v<decltype(&Platform::makeSerialQueue), Platform, char*>);
+  static_assert(std::is_same_v<Dictionary::key_type, Text>);
+  EXPECT_EQ(NullableString().value_or("text"), "text");
+  const auto withPointer = [](auto text) {
+    return requires { text.value_or(std::getenv("")); };
+  };
+  EXPECT_FALSE(withPointer(NullableString()));
 }
 
 TEST(ValueTest, ConversionsAreExactOrDoNotCompile) {

@@ -30,7 +30,7 @@ using testing::ask;
 using testing::RawClient;
 using testing::requestOf;
 using Json = nlohmann::ordered_json;
-using Kind = TransportFault::Kind;
+using Then = OutgoingReply::Then;
 
 HttpReply jsonReply(const Json& body) {
   HttpReply reply;
@@ -312,7 +312,7 @@ TEST_F(HttpTest, DecodesPathsAndQueries) {
 TEST_F(HttpTest, LetsSlowClientsGo) {
   handler.routes.add("GET", "never", [](const auto&, const Reply& reply) {
     auto never = jsonReply("nothing");
-    never.fault.kind = Kind::never;
+    never.fault = [](OutgoingReply& outgoing) { outgoing.cut(0, Then::hold); };
     reply(std::move(never));
   });
   const std::pair<std::chrono::milliseconds HttpLimits::*, std::string> rows[] = {
@@ -353,10 +353,9 @@ TEST_F(HttpTest, FreesWhatIsHeldForAClientThatLeaves) {
   listen();
   const std::function<void(HttpReply&)> rows[] = {
       [](HttpReply& reply) { reply.delay = 30min; },
-      [](HttpReply& reply) { reply.fault.kind = Kind::never; },
-      [](HttpReply& reply) { reply.fault.kind = Kind::stalled; },
+      [](HttpReply& reply) { reply.fault = [](auto& sent) { sent.cut(50, Then::hold); }; },
       [](HttpReply& reply) {
-        reply.fault = {Kind::slow, 0, 1};
+        reply.fault = [](auto& sent) { sent.piece = 1, sent.pause = 30min; };
       },
       [](HttpReply& reply) { reply.events = [] { return std::string(); }; },
   };

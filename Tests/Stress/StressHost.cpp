@@ -104,7 +104,8 @@ class StressProvider final : public PLVInAppClient, private Service {
 }  // namespace
 
 StressHost::StressHost(const Setting& setting)
-    : stressBackend_(std::make_shared<StressBackend>(setting)),
+    : ScriptedHost(Recording::off),
+      stressBackend_(std::make_shared<StressBackend>(setting)),
       stressProvider_(std::make_shared<StressProvider>(setting)) {
   guest = guestOf(0, true);
 }

@@ -64,20 +64,10 @@ class StressHost final : public ScriptedHost {
 
   std::shared_ptr<HLVSDKAPIManager> apiManager() override { return stressBackend_; }
   std::shared_ptr<PLVInAppClient> inAppClient() override { return stressProvider_; }
-  // The scripted host writes down what these are asked, and for one thread.
-  /// The guest of operation 0, which is nobody's.
-  std::shared_ptr<HLVSDKGuest> currentGuest() override { return guest; }
-  void handleAssertWithMessage(const NullableString&) override {}
-  void handleParameterAssert(const NullableString&, const NullableString&) override {}
-  std::shared_ptr<HLVSDKLogger> remoteLogger() override { return nullptr; }
-  std::shared_ptr<HLVSDKLogger> consoleLogger() override { return nullptr; }
   std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
       const std::shared_ptr<HLVSDKPaymentInstrument>&,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>&) override {
     return nullptr;
-  }
-  std::shared_ptr<HLVErrorFacade> makeErrorFacade() override {
-    return std::make_shared<FakeErrorFacade>();
   }
 
  private:

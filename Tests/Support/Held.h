@@ -18,10 +18,10 @@ class Held {
   using Callback = std::function<void(Results...)>;
 
   /// When set, calls are answered with it inside the call and never held.
-  std::function<void(const Callback&)> answerInside;
+  std::function<void(Callback)> answerInside;
 
   void hold(Callback callback) {
-    if (answerInside) return answerInside(callback);
+    if (answerInside) return answerInside(std::move(callback));
     callbacks_.push_back(std::move(callback));
   }
   std::size_t count() const { return callbacks_.size(); }

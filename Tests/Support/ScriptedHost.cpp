@@ -14,12 +14,33 @@ std::string shownText(const std::shared_ptr<PLVCreditCardPaymentInstrument>& ins
   return shownText(send(instrument, &PLVCreditCardPaymentInstrument::identifier));
 }
 
+std::string shownText(const std::shared_ptr<HLVSDKGuest>& guest) {
+  return shownText(send(guest, &HLVSDKGuest::email));
+}
+
+std::string shownText(const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request) {
+  const auto fake = std::dynamic_pointer_cast<FakeUpdateRequest>(request);
+  return fake ? shownText(fake->token) : "no request";
+}
+
+std::string shownText(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
+  const auto ofKit = std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(request);
+  return ofKit ? shownText(ofKit->paylevenToken()) : "no request";
+}
+
+/// Nothing is made of the parts when nobody records them.
+template <class... Parts>
+void record(Trace* trace, const Parts&... parts) {
+  if (trace) trace->push_back((std::string() + ... + shownText(parts)));
+}
+
 class TracingLogger final : public HLVSDKLogger {
  public:
   TracingLogger(Trace* trace, std::string name) : trace_(trace), name_(std::move(name)) {}
 
   void logWithLevel(int level, const char* path, int line, const char* function, const char* format,
                     const std::vector<HLVSDKLogArgument>& arguments) override {
+    if (!trace_) return;
     std::string entry = name_ + " " + std::to_string(level) + " \"" + format + "\"";
     for (const auto& argument : arguments) {
       const auto* text = std::get_if<NullableString>(&argument);
@@ -36,9 +57,9 @@ class TracingLogger final : public HLVSDKLogger {
   const std::string name_;
 };
 
-class TracingRequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
+class RequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
  public:
-  explicit TracingRequestBody(ScriptedHost* host) : host_(host) {}
+  explicit RequestBody(ScriptedHost* host) : host_(host) {}
   void setProvider(std::int64_t provider) override { host_->requestProvider = provider; }
   Dictionary JSONRepresentation() const override { return *host_->requestBody; }
   bool isValid(ErrorPtr* error) const override {
@@ -55,8 +76,7 @@ class TracingRequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
 void ScriptedBackend::updateCurrentGuestWithRequest(
     const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
     HLVSDKGuestCompletion completion) {
-  const auto fake = std::dynamic_pointer_cast<FakeUpdateRequest>(request);
-  trace_->push_back("backend update guest token=" + (fake ? shownText(fake->token) : "no request"));
+  record(trace_, "backend update guest token=", request);
   guestUpdates.hold(std::move(completion));
 }
 
@@ -64,61 +84,54 @@ void ScriptedBackend::addCreditCardForGuest(
     const std::shared_ptr<HLVSDKGuest>& guest,
     const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
     HLVSDKGuestCardCompletion completion) {
-  const auto request =
-      std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(requestInfo);
-  trace_->push_back("backend add card for " + shownText(send(guest, &HLVSDKGuest::email)) +
-                    " token=" + (request ? shownText(request->paylevenToken()) : "no request"));
-  lastAddRequest = requestInfo;
+  record(trace_, "backend add card for ", guest, " token=", requestInfo);
+  if (trace_) lastAddRequest = requestInfo;
   cardAdds.hold(std::move(completion));
 }
 
 void ScriptedBackend::deleteCreditCardWithID(const NullableString& ID,
                                              const std::shared_ptr<HLVSDKGuest>& guest,
                                              HLVSDKGuestCompletion completion) {
-  trace_->push_back("backend delete " + shownText(ID) + " of " +
-                    shownText(send(guest, &HLVSDKGuest::email)));
+  record(trace_, "backend delete ", ID, " of ", guest);
   deletions.hold(std::move(completion));
 }
 
 void ScriptedBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
                                        const std::shared_ptr<HLVSDKGuest>& guest,
                                        HLVSDKGuestCardCompletion completion) {
-  trace_->push_back("backend update " + shownText(ID) + " of " +
-                    shownText(send(guest, &HLVSDKGuest::email)));
-  lastAddress = address;
+  record(trace_, "backend update ", ID, " of ", guest);
+  if (trace_) lastAddress = address;
   cardUpdates.hold(std::move(completion));
 }
 
 void ScriptedBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                                             HLVSDKCreditCardsCompletion completion) {
-  trace_->push_back("backend fetch cards of " + shownText(send(guest, &HLVSDKGuest::email)));
+  record(trace_, "backend fetch cards of ", guest);
   cardFetches.hold(std::move(completion));
 }
 
 void ScriptedProvider::registerWithAPIKey(const NullableString& key) {
-  trace_->push_back("provider register '" + shownText(key) + "'");
+  record(trace_, "provider register '", key, "'");
 }
 
 void ScriptedProvider::createUserToken(
     const NullableString& email, const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& useCase, PLVUserTokenCompletion completion) {
-  trace_->push_back("provider create token for " + shownText(email) + " with " +
-                    shownText(instrument) + " use case " + shownText(useCase));
+  record(trace_, "provider create token for ", email, " with ", instrument, " use case ", useCase);
   tokens.hold(std::move(completion));
 }
 
 void ScriptedProvider::addPaymentInstrument(
     const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& userToken, const NullableString& useCase, PLVErrorCompletion completion) {
-  trace_->push_back("provider add " + shownText(instrument) + " under " + shownText(userToken) +
-                    " use case " + shownText(useCase));
+  record(trace_, "provider add ", instrument, " under ", userToken, " use case ", useCase);
   adds.hold(std::move(completion));
 }
 
 void ScriptedProvider::getPaymentInstrumentsList(const NullableString& userToken,
                                                  const NullableString& useCase,
                                                  PLVPaymentInstrumentsCompletion completion) {
-  trace_->push_back("provider list " + shownText(userToken) + " use case " + shownText(useCase));
+  record(trace_, "provider list ", userToken, " use case ", useCase);
   lastUseCase = shownText(useCase);
   lists.hold(std::move(completion));
 }
@@ -126,13 +139,13 @@ void ScriptedProvider::getPaymentInstrumentsList(const NullableString& userToken
 void ScriptedProvider::removePaymentInstrument(
     const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& useCase, const NullableString& userToken, PLVErrorCompletion completion) {
-  trace_->push_back("provider remove " + shownText(instrument) + " from " + shownText(useCase) +
-                    " of " + shownText(userToken));
+  record(trace_, "provider remove ", instrument, " from ", useCase, " of ", userToken);
   removals.hold(std::move(completion));
 }
 
-ScriptedHost::ScriptedHost()
-    : requestBody(std::make_shared<Dictionary>(Dictionary{
+ScriptedHost::ScriptedHost(Recording recording)
+    : trace_(recording == Recording::on ? &trace : nullptr),
+      requestBody(std::make_shared<Dictionary>(Dictionary{
           {"credit_card", Dictionary{{"brand", "visa"}, {"last", "1111"}}}, {"provider", 0}})),
       texts(std::make_shared<HLVSDKConstants>(
           HLVSDKConstants{.useCaseDefault = "default",
@@ -146,8 +159,9 @@ ScriptedHost::ScriptedHost()
                           .reachabilityStateNotification = "reachability",
                           .reachabilityStateKey = "state",
                           .reachabilityPreviousStateKey = "previous"})),
-      remoteLogger_(std::make_shared<TracingLogger>(&trace, "remote")),
-      consoleLogger_(std::make_shared<TracingLogger>(&trace, "console")) {}
+      remoteLogger_(std::make_shared<TracingLogger>(trace_, "remote")),
+      consoleLogger_(std::make_shared<TracingLogger>(trace_, "console")),
+      body_(std::make_shared<RequestBody>(this)) {}
 
 void ScriptedHost::dropEverything() {
   backend->guestUpdates.drop();
@@ -168,7 +182,7 @@ std::string ScriptedHost::takeTrace() {
 }
 
 std::shared_ptr<HLVSDKGuest> ScriptedHost::currentGuest() {
-  trace.push_back("host current guest");
+  record(trace_, "host current guest");
   return guest;
 }
 
@@ -182,12 +196,12 @@ std::shared_ptr<HLVSDKUpdateGuestRequestInfo> ScriptedHost::makeUpdateGuestReque
 }
 
 void ScriptedHost::handleAssertWithMessage(const NullableString& message) {
-  trace.push_back("assert \"" + shownText(message) + "\"");
+  record(trace_, "assert \"", message, "\"");
 }
 
 void ScriptedHost::handleParameterAssert(const NullableString& parameter,
                                          const NullableString& message) {
-  trace.push_back("assert parameter " + shownText(parameter) + ": " + shownText(message));
+  record(trace_, "assert parameter ", parameter, ": ", message);
 }
 
 std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCreditCardRequestBody(
@@ -195,7 +209,7 @@ std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCredi
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
   requestedCard = instrument.get();
   requestedAddress = address.get();
-  return requestBody ? std::make_shared<TracingRequestBody>(this) : nullptr;
+  return requestBody ? body_ : nullptr;
 }
 
 std::shared_ptr<PLVCreditCardPaymentInstrument> ScriptedHost::makeCreditCardPaymentInstrument(

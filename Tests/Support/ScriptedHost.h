@@ -1,4 +1,5 @@
-// A host and a provider that do nothing until the test answers, and record what they get.
+// A host and a provider that do nothing until the test answers, and record what they get, if they
+// have a trace.
 //
 // Threading: one thread.
 #pragma once
@@ -30,7 +31,7 @@ class ScriptedBackend final : public HLVSDKAPIManager {
   HeldFor<HLVSDKGuestCompletion>::Type guestUpdates, deletions;
   HeldFor<HLVSDKGuestCardCompletion>::Type cardAdds, cardUpdates;
   HeldFor<HLVSDKCreditCardsCompletion>::Type cardFetches;
-  /// What the last add-card and update-card calls carried.
+  /// What the last add-card and update-card calls carried, if there is a trace.
   std::shared_ptr<HLVSDKAddCreditCardRequestInfo> lastAddRequest;
   Dictionary lastAddress;
 
@@ -93,11 +94,16 @@ struct ScriptedSession final : HLVSession {
   bool isAuthorized() const override { return authorized; }
 };
 
+enum class Recording { on, off };
+
 class ScriptedHost : public Host {
+ private:
+  Trace* const trace_;
+
  public:
   Trace trace;
-  const std::shared_ptr<ScriptedBackend> backend = std::make_shared<ScriptedBackend>(&trace);
-  const std::shared_ptr<ScriptedProvider> provider = std::make_shared<ScriptedProvider>(&trace);
+  const std::shared_ptr<ScriptedBackend> backend = std::make_shared<ScriptedBackend>(trace_);
+  const std::shared_ptr<ScriptedProvider> provider = std::make_shared<ScriptedProvider>(trace_);
   const std::shared_ptr<ScriptedReachability> network = std::make_shared<ScriptedReachability>();
   std::shared_ptr<ScriptedSession> session = std::make_shared<ScriptedSession>();
   std::shared_ptr<HLVSDKGuest> guest;
@@ -111,7 +117,7 @@ class ScriptedHost : public Host {
   std::int64_t requestProvider = -1;
   const std::shared_ptr<HLVSDKConstants> texts;
 
-  ScriptedHost();
+  explicit ScriptedHost(Recording recording = Recording::on);
 
   /// Frees every callback that still waits.
   void dropEverything();
@@ -134,7 +140,7 @@ class ScriptedHost : public Host {
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override;
   std::shared_ptr<HLVSession> activeSession() override { return session; }
   std::shared_ptr<HLVErrorFacade> makeErrorFacade() override {
-    return std::make_shared<FakeErrorFacade>(&trace);
+    return std::make_shared<FakeErrorFacade>(trace_);
   }
   std::shared_ptr<PLVInAppClient> inAppClient() override { return provider; }
   std::shared_ptr<PLVCreditCardPaymentInstrument> makeCreditCardPaymentInstrument(
@@ -144,6 +150,7 @@ class ScriptedHost : public Host {
 
  private:
   const std::shared_ptr<HLVSDKLogger> remoteLogger_, consoleLogger_;
+  const std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> body_;
 };
 
 }  // namespace hlv::testing

@@ -75,6 +75,8 @@ TEST(ToolUsage, ErrorsAreADocumentWhereOneIsExpectedAndLeaveNoNewStore) {
   }
   Command command(Command::guest);
   EXPECT_EQ(command.run("--json add --without card").document()["error"]["number"], 1);
+  const auto armed = command.run("--json fault arm addPaymentInstrument error").document();
+  EXPECT_EQ(armed["fault"]["number"], 1);
   const auto longNumbers = "--seed 1234567890123 --store \"" + command.folder().string() +
                            "/run-20261122075301.sqlite\" " + Command::guest;
   EXPECT_EQ(command.run(longNumbers).status, 0) << "that no card has";
@@ -128,7 +130,7 @@ TEST(ToolReset, TakesAllThatAServerLeavesAndNothingWhileOneWorksOnTheStore) {
     std::ofstream(path) << "left by a server";
   }
   {
-    const sandbox::StoreLock server(command.store());
+    const auto server = sandbox::lockStore(command.store()).value();
     const auto refused = command.run("reset --yes");
     EXPECT_EQ(refused.status, 2);
     EXPECT_EQ(refused.err,

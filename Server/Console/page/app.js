@@ -14,15 +14,11 @@ let stored = null;
 export function showApp(news) {
   stored = news;
   const { guest, network, pairs } = news;
-  const hadFocus = find('guest-form').contains(document.activeElement);
-  const changes = find('signed-in').hidden === (guest !== null);
-  find('signed-out').hidden = guest !== null;
-  find('signed-in').hidden = guest === null;
-  find('guest-name').textContent = guest?.email ?? '';
+  find('email').readOnly = guest !== null;
+  if (guest) find('email').value = guest.email;
+  find('sign').textContent = guest ? 'Sign out' : 'Sign in';
   // What is being switched is not switched back by what was stored before.
   if (find('network').ariaBusy !== 'true') find('network').checked = network;
-  if (guest) find('email').value = guest.email;
-  if (hadFocus && changes) find(guest ? 'sign-out' : 'email').focus();
   showList(find('cards'), pairs.map(({ card }) => card).filter(Boolean), cardRow, find('add'));
 }
 
@@ -69,10 +65,10 @@ export function startApp({ test_cards: testCards, use_cases: useCases }) {
   }
   explainCard();
   find('card-form').addEventListener('change', explainCard);
-  onSubmit('guest-form', (button) => act(button, () => signIn(find('email').value), () => 'Signed in.'));
-  onClick('sign-out', (button) => {
-    const { email } = stored.guest;
-    act(button, () => request('DELETE', 'app/guest'), () => ({ text: 'Signed out.', undo: { run: () => signIn(email), done: 'Signed in again.' } }));
+  onSubmit('guest-form', (button) => {
+    const email = find('email').value;
+    if (!stored?.guest) act(button, () => signIn(email), () => 'Signed in.');
+    else act(button, () => request('DELETE', 'app/guest'), () => ({ text: 'Signed out.', undo: { run: () => signIn(email), done: 'Signed in again.' } }));
   });
   find('network').addEventListener('change', async ({ target }) => {
     const on = target.checked;
@@ -87,7 +83,6 @@ export function startApp({ test_cards: testCards, use_cases: useCases }) {
       return outcome.answers ? 'The kit reports no error, but no card came back.' : noReply;
     });
   });
-  onClick('address-cancel', () => find('address-dialog').close());
   onSubmit('address-form', () => {
     find('address-dialog').close();
     act(find('cards'), () => request('PATCH', pathOf(find('address-dialog').dataset.id), valuesOf(find('changed-address'))),

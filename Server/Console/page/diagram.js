@@ -1,25 +1,13 @@
-// One operation as a sequence diagram.
-import { svg } from './dom.js';
+// One operation as a sequence diagram: a grid with a line at each participant, and two rows for each step.
+import { element } from './dom.js';
 import { exchangesOf } from './explain.js';
 
-const everyLifeline = ['app', 'main queue', 'kit', 'provider', 'backend'];
-const margin = 134;
-const lineHeight = 15;
-const headHeight = 34;
-const barWidth = 8;
-const leastGap = 64;
-const widestCall = 250;
-const widestResult = 180;
+const services = ['provider', 'backend'];
+const everyLifeline = ['app', 'main queue', 'kit', ...services];
 /** So many pixels stand for the whole time when waits are drawn to scale. */
 const scaledHeight = 600;
 const isConfirmation = /^getPaymentInstrumentsList/;
 const afterConfirming = /^(addCreditCardForGuest|updateCurrentGuestWithRequest)/;
-
-const pen = document.createElement('canvas').getContext('2d');
-function widthOf(text) {
-  pen.font = '12px system-ui, -apple-system, "Segoe UI", "Noto Sans", "DejaVu Sans", sans-serif';
-  return pen.measureText(text).width;
-}
 
 const millisecondsOf = (event) => Date.parse(event.at);
 export const duration = (ms) => (ms < 1 ? '<1 ms' : ms < 10_000 ? `${Math.round(ms)} ms` : `${(ms / 1000).toFixed(1)} s`);
@@ -32,8 +20,6 @@ export const duration = (ms) => (ms < 1 ? '<1 ms' : ms < 10_000 ? `${Math.round(
 export function stepsOf(events) {
   const steps = [];
   const exchanges = exchangesOf(events);
-  /** The steps of calls that wait for their reply. */
-  const open = [];
   // The last reply that came on another thread.
   let replied = '';
   for (const event of events) {
@@ -56,19 +42,9 @@ export function stepsOf(events) {
       ...common, from: isPosted && to === 'app' ? 'main queue' : from, to, what, result,
       text: result ? `${what}: ${result}` : what, tone: result.startsWith('error') ? 'bad' : null,
     };
-    steps.push(step);
-    if (exchanges.some(({ call }) => call === event)) {
-      const taken = open.filter((call) => call.to === to).map((call) => call.slot);
-      step.slot = 0;
-      while (taken.includes(step.slot)) step.slot += 1;
-      open.push(step);
-    }
-    const asked = exchanges.find(({ reply }) => reply === event)?.call;
-    if (asked) {
-      const [call] = open.splice(open.findIndex((each) => each.number === asked.number), 1);
-      const isAlone = call.slot === 0 && !open.some((other) => other.to === from);
-      Object.assign(step, { replyTo: call.number, slot: call.slot, took: step.at - call.at, isAlone });
-    }
+    const { call, slot, isAlone } = exchanges.find((each) => each.call === event || each.reply === event) ?? {};
+    if (call !== event && call) Object.assign(step, { replyTo: call.number, took: millisecondsOf(event) - millisecondsOf(call), isAlone });
+    steps.push({ ...step, slot });
   }
   return steps;
 }
@@ -90,129 +66,54 @@ function labelOf(step) {
   return `${about}${step.result} ·\u00a0${duration(step.took).replace(' ', '\u00a0')}`;
 }
 
-function wrapped(text, space) {
-  const lines = [''];
-  for (const word of text.split(/ |(?<=[a-z]{12})(?=[A-Z])/)) {
-    const last = lines.at(-1);
-    const longer = last ? `${last} ${word}` : word;
-    if (last && widthOf(longer) > space) lines.push(word);
-    else lines[lines.length - 1] = longer;
+/** Names may be broken between their words. */
+const breakable = (text) => text.split(/(?<=[a-z])(?=[A-Z])/).flatMap((word) => [element('wbr'), word]);
+
+/** Draws steps; those after the event `known` are new. With `isScaled`, they are as far apart as they were in time. */
+export function drawn(steps, known = Infinity, isScaled = false) {
+  const lifelines = everyLifeline.filter((name) => steps.some(({ from, to, lifeline }) => [from, to, lifeline].includes(name)));
+  const lineOf = (name) => lifelines.indexOf(name) + 2;
+  const picture = element('div', { class: 'sequence', 'aria-hidden': 'true' });
+  picture.style.setProperty('--gaps', Math.max(1, lifelines.length - 1));
+  const place = (gridRow, gridColumn, attributes, ...children) => {
+    const part = element('div', attributes, ...children);
+    Object.assign(part.style, { gridRow, gridColumn });
+    picture.append(part);
+    return part;
+  };
+  const end = 2 * steps.length + 3;
+  for (const name of lifelines) {
+    place(`1 / ${end}`, lineOf(name), { class: 'lifeline' });
+    place(`1 / ${end}`, lineOf(name), { class: 'head' }, ...name.split(' ').map((word) => element('span', {}, `${word} `)));
   }
-  return lines;
-}
-
-function head({ lifeline, x, width, isSmall }) {
-  return svg('g', { class: 'lifeline-head' },
-    svg('rect', { class: 'head-box', x: x - width / 2, y: 4, width, height: 24, rx: 6 }),
-    svg('text', { class: isSmall ? 'head small' : 'head', x, y: 20, 'text-anchor': 'middle' }, isSmall ? lifeline.split(' ').at(-1) : lifeline));
-}
-
-/** The heads alone, which stay in sight while the rest is scrolled. */
-export function headsOf(picture) {
-  const heads = svg('svg', { class: 'heads', width: picture.getAttribute('width'), height: headHeight, 'aria-hidden': 'true' });
-  heads.append(...[...picture.querySelectorAll('.lifeline-head')].map((each) => each.cloneNode(true)));
-  return heads;
-}
-
-/**
- * Where lifelines are on a sheet: as far apart as the texts between them need, and closer, with the
- * texts in several lines, where the sheet is too narrow. On a very narrow one a text begins at the
- * edge and stands above its arrow.
- */
-function layoutOf(steps, sheet) {
-  const isUsed = (lifeline) => ['app', 'kit'].includes(lifeline) || steps.some((step) => [step.from, step.to, step.lifeline].includes(lifeline));
-  const lifelines = everyLifeline.filter(isUsed);
-  const isNarrow = sheet < 560;
-  const gap = Math.floor(sheet / lifelines.length);
-  const widths = lifelines.map((lifeline) => (isNarrow ? gap - 4 : 18 + 8 * lifeline.length));
-  const closest = [isNarrow ? gap / 2 : margin + widths[0] / 2];
-  const places = [...closest];
-  for (let to = 1; to < lifelines.length; ++to) {
-    const least = (widths[to - 1] + widths[to]) / 2 + (isNarrow ? 4 : 8);
-    closest[to] = closest[to - 1] + least;
-    places[to] = places[to - 1] + least;
-    for (const step of steps.filter((each) => each.to)) {
-      const [left, right] = [lifelines.indexOf(step.from), lifelines.indexOf(step.to)].sort();
-      const width = Math.min(step.result ? widestResult : widestCall, widthOf(labelOf(step)));
-      if (right === to) places[to] = Math.max(places[to], places[left] + width + 4 * barWidth);
-    }
-  }
-  const spare = sheet - widths.at(-1) / 2 - barWidth - closest.at(-1);
-  const share = isNarrow ? 0 : Math.min(1, spare / Math.max(1, places.at(-1) - closest.at(-1)));
-  const heads = lifelines.map((lifeline, index) => ({
-    lifeline, x: Math.round(closest[index] + (places[index] - closest[index]) * share), width: widths[index], isSmall: isNarrow && gap < 84,
-  }));
-  return { isNarrow, width: sheet, heads, xOf: (lifeline) => heads[Math.max(0, lifelines.indexOf(lifeline))].x };
-}
-
-function placeOfText(step, from, to, { isNarrow, width, xOf }) {
-  if (isNarrow) return { x: 6, space: width - 12, anchor: 'start' };
-  if (step.to) return { x: Math.round((from + to) / 2), space: Math.max(leastGap, Math.abs(to - from) - barWidth), anchor: 'middle' };
-  const x = xOf(step.lifeline) + 12;
-  if (['app', 'kit'].includes(step.lifeline) && width - x > 160) return { x, space: width - x - 8, anchor: 'start' };
-  return { x: xOf(step.lifeline) - 12, space: xOf(step.lifeline) - margin - 24, anchor: 'end' };
-}
-
-/** One step with its top at `y`; `at` is where its arrow or dot is. */
-function row(step, y, layout, before) {
-  const { isNarrow, xOf } = layout;
-  const bar = (lifeline) => (['provider', 'backend'].includes(lifeline) && step.slot !== undefined ? xOf(lifeline) - barWidth / 2 + step.slot * (barWidth + 3) : xOf(lifeline));
-  const [from, to] = [bar(step.from), bar(step.to)];
-  const { x, space, anchor } = placeOfText(step, from, to, layout);
-  const label = labelOf(step);
-  const time = `+${duration(step.at).replace('<1', '0')}`;
-  const isNew = !before || before.at !== step.at || before.thread !== step.thread;
-  const lines = wrapped(isNarrow && isNew ? [label, step.thread, time].filter(Boolean).join(' · ') : label, space);
-  const top = y + 14;
-  const last = top + (lines.length - 1) * lineHeight;
-  const at = step.lifeline && !isNarrow ? last : last + 7;
-  const when = isNarrow || !isNew ? [] : [
-    svg('text', { class: 'time', x: 54, y: top, 'text-anchor': 'end' }, time),
-    svg('text', { class: `thread ${step.thread === 'main' ? 'main' : ''}`, x: 60, y: top }, step.thread)];
-  const tip = to > from ? -7 : 7;
-  const mark = step.lifeline
-    ? svg('circle', { cx: xOf(step.lifeline), cy: isNarrow ? at + 2 : top - 4, r: 4 })
-    : svg('g', { class: step.result ? 'reply' : 'call' },
-      svg('line', { x1: from, y1: at, x2: to, y2: at }), svg('path', { d: `M${to} ${at}l${tip} -4v8z` }));
-  const text = svg('text', { class: 'label', x, y: top, 'text-anchor': anchor },
-    ...lines.map((line, index) => svg('tspan', { x, dy: index === 0 ? 0 : lineHeight }, line)));
-  return { at, parts: [...when, mark, text] };
-}
-
-/**
- * Draws steps on a sheet of so many pixels; those after the event `known` are new. With `isScaled`,
- * steps are as far apart as they were in time.
- */
-export function drawn(steps, sheet, known = Infinity, isScaled = false) {
-  const layout = layoutOf(steps, sheet);
-  const { width, heads, xOf } = layout;
-  const rows = [];
-  const bars = [];
-  const open = new Map();
   const whole = Math.max(1, (steps.at(-1)?.at ?? 0) - (steps[0]?.at ?? 0));
-  let y = headHeight + 8;
-  let before = null;
-  const bar = (call, from, to, isOpen) => bars.push(svg('rect', {
-    class: isOpen ? 'bar open' : 'bar', x: xOf(call.to) - barWidth / 2 + call.slot * (barWidth + 3), y: from, width: barWidth, height: Math.max(4, to - from), rx: 2,
-  }));
-  for (const step of steps) {
-    if (isScaled && before) y += Math.round(((step.at - before.at) / whole) * scaledHeight);
-    const { at, parts } = row(step, y, layout, before);
-    rows.push(svg('g', { class: step.number > known ? 'new' : null, 'data-tone': step.tone }, ...parts));
-    if (step.slot !== undefined && step.replyTo === undefined) open.set(step.number, { step, at });
-    const call = open.get(step.replyTo);
-    if (call) {
-      bar(call.step, call.at, at, false);
-      open.delete(step.replyTo);
-    }
-    y = at + (layout.isNarrow ? 9 : 6);
-    before = step;
+  /** Of each call, with the rows of its arrow and of its reply's. */
+  const bars = new Map();
+  for (const [index, step] of steps.entries()) {
+    const { at, thread, lifeline, slot, replyTo } = step;
+    const row = 2 * index + 2;
+    const [from, to] = [lineOf(step.from ?? lifeline), lineOf(step.to ?? lifeline)];
+    // Its arrow ends, or its dot is, on the right.
+    const isRight = lifeline ? services.includes(lifeline) : from < to;
+    const noted = isRight ? `2 / ${to}` : `${from} / -1`;
+    const columns = lifeline ? noted : `${Math.min(from, to)} / ${Math.max(from, to)}`;
+    const sort = lifeline ? 'note' : step.result ? 'reply' : 'call';
+    const looks = `${sort} ${isRight ? 'right' : ''} ${step.number > known ? 'new' : ''}`;
+    const before = steps[index - 1];
+    const isNew = before?.at !== at || before.thread !== thread;
+    const when = isNew ? [`+${duration(at).replace('<1', '0')}`, thread].filter(Boolean) : [];
+    place(row, 1, { class: 'when' }, ...when.map((part) => element('span', {}, part)));
+    const text = element('span', {}, ...breakable(labelOf(step)));
+    const label = place(row, columns, { class: `label ${looks}`, 'data-tone': step.tone, 'data-when': when.join(' · ') }, text);
+    if (isScaled && before) label.style.marginTop = `${Math.round(((at - before.at) / whole) * scaledHeight)}px`;
+    const arrow = place(row + 1, columns, { class: `arrow ${looks}`, 'data-tone': step.tone });
+    if (slot !== undefined && [step.from, step.to].some((side) => services.includes(side))) arrow.style.setProperty('--slot', slot);
+    if (bars.has(replyTo)) bars.get(replyTo).last = row + 1;
+    else if (slot !== undefined && !replyTo) bars.set(step.number, { step, first: row + 1, last: null });
   }
-  const height = y + 14;
-  for (const { step, at } of open.values()) bar(step, at, height - 6, true);
-  return svg('svg', { width, height, viewBox: `0 0 ${width} ${height}`, 'aria-hidden': 'true', xmlns: 'http://www.w3.org/2000/svg' },
-    ...heads.map(({ x }) => svg('line', { class: 'lifeline', x1: x, x2: x, y1: headHeight - 4, y2: height - 6 })),
-    ...bars,
-    ...rows,
-    ...heads.map(head));
+  for (const { step, first, last } of bars.values()) {
+    const bar = place(`${first} / ${last ?? end}`, lineOf(step.to), { class: last ? 'bar' : 'bar open' });
+    bar.style.setProperty('--slot', step.slot);
+  }
+  return picture;
 }

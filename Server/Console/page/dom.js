@@ -16,6 +16,11 @@ const made = (namespace) => (name, attributes = {}, ...children) => {
 export const element = made('http://www.w3.org/1999/xhtml');
 export const svg = made('http://www.w3.org/2000/svg');
 
+/** A live region says the same text once only. */
+export function say(id, text) {
+  if (find(id).textContent !== text) find(id).textContent = text;
+}
+
 export const options = (names) => names.map((name) => element('option', { value: name }, name));
 
 const shown = new WeakMap();
@@ -64,7 +69,7 @@ export async function act(button, what, done) {
   if (button.ariaBusy === 'true') return false;
   button.ariaBusy = 'true';
   const place = button.closest('.acts').querySelector('.outcome');
-  const say = (tone, ...parts) => {
+  const show = (tone, ...parts) => {
     place.dataset.tone = tone;
     place.replaceChildren(...parts);
     if (parts[0]) place.scrollIntoView({ block: 'nearest' });
@@ -75,12 +80,12 @@ export async function act(button, what, done) {
     const { failure } = result ?? {};
     const said = failure ? `${failure.message} (${failure.domain} ${failure.number})` : done(result);
     const { undo } = said;
-    say(failure ? 'bad' : 'good', said.text ?? said,
+    show(failure ? 'bad' : 'good', said.text ?? said,
       ...(undo ? [' ', quiet('Undo', null, null, (undoing) => act(undoing, undo.run, () => undo.done))] : []));
     return true;
   } catch (problem) {
     if (!(problem instanceof Problem)) throw problem;
-    say('bad', problem.message);
+    show('bad', problem.message);
     return false;
   } finally {
     button.ariaBusy = 'false';

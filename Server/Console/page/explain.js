@@ -6,7 +6,10 @@ const isError = (event) => event.result.startsWith('error');
 /** The rest are notices, to which nobody replies. */
 const hasReply = /^(add|create|delete|fetch|get|remove|update)[A-Z]/;
 
-/** Each call that gets a reply, in order, with what came of it: { call, reply, fault }. */
+/**
+ * Each call that gets a reply, in order, with what came of it: { what, of, call, reply, error, fault, slot, isAlone }.
+ * Those that one side serves at the same time have slots of their own.
+ */
 export function exchangesOf(events) {
   const exchanges = [];
   for (const event of events) {
@@ -18,18 +21,19 @@ export function exchangesOf(events) {
       if (met) met.fault = kind;
     } else if (result) {
       const replied = open.find(({ call }) => call.to === from && call.from === to && call.what === what);
-      if (replied) replied.reply = event;
-    } else if (hasReply.test(what)) exchanges.push({ call: event, reply: null, fault: null });
+      if (replied) Object.assign(replied, { reply: event, error: isError(event) ? result : null });
+    } else if (hasReply.test(what)) {
+      const beside = open.filter(({ call }) => call.to === to);
+      for (const each of beside) each.isAlone = false;
+      const slot = [0, ...beside.map((each) => each.slot + 1)].find((free) => !beside.some((each) => each.slot === free));
+      exchanges.push({ what: nameOf(what), of: to, call: event, reply: null, error: null, fault: null, slot, isAlone: beside.length === 0 });
+    }
   }
   return exchanges;
 }
 
-/** The kit's calls of the services: { what, of, start, end, error, fault }, in order. */
-export function callsOf(events) {
-  return exchangesOf(events).filter(({ call }) => ['backend', 'provider'].includes(call.to)).map(({ call, reply, fault }) => ({
-    what: nameOf(call.what), of: call.to, start: call, end: reply, error: reply && isError(reply) ? reply.result : null, fault,
-  }));
-}
+/** Those that the kit makes of the services. */
+export const callsOf = (events) => exchangesOf(events).filter(({ of }) => ['backend', 'provider'].includes(of));
 
 /** The calls and what the operation's own events say of them. */
 function factsOf({ events }) {
@@ -38,7 +42,7 @@ function factsOf({ events }) {
   return {
     calls,
     call: (what) => calls.find((call) => call.what === what),
-    waits: calls.find((call) => !call.end),
+    waits: calls.find(({ reply }) => !reply),
     isLogged: (text) => logs.some((line) => line.startsWith(text)),
   };
 }

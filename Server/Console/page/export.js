@@ -9,20 +9,18 @@ export function redacted(text) {
     .replace(/[^\s@<>"]+@[^\s@<>"]+/g, '(address)');
 }
 
-const looks = ['fill', 'stroke', 'stroke-width', 'stroke-dasharray', 'paint-order', 'font-family', 'font-size', 'font-weight'];
-
-/** As it is drawn in the light, with all that other programs need to draw it. */
-export function svgText(operation, steps) {
-  const picture = drawn(steps.map((step) => ({ ...step, text: redacted(step.text), result: redacted(step.result ?? '') })), 900);
-  find('diagram').append(picture);
-  Object.assign(picture.style, { colorScheme: 'light', background: '#ffffff' });
-  for (const part of picture.querySelectorAll('*')) {
-    const style = getComputedStyle(part);
-    for (const name of looks) part.setAttribute(name, style[name]);
-  }
-  picture.prepend(svg('title', {}, `Operation ${operation.number}: ${operation.name}`));
-  picture.remove();
-  return new XMLSerializer().serializeToString(picture);
+/** As browsers draw it in the light, with the style sheet that it needs. */
+export async function svgText(operation, steps) {
+  const css = await (await fetch('console.css')).text();
+  const width = 900;
+  const picture = drawn(steps.map((step) => ({ ...step, text: redacted(step.text), result: redacted(step.result ?? '') })));
+  const whole = svg('svg', { width }, svg('title', {}, `Operation ${operation.number}: ${operation.name}`), svg('foreignObject', { width, height: '100%' }, picture));
+  whole.style.colorScheme = 'light';
+  find('diagram').append(whole);
+  whole.setAttribute('height', picture.scrollHeight);
+  whole.remove();
+  whole.prepend(svg('style', {}, css));
+  return new XMLSerializer().serializeToString(whole);
 }
 
 export function plainText(operation, steps) {

@@ -16,13 +16,13 @@ const groups = {
 };
 
 /** A call that the console's kit made within the server's process, as a row of the table. */
-function rowOf(operation, call) {
-  const error = call.error?.match(/^error (\S+) (-?\d+)/);
+function rowOf(operation, { of, call, reply, error: said, fault }) {
+  const error = said?.match(/^error (\S+) (-?\d+)/);
   return {
-    id: `call-${call.start.number}`, at: call.start.at, method: 'call', path: call.start.what, sandbox,
-    status: error ? Number(error[2]) || error[0] : call.end ? 'ok' : 'waits',
-    duration_ms: call.end ? Date.parse(call.end.at) - Date.parse(call.start.at) : null,
-    fault: call.fault, listener: call.of, operation: operation.number, events: [call.start, ...(call.end ? [call.end] : [])],
+    id: `call-${call.number}`, at: call.at, method: 'call', path: call.what, sandbox,
+    status: error ? Number(error[2]) || error[0] : reply ? 'ok' : 'waits',
+    duration_ms: reply ? Date.parse(reply.at) - Date.parse(call.at) : null,
+    fault, listener: of, operation: operation.number, events: reply ? [call, reply] : [call],
   };
 }
 

@@ -47,11 +47,7 @@ async function undoably(button, what, text) {
 }
 
 export function startSandboxes() {
-  onClick('open-sandbox', () => {
-    find('sandbox-dialog').showModal();
-    run(find('sandbox-dialog'), () => null, () => '');
-  });
-  onClick('close-sandbox', () => find('sandbox-dialog').close());
+  find('sandbox-dialog').addEventListener('toggle', ({ target }) => run(target, () => null, () => ''));
   onClick('take-snapshot', (button) => run(button, takeSnapshot, () => 'The snapshot is taken.'));
   onSubmit('make-form', (button) =>
     run(button, () => request('POST', all, valuesOf(find('make-form'))), (made) => `Made ${made.id}. Its console is in the list above.`));

@@ -1,6 +1,6 @@
 // What each side has stored of the guest.
 import { digits, expiry } from './cards.js';
-import { element, find } from './dom.js';
+import { element, find, say } from './dom.js';
 
 function side(one, identifier) {
   const state = one.state ? ` · state ${one.state}` : '';
@@ -27,10 +27,8 @@ export function showStored({ guest, pairs }) {
   if (drift > 0) sentences.push(`${drift} ${drift === 1 ? 'does' : 'do'} not match.`);
   if (guest?.has_token === false && pairs.length > 0) sentences.push('The backend has no token of the guest.');
   const sentence = sentences.join(' ') || (guest ? 'Both sides agree.' : 'Nobody is signed in.');
-  for (const verdict of document.querySelectorAll('.verdict')) {
-    verdict.dataset.tone = sentences.length > 0 ? 'drift' : guest ? 'good' : 'none';
-    if (verdict.textContent !== sentence) verdict.textContent = sentence;
-  }
+  find('verdict').dataset.tone = sentences.length > 0 ? 'drift' : guest ? 'good' : 'none';
+  say('verdict', sentence);
   find('pairs').replaceChildren(...pairs.map(pairRow));
   find('no-pairs').textContent = guest
     ? 'Neither side has stored anything of this guest.'

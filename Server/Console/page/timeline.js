@@ -1,6 +1,6 @@
 // The timeline: every operation, drawn while it happens, and what happened in it.
-import { drawn, duration, headsOf, sentenceOf, stepsOf } from './diagram.js';
-import { element, find, onClick, showList } from './dom.js';
+import { drawn, duration, sentenceOf, stepsOf } from './diagram.js';
+import { element, find, onClick, say, showList } from './dom.js';
 import { explained } from './explain.js';
 import { download, plainText, svgText } from './export.js';
 
@@ -11,8 +11,8 @@ const manual = (row) => `failures.md#:~:text=${encodeURIComponent(row).replaceAl
 const operations = new Map();
 /** The operation that is looked at; null follows the latest. */
 let chosen = null;
-let isPaused = false;
-const waiting = [];
+/** What there was when the timeline was paused; null while it follows. */
+let paused = null;
 let lastDrawn = null;
 let isPlanned = false;
 let onDraw;
@@ -26,12 +26,11 @@ export function startTimeline(listener) {
   find('kinds').addEventListener('change', plan);
   onClick('export-text', () => save('txt', 'text/plain', plainText));
   onClick('export-svg', () => save('svg', 'image/svg+xml', svgText));
-  new ResizeObserver(plan).observe(find('diagram'));
   plan();
 }
 
 /** Those in which something happened, oldest first. */
-export const allOperations = () => [...operations.values()].filter(({ events }) => events.length > 0);
+export const allOperations = (known = operations) => [...known.values()].filter(({ events }) => events.length > 0);
 
 export function chooseOperation(number) {
   chosen = number ? Number(number) : null;
@@ -40,11 +39,7 @@ export function chooseOperation(number) {
 
 /** Takes what the server sends: all that is kept, or what is new. */
 export function addEvents(news) {
-  if (isPaused) {
-    waiting.push(news);
-    find('pause').textContent = 'Resume (more has come)';
-    return;
-  }
+  if (paused) find('pause').textContent = 'Resume (more has come)';
   if (news.whole) {
     // The server sends the last ones; those before are what they were.
     forget((number) => number >= (news.operations[0]?.number ?? 0));
@@ -59,9 +54,7 @@ export function addEvents(news) {
 }
 
 /** The server keeps no operation before that one; 0 is none at all. */
-export function forgetBefore(oldest) {
-  if (!isPaused) forget((number) => oldest === 0 || number < oldest);
-}
+export const forgetBefore = (oldest) => forget((number) => oldest === 0 || number < oldest);
 
 function forget(isGone) {
   for (const number of [...operations.keys()]) if (isGone(number)) operations.delete(number);
@@ -69,10 +62,10 @@ function forget(isGone) {
 }
 
 function pause(button) {
-  isPaused = !isPaused;
-  button.ariaPressed = isPaused;
-  button.textContent = isPaused ? 'Resume' : 'Pause';
-  if (!isPaused) waiting.splice(0).forEach(addEvents);
+  paused = paused ? null : new Map(operations);
+  button.ariaPressed = paused !== null;
+  button.textContent = paused ? 'Resume' : 'Pause';
+  plan();
 }
 
 function plan() {
@@ -86,7 +79,7 @@ function plan() {
 }
 
 function shown() {
-  const all = allOperations();
+  const all = allOperations(paused ?? operations);
   return all.find((operation) => operation.number === chosen) ?? all.at(-1) ?? null;
 }
 
@@ -111,8 +104,7 @@ function draw() {
   const steps = all.slice(-mostSteps);
   const isSame = lastDrawn?.operation === operation.number;
   const isAtEnd = place.scrollTop + place.clientHeight >= place.scrollHeight - 40;
-  const picture = drawn(steps, place.clientWidth, isSame ? lastDrawn.event : Infinity, find('scaled').checked);
-  place.replaceChildren(headsOf(picture), picture);
+  place.replaceChildren(drawn(steps, isSame ? lastDrawn.event : Infinity, find('scaled').checked));
   if (all.length > steps.length) {
     place.prepend(element('p', { class: 'hint' }, `${all.length - steps.length} earlier steps are not drawn.`));
   }
@@ -124,7 +116,7 @@ function draw() {
 }
 
 function drawList(shown) {
-  const rows = allOperations().reverse().map((operation) => ({
+  const rows = allOperations(paused ?? operations).reverse().map((operation) => ({
     number: operation.number, name: operation.name, isShown: operation === shown, tone: explained(operation).tone,
     took: Date.parse(operation.events.at(-1).at) - Date.parse(operation.events[0].at),
   }));
@@ -142,16 +134,15 @@ function explain(operation) {
   const text = sentences.join(' ') || (operation ? 'Nothing but what is in the timeline.' : 'Nothing yet. Sign a guest in to begin.');
   find('happened').dataset.tone = tone;
   find('happened-title').textContent = operation ? `${operation.number} ${operation.name}` : 'What happened';
-  // Said once only.
-  if (find('happened-text').textContent !== text) find('happened-text').textContent = text;
+  say('happened-text', text);
   find('happened-link').hidden = operation === null;
   find('happened-link').href = `#timeline/${operation?.number}`;
   find('happened-manual').hidden = row === null;
   if (row) Object.assign(find('happened-manual'), { href: manual(row), textContent: `Manual: “${row}”` });
 }
 
-function save(extension, type, written) {
+async function save(extension, type, written) {
   const operation = shown();
   const name = `paylevenkit-${operation.number}-${operation.name.replaceAll(/\W+/g, '-')}.${extension}`;
-  download(name, type, written(operation, stepsShown(operation)));
+  download(name, type, await written(operation, stepsShown(operation)));
 }
