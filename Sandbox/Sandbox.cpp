@@ -27,24 +27,32 @@ void announceAuthorisation(Journal& journal, bool isAuthorised) {
   post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, isAuthorised}});
 }
 
-}  // namespace
-
 using OpenedSandbox = Result<std::shared_ptr<Sandbox>>;
 
-OpenedSandbox Sandbox::open(const SandboxOptions& options) {
-  auto store = Store::open(options.storePath);
-  if (!store) return OpenedSandbox::failure(store.problem());
+/// Over the store, which keeps the seed when it is new.
+OpenedSandbox overSeeded(std::shared_ptr<Store> store, const SandboxOptions& options) {
   try {
-    if ((*store)->isNew() && options.seed) {
-      (*store)->write([&](Database& database) { storeSeed(database, *options.seed); });
+    if (store->isNew() && options.seed) {
+      store->write([&](Database& database) { storeSeed(database, *options.seed); });
     }
   } catch (const StoreFailure& failure) {
     return OpenedSandbox::failure(failure.what());
   }
-  return over(std::move(*store), options);
+  return Sandbox::over(std::move(store), options);
 }
 
-OpenedSandbox Sandbox::openInMemory() { return over(Store::openInMemory(), {}); }
+}  // namespace
+
+OpenedSandbox Sandbox::open(const SandboxOptions& options) {
+  auto store = Store::open(options.storePath);
+  if (!store) return OpenedSandbox::failure(store.problem());
+  return overSeeded(std::move(*store), options);
+}
+
+OpenedSandbox Sandbox::openInMemory(SandboxOptions options) {
+  options.storePath.clear();
+  return overSeeded(Store::openInMemory(), options);
+}
 
 OpenedSandbox Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
   const auto path = !options.remoteLogPath.empty() || options.storePath.empty()

@@ -41,8 +41,8 @@ class Sandbox {
  public:
   /// Opens a store, or makes one. Whatever an earlier process stored is still there.
   static Result<std::shared_ptr<Sandbox>> open(const SandboxOptions& options);
-  /// The same with a new store that goes with the sandbox and leaves no file, nor a log.
-  static Result<std::shared_ptr<Sandbox>> openInMemory();
+  /// The same with a new store that goes with the sandbox and leaves no file, nor a log of its own.
+  static Result<std::shared_ptr<Sandbox>> openInMemory(SandboxOptions options = {});
   /// The same on a store that is open already; only the options about logs count. For a server.
   static Result<std::shared_ptr<Sandbox>> over(std::shared_ptr<Store> store,
                                                const SandboxOptions& options);

@@ -155,13 +155,13 @@ void CommandLine::whenChosen(CLI::App& command, std::function<Report(Session&)> 
 
 Report CommandLine::inSession(const GlobalOptions& options,
                               const std::function<Report(Session&)>& act) {
-  const auto path = storePathOrDefault(options.storePath);
-  const bool wasThere = std::filesystem::exists(path);
+  const auto path = options.isInMemory ? "" : storePathOrDefault(options.storePath);
+  const bool isKept = options.isInMemory || std::filesystem::exists(path);
   try {
     Session session(options);
     return session.attempt([&] { return act(session); });
   } catch (...) {
-    if (!wasThere) removeNewStore(path);
+    if (!isKept) removeNewStore(path);
     throw;
   }
 }

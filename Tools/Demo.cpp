@@ -1,6 +1,7 @@
+#include <stdlib.h>
+
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "Sandbox/Records/EnteredAddress.h"
@@ -10,7 +11,6 @@
 #include "Tools/Commands.h"
 #include "Tools/Prompt.h"
 #include "Tools/SideBySide.h"
-#include "Tools/TemporaryFolder.h"
 #include "Values/Problem.h"
 
 namespace hlv::tool {
@@ -48,6 +48,12 @@ sandbox::CardFields card(const DemoOptions& options, const std::string& testCard
     fields.cardHolder = shown("Name on the card", fields.cardHolder);
   }
   return fields;
+}
+
+std::string newFolder() {
+  auto path = (std::filesystem::temp_directory_path() / "paylevenkit-XXXXXX").string();
+  if (!::mkdtemp(path.data())) throw Problem("No folder for the store can be made.");
+  return path;
 }
 
 class DemoRun {
@@ -169,11 +175,9 @@ void defineDemoCommand(CommandLine& line) {
                    "Read a number and a security code for each card from standard input");
   command.add_flag("--keep", options->keep, "Keep the store, and say where it is");
   line.whenChosenWithoutStore(command, [options](GlobalOptions global, const Printer& printer) {
-    std::optional<TemporaryFolder> folder;
     if (global.storePath.empty()) {
-      folder.emplace();
-      global.storePath = folder->storePath();
-      if (options->keep) folder->keep();
+      global.isInMemory = !options->keep;
+      if (options->keep) global.storePath = newFolder() + "/store.sqlite";
     } else if (std::filesystem::exists(global.storePath)) {
       throw Problem("The demo begins with a fresh store, and this file is there already.");
     }

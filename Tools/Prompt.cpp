@@ -1,24 +1,36 @@
 #include "Tools/Prompt.h"
 
+#include <signal.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <iostream>
-
-#include "Tools/EndingHandler.h"
 
 namespace hlv::tool::prompt {
 namespace {
 
-termios shownSettings;
-EndingHandler endingHandler;
+/// By which a person or a system ends a command.
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
-extern "C" void showTypingAndEnd(int signal) {
+// A signal handler can reach nothing else.
+termios shownSettings;
+std::array<struct sigaction, endingSignals.size()> handlersBefore;
+
+/// The line that nobody saw ends too.
+void showTyping() {
   ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, "\n", 1);
-  endingHandler.restore();
-  endingHandler.end(signal);
+  for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+    ::sigaction(endingSignals[i], &handlersBefore[i], nullptr);
+  }
+}
+
+extern "C" void showTypingAndEnd(int signal) {
+  showTyping();
+  ::raise(signal);
 }
 
 /// While it lives, the terminal does not show what is typed.
@@ -26,18 +38,18 @@ class HiddenTyping {
  public:
   HiddenTyping() {
     ::tcgetattr(STDIN_FILENO, &shownSettings);
-    endingHandler.install(showTypingAndEnd);
+    struct sigaction action {};
+    action.sa_handler = showTypingAndEnd;
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+      ::sigaction(endingSignals[i], &action, &handlersBefore[i]);
+    }
     termios hidden = shownSettings;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     // A stopped process would leave a terminal that hides everything.
     hidden.c_cc[VSUSP] = _POSIX_VDISABLE;
     ::tcsetattr(STDIN_FILENO, TCSADRAIN, &hidden);
   }
-  ~HiddenTyping() {
-    ::tcsetattr(STDIN_FILENO, TCSANOW, &shownSettings);
-    endingHandler.restore();
-    std::cerr << "\n" << std::flush;
-  }
+  ~HiddenTyping() { showTyping(); }
   HiddenTyping(const HiddenTyping&) = delete;
   HiddenTyping& operator=(const HiddenTyping&) = delete;
 };

@@ -11,9 +11,10 @@ namespace {
 
 std::shared_ptr<sandbox::Sandbox> openSandbox(const GlobalOptions& options) {
   sandbox::SandboxOptions sandboxOptions;
-  sandboxOptions.storePath = storePathOrDefault(options.storePath);
   sandboxOptions.seed = options.seed;
   sandboxOptions.logToConsole = options.logToConsole;
+  if (options.isInMemory) return sandbox::Sandbox::openInMemory(sandboxOptions).value();
+  sandboxOptions.storePath = storePathOrDefault(options.storePath);
   return sandbox::Sandbox::open(sandboxOptions).value();
 }
 

