@@ -18,6 +18,9 @@ using hlv::host_classes::kitEntry;
 - (void)synchronizePaymentInstruments {
   note("synchronizePaymentInstruments");
 }
+- (NSString*)paymentKey {
+  return @"of any object";
+}
 @end
 
 /// The kit's synchroniser, watched.
@@ -83,6 +86,10 @@ TEST_F(EnablingTest, AConfigurationBlockMakesAnImmutableRecord) {
   HLVSDKPaylevenKitConfiguration* const copy = [[record copy] autorelease];
   EXPECT_NE(copy, record);
   EXPECT_EQ([copy paymentKey], [record paymentKey]) << "not copied again";
+  id const other = [[TestSubkit new] autorelease];
+  EXPECT_EQ([[[[HLVSDKPaylevenKitConfiguration alloc] initWithConfiguration:other] autorelease]
+                paymentKey],
+            [other paymentKey]);
 }
 
 TEST_F(EnablingTest, FaultsOfTheConfigurationAreAssertedAndNothingIsCreated) {
