@@ -199,15 +199,21 @@ class SynchronizerTest : public ObjCTest {
     provider.lists.answer(std::nullopt, nullptr);
     provider.lists.answer(Instruments{}, nullptr);
   }
-  HLVSDKPaylevenPaymentInstrumentsSynchronizer* const synchronizer =
-      [[[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
-          initWithAPIManager:[HLVSDKAPIManager manager]
-              paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
+  /// To be released by the caller.
+  template <class Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer>
+  static Synchronizer* newSynchronizer() {
+    return [[Synchronizer alloc] initWithAPIManager:[HLVSDKAPIManager manager]
+                                     paylevenClient:[PLVInAppClient sharedInstance]];
+  }
 };
 
-TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndReportedOnTheMainThread) {
-  [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
-  EXPECT_TRUE([synchronizer isSynchronizing]);
+TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsReleasedMeanwhile) {
+  @autoreleasepool {
+    auto* const synchronizer = newSynchronizer();
+    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
+    EXPECT_TRUE([synchronizer isSynchronizing]);
+    [synchronizer release];
+  }
   const std::string said = host->takeTrace();
   EXPECT_NE(
       said.find("remote 4 \"%@\" <Will start synchrozation between external payment system and "
@@ -228,9 +234,7 @@ TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndReportedOnTheMainThread)
 }
 
 TEST_F(SynchronizerTest, ItsStepsAreMessages) {
-  TestWatchedSynchronizer* const own = [[[TestWatchedSynchronizer alloc]
-      initWithAPIManager:[HLVSDKAPIManager manager]
-          paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
+  auto* const own = [newSynchronizer<TestWatchedSynchronizer>() autorelease];
   [own synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
   EXPECT_NE(host->takeTrace().find("begins\nbackend fetch cards"), std::string::npos);
   backend.cardFetches.answer(Cards{fakeStoredCard}, nullptr);
@@ -242,6 +246,7 @@ TEST_F(SynchronizerTest, ItsStepsAreMessages) {
 }
 
 TEST_F(SynchronizerTest, PairsQueuesAndServicesAreTheAppsOwn) {
+  auto* const synchronizer = [newSynchronizer() autorelease];
   NSMutableArray* const keep = received.kept;
   [synchronizer fetchAllPaylevenPaymentInstrumentsForGuest:guest
                                                 completion:^(NSArray* all, NSError*) {
