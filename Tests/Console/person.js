@@ -18,7 +18,6 @@ export class Person {
     this.connection = page.getByRole('banner').getByRole('status');
     this.verdict = page.locator('#verdict');
     this.cards = this.app.getByRole('list', { name: "The guest's cards" }).getByRole('listitem');
-    this.faults = this.testing.getByRole('list', { name: 'Armed faults' }).getByRole('listitem');
     this.matched = stored('Matched:');
     this.drifted = stored('Drift:');
     this.operations = page.getByRole('navigation', { name: 'Operations' }).getByRole('link');

@@ -72,7 +72,6 @@ export async function act(button, what, done) {
   const show = (tone, ...parts) => {
     place.dataset.tone = tone;
     place.replaceChildren(...parts);
-    if (parts[0]) place.scrollIntoView({ block: 'nearest' });
   };
   // What undoes goes away.
   if (place.contains(button)) place.focus();
