@@ -63,6 +63,9 @@ TEST(NullableStringTest, ANullPointerIsAMissingString) {
   EXPECT_EQ(NullableString(nullptr), std::nullopt);
   EXPECT_EQ(NullableString(std::getenv("HLV_NOBODY_SETS_THIS")), std::nullopt);
   EXPECT_EQ(NullableString(), std::optional<std::string>());
+  const std::string text = "text";
+  EXPECT_TRUE(NullableString(text) == text && NullableString() != text &&
+              NullableString("other") != text);
   EXPECT_TRUE(Value(std::getenv("HLV_NOBODY_SETS_THIS")).isNull());
 }
 
