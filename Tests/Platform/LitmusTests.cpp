@@ -108,27 +108,5 @@ TEST(LitmusTest, AnObserverSeesWhatWasWrittenBeforeItBeganAndKeepsNothingAfterIt
                 [](Round& round) { EXPECT_EQ(round.held.use_count(), 1); });
 }
 
-TEST(LitmusTest, BlocksOfASerialQueueSeeOneAnotherAndWhatTheirPostersWrote) {
-  struct Round {
-    std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
-    std::shared_ptr<Queue> queue = platform->makeSerialQueue("label");
-    int sum = 0, onMain = 0;
-    void post() {
-      const auto written = std::make_shared<int>(1);
-      for (int block = 0; block < 20; ++block) {
-        queue->async([this, written] {
-          for (int time = 0; time < 50; ++time) sum += *written;
-        });
-      }
-      platform->mainQueue()->async([this, written] { onMain += *written; });
-    }
-  };
-  atOnce<Round>({&Round::post, &Round::post}, [](Round& round) {
-    round.platform->runUntil([&] { return round.platform->isIdle(); });
-    EXPECT_EQ(round.sum, 2000);
-    EXPECT_EQ(round.onMain, 2);
-  });
-}
-
 }  // namespace
 }  // namespace hlv::testing

@@ -34,27 +34,25 @@ class JoinTest : public ::testing::Test {
   }
 
   /// Services that hold their callbacks, and what was reported.
-  struct Services {
-    Trace trace;
-    ScriptedBackend backend{&trace};
-    ScriptedProvider provider{&trace};
-    const List<PLVCreditCardPaymentInstrument> instruments{std::make_shared<FakeInstrument>()};
+  struct Replies {
+    ScriptedHost host;
+    ScriptedBackend& backend = *host.backend;
+    ScriptedProvider& provider = *host.provider;
     int reports = 0;
     ErrorPtr error;
-
-    /// Of this object, which outlives whoever refers to them.
-    std::shared_ptr<HLVSDKAPIManager> ownBackend() { return {std::shared_ptr<void>(), &backend}; }
-    std::shared_ptr<PLVInAppClient> ownProvider() { return {std::shared_ptr<void>(), &provider}; }
   };
+  static List<PLVCreditCardPaymentInstrument> oneInstrument() {
+    return {std::make_shared<FakeInstrument>()};
+  }
 };
 
 TEST_F(JoinTest, TheFirstErrorOfTheBackendWins) {
-  struct Round : Services {
+  struct Round : Replies {
     HLVSDKGuestCompletion updated;
     HLVSDKGuestCardCompletion added;
     Round() {
       const auto manager = HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
-          ownBackend(), ownProvider(), nullptr);
+          host.backend, host.provider, nullptr);
       manager->addFirstPaymentInstrument(std::make_shared<FakeEnteredCard>(), nullptr,
                                          StressHost::guestOf(1, false),
                                          [this](auto, auto card, auto reported) {
@@ -63,7 +61,7 @@ TEST_F(JoinTest, TheFirstErrorOfTheBackendWins) {
                                            ++reports;
                                          });
       provider.tokens.answer("tok", nullptr);
-      provider.lists.answer(instruments, nullptr);
+      provider.lists.answer(oneInstrument(), nullptr);
       updated = backend.guestUpdates.take();
       added = backend.cardAdds.take();
     }
@@ -79,9 +77,9 @@ TEST_F(JoinTest, TheFirstErrorOfTheBackendWins) {
 }
 
 TEST_F(JoinTest, ASynchronisationKeepsEveryListOrAnError) {
-  struct Round : Services {
+  struct Round : Replies {
     std::shared_ptr<Synchronizer> synchronizer =
-        Synchronizer::initWithAPIManager(ownBackend(), ownProvider());
+        Synchronizer::initWithAPIManager(host.backend, host.provider);
     std::vector<PLVPaymentInstrumentsCompletion> lists;
     HLVSDKCreditCardsCompletion cards;
     Round() {
@@ -98,10 +96,7 @@ TEST_F(JoinTest, ASynchronisationKeepsEveryListOrAnError) {
     // Each reply with objects of its own: counting references to a common one would order them.
     const auto error = [fails] { return fails ? makeError("service") : nullptr; };
     const auto list = [&](std::size_t number) {
-      return [&, number](Round& round) {
-        round.lists[number](
-            List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()}, error());
-      };
+      return [&, number](Round& round) { round.lists[number](oneInstrument(), error()); };
     };
     atOnce<Round>({list(0), list(1), list(2),
                    [&](Round& round) { round.cards(List<HLVSDKCreditCard>(), error()); }},
@@ -114,7 +109,7 @@ TEST_F(JoinTest, ASynchronisationKeepsEveryListOrAnError) {
 }
 
 TEST_F(JoinTest, ASearchFindsItsCardWhereverAnotherHasJustFoundOne) {
-  struct Round : Services {
+  struct Round {
     std::shared_ptr<Synchronizer> synchronizer = Synchronizer::initWithAPIManager(nullptr, nullptr);
     void search(std::size_t position) {
       const auto another = std::make_shared<FakeStoredCard>();
@@ -122,7 +117,8 @@ TEST_F(JoinTest, ASearchFindsItsCardWhereverAnotherHasJustFoundOne) {
       List<HLVSDKCreditCard> cards(position, another);
       cards.push_back(std::make_shared<FakeStoredCard>());
       EXPECT_TRUE(synchronizer->isCreditCardExistsInArray(
-          cards, HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(instruments[0], "default")));
+          cards,
+          HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(oneInstrument()[0], "default")));
     }
   };
   atOnce<Round>({[](Round& round) { round.search(0); }, [](Round& round) { round.search(4); }},
