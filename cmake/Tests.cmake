@@ -50,6 +50,7 @@ if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")
 endif()
 hlv_add_tests(StressTests
   SOURCES
+    Tests/Stress/JoinTests.cpp
     Tests/Stress/StressHost.cpp
     Tests/Stress/StressTests.cpp
     Tests/Support/ScriptedHost.cpp

@@ -64,6 +64,9 @@ TEST(NullableStringTest, ANullPointerIsAMissingStringOrDoesNotCompile) {
   EXPECT_EQ(NullableString(nullptr), std::nullopt);
   EXPECT_EQ(NullableString(std::getenv("HLV_NOBODY_SETS_THIS")), std::nullopt);
   EXPECT_EQ(NullableString(), std::optional<std::string>());
+  const std::string text = "text";
+  EXPECT_TRUE(NullableString(text) == text && NullableString() != text &&
+              NullableString("other") != text);
   EXPECT_TRUE(Value(std::getenv("HLV_NOBODY_SETS_THIS")).isNull());
   static_assert(!std::is_constructible_v<Text, char*>);
   static_assert(!std::is_constructible_v<Text, std::nullptr_t>);

@@ -1,53 +1,21 @@
-// What each primitive of the kit promises to threads that use it at the same moment. Data that is
-// written here without a lock is for the primitive to order; where it does not, ThreadSanitizer
-// reports a race.
+// What each primitive of the kit promises to threads that use it at the same moment.
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <latch>
 #include <memory>
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include "Async/Group.h"
 #include "Async/Once.h"
 #include "Async/OneShot.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Platform/SharedSlot.h"
+#include "Tests/Support/AtOnce.h"
 
 namespace hlv::testing {
 namespace {
-
-constexpr int roundCount = 300;
-
-/// Runs all parts at the same moment, each on its own thread, and `check` after them; again and
-/// again, each time with a new `Round`.
-template <class Round>
-void atOnce(const std::vector<std::function<void(Round&)>>& parts,
-            const std::function<void(Round&)>& check) {
-  for (int number = 0; number < roundCount; ++number) {
-    Round round;
-    // Nothing is waited for after a part but its thread's end: that would order the parts.
-    std::latch start(static_cast<std::ptrdiff_t>(parts.size()));
-    std::vector<std::thread> threads;
-    for (const auto& part : parts) {
-      threads.emplace_back([&] {
-        start.arrive_and_wait();
-        part(round);
-      });
-    }
-    for (auto& thread : threads) thread.join();
-    check(round);
-  }
-}
-
-/// Runs a block inside the call that posts it, so that it orders nothing by itself.
-struct ImmediateQueue final : Queue {
-  void async(Block block) override { block(); }
-  std::string label() const override { return "immediate"; }
-};
 
 TEST(LitmusTest, ABlockOfAGroupComesOnceAndSeesWhatWasWrittenBeforeEachLeft) {
   struct Round {
@@ -138,28 +106,6 @@ TEST(LitmusTest, AnObserverSeesWhatWasWrittenBeforeItBeganAndKeepsNothingAfterIt
   };
   atOnce<Round>({&Round::observe, &Round::observe},
                 [](Round& round) { EXPECT_EQ(round.held.use_count(), 1); });
-}
-
-TEST(LitmusTest, BlocksOfASerialQueueSeeOneAnotherAndWhatTheirPostersWrote) {
-  struct Round {
-    std::shared_ptr<DefaultPlatform> platform = DefaultPlatform::make();
-    std::shared_ptr<Queue> queue = platform->makeSerialQueue("label");
-    int sum = 0, onMain = 0;
-    void post() {
-      const auto written = std::make_shared<int>(1);
-      for (int block = 0; block < 20; ++block) {
-        queue->async([this, written] {
-          for (int time = 0; time < 50; ++time) sum += *written;
-        });
-      }
-      platform->mainQueue()->async([this, written] { onMain += *written; });
-    }
-  };
-  atOnce<Round>({&Round::post, &Round::post}, [](Round& round) {
-    round.platform->runUntil([&] { return round.platform->isIdle(); });
-    EXPECT_EQ(round.sum, 2000);
-    EXPECT_EQ(round.onMain, 2);
-  });
 }
 
 }  // namespace
