@@ -28,15 +28,6 @@ std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
   return sandbox::EnteredCard::make(sandbox::takeNewCard(body));
 }
 
-Json jsonOf(const std::optional<std::vector<provider::NumberedInstrument>>& instruments) {
-  if (!instruments) return nullptr;
-  auto list = Json::array();
-  for (const auto& [number, values] : *instruments) {
-    list.push_back(sandbox::listedJson(number, values));
-  }
-  return list;
-}
-
 /// The number that names an instrument without an identifier.
 std::int64_t numberIn(const HttpRequest& request) {
   const auto number = sandbox::numberOf(request.queryValue("number").value_or(""));
@@ -72,8 +63,8 @@ void addInstruments(ApiRoutes& routes) {
         exchange, service(), {Operation::listInstruments, useCase}, true, false,
         [token = exchange.part(2), useCase](Database& database, std::optional<FaultKind> fault) {
           const auto list = provider::listInstruments(database, token, useCase, fault);
-          return CallReply{jsonReply(200, {{"instruments", jsonOf(list)}}),
-                           sandbox::counted(list, "instrument")};
+          auto reply = jsonReply(200, {{"instruments", list ? sandbox::listOf(*list) : Json()}});
+          return CallReply{std::move(reply), sandbox::counted(list, "instrument")};
         });
   });
   routes.add("POST", instruments, [](const Exchange& exchange) {
