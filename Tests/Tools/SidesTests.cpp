@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Tools/SideBySide.h"
-#include "Tools/Timeline.h"
+#include "Tools/Output/SideBySide.h"
+#include "Tools/Output/Timeline.h"
 
 namespace hlv::tool {
 namespace {
