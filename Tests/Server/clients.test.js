@@ -18,7 +18,7 @@ const arm = (expect, operation, kind, more = {}) =>
 for (const withSession of [false, true]) {
   onServer(`race: a guest is changed while it and others sign in and out, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
     const names = ['a', 'b', 'c', 'd'];
-    const changes = 100;
+    const changes = 50;
     const signIn = (name) => expect(200, 'backend', `PUT ${guest(name)}`);
     const sessions = Object.fromEntries(await Promise.all(names.map(async (name) => [name, (await signIn(name)).session])));
     const headers = (name) => (withSession ? { Authorization: `Bearer ${sessions[name]}` } : {});

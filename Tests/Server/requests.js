@@ -197,10 +197,10 @@ export class Requests {
     const name = names.length > 0 ? this.random.of(names) : 'unknown';
     if (object[name] && typeof object[name] === 'object' && this.random.chance(70)) return this.#spoilMember(object[name]);
     const ways = [
-      () => { object[name] = this.random.of(oddValues); },
+      () => { object[name] = structuredClone(this.random.of(oddValues)); },
       () => { object[name] = this.random.of(oddTexts); },
       () => { delete object[name]; },
-      () => { object[this.random.of(['unknown', 'cvv', '__proto__x', '', 'é', 'k'.repeat(2_000)])] = this.random.of(oddValues); },
+      () => { object[this.random.of(['unknown', 'cvv', '__proto__x', '', 'é', 'k'.repeat(2_000)])] = structuredClone(this.random.of(oddValues)); },
     ];
     this.random.of(ways)();
     return undefined;
