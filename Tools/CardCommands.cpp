@@ -9,8 +9,8 @@
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Commands.h"
-#include "Tools/SideBySide.h"
-#include "Tools/Table.h"
+#include "Tools/Output/SideBySide.h"
+#include "Tools/Output/Table.h"
 #include "Values/Problem.h"
 
 namespace hlv::tool {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
-#include "Tools/SideBySide.h"
+#include "Tools/Output/SideBySide.h"
 
 namespace hlv::tool {
 namespace {

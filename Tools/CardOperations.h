@@ -8,7 +8,7 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
-#include "Tools/Report.h"
+#include "Tools/Output/Report.h"
 #include "Tools/Session.h"
 
 namespace hlv::tool {

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "Tools/Printer.h"
-#include "Tools/Report.h"
+#include "Tools/Output/Printer.h"
+#include "Tools/Output/Report.h"
 #include "Tools/Session.h"
 
 namespace hlv::tool {

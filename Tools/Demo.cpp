@@ -9,8 +9,8 @@
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Commands.h"
+#include "Tools/Output/SideBySide.h"
 #include "Tools/Prompt.h"
-#include "Tools/SideBySide.h"
 #include "Values/Problem.h"
 
 namespace hlv::tool {

@@ -6,7 +6,7 @@
 #include "Sandbox/JSON/SandboxRecords.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Commands.h"
-#include "Tools/Table.h"
+#include "Tools/Output/Table.h"
 #include "Values/Problem.h"
 
 namespace hlv::tool {

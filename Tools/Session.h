@@ -16,7 +16,7 @@
 #include "Sandbox/App/Enabling.h"
 #include "Sandbox/App/SimulatedApp.h"
 #include "Sandbox/Sandbox.h"
-#include "Tools/Report.h"
+#include "Tools/Output/Report.h"
 
 namespace hlv::tool {
 

@@ -8,10 +8,10 @@
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
 #include "Tools/Commands.h"
+#include "Tools/Output/Table.h"
+#include "Tools/Output/Timeline.h"
 #include "Tools/Prompt.h"
 #include "Tools/StoreFiles.h"
-#include "Tools/Table.h"
-#include "Tools/Timeline.h"
 #include "Values/Names.h"
 #include "Values/Problem.h"
 

@@ -9,4 +9,4 @@ hlv_add_tests(SandboxTests
     Tests/Sandbox/ServicesTests.cpp
     Tests/Sandbox/StoreTests.cpp
     Tests/Secrecy/CardDataSearch.cpp
-  LIBRARIES HLVSDKPaylevenSandbox SQLite::SQLite3)
+  LIBRARIES HLVSDKPaylevenSandbox SQLiteCpp)

@@ -60,7 +60,7 @@ find_program(HLV_PYTHON NAMES python3 REQUIRED)
 add_test(NAME Layering.IsAsTheTableSays
   COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/Tests/Layering/layering.py)
 add_test(NAME Layering.UsesTheFieldsWords
-  COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/Tests/Layering/words.py)
+  COMMAND ${PROJECT_SOURCE_DIR}/Tests/Layering/words.sh)
 
 include(cmake/Explorer.cmake)
 if(HLVSDKPAYLEVENKIT_SANDBOX)

@@ -7,22 +7,22 @@ add_executable(paylevenkit
   Tools/CardNumberSearch.cpp
   Tools/CardOperations.cpp
   Tools/CardSource.cpp
-  Tools/Characters.cpp
+  Tools/Output/Characters.cpp
   Tools/CommandLine.cpp
   Tools/Demo.cpp
   Tools/Documents.cpp
   Tools/GuestCommands.cpp
-  Tools/Printer.cpp
+  Tools/Output/Printer.cpp
   Tools/Prompt.cpp
   Tools/SandboxCommands.cpp
   Tools/Session.cpp
   Tools/ServeCommand.cpp
-  Tools/SideBySide.cpp
+  Tools/Output/SideBySide.cpp
   Tools/StoreFiles.cpp
-  Tools/Table.cpp
-  Tools/Terminal.cpp
+  Tools/Output/Table.cpp
+  Tools/Output/Terminal.cpp
   Tools/TesterCommands.cpp
-  Tools/Timeline.cpp
+  Tools/Output/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
   hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)

@@ -1,5 +1,6 @@
 // What goes wrong between this side and a service, and what keeps a connection.
 #include <atomic>
+#include <functional>
 #include <future>
 
 #include "Client/HttpClient.h"
@@ -17,10 +18,8 @@ constexpr const char* nothing = "{\"credit_cards\": null, \"instruments\": null}
 
 using Transport = ClientTest;
 
-std::string many(const std::string& text, int times) {
-  std::string all;
-  for (int i = 0; i < times; ++i) all += text;
-  return all;
+std::function<ClientRequest()> get(const std::string& path) {
+  return [path] { return ClientRequest{"GET", path}; };
 }
 
 TEST_F(Transport, WhatIsNoWholeReplyOfAServiceIsOneErrorOfItsOwn) {
@@ -28,13 +27,13 @@ TEST_F(Transport, WhatIsNoWholeReplyOfAServiceIsOneErrorOfItsOwn) {
       {"", broken},
       {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n{\"a\"", broken},
       {"garbage\r\n\r\n", unreadable},
-      {"HTTP/1.1 200 OK\r\nX: " + many("x", 20'000) + "\r\n\r\n", unreadable},
+      {"HTTP/1.1 200 OK\r\nX: " + std::string(20'000, 'x') + "\r\n\r\n", unreadable},
       {"HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\n", unreadable},
-      {"HTTP/1.1 200 OK\r\n\r\n" + many("[", 2'000'000), unreadable},
+      {"HTTP/1.1 200 OK\r\n\r\n" + std::string(2'000'000, '['), unreadable},
       {http("{\"credit_cards\":", "200 OK"), unreadable},
       {http("{\"credit_cards\": 1, \"instruments\": \"x\"}", "200 OK"), unreadable},
       {http("{\"credit_cards\": [{}], \"instruments\": [{}]}", "200 OK"), unreadable},
-      {http(many("[", 60'000), "200 OK"), unreadable},
+      {http(std::string(60'000, '['), "200 OK"), unreadable},
       {http("{}", "302 Found"), unreadable},
       {http("{\"error\": {\"domain\": \"D\", \"number\": \"1\", \"message\": \"m\"}}", "400 B"),
        unreadable},
@@ -149,26 +148,18 @@ TEST_F(Transport, ManyCallsAtOnceEachGetTheirOwnReply) {
   const auto token = std::make_shared<int>();
   {
     const HttpClient client(*ServiceURL::read(server.url()), std::chrono::seconds(60), loop);
-    client.send(
-        [] {
-          return ClientRequest{"GET", "/never"};
-        },
-        [token](const ClientReply&) { ADD_FAILURE() << "nobody replied"; });
+    client.send(get("/never"), [token](const ClientReply&) { ADD_FAILURE() << "nobody replied"; });
     const auto done = std::make_shared<std::promise<void>>();
     std::atomic<int> right{0};
     std::atomic<int> ended{0};
     for (int i = 0; i < calls; ++i) {
       const auto path = "/" + std::to_string(i);
-      client.send(
-          [path] {
-            return ClientRequest{"GET", path};
-          },
-          [&, done, path](const ClientReply& reply) {
-            if (!reply.error && reply.body.value("path", "") == path) ++right;
-            // A completion may wait for another call, on the loop's own thread.
-            if (path == "/0" && !client.send({"GET", "/inner"}).error) ++right;
-            if (++ended == calls) done->set_value();
-          });
+      client.send(get(path), [&, done, path](const ClientReply& reply) {
+        if (!reply.error && reply.body.value("path", "") == path) ++right;
+        // A completion may wait for another call, on the loop's own thread.
+        if (path == "/0" && !client.send({"GET", "/inner"}).error) ++right;
+        if (++ended == calls) done->set_value();
+      });
     }
     done->get_future().wait();
     EXPECT_EQ(right, calls + 1);
@@ -186,14 +177,11 @@ TEST_F(Transport, TheLastHolderOfALoopMayBeItsOwnCompletion) {
     auto client = std::make_shared<HttpClient>(
         *ServiceURL::read(server.url()), std::chrono::seconds(30), std::make_shared<HttpLoop>());
     std::promise<void> released;
-    client->send(
-        [] {
-          return ClientRequest{"GET", "/"};
-        },
-        [done, kept = client, wait = released.get_future().share()](const ClientReply&) {
-          wait.wait();
-          done->set_value();
-        });
+    client->send(get("/"),
+                 [done, kept = client, wait = released.get_future().share()](const ClientReply&) {
+                   wait.wait();
+                   done->set_value();
+                 });
     client.reset();
     released.set_value();
   }

@@ -1,4 +1,4 @@
-#include <sqlite3.h>
+#include <SQLiteCpp/SQLiteCpp.h>
 
 #include <fstream>
 
@@ -18,10 +18,7 @@ class StoreTest : public SandboxTest {
   }
 
   static void makeDatabase(const std::string& file, const char* sql) {
-    sqlite3* connection = nullptr;
-    ASSERT_EQ(sqlite3_open(file.c_str(), &connection), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(connection);
+    SQLite::Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(sql);
   }
 };
 

@@ -20,7 +20,7 @@ bool isGap(char character) {
 
 }  // namespace
 
-std::optional<CardDataSearch::Finding> CardDataSearch::in(std::string_view text) const {
+std::optional<std::size_t> CardDataSearch::in(std::string_view text) const {
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (!isDigit(text[at])) continue;
     if (text.substr(0, at).ends_with(beforePort)) {
@@ -28,16 +28,14 @@ std::optional<CardDataSearch::Finding> CardDataSearch::in(std::string_view text)
       if (end - at <= 5) at = end;
       if (at == end) continue;
     }
-    if (const auto digits = digitsOfNumberAt(text, at)) return Finding{What::number, at, digits};
-    if (isCodeAt(text, at)) return Finding{What::code, at, code_.size()};
+    if (isNumberAt(text, at) || isCodeAt(text, at)) return at;
   }
   return std::nullopt;
 }
 
-/// How many digits of the number can be read from here on; 0 for as few as may stand.
-std::size_t CardDataSearch::digitsOfNumberAt(std::string_view text, std::size_t at) const {
+/// Whether more digits of the number can be read from here on than may stand.
+bool CardDataSearch::isNumberAt(std::string_view text, std::size_t at) const {
   const bool standsFree = at == 0 || !isDigit(text[at - 1]);
-  std::size_t most = 0;
   for (std::size_t first = 0; first + tooMany <= number_.size(); ++first) {
     std::size_t count = 0;
     std::size_t beforeGap = 0;
@@ -52,10 +50,9 @@ std::size_t CardDataSearch::digitsOfNumberAt(std::string_view text, std::size_t 
     }
     if (beforeGap == 0) beforeGap = count;
     const bool beginsNumber = first == 0 && standsFree;
-    const bool shows = beforeGap >= tooMany || count >= (beginsNumber ? tooMany : tooManyWithGaps);
-    if (shows) most = std::max(most, count);
+    if (beforeGap >= tooMany || count >= (beginsNumber ? tooMany : tooManyWithGaps)) return true;
   }
-  return most;
+  return false;
 }
 
 /// Whether the code stands here with no digit beside it, and is not the fraction of a number.
@@ -66,12 +63,6 @@ bool CardDataSearch::isCodeAt(std::string_view text, std::size_t at) const {
   if (at > 1 && text[at - 1] == '.' && isDigit(text[at - 2])) return false;
   if (end < text.size() && isDigit(text[end])) return false;
   return text.substr(at, code_.size()) == code_;
-}
-
-std::ostream& operator<<(std::ostream& out, const CardDataSearch::Finding& finding) {
-  return out << finding.digits << " digits of the "
-             << (finding.what == CardDataSearch::What::number ? "number" : "code") << " at "
-             << finding.at;
 }
 
 }  // namespace hlv::testing

@@ -1,9 +1,8 @@
 // What anybody may send.
-#include <sys/resource.h>
-
 #include <csignal>
 
 #include "Sandbox/Masking/MaskedText.h"
+#include "Tests/Server/ScopedLimit.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {
@@ -126,23 +125,6 @@ TEST_F(HostileInput, ControlAndSandboxesTakeNothingElse) {
   EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes/a"))["created"], created["created"]);
 }
 
-/// Beyond this size files do not grow, as on a disk that is full.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t size) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit full{size, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &full);
-  }
-  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before_); }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  rlimit before_{};
-};
-
 TEST_F(HostileInput, ADiskThatIsFullIsTheServersFaultAndLosesNothing) {
   require(201, askProvider("PUT /v1/sandboxes/a"));
   const auto before = kept();
@@ -157,7 +139,9 @@ TEST_F(HostileInput, ADiskThatIsFullIsTheServersFaultAndLosesNothing) {
   };
   std::vector<Response> replies;
   {
-    const FullDisk full(4096);
+    // Files grow no further, as on a disk that is full.
+    std::signal(SIGXFSZ, SIG_IGN);
+    const testing::ScopedLimit<RLIMIT_FSIZE> full(4096);
     for (const auto& [request, body] : rows) replies.push_back(askProvider(request, body));
     replies.push_back(askBackend("POST " + guestPath() + "/cards", newCard(), keyHeader("a")));
     replies.push_back(askBackend("PUT " + guestPath("new@example.com")));

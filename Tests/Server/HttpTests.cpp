@@ -1,6 +1,6 @@
 // The listener: what it takes, what it rejects, and what becomes of a reply.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <condition_variable>
@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -20,6 +21,7 @@
 #include "Server/Http/WipingAllocator.h"
 #include "Tests/Secrecy/ProcessMemory.h"
 #include "Tests/Server/RawClient.h"
+#include "Tests/Server/ScopedLimit.h"
 #include "Values/Wiped.h"
 
 namespace hlv::server {
@@ -55,6 +57,9 @@ class ScriptedHandler : public HttpHandler {
     for (const auto* method : {"GET", "POST", "PUT", "DELETE"}) routes.add(method, "echo/*", echo);
     routes.add("GET", "held", [this](const auto&, const Reply& reply) { hold(reply); });
     routes.add("POST", "held", [this](const auto&, const Reply& reply) { hold(reply); });
+    routes.add("GET", "large", [](const auto&, const Reply& reply) {
+      reply(jsonReply(std::string(16U << 20, 'x')));
+    });
     routes.add("GET", "broken", [](const auto&, const auto&) { throw std::runtime_error("no"); });
   }
 
@@ -328,9 +333,6 @@ TEST_F(HttpTest, LetsSlowClientsGo) {
     EXPECT_EQ(RawClient(port).send(bytes).receiveRest().bytes, "") << bytes;
     options.limits.*time = 1h;
   }
-  handler.routes.add("GET", "large", [](const auto&, const Reply& reply) {
-    reply(jsonReply(std::string(16U << 20, 'x')));
-  });
   options.limits.transferTime = 20ms;
   listen();
   RawClient client(port);
@@ -380,17 +382,15 @@ TEST_F(HttpTest, LetsConnectionsWaitThatCannotBeTakenYet) {
   for (const bool isCapped : {true, false}) {
     options.limits.connections = isCapped ? 3 : 10'000;
     listen();
-    rlimit before{};
-    ::getrlimit(RLIMIT_NOFILE, &before);
+    std::optional<testing::ScopedLimit<RLIMIT_NOFILE>> few;
     std::deque<RawClient> clients;
     {
       const auto block = blockLoops();
       for (int i = 0; i < 100; ++i) clients.emplace_back(port).send(requestOf("GET /fine"));
       if (!isCapped) {
-        auto few = before;
-        few.rlim_cur = static_cast<rlim_t>(::dup(0)) + 5;
-        ::close(static_cast<int>(few.rlim_cur) - 5);
-        ::setrlimit(RLIMIT_NOFILE, &few);
+        const int next = ::dup(0);
+        ::close(next);
+        few.emplace(static_cast<rlim_t>(next) + 5);
       }
     }
     if (isCapped) {
@@ -401,7 +401,6 @@ TEST_F(HttpTest, LetsConnectionsWaitThatCannotBeTakenYet) {
     for (; !clients.empty(); clients.pop_front()) {
       EXPECT_EQ(clients.front().receive().status, 200);
     }
-    ::setrlimit(RLIMIT_NOFILE, &before);
   }
 }
 
@@ -415,9 +414,6 @@ TEST_F(HttpTest, EndsWhateverItsConnectionsDo) {
     auto delayed = jsonReply("late");
     delayed.delay = 30min;
     reply(std::move(delayed));
-  });
-  handler.routes.add("GET", "large", [](const auto&, const Reply& reply) {
-    reply(jsonReply(std::string(16U << 20, 'x')));
   });
   listen();
   std::deque<RawClient> clients;

@@ -1,10 +1,10 @@
 // Sandboxes of one server: each is a world of its own.
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <filesystem>
 
+#include "Tests/Server/ScopedLimit.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {
@@ -149,10 +149,7 @@ TEST_F(ManySandboxes, CardsExpireByTheirOwnClock) {
 }
 
 TEST_F(ManySandboxes, NeedFewDescriptorsAndAreFoundAgain) {
-  rlimit before{};
-  ::getrlimit(RLIMIT_NOFILE, &before);
-  const rlimit few{128, before.rlim_max};
-  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  const testing::ScopedLimit<RLIMIT_NOFILE> few(128);
   serve();
   constexpr int count = 100;
   const auto name = [](int number) { return "s" + std::to_string(number); };
@@ -174,7 +171,6 @@ TEST_F(ManySandboxes, NeedFewDescriptorsAndAreFoundAgain) {
           << i;
     }
   }
-  ::setrlimit(RLIMIT_NOFILE, &before);
   for (const auto* gone : {"memory", "due"}) {
     EXPECT_EQ(askProvider(std::string("GET /v1/sandboxes/") + gone).code(), "no-such-sandbox");
   }

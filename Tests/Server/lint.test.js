@@ -4,8 +4,7 @@ import { spawnSync } from 'node:child_process';
 import { join } from 'node:path';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
-import { Documents } from './documents.js';
-import { modules } from './modules.js';
+import { Documents, modules } from './documents.js';
 import { withServer } from './server.js';
 
 test('the documents follow the recommended rules', { timeout: 120_000 }, () => withServer(async (server) => {

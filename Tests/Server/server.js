@@ -3,7 +3,6 @@ import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdtempSync, rmSync } from 'node:fs';
 import http from 'node:http';
-import net from 'node:net';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 
@@ -164,15 +163,6 @@ function readReply({ statusCode, headers }, text) {
     }
   }
   return reply;
-}
-
-/** A connection that has sent nothing yet. */
-export async function connect(url) {
-  const { hostname, port } = new URL(url);
-  const socket = net.connect({ host: hostname, port: Number(port), allowHalfOpen: true });
-  socket.on('error', () => {});
-  await inTime(once(socket, 'connect'), 'a connection');
-  return socket;
 }
 
 /** As the provider takes it; a published test number, never printed. */

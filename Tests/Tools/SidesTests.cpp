@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Tools/SideBySide.h"
-#include "Tools/Timeline.h"
+#include "Tools/Output/SideBySide.h"
+#include "Tools/Output/Timeline.h"
 
 namespace hlv::tool {
 namespace {
@@ -11,15 +11,12 @@ using sandbox::Event;
 using sandbox::ProviderInstrument;
 
 BackendCard card(const std::string& lastFour, std::optional<std::string> externalIdentifier = {}) {
-  return {"crd_" + lastFour,
-          "visa",
-          lastFour,
-          "default",
-          std::move(externalIdentifier),
-          "",
-          "",
-          "",
-          sandbox::AddressFields()};
+  BackendCard card;
+  card.brand = "visa";
+  card.lastFourDigits = lastFour;
+  card.useCase = "default";
+  card.externalIdentifier = std::move(externalIdentifier);
+  return card;
 }
 
 ProviderInstrument instrument(const std::string& lastFour, const std::string& useCase,

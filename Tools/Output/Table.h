@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Tools/Terminal.h"
+#include "Tools/Output/Terminal.h"
 
 namespace hlv::tool {
 

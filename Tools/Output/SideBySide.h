@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Sandbox/Records/Pairs.h"
-#include "Tools/Table.h"
+#include "Tools/Output/Table.h"
 
 namespace hlv::tool {
 

@@ -1,4 +1,4 @@
-#include "Tools/Timeline.h"
+#include "Tools/Output/Timeline.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Sandbox/JSON/Json.h"
-#include "Tools/Report.h"
+#include "Tools/Output/Report.h"
 
 namespace hlv::tool {
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-#include "Tools/Characters.h"
+#include "Tools/Output/Characters.h"
 
 namespace hlv::tool {
 

@@ -10,8 +10,8 @@
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Sandbox.h"
-#include "Tools/Table.h"
-#include "Tools/Terminal.h"
+#include "Tools/Output/Table.h"
+#include "Tools/Output/Terminal.h"
 #include "Values/Error.h"
 
 namespace hlv::tool {

@@ -1,13 +1,13 @@
-#include "Tools/Printer.h"
+#include "Tools/Output/Printer.h"
 
 #include <iostream>
 
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/JournalRecords.h"
-#include "Tools/Characters.h"
-#include "Tools/SideBySide.h"
-#include "Tools/Timeline.h"
+#include "Tools/Output/Characters.h"
+#include "Tools/Output/SideBySide.h"
+#include "Tools/Output/Timeline.h"
 #include "Values/Names.h"
 
 namespace hlv::tool {

@@ -1,4 +1,4 @@
-#include "Tools/Characters.h"
+#include "Tools/Output/Characters.h"
 
 #include <array>
 #include <cstddef>

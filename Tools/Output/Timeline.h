@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Sandbox/Calls/Journal.h"
-#include "Tools/Table.h"
+#include "Tools/Output/Table.h"
 
 namespace hlv::tool {
 

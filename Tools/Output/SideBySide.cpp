@@ -1,4 +1,4 @@
-#include "Tools/SideBySide.h"
+#include "Tools/Output/SideBySide.h"
 
 #include <algorithm>
 #include <utility>

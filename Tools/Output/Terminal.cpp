@@ -1,4 +1,4 @@
-#include "Tools/Terminal.h"
+#include "Tools/Output/Terminal.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>

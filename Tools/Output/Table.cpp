@@ -1,4 +1,4 @@
-#include "Tools/Table.h"
+#include "Tools/Output/Table.h"
 
 #include <algorithm>
 
