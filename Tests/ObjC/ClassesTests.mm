@@ -83,6 +83,9 @@ TEST_F(EnablingTest, AConfigurationBlockMakesAnImmutableRecord) {
   [key setString:@"changed"];
   EXPECT_TRUE([[record paymentKey] isEqual:@"key"]);
   EXPECT_FALSE([record isKindOfClass:[HLVSDKMutablePaylevenKitConfiguration class]]);
+  static_assert(
+      std::is_same_v<decltype([HLVSDKMutablePaylevenKitConfiguration configurationWithBlock:nil]),
+                     HLVSDKPaylevenKitConfiguration*>);
   HLVSDKPaylevenKitConfiguration* const copy = [[record copy] autorelease];
   EXPECT_NE(copy, record);
   EXPECT_EQ([copy paymentKey], [record paymentKey]) << "not copied again";
