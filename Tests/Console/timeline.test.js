@@ -49,7 +49,7 @@ onConsole('what is asked for meanwhile joins the operation', async (guest) => {
   await guest.add({ card: 'amex' });
   await guest.comeToForeground();
   await guest.goTo('Timeline');
-  await sees(guest.operations.filter({ hasText: 'add + foreground' }));
+  await sees(guest.operations.filter({ hasText: /add \+ foreground|foreground \+ add/ }));
   await guest.seesStep('Will start synchrozation');
 });
 
