@@ -15,8 +15,10 @@ WATCHERS = {
     "Explorer": ["--first", "--jobs", "1"],
     "SecrecyTests": ["--gtest_brief=1"],
 }
-# A watcher that takes longer than this many seconds hangs, which is a way of catching.
+# A watcher that takes longer than this many seconds hangs, which is a way of catching; so does one of
+# its tests.
 PATIENCE = 300
+PATIENCE_WITH_A_TEST = 30
 
 
 class DoesNotBuild(SystemExit):
@@ -51,10 +53,10 @@ class Copy:
         if built.returncode != 0:
             raise DoesNotBuild(built.stdout)
 
-    def finds_fault(self, name, arguments):
+    def finds_fault(self, name, arguments, patience=PATIENCE):
         try:
             run = subprocess.run([self.build_tree / name, *arguments], capture_output=True,
-                                 timeout=PATIENCE)
+                                 timeout=patience)
         except subprocess.TimeoutExpired:
             return True
         # The explorer's counts are not those on record when it stops early or is cut short.
@@ -71,7 +73,7 @@ class Copy:
         return None
 
     def tests(self):
-        """The arguments of each test by its name; the explorer is one test."""
+        """How to call `finds_fault` for each test, by its name; the explorer is one test."""
         found = {"Explorer": ("Explorer", self.watchers["Explorer"])}
         for name in self.watchers.keys() - found:
             lines = subprocess.run([self.build_tree / name, "--gtest_list_tests"], check=True,
@@ -79,7 +81,8 @@ class Copy:
             suite = None
             for line in lines[1:]:
                 if line.startswith(" "):
-                    found[suite + line.strip()] = name, [f"--gtest_filter={suite}{line.strip()}"]
+                    test = suite + line.strip()
+                    found[test] = name, [f"--gtest_filter={test}"], PATIENCE_WITH_A_TEST
                 else:
                     suite = line
         return found

@@ -95,7 +95,7 @@ TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMain
   const auto another = platform->makeSerialQueue("another");
   EXPECT_EQ(threadsOfThisProcess(), before) << "none before there is work";
   std::string order;  // Written without a lock: each block sees what the one before wrote.
-  std::promise<void> othersRan;
+  std::promise<void> isAsked, othersRan;
   queue->async([&, wait = othersRan.get_future().share()] {
     wait.wait();  // The queue is busy for as long as the other one needs.
     order += 'a';
@@ -108,12 +108,16 @@ TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMain
   }
   queue->async([&] { queue->async([&] { order += "!"; }); });
   another->async([] {});
-  another->async([&] {
+  another->async([&, wait = isAsked.get_future().share()] {
+    wait.wait();
     EXPECT_EQ(order, "") << "a second thread is free, and takes nothing of a busy queue";
     othersRan.set_value();
   });
   std::size_t asked = 0;
-  platform->runUntil([&] { return ++asked > 0 && platform->isIdle(); });
+  platform->runUntil([&] {
+    if (++asked == 1) isAsked.set_value();
+    return platform->isIdle();
+  });
   EXPECT_EQ(order, "abcdefgh!");
   EXPECT_LE(asked, 1U + 12U) << "before the first wait, and after every block";
 }
