@@ -108,6 +108,7 @@ StressHost::StressHost(const Setting& setting)
       stressBackend_(std::make_shared<StressBackend>(setting)),
       stressProvider_(std::make_shared<StressProvider>(setting)) {
   guest = guestOf(0, true);
+  requestBody = nullptr;  // What a request was made of is kept for one thread.
 }
 
 std::shared_ptr<FakeGuest> StressHost::guestOf(std::size_t operation, bool hasToken) {

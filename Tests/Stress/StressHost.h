@@ -64,11 +64,6 @@ class StressHost final : public ScriptedHost {
 
   std::shared_ptr<HLVSDKAPIManager> apiManager() override { return stressBackend_; }
   std::shared_ptr<PLVInAppClient> inAppClient() override { return stressProvider_; }
-  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
-      const std::shared_ptr<HLVSDKPaymentInstrument>&,
-      const std::shared_ptr<HLVSDKPaymentBillingAddress>&) override {
-    return nullptr;
-  }
 
  private:
   const std::shared_ptr<HLVSDKAPIManager> stressBackend_;

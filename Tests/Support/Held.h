@@ -12,8 +12,10 @@
 
 namespace hlv::testing {
 
+template <class Completion>
+class Held;
 template <class... Results>
-class Held {
+class Held<std::function<void(Results...)>> {
  public:
   using Callback = std::function<void(Results...)>;
 
@@ -40,14 +42,6 @@ class Held {
 
  private:
   std::deque<Callback> callbacks_;
-};
-
-/// The held callbacks of one completion type.
-template <class Completion>
-struct HeldFor;
-template <class... Results>
-struct HeldFor<std::function<void(Results...)>> {
-  using Type = Held<Results...>;
 };
 
 }  // namespace hlv::testing

@@ -207,9 +207,10 @@ void ScriptedHost::handleParameterAssert(const NullableString& parameter,
 std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCreditCardRequestBody(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
+  if (!requestBody) return nullptr;
   requestedCard = instrument.get();
   requestedAddress = address.get();
-  return requestBody ? body_ : nullptr;
+  return body_;
 }
 
 std::shared_ptr<PLVCreditCardPaymentInstrument> ScriptedHost::makeCreditCardPaymentInstrument(

@@ -1,5 +1,4 @@
-// A host and a provider that do nothing until the test answers, and record what they get, if they
-// have a trace.
+// A host and a provider that do nothing until the test answers, and can record what they get.
 //
 // Threading: one thread.
 #pragma once
@@ -28,9 +27,9 @@ class ScriptedBackend final : public HLVSDKAPIManager {
  public:
   explicit ScriptedBackend(Trace* trace) : trace_(trace) {}
 
-  HeldFor<HLVSDKGuestCompletion>::Type guestUpdates, deletions;
-  HeldFor<HLVSDKGuestCardCompletion>::Type cardAdds, cardUpdates;
-  HeldFor<HLVSDKCreditCardsCompletion>::Type cardFetches;
+  Held<HLVSDKGuestCompletion> guestUpdates, deletions;
+  Held<HLVSDKGuestCardCompletion> cardAdds, cardUpdates;
+  Held<HLVSDKCreditCardsCompletion> cardFetches;
   /// What the last add-card and update-card calls carried, if there is a trace.
   std::shared_ptr<HLVSDKAddCreditCardRequestInfo> lastAddRequest;
   Dictionary lastAddress;
@@ -56,9 +55,9 @@ class ScriptedProvider final : public PLVInAppClient {
  public:
   explicit ScriptedProvider(Trace* trace) : trace_(trace) {}
 
-  HeldFor<PLVUserTokenCompletion>::Type tokens;
-  HeldFor<PLVErrorCompletion>::Type adds, removals;
-  HeldFor<PLVPaymentInstrumentsCompletion>::Type lists;
+  Held<PLVUserTokenCompletion> tokens;
+  Held<PLVErrorCompletion> adds, removals;
+  Held<PLVPaymentInstrumentsCompletion> lists;
   /// The use case of the last list call.
   std::string lastUseCase;
 
