@@ -43,14 +43,14 @@ std::vector<SandboxDescription> SandboxClient::list() const {
   std::vector<SandboxDescription> all;
   NullableString next;
   do {
-    const auto after = next ? "&after=" + percentEncoded(*next) : "";
-    control_->send("GET", std::string(sandboxes) + "?limit=1000" + after, nullptr,
-                   [&](const Json& body) {
-                     for (const auto& item : sandbox::listIn(body, "sandboxes")) {
-                       all.push_back(sandbox::sandboxIn(item));
-                     }
-                     next = sandbox::textIn(body, "next");
-                   });
+    auto target = std::string(sandboxes).append("?limit=1000");
+    if (next) target.append("&after=").append(percentEncoded(*next));
+    control_->send("GET", target, nullptr, [&](const Json& body) {
+      for (const auto& item : sandbox::listIn(body, "sandboxes")) {
+        all.push_back(sandbox::sandboxIn(item));
+      }
+      next = sandbox::textIn(body, "next");
+    });
   } while (next);
   return all;
 }

@@ -91,9 +91,12 @@ std::string maskedTarget(const std::string& target) {
   return maskedText(sandbox::holdsCardNumber(decoded) ? decoded : target);
 }
 
-constexpr const char* columns =
-    "SELECT number, id, at, method, path, status, fault, microseconds, caller, listener, "
-    "request_bytes, reply_bytes, code, events FROM requests ";
+std::string selectedWhere(std::string_view condition) {
+  std::string text =
+      "SELECT number, id, at, method, path, status, fault, microseconds, caller, listener, "
+      "request_bytes, reply_bytes, code, events FROM requests WHERE ";
+  return text.append(condition);
+}
 
 Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
   return {{"number", row.integer(0)},
@@ -191,11 +194,11 @@ Json RequestLog::read(Database& database, const RequestFilter& filter, const std
   auto requests = Json::array();
   Json next;
   auto row = database.query(
-      std::string(columns) +
-          "WHERE number > ? AND (? IS NULL OR method = ?) AND status BETWEEN ? AND ? "
+      selectedWhere(
+          "number > ? AND (? IS NULL OR method = ?) AND status BETWEEN ? AND ? "
           "AND (? IS NULL OR instr(path, ?) > 0) "
           "AND (? IS NULL OR (? = 'any' AND fault IS NOT NULL) OR (? = 'none' AND fault IS NULL) "
-          "OR fault = ?) ORDER BY number LIMIT ?",
+          "OR fault = ?) ORDER BY number LIMIT ?"),
       filter.after, filter.method, filter.method, least, greatest, filter.path, filter.path,
       filter.fault, filter.fault, filter.fault, filter.fault, filter.limit + 1);
   while (row.next()) {
@@ -210,7 +213,7 @@ Json RequestLog::read(Database& database, const RequestFilter& filter, const std
 
 std::optional<Json> RequestLog::find(Database& database, const std::string& id,
                                      const std::string& sandbox) {
-  auto row = database.query(std::string(columns) + "WHERE id = ?", id);
+  auto row = database.query(selectedWhere("id = ?"), id);
   if (!row.next()) return std::nullopt;
   auto request = requestIn(row, sandbox);
   request["events"] = unpacked(row.text(13), row.integer(2));
