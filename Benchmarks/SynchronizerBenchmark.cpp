@@ -4,27 +4,14 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <ctime>
 
 #include "Benchmarks/Support/BenchHost.h"
 #include "Benchmarks/Support/EnabledKit.h"
+#include "Benchmarks/Support/ProcessorTime.h"
 #include "Benchmarks/Support/VirtualPlatform.h"
 
 namespace hlv::bench {
 namespace {
-
-/// Of processor time, so that other programs on the machine do not count.
-template <class Work>
-double seconds(Work work) {
-  const auto now = [] {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-  };
-  const double start = now();
-  work();
-  return now() - start;
-}
 
 /// In seconds.
 struct Cost {
@@ -38,10 +25,10 @@ struct Cost {
 [[gnu::noinline]] Cost performOnce(EnabledKit& kit, VirtualPlatform& platform) {
   using Thread = VirtualPlatform::Thread;
   Cost cost;
-  cost.longestOnMain = seconds([&] { kit.synchronize(); });
+  cost.longestOnMain = secondsOf([&] { kit.synchronize(); });
   for (bool more = true; more;) {
     std::optional<Thread> ran;
-    const double slice = seconds([&] { ran = platform.runOne(); });
+    const double slice = secondsOf([&] { ran = platform.runOne(); });
     if (ran == Thread::serialQueue) cost.onQueue += slice;
     if (ran == Thread::main) cost.longestOnMain = std::max(cost.longestOnMain, slice);
     more = ran.has_value();

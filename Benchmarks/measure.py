@@ -28,16 +28,26 @@ def benchmark(program, *options):
             if row["aggregate_name"] == "median"}
 
 
+def collected(within, *command):
+    """What the simulator counts within a function: instructions, and what else is asked for."""
+    said = run("valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null",
+               f"--toggle-collect=hlv::bench::{within}*", *command).stderr
+    return [int(count) for count in re.search(r"Collected : ([\d ]+)", said)[1].split()]
+
+
 def instructions(program, benchmark_name):
     """Of one operation: those within the function that performs it, by how often it ran."""
     filtered = benchmark_name.split("/iterations:")[0]
-    said = run("valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null",
-               "--toggle-collect=hlv::bench::performOnce*", program,
-               f"--benchmark_filter=^{filtered}/iter").stderr
-    collected = int(re.search(r"Collected : (\d+)", said)[1])
+    counted = collected("performOnce", program, f"--benchmark_filter=^{filtered}/iter")[0]
     repeated = int(re.search(r"/iterations:(\d+)", benchmark_name)[1])
     # Some perform it once more, to count what else it costs.
-    return collected / (repeated + (program.name == "OperationsBenchmark"))
+    return counted / (repeated + (program.name == "OperationsBenchmark"))
+
+
+def lines_fetched(within, program):
+    """What is missed in the last level, which other work has taken; the first keeps next to nothing."""
+    return sum(collected(within, "--cache-sim=yes", "--I1=256,2,64", "--D1=256,2,64",
+                         "--LL=2097152,16,64", program, 5)[-3:])
 
 
 def latency(program, milliseconds, rounds):
@@ -53,7 +63,21 @@ def latency(program, milliseconds, rounds):
     return {measure: figures}
 
 
-def library(built):
+def at_rest(program, library):
+    """Of the shared library, and of processes that begin to use it."""
+    kits = [printed(program) for _ in range(51)]
+    faults = min(kit["rest.faults"] for kit in kits)
+    bare = [printed(program, int(faults[0])) for _ in range(51)]
+    enabling = min(kit["rest.enabling"] for kit in kits)[0]
+    reference = min(process["rest.reference"] for process in bare)[0]
+    return shared_library(library) | {
+        "rest.threads": max(kit["rest.threads"] for kit in kits),
+        "rest.allocations": kits[0]["rest.allocations"], "rest.faults": faults,
+        "rest.enabling": [enabling / reference],
+        "rest.instructions": [collected("performOnce", program)[0]]}
+
+
+def shared_library(built):
     """What is in the shared library, and what it asks for."""
     symbols = run("nm", built).stdout
     sections = run("readelf", "-SW", built).stdout
@@ -83,7 +107,7 @@ def binding(programs):
     return {"objc.text": [text], "objc-update.instructions": [instructions(program, update)]}
 
 
-def everything(programs, shared_library, objc_programs):
+def everything(programs, shared, objc_programs):
     figures = printed(programs / "VirtualLatency")
     operations = programs / "OperationsBenchmark"
     measured = benchmark(operations)
@@ -101,13 +125,12 @@ def everything(programs, shared_library, objc_programs):
         figures[size + ".instructions"] = [instructions(synchroniser, name)]
         figures[size + ".calls"] = [row["calls"]]
         figures[size + ".slice"] = [row["slice"]]
-    fresh = [printed(programs / "AtRest") for _ in range(51)]
-    figures["rest.threads"] = max(process["rest.threads"] for process in fresh)
-    figures["rest.faults"] = min(process["rest.faults"] for process in fresh)
-    figures["rest.enabling"] = [min(process["rest.enabling"] for process in fresh)[0] /
-                                min(process["rest.reference"] for process in fresh)[0]]
-    figures |= library(shared_library)
+    figures |= at_rest(shared / "AtRest", shared / "libHLVSDKPaylevenKit.so")
     figures |= binding(objc_programs)
+    cold = programs / "ColdCaches"
+    figures |= printed(cold, 201)
+    figures["cold.lines"] = [lines_fetched("performByKit", cold) /
+                             lines_fetched("performByHand", cold)]
     figures |= latency(programs / "RealLatency", 1, 200)
     figures |= latency(programs / "RealLatency", 20, 80)
     figures |= latency(programs / "RealLatency", 80, 40)

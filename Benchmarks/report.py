@@ -1,6 +1,6 @@
 """Measures the kit and compares with the budgets on record.
 
-Usage: report.py PROGRAMS SHARED_LIBRARY OBJC_PROGRAMS [--record VERSION]
+Usage: report.py PROGRAMS SHARED_PROGRAMS OBJC_PROGRAMS [--record VERSION]
 """
 import argparse
 import sys
@@ -66,12 +66,12 @@ def record(version, figures):
 def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument("programs", type=Path)
-    arguments.add_argument("library", type=Path)
+    arguments.add_argument("shared", type=Path)
     arguments.add_argument("objc", type=Path)
     arguments.add_argument("--record", metavar="VERSION")
     given = arguments.parse_args()
 
-    figures = measure.everything(given.programs, given.library, given.objc)
+    figures = measure.everything(given.programs, given.shared, given.objc)
     failures = compare(figures)
     if given.record:
         record(given.record, figures)

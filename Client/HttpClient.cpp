@@ -1,8 +1,79 @@
 #include "Client/HttpClient.h"
 
+#include <pthread.h>
+
+#include <atomic>
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/post.hpp>
 #include <future>
+#include <utility>
+
+#include "Client/HttpExchange.h"
+#include "Platform/Platform.h"
 
 namespace hlv::client {
+
+struct HttpLoop::State {
+  void begin(const ServiceURL& url, std::chrono::milliseconds timeout, RequestMaker make,
+             Completion completion) {
+    auto made = make();
+    make = nullptr;
+    auto end = [this, completion = std::move(completion)](ClientReply reply) mutable {
+      completion(std::move(reply));
+      completion = nullptr;
+      --unfinished;
+      Platform::current()->mainQueue()->async([] {});
+    };
+    if (const auto* error = std::get_if<ErrorPtr>(&made)) {
+      end({*error, nullptr});
+    } else {
+      HttpExchange::begin(context, kept, url, std::move(std::get<ClientRequest>(made)), timeout,
+                          std::move(end));
+    }
+  }
+
+  // Destroyed last: sockets and timers need it.
+  boost::asio::io_context context{1};
+  boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work{
+      context.get_executor()};
+  KeptConnections kept;
+  std::atomic<std::size_t> unfinished{0};
+  std::atomic<std::thread::id> thread{};
+};
+
+HttpLoop::HttpLoop() : state_(std::make_shared<State>()) {}
+
+HttpLoop::~HttpLoop() {
+  state_->context.stop();
+  if (!thread_.joinable()) return;
+  if (isOwnThread()) {
+    thread_.detach();
+  } else {
+    thread_.join();
+  }
+}
+
+void HttpLoop::send(const ServiceURL& url, std::chrono::milliseconds timeout, RequestMaker request,
+                    Completion completion) {
+  std::call_once(started_, [this] {
+    thread_ = std::thread([state = state_] {
+      ::pthread_setname_np(::pthread_self(), "client");
+      state->thread = std::this_thread::get_id();
+      state->context.run();
+    });
+  });
+  ++state_->unfinished;
+  boost::asio::post(state_->context,
+                    [state = state_.get(), url, timeout, request = std::move(request),
+                     completion = std::move(completion)]() mutable {
+                      state->begin(url, timeout, std::move(request), std::move(completion));
+                    });
+}
+
+bool HttpLoop::isIdle() const { return state_->unfinished == 0; }
+
+bool HttpLoop::isOwnThread() const { return state_->thread == std::this_thread::get_id(); }
 
 ClientReply HttpClient::send(ClientRequest request) const {
   if (loop_->isOwnThread()) {

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "Sandbox/Errors/SandboxError.h"
-#include "Sandbox/Errors/TransportError.h"
 #include "Values/Wiped.h"
 
 namespace hlv::client {

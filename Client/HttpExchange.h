@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "Client/HttpLoop.h"
+#include "Client/HttpClient.h"
 
 namespace hlv::client {
 

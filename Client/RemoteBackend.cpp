@@ -1,6 +1,6 @@
 #include "Client/RemoteBackend.h"
 
-#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
+#include "Sandbox/Backend/AddCardBody.h"
 #include "Sandbox/Backend/UpdateGuestRequest.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/CardRecords.h"
@@ -15,6 +15,7 @@ using sandbox::cardIn;
 using sandbox::guestIn;
 using sandbox::jsonOf;
 using sandbox::objectIn;
+using sandbox::Operation;
 using sandbox::orNull;
 
 using GuestResults = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
@@ -45,20 +46,6 @@ Json masked(Json json) {
     for (auto& item : json) item = masked(std::move(item));
   }
   return json;
-}
-
-Json bodyOf(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
-  if (!request) refuse(BackendErrorCode::invalidRequest, "There is no request to add a card.");
-  ErrorPtr problem;
-  if (request->isValid(&problem)) return masked(jsonOf(Value(request->JSONRepresentation())));
-  if (problem) throw sandbox::Refusal{problem};
-  refuse(BackendErrorCode::invalidRequest, "The request to add a card is not valid.");
-}
-
-std::string useCaseOf(const Json& body) {
-  const Json::json_pointer place("/credit_card/use_case");
-  if (!body.contains(place) || !body[place].is_string()) return "";
-  return " use case " + body[place].get<std::string>();
 }
 
 GuestResults guestResults(RemoteGuests& guests, const Json& body) {
@@ -94,7 +81,7 @@ void RemoteBackend::updateCurrentGuestWithRequest(
   const auto token = known ? known->paymentToken() : std::nullopt;
   const auto signedIn = send(local_->host()->currentGuest(), &HLVSDKGuest::email);
   service_.call(
-      "updateCurrentGuestWithRequest", std::move(completion), inSession([token, signedIn] {
+      {Operation::updateGuest}, std::move(completion), inSession([token, signedIn] {
         if (!signedIn) refuse(BackendErrorCode::notSignedIn, "Nobody is signed in.");
         return ClientRequest{"PATCH", guestPath(signedIn), {{"payment_token", orNull(token)}}};
       }),
@@ -105,29 +92,23 @@ void RemoteBackend::addCreditCardForGuest(
     const std::shared_ptr<HLVSDKGuest>& guest,
     const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
     HLVSDKGuestCardCompletion completion) {
-  Json body;
-  ErrorPtr problem;
-  try {
-    body = bodyOf(requestInfo);
-  } catch (const sandbox::Refusal& refusal) {
-    problem = refusal.error;
-  }
-  auto what = "addCreditCardForGuest" + useCaseOf(body);
-  service_.call(
-      std::move(what), std::move(completion),
-      inSession([email = send(guest, &HLVSDKGuest::email), body = std::move(body), problem] {
-        if (problem) throw sandbox::Refusal{problem};
-        ClientRequest request{"POST", guestPath(email) + "/cards", body};
-        request.idempotencyKey = RemoteService::freshIdempotencyKey();
-        return request;
-      }),
-      [guests = guests_](const Json& answer) { return cardResults(*guests, answer); });
+  sandbox::AddCardRequest read(requestInfo);
+  sandbox::Call call{Operation::addCard, read.useCase()};
+  service_.call(call, std::move(completion),
+                inSession([email = send(guest, &HLVSDKGuest::email),
+                           body = masked(jsonOf(Value(read.body))), problem = read.problem] {
+                  if (problem) throw sandbox::Refusal{problem};
+                  ClientRequest request{"POST", guestPath(email) + "/cards", body};
+                  request.idempotencyKey = RemoteService::freshIdempotencyKey();
+                  return request;
+                }),
+                [guests = guests_](const Json& answer) { return cardResults(*guests, answer); });
 }
 
 void RemoteBackend::deleteCreditCardWithID(const NullableString& ID,
                                            const std::shared_ptr<HLVSDKGuest>& guest,
                                            HLVSDKGuestCompletion completion) {
-  service_.call("deleteCreditCardWithID " + ID.value_or(""), std::move(completion),
+  service_.call({Operation::deleteCard, {}, ID.value_or("")}, std::move(completion),
                 inSession([ID, email = send(guest, &HLVSDKGuest::email)] {
                   return ClientRequest{"DELETE", cardPath(email, ID), nullptr};
                 }),
@@ -137,7 +118,7 @@ void RemoteBackend::deleteCreditCardWithID(const NullableString& ID,
 void RemoteBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
                                      const std::shared_ptr<HLVSDKGuest>& guest,
                                      HLVSDKGuestCardCompletion completion) {
-  service_.call("updateCreditCard " + ID.value_or(""), std::move(completion),
+  service_.call({Operation::updateCard, {}, ID.value_or("")}, std::move(completion),
                 inSession([ID, address = masked(jsonOf(Value(address))),
                            email = send(guest, &HLVSDKGuest::email)] {
                   return ClientRequest{"PATCH", cardPath(email, ID), address};
@@ -147,7 +128,7 @@ void RemoteBackend::updateCreditCard(const NullableString& ID, const Dictionary&
 
 void RemoteBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                                           HLVSDKCreditCardsCompletion completion) {
-  service_.call("fetchGuestCreditCards", std::move(completion),
+  service_.call({Operation::fetchCards}, std::move(completion),
                 inSession([email = send(guest, &HLVSDKGuest::email)] {
                   return ClientRequest{"GET", guestPath(email) + "/cards", nullptr};
                 }),

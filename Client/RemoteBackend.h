@@ -2,13 +2,40 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "Client/RemoteGuest.h"
 #include "Client/RemoteService.h"
-#include "Client/RemoteSession.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 
 namespace hlv::client {
+
+/// The session of this side with a backend. Kept in the local sandbox, one for each backend, so
+/// that it outlives the process.
+///
+/// Threading: any.
+class RemoteSession {
+ public:
+  RemoteSession(std::shared_ptr<sandbox::Sandbox> local, const std::string& backendURL)
+      : local_(std::move(local)), note_("session at " + backendURL) {}
+
+  /// Missing when there is none; requests then go without.
+  NullableString token() const {
+    auto token = local_->note(note_);
+    return length(token) > 0 ? token : std::nullopt;
+  }
+  /// Returns the token that was kept before.
+  NullableString exchange(const NullableString& token) {
+    auto before = this->token();
+    if (before != token) local_->setNote(note_, token.value_or(""));
+    return before;
+  }
+
+ private:
+  const std::shared_ptr<sandbox::Sandbox> local_;
+  const std::string note_;
+};
 
 /// Reads requests and guests on the caller's thread.
 ///

@@ -8,16 +8,13 @@
 namespace hlv::client {
 namespace {
 
+using sandbox::Operation;
 using sandbox::orNull;
 using sandbox::ProviderErrorCode;
 using Instrument = std::shared_ptr<PLVCreditCardPaymentInstrument>;
 
 [[noreturn]] void refuse(ProviderErrorCode code, const std::string& sentence) {
   throw sandbox::Refusal{sandbox::SandboxError::make(sandbox::providerErrorDomain, code, sentence)};
-}
-
-std::string described(std::string operation, const NullableString& useCase) {
-  return useCase ? std::move(operation) + " use case " + *useCase : operation;
 }
 
 std::string userPath(const NullableString& token) {
@@ -76,7 +73,7 @@ void RemoteProvider::createUserToken(const NullableString& email, const Instrume
                                      const NullableString& useCase,
                                      PLVUserTokenCompletion completion) {
   service_.call(
-      described("createUserToken", useCase), std::move(completion),
+      {Operation::createUserToken, useCase}, std::move(completion),
       [email, instrument, useCase, key = key()] {
         return creation("/v1/users",
                         {{"email", orNull(email)},
@@ -95,7 +92,7 @@ void RemoteProvider::addPaymentInstrument(const Instrument& instrument,
                                           const NullableString& useCase,
                                           PLVErrorCompletion completion) {
   service_.call(
-      described("addPaymentInstrument", useCase), std::move(completion),
+      {Operation::addInstrument, useCase}, std::move(completion),
       [instrument, userToken, useCase, key = key()] {
         return creation(userPath(userToken) + queryOf(useCase),
                         {{"credit_card", cardOf(instrument)}}, key);
@@ -107,7 +104,7 @@ void RemoteProvider::getPaymentInstrumentsList(const NullableString& userToken,
                                                const NullableString& useCase,
                                                PLVPaymentInstrumentsCompletion completion) {
   service_.call(
-      described("getPaymentInstrumentsList", useCase), std::move(completion),
+      {Operation::listInstruments, useCase}, std::move(completion),
       [userToken, useCase, key = key()] {
         return ClientRequest{"GET", userPath(userToken) + queryOf(useCase), nullptr, key};
       },
@@ -124,8 +121,7 @@ void RemoteProvider::removePaymentInstrument(const Instrument& instrument,
   const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
   const auto listed = std::dynamic_pointer_cast<sandbox::ListedInstrument>(instrument);
   service_.call(
-      described("removePaymentInstrument" + (identifier ? " " + *identifier : ""), useCase),
-      std::move(completion),
+      {Operation::removeInstrument, useCase, identifier.value_or("")}, std::move(completion),
       [identifier, row = listed ? listed->row() : 0, useCase, userToken, key = key()] {
         auto path = userPath(userToken);
         if (length(identifier) > 0) {

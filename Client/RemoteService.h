@@ -11,10 +11,9 @@
 #include <variant>
 
 #include "Client/HttpClient.h"
-#include "Sandbox/Calls/Failed.h"
+#include "Sandbox/Calls/CallHandler.h"
 #include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Errors/SandboxError.h"
-#include "Sandbox/Errors/TransportError.h"
 #include "Sandbox/Sandbox.h"
 
 namespace hlv::client {
@@ -39,8 +38,9 @@ class RemoteService {
 
   /// Returns at once; the completion, which may be empty, is called on the client's thread.
   template <class... Results>
-  void call(std::string description, std::function<void(Results...)> completion,
+  void call(const sandbox::Call& call, std::function<void(Results...)> completion,
             RequestMaker request, std::type_identity_t<Reader<Results...>> reader) const {
+    auto description = call.description();
     context_->recordCall(description);
     client_.send(
         [context = context_, request = std::move(request)] { return context->requestOf(request); },

@@ -27,40 +27,40 @@ void announceAuthorisation(Journal& journal, bool isAuthorised) {
   post(constants->authorizationStatusNotification, {{*constants->isAuthorizedKey, isAuthorised}});
 }
 
-using Opened = Result<std::shared_ptr<Sandbox>>;
+using OpenedSandbox = Result<std::shared_ptr<Sandbox>>;
 
 /// Over the store, which keeps the seed when it is new.
-Opened overSeeded(std::shared_ptr<Store> store, const SandboxOptions& options) {
+OpenedSandbox overSeeded(std::shared_ptr<Store> store, const SandboxOptions& options) {
   try {
     if (store->isNew() && options.seed) {
       store->write([&](Database& database) { storeSeed(database, *options.seed); });
     }
   } catch (const StoreFailure& failure) {
-    return Opened::failure(failure.what());
+    return OpenedSandbox::failure(failure.what());
   }
   return Sandbox::over(std::move(store), options);
 }
 
 }  // namespace
 
-Opened Sandbox::open(const SandboxOptions& options) {
+OpenedSandbox Sandbox::open(const SandboxOptions& options) {
   auto store = Store::open(options.storePath);
-  if (!store) return Opened::failure(store.problem());
+  if (!store) return OpenedSandbox::failure(store.problem());
   return overSeeded(std::move(*store), options);
 }
 
-Opened Sandbox::openInMemory(SandboxOptions options) {
+OpenedSandbox Sandbox::openInMemory(SandboxOptions options) {
   options.storePath.clear();
   return overSeeded(Store::openInMemory(), options);
 }
 
-Opened Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
+OpenedSandbox Sandbox::over(std::shared_ptr<Store> store, const SandboxOptions& options) {
   const auto path = !options.remoteLogPath.empty() || options.storePath.empty()
                         ? options.remoteLogPath
                         : options.storePath + ".log";
-  auto remote = path.empty() ? LogSink::toNowhere() : LogSink::toFile(path);
-  if (!remote) return Opened::failure(remote.problem());
-  auto console = options.logToConsole ? LogSink::toStandardError() : LogSink::toNowhere();
+  auto remote = path.empty() ? nullSink() : fileSink(path);
+  if (!remote) return OpenedSandbox::failure(remote.problem());
+  auto console = options.logToConsole ? standardErrorSink() : nullSink();
   auto parts = std::make_shared<Parts>(std::move(store), std::move(*remote), std::move(console));
   return std::shared_ptr<Sandbox>(new Sandbox(std::move(parts)));
 }

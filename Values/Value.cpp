@@ -26,7 +26,8 @@ const Value& valueForKey(const Dictionary& dictionary, const NullableString& key
   static const auto& null = *new (place) Value;
   if (!key) return null;
   // Without a copy of the key.
-  const auto found = std::ranges::find(dictionary, *key, &Dictionary::value_type::first);
+  const auto found = std::find_if(dictionary.begin(), dictionary.end(),
+                                  [&](const auto& entry) { return entry.first == *key; });
   return found == dictionary.end() ? null : found->second;
 }
 

@@ -20,7 +20,6 @@ set_target_properties(HLVSDKPaylevenClient PROPERTIES EXPORT_NAME Client)
 target_sources(HLVSDKPaylevenClient PRIVATE
   Client/HttpClient.cpp
   Client/HttpExchange.cpp
-  Client/HttpLoop.cpp
   Client/RemoteBackend.cpp
   Client/RemoteHost.cpp
   Client/RemoteProvider.cpp

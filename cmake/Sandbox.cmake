@@ -26,13 +26,11 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Cards/TestCards.cpp
   Sandbox/Errors/ErrorFacade.cpp
   Sandbox/Errors/SandboxError.cpp
-  Sandbox/Errors/TransportError.cpp
   Sandbox/Faults/Fault.cpp
   Sandbox/Faults/FaultTables.cpp
   Sandbox/Host/Constants.cpp
   Sandbox/Host/DeviceHost.cpp
   Sandbox/Host/SandboxHost.cpp
-  Sandbox/Logging/LogSink.cpp
   Sandbox/Logging/Logger.cpp
   Sandbox/Masking/MaskedText.cpp
   Sandbox/Masking/NumberParts.cpp
@@ -44,7 +42,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Store/Clock.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
-  Sandbox/Store/KeptReplies.cpp
   Sandbox/Store/Schema.cpp
   Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp

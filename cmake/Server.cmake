@@ -36,17 +36,16 @@ configure_file(Server/Console/Page.cpp.in ${PROJECT_BINARY_DIR}/Server/Page.cpp 
 add_library(HLVSDKPaylevenServer STATIC
   Server/Api/ApiHandler.cpp
   Server/Api/BackendResources.cpp
-  Server/Api/Callers.cpp
   Server/Api/ControlResources.cpp
   Server/Api/ErrorReplies.cpp
   Server/Api/Exchange.cpp
   Server/Api/Har.cpp
   Server/Api/Idempotency.cpp
+  Server/Api/Inputs.cpp
   Server/Api/ProviderResources.cpp
   Server/Api/Registry+Describe.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
-  Server/Api/SandboxClock.cpp
   Server/Api/SandboxResources.cpp
   Server/Api/Snapshots.cpp
   Server/Api/World.cpp

@@ -1,4 +1,11 @@
 # The tests. Each test program links its part and nothing above it.
+if(CMAKE_CROSSCOMPILING)
+  # From the sources that its Debian package brings.
+  include(FetchContent)
+  FetchContent_Declare(GTest SOURCE_DIR /usr/src/googletest OVERRIDE_FIND_PACKAGE)
+  set(BUILD_GMOCK OFF)
+  set(INSTALL_GTEST OFF)
+endif()
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
@@ -16,6 +23,7 @@ hlv_add_tests(PlatformTests
   SOURCES
     Tests/Platform/DefaultPlatformTests.cpp
     Tests/Platform/JoiningTests.cpp
+    Tests/Platform/LitmusTests.cpp
     Tests/Platform/NotificationCenterTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 hlv_add_tests(KitTests
@@ -42,6 +50,7 @@ if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")
 endif()
 hlv_add_tests(StressTests
   SOURCES
+    Tests/Stress/JoinTests.cpp
     Tests/Stress/StressHost.cpp
     Tests/Stress/StressTests.cpp
     Tests/Support/ScriptedHost.cpp
@@ -66,7 +75,7 @@ if(HLVSDKPAYLEVENKIT_SERVER)
 endif()
 
 # Builds release libraries of its own, so one of the presets is enough.
-if(NOT HLVSDKPAYLEVENKIT_SANITIZE MATCHES "thread")
+if(NOT HLVSDKPAYLEVENKIT_SANITIZE MATCHES "thread" AND NOT CMAKE_CROSSCOMPILING)
   add_test(NAME InstalledPackage.BuildsAndRunsTheExamples
     COMMAND ${PROJECT_SOURCE_DIR}/Tests/Install/installed-package.sh
             ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/installed

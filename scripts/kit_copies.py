@@ -19,6 +19,10 @@ WATCHERS = {
 PATIENCE = 300
 
 
+class DoesNotBuild(SystemExit):
+    pass
+
+
 class Copy:
     """One copy of the project's files, with a build tree of its own."""
 
@@ -39,30 +43,54 @@ class Copy:
                         "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1",
                         "-DHLVSDKPAYLEVENKIT_TESTS=ON", "-DHLVSDKPAYLEVENKIT_SANDBOX=OFF"],
                        check=True, stdout=subprocess.DEVNULL)
-        built = self.build()
-        if built.returncode != 0:
-            raise SystemExit(built.stdout)
+        self.build(*self.watchers)
 
-    def build(self):
-        return subprocess.run(["cmake", "--build", self.build_tree, "-j", "1", "--target",
-                               *self.watchers], capture_output=True, text=True)
+    def build(self, *targets):
+        built = subprocess.run(["cmake", "--build", self.build_tree, "-j", "1", "--target", *targets],
+                               capture_output=True, text=True)
+        if built.returncode != 0:
+            raise DoesNotBuild(built.stdout)
+
+    def finds_fault(self, name, arguments):
+        try:
+            run = subprocess.run([self.build_tree / name, *arguments], capture_output=True,
+                                 timeout=PATIENCE)
+        except subprocess.TimeoutExpired:
+            return True
+        # The explorer's counts are not those on record when it stops early or is cut short.
+        if name == "Explorer":
+            return b"VIOLATED" in run.stdout or run.returncode not in (0, 1)
+        return run.returncode != 0
 
     def catcher(self):
-        """The name of the first watcher that finds fault, or None."""
+        """The name of the first watcher that finds fault, or None; the others are not even built."""
         for name, arguments in self.watchers.items():
-            try:
-                run = subprocess.run([self.build_tree / name, *arguments], capture_output=True,
-                                     timeout=PATIENCE)
-            except subprocess.TimeoutExpired:
-                return name
-            # The explorer's counts are not those on record when it stops early or is cut short.
-            caught = b"VIOLATED" in run.stdout or run.returncode not in (0, 1)
-            if caught if name == "Explorer" else run.returncode != 0:
+            self.build(name)
+            if self.finds_fault(name, arguments):
                 return name
         return None
 
-    def verdict(self, file, change):
-        """Who catches `file` when its text is what `change` makes of it, or why nobody can."""
+    def tests(self):
+        """The arguments of each test by its name; the explorer is one test."""
+        found = {"Explorer": ("Explorer", self.watchers["Explorer"])}
+        for name in self.watchers.keys() - found:
+            lines = subprocess.run([self.build_tree / name, "--gtest_list_tests"], check=True,
+                                   capture_output=True, text=True).stdout.splitlines()
+            suite = None
+            for line in lines[1:]:
+                if line.startswith(" "):
+                    found[suite + line.strip()] = name, [f"--gtest_filter={suite}{line.strip()}"]
+                else:
+                    suite = line
+        return found
+
+    def catchers(self):
+        """The names of all tests that find fault, each run by itself."""
+        self.build(*self.watchers)
+        return " ".join(test for test, call in self.tests().items() if self.finds_fault(*call))
+
+    def verdict(self, file, change, look):
+        """What `look` says when the text of `file` is what `change` makes of it, or why nobody can."""
         path = self.source / file
         text = path.read_text()
         changed = change(text)
@@ -70,14 +98,14 @@ class Copy:
             return "NOT IN THE SOURCE, or more than once"
         path.write_text(changed)
         try:
-            if self.build().returncode != 0:
-                return "DOES NOT BUILD"
-            return self.catcher() or "NOT CAUGHT"
+            return look(self) or "NOT CAUGHT"
+        except DoesNotBuild:
+            return "DOES NOT BUILD"
         finally:
             path.write_text(text)
 
 
-def verdicts(changes, watchers, jobs=os.cpu_count()):
+def verdicts(changes, watchers, look=Copy.catcher, jobs=os.cpu_count()):
     """Yields (change, verdict) in the order of `changes`, each of which has a file and a call."""
     copies = queue.SimpleQueue()
     every = [Copy(number, watchers) for number in range(max(1, min(jobs, len(changes))))]
@@ -91,7 +119,7 @@ def verdicts(changes, watchers, jobs=os.cpu_count()):
         def verdict_on(change):
             copy = copies.get()
             try:
-                return copy.verdict(change.file, change)
+                return copy.verdict(change.file, change, look)
             finally:
                 copies.put(copy)
 

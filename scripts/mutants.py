@@ -1,12 +1,13 @@
 """What scripts/mutants does once everything is installed."""
 import argparse
+import collections
 import pathlib
 import random
 import sys
 
 from clang.cindex import CursorKind, Index, TokenKind
 
-from kit_copies import ROOT, WATCHERS, verdicts
+from kit_copies import ROOT, WATCHERS, Copy, verdicts
 
 FOLDERS = ["Public", "Models", "Matching", "Async", "Values", "Platform", "Host"]
 EQUIVALENTS = ROOT / "Tests" / "Defects" / "equivalents.txt"
@@ -46,14 +47,17 @@ class Finder:
         # The offsets of clang count bytes.
         if not self.text.isascii():
             raise SystemExit(f"{file} is not in ASCII.")
-        self.found = {}
+        self.found, self.headers = {}, set()
 
     def mutants(self):
+        """Sets `headers` too, to the project's own that the file includes, directly or not."""
         options = ["-xc++", "-std=c++20", f"-I{ROOT}"]
         unit = Index.create().parse(str(ROOT / self.file), options)
         for problem in unit.diagnostics:
             if problem.severity >= 3:
                 raise SystemExit(f"{self.file}: {problem.spelling}")
+        included = (pathlib.Path(one.include.name) for one in unit.get_includes())
+        self.headers = {str(path.relative_to(ROOT)) for path in included if path.is_relative_to(ROOT)}
         for cursor in unit.cursor.get_children():
             if cursor.location.file and cursor.location.file.name == str(ROOT / self.file):
                 self.visit(cursor, None, [], False)
@@ -133,6 +137,8 @@ class Finder:
             self.add(start, end, f"!({self.text[start:end]})")
 
     def swap_arguments(self, cursor):
+        if cursor.spelling in ("operator==", "operator!="):
+            return
         arguments = [one for one in cursor.get_arguments() if one is not None]
         for left, right in zip(arguments, arguments[1:]):
             if left.type.get_canonical().spelling != right.type.get_canonical().spelling:
@@ -157,11 +163,25 @@ def read_equivalents():
 
 
 def every_mutant(words):
-    files = sorted(str(path.relative_to(ROOT)) for folder in FOLDERS
-                   for path in pathlib.Path(ROOT, folder).rglob("*")
-                   if path.suffix in (".h", ".cpp"))
-    chosen = [file for file in files if not words or any(word in file for word in words)]
-    return [mutant for file in chosen for mutant in Finder(file).mutants()]
+    """Of the kit's sources and the headers that they include; other parts have headers there too."""
+    waiting = {str(path.relative_to(ROOT)) for folder in FOLDERS
+               for path in pathlib.Path(ROOT, folder).rglob("*.cpp")}
+    by_file = {}
+    while waiting:
+        finder = Finder(waiting.pop())
+        by_file[finder.file] = finder.mutants()
+        waiting |= finder.headers - by_file.keys()
+    return [mutant for file in sorted(by_file) if not words or any(word in file for word in words)
+            for mutant in by_file[file]]
+
+
+def print_tests(tests, catches):
+    """What each test caught, and how much of that no other did."""
+    everything = collections.Counter(name for names in catches for name in names)
+    alone = collections.Counter(names[0] for names in catches if len(names) == 1)
+    print("alone   all")
+    for name in sorted(tests, key=lambda name: (alone[name], everything[name], name)):
+        print(f"{alone[name]:5} {everything[name]:5}  {name}")
 
 
 def main():
@@ -173,6 +193,8 @@ def main():
     parser.add_argument("--seed", type=int, default=1, help="of the sample (default: 1)")
     parser.add_argument("--histories", type=int, default=2000,
                         help="at most so many of each scenario of the explorer (default: 2000)")
+    parser.add_argument("--tests", action="store_true",
+                        help="run every test on each, and print what each caught, and what it alone")
     parser.add_argument("--list", action="store_true", help="only print the mutants")
     given = parser.parse_args()
 
@@ -192,18 +214,24 @@ def main():
 
     watchers = dict(WATCHERS)
     watchers["Explorer"] = [*watchers["Explorer"], "--at-most", str(given.histories)]
-    counts, survivors = {}, []
-    for mutant, verdict in verdicts(sample, watchers):
-        counts[verdict] = counts.get(verdict, 0) + 1
-        if verdict == "NOT CAUGHT":
+    look = Copy.catchers if given.tests else Copy.catcher
+    catches, survivors, unbuilt = [], [], 0
+    for mutant, verdict in verdicts(sample, watchers, look):
+        if verdict == "DOES NOT BUILD":
+            unbuilt += 1
+        elif verdict == "NOT CAUGHT":
             survivors.append(mutant)
             print(f"NOT CAUGHT  {mutant}", flush=True)
-    caught = sum(count for verdict, count in counts.items() if verdict in watchers)
-    judged = caught + len(survivors)
-    by = ", ".join(f"{counts.get(name, 0)} by {name}" for name in watchers)
-    print(f"{len(every)} mutants, {len(sample)} tried with seed {given.seed}, "
-          f"{counts.get('DOES NOT BUILD', 0)} of them do not build.")
-    print(f"{caught} of {judged} caught ({by}): {100 * caught / max(judged, 1):.1f} %.")
+        else:
+            catches.append(verdict.split())
+    if given.tests:
+        print_tests(Copy(0, watchers).tests(), catches)
+    else:
+        by = collections.Counter(name for names in catches for name in names)
+        print(", ".join(f"{by[name]} by {name}" for name in watchers))
+    caught, judged = len(catches), len(catches) + len(survivors)
+    print(f"{len(every)} mutants, {len(sample)} tried with seed {given.seed}, {unbuilt} of them do not "
+          f"build.\n{caught} of {judged} caught: {100 * caught / max(judged, 1):.1f} %.")
     return 0 if judged and caught >= 0.99 * judged else 1
 
 

@@ -6,6 +6,8 @@
 #include <Block.h>
 
 #include <functional>
+#include <type_traits>
+#include <utility>
 
 #include "ObjC/Binding/Crossing.h"
 
@@ -26,17 +28,22 @@ class CopiedBlock {
   const Block block_;
 };
 
-template <class Block, class... Results>
+/// What a completion holds that was made of a block, whatever the results: one class for all.
 struct BlockCompletion {
-  CopiedBlock<Block> copied;
-  void operator()(const Results&... results) const { copied.block()(crossing(results)...); }
+  CopiedBlock<void*> copied;
+  template <class... Results>
+  void operator()(const Results&... results) const {
+    using Block = void (^)(decltype(crossing(results))...);
+    reinterpret_cast<Block>(copied.block())(crossing(results)...);
+  }
 };
 
 template <class Block, class... Results>
 [[gnu::noinline]] std::function<void(Results...)> completionAs(
     Block block, const std::function<void(Results...)>*) {
+  static_assert(std::is_invocable_v<Block, decltype(crossing(std::declval<Results>()))...>);
   if (!block) return nullptr;
-  return BlockCompletion<Block, Results...>{CopiedBlock<Block>(block)};
+  return BlockCompletion{CopiedBlock<void*>(reinterpret_cast<void*>(block))};
 }
 
 /// `block` as a completion of the core; nil is an empty one.
@@ -48,9 +55,8 @@ Completion completion(Block block) {
 /// The very block that a completion was made of; nil for any other.
 template <class Block, class... Results>
 Block originalBlock(const std::function<void(Results...)>& completion) {
-  const auto* made = completion.template target<BlockCompletion<Block, Results...>>();
-  if (!made) return nil;
-  return made->copied.block();
+  const auto* made = completion.template target<BlockCompletion>();
+  return reinterpret_cast<Block>(made ? made->copied.block() : nullptr);
 }
 
 }  // namespace hlv::objc

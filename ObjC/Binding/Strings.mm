@@ -54,7 +54,7 @@ std::size_t bytesOf(char32_t point) {
   return point < 0x80 ? 1 : point < 0x800 ? 2 : point < 0x10000 ? 3 : 4;
 }
 
-void append(std::string& text, char32_t point) {
+[[gnu::noinline]] void append(std::string& text, char32_t point) {
   const std::size_t bytes = bytesOf(point);
   if (bytes == 1) {
     text.push_back(static_cast<char>(point));

@@ -114,7 +114,9 @@ std::shared_ptr<Queue> makeSerialQueue(Text label) {
 
 std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue) { return adapted<OperationQueue>(queue); }
 
-HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) { return original(queue); }
+HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) {
+  return originalOf(dynamic_cast<const Held*>(queue.get()));
+}
 
 }  // namespace hlv::objc
 

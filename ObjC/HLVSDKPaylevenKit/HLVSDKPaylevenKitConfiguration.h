@@ -25,8 +25,8 @@ HLV_AVAILABLE HLV_SENDABLE @interface HLVSDKPaylevenKitConfiguration
     (nullable void (^)(HLVSDKMutablePaylevenKitConfiguration* configuration))block
     HLV_SWIFT_NAME(init(block:));
 
-/// An immutable record with the key of any object that has a `paymentKey`, which is not copied
-/// again; without one, with no key.
+/// An immutable record with the key of any object that has a `paymentKey`. The key is not copied
+/// again; nil has none.
 - (instancetype)initWithConfiguration:(nullable id)configuration NS_DESIGNATED_INITIALIZER;
 - (instancetype)init NS_DESIGNATED_INITIALIZER;
 

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 
 #include "Host/Host.h"
 #include "ObjC/Binding/Held.h"
@@ -40,8 +39,7 @@ class FrameworkHost final : public Host {
 
  private:
   struct Constants {
-    Constants(HLVSDKConstants all, NSArray* addressKeys)
-        : texts(std::move(all)), keys(addressKeys) {}
+    explicit Constants(NSArray* addressKeys) : keys(addressKeys) {}
     HLVSDKConstants texts;
     Held keys;
   };

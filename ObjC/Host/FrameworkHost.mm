@@ -13,7 +13,7 @@
 namespace hlv::objc {
 namespace {
 
-HLVSDKConstants textsWithKeys(NSArray* addressKeys) {
+void readTexts(HLVSDKConstants& texts, NSArray* addressKeys) {
   const std::pair<NullableString HLVSDKConstants::*, NSString*> rows[] = {
       {&HLVSDKConstants::useCaseDefault, ::kHLVSDKCreditCardUseCaseDefault},
       {&HLVSDKConstants::useCasePrivate, ::kHLVSDKCreditCardUseCasePrivate},
@@ -29,12 +29,10 @@ HLVSDKConstants textsWithKeys(NSArray* addressKeys) {
        ::HLVSDKReachabilityDidChangeReachabilityNotificationStateKey},
       {&HLVSDKConstants::reachabilityPreviousStateKey,
        ::HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey}};
-  HLVSDKConstants texts;
   for (const auto& [member, text] : rows) texts.*member = fromNSString(text);
   for (NSString* key in addressKeys) {
     texts.businessAddressJSONKeyes.push_back(fromNSString(key));
   }
-  return texts;
 }
 
 /// A text that is gone as soon as it was used: card data does not wait for a pool.
@@ -56,7 +54,8 @@ std::shared_ptr<const HLVSDKConstants> FrameworkHost::constants() {
   NSArray* const keys = ::HLVSDKCreditCardBusinessAddressJSONKeyes;
   auto known = constants_.load();
   if (!known || (keys != known->keys.held() && ![keys isEqual:known->keys.held()])) {
-    known = std::make_shared<Constants>(textsWithKeys(keys), [[keys copy] autorelease]);
+    known = std::make_shared<Constants>([[keys copy] autorelease]);
+    readTexts(known->texts, keys);
     constants_.store(known);
   }
   return std::shared_ptr<const HLVSDKConstants>(known, &known->texts);

@@ -1,10 +1,8 @@
 // The notification centre of the default platform. Private to this folder.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <mutex>
-#include <string>
 #include <vector>
 
 #include "Platform/NotificationCenter.h"
@@ -22,10 +20,11 @@ class DefaultNotificationCenter final
  private:
   struct Observer;
   class Entry;
-  void remove(const std::string& name, const std::shared_ptr<Observer>& observer);
+  void remove(const std::shared_ptr<Observer>& observer);
 
   std::mutex mutex_;
-  std::map<std::string, std::vector<std::shared_ptr<Observer>>> observers_;
+  // Of every name, in the order in which they began.
+  std::vector<std::shared_ptr<Observer>> observers_;
 };
 
 }  // namespace hlv

@@ -4,7 +4,9 @@
 #include "Sandbox/Cards/CardBrands.h"
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Cards/EnteredCard.h"
+#include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Errors/ErrorFacade.h"
+#include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Records/AddressKeys.h"
 #include "Values/Send.h"
 
@@ -26,7 +28,27 @@ Dictionary writeAddress(const HLVSDKPaymentBillingAddress& address) {
   return fields;
 }
 
+ErrorPtr invalidRequest(const std::string& sentence) {
+  return SandboxError::make(backendErrorDomain, BackendErrorCode::invalidRequest, sentence);
+}
+
 }  // namespace
+
+AddCardRequest::AddCardRequest(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
+  if (!request) {
+    problem = invalidRequest("There is no request to add a card.");
+  } else if (request->isValid(&problem)) {
+    body = request->JSONRepresentation();
+  } else if (!problem) {
+    problem = invalidRequest("The request to add a card is not valid.");
+  }
+}
+
+NullableString AddCardRequest::useCase() const {
+  const auto* card = valueForKey(body, "credit_card").dictionary();
+  const auto* useCase = card ? valueForKey(*card, "use_case").string() : nullptr;
+  return useCase ? NullableString(*useCase) : std::nullopt;
+}
 
 Dictionary AddCardBody::JSONRepresentation() const {
   Dictionary card;

@@ -1,4 +1,5 @@
-// What the sandbox's host writes into a request to register a card. Private to the sandbox.
+// What the host writes into a request to register a card. Private to the sandbox, server and
+// client.
 #pragma once
 
 #include <cstdint>
@@ -28,6 +29,15 @@ class AddCardBody final : public HLVSDKAddCreditCardRequestInfo::Body {
   const std::shared_ptr<HLVSDKPaymentInstrument> card_;
   const std::shared_ptr<HLVSDKPaymentBillingAddress> address_;
   std::int64_t provider_ = 0;
+};
+
+/// A request as it is when it is handed over: its body, or why it cannot be sent.
+struct AddCardRequest {
+  explicit AddCardRequest(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request);
+  NullableString useCase() const;
+
+  Dictionary body;
+  ErrorPtr problem;
 };
 
 }  // namespace hlv::sandbox

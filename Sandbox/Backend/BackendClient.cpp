@@ -1,7 +1,7 @@
 #include "Sandbox/Backend/BackendClient.h"
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
+#include "Sandbox/Backend/AddCardBody.h"
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/StoredCard.h"
 #include "Sandbox/Backend/UpdateGuestRequest.h"
@@ -11,33 +11,10 @@
 namespace hlv::sandbox {
 namespace {
 
-ErrorPtr invalidRequest(const std::string& sentence) {
-  return SandboxError::make(backendErrorDomain, BackendErrorCode::invalidRequest, sentence);
-}
-
 using backend::Caller;
 
 Caller callerFor(const std::shared_ptr<HLVSDKGuest>& guest) {
   return {Caller::Kind::app, send(guest, &HLVSDKGuest::email)};
-}
-
-/// A request as it was when it was handed over: its body, or why it cannot be sent.
-struct AddRequest {
-  Dictionary body;
-  ErrorPtr problem;
-};
-
-AddRequest readRequest(const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
-  if (!request) return {{}, invalidRequest("There is no request to add a card.")};
-  ErrorPtr problem;
-  if (request->isValid(&problem)) return {request->JSONRepresentation(), nullptr};
-  return {{}, problem ? problem : invalidRequest("The request to add a card is not valid.")};
-}
-
-NullableString useCaseOf(const Dictionary& body) {
-  const auto* card = valueForKey(body, "credit_card").dictionary();
-  const auto* useCase = card ? valueForKey(*card, "use_case").string() : nullptr;
-  return useCase ? NullableString(*useCase) : std::nullopt;
 }
 
 std::shared_ptr<HLVSDKCreditCard> objectOf(BackendCard card) {
@@ -73,8 +50,8 @@ void BackendClient::addCreditCardForGuest(
     const std::shared_ptr<HLVSDKGuest>& guest,
     const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
     HLVSDKGuestCardCompletion completion) {
-  auto request = readRequest(requestInfo);
-  Call call{Operation::addCard, useCaseOf(request.body)};
+  AddCardRequest request(requestInfo);
+  Call call{Operation::addCard, request.useCase()};
   service_.take(std::move(call), std::move(completion),
                 [guests = guests_, caller = callerFor(guest), request = std::move(request)](
                     Database& database, auto) {

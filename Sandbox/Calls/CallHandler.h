@@ -1,5 +1,5 @@
 // What both services do with every call, wherever it comes from: fail while the network is off,
-// meet an armed fault, and turn refusals into results. Private to the sandbox and the server.
+// meet an armed fault, and turn refusals into results. Private to the sandbox, server and client.
 //
 // Threading: inside `Store::write`.
 #pragma once

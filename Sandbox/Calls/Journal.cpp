@@ -134,10 +134,4 @@ std::vector<Journal::Operation> Journal::since(std::int64_t event) const {
   });
 }
 
-std::int64_t Journal::oldest() const {
-  return store_->read([](Database& database) {
-    return database.integer("SELECT coalesce(min(number), 0) FROM operations");
-  });
-}
-
 }  // namespace hlv::sandbox

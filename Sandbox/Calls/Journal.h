@@ -60,8 +60,6 @@ class Journal {
   std::vector<Operation> last(std::size_t count) const;
   /// What was recorded after the event of that number, and in which operations, both oldest first.
   std::vector<Operation> since(std::int64_t event) const;
-  /// The number of the oldest operation that is kept; 0 for none.
-  std::int64_t oldest() const;
 
  private:
   const std::shared_ptr<Store> store_;

@@ -1,6 +1,6 @@
 #include "Sandbox/Calls/Service.h"
 
-#include "Sandbox/Errors/TransportError.h"
+#include "Sandbox/Errors/SandboxError.h"
 
 namespace hlv::sandbox {
 

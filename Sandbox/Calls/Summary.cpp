@@ -3,16 +3,6 @@
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 
 namespace hlv::sandbox {
-namespace {
-
-template <class Items>
-std::string counted(const Items& items, const std::string& noun) {
-  if (!items) return "no list";
-  return std::to_string(items->size()) + " " + noun + (items->size() == 1 ? "" : "s");
-}
-
-}  // namespace
-
 std::string summary(const ErrorPtr& error) {
   return error ? "error " + error->domain() + " " + std::to_string(error->code()) : "";
 }

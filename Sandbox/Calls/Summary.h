@@ -12,6 +12,13 @@
 
 namespace hlv::sandbox {
 
+/// "2 cards", "1 card" or "no list".
+template <class Items>
+std::string counted(const Items& items, const std::string& noun) {
+  if (!items) return "no list";
+  return std::to_string(items->size()) + " " + noun + (items->size() == 1 ? "" : "s");
+}
+
 std::string summary(const ErrorPtr& error);
 std::string summary(const NullableString& token);
 /// A guest says nothing new.

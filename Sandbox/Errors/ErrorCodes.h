@@ -8,6 +8,8 @@ inline constexpr const char* paymentErrorDomain = "HLVPaymentErrorDomain";
 inline constexpr const char* argumentErrorDomain = "HLVArgumentErrorDomain";
 inline constexpr const char* backendErrorDomain = "HLVBackendErrorDomain";
 inline constexpr const char* providerErrorDomain = "PLVErrorDomain";
+/// What goes wrong between a client and a service, by an armed fault or for real.
+inline constexpr const char* transportErrorDomain = "HLVTransportErrorDomain";
 
 /// In `urlErrorDomain`.
 enum class URLErrorCode { notConnected = 1 };
@@ -40,6 +42,17 @@ enum class BackendErrorCode {
   unknownGuest = 410,
   cardRefused = 422,
   storeFailed = 507,
+};
+
+/// In `transportErrorDomain`.
+enum class TransportErrorCode {
+  /// Nobody listens at the address.
+  unreachable = 1,
+  timedOut = 2,
+  /// The connection ended before a reply was whole.
+  broken = 3,
+  /// What came is no reply of the service.
+  unreadable = 4,
 };
 
 /// In `providerErrorDomain`.

@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "Sandbox/Errors/ErrorCodes.h"
 #include "Values/Error.h"
 #include "Values/Problem.h"
 
@@ -52,6 +53,7 @@ class SandboxError final : public Error {
 
 /// What both services reply while the network is off.
 ErrorPtr notConnectedError();
+ErrorPtr transportError(TransportErrorCode code);
 
 /// How a service's code ends a call that it refuses.
 class Refusal : public Problem {

@@ -129,7 +129,7 @@ bool hasUseCase(Operation operation) {
 Result<> checkFault(const Fault& fault) {
   constexpr std::int64_t longestDelay = 24LL * 60 * 60 * 1000;
   const std::string operation(textOf(fault.operation));
-  const std::string longest = std::to_string(longestDelay) + " milliseconds.";
+  const auto longest = std::to_string(longestDelay);
   const bool isError = fault.kind == FaultKind::error;
   const std::pair<bool, std::string> rules[] = {
       {suits(fault.kind, fault.operation),
@@ -139,8 +139,10 @@ Result<> checkFault(const Fault& fault) {
        "Calls of " + operation + " have no use case."},
       {!fault.useCase || isUseCase(*fault.useCase), unknownUseCase().sentence},
       {fault.remaining.value_or(1) >= 1, "A fault must meet at least one call."},
-      {lies(fault.delayMilliseconds, 0, longestDelay), "A delay lies between 0 and " + longest},
-      {lies(fault.spreadMilliseconds, 0, longestDelay), "A delay spreads by 0 to " + longest},
+      {lies(fault.delayMilliseconds, 0, longestDelay),
+       "A delay lies between 0 and " + longest + " milliseconds."},
+      {lies(fault.spreadMilliseconds, 0, longestDelay),
+       "A delay spreads by 0 to " + longest + " milliseconds."},
       {fault.kind != FaultKind::delay || fault.delayMilliseconds > 0 ||
            fault.spreadMilliseconds > 0,
        "A delay needs its milliseconds."},

@@ -32,8 +32,12 @@ Json jsonOf(const BackendGuest& guest) {
   return json;
 }
 
+AddressFields addressIn(const Json& json) {
+  return {textIn(json, keys::street), textIn(json, keys::city), textIn(json, keys::countryCode),
+          textIn(json, keys::zip), textIn(json, keys::businessName)};
+}
+
 BackendCard cardIn(const Json& json) {
-  const auto& address = objectIn(json, "billing_address");
   return {requiredTextIn(json, "id"),
           requiredTextIn(json, "brand"),
           requiredTextIn(json, "last_four_digits"),
@@ -42,9 +46,7 @@ BackendCard cardIn(const Json& json) {
           requiredTextIn(json, "card_holder"),
           requiredTextIn(json, "expiry_month"),
           requiredTextIn(json, "expiry_year"),
-          {textIn(address, keys::street), textIn(address, keys::city),
-           textIn(address, keys::countryCode), textIn(address, keys::zip),
-           textIn(address, keys::businessName)}};
+          addressIn(objectIn(json, "billing_address"))};
 }
 
 BackendGuest guestIn(const Json& json) {

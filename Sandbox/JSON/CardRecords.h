@@ -13,6 +13,7 @@ Json jsonOf(const BackendCard& card);
 /// Without cards that are missing: the minimal form.
 Json jsonOf(const BackendGuest& guest);
 
+AddressFields addressIn(const Json& json);
 BackendCard cardIn(const Json& json);
 BackendGuest guestIn(const Json& json);
 

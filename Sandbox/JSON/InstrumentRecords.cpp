@@ -32,9 +32,10 @@ std::string takeText(Json& card, const char* key) {
 
 }  // namespace
 
-Json listedJson(std::int64_t number, const ProviderInstrument& instrument) {
+Json jsonOf(const NumberedInstrument& listed) {
+  const auto& instrument = listed.values;
   return {{"identifier", orNull(instrument.identifier)},
-          {"number", number},
+          {"number", listed.number},
           {"masked_number", instrument.maskedPan},
           {"brand", instrument.brand},
           {"expiry_month", instrument.expiryMonth},
@@ -42,8 +43,7 @@ Json listedJson(std::int64_t number, const ProviderInstrument& instrument) {
           {"state", instrument.state}};
 }
 
-std::pair<std::int64_t, ProviderInstrument> listedInstrumentIn(const Json& json,
-                                                               const std::string& useCase) {
+NumberedInstrument listedInstrumentIn(const Json& json, const std::string& useCase) {
   return {requiredIntegerIn(json, "number"), valuesIn(json, useCase)};
 }
 

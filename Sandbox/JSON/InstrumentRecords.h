@@ -3,9 +3,7 @@
 // Threading: pure functions; any. Readers throw `InvalidRecord`.
 #pragma once
 
-#include <cstdint>
 #include <string>
-#include <utility>
 
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/JSON/Json.h"
@@ -13,11 +11,9 @@
 
 namespace hlv::sandbox {
 
-/// In a list of the provider's, where the number distinguishes instruments that have no identifier.
-/// The list is of one use case, which its JSON leaves out.
-Json listedJson(std::int64_t number, const ProviderInstrument& instrument);
-std::pair<std::int64_t, ProviderInstrument> listedInstrumentIn(const Json& json,
-                                                               const std::string& useCase);
+/// In a list of the provider's, which is of one use case, and whose JSON leaves it out.
+Json jsonOf(const NumberedInstrument& listed);
+NumberedInstrument listedInstrumentIn(const Json& json, const std::string& useCase);
 
 /// As the provider stores it.
 Json jsonOf(const ProviderInstrument& instrument);

@@ -10,16 +10,33 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
-#include "Sandbox/JSON/InvalidRecord.h"
 #include "Values/NullableString.h"
+#include "Values/Problem.h"
 #include "Values/Value.h"
 
 // Compiled once, in Json.cpp.
 extern template class nlohmann::basic_json<nlohmann::ordered_map>;
 
 namespace hlv::sandbox {
+
+/// What a reader of records throws. The sentence holds nothing of what was read.
+///
+/// Threading: immutable; any.
+class InvalidRecord : public Problem {
+ public:
+  InvalidRecord(std::string code, const std::string& sentence)
+      : Problem(sentence), code_(std::move(code)) {}
+
+  /// Stable, for programs to compare: "malformed-json", "wrong-type", "unknown-member" or
+  /// "unreadable-text".
+  const std::string& code() const { return code_; }
+
+ private:
+  std::string code_;
+};
 
 /// Members keep the order in which they were written.
 using Json = nlohmann::ordered_json;

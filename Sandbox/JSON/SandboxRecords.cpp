@@ -1,7 +1,5 @@
 #include "Sandbox/JSON/SandboxRecords.h"
 
-#include "Sandbox/JSON/InvalidRecord.h"
-
 namespace hlv::sandbox {
 namespace {
 

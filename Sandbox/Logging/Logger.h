@@ -8,9 +8,20 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "Sandbox/Calls/Journal.h"
-#include "Sandbox/Logging/LogSink.h"
+#include "Values/Result.h"
+
+namespace spdlog {
+class logger;
+}
 
 namespace hlv::sandbox {
+
+/// Where lines go. Each is written out when it was logged. Threading: any.
+using LogSink = std::shared_ptr<spdlog::logger>;
+/// Appends to a file, which belongs to its owner alone if it is made here.
+Result<LogSink> fileSink(const std::string& path);
+[[nodiscard]] LogSink standardErrorSink();
+[[nodiscard]] LogSink nullSink();
 
 /// Card numbers come out masked.
 ///

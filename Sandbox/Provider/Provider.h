@@ -27,11 +27,6 @@ NullableString createUserToken(Database& database, const NullableString& email,
 void addInstrument(Database& database, const EnteredCard* card, const NullableString& token,
                    const NullableString& useCase, std::optional<FaultKind> fault);
 
-/// An instrument, and the number of its row, which names it when it has no identifier.
-struct NumberedInstrument {
-  std::int64_t number = 0;
-  ProviderInstrument values;
-};
 /// Oldest first; missing where the fault says so.
 std::optional<std::vector<NumberedInstrument>> listInstruments(Database& database,
                                                                const NullableString& token,

@@ -17,4 +17,10 @@ struct ProviderInstrument {
   std::uint64_t state = 0;
 };
 
+/// One of a list, with the number of its row, which names it when it has no identifier.
+struct NumberedInstrument {
+  std::int64_t number = 0;
+  ProviderInstrument values;
+};
+
 }  // namespace hlv::sandbox

@@ -7,7 +7,6 @@
 #include "Sandbox/Faults/FaultTables.h"
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Store/Clock.h"
-#include "Sandbox/Store/KeptReplies.h"
 
 namespace hlv::sandbox {
 
@@ -15,10 +14,9 @@ void forgetEverything(Database& database) {
   backend::forgetAll(database);
   provider::forgetAll(database);
   removeAllFaults(database);
-  forgetKeptReplies(database);
   resetSandboxTime(database);
   writeNetworkState(database, 1);
-  for (const char* table : {"firings", "events", "operations"}) {
+  for (const char* table : {"kept_replies", "firings", "events", "operations"}) {
     database.run(std::string("DELETE FROM ") + table);
   }
 }

@@ -2,16 +2,18 @@
 #include <utility>
 
 #include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/Masking/MaskedText.h"
-#include "Server/Api/Callers.h"
+#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
 namespace {
 
 namespace backend = sandbox::backend;
+using backend::Caller;
 using sandbox::Call;
 using sandbox::CallHandler;
 using sandbox::Database;
@@ -66,6 +68,12 @@ std::optional<std::string> useCaseOf(const Json& body) {
   return sandbox::textIn(sandbox::objectIn(body, "credit_card"), "use_case");
 }
 
+Caller callerOf(const Exchange& exchange) {
+  const auto session = sessionOf(exchange.request);
+  return {session ? Caller::Kind::session : Caller::Kind::anyone, exchange.part(2),
+          session.value_or("")};
+}
+
 /// A reply about a guest who was changed. Its size grows with the guest's cards, unless the caller
 /// prefers it minimal.
 struct GuestReply {
@@ -93,7 +101,7 @@ void addGuests(ApiRoutes& routes) {
     return jsonReply(200, body);
   });
   routes.write("DELETE", "v1/session", [](Database& database, const Exchange& exchange) {
-    backend::endSession(database, sessionOf(exchange).value_or(""));
+    backend::endSession(database, sessionOf(exchange.request).value_or(""));
     return jsonReply(204, nullptr);
   });
   routes.read(path, [](Database& database, const Exchange& exchange) {
@@ -120,7 +128,7 @@ void addCards(ApiRoutes& routes) {
         [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
           const auto list = backend::fetchCards(database, caller, fault);
           auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::listOf(*list) : Json()}});
-          return CallReply{std::move(reply), counted(list, "card")};
+          return CallReply{std::move(reply), sandbox::counted(list, "card")};
         });
   });
   routes.add("POST", cards, [](const Exchange& exchange) {

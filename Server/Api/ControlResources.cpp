@@ -13,11 +13,10 @@
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Reset.h"
 #include "Sandbox/Testing/Scenarios.h"
-#include "Server/Api/Callers.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Har.h"
+#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
-#include "Server/Api/SandboxClock.h"
 
 namespace hlv::server {
 namespace {
@@ -111,14 +110,15 @@ HttpReply sidesReply(Database& database, int status, const std::string& guest) {
 void addSides(ApiRoutes& routes) {
   routes.read("v1/sandbox/sides", [](Database& database, const Exchange& exchange) {
     const auto guest =
-        guestMeant(database, exchange.request.queryValue("guest"), sessionOf(exchange));
+        guestMeant(database, exchange.request.queryValue("guest"), sessionOf(exchange.request));
     return sidesReply(database, 200, guest);
   });
   routes.write("POST", "v1/sandbox/scenarios", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"name", "guest"});
     const auto scenario = scenarioIn(body);
-    const auto guest = guestMeant(database, sandbox::textIn(body, "guest"), sessionOf(exchange));
+    const auto guest =
+        guestMeant(database, sandbox::textIn(body, "guest"), sessionOf(exchange.request));
     requirePossible("scenario-refused",
                     [&] { return sandbox::makeScenario(database, guest, scenario); });
     return sidesReply(database, 200, guest);
@@ -130,7 +130,7 @@ void addSides(ApiRoutes& routes) {
     fields.useCase = sandbox::textIn(body, "use_case").value_or(fields.useCase);
     const auto card = sandbox::EnteredCard::make(std::move(fields));
     replyWriting(exchange, [card, named = sandbox::textIn(body, "guest"),
-                            session = sessionOf(exchange)](Database& database) {
+                            session = sessionOf(exchange.request)](Database& database) {
       const auto guest = guestMeant(database, named, session);
       requirePossible("instrument-refused", [&] {
         sandbox::provider::storeOrphan(database, guest, *card);

@@ -5,7 +5,7 @@
 
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Errors/SandboxError.h"
-#include "Sandbox/JSON/InvalidRecord.h"
+#include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Store.h"
 #include "Server/Http/HttpError.h"
 

@@ -150,7 +150,8 @@ void RequestTrace::add(const std::string& from, const std::string& to, const std
                        const std::string& result) {
   const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::system_clock::now().time_since_epoch());
-  events.push_back({now.count(), from, to, what, result});
+  events.push_back(
+      {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now.count()});
 }
 
 HttpReply jsonReply(int status, const Json& body) {

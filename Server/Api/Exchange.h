@@ -21,7 +21,7 @@ struct RequestTrace {
   /// Whose request it is; held, so that it is open when the request ends. Null for none.
   std::shared_ptr<World> world;
   std::optional<sandbox::FaultKind> fault;
-  std::vector<RequestEvent> events;
+  std::vector<sandbox::Event> events;
 
   void add(const std::string& from, const std::string& to, const std::string& what,
            const std::string& result = {});

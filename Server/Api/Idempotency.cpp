@@ -4,15 +4,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <initializer_list>
-#include <memory>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "Sandbox/JSON/Json.h"
-#include "Sandbox/Store/KeptReplies.h"
+#include "Sandbox/Store/Identifiers.h"
+#include "Sandbox/Store/Settings.h"
 #include "Server/Http/HttpError.h"
+#include "Values/Wiped.h"
 
 namespace hlv::server {
 namespace {
@@ -20,20 +21,21 @@ namespace {
 using sandbox::Database;
 using sandbox::Json;
 
+constexpr std::int64_t repliesKept = 10'000;
+constexpr const char* saltSetting = "kept-replies-salt";
+
 /// Of texts each with its length, so that none can pass for a part of another.
 std::string digestOf(std::initializer_list<std::string_view> texts) {
-  const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(),
-                                                                        &EVP_MD_CTX_free);
-  bool isGood = context && EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) == 1;
-  for (const auto text : texts) {
-    const auto size = std::to_string(text.size()) + ":";
-    isGood = isGood && EVP_DigestUpdate(context.get(), size.data(), size.size()) == 1 &&
-             EVP_DigestUpdate(context.get(), text.data(), text.size()) == 1;
-  }
+  std::size_t size = 0;
+  for (const auto text : texts) size += text.size() + 21;
+  std::string whole;
+  const Wiped wiped(whole);
+  whole.reserve(size);
+  for (const auto text : texts) whole.append(std::to_string(text.size())).append(":").append(text);
   std::array<unsigned char, EVP_MAX_MD_SIZE> bytes{};
   unsigned count = 0;
-  if (!isGood || EVP_DigestFinal_ex(context.get(), bytes.data(), &count) != 1) {
-    throw std::runtime_error("No digest can be made.");
+  if (EVP_Digest(whole.data(), whole.size(), bytes.data(), &count, EVP_sha256(), nullptr) != 1) {
+    throw Problem("No digest can be made.");
   }
   // Letters only, so that none looks like a card number.
   std::string digest;
@@ -68,15 +70,15 @@ IdempotentRequest IdempotentRequest::of(const HttpRequest& request, const std::s
 
 std::optional<HttpReply> IdempotentRequest::keptReply(Database& database,
                                                       const std::string& requestID) const {
-  const auto kept = sandbox::findKeptReply(database, key_);
-  if (!kept) return std::nullopt;
-  if (kept->request != digest_) {
+  auto row = database.query("SELECT request, status, body FROM kept_replies WHERE key = ?", key_);
+  if (!row.next()) return std::nullopt;
+  if (row.text(0) != digest_) {
     throw HttpError(422, "idempotency-key-reused",
                     "The idempotency key belongs to another request.");
   }
   HttpReply reply;
-  reply.status = static_cast<int>(kept->status);
-  reply.body = kept->body;
+  reply.status = static_cast<int>(row.integer(1));
+  reply.body = row.text(2);
   constexpr int firstError = 400;
   if (reply.status < firstError) return reply;
   auto body = Json::parse(reply.body);
@@ -89,7 +91,16 @@ std::optional<HttpReply> IdempotentRequest::keptReply(Database& database,
 void IdempotentRequest::keep(Database& database, const HttpReply& reply) const {
   constexpr int firstFailure = 500;
   if (reply.status >= firstFailure) return;
-  sandbox::keepReply(database, key_, {digest_, reply.status, reply.body});
+  database.run("INSERT INTO kept_replies (key, request, status, body) VALUES (?, ?, ?, ?)", key_,
+               digest_, std::int64_t{reply.status}, reply.body);
+  database.run("DELETE FROM kept_replies WHERE number <= ?", database.lastRow() - repliesKept);
+}
+
+std::string IdempotentRequest::salt(Database& database) {
+  if (const auto known = sandbox::readSetting(database, saltSetting)) return *known;
+  auto made = sandbox::randomLetters(32);
+  sandbox::writeSetting(database, saltSetting, made);
+  return made;
 }
 
 }  // namespace hlv::server

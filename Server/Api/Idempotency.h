@@ -27,8 +27,11 @@ class IdempotentRequest {
   /// belongs to another request.
   std::optional<HttpReply> keptReply(sandbox::Database& database,
                                      const std::string& requestID) const;
-  /// Keeps a reply that is no failure of the service.
+  /// Keeps a reply that is no failure of the service, and the last ten thousand of all.
   void keep(sandbox::Database& database, const HttpReply& reply) const;
+
+  /// The store's own; mixed into every digest.
+  static std::string salt(sandbox::Database& database);
 
  private:
   std::string key_;

@@ -7,7 +7,6 @@
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Provider/Provider.h"
-#include "Server/Api/Callers.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -27,15 +26,6 @@ const CallHandler& service() {
 
 std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
   return sandbox::EnteredCard::make(sandbox::takeNewCard(body));
-}
-
-Json jsonOf(const std::optional<std::vector<provider::NumberedInstrument>>& instruments) {
-  if (!instruments) return nullptr;
-  auto list = Json::array();
-  for (const auto& [number, values] : *instruments) {
-    list.push_back(sandbox::listedJson(number, values));
-  }
-  return list;
 }
 
 /// The number that names an instrument without an identifier.
@@ -73,8 +63,8 @@ void addInstruments(ApiRoutes& routes) {
         exchange, service(), {Operation::listInstruments, useCase}, true, false,
         [token = exchange.part(2), useCase](Database& database, std::optional<FaultKind> fault) {
           const auto list = provider::listInstruments(database, token, useCase, fault);
-          return CallReply{jsonReply(200, {{"instruments", jsonOf(list)}}),
-                           counted(list, "instrument")};
+          auto reply = jsonReply(200, {{"instruments", list ? sandbox::listOf(*list) : Json()}});
+          return CallReply{std::move(reply), sandbox::counted(list, "instrument")};
         });
   });
   routes.add("POST", instruments, [](const Exchange& exchange) {

@@ -13,8 +13,8 @@
 #include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
-#include "Sandbox/Store/KeptReplies.h"
-#include "Server/Api/SandboxClock.h"
+#include "Server/Api/Idempotency.h"
+#include "Server/Api/Inputs.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {
@@ -301,7 +301,7 @@ std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandb
   if (wanted.snapshot) draft->replaceBy(snapshots_.pathOf(*wanted.snapshot));
   draft->write([&](Database& database) {
     RequestLog::clear(database);
-    sandbox::keptRepliesSalt(database);
+    IdempotentRequest::salt(database);
     if (wanted.seed) sandbox::storeSeed(database, *wanted.seed);
     if (wanted.clock) moveClock(database, clockTimeIn(*wanted.clock));
   });

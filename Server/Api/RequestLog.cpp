@@ -33,7 +33,7 @@ constexpr char eventEnd = '\x1e';
 
 /// As it is stored, which is written far more often than it is read. Times count from the
 /// request's: the digits of a whole one may look like a piece of a card number.
-std::string packed(const std::vector<RequestEvent>& events, std::int64_t start) {
+std::string packed(const std::vector<sandbox::Event>& events, std::int64_t start) {
   std::string text;
   for (const auto& event : events) {
     text += std::to_string(event.at - start);

@@ -10,22 +10,13 @@
 #include <string>
 #include <vector>
 
+#include "Sandbox/Calls/Journal.h"
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Database.h"
 
 namespace hlv::server {
 
 using sandbox::Json;
-
-/// What one service did for a request.
-struct RequestEvent {
-  /// Milliseconds since 1970.
-  std::int64_t at = 0;
-  std::string from;
-  std::string to;
-  std::string what;
-  std::string result = {};
-};
 
 /// One request and what became of it. Texts are masked where they are written.
 struct RequestRecord {
@@ -45,7 +36,8 @@ struct RequestRecord {
   std::size_t replyBytes = 0;
   /// The error's code.
   std::string code;
-  std::vector<RequestEvent> events;
+  /// What the services did for it.
+  std::vector<sandbox::Event> events;
 };
 
 /// Which requests are asked for.

@@ -14,9 +14,6 @@ void addControlRoutes(ApiRoutes& routes, Registry& registry);
 /// Below none: of all sandboxes and snapshots.
 void addSandboxRoutes(ApiRoutes& routes, Registry& registry);
 
-/// A number of the query from `least` to `greatest`. Throws `HttpError` for what is none.
-std::int64_t numberIn(const HttpRequest& request, const std::string& name, std::int64_t otherwise,
-                      std::int64_t least, std::int64_t greatest);
 /// Describes a sandbox as it is then.
 std::function<HttpReply()> describing(Registry& registry, const std::string& id);
 

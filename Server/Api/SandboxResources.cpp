@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "Sandbox/JSON/SandboxRecords.h"
+#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -23,17 +24,6 @@ HttpReply page(std::vector<sandbox::SandboxDescription> sandboxes, std::size_t l
 }
 
 }  // namespace
-
-std::int64_t numberIn(const HttpRequest& request, const std::string& name, std::int64_t otherwise,
-                      std::int64_t least, std::int64_t greatest) {
-  const auto text = request.queryValue(name);
-  if (!text) return otherwise;
-  const auto value = sandbox::numberOf(*text);
-  if (!value || *value < least || *value > greatest) {
-    throw HttpError(422, "wrong-type", "'" + name + "' is no number of this kind.");
-  }
-  return *value;
-}
 
 std::function<HttpReply()> describing(Registry& registry, const std::string& id) {
   return [&registry, id] { return jsonReply(200, sandbox::jsonOf(registry.describe(id))); };

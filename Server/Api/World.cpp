@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Sandbox/Backend/BackendTables.h"
-#include "Sandbox/Store/KeptReplies.h"
+#include "Server/Api/Idempotency.h"
 
 namespace hlv::server {
 
@@ -19,7 +19,7 @@ World::World(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Write
 
 void World::readSalt() {
   // There from the first time on, and then no write waits for the disk.
-  auto salt = store_->write(sandbox::keptRepliesSalt);
+  auto salt = store_->write(IdempotentRequest::salt);
   const std::lock_guard lock(mutex_);
   salt_ = std::move(salt);
 }

@@ -94,9 +94,7 @@ HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
 sandbox::AddressFields addressIn(const Json& json) {
   sandbox::requireKnownMembers(
       json, {keys::street, keys::city, keys::countryCode, keys::zip, keys::businessName});
-  return {sandbox::textIn(json, keys::street), sandbox::textIn(json, keys::city),
-          sandbox::textIn(json, keys::countryCode), sandbox::textIn(json, keys::zip),
-          sandbox::textIn(json, keys::businessName)};
+  return sandbox::addressIn(json);
 }
 
 }  // namespace hlv::server

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
-#include <boost/asio/redirect_error.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/http/read.hpp>
 #include <utility>
@@ -25,11 +24,6 @@ constexpr auto eventPause = 50ms;
 /// How many times in a row a stream may have nothing new before an empty line shows both
 /// sides that the other is there.
 constexpr int mostSilence = 100;
-
-/// Completes the operation with its error in `error`.
-auto into(beast::error_code& error) {
-  return asio::redirect_error(asio::use_awaitable_t<LoopExecutor>(), error);
-}
 
 bool isOfTransport(const beast::error_code& error) {
   return error.category() != http::make_error_code(http::error::bad_method).category() ||

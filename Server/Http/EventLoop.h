@@ -4,7 +4,9 @@
 #include <atomic>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/redirect_error.hpp>
 #include <boost/asio/steady_timer.hpp>
+#include <boost/asio/use_awaitable.hpp>
 #include <chrono>
 #include <cstddef>
 #include <memory>
@@ -18,6 +20,11 @@ namespace hlv::server {
 using LoopExecutor = boost::asio::io_context::executor_type;
 using LoopTimer = boost::asio::basic_waitable_timer<
     std::chrono::steady_clock, boost::asio::wait_traits<std::chrono::steady_clock>, LoopExecutor>;
+
+/// Completes a coroutine's operation with its error in `error`.
+inline auto into(boost::system::error_code& error) {
+  return boost::asio::redirect_error(boost::asio::use_awaitable_t<LoopExecutor>(), error);
+}
 
 struct EventLoop {
   std::size_t index = 0;

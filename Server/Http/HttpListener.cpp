@@ -1,5 +1,7 @@
 #include "Server/Http/HttpListener.h"
 
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <utility>
 
@@ -14,16 +16,11 @@ using ErrorCode = boost::system::error_code;
 
 /// Before another look at connections that could not be taken.
 constexpr std::chrono::milliseconds acceptPause{20};
-/// How many connections are taken before others of the loop have their turn.
-constexpr int connectionsAtOnce = 64;
 
 template <class Acceptor>
 void bind(Acceptor& acceptor, const tcp::endpoint& endpoint, ErrorCode& error) {
   acceptor.open(endpoint.protocol(), error);
   if (!error) acceptor.set_option(asio::socket_base::reuse_address(true), error);
-  // Without it the library waits for another connection in the place of one that was given up.
-  const asio::socket_base::enable_connection_aborted isAborted(true);
-  if (!error) acceptor.set_option(isAborted, error);
   if (!error) acceptor.bind(endpoint, error);
 }
 
@@ -44,15 +41,13 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
   int listen(const tcp::endpoint& endpoint, ErrorCode& error) {
     bind(acceptor_, endpoint, error);
     if (!error) acceptor_.listen(asio::socket_base::max_listen_connections, error);
-    if (!error) acceptor_.non_blocking(true, error);
     return error ? 0 : acceptor_.local_endpoint(error).port();
   }
 
-  void await() {
-    acceptor_.async_wait(asio::socket_base::wait_read,
-                         [self = shared_from_this()](const ErrorCode& error) {
-                           if (!error) self->accept();
-                         });
+  void start() {
+    asio::co_spawn(
+        acceptor_.get_executor(), [self = shared_from_this()] { return self->accept(); },
+        asio::detached);
   }
 
   void close() {
@@ -62,29 +57,32 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
   }
 
  private:
-  void accept() {
-    for (int i = 0; i < connectionsAtOnce && acceptor_.is_open(); ++i) {
-      // This and the listener hold it too.
-      const auto connections = static_cast<std::size_t>(listener_.use_count()) - 2;
-      if (connections >= listener_->options.limits.connections) return pause();
+  /// Until it is closed.
+  asio::awaitable<void, LoopExecutor> accept() {
+    while (acceptor_.is_open()) {
       auto& loop = loops_.loops[next_ % loops_.loops.size()];
-      ErrorCode error;
-      auto socket = acceptor_.accept(*loop.context, error);
-      if (error == asio::error::would_block || error == asio::error::connection_aborted) break;
-      if (error) return pause();
-      ++next_;
-      std::shared_ptr<Connection> connection(new Connection(std::move(socket), loop, listener_));
-      // Nothing of it stays here: it may end on its own loop at once.
-      asio::post(*loop.context, [connection = std::move(connection)] { connection->start(); });
+      ErrorCode error = asio::error::no_descriptors;
+      if (hasRoom()) {
+        auto socket = co_await acceptor_.async_accept(*loop.context, into(error));
+        if (!error) take(std::move(socket), loop);
+      }
+      if (!error || !acceptor_.is_open()) continue;
+      timer_.expires_after(acceptPause);
+      co_await timer_.async_wait(into(error));
     }
-    if (acceptor_.is_open()) await();
   }
 
-  void pause() {
-    timer_.expires_after(acceptPause);
-    timer_.async_wait([self = shared_from_this()](const ErrorCode& error) {
-      if (!error) self->accept();
-    });
+  bool hasRoom() const {
+    // This and the listener hold it too.
+    const auto connections = static_cast<std::size_t>(listener_.use_count()) - 2;
+    return connections < listener_->options.limits.connections;
+  }
+
+  void take(Connection::Socket socket, EventLoop& loop) {
+    ++next_;
+    auto connection = std::make_shared<Connection>(std::move(socket), loop, listener_);
+    // Nothing of it stays here: it may end on its own loop at once.
+    asio::post(*loop.context, [connection = std::move(connection)] { connection->start(); });
   }
 
   const std::shared_ptr<ListenerState> listener_;
@@ -123,7 +121,7 @@ class HttpListener::Impl {
     port_ = acceptor->listen(endpoint, error);
     if (error) return error;
     acceptor_ = acceptor;
-    asio::post(*acceptLoop_->context, [acceptor] { acceptor->await(); });
+    asio::post(*acceptLoop_->context, [acceptor] { acceptor->start(); });
     return error;
   }
 

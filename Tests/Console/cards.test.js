@@ -1,7 +1,7 @@
-// A guest's cards: typed and refused.
+// A card that somebody types.
 import assert from 'node:assert/strict';
 import { sees } from './person.js';
-import { atEachSize, onConsole } from './stage.js';
+import { onConsole } from './stage.js';
 
 onConsole('a typed card leaves nothing on the page but its last four digits', async (guest) => {
   const number = '4242'.repeat(4);
@@ -25,22 +25,4 @@ onConsole('a typed card leaves nothing on the page but its last four digits', as
   assert.ok(!digits.some((text) => text.includes(number)), 'the number is still there');
   const words = [await guest.page.innerText('body'), exports[0]].join('\n').split(/\W+/);
   assert.ok(!words.includes(code), 'the code is still there');
-});
-
-atEachSize('an add is refused, and says so, without network, and signing out is undone', async (guest) => {
-  await guest.signIn();
-  const network = guest.app.getByRole('switch', { name: 'Network' });
-  await network.uncheck();
-  await guest.sees('The network is off.');
-  await guest.add();
-  await guest.sees('No network connection is available. (HLVURLErrorDomain 1)');
-  await sees(guest.happened.getByText('There was no connection'));
-  await network.check();
-  await guest.sees('The network is on.');
-
-  await guest.button('Sign out').click();
-  await guest.sees('Signed out.');
-  await sees(guest.verdict.filter({ hasText: 'Nobody is signed in.' }));
-  await guest.button('Undo').click();
-  await guest.sees('Signed in again.');
 });

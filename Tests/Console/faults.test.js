@@ -1,83 +1,39 @@
 // What goes wrong, on purpose: faults, scenarios, and a server that dies.
 import assert from 'node:assert/strict';
 import { sees, seesCount } from './person.js';
-import { atEachSize, onConsole } from './stage.js';
+import { onConsole } from './stage.js';
 
-const faults = [
-  { kind: 'error', listed: 'createUserToken: error, code 500, once', shows: 'as the armed fault demands' },
-  { kind: 'never', shows: 'The kit has not called the completion' },
-  { kind: 'delay', delay: 120, listed: 'createUserToken: delay, 120 ms, once', shows: 'Added visa •••• 1111.' },
-];
-
-onConsole('an armed fault is listed, meets a call, and its result is shown', async (guest) => {
-  await guest.signIn();
-  for (const { kind, delay, shows, listed = `createUserToken: ${kind}, once` } of faults) {
-    await guest.arm('createUserToken', kind, { delay });
-    await sees(guest.faults.filter({ hasText: listed }));
-    await guest.add();
-    await guest.sees(shows);
-    await sees(guest.testing.getByText('No fault is armed.'));
-  }
-  await seesCount(guest.cards, 1);
-});
-
-atEachSize('faults last, are edited, removed and brought back, and have the kinds of their call', async (guest, server) => {
-  await guest.signIn();
-  await guest.arm('createUserToken', 'refused', { times: '' });
-  for (let time = 0; time < 2; ++time) {
-    await guest.add();
-    await guest.sees('The service cannot be reached.');
-  }
-  await guest.button('Edit createUserToken: refused, always').click();
-  await guest.testing.getByRole('combobox', { name: 'What happens' }).selectOption('error');
-  await guest.testing.getByLabel('HTTP status').fill('503');
+onConsole('a fault has the kinds of its call, and replies with its status and headers', async (guest, server) => {
   await guest.testing.getByText('Chance, spread').click();
+  await guest.testing.getByLabel('HTTP status').fill('503');
   await guest.testing.getByLabel('Headers').fill('Retry-After: 3');
-  await guest.button('Save').click();
-  const changed = 'createUserToken: error, code 500, status 503, Retry-After: 3, always';
-  await guest.sees(`Changed ${changed}.`);
+  await guest.arm('createUserToken', 'error');
+  await guest.sees('createUserToken: error, code 500, status 503, Retry-After: 3, once');
   const reply = await fetch(`${server.urls.provider}/v1/users`, {
     method: 'POST', headers: { 'X-API-Key': 'any', 'Content-Type': 'application/json' },
     body: JSON.stringify({ email: 'guest@example.com', credit_card: { number: '4242'.repeat(4), expiry_month: '12', expiry_year: '2035', security_code: '9'.repeat(3), card_holder: 'A. Guest' } }),
   });
   assert.deepEqual([reply.status, reply.headers.get('Retry-After')], [503, '3']);
-
   await guest.arm('deleteCreditCardWithID', 'cut');
   const kinds = await guest.testing.getByRole('combobox', { name: 'What happens' }).getByRole('option').allTextContents();
   assert.ok(kinds.includes('never') && !kinds.includes('no-token'), kinds.join());
-  await guest.button(`Remove ${changed}`).click();
-  await guest.sees(`Removed ${changed}.`);
-  await seesCount(guest.faults, 1);
-  await guest.button('Undo').click();
-  await guest.sees('Armed again.');
-  await guest.button('Disarm all').click();
-  await sees(guest.testing.getByText('No fault is armed.'));
 });
 
-const agree = 'Both sides agree.';
 const scenarios = [
-  { name: 'instrument without card', rows: [1, 1], seen: '1 does not match.', mended: [1, 0], left: agree },
-  { name: 'half deleted', rows: [0, 1], seen: '1 does not match.', mended: [0, 0], left: agree },
-  { name: 'same card twice', rows: [1, 1], seen: '1 does not match.', mended: [1, 0], left: agree },
-  { name: 'card without instrument', rows: [0, 1], seen: '1 does not match.', mended: [0, 1], left: '1 does not match.' },
-  { name: 'lost token', rows: [1, 0], seen: 'The backend has no token', mended: [1, 0], left: 'The backend has no token' },
+  { name: 'instrument without card', matched: 1, drifted: 1, verdict: '1 does not match.' },
+  { name: 'card without instrument', matched: 0, drifted: 1, verdict: '1 does not match.' },
+  { name: 'lost token', matched: 1, drifted: 0, verdict: 'The backend has no token' },
 ];
 
-onConsole('drift is marked until the kit has mended what it can', async (guest) => {
-  for (const { name, rows, seen, mended, left } of scenarios) {
-    const seesBoth = async (verdict, [matched, drifted]) => {
-      await sees(guest.verdict.filter({ hasText: verdict }));
-      await seesCount(guest.matched, matched);
-      await seesCount(guest.drifted, drifted);
-    };
+onConsole('drift is marked, and the same to a page that begins later', async (guest) => {
+  for (const { name, matched, drifted, verdict } of scenarios) {
     await guest.app.getByLabel('E-mail address').fill(`${name.replaceAll(' ', '-')}@example.com`);
     await guest.settleIn();
     await guest.makeScenario(name);
-    await seesBoth(seen, rows);
-    await guest.comeToForeground();
-    // A page that begins now shows what came of it, and no earlier state.
     await guest.page.reload();
-    await seesBoth(left, mended);
+    await sees(guest.verdict.filter({ hasText: verdict }));
+    await seesCount(guest.matched, matched);
+    await seesCount(guest.drifted, drifted);
     await guest.button('Sign out').click();
     await guest.sees('Signed out.');
   }

@@ -25,7 +25,7 @@ function complaintsOf(context, url) {
 
 /**
  * A test that begins before a fresh console. What the page and the server said is shows when it
- * fails. The body gets a person, the server and a way to open another page beside it.
+ * fails. The body gets a person, the server, a way to open another page beside it and the size.
  */
 export function onConsole(name, body, view = {}) {
   test(name, { timeout: 60_000 }, async () => {
@@ -43,7 +43,7 @@ export function onConsole(name, body, view = {}) {
     let person;
     try {
       person = await open();
-      await body(person, server, open);
+      await body(person, server, open, context.pages()[0].viewportSize());
       assert.deepEqual(complaints, []);
       await context.close();
       assert.equal(await server.end(), 0, 'how the server ended');

@@ -14,6 +14,7 @@ namespace hlv::testing {
 namespace {
 
 using Finder = HLVSDKPaylevenPaymentInstrumentFinder;
+using HostRequest = HLVSDKAddCreditCardRequestInfo;
 using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 using Instruments = List<PLVCreditCardPaymentInstrument>;
 using Texts = std::vector<NullableString>;
@@ -177,6 +178,15 @@ TEST_F(ValueTest, ACardStandsForAnInstrumentByItsIdentifierOrElseByTheRest) {
       HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(nullptr, "")));
 }
 
+TEST_F(ValueTest, ACardIsAFurtherOneForAGuestWithAToken) {
+  const auto manager = makeManager();
+  forEvery({{&guest->token, fewTexts}}, [&] {
+    manager->addPaymentInstrument(card, address, guest, nullptr);
+    EXPECT_EQ(host->takeTrace().find("provider add") != std::string::npos,
+              length(guest->token) > 0);
+  });
+}
+
 TEST_F(ValueTest, TheFirstEmptyOrMissingFieldOfAnAddressIsReported) {
   const auto manager = makeManager();
   const Texts values{std::nullopt, "", "x"};
@@ -257,6 +267,8 @@ TEST_F(ValueTest, ARequestCarriesItsTokenInsideTheCardObject) {
                   verdict ? "host"
                   : valid ? "none"
                           : "invalid 'paylevenToken' value " + shown(token) + ", message nil");
+        EXPECT_EQ(HostRequest::initWithPaymentInstrument(card, address)->JSONRepresentation(),
+                  *host->requestBody);
         Dictionary expected = *host->requestBody;
         if (hostCard == Value(object) && token) {
           auto withToken = object;
@@ -270,6 +282,7 @@ TEST_F(ValueTest, ARequestCarriesItsTokenInsideTheCardObject) {
     }
   }
   host->requestBody = nullptr;
+  EXPECT_EQ(HostRequest::initWithPaymentInstrument(card, address), nullptr);
   EXPECT_EQ(HLVSDKAddPaylevenCreditCardRequestInfo::initWithPaymentInstrument(card, address, "t"),
             nullptr);
 }

@@ -18,6 +18,9 @@ using hlv::host_classes::kitEntry;
 - (void)synchronizePaymentInstruments {
   note("synchronizePaymentInstruments");
 }
+- (NSString*)paymentKey {
+  return @"of any object";
+}
 @end
 
 /// The kit's synchroniser, watched.
@@ -80,9 +83,16 @@ TEST_F(EnablingTest, AConfigurationBlockMakesAnImmutableRecord) {
   [key setString:@"changed"];
   EXPECT_TRUE([[record paymentKey] isEqual:@"key"]);
   EXPECT_FALSE([record isKindOfClass:[HLVSDKMutablePaylevenKitConfiguration class]]);
+  static_assert(
+      std::is_same_v<decltype([HLVSDKMutablePaylevenKitConfiguration configurationWithBlock:nil]),
+                     HLVSDKPaylevenKitConfiguration*>);
   HLVSDKPaylevenKitConfiguration* const copy = [[record copy] autorelease];
   EXPECT_NE(copy, record);
   EXPECT_EQ([copy paymentKey], [record paymentKey]) << "not copied again";
+  id const other = [[TestSubkit new] autorelease];
+  EXPECT_EQ([[[[HLVSDKPaylevenKitConfiguration alloc] initWithConfiguration:other] autorelease]
+                paymentKey],
+            [other paymentKey]);
 }
 
 TEST_F(EnablingTest, FaultsOfTheConfigurationAreAssertedAndNothingIsCreated) {
@@ -192,15 +202,21 @@ class SynchronizerTest : public ObjCTest {
     provider.lists.answer(std::nullopt, nullptr);
     provider.lists.answer(Instruments{}, nullptr);
   }
-  HLVSDKPaylevenPaymentInstrumentsSynchronizer* const synchronizer =
-      [[[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
-          initWithAPIManager:[HLVSDKAPIManager manager]
-              paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
+  /// To be released by the caller.
+  template <class Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer>
+  static Synchronizer* newSynchronizer() {
+    return [[Synchronizer alloc] initWithAPIManager:[HLVSDKAPIManager manager]
+                                     paylevenClient:[PLVInAppClient sharedInstance]];
+  }
 };
 
-TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndReportedOnTheMainThread) {
-  [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
-  EXPECT_TRUE([synchronizer isSynchronizing]);
+TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsReleasedMeanwhile) {
+  @autoreleasepool {
+    auto* const synchronizer = newSynchronizer();
+    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
+    EXPECT_TRUE([synchronizer isSynchronizing]);
+    [synchronizer release];
+  }
   const std::string said = host->takeTrace();
   EXPECT_NE(
       said.find("remote 4 \"%@\" <Will start synchrozation between external payment system and "
@@ -221,9 +237,7 @@ TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAndReportedOnTheMainThread)
 }
 
 TEST_F(SynchronizerTest, ItsStepsAreMessages) {
-  TestWatchedSynchronizer* const own = [[[TestWatchedSynchronizer alloc]
-      initWithAPIManager:[HLVSDKAPIManager manager]
-          paylevenClient:[PLVInAppClient sharedInstance]] autorelease];
+  auto* const own = [newSynchronizer<TestWatchedSynchronizer>() autorelease];
   [own synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
   EXPECT_NE(host->takeTrace().find("begins\nbackend fetch cards"), std::string::npos);
   backend.cardFetches.answer(Cards{fakeStoredCard}, nullptr);
@@ -235,6 +249,7 @@ TEST_F(SynchronizerTest, ItsStepsAreMessages) {
 }
 
 TEST_F(SynchronizerTest, PairsQueuesAndServicesAreTheAppsOwn) {
+  auto* const synchronizer = [newSynchronizer() autorelease];
   NSMutableArray* const keep = received.kept;
   [synchronizer fetchAllPaylevenPaymentInstrumentsForGuest:guest
                                                 completion:^(NSArray* all, NSError*) {

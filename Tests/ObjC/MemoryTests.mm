@@ -98,8 +98,11 @@ TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
   EXPECT_TRUE(backend.lastAddRequest->isValid(&error));
 }
 
-TEST_F(MemoryTest, AManagerThatIsReleasedReceivesNoNotificationAndLosesItsSuccesses) {
+TEST_F(MemoryTest, WhatIsReleasedReceivesNoNotificationAndAManagerLosesItsSuccesses) {
   @autoreleasepool {
+    fakeGuest->token = "tok";
+    [HLVSDKPayleven sharedInstance];
+    [HLVSDKPayleven resetSharedInstance];
     auto* const manager = newManager([HLVSDKReachability sharedReachability]);
     [manager addFirstPaymentInstrument:card
                         billingAddress:address
@@ -107,8 +110,10 @@ TEST_F(MemoryTest, AManagerThatIsReleasedReceivesNoNotificationAndLosesItsSucces
                             completion:guestCardReceiver()];
     [manager release];
   }
-  post(HLVSDKReachabilityDidChangeReachabilityStateNotification);
   host->takeTrace();
+  post(@"UIApplicationWillEnterForegroundNotification");
+  post(HLVSDKReachabilityDidChangeReachabilityStateNotification);
+  EXPECT_EQ(host->takeTrace(), "");
   provider.tokens.answer("tok", nullptr);
   EXPECT_EQ(host->takeTrace(), "") << "nobody is left to confirm the card";
   EXPECT_EQ(received.count, 0);
@@ -125,31 +130,6 @@ TEST_F(MemoryTest, AManagerMayGoInTheMiddleOfItsOwnCall) {
   EXPECT_EQ(provider.tokens.count(), 1u);
   provider.tokens.answer("tok", nullptr);
   EXPECT_EQ(received.count, 0);
-}
-
-TEST_F(MemoryTest, AnInstanceThatIsReleasedReceivesNoNotification) {
-  @autoreleasepool {
-    fakeGuest->token = "tok";
-    [HLVSDKPayleven sharedInstance];
-    [HLVSDKPayleven resetSharedInstance];
-  }
-  post(@"UIApplicationWillEnterForegroundNotification");
-  EXPECT_EQ(host->takeTrace(), "");
-}
-
-TEST_F(MemoryTest, ASynchroniserMayGoWhileItsQueueWorks) {
-  fakeGuest->token = "tok";
-  @autoreleasepool {
-    auto* const synchronizer = [[HLVSDKPaylevenPaymentInstrumentsSynchronizer alloc]
-        initWithAPIManager:[HLVSDKAPIManager manager]
-            paylevenClient:[PLVInAppClient sharedInstance]];
-    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
-    [synchronizer release];
-  }
-  backend.cardFetches.answer(Cards{}, nullptr);
-  for (int list = 0; list < 3; ++list) provider.lists.answer(Instruments{fakeInstrument}, nullptr);
-  runMainLoopUntil([&] { return received.count == 1; });
-  EXPECT_TRUE(received.success);
 }
 
 }  // namespace

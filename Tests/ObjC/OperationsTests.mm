@@ -44,13 +44,19 @@ static void* takeStep(id self, SEL step, void* first, void* second, void* third,
 }
 @end
 
-/// An app's own client of the backend, which keeps the block of an update.
+/// An app's own client of the backend, which keeps blocks; that of an update as it came.
 @interface TestBackend : HLVSDKAPIManager {
  @public
   GuestCardBlock updated;
+  GuestBlock deleted;
 }
 @end
 @implementation TestBackend
+- (void)deleteCreditCardWithID:(NSString*)ID
+                     fromGuest:(HLVSDKGuest*)guest
+                    completion:(GuestBlock)completion {
+  deleted = Block_copy(completion);
+}
 - (void)updateCreditCard:(NSString*)ID
           billingAddress:(NSDictionary*)billingAddress
                 forGuest:(HLVSDKGuest*)guest
@@ -179,6 +185,21 @@ TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndPassesErrorsThrough) {
   EXPECT_EQ(behind<hlv::HLVSDKGuest>(received.guest), updated);
   EXPECT_EQ(descriptionOf(received.error), "localized provider(localized refused)");
   EXPECT_EQ(received.count, 1);
+}
+
+TEST_F(OperationsTest, AReplyLeavesNothingInThePoolOfItsThread) {
+  fakeGuest->token = "tok";
+  fakeGuest->cards = Cards{fakeStoredCard};
+  TestBackend* const own = [[TestBackend new] autorelease];
+  [manager() setApiManager:own];
+  remove(@"card-1");
+  NSError* const refusal = makeError(@"refused");
+  NSAutoreleasePool* const services = [NSAutoreleasePool new];
+  own->deleted(nil, refusal);
+  EXPECT_EQ([services autoreleaseCount], 0u);
+  [services drain];
+  EXPECT_EQ(received.error, refusal);
+  Block_release(own->deleted);
 }
 
 TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {

@@ -80,11 +80,17 @@ def written(code):
 
 
 def swift_faults(dump):
-    """What Swift must know of the completions, out of the compiler's tree of the headers."""
+    """What Swift must know, out of the compiler's tree of the headers."""
     for owner in re.split(r"\n[|`]-ObjC(?=InterfaceDecl)", dump):
         if not re.match(r"InterfaceDecl .* HLVSDKPay(?:leven|mentManager)", owner):
             continue
-        for method in re.split(r"\n\| [|`]-ObjCMethodDecl", owner)[1:]:
+        declaration, *methods = re.split(r"\n\| [|`]-ObjCMethodDecl", owner)
+        if "AvailabilityAttr" not in declaration:
+            yield f"an oldest system is missing: {declaration.splitlines()[0]}"
+        named = {re.search(r" [-+] (\S+)", method)[1]: "SwiftNameAttr" in method for method in methods}
+        yield from (f"Swift imports two of this name: {selector}" for selector in named
+                    if not named[selector] and f"{selector}completion:" in named)
+        for method in methods:
             head = method.split("\n", 1)[0]
             waits = re.search(r" - (processAdded|fetchAll)", head) or (
                 " - updatePayment" in head and "PaymentInstrumentManager" in owner.split("\n")[0])

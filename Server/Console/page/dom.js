@@ -59,7 +59,7 @@ export function onSubmit(id, run) {
 export const onClick = (id, run) => find(id).addEventListener('click', ({ currentTarget }) => run(currentTarget));
 
 /** Where what is asked for says how it came out. */
-for (const place of document.querySelectorAll('.acts')) place.append(element('p', { class: 'outcome', role: 'status' }));
+for (const place of document.querySelectorAll('.acts')) place.append(element('p', { class: 'outcome', role: 'status', tabindex: -1 }));
 
 /**
  * Runs one action and says beside `button` how it came out. `done` makes the sentence of the result,
@@ -72,8 +72,9 @@ export async function act(button, what, done) {
   const show = (tone, ...parts) => {
     place.dataset.tone = tone;
     place.replaceChildren(...parts);
-    if (parts[0]) place.scrollIntoView({ block: 'nearest' });
   };
+  // What undoes goes away.
+  if (place.contains(button)) place.focus();
   for (const outcome of document.querySelectorAll('.outcome')) outcome.replaceChildren();
   try {
     const result = await what();

@@ -43,10 +43,17 @@ let stored = null;
 /** The number of the fault that the form changes; null arms a new one. */
 let edited = null;
 
+/** The focus goes on from what is hidden. */
+function show(id, isShown) {
+  const hadFocus = find(id) === document.activeElement;
+  find(id).hidden = !isShown;
+  if (hadFocus && !isShown) find('arm').focus({ preventScroll: true });
+}
+
 export function showFaults(news) {
   stored = news;
   const { faults } = news;
-  find('clear-faults').hidden = faults.length < 2;
+  show('clear-faults', faults.length > 1);
   showList(find('faults'), faults, (fault) => element('li', {},
     element('span', { class: 'grow' }, described(fault)),
     quiet('Edit', `Edit ${described(fault)}`, `edit ${fault.number}`, () => edit(fault)),
@@ -72,7 +79,7 @@ function edit(fault) {
   if (!fault && edited === null) return;
   edited = fault?.number ?? null;
   find('arm').textContent = fault ? 'Save' : 'Arm';
-  find('fault-cancel').hidden = !fault;
+  show('fault-cancel', Boolean(fault));
   form.reset();
   if (fault) form.elements.operation.value = fault.operation;
   // The kinds are those of the call.
