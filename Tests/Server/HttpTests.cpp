@@ -471,7 +471,7 @@ TEST_F(HttpTest, OverwritesWhatItReceived) {
       {head(size, "xml"), ""},
       {head(70'000), ""},
       {"GET /", " HTTP/9.9\r\n\r\n"},
-      {"GET / HTTP/1.1\r\nHost: ", "\r\n\r\n"},
+      {"GET / HTTP/1.1\r\nHost : ", "\r\n\r\n"},
   };
   for (const auto& [before, after] : rejected) {
     RawClient client(port);
