@@ -16,7 +16,7 @@ struct FakeError final : Error {
   explicit FakeError(std::string description) : text(std::move(description)) {}
   std::string text;
 
-  Text domain() const override { return "test"; }
+  hlv::Text domain() const override { return "test"; }
   std::int64_t code() const override { return 7; }
   NullableString localizedDescription() const override { return "localized " + text; }
   NullableString developerMessage() const override { return "developer " + text; }

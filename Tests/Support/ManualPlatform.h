@@ -24,7 +24,7 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
     void async(Block block) override {
       blocks_.push_back({std::move(block), owner_ ? *owner_ : 0});
     }
-    Text label() const override { return label_; }
+    hlv::Text label() const override { return label_; }
 
     /// Frees the blocks; they will never run.
     void drop() { blocks_.clear(); }
@@ -53,7 +53,7 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
 
   bool isMainThread() const override { return onMainThread; }
   std::shared_ptr<Queue> mainQueue() override { return main; }
-  std::shared_ptr<Queue> makeSerialQueue(Text label) override {
+  std::shared_ptr<Queue> makeSerialQueue(hlv::Text label) override {
     labelsMade.push_back(label);
     auto queue = std::make_shared<ManualQueue>(std::move(label), &owner);
     serialQueues.push_back(queue);
