@@ -15,7 +15,7 @@ using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 struct ImmediatePlatform final : Platform {
   bool isMainThread() const override { return true; }
   std::shared_ptr<Queue> mainQueue() override { return queue; }
-  std::shared_ptr<Queue> makeSerialQueue(std::string) override { return queue; }
+  std::shared_ptr<Queue> makeSerialQueue(Text) override { return queue; }
   std::shared_ptr<NotificationCenter> notificationCenter() override { return center; }
 
   const std::shared_ptr<Queue> queue = std::make_shared<ImmediateQueue>();

@@ -36,7 +36,7 @@ void atOnce(const std::vector<std::function<void(Round&)>>& parts,
 /// Runs a block inside the call that posts it, so that it orders nothing by itself.
 struct ImmediateQueue final : Queue {
   void async(Block block) override { block(); }
-  std::string label() const override { return "immediate"; }
+  Text label() const override { return "immediate"; }
 };
 
 }  // namespace hlv::testing
