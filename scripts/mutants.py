@@ -36,7 +36,7 @@ class Mutant:
         return f"{self.file}:{self.line}\n  - {self.before}\n  + {self.after}"
 
     def key(self):
-        return f"{self.file}: {self.before} => {self.after}"
+        return f"{self.file}: {self.before} => {self.after}".rstrip()
 
 
 class Finder:
@@ -137,8 +137,8 @@ class Finder:
             self.add(start, end, f"!({self.text[start:end]})")
 
     def swap_arguments(self, cursor):
-        if cursor.spelling in ("operator==", "operator!="):
-            return
+        if cursor.spelling in ("operator==", "operator!=", "isEqualToString"):
+            return  # Both orders are the same.
         arguments = [one for one in cursor.get_arguments() if one is not None]
         for left, right in zip(arguments, arguments[1:]):
             if left.type.get_canonical().spelling != right.type.get_canonical().spelling:

@@ -47,6 +47,24 @@ TEST_F(ManagerCoreTest, AFirstCardAndItsAddressAreHeldUntilTheCompletionHasBeenC
   EXPECT_TRUE(seenCard.expired() && seenAddress.expired());
 }
 
+TEST_F(ManagerCoreTest, AnInstrumentWhoseStateChangesAfterItWasFoundIsRefused) {
+  struct Changing final : FakeInstrument {
+    mutable std::uint64_t asked = 0;
+    std::uint64_t state() const override { return asked++; }
+  };
+  manager->processAddedPaymentInstrument(card, "tok", [&](auto token, auto found, auto error) {
+    EXPECT_EQ(token, std::nullopt);
+    EXPECT_EQ(found, nullptr);
+    outcome.error = error;
+  });
+  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{std::make_shared<Changing>()},
+                        nullptr);
+  platform->runEverything();
+  EXPECT_EQ(madeAs(outcome.error),
+            "code 5 in 'Payment', message 'Failed to add payment instrument. Payment "
+            "instrument information is invalid'");
+}
+
 TEST_F(ManagerCoreTest, WithoutServicesNothingAnswersAndNothingBreaks) {
   const auto alone =
       HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(nullptr, nullptr, nullptr);

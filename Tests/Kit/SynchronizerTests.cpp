@@ -9,10 +9,14 @@ using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 
 class SynchronizerTest : public KitTest {
  protected:
-  SynchronizerTest() { guest->token = "tok"; }
+  SynchronizerTest() {
+    guest->token = "tok";
+    synchronizer->setApiManager(host->backend);
+    synchronizer->setPaylevenClient(host->provider);
+  }
 
   const std::shared_ptr<Synchronizer> synchronizer =
-      Synchronizer::initWithAPIManager(host->backend, host->provider);
+      Synchronizer::initWithAPIManager(nullptr, nullptr);
 };
 
 TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesBeforeTheFlagIsCleared) {

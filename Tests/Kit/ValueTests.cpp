@@ -297,6 +297,7 @@ TEST_F(ValueTest, TheLastEntryOfTheReceiversClassCounts) {
   const std::string wrongKind = must + "be kind of HLVSDKPaylevenKitConfiguration class\"";
   const std::string enabled = "host current guest\nprovider register ";
   const auto kit = HLVSDKPayleven::kitClass();
+  EXPECT_NE(kit, HLVSDKKitClass());
   const std::tuple<HLVSDKKitClass, std::shared_ptr<Object>, std::string> rows[] = {
       {other, withKey("other"), ""},
       {kit, nullptr, wrongKind},

@@ -1,5 +1,6 @@
 // The platform on Linux: pumping, serial queues, and no thread before there is work.
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <atomic>
 #include <filesystem>
@@ -111,6 +112,9 @@ TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMain
   another->async([&, wait = isAsked.get_future().share()] {
     wait.wait();
     EXPECT_EQ(order, "") << "a second thread is free, and takes nothing of a busy queue";
+    char name[16] = {};
+    ::pthread_getname_np(::pthread_self(), name, sizeof name);
+    EXPECT_STREQ(name, "serial-queue");
     othersRan.set_value();
   });
   std::size_t asked = 0;

@@ -67,6 +67,7 @@ TEST(NullableStringTest, ANullPointerIsAMissingStringOrDoesNotCompile) {
   const std::string text = "text";
   EXPECT_TRUE(NullableString(text) == text && NullableString() != text &&
               NullableString("other") != text);
+  EXPECT_FALSE(NullableString("a") == NullableString("b"));
   EXPECT_TRUE(Value(std::getenv("HLV_NOBODY_SETS_THIS")).isNull());
   static_assert(!std::is_constructible_v<Text, char*>);
   static_assert(!std::is_constructible_v<Text, std::nullptr_t>);
@@ -86,7 +87,9 @@ TEST(ValueTest, ConversionsAreExactOrDoNotCompile) {
   EXPECT_EQ(Value(4'294'967'295U), Value(4'294'967'295LL));
   EXPECT_EQ(std::get<std::uint64_t>(Value(SIZE_MAX).storage()), SIZE_MAX);
   EXPECT_EQ(Value(0.5F), Value(0.5));
-  EXPECT_EQ(Value("text"), Value(std::string("text")));
+  EXPECT_TRUE(Value(0.5).boolValue() && !Value(0.0).boolValue());
+  EXPECT_EQ(*Value("text").string(), "text");
+  EXPECT_EQ(Value(Array{"text"}).array()->size(), 1U);
   static_assert(!std::is_convertible_v<const Object*, Value>);
   static_assert(!std::is_convertible_v<char, Value>);
   static_assert(!std::is_convertible_v<long double, Value>);

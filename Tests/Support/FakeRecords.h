@@ -73,7 +73,7 @@ struct FakeAddress final : HLVSDKPaymentBillingAddress {
   NullableString businessName() const override { return business; }
 };
 
-struct FakeInstrument final : PLVCreditCardPaymentInstrument {
+struct FakeInstrument : PLVCreditCardPaymentInstrument {
   NullableString id = "plv-1";
   NullableString number = "************1111";
   NullableString brand = "visa";
