@@ -78,7 +78,7 @@ int replay(const std::string& line) {
   const auto choices =
       second == std::string::npos ? std::nullopt : DepthFirst::along(line.substr(second + 2));
   if (scenario == scenarios.end() || !choices) {
-    std::cerr << "A replay line is: SCENARIO; InterferenceANCES; PATH\n";
+    std::cerr << "A replay line is: SCENARIO; INTERFERENCES; PATH\n";
     return 2;
   }
   Simulation simulation;

@@ -95,23 +95,6 @@ TEST_F(EnablingTest, AConfigurationBlockMakesAnImmutableRecord) {
             [other paymentKey]);
 }
 
-TEST_F(EnablingTest, FaultsOfTheConfigurationAreAssertedAndNothingIsCreated) {
-  id const noKey = [HLVSDKPaylevenKitConfiguration configurationWithBlock:nil];
-  const std::pair<NSArray*, const char*> rows[] = {
-      {@[ kitEntry([NSObject class], noKey) ],
-       R"(assert "Configuration must have HLVSDKPaylevenKit in kits array")"},
-      {@[ kitEntry([HLVSDKPayleven class], @"text") ],
-       R"(assert "Configuration for PaylevenKit must be kind of HLVSDKPaylevenKitConfiguration class")"},
-      {@[ kitEntry([HLVSDKPayleven class], noKey) ],
-       R"(assert "Configuration for PaylevenKit must have payment key")"}};
-  for (const auto& [entries, said] : rows) {
-    [HLVSDKPayleven enableWithConfiguration:configurationWithEntries(entries)];
-    EXPECT_EQ(host->takeTrace(), said);
-  }
-  EXPECT_EQ([HLVSDKPayleven sharedInstance], nil);
-  EXPECT_EQ([HLVSDKPaymentManager sharedManager], nil);
-}
-
 TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
   HLVSDKConfiguration* const configuration = configurationWithKey(@"key");
   [HLVSDKPayleven enableWithConfiguration:configuration];
@@ -327,12 +310,6 @@ TEST_F(RequestTest, AsksTheHostFirst) {
   host->requestError = hlv::objc::fromNSError(refusal);
   EXPECT_FALSE([request(@"") isValid:&error]);
   EXPECT_EQ(error, refusal);
-}
-
-TEST(VersionTest, IsWhatTheFrameworkExports) {
-  EXPECT_EQ(HLVSDKPaylevenKitVersionNumber, 1.0);
-  EXPECT_STREQ(reinterpret_cast<const char*>(HLVSDKPaylevenKitVersionString),
-               "@(#)PROGRAM:HLVSDKPaylevenKit  PROJECT:HLVSDKPaylevenKit-1\n");
 }
 
 }  // namespace

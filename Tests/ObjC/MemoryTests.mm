@@ -71,19 +71,6 @@ TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
   EXPECT_EQ(typed.use_count(), 1);
 }
 
-TEST_F(MemoryTest, ABlockAndWhatItCapturesAreFreedWithTheCallThatIsNeverAnswered) {
-  @autoreleasepool {
-    HLVSDKGuest* const captured = newObject(other);
-    add(card, guest, ^(HLVSDKGuest*, HLVSDKCreditCard*, NSError*) {
-      [captured email];
-    });
-    [captured release];
-  }
-  EXPECT_EQ(other.use_count(), 2) << "captured by the completion";
-  provider.tokens.drop();
-  EXPECT_EQ(other.use_count(), 1);
-}
-
 TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
   @autoreleasepool {
     fakeGuest->token = "tok";

@@ -1,40 +1,19 @@
-// Groups, the run-once guard, slots and what converts to a value.
+// The run-once guard, slots and what converts to a value.
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <type_traits>
 
-#include "Async/Group.h"
 #include "Async/Once.h"
+#include "Platform/Platform.h"
 #include "Platform/SharedSlot.h"
-#include "Tests/Support/ManualPlatform.h"
 #include "Values/Error.h"
 #include "Values/NullableString.h"
 #include "Values/Value.h"
 
 namespace hlv::testing {
 namespace {
-
-using ManualQueue = ManualPlatform::ManualQueue;
-
-TEST(GroupTest, PostsWhenTheLastHasLeftAndOnceOnly) {
-  const auto queue = std::make_shared<ManualQueue>("queue");
-  Group group;
-  group.enter();
-  group.enter();
-  group.notify(queue, [] {});
-  group.leave();
-  EXPECT_EQ(queue->waiting(), 0u);
-  group.leave();
-  EXPECT_EQ(queue->waiting(), 1u);
-  group.leave();  // A host that answers too often.
-  group.enter();
-  group.leave();
-  EXPECT_EQ(queue->waiting(), 1u);
-  group.notify(queue, [] {});
-  EXPECT_EQ(queue->waiting(), 2u) << "an empty group posts at once";
-}
 
 TEST(OnceTest, ABodyMayComeBackToItsGuardWhichCanBeSetBack) {
   Once once;
@@ -76,8 +55,8 @@ TEST(NullableStringTest, ANullPointerIsAMissingStringOrDoesNotCompile) {
   static_assert(!std::is_invocable_v<decltype(&Platform::makeSerialQueue), Platform, char*>);
   static_assert(std::is_same_v<Dictionary::key_type, Text>);
   EXPECT_EQ(NullableString().value_or("text"), "text");
-  const auto withPointer = [](auto text) {
-    return requires { text.value_or(std::getenv("")); };
+  const auto withPointer = [](auto missing) {
+    return requires { missing.value_or(std::getenv("")); };
   };
   EXPECT_FALSE(withPointer(NullableString()));
 }

@@ -164,13 +164,12 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   serveAndConnect();
   add("visa");
   const auto tester = remote->tester();
-  Fault fault;
-  fault.operation = sandbox::Operation::listInstruments;
-  fault.kind = sandbox::FaultKind::delay;
-  fault.remaining = std::nullopt;
-  fault.delayMilliseconds = 1;
-  fault.probability = 50;
-  fault.useCase = "private";
+  Fault fault{.operation = sandbox::Operation::listInstruments,
+              .kind = sandbox::FaultKind::delay,
+              .remaining = std::nullopt,
+              .delayMilliseconds = 1,
+              .probability = 50,
+              .useCase = "private"};
   EXPECT_TRUE(tester->arm(fault));
   EXPECT_TRUE(tester->arm(fault));
   ASSERT_EQ(tester->armed().size(), 2U);
