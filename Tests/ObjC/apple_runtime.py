@@ -96,6 +96,13 @@ def swift_faults(dump):
                 " - updatePayment" in head and "PaymentInstrumentManager" in owner.split("\n")[0])
             if "ompletion:" in head and bool(waits) == ("SwiftAsyncAttr" in method):
                 yield f"an async form too many or too few: {head}"
+            if " - initWith" in head and "ObjCDesignatedInitializerAttr" not in method:
+                yield f"not a designated initialiser: {head}"
+            if "PaymentInstrument" in owner.split("\n")[0] and "ompletion:" in head and (
+                    "@UIActor" in method) == (" - updatePayment" in head):
+                yield f"a completion marked for the wrong thread: {head}"
+            if re.search(r"error 'NSError \* _Nullable \* _Nullable'", method):
+                yield f"a place for the error that may be nil: {head}"
             if re.search(r"completion '[^']*(HLV\w+|PLV\w+|NSString) \* _Nullable[,)]", method):
                 yield f"a result that may be nil and is not marked so: {head}"
 
