@@ -25,8 +25,7 @@ using namespace hlv::testing;
 struct Options {
   Exploration::Limits limits;
   unsigned jobs = 2;
-  bool stopAtFirstFailure = false, comparesOrders = false;
-  bool playsLong = false;
+  bool stopAtFirstFailure = false, comparesOrders = false, playsLong = false;
   std::string replay, part;
   std::vector<std::string> merged, scenarios;
 };
@@ -75,16 +74,15 @@ int replay(const std::string& line) {
   const auto scenario = std::find_if(scenarios.begin(), scenarios.end(), [&](const auto& one) {
     return one.name == line.substr(0, first);
   });
-  const auto choices =
+  auto choices =
       second == std::string::npos ? std::nullopt : DepthFirst::along(line.substr(second + 2));
   if (scenario == scenarios.end() || !choices) {
     std::cerr << "A replay line is: SCENARIO; INTERFERENCES; PATH\n";
     return 2;
   }
   Simulation simulation;
-  auto path = *choices;
   const auto& history =
-      simulation.play(*scenario, std::strtoul(line.c_str() + first + 2, nullptr, 10), path);
+      simulation.play(*scenario, std::strtoul(line.c_str() + first + 2, nullptr, 10), *choices);
   const auto violation = violationOf(*scenario, history);
   std::cout << textOf(history, violation);
   return violation ? 1 : 0;
