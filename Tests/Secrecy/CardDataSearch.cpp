@@ -7,9 +7,9 @@ namespace {
 
 /// As many digits as the mask leaves, and one.
 constexpr std::size_t tooMany = 5;
-/// The same for a run with gaps that does not begin the number: an expiry date may stand beside the
-/// last four digits and continue them by chance.
-constexpr std::size_t tooManyWithGaps = 8;
+/// The same for a run with gaps: by chance the seconds of a time begin the number ("40.001"), and
+/// an expiry date continues its last four digits.
+constexpr std::size_t tooManyAtItsBegin = 6, tooManyWithGaps = 8;
 /// The system chooses the ports, and some are five digits of a card.
 constexpr std::string_view beforePort = "127.0.0.1:";
 
@@ -50,7 +50,8 @@ bool CardDataSearch::isNumberAt(std::string_view text, std::size_t at) const {
     }
     if (beforeGap == 0) beforeGap = count;
     const bool beginsNumber = first == 0 && standsFree;
-    if (beforeGap >= tooMany || count >= (beginsNumber ? tooMany : tooManyWithGaps)) return true;
+    if (beforeGap >= tooMany || count >= (beginsNumber ? tooManyAtItsBegin : tooManyWithGaps))
+      return true;
   }
   return false;
 }
