@@ -44,7 +44,7 @@ HiddenDigits::HiddenDigits(std::uint32_t seed, std::size_t length) : values_{4} 
   auto state = seed * 2654435761U;
   while (values_.size() < length) {
     state = state * 1664525U + 1013904223U;
-    values_.push_back((state >> 16U) % 10U);
+    values_.push_back(static_cast<unsigned char>((state >> 16U) % 10U));
   }
 }
 
