@@ -1,6 +1,4 @@
 // The kit's configuration record and the version data.
-#include <cstring>
-
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaylevenKitVersion.h"
 #include "Tests/Support/KitTest.h"
@@ -38,8 +36,8 @@ TEST(KitConfigurationTest, ACopyIsAnotherImmutableRecordWithTheSameKey) {
 
 TEST(KitVersionTest, TheExportedDataHasItsExactBytes) {
   EXPECT_EQ(HLVSDKPaylevenKitVersionNumber, 1.0);
-  const char expected[] = "@(#)PROGRAM:HLVSDKPaylevenKit  PROJECT:HLVSDKPaylevenKit-1\n";
-  EXPECT_EQ(std::memcmp(HLVSDKPaylevenKitVersionString, expected, sizeof expected), 0);
+  EXPECT_STREQ(reinterpret_cast<const char*>(HLVSDKPaylevenKitVersionString),
+               "@(#)PROGRAM:HLVSDKPaylevenKit  PROJECT:HLVSDKPaylevenKit-1\n");
 }
 
 }  // namespace

@@ -97,6 +97,7 @@ TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMain
   EXPECT_EQ(threadsOfThisProcess(), before) << "none before there is work";
   std::string order;  // Written without a lock: each block sees what the one before wrote.
   std::promise<void> isAsked, othersRan;
+  std::atomic<std::size_t> asked{0};
   queue->async([&, wait = othersRan.get_future().share()] {
     wait.wait();  // The queue is busy for as long as the other one needs.
     order += 'a';
@@ -105,6 +106,7 @@ TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMain
     queue->async([&, mark] {
       order += mark;
       EXPECT_FALSE(platform->isMainThread());
+      for (int i = 0; i < 1000 && asked < 14; ++i) std::this_thread::yield();
     });
   }
   queue->async([&] { queue->async([&] { order += "!"; }); });
@@ -117,13 +119,12 @@ TEST_F(DefaultPlatformTest, ASerialQueueRunsItsBlocksInOrderOneAtATimeOffTheMain
     EXPECT_STREQ(name, "serial-queue");
     othersRan.set_value();
   });
-  std::size_t asked = 0;
   platform->runUntil([&] {
     if (++asked == 1) isAsked.set_value();
     return platform->isIdle();
   });
   EXPECT_EQ(order, "abcdefgh!");
-  EXPECT_LE(asked, 1U + 12U) << "before the first wait, and after every block";
+  EXPECT_LE(asked.load(), 1U + 12U) << "before the first wait, and after every block";
 }
 
 TEST_F(DefaultPlatformTest, AQueueAndItsPlatformMayBeFreedInABlock) {
