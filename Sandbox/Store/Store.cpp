@@ -51,40 +51,31 @@ bool prepareFile(const std::string& path) {
   return status.st_size == 0;
 }
 
-std::string uriOf(const std::string& path) {
-  std::string uri = "file:";
-  for (const char character : path) {
-    uri += character == '%'   ? std::string("%25")
-           : character == '?' ? "%3f"
-           : character == '#' ? "%23"
-                              : std::string(1, character);
-  }
-  return uri;
-}
-
-/// Checks a file without a lock, a log or a byte written, so that another program's database stays
-/// as it was. What is read here never lies in a store's write-ahead log alone: it was written
-/// before the log was turned on, and it never changes.
+/// Checks a file by its first bytes, without a lock, a log or a byte written, so that another
+/// program's database stays as it was. These bytes never lie in a store's write-ahead log alone:
+/// they were written before the log was turned on, and they never change. All else in the file may
+/// be half of what the log holds whole, where a process was killed while it moved that into the
+/// file.
 void requireStore(const std::string& path) {
-  std::int64_t application = 0;
-  std::int64_t version = 0;
-  bool hasTables = false;
+  SQLite::Header header{};
   try {
-    Database database(uriOf(path) + "?immutable=1", SQLite::OPEN_READONLY | SQLite::OPEN_URI);
-    application = database.integer("PRAGMA application_id");
-    version = database.integer("PRAGMA user_version");
-    hasTables = database.integer("SELECT count(*) FROM sqlite_schema WHERE type = 'table'") > 0;
+    header = SQLite::Database::getHeaderInfo(path);
   } catch (const SQLite::Exception&) {
     throw NoStore(quoted(path) + " is not a store of this sandbox: it is no database.");
   }
-  if (application != applicationID) {
+  if (header.applicationId != applicationID) {
     throw NoStore(quoted(path) + " is not a store of this sandbox: it belongs to another program.");
   }
-  if (version != schemaVersion) {
-    throw NoStore("The store " + quoted(path) + " has version " + std::to_string(version) +
-                  "; this sandbox reads version " + std::to_string(schemaVersion) + ".");
+  if (header.userVersion != schemaVersion) {
+    throw NoStore("The store " + quoted(path) + " has version " +
+                  std::to_string(header.userVersion) + "; this sandbox reads version " +
+                  std::to_string(schemaVersion) + ".");
   }
-  if (!hasTables) throw NoStore("The store " + quoted(path) + " is damaged: its tables are gone.");
+}
+
+void requireTables(Database& database, const std::string& path) {
+  if (database.integer("SELECT count(*) FROM sqlite_schema WHERE type = 'table'") > 0) return;
+  throw NoStore("The store " + quoted(path) + " is damaged: its tables are gone.");
 }
 
 /// Returns whether it made the tables; another process may have been faster.
@@ -145,14 +136,14 @@ StoreFailure Store::failureOf(const SQLite::Exception& failure) {
 Result<std::shared_ptr<Store>> Store::open(const std::string& path) {
   using Opened = Result<std::shared_ptr<Store>>;
   try {
-    const bool isEmpty = prepareFile(path);
-    if (!isEmpty) requireStore(path);
+    if (!prepareFile(path)) requireStore(path);
     auto database = std::make_unique<Database>(path, SQLite::OPEN_READWRITE);
     prepareConnection(*database);
-    const bool isNew = isEmpty && makeTables(*database);
+    // What a process left that was killed while it made the tables is undone, and empty again.
+    const bool isNew = database->integer("PRAGMA application_id") == 0 && makeTables(*database);
+    requireTables(*database, path);
     database->run("PRAGMA journal_mode = WAL");
     database->run("PRAGMA synchronous = FULL");
-    database->integer("SELECT count(*) FROM settings");
     return std::make_shared<Store>(path, std::move(database), isNew);
   } catch (const NoStore& unusable) {
     return Opened::failure(unusable.what());
@@ -224,8 +215,9 @@ void Store::replaceBy(const std::string& path) {
   requireStore(path);
   checked([&] {
     const Lock lock(writing_);
-    SQLite::Database source(path, SQLite::OPEN_READONLY);
-    SQLite::Backup(writer_->connection(), source).executeStep();
+    Database source(path, SQLite::OPEN_READONLY);
+    requireTables(source, path);
+    SQLite::Backup(writer_->connection(), source.connection()).executeStep();
   });
 }
 

@@ -58,6 +58,21 @@ TEST_F(StoreTest, WhatIsNoStoreIsRefusedInOneSentenceAndLeftAsItWas) {
   EXPECT_NE(problemWith(storePath(), path("missing/log")).find("The log"), std::string::npos);
 }
 
+TEST_F(StoreTest, OpensWhereAProcessWasKilledWhileItMovedTheLogIntoTheFile) {
+  auto store = Store::open(storePath()).value();
+  store->write(
+      [](Database& database) { writeSetting(database, "name", std::string(50'000, 'x')); });
+  for (const auto* end : {"", "-wal"}) fs::copy_file(storePath() + end, path("half") + end);
+  store.reset();
+  // The file's first page alone has been moved, which says how many there are.
+  const auto whole = contentOf(storePath());
+  std::fstream(path("half"), std::ios::in | std::ios::out) << whole.substr(0, 4'096);
+  ASSERT_LT(fs::file_size(path("half")), whole.size());
+  Store::open(path("half")).value()->read([](Database& database) {
+    EXPECT_EQ(readSetting(database, "name"), std::string(50'000, 'x'));
+  });
+}
+
 TEST_F(StoreTest, PartsOfATransactionAreUndoneAlone) {
   const auto store = Store::open(storePath()).value();
   const auto put = [](const char* name) {
