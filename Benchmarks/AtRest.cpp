@@ -14,6 +14,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "Benchmarks/Support/Allocations.h"
@@ -57,17 +58,18 @@ double microsecondsOfFaults(long count) {
 }
 
 /// What enabling does, written by hand on the same platform: it asks the host for the same,
-/// registers the key and observes the three notifications. Nothing is checked, and no operation can
-/// be performed with it.
+/// registers the configuration's key and observes the three notifications. Nothing is checked, and
+/// no operation can be performed with it.
 class BareKit {
  public:
-  explicit BareKit(const std::shared_ptr<Host>& host)
+  BareKit(const std::shared_ptr<Host>& host, std::shared_ptr<HLVSDKConfiguration> configuration)
       : host_(host),
+        configuration_(std::move(configuration)),
         guest_(host->currentGuest()),
         backend_(host->apiManager()),
         provider_(host->inAppClient()),
         reachability_(host->reachability()) {
-    provider_->registerWithAPIKey("key");
+    provider_->registerWithAPIKey(paymentKey());
     const auto constants = host->constants();
     observe(UIApplicationWillEnterForegroundNotification);
     observe(constants->authorizationStatusNotification);
@@ -75,12 +77,18 @@ class BareKit {
   }
 
  private:
+  NullableString paymentKey() const {
+    const auto entry = configuration_->kits()->back();
+    return static_cast<const HLVSDKPaylevenKitConfiguration&>(*entry->configuration()).paymentKey();
+  }
+
   void observe(const NullableString& name) {
     const auto count = [this](const Notification&) { ++notified_; };
     observations_.push_back(Platform::current()->notificationCenter()->observe(name, count));
   }
 
   const std::shared_ptr<Host> host_;
+  const std::shared_ptr<HLVSDKConfiguration> configuration_;
   const std::shared_ptr<HLVSDKGuest> guest_;
   const std::shared_ptr<HLVSDKAPIManager> backend_;
   const std::shared_ptr<PLVInAppClient> provider_;
@@ -110,7 +118,10 @@ int main(int argc, char** argv) {
   if (argc > 1) {
     std::optional<BareKit> bare;
     auto faults = pageFaults();
-    const double taken = microseconds([&] { bare.emplace(host); });
+    const double taken = microseconds([&] {
+      Host::install(host);
+      bare.emplace(host, bench::makeConfiguration());
+    });
     faults = std::strtol(argv[1], nullptr, 10) - (pageFaults() - faults);
     std::printf("rest.reference %.2f\n", taken + microsecondsOfFaults(faults));
     return EXIT_SUCCESS;
