@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Sandbox/Calls/Summary.h"
+#include "Sandbox/Records/Times.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Idempotency.h"
 #include "Values/Wiped.h"
@@ -148,10 +149,9 @@ struct KeptExchange {
 
 void RequestTrace::add(const std::string& from, const std::string& to, const std::string& what,
                        const std::string& result) {
-  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
-      std::chrono::system_clock::now().time_since_epoch());
+  const auto now = sandbox::millisecondOf(std::chrono::system_clock::now());
   events.push_back(
-      {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now.count()});
+      {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now});
 }
 
 HttpReply jsonReply(int status, const Json& body) {
