@@ -28,8 +28,8 @@ struct HttpLoop::State {
     if (const auto* error = std::get_if<ErrorPtr>(&made)) {
       end({*error, nullptr});
     } else {
-      HttpExchange::begin(context, kept, url, std::move(std::get<ClientRequest>(made)), timeout,
-                          std::move(end));
+      exchange(context, kept, url, std::move(std::get<ClientRequest>(made)), timeout,
+               std::move(end));
     }
   }
 

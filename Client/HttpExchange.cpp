@@ -1,13 +1,19 @@
 #include "Client/HttpExchange.h"
 
 #include <algorithm>
+#include <boost/asio/awaitable.hpp>
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/connect.hpp>
 #include <boost/asio/detached.hpp>
 #include <boost/asio/redirect_error.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
+#include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
+#include <memory>
 #include <utility>
 
 #include "Sandbox/Errors/SandboxError.h"
@@ -18,6 +24,7 @@ namespace hlv::client {
 namespace asio = boost::asio;
 namespace http = boost::beast::http;
 using asio::ip::tcp;
+using ErrorCode = boost::system::error_code;
 using sandbox::TransportErrorCode;
 namespace {
 
@@ -27,9 +34,7 @@ constexpr std::size_t connectionsKept = 64;
 constexpr int deepest = 16;
 
 /// Completes the operation with its error in `problem`.
-auto into(boost::system::error_code& problem) {
-  return asio::redirect_error(asio::use_awaitable, problem);
-}
+auto into(ErrorCode& problem) { return asio::redirect_error(asio::use_awaitable, problem); }
 
 std::string addressOf(const ServiceURL& url) { return url.host + ":" + url.port; }
 
@@ -62,14 +67,14 @@ http::request<http::string_body> written(const ServiceURL& url, ClientRequest& r
 }
 
 /// Whether a failure to read is one of what was read, rather than of the connection.
-bool isUnreadable(const boost::system::error_code& problem) {
+bool isUnreadable(const ErrorCode& problem) {
   return problem.category() == http::make_error_code(http::error::bad_line_ending).category() &&
          problem != http::error::end_of_stream && problem != http::error::partial_message;
 }
 
 ClientReply failure(TransportErrorCode code) { return {sandbox::transportError(code), nullptr}; }
 
-ClientReply failureOf(const boost::system::error_code& problem) {
+ClientReply failureOf(const ErrorCode& problem) {
   return failure(isUnreadable(problem) ? TransportErrorCode::unreadable
                                        : TransportErrorCode::broken);
 }
@@ -85,23 +90,110 @@ ErrorPtr errorIn(const Json& body) {
 /// The body of a success, the error that the service returned, or a transport error for a reply
 /// that is none of a service's.
 ClientReply replyOf(int status, const std::string& body) {
-  Json json;
-  if (!body.empty()) {
-    bool isTooDeep = false;
-    const auto measure = [&isTooDeep](int depth, Json::parse_event_t, Json&) {
-      isTooDeep = isTooDeep || depth > deepest;
-      return !isTooDeep;
-    };
-    json = Json::parse(body, measure, false);
-    if (json.is_discarded() || isTooDeep) return failure(TransportErrorCode::unreadable);
-  }
-  if (status >= 200 && status < 300) return {nullptr, std::move(json)};
   try {
+    auto json = body.empty() ? Json() : sandbox::parsed(body, deepest);
+    if (status >= 200 && status < 300) return {nullptr, std::move(json)};
     return {errorIn(json), nullptr};
   } catch (const sandbox::InvalidRecord&) {
     return failure(TransportErrorCode::unreadable);
   }
 }
+
+/// One request and its reply.
+class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
+ public:
+  HttpExchange(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
+               ClientRequest request, HttpLoop::Completion completion)
+      : kept_(kept),
+        url_(url),
+        request_(written(url, request)),
+        mayBeRepeated_(request.method == "GET" || request.idempotencyKey),
+        completion_(std::move(completion)),
+        timer_(context),
+        socket_(context) {}
+  ~HttpExchange() { wipe(request_.body()); }
+
+  void begin(std::chrono::milliseconds timeout) {
+    timer_.expires_after(timeout);
+    timer_.async_wait([self = shared_from_this()](const ErrorCode& problem) {
+      if (!problem) self->end(failure(TransportErrorCode::timedOut));
+    });
+    asio::co_spawn(
+        socket_.get_executor(), [self = shared_from_this()] { return self->run(); },
+        asio::detached);
+  }
+
+ private:
+  asio::awaitable<void> run() {
+    ErrorCode problem = asio::error::not_connected;
+    if (auto socket = kept_.take(addressOf(url_))) {
+      socket_ = std::move(*socket);
+      problem = co_await writeAndRead();
+      const bool hasBegun = parser_ && parser_->got_some();
+      if (problem && (hasBegun || !mayBeRepeated_)) co_return end(failureOf(problem));
+    }
+    if (problem) {
+      if (co_await connect()) co_return end(failure(TransportErrorCode::unreachable));
+      problem = co_await writeAndRead();
+    }
+    if (problem) co_return end(failureOf(problem));
+    const auto reply = parser_->release();
+    // More than one reply to one request: whose the next one is, nobody knows.
+    if (reply.keep_alive() && buffer_.size() == 0) kept_.keep(addressOf(url_), std::move(socket_));
+    end(replyOf(static_cast<int>(reply.result_int()), reply.body()));
+  }
+
+  asio::awaitable<ErrorCode> connect() {
+    ErrorCode problem;
+    socket_ = KeptConnections::Socket(socket_.get_executor());
+    tcp::resolver::results_type addresses;
+    if (const auto address = asio::ip::make_address_v4(url_.host, problem); !problem) {
+      // Needs no thread that resolves names.
+      const auto port = static_cast<std::uint16_t>(std::stoi(url_.port));
+      addresses = tcp::resolver::results_type::create(tcp::endpoint(address, port), "", "");
+    } else {
+      tcp::resolver resolver(socket_.get_executor());
+      addresses = co_await resolver.async_resolve(tcp::v4(), url_.host, url_.port, into(problem));
+    }
+    // Nobody may be waiting any more by now.
+    if (!problem && !completion_) problem = asio::error::operation_aborted;
+    if (!problem) co_await asio::async_connect(socket_, addresses, into(problem));
+    if (problem) co_return problem;
+    socket_.set_option(tcp::no_delay(true), problem);
+    socket_.non_blocking(true, problem);
+    co_return ErrorCode();
+  }
+
+  asio::awaitable<ErrorCode> writeAndRead() {
+    ErrorCode problem;
+    parser_.emplace();
+    parser_->header_limit(largestHead);
+    parser_->body_limit(largestBody);
+    co_await http::async_write(socket_, request_, into(problem));
+    if (!problem) co_await http::async_read(socket_, buffer_, *parser_, into(problem));
+    co_return problem;
+  }
+
+  void end(ClientReply reply) {
+    if (!completion_) return;
+    timer_.cancel();
+    ErrorCode ignored;
+    socket_.close(ignored);
+    wipe(request_.body());
+    // The completion may be the last to hold the loop, and is freed with this call.
+    std::exchange(completion_, nullptr)(std::move(reply));
+  }
+
+  KeptConnections& kept_;
+  const ServiceURL url_;
+  http::request<http::string_body> request_;
+  const bool mayBeRepeated_;
+  HttpLoop::Completion completion_;
+  asio::steady_timer timer_;
+  KeptConnections::Socket socket_;
+  boost::beast::flat_buffer buffer_;
+  std::optional<http::response_parser<http::string_body>> parser_;
+};
 
 }  // namespace
 
@@ -112,7 +204,7 @@ std::optional<KeptConnections::Socket> KeptConnections::take(const std::string& 
     sockets.pop_back();
     // Nothing is to be read from a connection on which no request is open; not even its end.
     char byte = 0;
-    boost::system::error_code problem;
+    ErrorCode problem;
     socket.receive(asio::buffer(&byte, 1), tcp::socket::message_peek, problem);
     if (problem == asio::error::would_block) return socket;
   }
@@ -124,89 +216,11 @@ void KeptConnections::keep(const std::string& address, Socket socket) {
   if (sockets.size() < connectionsKept) sockets.push_back(std::move(socket));
 }
 
-void HttpExchange::begin(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
-                         ClientRequest request, std::chrono::milliseconds timeout,
-                         HttpLoop::Completion completion) {
-  const std::shared_ptr<HttpExchange> self(
-      new HttpExchange(context, kept, url, std::move(request), std::move(completion)));
-  self->timer_.expires_after(timeout);
-  self->timer_.async_wait([self](const ErrorCode& problem) {
-    if (!problem) self->end(failure(TransportErrorCode::timedOut));
-  });
-  asio::co_spawn(
-      context, [self] { return self->run(); }, asio::detached);
-}
-
-HttpExchange::HttpExchange(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
-                           ClientRequest request, HttpLoop::Completion completion)
-    : kept_(kept),
-      url_(url),
-      request_(written(url, request)),
-      mayBeRepeated_(request.method == "GET" || request.idempotencyKey),
-      completion_(std::move(completion)),
-      timer_(context),
-      socket_(context) {}
-
-HttpExchange::~HttpExchange() { wipe(request_.body()); }
-
-asio::awaitable<void> HttpExchange::run() {
-  ErrorCode problem = asio::error::not_connected;
-  if (auto socket = kept_.take(addressOf(url_))) {
-    socket_ = std::move(*socket);
-    problem = co_await writeAndRead();
-    const bool hasBegun = parser_ && parser_->got_some();
-    if (problem && (hasBegun || !mayBeRepeated_)) co_return end(failureOf(problem));
-  }
-  if (problem) {
-    if (co_await connect()) co_return end(failure(TransportErrorCode::unreachable));
-    problem = co_await writeAndRead();
-  }
-  if (problem) co_return end(failureOf(problem));
-  const auto reply = parser_->release();
-  // More than one reply to one request: whose the next one is, nobody knows.
-  if (reply.keep_alive() && buffer_.size() == 0) kept_.keep(addressOf(url_), std::move(socket_));
-  end(replyOf(static_cast<int>(reply.result_int()), reply.body()));
-}
-
-asio::awaitable<HttpExchange::ErrorCode> HttpExchange::connect() {
-  ErrorCode problem;
-  socket_ = KeptConnections::Socket(socket_.get_executor());
-  tcp::resolver::results_type addresses;
-  if (const auto address = asio::ip::make_address_v4(url_.host, problem); !problem) {
-    // Needs no thread that resolves names.
-    const auto port = static_cast<std::uint16_t>(std::stoi(url_.port));
-    addresses = tcp::resolver::results_type::create(tcp::endpoint(address, port), "", "");
-  } else {
-    tcp::resolver resolver(socket_.get_executor());
-    addresses = co_await resolver.async_resolve(tcp::v4(), url_.host, url_.port, into(problem));
-  }
-  // Nobody may be waiting any more by now.
-  if (!problem && !completion_) problem = asio::error::operation_aborted;
-  if (!problem) co_await asio::async_connect(socket_, addresses, into(problem));
-  if (problem) co_return problem;
-  socket_.set_option(tcp::no_delay(true), problem);
-  socket_.non_blocking(true, problem);
-  co_return ErrorCode();
-}
-
-asio::awaitable<HttpExchange::ErrorCode> HttpExchange::writeAndRead() {
-  ErrorCode problem;
-  parser_.emplace();
-  parser_->header_limit(largestHead);
-  parser_->body_limit(largestBody);
-  co_await http::async_write(socket_, request_, into(problem));
-  if (!problem) co_await http::async_read(socket_, buffer_, *parser_, into(problem));
-  co_return problem;
-}
-
-void HttpExchange::end(ClientReply reply) {
-  if (!completion_) return;
-  timer_.cancel();
-  ErrorCode ignored;
-  socket_.close(ignored);
-  wipe(request_.body());
-  // The completion may be the last to hold the loop, and is freed with this call.
-  std::exchange(completion_, nullptr)(std::move(reply));
+void exchange(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
+              ClientRequest request, std::chrono::milliseconds timeout,
+              HttpLoop::Completion completion) {
+  std::make_shared<HttpExchange>(context, kept, url, std::move(request), std::move(completion))
+      ->begin(timeout);
 }
 
 }  // namespace hlv::client

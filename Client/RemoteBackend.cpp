@@ -1,5 +1,6 @@
-#include "Client/RemoteBackend.h"
+#include <utility>
 
+#include "Client/RemoteServices.h"
 #include "Sandbox/Backend/AddCardBody.h"
 #include "Sandbox/Backend/UpdateGuestRequest.h"
 #include "Sandbox/Errors/ErrorCodes.h"
@@ -21,6 +22,7 @@ using sandbox::orNull;
 using GuestResults = std::tuple<std::shared_ptr<HLVSDKGuest>, ErrorPtr>;
 using CardResults =
     std::tuple<std::shared_ptr<HLVSDKGuest>, std::shared_ptr<HLVSDKCreditCard>, ErrorPtr>;
+using CardListResults = std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>;
 
 [[noreturn]] void refuse(BackendErrorCode code, const std::string& sentence) {
   throw sandbox::Refusal{sandbox::SandboxError::make(sandbox::backendErrorDomain, code, sentence)};
@@ -58,84 +60,104 @@ CardResults cardResults(RemoteGuests& guests, const Json& body) {
 }
 
 /// Missing when the backend's reply lacks it on purpose.
-NullableList<HLVSDKCreditCard> cardsOf(const Json& body) {
+CardListResults cardListResults(RemoteGuests& /*guests*/, const Json& body) {
   const auto* list = sandbox::nullableListIn(body, "credit_cards");
-  if (!list) return std::nullopt;
-  return objectsOf(sandbox::recordsIn(*list, sandbox::cardIn));
+  if (!list) return {std::nullopt, nullptr};
+  return {objectsOf(sandbox::recordsIn(*list, sandbox::cardIn)), nullptr};
 }
+
+/// Reads requests and guests on the caller's thread.
+///
+/// Threading: any.
+class RemoteBackend final : public HLVSDKAPIManager {
+ public:
+  RemoteBackend(RemoteService service, std::shared_ptr<sandbox::Sandbox> local,
+                std::shared_ptr<const RemoteSession> session, std::shared_ptr<RemoteGuests> guests)
+      : service_(std::move(service)),
+        local_(std::move(local)),
+        session_(std::move(session)),
+        guests_(std::move(guests)) {}
+
+  void updateCurrentGuestWithRequest(const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
+                                     HLVSDKGuestCompletion completion) override {
+    const auto known = std::dynamic_pointer_cast<sandbox::UpdateGuestRequest>(request);
+    const auto token = known ? known->paymentToken() : std::nullopt;
+    const auto signedIn = send(local_->host()->currentGuest(), &HLVSDKGuest::email);
+    call({Operation::updateGuest}, std::move(completion), guestResults, [token, signedIn] {
+      if (!signedIn) refuse(BackendErrorCode::notSignedIn, "Nobody is signed in.");
+      return ClientRequest{"PATCH", guestPath(signedIn), {{"payment_token", orNull(token)}}};
+    });
+  }
+
+  void addCreditCardForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
+                             const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
+                             HLVSDKGuestCardCompletion completion) override {
+    sandbox::AddCardRequest read(requestInfo);
+    call({Operation::addCard, read.useCase()}, std::move(completion), cardResults,
+         [email = send(guest, &HLVSDKGuest::email), body = masked(jsonOf(Value(read.body))),
+          problem = read.problem] {
+           if (problem) throw sandbox::Refusal{problem};
+           ClientRequest request{"POST", guestPath(email) + "/cards", body};
+           request.idempotencyKey = RemoteService::freshIdempotencyKey();
+           return request;
+         });
+  }
+
+  void deleteCreditCardWithID(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& guest,
+                              HLVSDKGuestCompletion completion) override {
+    call({Operation::deleteCard, {}, ID.value_or("")}, std::move(completion), guestResults,
+         [ID, email = send(guest, &HLVSDKGuest::email)] {
+           return ClientRequest{"DELETE", cardPath(email, ID)};
+         });
+  }
+
+  void updateCreditCard(const NullableString& ID, const Dictionary& address,
+                        const std::shared_ptr<HLVSDKGuest>& guest,
+                        HLVSDKGuestCardCompletion completion) override {
+    call({Operation::updateCard, {}, ID.value_or("")}, std::move(completion), cardResults,
+         [ID, address = masked(jsonOf(Value(address))), email = send(guest, &HLVSDKGuest::email)] {
+           return ClientRequest{"PATCH", cardPath(email, ID), address};
+         });
+  }
+
+  void fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
+                             HLVSDKCreditCardsCompletion completion) override {
+    call({Operation::fetchCards}, std::move(completion), cardListResults,
+         [email = send(guest, &HLVSDKGuest::email)] {
+           return ClientRequest{"GET", guestPath(email) + "/cards"};
+         });
+  }
+
+ private:
+  /// With the session of the moment at which the request is made.
+  template <class... Results>
+  void call(const sandbox::Call& call, std::function<void(Results...)> completion,
+            std::tuple<Results...> (*read)(RemoteGuests&, const Json&),
+            RemoteService::RequestMaker make) const {
+    service_.call(
+        call, std::move(completion),
+        [session = session_, make = std::move(make)] {
+          auto request = make();
+          request.session = session->token();
+          return request;
+        },
+        [guests = guests_, read](const Json& body) { return read(*guests, body); });
+  }
+
+  const RemoteService service_;
+  const std::shared_ptr<sandbox::Sandbox> local_;
+  const std::shared_ptr<const RemoteSession> session_;
+  const std::shared_ptr<RemoteGuests> guests_;
+};
 
 }  // namespace
 
-RemoteService::RequestMaker RemoteBackend::inSession(RemoteService::RequestMaker make) const {
-  return [session = session_, make = std::move(make)] {
-    auto request = make();
-    request.session = session->token();
-    return request;
-  };
-}
-
-void RemoteBackend::updateCurrentGuestWithRequest(
-    const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
-    HLVSDKGuestCompletion completion) {
-  const auto known = std::dynamic_pointer_cast<sandbox::UpdateGuestRequest>(request);
-  const auto token = known ? known->paymentToken() : std::nullopt;
-  const auto signedIn = send(local_->host()->currentGuest(), &HLVSDKGuest::email);
-  service_.call(
-      {Operation::updateGuest}, std::move(completion), inSession([token, signedIn] {
-        if (!signedIn) refuse(BackendErrorCode::notSignedIn, "Nobody is signed in.");
-        return ClientRequest{"PATCH", guestPath(signedIn), {{"payment_token", orNull(token)}}};
-      }),
-      [guests = guests_](const Json& body) { return guestResults(*guests, body); });
-}
-
-void RemoteBackend::addCreditCardForGuest(
-    const std::shared_ptr<HLVSDKGuest>& guest,
-    const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
-    HLVSDKGuestCardCompletion completion) {
-  sandbox::AddCardRequest read(requestInfo);
-  sandbox::Call call{Operation::addCard, read.useCase()};
-  service_.call(call, std::move(completion),
-                inSession([email = send(guest, &HLVSDKGuest::email),
-                           body = masked(jsonOf(Value(read.body))), problem = read.problem] {
-                  if (problem) throw sandbox::Refusal{problem};
-                  ClientRequest request{"POST", guestPath(email) + "/cards", body};
-                  request.idempotencyKey = RemoteService::freshIdempotencyKey();
-                  return request;
-                }),
-                [guests = guests_](const Json& answer) { return cardResults(*guests, answer); });
-}
-
-void RemoteBackend::deleteCreditCardWithID(const NullableString& ID,
-                                           const std::shared_ptr<HLVSDKGuest>& guest,
-                                           HLVSDKGuestCompletion completion) {
-  service_.call({Operation::deleteCard, {}, ID.value_or("")}, std::move(completion),
-                inSession([ID, email = send(guest, &HLVSDKGuest::email)] {
-                  return ClientRequest{"DELETE", cardPath(email, ID), nullptr};
-                }),
-                [guests = guests_](const Json& body) { return guestResults(*guests, body); });
-}
-
-void RemoteBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
-                                     const std::shared_ptr<HLVSDKGuest>& guest,
-                                     HLVSDKGuestCardCompletion completion) {
-  service_.call({Operation::updateCard, {}, ID.value_or("")}, std::move(completion),
-                inSession([ID, address = masked(jsonOf(Value(address))),
-                           email = send(guest, &HLVSDKGuest::email)] {
-                  return ClientRequest{"PATCH", cardPath(email, ID), address};
-                }),
-                [guests = guests_](const Json& body) { return cardResults(*guests, body); });
-}
-
-void RemoteBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
-                                          HLVSDKCreditCardsCompletion completion) {
-  service_.call({Operation::fetchCards}, std::move(completion),
-                inSession([email = send(guest, &HLVSDKGuest::email)] {
-                  return ClientRequest{"GET", guestPath(email) + "/cards", nullptr};
-                }),
-                [](const Json& body) {
-                  return std::tuple<NullableList<HLVSDKCreditCard>, ErrorPtr>(cardsOf(body),
-                                                                              nullptr);
-                });
+std::shared_ptr<HLVSDKAPIManager> remoteBackend(RemoteService service,
+                                                std::shared_ptr<sandbox::Sandbox> local,
+                                                std::shared_ptr<const RemoteSession> session,
+                                                std::shared_ptr<RemoteGuests> guests) {
+  return std::make_shared<RemoteBackend>(std::move(service), std::move(local), std::move(session),
+                                         std::move(guests));
 }
 
 }  // namespace hlv::client

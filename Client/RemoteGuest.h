@@ -1,4 +1,4 @@
-// A guest whom a backend elsewhere keeps. Private to this folder.
+// A guest whom a backend elsewhere keeps, and this side's session with it. Private to this folder.
 #pragma once
 
 #include <map>
@@ -11,6 +11,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Sandbox/Backend/StoredCard.h"
 #include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/Sandbox.h"
 #include "Values/List.h"
 
 namespace hlv::client {
@@ -54,6 +55,32 @@ class RemoteGuest final : public HLVSDKGuest {
   mutable std::mutex mutex_;
   /// Never without cards.
   sandbox::BackendGuest record_;
+};
+
+/// The session of this side with a backend. Kept in the local sandbox, one for each backend, so
+/// that it outlives the process.
+///
+/// Threading: any.
+class RemoteSession {
+ public:
+  RemoteSession(std::shared_ptr<sandbox::Sandbox> local, const std::string& backendURL)
+      : local_(std::move(local)), note_("session at " + backendURL) {}
+
+  /// Missing when there is none; requests then go without.
+  NullableString token() const {
+    auto token = local_->note(note_);
+    return length(token) > 0 ? token : std::nullopt;
+  }
+  /// Returns the token that was kept before.
+  NullableString exchange(const NullableString& token) {
+    auto before = this->token();
+    if (before != token) local_->setNote(note_, token.value_or(""));
+    return before;
+  }
+
+ private:
+  const std::shared_ptr<sandbox::Sandbox> local_;
+  const std::string note_;
 };
 
 /// One object for each guest.

@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "Client/ControlClient.h"
-#include "Client/RemoteBackend.h"
-#include "Client/RemoteProvider.h"
+#include "Client/RemoteServices.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 
@@ -37,10 +36,8 @@ struct RemoteHost::Services {
         backendClient(readURL(options.backendURL), options.timeout, loop),
         providerClient(readURL(options.providerURL), options.timeout, loop),
         session(std::make_shared<RemoteSession>(local, options.backendURL)),
-        backend(std::make_shared<RemoteBackend>(RemoteService("backend", backendClient, local),
-                                                local, session, guests)),
-        provider(
-            std::make_shared<RemoteProvider>(RemoteService("provider", providerClient, local))) {}
+        backend(remoteBackend({"backend", backendClient, local}, local, session, guests)),
+        provider(remoteProvider({"provider", providerClient, local})) {}
 
   const std::shared_ptr<sandbox::Sandbox> local;
   const std::shared_ptr<HttpLoop> loop = std::make_shared<HttpLoop>();
@@ -48,8 +45,8 @@ struct RemoteHost::Services {
   const HttpClient providerClient;
   const std::shared_ptr<RemoteSession> session;
   const std::shared_ptr<RemoteGuests> guests = std::make_shared<RemoteGuests>();
-  const std::shared_ptr<RemoteBackend> backend;
-  const std::shared_ptr<RemoteProvider> provider;
+  const std::shared_ptr<HLVSDKAPIManager> backend;
+  const std::shared_ptr<PLVInAppClient> provider;
 };
 
 std::shared_ptr<RemoteHost> RemoteHost::open(std::shared_ptr<sandbox::Sandbox> local,

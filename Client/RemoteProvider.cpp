@@ -1,5 +1,7 @@
-#include "Client/RemoteProvider.h"
+#include <mutex>
+#include <utility>
 
+#include "Client/RemoteServices.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Provider/CardInstruments.h"
@@ -56,85 +58,97 @@ NullableList<PLVCreditCardPaymentInstrument> instrumentsOf(const Json& body,
 /// Whether nothing failed is all that there is to read.
 std::tuple<ErrorPtr> noError(const Json&) { return {}; }
 
+/// Takes the instruments of the sandbox's host.
+///
+/// Threading: any.
+class RemoteProvider final : public PLVInAppClient {
+ public:
+  explicit RemoteProvider(RemoteService service) : service_(std::move(service)) {}
+
+  void registerWithAPIKey(const NullableString& key) override {
+    service_.recordOneWayCall("registerWithAPIKey");
+    const std::lock_guard lock(mutex_);
+    key_ = key;
+  }
+
+  void createUserToken(const NullableString& email, const Instrument& instrument,
+                       const NullableString& useCase, PLVUserTokenCompletion completion) override {
+    service_.call(
+        {Operation::createUserToken, useCase}, std::move(completion),
+        [email, instrument, useCase, key = key()] {
+          return creation("/v1/users",
+                          {{"email", orNull(email)},
+                           {"use_case", orNull(useCase)},
+                           {"credit_card", cardOf(instrument)}},
+                          key);
+        },
+        [](const Json& body) {
+          return std::tuple<NullableString, ErrorPtr>(sandbox::nullableTextIn(body, "token"),
+                                                      nullptr);
+        });
+  }
+
+  void addPaymentInstrument(const Instrument& instrument, const NullableString& userToken,
+                            const NullableString& useCase, PLVErrorCompletion completion) override {
+    service_.call(
+        {Operation::addInstrument, useCase}, std::move(completion),
+        [instrument, userToken, useCase, key = key()] {
+          return creation(userPath(userToken) + queryOf(useCase),
+                          {{"credit_card", cardOf(instrument)}}, key);
+        },
+        noError);
+  }
+
+  void getPaymentInstrumentsList(const NullableString& userToken, const NullableString& useCase,
+                                 PLVPaymentInstrumentsCompletion completion) override {
+    service_.call(
+        {Operation::listInstruments, useCase}, std::move(completion),
+        [userToken, useCase, key = key()] {
+          return ClientRequest{"GET", userPath(userToken) + queryOf(useCase), nullptr, key};
+        },
+        [useCase](const Json& body) {
+          return std::tuple<NullableList<PLVCreditCardPaymentInstrument>, ErrorPtr>(
+              instrumentsOf(body, useCase.value_or("")), nullptr);
+        });
+  }
+
+  void removePaymentInstrument(const Instrument& instrument, const NullableString& useCase,
+                               const NullableString& userToken,
+                               PLVErrorCompletion completion) override {
+    const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
+    const auto listed = std::dynamic_pointer_cast<sandbox::ListedInstrument>(instrument);
+    service_.call(
+        {Operation::removeInstrument, useCase, identifier.value_or("")}, std::move(completion),
+        [identifier, row = listed ? listed->row() : 0, useCase, userToken, key = key()] {
+          auto path = userPath(userToken);
+          if (length(identifier) > 0) {
+            path += "/" + percentEncoded(*identifier) + queryOf(useCase);
+          } else if (row > 0) {
+            path += queryOf(useCase);
+            path += (useCase ? "&number=" : "?number=") + std::to_string(row);
+          } else {
+            refuse(ProviderErrorCode::invalidRequest, "The request names no instrument.");
+          }
+          return ClientRequest{"DELETE", path, nullptr, key};
+        },
+        noError);
+  }
+
+ private:
+  NullableString key() const {
+    const std::lock_guard lock(mutex_);
+    return key_;
+  }
+
+  const RemoteService service_;
+  mutable std::mutex mutex_;
+  NullableString key_;
+};
+
 }  // namespace
 
-void RemoteProvider::registerWithAPIKey(const NullableString& key) {
-  service_.recordOneWayCall("registerWithAPIKey");
-  const std::lock_guard lock(mutex_);
-  key_ = key;
-}
-
-NullableString RemoteProvider::key() const {
-  const std::lock_guard lock(mutex_);
-  return key_;
-}
-
-void RemoteProvider::createUserToken(const NullableString& email, const Instrument& instrument,
-                                     const NullableString& useCase,
-                                     PLVUserTokenCompletion completion) {
-  service_.call(
-      {Operation::createUserToken, useCase}, std::move(completion),
-      [email, instrument, useCase, key = key()] {
-        return creation("/v1/users",
-                        {{"email", orNull(email)},
-                         {"use_case", orNull(useCase)},
-                         {"credit_card", cardOf(instrument)}},
-                        key);
-      },
-      [](const Json& body) {
-        return std::tuple<NullableString, ErrorPtr>(sandbox::nullableTextIn(body, "token"),
-                                                    nullptr);
-      });
-}
-
-void RemoteProvider::addPaymentInstrument(const Instrument& instrument,
-                                          const NullableString& userToken,
-                                          const NullableString& useCase,
-                                          PLVErrorCompletion completion) {
-  service_.call(
-      {Operation::addInstrument, useCase}, std::move(completion),
-      [instrument, userToken, useCase, key = key()] {
-        return creation(userPath(userToken) + queryOf(useCase),
-                        {{"credit_card", cardOf(instrument)}}, key);
-      },
-      noError);
-}
-
-void RemoteProvider::getPaymentInstrumentsList(const NullableString& userToken,
-                                               const NullableString& useCase,
-                                               PLVPaymentInstrumentsCompletion completion) {
-  service_.call(
-      {Operation::listInstruments, useCase}, std::move(completion),
-      [userToken, useCase, key = key()] {
-        return ClientRequest{"GET", userPath(userToken) + queryOf(useCase), nullptr, key};
-      },
-      [useCase](const Json& body) {
-        return std::tuple<NullableList<PLVCreditCardPaymentInstrument>, ErrorPtr>(
-            instrumentsOf(body, useCase.value_or("")), nullptr);
-      });
-}
-
-void RemoteProvider::removePaymentInstrument(const Instrument& instrument,
-                                             const NullableString& useCase,
-                                             const NullableString& userToken,
-                                             PLVErrorCompletion completion) {
-  const auto identifier = send(instrument, &PLVCreditCardPaymentInstrument::identifier);
-  const auto listed = std::dynamic_pointer_cast<sandbox::ListedInstrument>(instrument);
-  service_.call(
-      {Operation::removeInstrument, useCase, identifier.value_or("")}, std::move(completion),
-      [identifier, row = listed ? listed->row() : 0, useCase, userToken, key = key()] {
-        auto path = userPath(userToken);
-        if (length(identifier) > 0) {
-          path += "/" + percentEncoded(*identifier) + queryOf(useCase);
-        } else if (row > 0) {
-          path += queryOf(useCase);
-          path += (useCase ? "&number=" : "?number=") + std::to_string(row);
-        } else {
-          refuse(ProviderErrorCode::invalidRequest, "The request names no instrument.");
-        }
-        return ClientRequest{"DELETE", path, nullptr, key};
-      },
-      noError);
+std::shared_ptr<PLVInAppClient> remoteProvider(RemoteService service) {
+  return std::make_shared<RemoteProvider>(std::move(service));
 }
 
 }  // namespace hlv::client

@@ -46,9 +46,8 @@ std::vector<SandboxDescription> SandboxClient::list() const {
     auto target = std::string(sandboxes).append("?limit=1000");
     if (next) target.append("&after=").append(percentEncoded(*next));
     control_->send("GET", target, nullptr, [&](const Json& body) {
-      for (const auto& item : sandbox::listIn(body, "sandboxes")) {
+      for (const auto& item : sandbox::listIn(body, "sandboxes"))
         all.push_back(sandbox::sandboxIn(item));
-      }
       next = sandbox::textIn(body, "next");
     });
   } while (next);
@@ -79,11 +78,7 @@ SandboxDescription SandboxClient::restore(const std::string& id,
 
 std::vector<SnapshotDescription> SandboxClient::snapshots() const {
   return control_->send("GET", "/v1/snapshots", nullptr, [](const Json& body) {
-    std::vector<SnapshotDescription> all;
-    for (const auto& item : sandbox::listIn(body, "snapshots")) {
-      all.push_back(sandbox::snapshotIn(item));
-    }
-    return all;
+    return sandbox::recordsIn(sandbox::listIn(body, "snapshots"), sandbox::snapshotIn);
   });
 }
 

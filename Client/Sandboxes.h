@@ -65,9 +65,9 @@ class SandboxClient {
 /// Threading: any; it is destroyed on another thread than its host's calls complete on.
 class TestSandbox {
  public:
-  [[nodiscard]] static TestSandbox create(const std::string& providerURL);
   [[nodiscard]] static TestSandbox create(const std::string& providerURL,
-                                          const NewSandbox& options);
+                                          const NewSandbox& options = {.secondsToLive = 3600,
+                                                                       .isInMemory = true});
   ~TestSandbox();
   TestSandbox(TestSandbox&&) = default;
   TestSandbox& operator=(TestSandbox&&) = delete;

@@ -4,22 +4,6 @@
 #include "Values/Error.h"
 
 namespace hlv::client {
-namespace {
-
-constexpr std::int64_t secondsToLive = 3600;
-
-NewSandbox usualOptions() {
-  NewSandbox options;
-  options.secondsToLive = secondsToLive;
-  options.isInMemory = true;
-  return options;
-}
-
-}  // namespace
-
-TestSandbox TestSandbox::create(const std::string& providerURL) {
-  return create(providerURL, usualOptions());
-}
 
 TestSandbox TestSandbox::create(const std::string& providerURL, const NewSandbox& options) {
   return {std::make_shared<SandboxClient>(providerURL), options};

@@ -12,6 +12,7 @@
 #include "Server/Api/Resources.h"
 #include "Server/Console/App.h"
 #include "Server/Console/ConsoleResources.h"
+#include "Server/Http/HttpListener.h"
 
 namespace hlv::server {
 namespace {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "Server/Http/HttpListener.h"
+#include "Server/Http/ListenOptions.h"
 #include "Values/Result.h"
 
 namespace hlv::server {

@@ -11,7 +11,7 @@ template class nlohmann::basic_json<nlohmann::ordered_map>;
 namespace hlv::sandbox {
 namespace {
 
-constexpr int deepest = 6;
+constexpr int deepestRequest = 6;
 constexpr std::size_t longestText = 1024;
 
 bool isControl(char character) {
@@ -68,15 +68,20 @@ const Json* memberOf(const Json& object, const char* key) {
 
 }  // namespace
 
-Json parsedObject(const std::string& text) {
+Json parsed(const std::string& text, int deepest) {
   bool isTooDeep = false;
-  const auto look = [&isTooDeep](int depth, Json::parse_event_t, Json&) {
+  const auto look = [&](int depth, Json::parse_event_t, Json&) {
     isTooDeep = isTooDeep || depth > deepest;
     return !isTooDeep;
   };
   auto json = Json::parse(text, look, false);
   if (isTooDeep) throw InvalidRecord{"malformed-json", "The body is nested too deeply."};
   if (json.is_discarded()) throw InvalidRecord{"malformed-json", "The body is no JSON."};
+  return json;
+}
+
+Json parsedObject(const std::string& text) {
+  auto json = parsed(text, deepestRequest);
   if (!json.is_object()) throw InvalidRecord{"wrong-type", "The body is no JSON object."};
   requirePlainTexts(json);
   return json;

@@ -41,6 +41,8 @@ class InvalidRecord : public Problem {
 /// Members keep the order in which they were written.
 using Json = nlohmann::ordered_json;
 
+/// Rejects what is no JSON, and what is nested deeper.
+Json parsed(const std::string& text, int deepest);
 /// Reads an object from a request. Rejects anything else, nesting deeper than a request needs, and
 /// texts that are long or hold control characters.
 Json parsedObject(const std::string& text);

@@ -28,12 +28,12 @@ struct SandboxDescription {
 
 /// What a new sandbox is to be; the server chooses what is missing.
 struct NewSandbox {
-  std::optional<std::string> id;
-  std::optional<std::uint64_t> seed;
-  std::optional<std::string> clock;
+  std::optional<std::string> id = {};
+  std::optional<std::uint64_t> seed = {};
+  std::optional<std::string> clock = {};
   /// The snapshot that it starts from.
-  std::optional<std::string> snapshot;
-  std::optional<std::int64_t> secondsToLive;
+  std::optional<std::string> snapshot = {};
+  std::optional<std::int64_t> secondsToLive = {};
   bool isInMemory = false;
 };
 

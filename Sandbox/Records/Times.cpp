@@ -14,6 +14,10 @@ constexpr const char* textFormat = "%Y-%m-%dT%H:%M:%SZ";
 
 }  // namespace
 
+std::int64_t millisecondOf(std::chrono::system_clock::time_point time) {
+  return std::chrono::floor<std::chrono::milliseconds>(time).time_since_epoch().count();
+}
+
 std::string timeText(sys_seconds time) {
   const auto seconds = std::chrono::system_clock::to_time_t(time);
   std::tm parts{};

@@ -10,6 +10,8 @@
 
 namespace hlv::sandbox {
 
+/// Milliseconds since 1970.
+std::int64_t millisecondOf(std::chrono::system_clock::time_point time);
 /// "2026-11-22T07:53:01Z"
 std::string timeText(std::chrono::sys_seconds time);
 /// The same with milliseconds, as events keep it.

@@ -11,9 +11,9 @@ using std::chrono::sys_seconds;
 /// By how many seconds the sandbox's clock is ahead of the machine's.
 constexpr const char* aheadSetting = "clock-ahead";
 
-sys_seconds machineTime() { return std::chrono::floor<seconds>(std::chrono::system_clock::now()); }
-
 }  // namespace
+
+sys_seconds machineTime() { return std::chrono::floor<seconds>(std::chrono::system_clock::now()); }
 
 sys_seconds sandboxTime(Database& database) {
   const auto ahead = readSetting(database, aheadSetting);

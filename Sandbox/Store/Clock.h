@@ -10,6 +10,7 @@
 
 namespace hlv::sandbox {
 
+std::chrono::sys_seconds machineTime();
 /// The machine's time, until the sandbox's clock is set; from then on it runs on from there.
 std::chrono::sys_seconds sandboxTime(Database& database);
 /// The month that cards expire by.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Records/Times.h"
 #include "Server/Api/ErrorReplies.h"
 
 namespace hlv::server {
@@ -58,12 +59,10 @@ void ApiHandler::handle(const HttpRequest& request, Reply reply) {
 }
 
 void ApiHandler::finished(const FinishedRequest& finished) {
-  using std::chrono::milliseconds;
   const auto& request = finished.request;
   RequestRecord record;
   record.id = request.id;
-  record.at =
-      std::chrono::duration_cast<milliseconds>(request.receivedAt.time_since_epoch()).count();
+  record.at = sandbox::millisecondOf(request.receivedAt);
   record.microseconds =
       std::chrono::duration_cast<std::chrono::microseconds>(finished.duration).count();
   record.method = request.isHead ? "HEAD" : request.method;

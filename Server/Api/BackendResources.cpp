@@ -111,7 +111,7 @@ void addGuests(ApiRoutes& routes) {
   routes.add("PATCH", path, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     sandbox::requireKnownMembers(body, {"payment_token"});
-    serveCall(exchange, service(), {Operation::updateGuest}, false, false,
+    serveCall(exchange, service(), {Operation::updateGuest},
               [token = sandbox::textIn(body, "payment_token"), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 return wanted.made(database, 200, backend::updateGuest(database, caller, token));
@@ -124,7 +124,7 @@ void addCards(ApiRoutes& routes) {
   constexpr std::string_view card = "v1/guests/*/cards/*";
   routes.add("GET", cards, [](const Exchange& exchange) {
     serveCall(
-        exchange, service(), {Operation::fetchCards}, true, false,
+        exchange, service(), {Operation::fetchCards},
         [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
           const auto list = backend::fetchCards(database, caller, fault);
           auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::listOf(*list) : Json()}});
@@ -134,7 +134,7 @@ void addCards(ApiRoutes& routes) {
   routes.add("POST", cards, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     requireAddCardBody(body);
-    serveCall(exchange, service(), {Operation::addCard, useCaseOf(body)}, false, true,
+    serveCall(exchange, service(), {Operation::addCard, useCaseOf(body)},
               [request = sandbox::dictionaryOf(body), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto added = backend::addCard(database, caller, request);
@@ -145,7 +145,7 @@ void addCards(ApiRoutes& routes) {
     const auto address = bodyOf(exchange);
     requireAddress(address);
     const auto& id = exchange.part(4);
-    serveCall(exchange, service(), {Operation::updateCard, {}, id}, false, false,
+    serveCall(exchange, service(), {Operation::updateCard, {}, id},
               [id, fields = sandbox::dictionaryOf(address), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto updated = backend::updateCard(database, caller, id, fields);
@@ -155,7 +155,7 @@ void addCards(ApiRoutes& routes) {
   routes.add("DELETE", card, [](const Exchange& exchange) {
     const auto& id = exchange.part(4);
     serveCall(
-        exchange, service(), {Operation::deleteCard, {}, id}, false, false,
+        exchange, service(), {Operation::deleteCard, {}, id},
         [id, caller = callerOf(exchange), wanted = GuestReply(exchange)](Database& database, auto) {
           return wanted.made(database, 200, backend::deleteCard(database, caller, id));
         });

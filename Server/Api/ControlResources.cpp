@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Cards/EnteredCard.h"
@@ -14,7 +15,6 @@
 #include "Sandbox/Testing/Reset.h"
 #include "Sandbox/Testing/Scenarios.h"
 #include "Server/Api/ErrorReplies.h"
-#include "Server/Api/Har.h"
 #include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
@@ -99,6 +99,21 @@ void addFaults(ApiRoutes& routes) {
   routes.read("v1/sandbox/firings", [](Database& database, const Exchange&) {
     return jsonReply(200, {{"firings", sandbox::listOf(sandbox::readFirings(database))}});
   });
+}
+
+/// The guest whom a request of a tester is about: the one it names, else the session's, else the
+/// sandbox's only one.
+std::string guestMeant(sandbox::Database& database, const std::optional<std::string>& named,
+                       const std::optional<std::string>& session) {
+  if (named) {
+    return sandbox::backend::ownerOf(database, {sandbox::backend::Caller::Kind::anyone, *named});
+  }
+  auto guest =
+      session ? sandbox::readSessionGuest(database, *session) : sandbox::readOnlyGuest(database);
+  if (!guest) {
+    throw HttpError(422, "guest-needed", "The request has to name its guest.");
+  }
+  return *guest;
 }
 
 HttpReply sidesReply(Database& database, int status, const std::string& guest) {
@@ -197,32 +212,24 @@ Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usual
 }
 
 /// The requests that come, one event each.
-class RequestStream {
- public:
-  explicit RequestStream(std::shared_ptr<World> world)
-      : world_(std::move(world)), last_(world_->store().read(RequestLog::last)) {}
-
-  std::string next() {
-    const auto changes = world_->store().changes();
-    if (changes == changes_) return "";
-    const auto news = world_->store().read([this](Database& database) {
-      return RequestLog::read(database, {.after = last_}, world_->id());
+EventStream requestStream(const std::shared_ptr<World>& world) {
+  return [world, last = world->store().read(RequestLog::last),
+          seen = std::int64_t{0}]() mutable -> std::string {
+    const auto changes = world->store().changes();
+    if (changes == seen) return "";
+    const auto news = world->store().read([&](Database& database) {
+      return RequestLog::read(database, {.after = last}, world->id());
     });
     std::string events;
     for (const auto& request : news["requests"]) {
-      last_ = request["number"];
+      last = request["number"];
       events += "event: request\ndata: " + sandbox::textOf(request) + "\n\n";
     }
     // What is left comes the next time, whether or not anything changes.
-    if (news["next"].is_null()) changes_ = changes;
+    if (news["next"].is_null()) seen = changes;
     return events;
-  }
-
- private:
-  const std::shared_ptr<World> world_;
-  std::int64_t changes_ = 0;
-  std::int64_t last_;
-};
+  };
+}
 
 void addRequests(ApiRoutes& routes) {
   readLog(routes, "v1/sandbox/requests", [](Database& database, const Exchange& exchange) {
@@ -230,9 +237,7 @@ void addRequests(ApiRoutes& routes) {
   });
   routes.add("GET", "v1/sandbox/requests/stream", [](const Exchange& exchange) {
     HttpReply reply;
-    reply.events = [stream = std::make_shared<RequestStream>(exchange.world)] {
-      return stream->next();
-    };
+    reply.events = requestStream(exchange.world);
     exchange.reply(std::move(reply));
   });
   readLog(routes, "v1/sandbox/requests/*", [](Database& database, const Exchange& exchange) {
@@ -242,7 +247,7 @@ void addRequests(ApiRoutes& routes) {
   });
   readLog(routes, "v1/sandbox/har", [](Database& database, const Exchange& exchange) {
     const auto log = requestsIn(database, exchange, 1'000);
-    return jsonReply(200, harOf(log["requests"], exchange.request.host));
+    return jsonReply(200, RequestLog::harOf(log["requests"], exchange.request.host));
   });
 }
 

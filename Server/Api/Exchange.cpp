@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Sandbox/Calls/Summary.h"
+#include "Sandbox/Records/Times.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Idempotency.h"
 #include "Values/Wiped.h"
@@ -148,10 +149,9 @@ struct KeptExchange {
 
 void RequestTrace::add(const std::string& from, const std::string& to, const std::string& what,
                        const std::string& result) {
-  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(
-      std::chrono::system_clock::now().time_since_epoch());
+  const auto now = sandbox::millisecondOf(std::chrono::system_clock::now());
   events.push_back(
-      {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now.count()});
+      {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now});
 }
 
 HttpReply jsonReply(int status, const Json& body) {
@@ -162,15 +162,13 @@ HttpReply jsonReply(int status, const Json& body) {
 }
 
 void serveCall(const Exchange& exchange, const sandbox::CallHandler& service, const Call& call,
-               bool isReading, bool isRepeatable, CallHandling handling) {
-  Serving serving{service,      call,          std::move(handling), exchange.request.id,
-                  std::nullopt, exchange.trace};
-  if (isRepeatable && exchange.request.idempotencyKey) {
-    serving.repeatable =
-        IdempotentRequest::of(exchange.request, service.name(), exchange.world->salt());
+               CallHandling handling) {
+  const auto& request = exchange.request;
+  Serving serving{service, call, std::move(handling), request.id, std::nullopt, exchange.trace};
+  if (request.method == "POST" && request.idempotencyKey) {
+    serving.repeatable = IdempotentRequest(request, service.name(), exchange.world->salt());
   }
-  if (isReading) {
-    const auto& request = exchange.request;
+  if (request.method == "GET") {
     const auto key = request.target + "\n" + request.authorization.value_or("");
     if (auto reply = serving.read(exchange.world->store(), key)) {
       return exchange.reply(*std::move(reply));

@@ -66,11 +66,11 @@ struct CallReply {
 using CallHandling =
     std::function<CallReply(sandbox::Database&, std::optional<sandbox::FaultKind>)>;
 
-/// Serves one call of a service: a call that only reads on this thread, unless a fault may meet it,
-/// any other in the next commit. With `isRepeatable` and an idempotency key the effect happens
-/// once, and its reply is kept in the same transaction.
+/// Serves one call of a service: a GET on this thread, unless a fault may meet it, any other in the
+/// next commit. The effect of a POST with an idempotency key happens once, and its reply is kept in
+/// the same transaction.
 void serveCall(const Exchange& exchange, const sandbox::CallHandler& service,
-               const sandbox::Call& call, bool isReading, bool isRepeatable, CallHandling handling);
+               const sandbox::Call& call, CallHandling handling);
 
 /// Replies with what `work` makes in the next commit.
 void replyWriting(const Exchange& exchange, std::function<HttpReply(sandbox::Database&)> work);

@@ -1,11 +1,7 @@
-#include "Server/Api/Har.h"
-
-#include "Public/HLVSDKPaylevenKitVersion.h"
+#include "Server/Api/RequestLog.h"
 
 namespace hlv::server {
 namespace {
-
-using sandbox::Json;
 
 Json entryOf(const Json& request, const std::string& host) {
   const auto& duration = request["duration_ms"];
@@ -39,7 +35,7 @@ Json entryOf(const Json& request, const std::string& host) {
 
 }  // namespace
 
-Json harOf(const Json& requests, const std::string& host) {
+Json RequestLog::harOf(const Json& requests, const std::string& host) {
   auto entries = Json::array();
   for (const auto& request : requests) entries.push_back(entryOf(request, host));
   return {{"log",

@@ -57,15 +57,13 @@ void requireKey(const std::string& key) {
 
 }  // namespace
 
-IdempotentRequest IdempotentRequest::of(const HttpRequest& request, const std::string& service,
-                                        const std::string& salt) {
+IdempotentRequest::IdempotentRequest(const HttpRequest& request, const std::string& service,
+                                     const std::string& salt) {
   const auto given = request.idempotencyKey.value_or("");
   requireKey(given);
-  IdempotentRequest result;
-  result.key_ = digestOf({salt, service, given});
-  result.digest_ = digestOf({salt, service, given, request.method, request.target, request.body,
-                             request.prefer.value_or("")});
-  return result;
+  key_ = digestOf({salt, service, given});
+  digest_ = digestOf({salt, service, given, request.method, request.target, request.body,
+                      request.prefer.value_or("")});
 }
 
 std::optional<HttpReply> IdempotentRequest::keptReply(Database& database,

@@ -20,8 +20,8 @@ class IdempotentRequest {
  public:
   /// Keys of services with different names have nothing to do with each other. Throws `HttpError`
   /// for a key that cannot be read. The request must have one.
-  static IdempotentRequest of(const HttpRequest& request, const std::string& service,
-                              const std::string& salt);
+  IdempotentRequest(const HttpRequest& request, const std::string& service,
+                    const std::string& salt);
 
   /// The reply to the same request before, if there was one. Throws `HttpError` where the key
   /// belongs to another request.

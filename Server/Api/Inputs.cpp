@@ -2,15 +2,12 @@
 
 #include <string_view>
 
-#include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {
-
-using sandbox::backend::Caller;
 
 std::optional<std::string> sessionOf(const HttpRequest& request) {
   const auto& authorization = request.authorization;
@@ -20,19 +17,6 @@ std::optional<std::string> sessionOf(const HttpRequest& request) {
     throw HttpError(401, "not-signed-in", "Only the session of a guest authorises a request.");
   }
   return authorization->substr(scheme.size());
-}
-
-std::string guestMeant(sandbox::Database& database, const std::optional<std::string>& named,
-                       const std::optional<std::string>& session) {
-  if (named) {
-    return sandbox::backend::ownerOf(database, {Caller::Kind::anyone, *named});
-  }
-  auto guest =
-      session ? sandbox::readSessionGuest(database, *session) : sandbox::readOnlyGuest(database);
-  if (!guest) {
-    throw HttpError(422, "guest-needed", "The request has to name its guest.");
-  }
-  return *guest;
 }
 
 std::int64_t numberIn(const HttpRequest& request, const std::string& name, std::int64_t otherwise,

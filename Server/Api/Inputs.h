@@ -1,4 +1,4 @@
-// What a request names: its caller, its guest, numbers and times. Private to the server.
+// What a request names: its caller, numbers and times. Private to the server.
 //
 // Threading: pure functions; any. Those that take a database run inside `Store::read` or
 // `Store::write`. All throw `HttpError` for what makes no sense.
@@ -9,18 +9,13 @@
 #include <optional>
 #include <string>
 
-#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Store/Database.h"
 #include "Server/Http/HttpMessages.h"
 
 namespace hlv::server {
 
 /// The session of `Authorization: Bearer …`.
 std::optional<std::string> sessionOf(const HttpRequest& request);
-/// The guest whom a request of a tester is about: the one it names, else the session's, else the
-/// sandbox's only one.
-std::string guestMeant(sandbox::Database& database, const std::optional<std::string>& named,
-                       const std::optional<std::string>& session);
-
 /// A number of the query from `least` to `greatest`.
 std::int64_t numberIn(const HttpRequest& request, const std::string& name, std::int64_t otherwise,
                       std::int64_t least, std::int64_t greatest);

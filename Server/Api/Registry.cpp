@@ -31,10 +31,6 @@ constexpr std::size_t mostInMemory = 1'000;
 constexpr std::size_t mostSandboxes = 100'000;
 constexpr std::chrono::seconds idleTime{30};
 
-sys_seconds currentSecond() {
-  return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-}
-
 sys_seconds timeOf(std::int64_t secondsSince1970) {
   return sys_seconds(std::chrono::seconds(secondsSince1970));
 }
@@ -98,7 +94,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
         new Registry(storePath, std::move(*lock), std::move(*registry), std::move(writers)));
     opened->readEntries();
     auto& entry = opened->entries_[defaultID];
-    entry.created = currentSecond();
+    entry.created = sandbox::machineTime();
     entry.world = std::make_shared<World>(defaultID, *store, opened->writers_);
     entry.world->openLog();
     return opened;
@@ -157,19 +153,16 @@ Registry::Entry& Registry::entryOf(const std::string& id) {
 std::shared_ptr<World> Registry::world(const std::string& id) {
   const std::lock_guard lock(mutex_);
   auto& entry = entryOf(id);
-  if (entry.expires && *entry.expires <= currentSecond()) throw noSuchSandbox();
+  if (entry.expires && *entry.expires <= sandbox::machineTime()) throw noSuchSandbox();
   if (!entry.world) {
     entry.world = entry.closing.lock();
     if (!entry.world) {
       entry.world = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
     }
     entry.world->openLog();
-    keepOpen(id, entry);
+    keepOpen(entry);
   }
-  if (!entry.isInMemory && id != defaultID) {
-    entry.lastUse = std::chrono::steady_clock::now();
-    used_.splice(used_.begin(), used_, entry.place);
-  }
+  entry.lastUse = std::chrono::steady_clock::now();
   return entry.world;
 }
 
@@ -180,21 +173,18 @@ std::shared_ptr<World> Registry::openWorld(const std::string& id) {
 }
 
 /// Closes others where too many are open.
-void Registry::keepOpen(const std::string& id, Entry& entry) {
-  used_.push_front(id);
-  entry.place = used_.begin();
-  entry.lastUse = std::chrono::steady_clock::now();
-  auto place = used_.end();
-  for (auto open = used_.size(); open > mostOpen_ && place != used_.begin(); --open) {
-    auto& least = entries_.at(*--place);
-    // The last one is in use by whoever opened it.
-    if (least.world.use_count() > 1 || place == used_.begin()) continue;
-    close(least);
-    place = used_.erase(place);
+void Registry::keepOpen(Entry& entry) {
+  const auto lastUse = [](const Entry* each) { return std::pair(each->isInUse(), each->lastUse); };
+  while (open_.size() >= mostOpen_) {
+    const auto least = std::ranges::min_element(open_, {}, lastUse);
+    if ((*least)->isInUse()) break;
+    close(**least);
+    open_.erase(least);
   }
+  entry.lastUse = std::chrono::steady_clock::now();
+  open_.push_back(&entry);
 }
 
-/// Its place among those that are open is the caller's to erase.
 void Registry::close(Entry& entry) {
   entry.closing = entry.world;
   post([world = std::exchange(entry.world, nullptr)] { closeLogOf(*world); });
@@ -212,15 +202,14 @@ void Registry::runMaintenance() {
   const std::lock_guard lock(mutex_);
   const auto idleSince = std::chrono::steady_clock::now() - idleTime;
   for (auto& [id, entry] : entries_) {
-    if (entry.expires && *entry.expires <= currentSecond()) removeSoon(id);
+    if (entry.expires && *entry.expires <= sandbox::machineTime()) removeSoon(id);
     if (entry.world) entry.world->flushLog();
   }
-  while (!used_.empty()) {
-    auto& entry = entries_.at(used_.back());
-    if (entry.lastUse > idleSince || entry.world.use_count() > 1) break;
-    used_.pop_back();
-    close(entry);
-  }
+  std::erase_if(open_, [&](Entry* entry) {
+    const bool isIdle = entry->lastUse <= idleSince && !entry->isInUse();
+    if (isIdle) close(*entry);
+    return isIdle;
+  });
 }
 
 void Registry::removeSoon(const std::string& id) {
@@ -239,7 +228,7 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
   if (wanted.snapshot) snapshots_.pathOf(*wanted.snapshot);
   const auto id = wanted.id.value_or("sbx_" + sandbox::randomLetters(20));
   const auto reserved = reserveNew(id, wanted);
-  Entry entry{currentSecond(), std::nullopt, wanted.isInMemory};
+  Entry entry{sandbox::machineTime(), std::nullopt, wanted.isInMemory};
   std::optional<std::int64_t> expires;
   if (wanted.secondsToLive) {
     entry.expires = entry.created + std::chrono::seconds(*wanted.secondsToLive);
@@ -261,7 +250,7 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
   {
     const std::lock_guard lock(mutex_);
     auto& kept = entries_[id] = std::move(entry);
-    if (!wanted.isInMemory) keepOpen(id, kept);
+    if (!wanted.isInMemory) keepOpen(kept);
   }
   return describe(id);
 }
@@ -321,8 +310,8 @@ void Registry::remove(const std::string& id) {
   registry_->write(
       [&](Database& database) { database.run("DELETE FROM sandboxes WHERE id = ?", id); });
   lock.lock();
-  const auto entry = std::move(entries_.extract(id).mapped());
-  if (entry.world && !entry.isInMemory) used_.erase(entry.place);
+  std::erase(open_, &entries_.at(id));
+  const auto removed = entries_.extract(id);
   lock.unlock();
   removeFiles(id);
 }

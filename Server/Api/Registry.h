@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -89,7 +88,8 @@ class Registry {
     /// While they are being closed.
     std::weak_ptr<World> closing = {};
     std::chrono::steady_clock::time_point lastUse = {};
-    std::list<std::string>::iterator place = {};
+
+    bool isInUse() const { return world.use_count() > 1; }
   };
 
   Registry(std::string storePath, sandbox::StoreLock lock, std::shared_ptr<sandbox::Store> registry,
@@ -98,7 +98,7 @@ class Registry {
   void readEntries();
   /// With the lock. Throws 404.
   Entry& entryOf(const std::string& id);
-  void keepOpen(const std::string& id, Entry& entry);
+  void keepOpen(Entry& entry);
   void close(Entry& entry);
   void removeSoon(const std::string& id);
   /// Nobody else makes or removes one of this name until what is returned goes; null where somebody
@@ -121,8 +121,8 @@ class Registry {
   PublicURLs urls_;
   std::map<std::string, Entry> entries_;
   std::set<std::string> reserved_;
-  /// The ids of what is open in files, most recently used first; not the default one.
-  std::list<std::string> used_;
+  /// Those that are open and have files; not the default one.
+  std::vector<Entry*> open_;
 };
 
 }  // namespace hlv::server

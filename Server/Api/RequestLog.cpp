@@ -1,6 +1,7 @@
 #include "Server/Api/RequestLog.h"
 
 #include <algorithm>
+#include <boost/url/grammar/hexdig_chars.hpp>
 #include <chrono>
 #include <string_view>
 #include <utility>
@@ -16,16 +17,9 @@ namespace {
 using sandbox::Database;
 using sandbox::maskedText;
 using sandbox::timeTextOfMilliseconds;
-using std::chrono::milliseconds;
 
 constexpr std::int64_t requestsKept = 1'000;
 constexpr const char* openSetting = "request-log-open";
-
-std::int64_t currentMillisecond() {
-  return std::chrono::duration_cast<milliseconds>(
-             std::chrono::system_clock::now().time_since_epoch())
-      .count();
-}
 
 // Between the parts of an event, and after each; no masked text holds them.
 constexpr char partEnd = '\x1f';
@@ -63,22 +57,17 @@ Json unpacked(std::string_view text, std::int64_t start) {
   return events;
 }
 
-int hexDigit(char character) {
-  if (character >= '0' && character <= '9') return character - '0';
-  const char small = static_cast<char>(character | 0x20);
-  return small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
-}
-
 std::string percentDecoded(const std::string& target) {
+  using boost::urls::grammar::hexdig_value;
   std::string text;
   for (std::size_t at = 0; at < target.size(); ++at) {
     const bool isEncoded = target[at] == '%' && at + 2 < target.size() &&
-                           hexDigit(target[at + 1]) >= 0 && hexDigit(target[at + 2]) >= 0;
+                           hexdig_value(target[at + 1]) >= 0 && hexdig_value(target[at + 2]) >= 0;
     if (!isEncoded) {
       text += target[at] == '+' ? ' ' : target[at];
       continue;
     }
-    text += static_cast<char>(hexDigit(target[at + 1]) * 16 + hexDigit(target[at + 2]));
+    text += static_cast<char>(hexdig_value(target[at + 1]) * 16 + hexdig_value(target[at + 2]));
     at += 2;
   }
   return text;
@@ -173,7 +162,7 @@ void RequestLog::write(Database& database) {
 void RequestLog::open(Database& database) {
   if (sandbox::readSetting(database, openSetting)) {
     database.run("INSERT INTO request_gaps (after, found) VALUES (?, ?)", last(database),
-                 currentMillisecond());
+                 sandbox::millisecondOf(std::chrono::system_clock::now()));
     database.run("DELETE FROM request_gaps WHERE number <= ?", database.lastRow() - requestsKept);
   }
   sandbox::writeSetting(database, openSetting, "open");

@@ -20,7 +20,7 @@ Snapshots::Snapshots(std::string folder, std::shared_ptr<sandbox::Store> registr
 }
 
 SnapshotDescription Snapshots::take(const std::string& sandbox, sandbox::Store& store) const {
-  const auto created = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  const auto created = sandbox::machineTime();
   SnapshotDescription made{"snp_" + sandbox::randomLetters(20), sandbox::timeText(created),
                            sandbox};
   store.copyTo(fileOf(made.id));

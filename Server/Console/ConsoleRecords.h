@@ -1,13 +1,16 @@
-// The timeline, stored data and what can be chosen, in JSON. Private to the server.
+// The timeline, stored data and what can be chosen, in JSON, and what is new of it. Private to the
+// server.
 //
 // Threading: pure functions; any. Those that take a database run inside `Store::read`.
 #pragma once
 
-#include <vector>
+#include <set>
+#include <string>
 
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Store/Database.h"
+#include "Server/Api/Registry.h"
 #include "Server/Console/App.h"
 #include "Server/Http/HttpMessages.h"
 
@@ -24,5 +27,13 @@ HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID);
 
 /// Throws `InvalidRecord`.
 sandbox::AddressFields addressIn(const Json& json);
+
+/// Server-sent events whose data names its sandbox: "state", which is "live" or "deleted";
+/// "timeline", with the operations and events that are new; "requests", with what is new in the
+/// request log; and "stored", when something else has changed. The first of each kind is whole, and
+/// says so: a page that comes again, perhaps to another process, need not know where it was.
+///
+/// The registry outlives the stream.
+EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes);
 
 }  // namespace hlv::server

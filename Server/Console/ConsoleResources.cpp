@@ -10,7 +10,6 @@
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/JournalRecords.h"
 #include "Server/Console/ConsoleRecords.h"
-#include "Server/Console/LiveFeed.h"
 #include "Server/Console/Page.h"
 #include "Values/Wiped.h"
 
@@ -69,9 +68,7 @@ std::set<std::string> followedBy(const Exchange& exchange) {
 void addJournal(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "events", [&registry](const Exchange& exchange) {
     HttpReply reply;
-    reply.events = [feed = std::make_shared<LiveFeed>(registry, followedBy(exchange))] {
-      return feed->next();
-    };
+    reply.events = liveFeed(registry, followedBy(exchange));
     exchange.reply(std::move(reply));
   });
   routes.add("GET", "timeline", [](const Exchange& exchange) {

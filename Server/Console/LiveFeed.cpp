@@ -1,7 +1,7 @@
-#include "Server/Console/LiveFeed.h"
-
 #include <algorithm>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <utility>
 
 #include "Sandbox/JSON/JournalRecords.h"
@@ -20,8 +20,6 @@ std::string eventOf(const std::string& name, const std::string& sandbox, Json da
   data["sandbox"] = sandbox;
   return "event: " + name + "\ndata: " + sandbox::textOf(data) + "\n\n";
 }
-
-}  // namespace
 
 /// What is new in one of them.
 class SandboxFeed {
@@ -94,30 +92,29 @@ class SandboxFeed {
   Json stored_;
 };
 
-LiveFeed::LiveFeed(Registry& registry, const std::set<std::string>& sandboxes)
-    : registry_(registry) {
-  for (const auto& id : sandboxes) feeds_[id] = nullptr;
-}
+}  // namespace
 
-LiveFeed::~LiveFeed() = default;
-
-std::string LiveFeed::next() {
-  std::string news;
-  for (auto& [id, feed] : feeds_) {
-    std::shared_ptr<World> world;
-    try {
-      world = registry_.world(id);
-    } catch (const HttpError& error) {
-      if (error.status != 404) throw;
+EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes) {
+  std::map<std::string, std::shared_ptr<SandboxFeed>> feeds;
+  for (const auto& id : sandboxes) feeds[id] = nullptr;
+  return [&registry, feeds = std::move(feeds)]() mutable {
+    std::string news;
+    for (auto& [id, feed] : feeds) {
+      std::shared_ptr<World> world;
+      try {
+        world = registry.world(id);
+      } catch (const HttpError& error) {
+        if (error.status != 404) throw;
+      }
+      // One that was deleted and made again is another one.
+      if (!feed || feed->world() != world) {
+        feed = std::make_shared<SandboxFeed>(world);
+        news += eventOf("state", id, {{"state", world ? "live" : "deleted"}});
+      }
+      if (world) news += feed->next();
     }
-    // One that was deleted and made again is another one.
-    if (!feed || feed->world() != world) {
-      feed = std::make_unique<SandboxFeed>(world);
-      news += eventOf("state", id, {{"state", world ? "live" : "deleted"}});
-    }
-    if (world) news += feed->next();
-  }
-  return news;
+    return news;
+  };
 }
 
 }  // namespace hlv::server

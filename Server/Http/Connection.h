@@ -1,25 +1,51 @@
 // One connection: its requests, one after the other, and their replies. Private to the listener.
 #pragma once
 
+#include <atomic>
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/core/basic_stream.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
-#include "Server/Http/EventLoop.h"
+#include "Server/Http/EventLoops.h"
 #include "Server/Http/HttpError.h"
-#include "Server/Http/ListenerState.h"
+#include "Server/Http/HttpMessages.h"
+#include "Server/Http/ListenOptions.h"
 #include "Server/Http/ReplyBytes.h"
 #include "Server/Http/RequestHead.h"
 
 namespace hlv::server {
+
+class Connection;
+
+/// What the connections of a listener share. While one of them holds it, the listener waits with
+/// its end.
+///
+/// Threading: any, but for `connections`.
+struct ListenerState {
+  ListenerState(ListenOptions listenOptions, HttpHandler& requestHandler, std::size_t loops)
+      : options(std::move(listenOptions)), handler(requestHandler), connections(loops) {}
+  ~ListenerState() { ended.set_value(); }
+
+  const ListenOptions options;
+  HttpHandler& handler;
+  std::atomic<bool> isClosing{false};
+  /// By loop; each set is its loop's alone.
+  std::vector<std::unordered_set<Connection*>> connections;
+  std::promise<void> ended;
+};
 
 /// Serves in one coroutine. Whatever ends the connection from outside closes it, and then the
 /// coroutine returns. Nothing large is kept between requests, and what was received is overwritten

@@ -3,6 +3,7 @@
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
 #include <utility>
 
 #include "Server/Http/Connection.h"
@@ -28,10 +29,10 @@ void bind(Acceptor& acceptor, const tcp::endpoint& endpoint, ErrorCode& error) {
 
 /// Takes connections and spreads them over the loops.
 ///
-/// Threading: its loop's thread, but for the constructor.
+/// Threading: its loop's thread, but for its public members.
 class Acceptor : public std::enable_shared_from_this<Acceptor> {
  public:
-  Acceptor(EventLoops::Impl& loops, EventLoop& loop, std::shared_ptr<ListenerState> listener)
+  Acceptor(EventLoops& loops, EventLoop& loop, std::shared_ptr<ListenerState> listener)
       : listener_(std::move(listener)),
         loops_(loops),
         acceptor_(*loop.context),
@@ -51,16 +52,18 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
   }
 
   void close() {
-    ErrorCode error;
-    acceptor_.close(error);
-    timer_.cancel();
+    asio::post(acceptor_.get_executor(), [self = shared_from_this()] {
+      ErrorCode error;
+      self->acceptor_.close(error);
+      self->timer_.cancel();
+    });
   }
 
  private:
   /// Until it is closed.
   asio::awaitable<void, LoopExecutor> accept() {
     while (acceptor_.is_open()) {
-      auto& loop = loops_.loops[next_ % loops_.loops.size()];
+      auto& loop = loops_.all()[next_ % loops_.all().size()];
       ErrorCode error = asio::error::no_descriptors;
       if (hasRoom()) {
         auto socket = co_await acceptor_.async_accept(*loop.context, into(error));
@@ -86,53 +89,10 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
   }
 
   const std::shared_ptr<ListenerState> listener_;
-  EventLoops::Impl& loops_;
+  EventLoops& loops_;
   std::size_t next_ = 0;
   asio::basic_socket_acceptor<tcp, LoopExecutor> acceptor_;
   LoopTimer timer_;
-};
-
-class HttpListener::Impl {
- public:
-  Impl(EventLoops::Impl& loops, std::shared_ptr<ListenerState> state)
-      : loops_(loops), state_(std::move(state)) {}
-
-  ~Impl() {
-    auto ended = state_->ended.get_future();
-    state_->isClosing = true;
-    for (const auto& loop : loops_.loops) {
-      asio::post(*loop.context, [state = state_, index = loop.index] {
-        // Those that close leave the set.
-        const auto connections = state->connections[index];
-        for (auto* connection : connections) connection->shutDown();
-      });
-    }
-    if (const auto acceptor = acceptor_.lock()) {
-      asio::post(*acceptLoop_->context, [acceptor] { acceptor->close(); });
-    }
-    state_.reset();
-    ended.wait();
-  }
-
-  ErrorCode listen(const tcp::endpoint& endpoint) {
-    acceptLoop_ = &loops_.next();
-    const auto acceptor = std::make_shared<Acceptor>(loops_, *acceptLoop_, state_);
-    ErrorCode error;
-    port_ = acceptor->listen(endpoint, error);
-    if (error) return error;
-    acceptor_ = acceptor;
-    asio::post(*acceptLoop_->context, [acceptor] { acceptor->start(); });
-    return error;
-  }
-
-  int port() const { return port_; }
-
- private:
-  EventLoops::Impl& loops_;
-  std::shared_ptr<ListenerState> state_;
-  EventLoop* acceptLoop_ = nullptr;
-  std::weak_ptr<Acceptor> acceptor_;
-  int port_ = 0;
 };
 
 namespace {
@@ -168,11 +128,15 @@ Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, List
   const auto endpoint = endpointOf(options);
   if (!endpoint) return Opened::failure(endpoint.problem());
   const auto problem = problemOfPort(options);
-  auto state =
-      std::make_shared<ListenerState>(std::move(options), handler, loops.impl().loops.size());
-  auto impl = std::make_unique<Impl>(loops.impl(), std::move(state));
-  if (impl->listen(*endpoint)) return Opened::failure(problem);
-  return std::unique_ptr<HttpListener>(new HttpListener(std::move(impl)));
+  auto listener =
+      std::unique_ptr<HttpListener>(new HttpListener(loops, std::move(options), handler));
+  const auto acceptor = std::make_shared<Acceptor>(loops, loops.next(), listener->state_);
+  ErrorCode error;
+  listener->port_ = acceptor->listen(*endpoint, error);
+  if (error) return Opened::failure(problem);
+  listener->acceptor_ = acceptor;
+  acceptor->start();
+  return listener;
 }
 
 Result<int> HttpListener::probe(const ListenOptions& options) {
@@ -186,10 +150,23 @@ Result<int> HttpListener::probe(const ListenOptions& options) {
   return int{acceptor.local_endpoint().port()};
 }
 
-HttpListener::HttpListener(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+HttpListener::HttpListener(EventLoops& loops, ListenOptions options, HttpHandler& handler)
+    : loops_(loops),
+      state_(std::make_shared<ListenerState>(std::move(options), handler, loops.all().size())) {}
 
-HttpListener::~HttpListener() = default;
-
-int HttpListener::port() const { return impl_->port(); }
+HttpListener::~HttpListener() {
+  auto ended = state_->ended.get_future();
+  state_->isClosing = true;
+  for (const auto& loop : loops_.all()) {
+    asio::post(*loop.context, [state = state_, index = loop.index] {
+      // Those that close leave the set.
+      const auto connections = state->connections[index];
+      for (auto* connection : connections) connection->shutDown();
+    });
+  }
+  if (const auto acceptor = acceptor_.lock()) acceptor->close();
+  state_.reset();
+  ended.wait();
+}
 
 }  // namespace hlv::server

@@ -1,48 +1,17 @@
 // Where requests arrive over HTTP: one port.
 #pragma once
 
-#include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "Server/Http/EventLoops.h"
 #include "Server/Http/HttpMessages.h"
+#include "Server/Http/ListenOptions.h"
 #include "Values/Result.h"
 
 namespace hlv::server {
 
-/// What one request and one connection may take of a listener.
-struct HttpLimits {
-  std::size_t targetBytes = 1024;
-  std::uint32_t headBytes = 16U * 1024;
-  std::size_t bodyBytes = 64UL * 1024;
-  /// For all of a head to arrive once its first byte has, then for all of the body.
-  std::chrono::milliseconds headTime{10'000};
-  std::chrono::milliseconds bodyTime{10'000};
-  /// For all of a reply to leave. Slow replies and event streams have no such limit.
-  std::chrono::milliseconds transferTime{10'000};
-  /// How long a connection is kept open without a request.
-  std::chrono::milliseconds idleTime{75'000};
-  /// How long a request is held. When it has passed, the connection is closed without a reply.
-  std::chrono::milliseconds answerTime{30'000};
-  /// Further connections wait in the backlog.
-  std::size_t connections = 12'000;
-};
-
-struct ListenOptions {
-  /// An IP address. One that is not of this machine alone is refused without `beyondThisMachine`.
-  std::string address = "127.0.0.1";
-  bool beyondThisMachine = false;
-  /// 0 is any free one.
-  int port = 0;
-  /// Names that clients may call the listener by, beside those of the loopback and 10.0.2.2, which
-  /// is this machine for a phone's emulator. With `beyondThisMachine`, IP addresses too.
-  std::vector<std::string> allowedHosts;
-  HttpLimits limits;
-};
+class Acceptor;
+struct ListenerState;
 
 /// Speaks HTTP/1.1 and 1.0 with kept connections; a connection's requests are served one after the
 /// other. No thread waits for a reply. A client that closes its side of the connection has left:
@@ -64,13 +33,15 @@ class HttpListener {
   HttpListener(const HttpListener&) = delete;
   HttpListener& operator=(const HttpListener&) = delete;
 
-  int port() const;
+  int port() const { return port_; }
 
  private:
-  class Impl;
-  explicit HttpListener(std::unique_ptr<Impl> impl);
+  HttpListener(EventLoops& loops, ListenOptions options, HttpHandler& handler);
 
-  const std::unique_ptr<Impl> impl_;
+  EventLoops& loops_;
+  std::shared_ptr<ListenerState> state_;
+  std::weak_ptr<Acceptor> acceptor_;
+  int port_ = 0;
 };
 
 }  // namespace hlv::server

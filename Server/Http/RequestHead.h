@@ -6,7 +6,8 @@
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/string_body.hpp>
 
-#include "Server/Http/HttpListener.h"
+#include "Server/Http/HttpMessages.h"
+#include "Server/Http/ListenOptions.h"
 #include "Server/Http/WipingAllocator.h"
 
 namespace hlv::server {

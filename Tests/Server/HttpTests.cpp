@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <boost/asio/post.hpp>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -125,9 +126,9 @@ class HttpTest : public ::testing::Test {
   std::shared_ptr<void> blockLoops() {
     const auto release = std::make_shared<std::promise<void>>();
     const auto released = release->get_future().share();
-    for (unsigned i = 0; i < loops.count(); ++i) {
+    for (const auto& loop : loops.all()) {
       const auto blocked = std::make_shared<std::promise<void>>();
-      loops.post([blocked, released] {
+      boost::asio::post(*loop.context, [blocked, released] {
         blocked->set_value();
         released.wait();
       });
@@ -138,9 +139,9 @@ class HttpTest : public ::testing::Test {
 
   /// All loops have run what they had to.
   void settle() {
-    for (unsigned i = 0; i < 2 * loops.count(); ++i) {
+    for (std::size_t i = 0; i < 2 * loops.all().size(); ++i) {
       const auto ran = std::make_shared<std::promise<void>>();
-      loops.post([ran] { ran->set_value(); });
+      boost::asio::post(*loops.next().context, [ran] { ran->set_value(); });
       ran->get_future().wait();
     }
   }
