@@ -67,13 +67,10 @@ std::shared_ptr<HLVErrorFacade> DeviceHost::makeErrorFacade() {
 std::shared_ptr<PLVCreditCardPaymentInstrument> DeviceHost::makeCreditCardPaymentInstrument(
     const NullableString& pan, const NullableString& expiryMonth, const NullableString& expiryYear,
     const NullableString& cvv, const NullableString& cardHolder) {
-  CardFields fields;
-  fields.pan = pan.value_or("");
-  fields.expiryMonth = expiryMonth.value_or("");
-  fields.expiryYear = expiryYear.value_or("");
-  fields.cvv = cvv.value_or("");
-  fields.cardHolder = cardHolder.value_or("");
-  return std::make_shared<NewInstrument>(EnteredCard::make(std::move(fields)));
+  // Built in place: a text that is moved leaves its characters behind.
+  return std::make_shared<NewInstrument>(
+      EnteredCard::make({pan.value_or(""), expiryMonth.value_or(""), expiryYear.value_or(""),
+                         cvv.value_or(""), cardHolder.value_or("")}));
 }
 
 }  // namespace hlv::sandbox
