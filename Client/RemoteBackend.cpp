@@ -1,7 +1,6 @@
 #include "Client/RemoteBackend.h"
 
-#include "Sandbox/Backend/AddCardBody.h"
-#include "Sandbox/Backend/UpdateGuestRequest.h"
+#include "Sandbox/Backend/Requests.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/Masking/MaskedText.h"

@@ -1,4 +1,4 @@
-#include "Sandbox/Backend/AddCardBody.h"
+#include "Sandbox/Backend/Requests.h"
 
 #include "Host/Halvo_Meta/HLVUtilities.h"
 #include "Sandbox/Cards/CardBrands.h"
