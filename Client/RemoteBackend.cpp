@@ -1,8 +1,7 @@
 #include <utility>
 
 #include "Client/RemoteServices.h"
-#include "Sandbox/Backend/AddCardBody.h"
-#include "Sandbox/Backend/UpdateGuestRequest.h"
+#include "Sandbox/Backend/Requests.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/Masking/MaskedText.h"

@@ -5,13 +5,12 @@
 #include "Platform/Platform.h"
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
-#include "Sandbox/Host/Constants.h"
 #include "Sandbox/Host/SandboxHost.h"
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
 #include "Sandbox/Testing/EmbeddedTester.h"
-#include "Sandbox/Testing/Reset.h"
+#include "Sandbox/Testing/Scenarios.h"
 
 namespace hlv::sandbox {
 namespace {

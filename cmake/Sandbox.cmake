@@ -8,11 +8,11 @@ set_target_properties(HLVSDKPaylevenSandbox PROPERTIES EXPORT_NAME Sandbox)
 target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/App/Enabling.cpp
   Sandbox/App/SimulatedApp.cpp
-  Sandbox/Backend/AddCardBody.cpp
   Sandbox/Backend/Backend.cpp
   Sandbox/Backend/BackendClient.cpp
   Sandbox/Backend/BackendTables.cpp
   Sandbox/Backend/Guest.cpp
+  Sandbox/Backend/Requests.cpp
   Sandbox/Calls/CallHandler.cpp
   Sandbox/Calls/Journal.cpp
   Sandbox/Calls/Reachability.cpp
@@ -28,9 +28,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Errors/SandboxError.cpp
   Sandbox/Faults/Fault.cpp
   Sandbox/Faults/FaultTables.cpp
-  Sandbox/Host/Constants.cpp
   Sandbox/Host/DeviceHost.cpp
-  Sandbox/Host/SandboxHost.cpp
   Sandbox/Logging/Logger.cpp
   Sandbox/Masking/MaskedText.cpp
   Sandbox/Masking/NumberParts.cpp
@@ -47,7 +45,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Store/Store.cpp
   Sandbox/Store/StoreLock.cpp
   Sandbox/Testing/EmbeddedTester.cpp
-  Sandbox/Testing/Reset.cpp
   Sandbox/Testing/Scenarios.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ObjC/Binding/Strings.h"
-#include "Sandbox/Host/Constants.h"
+#include "Sandbox/Host/DeviceHost.h"
 
 namespace hlv::sandbox::objc {
 namespace {

@@ -1,10 +1,9 @@
 #include "Sandbox/Backend/BackendClient.h"
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Sandbox/Backend/AddCardBody.h"
 #include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/Requests.h"
 #include "Sandbox/Backend/StoredCard.h"
-#include "Sandbox/Backend/UpdateGuestRequest.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Values/Send.h"
 

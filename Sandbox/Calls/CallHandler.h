@@ -4,6 +4,7 @@
 // Threading: inside `Store::write`.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,7 +12,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "Sandbox/Calls/Failed.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Faults/Fault.h"
 #include "Sandbox/Store/Database.h"
@@ -40,6 +40,14 @@ struct Handled {
   std::tuple<Results...> results;
   std::optional<Fault> fault;
 };
+
+/// The results of a call that failed: nothing but the error, which every completion takes last.
+template <class... Results>
+std::tuple<Results...> failed(ErrorPtr error) {
+  std::tuple<Results...> results;
+  std::get<sizeof...(Results) - 1>(results) = std::move(error);
+  return results;
+}
 
 /// "fault 'never' met createUserToken", as events say it.
 std::string descriptionOf(const Fault& fault);

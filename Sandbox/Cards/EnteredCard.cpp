@@ -15,12 +15,12 @@ void wipeSecrets(CardFields& fields) {
 }  // namespace
 
 std::shared_ptr<EnteredCard> EnteredCard::make(CardFields fields) {
-  auto card = std::shared_ptr<EnteredCard>(new EnteredCard(normalised(fields)));
+  auto card = std::shared_ptr<EnteredCard>(new EnteredCard(fields));
   wipeSecrets(fields);
   return card;
 }
 
-EnteredCard::EnteredCard(CardFields fields) : fields_(fields) { wipeSecrets(fields); }
+EnteredCard::EnteredCard(const CardFields& fields) : fields_(normalised(fields)) {}
 
 EnteredCard::~EnteredCard() { wipeSecrets(fields_); }
 

@@ -40,13 +40,17 @@ class EnteredCard final : public HLVSDKPaymentInstrument {
   NullableString cardHolder() const override;
   NullableString instrumentUseCaseString() const override;
   bool isValid(ErrorPtr* error) const override;
-  /// The first rule that the card breaks in a month. For the sandbox's own use.
+  // For the sandbox's own use.
+
+  /// As they are kept; what is returned by value leaves a copy behind.
+  const CardFields& fields() const { return fields_; }
+  /// The first rule that the card breaks in a month.
   [[nodiscard]] std::optional<BrokenRule> brokenRule(YearMonth month) const;
   void setExternalIdentifier(const NullableString& identifier) override;
   NullableString externalIdentifier() const;
 
  private:
-  explicit EnteredCard(CardFields fields);
+  explicit EnteredCard(const CardFields& fields);
 
   CardFields fields_;
   mutable Mutex mutex_;

@@ -1,15 +1,55 @@
 #include "Sandbox/Host/DeviceHost.h"
 
-#include "Sandbox/Backend/AddCardBody.h"
-#include "Sandbox/Backend/Session.h"
-#include "Sandbox/Backend/UpdateGuestRequest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
+#include "Host/Halvo_Authentication/HLVSession.h"
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/Requests.h"
 #include "Sandbox/Cards/CardBrands.h"
+#include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Errors/ErrorFacade.h"
-#include "Sandbox/Host/Constants.h"
 #include "Sandbox/Host/SandboxHost.h"
 #include "Sandbox/Provider/CardInstruments.h"
+#include "Sandbox/Records/AddressKeys.h"
 
 namespace hlv::sandbox {
+namespace {
+
+/// Authorised for as long as its guest is the one signed in.
+///
+/// Threading: any.
+class Session final : public HLVSession {
+ public:
+  Session(std::string email, std::shared_ptr<Store> store)
+      : email_(std::move(email)), store_(std::move(store)) {}
+
+  bool isAuthorized() const override {
+    return store_->readOrNothing(backend::signedInEmail) == email_;
+  }
+
+ private:
+  const std::string email_;
+  const std::shared_ptr<Store> store_;
+};
+
+}  // namespace
+
+std::shared_ptr<const HLVSDKConstants> sandboxConstants() {
+  static const auto& constants = *new auto(std::make_shared<const HLVSDKConstants>(HLVSDKConstants{
+      .useCaseDefault = "default",
+      .useCasePrivate = "private",
+      .useCaseBusiness = "business",
+      .businessAddressJSONKeyes = {addressKeys::street, addressKeys::city, addressKeys::countryCode,
+                                   addressKeys::zip, addressKeys::businessName},
+      .urlErrorDomain = urlErrorDomain,
+      .paymentErrorDomain = paymentErrorDomain,
+      .authorizationStatusNotification = "HLVSDKDidChangeAuthorizationStatusNotification",
+      .isAuthorizedKey = "HLVSDKNotificationUserInfoIsAuthorizedKey",
+      .reachabilityStateNotification = "HLVSDKReachabilityDidChangeReachabilityStateNotification",
+      .reachabilityStateKey = "HLVSDKReachabilityDidChangeReachabilityNotificationStateKey",
+      .reachabilityPreviousStateKey =
+          "HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey"}));
+  return constants;
+}
 
 std::shared_ptr<const HLVSDKConstants> DeviceHost::constants() { return sandboxConstants(); }
 
@@ -67,13 +107,10 @@ std::shared_ptr<HLVErrorFacade> DeviceHost::makeErrorFacade() {
 std::shared_ptr<PLVCreditCardPaymentInstrument> DeviceHost::makeCreditCardPaymentInstrument(
     const NullableString& pan, const NullableString& expiryMonth, const NullableString& expiryYear,
     const NullableString& cvv, const NullableString& cardHolder) {
-  CardFields fields;
-  fields.pan = pan.value_or("");
-  fields.expiryMonth = expiryMonth.value_or("");
-  fields.expiryYear = expiryYear.value_or("");
-  fields.cvv = cvv.value_or("");
-  fields.cardHolder = cardHolder.value_or("");
-  return std::make_shared<NewInstrument>(EnteredCard::make(std::move(fields)));
+  // Built in place: a text that is moved leaves its characters behind.
+  return std::make_shared<NewInstrument>(
+      EnteredCard::make({pan.value_or(""), expiryMonth.value_or(""), expiryYear.value_or(""),
+                         cvv.value_or(""), cardHolder.value_or("")}));
 }
 
 }  // namespace hlv::sandbox

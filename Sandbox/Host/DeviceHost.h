@@ -11,6 +11,9 @@ namespace hlv::sandbox {
 
 struct Parts;
 
+/// The texts of every sandbox's host. Threading: any. Never null.
+std::shared_ptr<const HLVSDKConstants> sandboxConstants();
+
 /// A sandbox's own reachability, session, loggers, assertions and records. The services and the
 /// guests are left to what derives from it.
 ///

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "Sandbox/Backend/BackendClient.h"
 #include "Sandbox/Backend/Guest.h"
@@ -19,15 +20,20 @@ namespace hlv::sandbox {
 ///
 /// Threading: any.
 struct Parts {
-  Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink);
+  Parts(std::shared_ptr<Store> openedStore, LogSink remoteSink, LogSink consoleSink)
+      : store(std::move(openedStore)),
+        remoteLog(std::make_shared<Logger>(std::move(remoteSink), journal)),
+        consoleLog(std::make_shared<Logger>(std::move(consoleSink))) {}
 
   const std::shared_ptr<Store> store;
-  const std::shared_ptr<Journal> journal;
-  const std::shared_ptr<Reachability> reachability;
-  const std::shared_ptr<ReplyQueue> answers;
-  const std::shared_ptr<Guests> guests;
-  const std::shared_ptr<BackendClient> backend;
-  const std::shared_ptr<ProviderClient> provider;
+  const std::shared_ptr<Journal> journal = std::make_shared<Journal>(store, "start");
+  const std::shared_ptr<Reachability> reachability = std::make_shared<Reachability>(store);
+  const std::shared_ptr<ReplyQueue> answers = std::make_shared<ReplyQueue>();
+  const Service::Surroundings surroundings{store, journal, answers};
+  const std::shared_ptr<Guests> guests = std::make_shared<Guests>(store);
+  const std::shared_ptr<BackendClient> backend =
+      std::make_shared<BackendClient>(guests, surroundings);
+  const std::shared_ptr<ProviderClient> provider = std::make_shared<ProviderClient>(surroundings);
   const std::shared_ptr<Logger> remoteLog;
   const std::shared_ptr<Logger> consoleLog;
 };

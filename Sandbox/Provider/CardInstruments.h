@@ -22,9 +22,9 @@ class NewInstrument final : public PLVCreditCardPaymentInstrument {
   explicit NewInstrument(std::shared_ptr<EnteredCard> card) : card_(std::move(card)) {}
 
   NullableString identifier() const override { return std::nullopt; }
-  NullableString pan() const override { return maskedPan(card_->pan().value_or("")); }
+  NullableString pan() const override { return maskedPan(card_->fields().pan); }
   NullableString cardBrand() const override {
-    const auto* brand = findCardBrand(card_->pan().value_or(""));
+    const auto* brand = findCardBrand(card_->fields().pan);
     return brand ? NullableString(brand->name) : std::nullopt;
   }
   NullableString expiryMonth() const override { return card_->expiryMonth(); }

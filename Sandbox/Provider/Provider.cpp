@@ -59,17 +59,17 @@ Acceptable accept(Database& database, const EnteredCard* card, const NullableStr
     refuse(ProviderErrorCode::malformedCard, broken->sentence);
   }
   Acceptable accepted;
-  const auto pan = card->pan();
+  const auto& fields = card->fields();
   const bool isSet = fault && changesReply(*fault);
-  accepted.variation = isSet ? fault : variationOf(*pan);
+  accepted.variation = isSet ? fault : variationOf(fields.pan);
   // People type card numbers where a name belongs.
-  accepted.cardHolder = maskedText(*card->cardHolder());
+  accepted.cardHolder = maskedText(fields.cardHolder);
   accepted.values = {std::nullopt,
-                     std::string(findCardBrand(*pan)->name),
-                     maskedPan(*pan),
+                     std::string(findCardBrand(fields.pan)->name),
+                     maskedPan(fields.pan),
                      useCaseName,
-                     *card->expiryMonth(),
-                     *card->expiryYear(),
+                     fields.expiryMonth,
+                     fields.expiryYear,
                      accepted.variation == FaultKind::otherState ? unusableState : 0};
   return accepted;
 }

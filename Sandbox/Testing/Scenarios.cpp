@@ -2,9 +2,12 @@
 
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
+#include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Faults/FaultTables.h"
 #include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Store/Clock.h"
 #include "Values/Names.h"
 
 namespace hlv::sandbox {
@@ -50,6 +53,17 @@ Result<> makeScenario(Database& database, const std::string& email, Scenario sce
                           : provider::loseInstrument(database, identifier);
   if (isDone) return {};
   return Result<>::failure("The provider does not hold the guest's newest card.");
+}
+
+void forgetEverything(Database& database) {
+  backend::forgetAll(database);
+  provider::forgetAll(database);
+  removeAllFaults(database);
+  resetSandboxTime(database);
+  writeNetworkState(database, 1);
+  for (const char* table : {"kept_replies", "firings", "events", "operations"}) {
+    database.run(std::string("DELETE FROM ") + table);
+  }
 }
 
 }  // namespace hlv::sandbox

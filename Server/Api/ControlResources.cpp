@@ -12,7 +12,6 @@
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
-#include "Sandbox/Testing/Reset.h"
 #include "Sandbox/Testing/Scenarios.h"
 #include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Inputs.h"

@@ -1,5 +1,4 @@
-// What the host writes into a request to register a card. Private to the sandbox, server and
-// client.
+// What the host writes into its requests. Private to the sandbox, server and client.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +6,24 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 
 namespace hlv::sandbox {
 
+/// To change the current guest.
+///
+/// Threading: one thread at a time.
+class UpdateGuestRequest final : public HLVSDKUpdateGuestRequestInfo {
+ public:
+  void setPaymentToken(const NullableString& token) override { paymentToken_ = token; }
+  NullableString paymentToken() const { return paymentToken_; }
+
+ private:
+  NullableString paymentToken_;
+};
+
+/// To register a card.
 /// Speaks for an `EnteredCard`: of other cards the external identifier cannot be read, so they are
 /// refused.
 ///

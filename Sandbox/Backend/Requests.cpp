@@ -1,4 +1,4 @@
-#include "Sandbox/Backend/AddCardBody.h"
+#include "Sandbox/Backend/Requests.h"
 
 #include "Host/Halvo_Meta/HLVUtilities.h"
 #include "Sandbox/Cards/CardBrands.h"
@@ -9,6 +9,7 @@
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Records/AddressKeys.h"
 #include "Values/Send.h"
+#include "Values/Wiped.h"
 
 namespace hlv::sandbox {
 namespace {
@@ -55,7 +56,8 @@ Dictionary AddCardBody::JSONRepresentation() const {
   const auto put = [&card](const char* key, const NullableString& text) {
     HLVUtilities::dictionary(card, text, key);
   };
-  if (const auto pan = send(card_, &HLVSDKPaymentInstrument::pan)) {
+  if (auto pan = send(card_, &HLVSDKPaymentInstrument::pan)) {
+    const Wiped number(*pan);
     put("last_four_digits", lastFourDigits(*pan));
     if (const auto* brand = findCardBrand(*pan)) put("brand", std::string(brand->name));
   }
