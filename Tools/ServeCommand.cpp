@@ -4,11 +4,13 @@
 
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iomanip>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -69,34 +71,32 @@ class EndingSignals {
 };
 
 /// Where the URLs stand while the services run. Whoever reads the file finds all of it, or nothing.
+/// Only whoever has the store's lock makes and removes one.
 class PortsFile {
  public:
-  /// Throws Problem when it cannot be written, before there is anything to write.
-  explicit PortsFile(std::string path)
-      : path_(std::move(path)), unfinished_(path_ + ".new"), stream_(unfinished_, std::ios::trunc) {
-    if (!stream_) throw unwritable();
+  /// Throws Problem when none can be written there, before there is anything to write.
+  static void requireWritable(const std::string& path) {
+    const auto folder = std::filesystem::path(path).parent_path();
+    if (::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0) throw unwritable();
   }
-  ~PortsFile() {
-    std::remove(unfinished_.c_str());
-    if (isWritten_) std::remove(path_.c_str());
+
+  PortsFile(std::string path, const sandbox::Json& urls) : path_(std::move(path)) {
+    const auto unfinished = path_ + ".new";
+    std::ofstream stream(unfinished, std::ios::trunc);
+    stream << urls.dump(2) << "\n";
+    stream.close();
+    if (stream && std::rename(unfinished.c_str(), path_.c_str()) == 0) return;
+    std::remove(unfinished.c_str());
+    throw unwritable();
   }
+  ~PortsFile() { std::remove(path_.c_str()); }
   PortsFile(const PortsFile&) = delete;
   PortsFile& operator=(const PortsFile&) = delete;
-
-  void write(const sandbox::Json& urls) {
-    stream_ << urls.dump(2) << "\n";
-    stream_.close();
-    if (!stream_ || std::rename(unfinished_.c_str(), path_.c_str()) != 0) throw unwritable();
-    isWritten_ = true;
-  }
 
  private:
   static Problem unwritable() { return Problem("The ports file cannot be written."); }
 
   const std::string path_;
-  const std::string unfinished_;
-  std::ofstream stream_;
-  bool isWritten_ = false;
 };
 
 /// Connections take descriptors, and a shell's limit is far below what the system allows.
@@ -114,17 +114,20 @@ Report serve(Session& session, const ServeOptions& options) {
   auto serverOptions = options.server;
   serverOptions.storePath = session.storePath();
   serverOptions.listening.limits.answerTime = std::chrono::milliseconds(options.answerMilliseconds);
-  PortsFile ports(options.portsFile.empty() ? session.storePath() + ".ports.json"
-                                            : options.portsFile);
+  const auto portsPath =
+      options.portsFile.empty() ? session.storePath() + ".ports.json" : options.portsFile;
+  PortsFile::requireWritable(portsPath);
   auto server = server::Server::open(serverOptions).value();
   const sandbox::Json urls = {{"backend", server->backendURL()},
                               {"provider", server->providerURL()},
                               {"console", server->consoleURL()}};
-  ports.write(urls);
+  std::optional<PortsFile> ports(std::in_place, portsPath, urls);
   for (const auto& [name, url] : urls.items()) {
     std::cerr << std::left << std::setw(10) << name << url.get<std::string>() << std::endl;
   }
   signals.await([&] { server->completeFinishedOperations(); });
+  // The file first, which is the next server's as soon as the store is.
+  ports.reset();
   server.reset();
 
   auto report = session.report("serve");

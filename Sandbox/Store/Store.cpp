@@ -1,6 +1,5 @@
 #include "Sandbox/Store/Store.h"
 
-#include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/Savepoint.h>
 #include <fcntl.h>
 #include <sqlite3.h>
@@ -121,6 +120,52 @@ bool writeDurably(const std::string& path, std::string_view content) {
   return isGood;
 }
 
+/// Another store, as `source` beside a connection's `main`.
+class Attached {
+ public:
+  Attached(Database& database, const std::string& path) : database_(database) {
+    database.run("ATTACH ? AS source", path);
+  }
+  ~Attached() {
+    try {
+      database_.run("DETACH source");
+    } catch (const SQLite::Exception&) {
+      // Only a connection that is of no use any more keeps it.
+    }
+  }
+  Attached(const Attached&) = delete;
+  Attached& operator=(const Attached&) = delete;
+
+ private:
+  Database& database_;
+};
+
+/// Prepares nothing that would outlive `source`.
+void replaceTables(Database& database, std::span<const char* const> kept) {
+  std::string keptNames = "''";
+  for (const std::string name : kept) keptNames += ", '" + name + "'";
+  std::vector<std::string> tables;
+  {
+    SQLite::Statement row(database.connection(),
+                          "SELECT name FROM main.sqlite_schema WHERE type = 'table' "
+                          "AND name NOT IN ('sqlite_sequence', " +
+                              keptNames + ")");
+    while (row.executeStep()) tables.push_back(row.getColumn(0).getString());
+  }
+  auto& connection = database.connection();
+  connection.exec("PRAGMA defer_foreign_keys = ON");
+  // All are empty before one is filled: what refers to a row may go with it.
+  for (const auto& table : tables) connection.exec("DELETE FROM main." + table);
+  for (const auto& table : tables) {
+    connection.exec("INSERT INTO main." + table + " SELECT * FROM source." + table);
+  }
+  connection.exec("DELETE FROM main.sqlite_sequence WHERE name NOT IN (" + keptNames + ")");
+  connection.exec(
+      "INSERT INTO main.sqlite_sequence SELECT * FROM source.sqlite_sequence "
+      "WHERE name NOT IN (" +
+      keptNames + ")");
+}
+
 void prepareConnection(Database& database) {
   database.run("PRAGMA busy_timeout = 10000");
   database.run("PRAGMA foreign_keys = ON");
@@ -211,13 +256,17 @@ void Store::copyTo(const std::string& path) {
   throw StoreFailure("The sandbox's store failed: a copy cannot be written: " + reason + ".");
 }
 
-void Store::replaceBy(const std::string& path) {
+void Store::replaceBy(const std::string& path, std::span<const char* const> kept,
+                      const std::function<void(Database&)>& then) {
   requireStore(path);
   checked([&] {
     const Lock lock(writing_);
-    Database source(path, SQLite::OPEN_READONLY);
-    requireTables(source, path);
-    SQLite::Backup(writer_->connection(), source.connection()).executeStep();
+    const Attached source(*writer_, path);
+    const auto replace = [&](Database& database) {
+      replaceTables(database, kept);
+      if (then) then(database);
+    };
+    transact(*writer_, Behavior::IMMEDIATE, replace);
   });
 }
 

@@ -105,8 +105,10 @@ class Store {
   /// Writes everything into a new file, which only its owner can read and which is on disk then.
   /// Throws `NoStore` when there is a file.
   void copyTo(const std::string& path);
-  /// Replaces everything by what another store's file holds; throws `NoStore`.
-  void replaceBy(const std::string& path);
+  /// Replaces all tables but the `kept` ones by those of another store's file, and runs `then` in
+  /// the same transaction. Throws `NoStore`.
+  void replaceBy(const std::string& path, std::span<const char* const> kept,
+                 const std::function<void(Database&)>& then = nullptr);
 
  private:
   using Behavior = SQLite::TransactionBehavior;

@@ -39,7 +39,7 @@ sys_seconds timeOf(std::int64_t secondsSince1970) {
 std::size_t mostOpenSandboxes() {
   rlimit limit{};
   ::getrlimit(RLIMIT_NOFILE, &limit);
-  return std::clamp<std::size_t>(limit.rlim_cur / 4 / 7, 4, 512);
+  return std::clamp<std::size_t>(limit.rlim_cur / 4 / 7, 1, 512);
 }
 
 bool isID(const std::string& id) {
@@ -59,13 +59,25 @@ HttpError noSuchSandbox() {
 
 std::shared_ptr<Store> openStore(const std::string& path) {
   auto opened = Store::open(path);
-  if (!opened) throw HttpError(507, "store-failed", opened.problem());
+  // The problem names the file, which is the server's own affair.
+  if (!opened) throw HttpError(507, "store-failed", "The sandbox's store cannot be opened.");
   return std::move(*opened);
 }
 
-void closeLogOf(World& world) {
+/// Removes what a server left that ended while it made, read or deleted a store.
+template <class IsKept>
+void removeAllBut(const std::string& folder, IsKept isKept) {
+  for (const auto& file : fs::directory_iterator(folder)) {
+    const auto name = file.path().filename().string();
+    const auto end = name.find(".sqlite");
+    std::error_code ignored;
+    if (end != std::string::npos && !isKept(name.substr(0, end))) fs::remove(file.path(), ignored);
+  }
+}
+
+void closeLogOf(World& world, int time) {
   try {
-    world.closeLog();
+    world.closeLog(time);
   } catch (const sandbox::StoreFailure&) {
     // The log says so the next time.
   }
@@ -96,7 +108,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
     auto& entry = opened->entries_[defaultID];
     entry.created = sandbox::machineTime();
     entry.world = std::make_shared<World>(defaultID, *store, opened->writers_);
-    entry.world->openLog();
+    entry.timeOpened = entry.world->openLog();
     return opened;
   } catch (const std::runtime_error& failure) {
     return Opened::failure(failure.what());
@@ -115,7 +127,7 @@ Registry::Registry(std::string storePath, sandbox::StoreLock lock, std::shared_p
 
 Registry::~Registry() {
   for (auto& [id, entry] : entries_) {
-    if (entry.world) closeLogOf(*entry.world);
+    if (entry.world) closeLogOf(*entry.world, entry.timeOpened);
   }
 }
 
@@ -128,13 +140,11 @@ void Registry::readEntries() {
       if (const auto expires = row.integerOrNull(2)) entry.expires = timeOf(*expires);
     }
   });
-  // What a server left that ended while it made or deleted one.
-  for (const auto& file : fs::directory_iterator(folder_)) {
-    const auto id = file.path().stem().string();
-    if (file.path().extension() == ".sqlite" && id != "registry" && !entries_.contains(id)) {
-      removeFiles(id);
-    }
-  }
+  removeAllBut(folder_,
+               [this](const auto& id) { return id == "registry" || entries_.contains(id); });
+  std::set<std::string> kept;
+  for (const auto& each : snapshots_.list()) kept.insert(each.id);
+  removeAllBut(folder_ + "/snapshots", [&](const auto& id) { return kept.contains(id); });
 }
 
 void Registry::setURLs(PublicURLs urls) {
@@ -159,7 +169,7 @@ std::shared_ptr<World> Registry::world(const std::string& id) {
     if (!entry.world) {
       entry.world = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
     }
-    entry.world->openLog();
+    entry.timeOpened = entry.world->openLog();
     keepOpen(entry);
   }
   entry.lastUse = std::chrono::steady_clock::now();
@@ -187,7 +197,9 @@ void Registry::keepOpen(Entry& entry) {
 
 void Registry::close(Entry& entry) {
   entry.closing = entry.world;
-  post([world = std::exchange(entry.world, nullptr)] { closeLogOf(*world); });
+  post([world = std::exchange(entry.world, nullptr), time = entry.timeOpened] {
+    closeLogOf(*world, time);
+  });
 }
 
 std::string Registry::pathOf(const World& world) const {
@@ -236,7 +248,7 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
   }
   try {
     entry.world = std::make_shared<World>(id, makeStore(id, wanted), writers_);
-    entry.world->openLog();
+    entry.timeOpened = entry.world->openLog();
     if (!wanted.isInMemory) {
       registry_->write([&](Database& database) {
         database.run("INSERT INTO sandboxes (id, created, expires) VALUES (?, ?, ?)", id,
@@ -287,9 +299,9 @@ std::shared_ptr<void> Registry::reserveNew(const std::string& id, const NewSandb
 std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandbox& wanted) const {
   // In memory first, so that the disk is waited for once.
   auto draft = Store::openInMemory();
-  if (wanted.snapshot) draft->replaceBy(snapshots_.pathOf(*wanted.snapshot));
+  if (wanted.snapshot) draft->replaceBy(snapshots_.pathOf(*wanted.snapshot), RequestLog::tables);
   draft->write([&](Database& database) {
-    RequestLog::clear(database);
+    RequestLog::close(database);
     IdempotentRequest::salt(database);
     if (wanted.seed) sandbox::storeSeed(database, *wanted.seed);
     if (wanted.clock) moveClock(database, clockTimeIn(*wanted.clock));

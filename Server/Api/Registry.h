@@ -85,6 +85,8 @@ class Registry {
     bool isInMemory = false;
     /// Null while its files are closed.
     std::shared_ptr<World> world = {};
+    /// By the world's count.
+    int timeOpened = 0;
     /// While they are being closed.
     std::weak_ptr<World> closing = {};
     std::chrono::steady_clock::time_point lastUse = {};

@@ -165,17 +165,15 @@ void RequestLog::open(Database& database) {
                  sandbox::millisecondOf(std::chrono::system_clock::now()));
     database.run("DELETE FROM request_gaps WHERE number <= ?", database.lastRow() - requestsKept);
   }
+  markOpen(database);
+}
+
+void RequestLog::markOpen(Database& database) {
   sandbox::writeSetting(database, openSetting, "open");
 }
 
 void RequestLog::close(Database& database) {
   sandbox::writeSetting(database, openSetting, std::nullopt);
-}
-
-void RequestLog::clear(Database& database) {
-  database.run("DELETE FROM requests");
-  database.run("DELETE FROM request_gaps");
-  close(database);
 }
 
 Json RequestLog::read(Database& database, const RequestFilter& filter, const std::string& sandbox) {
@@ -211,20 +209,6 @@ std::optional<Json> RequestLog::find(Database& database, const std::string& id,
 
 std::int64_t RequestLog::last(Database& database) {
   return database.integer("SELECT coalesce(max(number), 0) FROM requests");
-}
-
-void RequestLog::setAside(Database& database) {
-  database.run("CREATE TEMP TABLE requests_aside AS SELECT * FROM main.requests");
-  database.run("CREATE TEMP TABLE request_gaps_aside AS SELECT * FROM main.request_gaps");
-}
-
-void RequestLog::bringBack(Database& database) {
-  for (const std::string table : {"requests", "request_gaps"}) {
-    database.run("DELETE FROM main." + table);
-    database.run("INSERT INTO main." + table + " SELECT * FROM temp." + table + "_aside");
-    database.run("DROP TABLE temp." + table + "_aside");
-  }
-  sandbox::writeSetting(database, openSetting, "open");
 }
 
 }  // namespace hlv::server

@@ -61,6 +61,9 @@ struct RequestFilter {
 /// `Store::read`.
 class RequestLog {
  public:
+  /// What of a store belongs to the log, and to no snapshot.
+  static constexpr const char* tables[] = {"requests", "request_gaps"};
+
   void add(RequestRecord record);
   bool hasNews() const;
   /// Writes what was added.
@@ -68,10 +71,8 @@ class RequestLog {
 
   /// Marks the log as open; records a gap where it was not closed before.
   static void open(sandbox::Database& database);
+  static void markOpen(sandbox::Database& database);
   static void close(sandbox::Database& database);
-
-  /// Forgets everything, as the log of a sandbox that starts from another one's snapshot.
-  static void clear(sandbox::Database& database);
 
   /// {"requests", "next", "gaps"}, oldest first, without their events.
   static Json read(sandbox::Database& database, const RequestFilter& filter,
@@ -82,10 +83,6 @@ class RequestLog {
   static std::int64_t last(sandbox::Database& database);
   /// HAR 1.2 of requests as `read` returns them, without bodies and headers, which nobody keeps.
   static Json harOf(const Json& requests, const std::string& host);
-
-  /// Sets the log aside while a store's content is replaced, and brings it back.
-  static void setAside(sandbox::Database& database);
-  static void bringBack(sandbox::Database& database);
 
  private:
   mutable std::mutex mutex_;

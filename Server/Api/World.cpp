@@ -98,26 +98,27 @@ void World::writeTogether(std::deque<Task> tasks) {
   for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].done(parts[i].problem);
 }
 
-void World::openLog() { store_->record(RequestLog::open); }
+int World::openLog() {
+  const std::lock_guard lock(openingMutex_);
+  if (!isLogOpen_) store_->record(RequestLog::open);
+  isLogOpen_ = true;
+  return ++timesOpened_;
+}
 
-void World::closeLog() {
+void World::closeLog(int time) {
+  const std::lock_guard lock(openingMutex_);
+  if (time != timesOpened_) return;
   store_->record([this](Database& database) {
     log_.write(database);
     RequestLog::close(database);
   });
+  isLogOpen_ = false;
 }
 
 void World::restore(const std::string& copy) {
   const auto revision = store_->read(sandbox::readRevision);
-  store_->write(RequestLog::setAside);
-  try {
-    store_->replaceBy(copy);
-  } catch (...) {
-    store_->write(RequestLog::bringBack);
-    throw;
-  }
-  store_->write([&](Database& database) {
-    RequestLog::bringBack(database);
+  store_->replaceBy(copy, RequestLog::tables, [&](Database& database) {
+    RequestLog::markOpen(database);
     // A client goes by the higher revision, and has seen this one.
     sandbox::raiseRevisionAbove(database, std::max(revision, sandbox::readRevision(database)));
   });

@@ -43,9 +43,10 @@ class World : public std::enable_shared_from_this<World> {
   /// Writes what is new in the log, if anything, soon.
   void flushLog();
 
-  /// Begins and ends a time in which requests may come.
-  void openLog();
-  void closeLog();
+  /// Begins a time in which requests may come, and returns its number.
+  int openLog();
+  /// Ends that time; nothing when another one has begun.
+  void closeLog(int time);
   /// Replaces everything but the request log by a copy of another store. To be run alone.
   void restore(const std::string& copy);
 
@@ -71,6 +72,9 @@ class World : public std::enable_shared_from_this<World> {
   std::deque<Task> tasks_;
   bool isDraining_ = false;
   std::atomic<bool> isFlushing_{false};
+  std::mutex openingMutex_;
+  int timesOpened_ = 0;
+  bool isLogOpen_ = false;
 };
 
 }  // namespace hlv::server

@@ -73,6 +73,21 @@ TEST_F(StoreTest, OpensWhereAProcessWasKilledWhileItMovedTheLogIntoTheFile) {
   });
 }
 
+TEST_F(StoreTest, IsReplacedByAnotherOneWholeOrNotAtAll) {
+  const auto store = Store::open(storePath()).value();
+  Store::open(path("other")).value()->write([](Database& database) {
+    writeSetting(database, "name", "x");
+  });
+  const auto name = [&] {
+    return store->read([](Database& database) { return readSetting(database, "name"); });
+  };
+  const auto fail = [](Database&) { throw std::logic_error("no"); };
+  EXPECT_THROW(store->replaceBy(path("other"), {}, fail), std::logic_error);
+  EXPECT_FALSE(name());
+  store->replaceBy(path("other"), {});
+  EXPECT_EQ(name(), "x");
+}
+
 TEST_F(StoreTest, PartsOfATransactionAreUndoneAlone) {
   const auto store = Store::open(storePath()).value();
   const auto put = [](const char* name) {

@@ -123,19 +123,23 @@ TEST(ToolReset, KeepsWhatIsNoStoreAndRemovesOneOfAnotherVersion) {
 
 TEST(ToolReset, TakesAllThatAServerLeavesAndNothingWhileOneWorksOnTheStore) {
   Command command(Command::guest);
-  for (const auto* file : {"-wal", "-shm", ".log", ".ports.json", ".sandboxes/a.sqlite",
-                           ".sandboxes/snapshots/b.sqlite"}) {
+  for (const auto* file : {"-wal", "-shm", ".log", ".ports.json", ".ports.json.new",
+                           ".sandboxes/a.sqlite", ".sandboxes/snapshots/b.sqlite"}) {
     const std::filesystem::path path = command.store() + file;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << "left by a server";
   }
   {
     const auto server = sandbox::lockStore(command.store()).value();
-    const auto refused = command.run("reset --yes");
-    EXPECT_EQ(refused.status, 2);
-    EXPECT_EQ(refused.err,
-              "paylevenkit: Another server works on the store '" + command.store() + "'.\n");
-    EXPECT_TRUE(std::filesystem::exists(command.store() + ".sandboxes/a.sqlite"));
+    for (const auto* line : {"reset --yes", "serve"}) {
+      const auto refused = command.run(line);
+      EXPECT_EQ(refused.status, 2);
+      EXPECT_EQ(refused.err,
+                "paylevenkit: Another server works on the store '" + command.store() + "'.\n");
+    }
+    for (const auto* file : {".sandboxes/a.sqlite", ".ports.json.new"}) {
+      EXPECT_TRUE(std::filesystem::exists(command.store() + file)) << file;
+    }
   }
   EXPECT_EQ(command.run("reset --yes").status, 0);
   for (const auto& left : std::filesystem::directory_iterator(command.folder())) {
