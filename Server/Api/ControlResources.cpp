@@ -14,7 +14,6 @@
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Reset.h"
 #include "Sandbox/Testing/Scenarios.h"
-#include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
