@@ -44,10 +44,10 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/Inputs.cpp
   Server/Api/ProviderResources.cpp
   Server/Api/Registry+Describe.cpp
+  Server/Api/Registry+Snapshots.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxResources.cpp
-  Server/Api/Snapshots.cpp
   Server/Api/World.cpp
   Server/Console/App.cpp
   Server/Console/ConsoleRecords.cpp

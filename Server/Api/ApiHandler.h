@@ -1,7 +1,6 @@
 // What a listener serves: the resources of the sandboxes. Private to the server.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>

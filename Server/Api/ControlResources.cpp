@@ -13,7 +13,6 @@
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Scenarios.h"
-#include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 

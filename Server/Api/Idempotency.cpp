@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string_view>
-#include <utility>
 
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Identifiers.h"

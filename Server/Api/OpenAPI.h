@@ -11,7 +11,11 @@ namespace hlv::server {
 /// other. The files in `Server/openapi/` leave out what the server adds:
 /// - a text in the place of a schema, a parameter, a header, a response or a request body names one
 ///   in components.json;
-/// - "members" are the properties of an object that are required;
+/// - a list in the place of a schema is that of an array, with the schema of its items;
+/// - "members" are the properties of an object that are required, "only" the same where it has no
+///   others but its "properties";
+/// - a parameter in the path, and a request body that does not say otherwise, is required;
+/// - the tags of a path are those of its operations;
 /// - the schema and the example of a response or a request body are of its JSON;
 /// - every operation has the responses `Rejected` and `Failed`.
 std::string_view openAPI(std::string_view name);

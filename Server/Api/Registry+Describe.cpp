@@ -12,18 +12,6 @@ namespace hlv::server {
 
 using sandbox::Database;
 using sandbox::SandboxDescription;
-using sandbox::SnapshotDescription;
-
-SnapshotDescription Registry::snapshot(const std::string& id) {
-  return snapshots_.take(id, world(id)->store());
-}
-
-void Registry::restore(const std::string& id, const std::string& snapshot, World::Done then) {
-  const auto target = world(id);
-  target->runAlone(
-      [target = target.get(), path = snapshots_.pathOf(snapshot)] { target->restore(path); },
-      std::move(then));
-}
 
 std::vector<SandboxDescription> Registry::list(const std::string& after, std::size_t limit) {
   std::vector<std::string> ids;

@@ -98,7 +98,7 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
       (*store)->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
     }
     const auto folder = storePath + ".sandboxes";
-    fs::create_directories(folder);
+    fs::create_directories(folder + "/snapshots");
     fs::permissions(folder, fs::perms::owner_all);
     auto registry = Store::open(folder + "/registry.sqlite");
     if (!registry) return Opened::failure(registry.problem());
@@ -121,7 +121,6 @@ Registry::Registry(std::string storePath, sandbox::StoreLock lock, std::shared_p
       folder_(storePath_ + ".sandboxes"),
       lock_(std::move(lock)),
       registry_(std::move(registry)),
-      snapshots_(folder_ + "/snapshots", registry_),
       writers_(std::move(writers)),
       mostOpen_(mostOpenSandboxes()) {}
 
@@ -237,7 +236,7 @@ void Registry::removeSoon(const std::string& id) {
 // Making and removing.
 
 SandboxDescription Registry::create(const NewSandbox& wanted) {
-  if (wanted.snapshot) snapshots_.pathOf(*wanted.snapshot);
+  if (wanted.snapshot) requireSnapshot(*wanted.snapshot);
   const auto id = wanted.id.value_or("sbx_" + sandbox::randomLetters(20));
   const auto reserved = reserveNew(id, wanted);
   Entry entry{sandbox::machineTime(), std::nullopt, wanted.isInMemory};
@@ -299,7 +298,7 @@ std::shared_ptr<void> Registry::reserveNew(const std::string& id, const NewSandb
 std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandbox& wanted) const {
   // In memory first, so that the disk is waited for once.
   auto draft = Store::openInMemory();
-  if (wanted.snapshot) draft->replaceBy(snapshots_.pathOf(*wanted.snapshot), RequestLog::tables);
+  if (wanted.snapshot) draft->replaceBy(requireSnapshot(*wanted.snapshot), RequestLog::tables);
   draft->write([&](Database& database) {
     RequestLog::close(database);
     IdempotentRequest::salt(database);

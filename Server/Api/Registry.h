@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "Sandbox/Records/SandboxDescription.h"
+#include "Sandbox/Store/Store.h"
 #include "Sandbox/Store/StoreLock.h"
-#include "Server/Api/Snapshots.h"
 #include "Server/Api/World.h"
 #include "Server/Http/HttpMessages.h"
 #include "Values/Result.h"
@@ -66,10 +66,14 @@ class Registry {
   /// Those after `after` in the order of their ids, at most `limit`.
   std::vector<sandbox::SandboxDescription> list(const std::string& after, std::size_t limit);
   sandbox::SandboxDescription describe(const std::string& id);
+
+  // A snapshot is a store in a file of its own, and a row of the registry's. They wait, too.
+
   sandbox::SnapshotDescription snapshot(const std::string& id);
+  std::vector<sandbox::SnapshotDescription> snapshots() const;
+  void removeSnapshot(const std::string& snapshot) const;
   /// `then` is called on a writer's thread.
   void restore(const std::string& id, const std::string& snapshot, World::Done then);
-  const Snapshots& snapshots() const { return snapshots_; }
 
   /// A text of the server's own that outlives it; missing for none.
   std::optional<std::string> note(const std::string& name);
@@ -111,12 +115,14 @@ class Registry {
                                             const sandbox::NewSandbox& wanted) const;
   void removeFiles(const std::string& id) const;
   std::string storePathOf(const std::string& id) const;
+  /// Throws 404.
+  std::string requireSnapshot(const std::string& snapshot) const;
+  std::string snapshotPathOf(const std::string& snapshot) const;
 
   const std::string storePath_;
   const std::string folder_;
   const sandbox::StoreLock lock_;
   const std::shared_ptr<sandbox::Store> registry_;
-  const Snapshots snapshots_;
   const std::shared_ptr<Writers> writers_;
   const std::size_t mostOpen_;
   mutable std::mutex mutex_;

@@ -8,7 +8,6 @@
 
 #include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Records/Times.h"
-#include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Settings.h"
 
 namespace hlv::server {

@@ -1,4 +1,3 @@
-#include <utility>
 
 #include "Sandbox/JSON/SandboxRecords.h"
 #include "Server/Api/Inputs.h"
@@ -54,10 +53,10 @@ void addSandboxRoutes(ApiRoutes& routes, Registry& registry) {
     return jsonReply(204, nullptr);
   });
   routes.perform("GET", "v1/snapshots", registry, [&registry](const Exchange&) {
-    return jsonReply(200, {{"snapshots", sandbox::listOf(registry.snapshots().list())}});
+    return jsonReply(200, {{"snapshots", sandbox::listOf(registry.snapshots())}});
   });
   routes.perform("DELETE", "v1/snapshots/*", registry, [&registry](const Exchange& exchange) {
-    registry.snapshots().remove(exchange.part(2));
+    registry.removeSnapshot(exchange.part(2));
     return jsonReply(204, nullptr);
   });
 }

@@ -10,16 +10,19 @@
 #include "Values/Send.h"
 
 namespace hlv::server {
-/// An operation that has not come to its end.
-struct App::Running {
-  std::int64_t operation;
+
+struct App::Operation {
+  WorldPtr world;
+  std::string name;
   Done done;
+  Start start;
+  std::int64_t number = 0;
   CallPtr call = {};
   std::optional<HttpError> refusal = {};
 
   bool hasEnded() const { return refusal || (call && call->outcome().completions > 0); }
   void reply() const {
-    done({operation, refusal, call ? call->outcome() : sandbox::AppCall::Outcome()});
+    done({number, refusal, call ? call->outcome() : sandbox::AppCall::Outcome()});
   }
 };
 
@@ -32,66 +35,65 @@ void App::completeFinishedOperations() {
   const bool isSettled = app_->isSettled();
   const auto ended = std::stable_partition(
       running_.begin(), running_.end(),
-      [&](const RunningPtr& running) { return !isSettled && !running->hasEnded(); });
-  const std::vector<RunningPtr> atTheirEnd(ended, running_.end());
+      [&](const OperationPtr& running) { return !isSettled && !running->hasEnded(); });
+  const std::vector<OperationPtr> atTheirEnd(ended, running_.end());
   running_.erase(ended, running_.end());
-  for (const auto& running : atTheirEnd) running->reply();
+  for (const auto& operation : atTheirEnd) operation->reply();
   startWaiting();
 }
 
 void App::run(const WorldPtr& world, const std::string& name, Done done, Start start) {
-  Platform::current()->mainQueue()->async(
-      [weak = weak_from_this(),
-       operation = Waiting{world, name, std::move(done), std::move(start)}]() mutable {
-        const auto app = weak.lock();
-        if (!app) return;
-        app->waiting_.push_back(std::move(operation));
-        app->startWaiting();
-      });
+  const auto operation =
+      std::make_shared<Operation>(Operation{world, name, std::move(done), std::move(start)});
+  Platform::current()->mainQueue()->async([weak = weak_from_this(), operation] {
+    const auto app = weak.lock();
+    if (!app) return;
+    app->waiting_.push_back(operation);
+    app->startWaiting();
+  });
 }
 
 void App::startWaiting() {
   while (!waiting_.empty()) {
-    if (waiting_.front().world != world_ && !running_.empty()) return;
+    if (waiting_.front()->world != world_ && !running_.empty()) return;
     const auto operation = std::move(waiting_.front());
     waiting_.pop_front();
     begin(operation);
   }
 }
 
-void App::begin(const Waiting& operation) {
+void App::begin(const OperationPtr& operation) {
+  const auto failed = [](const Problem& failure) {
+    return HttpError(507, "store-failed", failure.what());
+  };
   try {
-    if (operation.world != world_) switchTo(operation.world);
+    if (operation->world != world_) switchTo(operation->world);
     auto& journal = sandbox_->journal();
-    if (!running_.empty()) journal.joinOperation(operation.name);
-    const auto number =
-        running_.empty() ? journal.beginOperation(operation.name) : running_.back()->operation;
-    running_.push_back(std::make_shared<Running>(Running{number, operation.done}));
+    if (!running_.empty()) journal.joinOperation(operation->name);
+    operation->number =
+        running_.empty() ? journal.beginOperation(operation->name) : running_.back()->number;
+    running_.push_back(operation);
   } catch (const Problem& failure) {
-    return operation.done({.refusal = HttpError(507, "store-failed", failure.what())});
+    operation->refusal = failed(failure);
+    return operation->reply();
   }
-  const auto running = running_.back();
   try {
     if (!sandbox::SimulatedApp::kitIsEnabled()) {
       sandbox_->journal().record("app", "kit", "enableWithConfiguration");
       sandbox::enableKit(sandbox::Enabling::normal);
     }
-    running->call = operation.start(*this);
+    operation->call = std::exchange(operation->start, nullptr)(*this);
   } catch (const HttpError& refusal) {
-    running->refusal = refusal;
+    operation->refusal = refusal;
   } catch (const Problem& failure) {
-    running->refusal = HttpError(507, "store-failed", failure.what());
+    operation->refusal = failed(failure);
   }
 }
 
-std::int64_t App::lastEvent() const {
-  const auto operations = sandbox_->journal().last(1);
-  return operations.empty() || operations[0].events.empty() ? 0
-                                                            : operations[0].events.back().number;
-}
-
 void App::announce(const std::function<void()>& post) {
-  const auto before = lastEvent();
+  const auto latest = sandbox_->journal().last(1);
+  const auto before =
+      latest.empty() || latest[0].events.empty() ? 0 : latest[0].events.back().number;
   post();
   const auto reason = reasonForNoSynchronisation(before);
   if (!reason.empty()) sandbox_->journal().record("kit", "kit", "no synchronisation: " + reason);
@@ -101,10 +103,10 @@ std::string App::reasonForNoSynchronisation(std::int64_t before) const {
   const auto kit = HLVSDKPayleven::sharedInstance();
   if (!sandbox_->signedInEmail()) return "not authorised";
   if (length(send(kit->currentGuest(), &HLVSDKGuest::paylevenToken)) == 0) return "no token";
-  const auto current = sandbox_->journal().last(1);
-  for (const auto& event : current.at(0).events) {
-    const bool isStart = event.to == "log" && event.what.starts_with("Will start synchrozation");
-    if (isStart && event.number > before) return "";
+  for (const auto& operation : sandbox_->journal().since(before)) {
+    for (const auto& event : operation.events) {
+      if (event.to == "log" && event.what.starts_with("Will start synchrozation")) return "";
+    }
   }
   return "already synchronising";
 }

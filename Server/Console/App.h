@@ -10,8 +10,6 @@
 #include <vector>
 
 #include "Sandbox/App/SimulatedApp.h"
-#include "Sandbox/Cards/EnteredCard.h"
-#include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Sandbox.h"
 #include "Server/Api/Registry.h"
 #include "Server/Http/HttpError.h"
@@ -60,29 +58,22 @@ class App : public std::enable_shared_from_this<App> {
   void completeFinishedOperations();
 
  private:
-  struct Running;
-  using RunningPtr = std::shared_ptr<Running>;
-  struct Waiting {
-    WorldPtr world;
-    std::string name;
-    Done done;
-    Start start;
-  };
+  struct Operation;
+  using OperationPtr = std::shared_ptr<Operation>;
 
   void startWaiting();
-  void begin(const Waiting& operation);
+  void begin(const OperationPtr& operation);
   /// Ends the app, and makes one over another sandbox.
   void switchTo(const WorldPtr& world);
   /// Empty where one began after the event `before`.
   std::string reasonForNoSynchronisation(std::int64_t before) const;
-  std::int64_t lastEvent() const;
 
   Registry& registry_;
   // On the main thread only.
   WorldPtr world_;
   std::shared_ptr<sandbox::Sandbox> sandbox_;
-  std::deque<Waiting> waiting_;
-  std::vector<RunningPtr> running_;
+  std::deque<OperationPtr> waiting_;
+  std::vector<OperationPtr> running_;
   std::unique_ptr<sandbox::SimulatedApp> app_;
 };
 

@@ -6,7 +6,6 @@
 #include <boost/beast/http/empty_body.hpp>
 #include <boost/beast/http/serializer.hpp>
 #include <boost/beast/http/span_body.hpp>
-#include <cstdint>
 #include <random>
 #include <string_view>
 

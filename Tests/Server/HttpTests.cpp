@@ -8,7 +8,6 @@
 #include <deque>
 #include <functional>
 #include <future>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <nlohmann/json.hpp>
@@ -19,7 +18,6 @@
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpListener.h"
 #include "Server/Http/Routes.h"
-#include "Server/Http/WipingAllocator.h"
 #include "Tests/Secrecy/ProcessMemory.h"
 #include "Tests/Server/RawClient.h"
 #include "Tests/Server/ScopedLimit.h"

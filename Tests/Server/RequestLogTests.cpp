@@ -1,7 +1,6 @@
 // Every request is on record, whatever became of it.
 #include <algorithm>
 #include <filesystem>
-#include <functional>
 
 #include "Tests/Server/ServerTest.h"
 

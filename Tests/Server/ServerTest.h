@@ -5,7 +5,6 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <tuple>
 
 #include "Client/Sandboxes.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"

@@ -1,11 +1,10 @@
-#include "Server/Api/Snapshots.h"
-
 #include <filesystem>
 #include <utility>
 
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
+#include "Server/Api/Registry.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {
@@ -14,29 +13,23 @@ namespace fs = std::filesystem;
 using sandbox::Database;
 using sandbox::SnapshotDescription;
 
-Snapshots::Snapshots(std::string folder, std::shared_ptr<sandbox::Store> registry)
-    : folder_(std::move(folder)), registry_(std::move(registry)) {
-  fs::create_directories(folder_);
-}
-
-SnapshotDescription Snapshots::take(const std::string& sandbox, sandbox::Store& store) const {
+SnapshotDescription Registry::snapshot(const std::string& id) {
   const auto created = sandbox::machineTime();
-  SnapshotDescription made{"snp_" + sandbox::randomLetters(20), sandbox::timeText(created),
-                           sandbox};
-  store.copyTo(fileOf(made.id));
+  SnapshotDescription made{"snp_" + sandbox::randomLetters(20), sandbox::timeText(created), id};
+  world(id)->store().copyTo(snapshotPathOf(made.id));
   try {
     registry_->write([&](Database& database) {
       database.run("INSERT INTO snapshots (id, created, sandbox) VALUES (?, ?, ?)", made.id,
-                   std::int64_t{created.time_since_epoch().count()}, sandbox);
+                   std::int64_t{created.time_since_epoch().count()}, id);
     });
   } catch (const sandbox::StoreFailure&) {
-    fs::remove(fileOf(made.id));
+    fs::remove(snapshotPathOf(made.id));
     throw;
   }
   return made;
 }
 
-std::vector<SnapshotDescription> Snapshots::list() const {
+std::vector<SnapshotDescription> Registry::snapshots() const {
   return registry_->read([](Database& database) {
     std::vector<SnapshotDescription> all;
     auto row = database.query("SELECT id, created, sandbox FROM snapshots ORDER BY created, id");
@@ -48,23 +41,30 @@ std::vector<SnapshotDescription> Snapshots::list() const {
   });
 }
 
-void Snapshots::remove(const std::string& snapshot) const {
-  const auto path = pathOf(snapshot);
+void Registry::removeSnapshot(const std::string& snapshot) const {
+  const auto path = requireSnapshot(snapshot);
   registry_->write(
       [&](Database& database) { database.run("DELETE FROM snapshots WHERE id = ?", snapshot); });
   fs::remove(path);
 }
 
-std::string Snapshots::pathOf(const std::string& snapshot) const {
+void Registry::restore(const std::string& id, const std::string& snapshot, World::Done then) {
+  const auto target = world(id);
+  target->runAlone(
+      [target = target.get(), path = requireSnapshot(snapshot)] { target->restore(path); },
+      std::move(then));
+}
+
+std::string Registry::requireSnapshot(const std::string& snapshot) const {
   const bool isKnown = registry_->read([&](Database& database) {
     return database.query("SELECT 1 FROM snapshots WHERE id = ?", snapshot).next();
   });
   if (!isKnown) throw HttpError(404, "no-such-snapshot", "There is no snapshot of this name.");
-  return fileOf(snapshot);
+  return snapshotPathOf(snapshot);
 }
 
-std::string Snapshots::fileOf(const std::string& snapshot) const {
-  return folder_ + "/" + snapshot + ".sqlite";
+std::string Registry::snapshotPathOf(const std::string& snapshot) const {
+  return folder_ + "/snapshots/" + snapshot + ".sqlite";
 }
 
 }  // namespace hlv::server
