@@ -51,16 +51,13 @@ Event readEvent(const Query& row) {
 }
 
 std::vector<Event> eventsOf(Database& database, std::int64_t operation) {
-  std::vector<Event> events;
-  auto row =
-      database.query(std::string(eventColumns) + "WHERE operation = ? ORDER BY number", operation);
-  while (row.next()) events.push_back(readEvent(row));
-  return events;
+  return database
+      .query(std::string(eventColumns) + "WHERE operation = ? ORDER BY number", operation)
+      .all(readEvent);
 }
 
 std::string nameOf(Database& database, std::int64_t operation) {
-  auto row = database.query("SELECT name FROM operations WHERE number = ?", operation);
-  return row.next() ? row.text(0) : "";
+  return database.text("SELECT name FROM operations WHERE number = ?", operation).value_or("");
 }
 
 }  // namespace
@@ -102,12 +99,13 @@ void Journal::record(const std::string& from, const std::string& to, const std::
 
 std::vector<Journal::Operation> Journal::last(std::size_t count) const {
   return store_->read([&](Database& database) {
-    std::vector<Operation> operations;
-    auto row = database.query("SELECT number, name FROM operations ORDER BY number DESC LIMIT ?",
-                              static_cast<std::int64_t>(count));
-    while (row.next()) {
-      operations.push_back({row.integer(0), row.text(1), eventsOf(database, row.integer(0))});
-    }
+    auto operations =
+        database
+            .query("SELECT number, name FROM operations ORDER BY number DESC LIMIT ?",
+                   static_cast<std::int64_t>(count))
+            .all([&](const Query& row) {
+              return Operation{row.integer(0), row.text(1), eventsOf(database, row.integer(0))};
+            });
     std::reverse(operations.begin(), operations.end());
     return operations;
   });
