@@ -12,7 +12,7 @@ hlv_add_tests(ToolTests
     Tools/Output/Table.cpp
     Tools/Output/Terminal.cpp
     Tools/Output/Timeline.cpp
-  LIBRARIES HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json)
+  LIBRARIES HLVSDKPaylevenSandbox Boost::headers nlohmann_json::nlohmann_json)
 hlv_precompile(ToolTests <nlohmann/json.hpp>)
 target_compile_definitions(ToolTests PRIVATE PAYLEVENKIT="$<TARGET_FILE:paylevenkit>")
 add_dependencies(ToolTests paylevenkit)

@@ -25,7 +25,8 @@ add_executable(paylevenkit
   Tools/Output/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
-  hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)
+  hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient
+  Boost::headers CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_compile_definitions(paylevenkit PRIVATE PAYLEVENKIT_VERSION="${PROJECT_VERSION}")
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
 

@@ -1,9 +1,9 @@
 #include "Tools/Output/Terminal.h"
 
+#include <string.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cctype>
 #include <charconv>
 #include <cstdlib>
 
@@ -22,11 +22,9 @@ std::string variable(const char* name) {
 /// what terminals speak.
 bool localeHasUTF8() {
   for (const char* category : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    auto name = variable(category);
+    const auto name = variable(category);
     if (name.empty()) continue;
-    std::erase(name, '-');
-    for (auto& character : name) character = static_cast<char>(std::tolower(character));
-    return name.find("utf8") != std::string::npos;
+    return ::strcasestr(name.c_str(), "utf8") || ::strcasestr(name.c_str(), "utf-8");
   }
   return true;
 }
