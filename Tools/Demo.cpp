@@ -29,8 +29,8 @@ sandbox::CardFields card(const DemoOptions& options, const std::string& testCard
   const bool asks = prompt::isPossible();
   if (options.testCards || !(asks || options.typed)) return fields;
 
-  const auto hidden = [asks](const std::string& what) {
-    auto line = asks ? prompt::askHidden(what) : prompt::readLine();
+  const auto hidden = [](const std::string& what) {
+    auto line = prompt::askHidden(what);
     if (!line) throw Problem("The input ended before the demo did.");
     return *line;
   };
