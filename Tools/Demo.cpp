@@ -175,16 +175,15 @@ void defineDemoCommand(CommandLine& line) {
                    "Read a number and a security code for each card from standard input");
   command.add_flag("--keep", options->keep, "Keep the store, and say where it is");
   line.whenChosenWithoutStore(command, [options](GlobalOptions global, const Printer& printer) {
+    global.requireOwnServices("demo");
     if (global.storePath.empty()) {
       global.isInMemory = !options->keep;
       if (options->keep) global.storePath = newFolder() + "/store.sqlite";
     } else if (std::filesystem::exists(global.storePath)) {
       throw Problem("The demo begins with a fresh store, and this file is there already.");
     }
-    auto report = CommandLine::inSession(global, [&](Session& session) {
-      session.requireOwnServices("demo");
-      return DemoRun(session, printer, *options).run();
-    });
+    auto report = CommandLine::inSession(
+        global, [&](Session& session) { return DemoRun(session, printer, *options).run(); });
     if (options->keep) report.sentence += " The store is " + global.storePath + ".";
     return report;
   });

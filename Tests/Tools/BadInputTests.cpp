@@ -25,6 +25,8 @@ TEST(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
   } rows[] = {
       {typedCard, "4111letters11111\n123\n", 1, "The card was not added."},
       {"orphan --test-card declined", "", 1, "The card was declined."},
+      {"fault arm addPaymentInstrument stalled; add --test-card amex", "", 1,
+       "the service never answered addPaymentInstrument (armed fault 1)"},
       {typedCard, "", 2, "No card number was given"},
       {typedCard, visaNumber + "\n", 2, "No security code was given"},
       {"add --test-card nobody", "", 2, "no test card of that name"},
