@@ -16,12 +16,6 @@
 
 namespace hlv::client {
 
-inline List<HLVSDKCreditCard> objectsOf(const std::vector<sandbox::BackendCard>& cards) {
-  List<HLVSDKCreditCard> objects;
-  for (const auto& card : cards) objects.push_back(std::make_shared<sandbox::StoredCard>(card));
-  return objects;
-}
-
 /// Returns the latest that the backend has sent about the guest. Replies to requests that were made
 /// at the same time may arrive in another order than that in which the backend made them.
 ///

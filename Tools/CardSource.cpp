@@ -16,9 +16,7 @@ std::string required(const std::optional<std::string>& line, const std::string& 
 }
 
 std::string hidden(const std::string& what) {
-  return required(
-      prompt::isPossible() ? prompt::askHidden("The " + what + " (not shown)") : prompt::readLine(),
-      what);
+  return required(prompt::askHidden("The " + what + " (not shown)"), what);
 }
 
 std::string shown(const std::optional<std::string>& option, const std::string& what) {

@@ -1,13 +1,17 @@
 #include "Tools/CommandLine.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <iostream>
 #include <numeric>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
+#include "Sandbox/Masking/MaskedText.h"
 #include "Tools/CardNumberSearch.h"
 #include "Tools/Commands.h"
 #include "Tools/StoreFiles.h"
@@ -75,11 +79,13 @@ std::string nearest(const std::string& typed, const CLI::App& parent) {
   return best;
 }
 
-/// Numbers from zero on; a sign would be taken for a very large one.
+/// Numbers from zero on. A sign would be taken for a very large one, and what is too large for the
+/// largest there is.
 std::string problemOfNumber(const std::string& text) {
-  return !text.empty() && std::all_of(text.begin(), text.end(), isDigit)
-             ? ""
-             : "A whole number from 0 on is needed";
+  std::uint64_t number = 0;
+  const auto* end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  return read.ec == std::errc() && read.ptr == end ? "" : "A whole number from 0 on is needed";
 }
 
 /// The status of a command whose output has been written, or 1 when it could not be.
@@ -235,7 +241,9 @@ std::string CommandLine::explained(const CLI::ParseError& error) const {
   if (needsCommand && dynamic_cast<const CLI::RequiredError*>(&error)) {
     return "A command is needed" + help;
   }
-  if (!dynamic_cast<const CLI::ExtrasError*>(&error)) return error.what() + help;
+  if (!dynamic_cast<const CLI::ExtrasError*>(&error)) {
+    return sandbox::maskedText(error.what()) + help;
+  }
   // What was typed by mistake may be secret, so only the name of an option is repeated.
   for (const auto& argument : unknown) {
     const auto name = argument.substr(0, argument.find('='));

@@ -29,8 +29,8 @@ sandbox::CardFields card(const DemoOptions& options, const std::string& testCard
   const bool asks = prompt::isPossible();
   if (options.testCards || !(asks || options.typed)) return fields;
 
-  const auto hidden = [asks](const std::string& what) {
-    auto line = asks ? prompt::askHidden(what) : prompt::readLine();
+  const auto hidden = [](const std::string& what) {
+    auto line = prompt::askHidden(what);
     if (!line) throw Problem("The input ended before the demo did.");
     return *line;
   };
@@ -175,16 +175,15 @@ void defineDemoCommand(CommandLine& line) {
                    "Read a number and a security code for each card from standard input");
   command.add_flag("--keep", options->keep, "Keep the store, and say where it is");
   line.whenChosenWithoutStore(command, [options](GlobalOptions global, const Printer& printer) {
+    global.requireOwnServices("demo");
     if (global.storePath.empty()) {
       global.isInMemory = !options->keep;
       if (options->keep) global.storePath = newFolder() + "/store.sqlite";
     } else if (std::filesystem::exists(global.storePath)) {
       throw Problem("The demo begins with a fresh store, and this file is there already.");
     }
-    auto report = CommandLine::inSession(global, [&](Session& session) {
-      session.requireOwnServices("demo");
-      return DemoRun(session, printer, *options).run();
-    });
+    auto report = CommandLine::inSession(
+        global, [&](Session& session) { return DemoRun(session, printer, *options).run(); });
     if (options->keep) report.sentence += " The store is " + global.storePath + ".";
     return report;
   });

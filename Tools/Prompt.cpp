@@ -60,22 +60,6 @@ std::string withoutBlanksAround(const std::string& line) {
   return line.substr(first, line.find_last_not_of(" \t\r") - first + 1);
 }
 
-}  // namespace
-
-bool isPossible() { return ::isatty(STDIN_FILENO) == 1; }
-
-std::optional<std::string> ask(const std::string& question) {
-  std::cerr << question << ": " << std::flush;
-  return readLine();
-}
-
-std::optional<std::string> askHidden(const std::string& question) {
-  // Hidden before it is asked for, so that not even a quick answer shows.
-  const HiddenTyping hidden;
-  std::cerr << question << ": " << std::flush;
-  return readLine();
-}
-
 std::optional<std::string> readLine() {
   std::string line;
   char byte = 0;
@@ -86,6 +70,23 @@ std::optional<std::string> readLine() {
     if (got <= 0 || byte == '\n') return withoutBlanksAround(line);
     line.push_back(byte);
   }
+}
+
+}  // namespace
+
+bool isPossible() { return ::isatty(STDIN_FILENO) == 1; }
+
+std::optional<std::string> ask(const std::string& question) {
+  std::cerr << question << ": " << std::flush;
+  return readLine();
+}
+
+std::optional<std::string> askHidden(const std::string& question) {
+  if (!isPossible()) return readLine();
+  // Hidden before it is asked for, so that not even a quick answer shows.
+  const HiddenTyping hidden;
+  std::cerr << question << ": " << std::flush;
+  return readLine();
 }
 
 }  // namespace hlv::tool::prompt

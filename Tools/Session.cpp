@@ -34,6 +34,11 @@ void requireNone(const ErrorPtr& error) {
 
 }  // namespace
 
+void GlobalOptions::requireOwnServices(const std::string& command) const {
+  if (backendURL.empty() && providerURL.empty()) return;
+  throw Problem("`" + command + "` works on a store, without --backend and --provider.");
+}
+
 Session::Session(const GlobalOptions& options)
     : options_(options),
       sandbox_(openSandbox(options)),
@@ -46,12 +51,6 @@ std::shared_ptr<sandbox::Tester> Session::tester() const {
 }
 
 std::string Session::storePath() const { return storePathOrDefault(options_.storePath); }
-
-void Session::requireOwnServices(const std::string& command) const {
-  if (remote_) {
-    throw Problem("`" + command + "` works on a store, without --backend and --provider.");
-  }
-}
 
 void Session::signIn(const std::string& email) {
   if (remote_) requireNone(remote_->signIn(email));
@@ -102,7 +101,8 @@ std::string Session::whyNothingCame() const {
   }
   const auto firings = sandbox_->tester()->firings();
   for (auto i = firingsBefore_; i < firings.size(); ++i) {
-    if (firings[i].kind == sandbox::FaultKind::never) {
+    const auto kind = firings[i].kind;
+    if (kind == sandbox::FaultKind::never || kind == sandbox::FaultKind::stalled) {
       return "the service never answered " + std::string(textOf(firings[i].operation)) +
              " (armed fault " + std::to_string(firings[i].faultNumber) + ")";
     }

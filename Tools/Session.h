@@ -33,6 +33,9 @@ struct GlobalOptions {
   /// Where the services are; empty for the embedded ones.
   std::string backendURL;
   std::string providerURL;
+
+  /// Throws `Problem` when the services are elsewhere: `command` works on the store.
+  void requireOwnServices(const std::string& command) const;
 };
 
 class Session {
@@ -47,8 +50,9 @@ class Session {
   std::string storePath() const;
   /// What a tester does to the services, wherever they are.
   std::shared_ptr<sandbox::Tester> tester() const;
-  /// Throws `Problem` when the services are elsewhere: `command` works on the store.
-  void requireOwnServices(const std::string& command) const;
+  void requireOwnServices(const std::string& command) const {
+    options_.requireOwnServices(command);
+  }
   /// Throws `Problem` when the guest cannot be signed in.
   void signIn(const std::string& email);
   /// On this side, and at the backend. Throws `Problem` when the backend cannot be reached.

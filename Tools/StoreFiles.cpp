@@ -16,10 +16,10 @@
 namespace hlv::tool {
 namespace {
 
-/// What stands beside a store, and last the store itself: while it is there, a removal that failed
-/// can be repeated.
-constexpr const char* storeSuffixes[] = {".sandboxes",      "-wal",  "-shm", ".log", ".ports.json",
-                                         ".ports.json.new", ".lock", ""};
+/// What stands beside a store, and then the store itself: while it is there, a removal that failed
+/// can be repeated. Last its lock, so that no server begins to work on a store that goes.
+constexpr const char* storeSuffixes[] = {".sandboxes",      "-wal", "-shm", ".log", ".ports.json",
+                                         ".ports.json.new", "",     ".lock"};
 
 std::filesystem::path dataFolder() {
   const char* data = std::getenv("XDG_DATA_HOME");

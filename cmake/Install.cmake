@@ -9,22 +9,31 @@ set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/HLVSDKPaylevenKit)
 # Relative, so that an install can be moved.
 file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 
-function(hlv_install export pc)
+function(hlv_install export pc description requires libraries)
   install(TARGETS ${ARGN} EXPORT ${export}
           FILE_SET HEADERS DESTINATION ${header_dir} COMPONENT Headers)
   install(EXPORT ${export} NAMESPACE HLVSDKPaylevenKit:: FILE ${export}Targets.cmake
           DESTINATION ${package_dir})
-  configure_file(cmake/${pc}.pc.in ${pc}.pc @ONLY)
+  configure_file(cmake/HLVSDKPaylevenKit.pc.in ${pc}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${pc}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
 
-hlv_install(Kit HLVSDKPaylevenKit HLVSDKPaylevenKit)
+hlv_install(Kit HLVSDKPaylevenKit
+  "Keeps a guest's payment cards with the Payleven in-app payment service"
+  "" "-lHLVSDKPaylevenKit -pthread" HLVSDKPaylevenKit)
 if(HLVSDKPAYLEVENKIT_SANDBOX)
-  hlv_install(Sandbox HLVSDKPaylevenKitSandbox HLVSDKPaylevenSandbox)
+  hlv_install(Sandbox HLVSDKPaylevenKitSandbox
+    "A host SDK and a payment provider, embedded, for tests of HLVSDKPaylevenKit"
+    "HLVSDKPaylevenKit = ${PROJECT_VERSION}, sqlite3, spdlog"
+    "-lHLVSDKPaylevenSandbox -lSQLiteCpp" HLVSDKPaylevenSandbox)
   install(FILES NOTICE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()
 if(HLVSDKPAYLEVENKIT_CLIENT)
-  hlv_install(Client HLVSDKPaylevenKitClient HLVSDKPaylevenClient hlv_records hlv_beast)
+  hlv_install(Client HLVSDKPaylevenKitClient
+    "A host SDK and a payment provider on a server elsewhere, for tests of HLVSDKPaylevenKit"
+    "HLVSDKPaylevenKitSandbox = ${PROJECT_VERSION}"
+    "-lHLVSDKPaylevenClient -lHLVSDKPaylevenRecords -lHLVSDKPaylevenBeast"
+    HLVSDKPaylevenClient hlv_records hlv_beast)
 endif()
 if(HLVSDKPAYLEVENKIT_SERVER)
   install(TARGETS paylevenkit)

@@ -7,12 +7,7 @@ hlv_add_tests(ToolTests
     Tests/Tools/InterruptionTests.cpp
     Tests/Tools/SidesTests.cpp
     Tests/Tools/TimelineTests.cpp
-    Tools/Output/Characters.cpp
-    Tools/Output/SideBySide.cpp
-    Tools/Output/Table.cpp
-    Tools/Output/Terminal.cpp
-    Tools/Output/Timeline.cpp
-  LIBRARIES HLVSDKPaylevenSandbox nlohmann_json::nlohmann_json)
+  LIBRARIES hlv_tool_output nlohmann_json::nlohmann_json)
 hlv_precompile(ToolTests <nlohmann/json.hpp>)
 target_compile_definitions(ToolTests PRIVATE PAYLEVENKIT="$<TARGET_FILE:paylevenkit>")
 add_dependencies(ToolTests paylevenkit)

@@ -2,30 +2,35 @@
 find_package(CLI11 REQUIRED)
 find_package(nlohmann_json REQUIRED)
 
+add_library(hlv_tool_output STATIC
+  Tools/Output/Characters.cpp
+  Tools/Output/Printer.cpp
+  Tools/Output/SideBySide.cpp
+  Tools/Output/Table.cpp
+  Tools/Output/Terminal.cpp
+  Tools/Output/Timeline.cpp)
+target_link_libraries(hlv_tool_output PUBLIC hlv_records PRIVATE hlv_shipped_flags Boost::headers)
+hlv_precompile(hlv_tool_output <nlohmann/json.hpp>)
+
 add_executable(paylevenkit
   Tools/CardCommands.cpp
   Tools/CardNumberSearch.cpp
   Tools/CardOperations.cpp
   Tools/CardSource.cpp
-  Tools/Output/Characters.cpp
   Tools/CommandLine.cpp
   Tools/Demo.cpp
   Tools/Documents.cpp
   Tools/GuestCommands.cpp
-  Tools/Output/Printer.cpp
   Tools/Prompt.cpp
   Tools/SandboxCommands.cpp
   Tools/Session.cpp
   Tools/ServeCommand.cpp
-  Tools/Output/SideBySide.cpp
   Tools/StoreFiles.cpp
-  Tools/Output/Table.cpp
-  Tools/Output/Terminal.cpp
   Tools/TesterCommands.cpp
-  Tools/Output/Timeline.cpp
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
-  hlv_shipped_flags HLVSDKPaylevenServer HLVSDKPaylevenClient CLI11::CLI11 nlohmann_json::nlohmann_json)
+  hlv_shipped_flags hlv_tool_output HLVSDKPaylevenServer HLVSDKPaylevenClient
+  CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_compile_definitions(paylevenkit PRIVATE PAYLEVENKIT_VERSION="${PROJECT_VERSION}")
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
 

@@ -16,27 +16,10 @@ namespace hlv::sandbox::backend {
 namespace {
 
 constexpr const char* signedInSetting = "signed-in";
+constexpr const char* sessionIsOver = "The session has ended, or never was.";
 
 [[noreturn]] void refuse(BackendErrorCode code, const std::string& sentence) {
   throw Refusal{SandboxError::make(backendErrorDomain, code, sentence)};
-}
-
-/// The app's backend serves the guest who is signed in, and no other.
-void requireSignedIn(Database& database, const NullableString& guest) {
-  const auto email = signedInEmail(database);
-  if (!email) refuse(BackendErrorCode::notSignedIn, "Nobody is signed in.");
-  if (!guest) refuse(BackendErrorCode::invalidRequest, "The request names no guest.");
-  if (*guest != *email) {
-    refuse(BackendErrorCode::foreignGuest, "The guest of the request is not the one signed in.");
-  }
-}
-
-void requireSession(Database& database, const std::string& session, const NullableString& guest) {
-  const auto email = readSessionGuest(database, session);
-  if (!email) refuse(BackendErrorCode::notSignedIn, "The session has ended, or never was.");
-  if (guest != email) {
-    refuse(BackendErrorCode::foreignGuest, "The guest of the request is not the one signed in.");
-  }
 }
 
 /// Masked, since people type card numbers where a name or a street belongs.
@@ -124,20 +107,27 @@ std::string openSession(Database& database, const std::string& email) {
 
 void endSession(Database& database, const std::string& session) {
   if (!removeSession(database, session)) {
-    refuse(BackendErrorCode::notSignedIn, "The session has ended, or never was.");
+    refuse(BackendErrorCode::notSignedIn, sessionIsOver);
   }
 }
 
 std::string ownerOf(Database& database, const Caller& caller) {
-  if (caller.kind == Caller::Kind::app) requireSignedIn(database, caller.guest);
-  if (caller.kind == Caller::Kind::session) {
-    requireSession(database, caller.session, caller.guest);
-  }
-  const auto owner = caller.guest.value_or("");
-  if (caller.kind == Caller::Kind::anyone && !hasGuest(database, owner)) {
+  if (caller.kind == Caller::Kind::anyone) {
+    if (caller.guest && hasGuest(database, *caller.guest)) return *caller.guest;
     refuse(BackendErrorCode::unknownGuest, "There is no guest of this address.");
   }
-  return owner;
+  const bool isApp = caller.kind == Caller::Kind::app;
+  const auto email = isApp ? signedInEmail(database) : readSessionGuest(database, caller.session);
+  if (!email) {
+    refuse(BackendErrorCode::notSignedIn, isApp ? "Nobody is signed in." : sessionIsOver);
+  }
+  if (isApp && !caller.guest) {
+    refuse(BackendErrorCode::invalidRequest, "The request names no guest.");
+  }
+  if (caller.guest != email) {
+    refuse(BackendErrorCode::foreignGuest, "The guest of the request is not the one signed in.");
+  }
+  return *email;
 }
 
 BackendGuest readGuest(Database& database, const std::string& email, bool withCards) {

@@ -85,11 +85,8 @@ void BackendClient::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& gu
                                           HLVSDKCreditCardsCompletion completion) {
   service_.take({Operation::fetchCards}, std::move(completion),
                 [caller = callerFor(guest)](Database& database, std::optional<FaultKind> fault) {
-                  auto cards = backend::fetchCards(database, caller, fault);
-                  if (!cards) return CardsResults();
-                  List<HLVSDKCreditCard> objects;
-                  for (auto& card : *cards) objects.push_back(objectOf(std::move(card)));
-                  return CardsResults(std::move(objects), nullptr);
+                  const auto cards = backend::fetchCards(database, caller, fault);
+                  return cards ? CardsResults(objectsOf(*cards), nullptr) : CardsResults();
                 });
 }
 

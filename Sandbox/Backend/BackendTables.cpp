@@ -47,22 +47,19 @@ std::optional<std::string> readOnlyGuest(Database& database) {
 }
 
 std::optional<std::string> readGuestToken(Database& database, const std::string& email) {
-  auto row = database.query("SELECT payment_token FROM backend_guests WHERE email = ?", email);
-  return row.next() ? row.textOrNull(0) : std::nullopt;
+  return database.text("SELECT payment_token FROM backend_guests WHERE email = ?", email);
 }
 
 std::vector<BackendCard> readCards(Database& database, const std::string& email) {
-  std::vector<BackendCard> cards;
-  auto row = database.query(std::string(cardColumns) + "WHERE guest = ? ORDER BY number", email);
-  while (row.next()) cards.push_back(cardIn(row));
-  return cards;
+  return database.query(std::string(cardColumns) + "WHERE guest = ? ORDER BY number", email)
+      .all(cardIn);
 }
 
 std::optional<BackendCard> readCard(Database& database, const std::string& email,
                                     const std::string& halvoID) {
-  auto row =
-      database.query(std::string(cardColumns) + "WHERE guest = ? AND halvo_id = ?", email, halvoID);
-  return row.next() ? std::optional(cardIn(row)) : std::nullopt;
+  return database
+      .query(std::string(cardColumns) + "WHERE guest = ? AND halvo_id = ?", email, halvoID)
+      .one(cardIn);
 }
 
 void insertCard(Database& database, const std::string& email, const BackendCard& card) {
@@ -111,8 +108,7 @@ std::string insertSession(Database& database, const std::string& email) {
 }
 
 std::optional<std::string> readSessionGuest(Database& database, const std::string& session) {
-  auto row = database.query("SELECT guest FROM backend_sessions WHERE token = ?", session);
-  return row.next() ? std::optional(row.text(0)) : std::nullopt;
+  return database.text("SELECT guest FROM backend_sessions WHERE token = ?", session);
 }
 
 bool removeSession(Database& database, const std::string& session) {

@@ -12,12 +12,8 @@ NullableString Guest::paylevenToken() const {
 }
 
 NullableList<HLVSDKCreditCard> Guest::creditCards() const {
-  List<HLVSDKCreditCard> cards;
-  for (auto& card :
-       store_->readOrNothing([this](Database& database) { return readCards(database, email_); })) {
-    cards.push_back(std::make_shared<StoredCard>(std::move(card)));
-  }
-  return cards;
+  return objectsOf(
+      store_->readOrNothing([this](Database& database) { return readCards(database, email_); }));
 }
 
 std::shared_ptr<Guest> Guests::guest(const std::string& email) {

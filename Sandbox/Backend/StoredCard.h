@@ -1,10 +1,13 @@
 // A card as the backend returns it. Private to the sandbox, server and client.
 #pragma once
 
+#include <memory>
 #include <utility>
+#include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Sandbox/Records/BackendCard.h"
+#include "Values/List.h"
 
 namespace hlv::sandbox {
 
@@ -24,5 +27,11 @@ class StoredCard final : public HLVSDKCreditCard {
  private:
   const BackendCard card_;
 };
+
+inline List<HLVSDKCreditCard> objectsOf(const std::vector<BackendCard>& cards) {
+  List<HLVSDKCreditCard> objects;
+  for (const auto& card : cards) objects.push_back(std::make_shared<StoredCard>(card));
+  return objects;
+}
 
 }  // namespace hlv::sandbox

@@ -22,12 +22,9 @@ bool isUndisturbed(Database& database, const Call& call) {
   return isReachable(readNetworkState(database)) && !mayMeetFault(database, call.operation);
 }
 
-void CallHandler::requireNetwork(Database& database) {
+std::optional<Fault> CallHandler::faultMetBy(const Call& call, Database& database) {
   if (!isReachable(readNetworkState(database))) throw Refusal{notConnectedError()};
-}
-
-std::optional<Fault> CallHandler::takeFault(Database& database, const Call& call) {
-  return sandbox::takeFault(database, call.operation, call.useCase);
+  return takeFault(database, call.operation, call.useCase);
 }
 
 bool CallHandler::requireServed(const Fault& fault) const {

@@ -68,8 +68,7 @@ class CallHandler {
                              const Handling<Results...>& handling) const {
     Handled<Results...> handled;
     try {
-      requireNetwork(database);
-      handled.fault = takeFault(database, call);
+      handled.fault = faultMetBy(call, database);
       if (handled.fault && !requireServed(*handled.fault)) return handled;
       const auto kind = handled.fault ? std::optional(handled.fault->kind) : std::nullopt;
       handled.results = handling(database, kind);
@@ -83,8 +82,8 @@ class CallHandler {
   ErrorPtr errorFor(const StoreFailure& failure) const;
 
  private:
-  static void requireNetwork(Database& database);
-  static std::optional<Fault> takeFault(Database& database, const Call& call);
+  /// Throws the error of a network that is off.
+  static std::optional<Fault> faultMetBy(const Call& call, Database& database);
   /// False where the call has no effect. Throws the error that the fault demands.
   bool requireServed(const Fault& fault) const;
 

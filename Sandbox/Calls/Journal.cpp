@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <map>
 #include <utility>
 
 #include "Platform/Platform.h"
@@ -42,25 +41,21 @@ std::int64_t insertOperation(Database& database, const std::string& name) {
   return number;
 }
 
-constexpr const char* eventColumns =
-    "SELECT operation, speaker, listener, what, result, thread, number, at FROM events ";
-
 Event readEvent(const Query& row) {
   return {row.integer(0), row.text(1), row.text(2),    row.text(3),
           row.text(4),    row.text(5), row.integer(6), row.integer(7)};
 }
 
-std::vector<Event> eventsOf(Database& database, std::int64_t operation) {
-  std::vector<Event> events;
-  auto row =
-      database.query(std::string(eventColumns) + "WHERE operation = ? ORDER BY number", operation);
-  while (row.next()) events.push_back(readEvent(row));
-  return events;
-}
-
-std::string nameOf(Database& database, std::int64_t operation) {
-  auto row = database.query("SELECT name FROM operations WHERE number = ?", operation);
-  return row.next() ? row.text(0) : "";
+/// An operation for each row, a number and a name, with what it recorded after an event.
+std::vector<Journal::Operation> operationsIn(Database& database, Query rows, std::int64_t after) {
+  return rows.all([&](const Query& row) {
+    const auto number = row.integer(0);
+    auto events = database.query(
+        "SELECT operation, speaker, listener, what, result, thread, number, at FROM events "
+        "WHERE operation = ? AND number > ? ORDER BY number",
+        number, after);
+    return Journal::Operation{number, row.text(1), events.all(readEvent)};
+  });
 }
 
 }  // namespace
@@ -102,12 +97,9 @@ void Journal::record(const std::string& from, const std::string& to, const std::
 
 std::vector<Journal::Operation> Journal::last(std::size_t count) const {
   return store_->read([&](Database& database) {
-    std::vector<Operation> operations;
-    auto row = database.query("SELECT number, name FROM operations ORDER BY number DESC LIMIT ?",
-                              static_cast<std::int64_t>(count));
-    while (row.next()) {
-      operations.push_back({row.integer(0), row.text(1), eventsOf(database, row.integer(0))});
-    }
+    auto rows = database.query("SELECT number, name FROM operations ORDER BY number DESC LIMIT ?",
+                               static_cast<std::int64_t>(count));
+    auto operations = operationsIn(database, std::move(rows), 0);
     std::reverse(operations.begin(), operations.end());
     return operations;
   });
@@ -115,22 +107,11 @@ std::vector<Journal::Operation> Journal::last(std::size_t count) const {
 
 std::vector<Journal::Operation> Journal::since(std::int64_t event) const {
   return store_->read([&](Database& database) {
-    std::map<std::int64_t, Operation> operations;
-    auto row =
-        database.query(std::string(eventColumns) + "WHERE number > ? ORDER BY number", event);
-    while (row.next()) {
-      auto next = readEvent(row);
-      auto& operation = operations[next.operation];
-      if (operation.events.empty()) {
-        operation.number = next.operation;
-        operation.name = nameOf(database, next.operation);
-      }
-      operation.events.push_back(std::move(next));
-    }
-    std::vector<Operation> inOrder;
-    inOrder.reserve(operations.size());
-    for (auto& [number, operation] : operations) inOrder.push_back(std::move(operation));
-    return inOrder;
+    auto rows = database.query(
+        "SELECT number, name FROM operations WHERE number IN "
+        "(SELECT operation FROM events WHERE number > ?) ORDER BY number",
+        event);
+    return operationsIn(database, std::move(rows), event);
   });
 }
 

@@ -1,6 +1,5 @@
 #include "Sandbox/Cards/Calendar.h"
 
-#include <chrono>
 #include <utility>
 
 #include "Values/Mutex.h"
@@ -10,19 +9,19 @@ namespace {
 
 Mutex mutex;
 
-std::function<YearMonth()>& installed() HLV_REQUIRES(mutex) {
-  static auto& source = *new std::function<YearMonth()>;
+std::function<std::chrono::year_month()>& installed() HLV_REQUIRES(mutex) {
+  static auto& source = *new std::function<std::chrono::year_month()>;
   return source;
 }
 
 }  // namespace
 
-YearMonth Calendar::monthOf(std::chrono::sys_seconds time) {
+std::chrono::year_month Calendar::monthOf(std::chrono::sys_seconds time) {
   const std::chrono::year_month_day date(std::chrono::floor<std::chrono::days>(time));
-  return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month()))};
+  return date.year() / date.month();
 }
 
-YearMonth Calendar::today() {
+std::chrono::year_month Calendar::today() {
   const auto source = [] {
     const Lock lock(mutex);
     return installed();
@@ -32,7 +31,7 @@ YearMonth Calendar::today() {
              : monthOf(std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
 }
 
-void Calendar::install(std::function<YearMonth()> source) {
+void Calendar::install(std::function<std::chrono::year_month()> source) {
   const Lock lock(mutex);
   installed() = std::move(source);
 }

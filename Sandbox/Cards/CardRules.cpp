@@ -51,7 +51,7 @@ std::optional<BrokenRule> brokenNumberRule(std::string_view number, const CardBr
 }
 
 std::optional<BrokenRule> brokenExpiryRule(const std::string& month, const std::string& year,
-                                           YearMonth today) {
+                                           std::chrono::year_month today) {
   if (month.size() != 2 || !allDigits(month) || month < "01" || month > "12") {
     return BrokenRule{CardErrorCode::expiryMonth, "The expiry month must lie between 1 and 12.",
                       "expiryMonth is not a month"};
@@ -73,7 +73,7 @@ bool isBlank(const std::string& text) {
 
 }  // namespace
 
-std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month) {
+std::optional<BrokenRule> brokenRule(const CardFields& card, std::chrono::year_month month) {
   const auto* brand = findCardBrand(card.pan);
   if (auto broken = brokenNumberRule(card.pan, brand)) return broken;
   if (auto broken = brokenExpiryRule(card.expiryMonth, card.expiryYear, month)) return broken;
@@ -94,8 +94,10 @@ bool isCardNumber(std::string_view digits) {
   return !brokenNumberRule(digits, findCardBrand(digits));
 }
 
-bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear, YearMonth month) {
-  return YearMonth{std::stoi(expiryYear), std::stoi(expiryMonth)} < month;
+bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear,
+                std::chrono::year_month month) {
+  const std::chrono::month last(static_cast<unsigned>(std::stoi(expiryMonth)));
+  return std::chrono::year(std::stoi(expiryYear)) / last < month;
 }
 
 bool isUseCase(std::string_view name) {

@@ -3,11 +3,11 @@
 // Threading: pure functions; any.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 
@@ -24,11 +24,13 @@ struct BrokenRule {
 
 /// Checks number, expiry in a month, security code and holder, in this order. Expects normalised
 /// fields.
-[[nodiscard]] std::optional<BrokenRule> brokenRule(const CardFields& card, YearMonth month);
+[[nodiscard]] std::optional<BrokenRule> brokenRule(const CardFields& card,
+                                                   std::chrono::year_month month);
 /// Whether a brand has numbers of these digits, by prefix, length and checksum.
 bool isCardNumber(std::string_view digits);
 /// A card can be used until its month is over. Expects normalised fields.
-bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear, YearMonth month);
+bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear,
+                std::chrono::year_month month);
 /// Whether instruments are stored under this use case.
 bool isUseCase(std::string_view name);
 BrokenRule unknownUseCase();

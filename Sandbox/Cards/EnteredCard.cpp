@@ -1,5 +1,6 @@
 #include "Sandbox/Cards/EnteredCard.h"
 
+#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Values/Wiped.h"
@@ -31,7 +32,7 @@ NullableString EnteredCard::cvv() const { return fields_.cvv; }
 NullableString EnteredCard::cardHolder() const { return fields_.cardHolder; }
 NullableString EnteredCard::instrumentUseCaseString() const { return fields_.useCase; }
 
-std::optional<BrokenRule> EnteredCard::brokenRule(YearMonth month) const {
+std::optional<BrokenRule> EnteredCard::brokenRule(std::chrono::year_month month) const {
   auto broken = sandbox::brokenRule(fields_, month);
   if (!broken && !isUseCase(fields_.useCase)) broken = unknownUseCase();
   return broken;

@@ -1,6 +1,7 @@
 // A card as a person typed it, which checks itself.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,7 +12,6 @@
 namespace hlv::sandbox {
 
 struct BrokenRule;
-struct YearMonth;
 
 /// What a person types. The use case is one of "default", "private" and "business".
 struct CardFields {
@@ -45,7 +45,7 @@ class EnteredCard final : public HLVSDKPaymentInstrument {
   /// As they are kept; what is returned by value leaves a copy behind.
   const CardFields& fields() const { return fields_; }
   /// The first rule that the card breaks in a month.
-  [[nodiscard]] std::optional<BrokenRule> brokenRule(YearMonth month) const;
+  [[nodiscard]] std::optional<BrokenRule> brokenRule(std::chrono::year_month month) const;
   void setExternalIdentifier(const NullableString& identifier) override;
   NullableString externalIdentifier() const;
 

@@ -45,13 +45,13 @@ const KnownCard* findByNumber(const std::string& pan) {
 }
 
 TestCard typed(const KnownCard& card) {
-  constexpr int yearsAhead = 4;
+  constexpr std::chrono::years ahead(4);
   TestCard result;
   result.name = card.name;
   result.effect = card.effect;
   result.fields.pan = card.pan;
   result.fields.expiryMonth = "12";
-  result.fields.expiryYear = std::to_string(Calendar::today().year + yearsAhead);
+  result.fields.expiryYear = std::to_string(static_cast<int>((Calendar::today() + ahead).year()));
   result.fields.cvv = std::string("1234").substr(0, findCardBrand(card.pan)->securityCodeLength);
   result.fields.cardHolder = "Erika Mustermann";
   return result;

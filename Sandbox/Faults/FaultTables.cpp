@@ -71,25 +71,19 @@ std::int64_t chosenDelay(Database& database, const Fault& fault) {
 }  // namespace
 
 std::vector<Fault> readFaults(Database& database) {
-  std::vector<Fault> faults;
-  auto row = database.query(std::string(columns) + "ORDER BY number");
-  while (row.next()) faults.push_back(faultIn(row));
-  return faults;
+  return database.query(std::string(columns) + "ORDER BY number").all(faultIn);
 }
 
 std::optional<Fault> readFault(Database& database, std::int64_t number) {
-  auto row = database.query(std::string(columns) + "WHERE number = ?", number);
-  return row.next() ? std::optional(faultIn(row)) : std::nullopt;
+  return database.query(std::string(columns) + "WHERE number = ?", number).one(faultIn);
 }
 
 std::vector<Firing> readFirings(Database& database) {
-  std::vector<Firing> firings;
-  auto row = database.query("SELECT fault, operation, kind FROM firings ORDER BY number");
-  while (row.next()) {
-    firings.push_back({row.integer(0), operationNamed(row.text(1)).valueOr(Operation{}),
-                       faultKindNamed(row.text(2)).valueOr(FaultKind{})});
-  }
-  return firings;
+  return database.query("SELECT fault, operation, kind FROM firings ORDER BY number")
+      .all([](const Query& row) {
+        return Firing{row.integer(0), operationNamed(row.text(1)).valueOr(Operation{}),
+                      faultKindNamed(row.text(2)).valueOr(FaultKind{})};
+      });
 }
 
 std::int64_t insertFault(Database& database, const Fault& fault) {
@@ -121,21 +115,18 @@ bool removeFault(Database& database, std::int64_t number) {
 void removeAllFaults(Database& database) { database.run("DELETE FROM faults"); }
 
 bool mayMeetFault(Database& database, Operation operation) {
-  auto row = database.query("SELECT 1 FROM faults WHERE operation = ? LIMIT 1",
-                            std::string(textOf(operation)));
-  return row.next();
+  return database.query("SELECT 1 FROM faults WHERE operation = ?", std::string(textOf(operation)))
+      .next();
 }
 
 std::optional<Fault> takeFault(Database& database, Operation operation,
                                const std::optional<std::string>& useCase) {
-  std::vector<Fault> faults;
-  {
-    auto row = database.query(std::string(columns) +
-                                  "WHERE operation = ? AND (use_case IS NULL OR use_case = ?) "
-                                  "ORDER BY number",
-                              std::string(textOf(operation)), useCase);
-    while (row.next()) faults.push_back(faultIn(row));
-  }
+  auto faults = database
+                    .query(std::string(columns) +
+                               "WHERE operation = ? AND (use_case IS NULL OR use_case = ?) "
+                               "ORDER BY number",
+                           std::string(textOf(operation)), useCase)
+                    .all(faultIn);
   const auto found = std::find_if(faults.begin(), faults.end(), [&](const Fault& fault) {
     return fault.probability == 100 || randomBelow(database, 100) < fault.probability;
   });

@@ -86,8 +86,7 @@ void store(Database& database, const std::string& token, const Acceptable& card)
 }
 
 NullableString tokenOf(Database& database, const std::string& email) {
-  auto row = database.query("SELECT token FROM provider_users WHERE email = ?", email);
-  return row.next() ? row.textOrNull(0) : std::nullopt;
+  return database.text("SELECT token FROM provider_users WHERE email = ?", email);
 }
 
 std::string tokenFor(Database& database, const std::string& email) {
@@ -100,22 +99,17 @@ std::string tokenFor(Database& database, const std::string& email) {
 /// What is stored under a token, for one use case or for all.
 std::vector<NumberedInstrument> readInstruments(Database& database, const std::string& token,
                                                 const NullableString& useCase) {
-  std::vector<NumberedInstrument> instruments;
-  const auto month = sandboxMonth(database);
   auto row = database.query(
       "SELECT number, identifier, brand, masked_pan, use_case, expiry_month, expiry_year, state "
       "FROM provider_instruments WHERE token = ? AND (? IS NULL OR use_case = ?) ORDER BY number",
       token, useCase, useCase);
-  while (row.next()) {
-    NumberedInstrument instrument{
-        row.integer(0),
-        {row.textOrNull(1), row.text(2), row.text(3), row.text(4), row.text(5), row.text(6),
-         static_cast<std::uint64_t>(row.integer(7))}};
-    auto& values = instrument.values;
-    if (hasExpired(values.expiryMonth, values.expiryYear, month)) values.state = unusableState;
-    instruments.push_back(std::move(instrument));
-  }
-  return instruments;
+  return row.all([month = sandboxMonth(database)](const Query& stored) {
+    const bool isUsable = !hasExpired(stored.text(5), stored.text(6), month);
+    return NumberedInstrument{
+        stored.integer(0),
+        {stored.textOrNull(1), stored.text(2), stored.text(3), stored.text(4), stored.text(5),
+         stored.text(6), isUsable ? static_cast<std::uint64_t>(stored.integer(7)) : unusableState}};
+  });
 }
 
 }  // namespace

@@ -17,8 +17,6 @@ namespace hlv::sandbox {
 struct Pair {
   std::optional<BackendCard> card;
   std::optional<ProviderInstrument> instrument;
-
-  bool isMatched() const { return card && instrument; }
 };
 
 /// Every card in its order, and then the instruments that are left over.

@@ -1,5 +1,6 @@
 #include "Sandbox/Store/Clock.h"
 
+#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Store/Settings.h"
 
 namespace hlv::sandbox {
@@ -20,7 +21,7 @@ sys_seconds sandboxTime(Database& database) {
   return machineTime() + seconds(ahead ? std::stoll(*ahead) : 0);
 }
 
-YearMonth sandboxMonth(Database& database) {
+std::chrono::year_month sandboxMonth(Database& database) {
   return readSetting(database, aheadSetting) ? Calendar::monthOf(sandboxTime(database))
                                              : Calendar::today();
 }

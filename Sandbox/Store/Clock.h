@@ -5,7 +5,6 @@
 
 #include <chrono>
 
-#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Store/Database.h"
 
 namespace hlv::sandbox {
@@ -14,7 +13,7 @@ std::chrono::sys_seconds machineTime();
 /// The machine's time, until the sandbox's clock is set; from then on it runs on from there.
 std::chrono::sys_seconds sandboxTime(Database& database);
 /// The month that cards expire by.
-YearMonth sandboxMonth(Database& database);
+std::chrono::year_month sandboxMonth(Database& database);
 /// Sets the clock. False, and nothing is changed, when that is before the time that it is now, or
 /// beyond the year 9999.
 [[nodiscard]] bool setSandboxTime(Database& database, std::chrono::sys_seconds time);

@@ -10,8 +10,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "Values/Problem.h"
 
@@ -54,6 +56,19 @@ class Query {
   std::int64_t integer(int column) const { return statement_->getColumn(column).getInt64(); }
   std::optional<std::int64_t> integerOrNull(int column) const;
 
+  /// What `read(const Query&)` makes of each row that is left.
+  template <class Read>
+  auto all(Read read) {
+    std::vector<std::invoke_result_t<Read, const Query&>> rows;
+    while (next()) rows.push_back(read(*this));
+    return rows;
+  }
+  /// The same of the next row; missing when there is none.
+  template <class Read>
+  auto one(Read read) {
+    return next() ? std::optional(read(*this)) : std::nullopt;
+  }
+
  private:
   SQLite::Statement* statement_;
 };
@@ -80,8 +95,14 @@ class Database {
     while (rows.next()) {
     }
   }
-  /// The first column of the first row.
+  /// The first column of the first row; 0 when there is none.
   std::int64_t integer(std::string_view sql);
+  /// The same; missing when there is none, or nothing in it.
+  template <class... Values>
+  std::optional<std::string> text(std::string_view sql, const Values&... values) {
+    auto row = query(sql, values...);
+    return row.next() ? row.textOrNull(0) : std::nullopt;
+  }
 
   /// How many rows the last statement changed.
   int changes() const { return connection_.getChanges(); }

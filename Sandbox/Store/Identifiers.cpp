@@ -31,7 +31,11 @@ class Generator {
     mix(static_cast<std::uint64_t>(made));
   }
 
-  char letter() { return static_cast<char>('a' + number(26)); }
+  std::string letters(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) text += static_cast<char>('a' + number(26));
+    return text;
+  }
   std::uint64_t number(std::uint64_t limit) { return mix(1) % limit; }
 
  private:
@@ -47,6 +51,17 @@ class Generator {
   std::uint64_t state_;
 };
 
+std::uint64_t freshSeed() {
+  std::random_device device;
+  return std::uint64_t{device()} << 32 | device();
+}
+
+/// For the next one of a kind.
+Generator generatorFor(Database& database, const std::string& kind) {
+  const auto seed = seedOf(database);
+  return {seed ? *seed : freshSeed(), kind, countOne(database, kind)};
+}
+
 }  // namespace
 
 std::optional<std::uint64_t> seedOf(Database& database) {
@@ -59,36 +74,14 @@ void storeSeed(Database& database, std::uint64_t seed) {
 }
 
 std::string makeIdentifier(Database& database, const std::string& kind) {
-  constexpr int length = 20;
-  const auto seed = seedOf(database);
-  const auto made = countOne(database, kind);
-  std::string identifier = kind + "_";
-  if (seed) {
-    Generator generator(*seed, kind, made);
-    for (int i = 0; i < length; ++i) identifier += generator.letter();
-  } else {
-    identifier += randomLetters(length);
-  }
-  return identifier;
+  return kind + "_" + generatorFor(database, kind).letters(20);
 }
 
-std::string randomLetters(int count) {
-  thread_local std::mt19937_64 engine{[] {
-    std::random_device device;
-    return std::uint64_t{device()} << 32 | device();
-  }()};
-  std::uniform_int_distribution<int> letter('a', 'z');
-  std::string letters;
-  for (int i = 0; i < count; ++i) letters += static_cast<char>(letter(engine));
-  return letters;
-}
+std::string randomLetters(int count) { return Generator(freshSeed(), {}, 0).letters(count); }
 
 std::int64_t randomBelow(Database& database, std::int64_t limit) {
-  const std::string kind = "throw";
-  const auto seed = seedOf(database);
-  const auto made = countOne(database, kind);
-  Generator generator(seed ? *seed : std::random_device()(), kind, made);
-  return static_cast<std::int64_t>(generator.number(static_cast<std::uint64_t>(limit)));
+  return static_cast<std::int64_t>(
+      generatorFor(database, "throw").number(static_cast<std::uint64_t>(limit)));
 }
 
 double randomNormal(Database& database) {

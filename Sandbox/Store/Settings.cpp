@@ -3,8 +3,7 @@
 namespace hlv::sandbox {
 
 std::optional<std::string> readSetting(Database& database, const std::string& name) {
-  auto row = database.query("SELECT value FROM settings WHERE name = ?", name);
-  return row.next() ? row.textOrNull(0) : std::nullopt;
+  return database.text("SELECT value FROM settings WHERE name = ?", name);
 }
 
 void writeSetting(Database& database, const std::string& name,

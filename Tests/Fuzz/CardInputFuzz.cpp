@@ -65,7 +65,7 @@ void check(CardFields fields) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace hlv::sandbox;
   GTEST_FLAG_SET(break_on_failure, true);
-  Calendar::install([] { return YearMonth{2031, 7}; });
+  Calendar::install([] { return std::chrono::year(2031) / 7; });
   std::string typed(data, data + size);
   for (char& character : typed) character ^= 0x40;
   checkMask(typed);

@@ -16,7 +16,7 @@ Instrument newInstrument(const CardFields& card) {
 }  // namespace
 
 SandboxTest::SandboxTest() {
-  Calendar::install([] { return YearMonth{2031, 7}; });
+  Calendar::install([] { return std::chrono::year(2031) / 7; });
 }
 
 SandboxTest::~SandboxTest() {

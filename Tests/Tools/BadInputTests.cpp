@@ -25,6 +25,8 @@ TEST(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
   } rows[] = {
       {typedCard, "4111letters11111\n123\n", 1, "The card was not added."},
       {"orphan --test-card declined", "", 1, "The card was declined."},
+      {"fault arm addPaymentInstrument stalled; add --test-card amex", "", 1,
+       "the service never answered addPaymentInstrument (armed fault 1)"},
       {typedCard, "", 2, "No card number was given"},
       {typedCard, visaNumber + "\n", 2, "No security code was given"},
       {"add --test-card nobody", "", 2, "no test card of that name"},
@@ -33,7 +35,8 @@ TEST(ToolBadInput, GetsOneClearSentenceAndChangesNothing) {
       {"add --cvv 907", "", 2, "The option --cvv is not known"},
       {"crads", "", 2, "'crads' is not known; did you mean `paylevenkit cards`"},
       {"907", "", 2, "A command is needed"},
-      {"trace --last -1", "", 2, "not in range"},
+      {"trace --last 4111111111111112", "", 2, "Value ************1112 not in range"},
+      {"--seed 18446744073709551616 cards", "", 2, "A whole number from 0 on is needed"},
       {"reset", "", 2, "--yes"},
       {"sandbox list", "", 2, "Say --provider URL"},
       {"--store \"\" cards", "", 2, "A store has a name"},

@@ -1,6 +1,7 @@
 #include "Tools/Output/Characters.h"
 
 #include <array>
+#include <boost/locale/utf.hpp>
 #include <cstddef>
 #include <cstdio>
 #include <utility>
@@ -8,6 +9,9 @@
 namespace hlv::tool {
 namespace {
 
+namespace utf = boost::locale::utf;
+
+/// What is no UTF-8 is taken byte by byte.
 struct Character {
   std::size_t size;
   char32_t value;
@@ -15,21 +19,10 @@ struct Character {
 };
 
 Character characterAt(std::string_view text, std::size_t at) {
-  const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-  const unsigned lead = byte(at);
-  if (lead < 0x80) return {1, lead, true};
-  const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  const Character stray{1, lead, false};
-  if (lead < 0xC2 || lead > 0xF4 || text.size() - at < size) return stray;
-  char32_t value = lead & (0x7FU >> size);
-  for (std::size_t next = at + 1; next < at + size; ++next) {
-    if ((byte(next) & 0xC0U) != 0x80) return stray;
-    value = value << 6U | (byte(next) & 0x3FU);
-  }
-  constexpr std::array<char32_t, 5> smallest = {0, 0, 0x80, 0x800, 0x10000};
-  const bool isSurrogate = value >= 0xD800 && value <= 0xDFFF;
-  if (value < smallest[size] || value > 0x10FFFF || isSurrogate) return stray;
-  return {size, value, true};
+  const char* next = text.data() + at;
+  const auto value = utf::utf_traits<char>::decode(next, text.data() + text.size());
+  if (!utf::is_valid_codepoint(value)) return {1, static_cast<unsigned char>(text[at]), false};
+  return {static_cast<std::size_t>(next - text.data()) - at, value, true};
 }
 
 /// What a terminal obeys, and what turns the order of what stands beside it.

@@ -67,8 +67,9 @@ SideBySide::SideBySide(const std::vector<BackendCard>& cards,
     : pairs_(sandbox::pairsOf(cards, std::move(instruments))) {}
 
 std::size_t SideBySide::unmatched() const {
-  return static_cast<std::size_t>(std::count_if(
-      pairs_.begin(), pairs_.end(), [](const auto& pair) { return !pair.isMatched(); }));
+  return static_cast<std::size_t>(std::count_if(pairs_.begin(), pairs_.end(), [](const auto& pair) {
+    return !pair.card || !pair.instrument;
+  }));
 }
 
 std::string SideBySide::verdict() const {

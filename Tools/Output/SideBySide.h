@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,8 +17,7 @@ class SideBySide {
   SideBySide(const std::vector<sandbox::BackendCard>& cards,
              std::vector<sandbox::ProviderInstrument> instruments);
 
-  /// What stands on each line.
-  const std::vector<sandbox::Pair>& pairs() const { return pairs_; }
+  /// How many stand alone on their line.
   std::size_t unmatched() const;
   /// "Both sides agree.", or how many do not match.
   std::string verdict() const;
@@ -27,6 +25,7 @@ class SideBySide {
   Table table(std::size_t columns) const;
 
  private:
+  /// What stands on each line.
   std::vector<sandbox::Pair> pairs_;
 };
 

@@ -1,12 +1,12 @@
 #include "Tools/Output/Terminal.h"
 
+#include <string.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cctype>
-#include <charconv>
 #include <cstdlib>
 
+#include "Sandbox/JSON/Json.h"
 #include "Values/Names.h"
 
 namespace hlv::tool {
@@ -22,11 +22,9 @@ std::string variable(const char* name) {
 /// what terminals speak.
 bool localeHasUTF8() {
   for (const char* category : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    auto name = variable(category);
+    const auto name = variable(category);
     if (name.empty()) continue;
-    std::erase(name, '-');
-    for (auto& character : name) character = static_cast<char>(std::tolower(character));
-    return name.find("utf8") != std::string::npos;
+    return ::strcasestr(name.c_str(), "utf8") || ::strcasestr(name.c_str(), "utf-8");
   }
   return true;
 }
@@ -48,16 +46,12 @@ constexpr Names<Colour, 6> codes{{{Colour::plain, ""},
 Terminal Terminal::ofStandardOutput() {
   Terminal terminal;
   terminal.hasUTF8_ = localeHasUTF8();
-  const auto columns = variable("COLUMNS");
-  std::size_t wanted = 0;
-  const auto* end = columns.data() + columns.size();
-  const auto read = std::from_chars(columns.data(), end, wanted);
-  const bool isWanted = read.ec == std::errc() && read.ptr == end && wanted > 0;
-  if (isWanted) terminal.columns_ = wanted;
+  const auto wanted = sandbox::numberOf(variable("COLUMNS")).value_or(0);
+  if (wanted > 0) terminal.columns_ = static_cast<std::size_t>(wanted);
   if (!::isatty(STDOUT_FILENO)) return terminal;
   terminal.colours_ = variable("NO_COLOR").empty() && !isDumb();
   winsize size{};
-  if (!isWanted && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+  if (wanted <= 0 && ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     terminal.columns_ = size.ws_col;
   }
   return terminal;
