@@ -182,14 +182,16 @@ Result<std::shared_ptr<Store>> Store::open(const std::string& path) {
   using Opened = Result<std::shared_ptr<Store>>;
   try {
     if (!prepareFile(path)) requireStore(path);
-    auto database = std::make_unique<Database>(path, SQLite::OPEN_READWRITE);
+    // Whatever the working directory becomes; and SQLite takes some relative names for URIs.
+    const auto file = std::filesystem::absolute(path).string();
+    auto database = std::make_unique<Database>(file, SQLite::OPEN_READWRITE);
     prepareConnection(*database);
     // What a process left that was killed while it made the tables is undone, and empty again.
     const bool isNew = database->integer("PRAGMA application_id") == 0 && makeTables(*database);
     requireTables(*database, path);
     database->run("PRAGMA journal_mode = WAL");
     database->run("PRAGMA synchronous = FULL");
-    return std::make_shared<Store>(path, std::move(database), isNew);
+    return std::make_shared<Store>(file, std::move(database), isNew);
   } catch (const NoStore& unusable) {
     return Opened::failure(unusable.what());
   } catch (const SQLite::Exception& failure) {
@@ -217,6 +219,8 @@ void Store::writeTogether(std::span<Part> parts) {
         part.body(*writer_);
         savepoint.release();
       } catch (const SQLite::Exception& failure) {
+        // Some failures, such as a full disk, end the transaction, and what follows would be alone.
+        if (sqlite3_get_autocommit(writer_->connection().getHandle()) != 0) throw;
         part.problem = std::make_exception_ptr(failureOf(failure));
       } catch (...) {
         part.problem = std::current_exception();
