@@ -101,9 +101,10 @@ std::string imageOf(Database& database) {
   return image;
 }
 
-/// Returns whether the file's content and its name are on disk; otherwise errno says why not.
+/// Makes a file, which only its owner can read, and returns whether its content and its name are on
+/// disk; otherwise errno says why not.
 bool writeDurably(const std::string& path, std::string_view content) {
-  const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (file < 0) return false;
   bool isGood = true;
   while (isGood && !content.empty()) {
@@ -249,15 +250,15 @@ std::int64_t Store::changes() {
 }
 
 void Store::copyTo(const std::string& path) {
-  if (!prepareFile(path)) throw NoStore(quoted(path) + " is there already.");
   const auto image = checked([this] {
     const Lock lock(writing_);
     return imageOf(*writer_);
   });
   if (writeDurably(path, image)) return;
-  const auto reason = std::generic_category().message(errno);
-  ::unlink(path.c_str());
-  throw StoreFailure("The sandbox's store failed: a copy cannot be written: " + reason + ".");
+  const int reason = errno;
+  if (reason != EEXIST) ::unlink(path.c_str());
+  throw StoreFailure("The sandbox's store failed: a copy cannot be written: " +
+                     std::generic_category().message(reason) + ".");
 }
 
 void Store::replaceBy(const std::string& path, std::span<const char* const> kept,
