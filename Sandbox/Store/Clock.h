@@ -10,7 +10,8 @@
 namespace hlv::sandbox {
 
 std::chrono::sys_seconds machineTime();
-/// The machine's time, until the sandbox's clock is set; from then on it runs on from there.
+/// The machine's time, until the sandbox's clock is set; from then on it runs on from there, and
+/// stands still at the end of the year 9999.
 std::chrono::sys_seconds sandboxTime(Database& database);
 /// The month that cards expire by.
 std::chrono::year_month sandboxMonth(Database& database);

@@ -101,9 +101,10 @@ std::string imageOf(Database& database) {
   return image;
 }
 
-/// Returns whether the file's content and its name are on disk; otherwise errno says why not.
+/// Makes a file, which only its owner can read, and returns whether its content and its name are on
+/// disk; otherwise errno says why not.
 bool writeDurably(const std::string& path, std::string_view content) {
-  const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (file < 0) return false;
   bool isGood = true;
   while (isGood && !content.empty()) {
@@ -182,14 +183,16 @@ Result<std::shared_ptr<Store>> Store::open(const std::string& path) {
   using Opened = Result<std::shared_ptr<Store>>;
   try {
     if (!prepareFile(path)) requireStore(path);
-    auto database = std::make_unique<Database>(path, SQLite::OPEN_READWRITE);
+    // Whatever the working directory becomes; and SQLite takes some relative names for URIs.
+    const auto file = std::filesystem::absolute(path).string();
+    auto database = std::make_unique<Database>(file, SQLite::OPEN_READWRITE);
     prepareConnection(*database);
     // What a process left that was killed while it made the tables is undone, and empty again.
     const bool isNew = database->integer("PRAGMA application_id") == 0 && makeTables(*database);
     requireTables(*database, path);
     database->run("PRAGMA journal_mode = WAL");
     database->run("PRAGMA synchronous = FULL");
-    return std::make_shared<Store>(path, std::move(database), isNew);
+    return std::make_shared<Store>(file, std::move(database), isNew);
   } catch (const NoStore& unusable) {
     return Opened::failure(unusable.what());
   } catch (const SQLite::Exception& failure) {
@@ -217,6 +220,8 @@ void Store::writeTogether(std::span<Part> parts) {
         part.body(*writer_);
         savepoint.release();
       } catch (const SQLite::Exception& failure) {
+        // Some failures, such as a full disk, end the transaction, and what follows would be alone.
+        if (sqlite3_get_autocommit(writer_->connection().getHandle()) != 0) throw;
         part.problem = std::make_exception_ptr(failureOf(failure));
       } catch (...) {
         part.problem = std::current_exception();
@@ -245,15 +250,15 @@ std::int64_t Store::changes() {
 }
 
 void Store::copyTo(const std::string& path) {
-  if (!prepareFile(path)) throw NoStore(quoted(path) + " is there already.");
   const auto image = checked([this] {
     const Lock lock(writing_);
     return imageOf(*writer_);
   });
   if (writeDurably(path, image)) return;
-  const auto reason = std::generic_category().message(errno);
-  ::unlink(path.c_str());
-  throw StoreFailure("The sandbox's store failed: a copy cannot be written: " + reason + ".");
+  const int reason = errno;
+  if (reason != EEXIST) ::unlink(path.c_str());
+  throw StoreFailure("The sandbox's store failed: a copy cannot be written: " +
+                     std::generic_category().message(reason) + ".");
 }
 
 void Store::replaceBy(const std::string& path, std::span<const char* const> kept,

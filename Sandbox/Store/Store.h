@@ -103,7 +103,7 @@ class Store {
   std::int64_t changes();
 
   /// Writes everything into a new file, which only its owner can read and which is on disk then.
-  /// Throws `NoStore` when there is a file.
+  /// Throws when there is a file.
   void copyTo(const std::string& path);
   /// Replaces all tables but the `kept` ones by those of another store's file, and runs `then` in
   /// the same transaction. Throws `NoStore`.

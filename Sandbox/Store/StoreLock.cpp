@@ -6,13 +6,18 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <system_error>
 
 namespace hlv::sandbox {
 
 Result<StoreLock> lockStore(const std::string& storePath) {
   using Locked = Result<StoreLock>;
-  const int descriptor = ::open((storePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  // One for all names of the store.
+  std::error_code unknown;
+  const auto store = std::filesystem::weakly_canonical(storePath, unknown).string();
+  const auto path = (unknown ? storePath : store) + ".lock";
+  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
   const auto failure = [] {
     return Locked::failure("The store cannot be locked: " + std::generic_category().message(errno) +
                            ".");

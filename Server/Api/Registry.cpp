@@ -97,13 +97,14 @@ Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
     if ((*store)->isNew() && seed) {
       (*store)->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
     }
-    const auto folder = storePath + ".sandboxes";
+    const auto file = fs::absolute(storePath).string();
+    const auto folder = file + ".sandboxes";
     fs::create_directories(folder + "/snapshots");
     fs::permissions(folder, fs::perms::owner_all);
     auto registry = Store::open(folder + "/registry.sqlite");
     if (!registry) return Opened::failure(registry.problem());
     auto opened = std::unique_ptr<Registry>(
-        new Registry(storePath, std::move(*lock), std::move(*registry), std::move(writers)));
+        new Registry(file, std::move(*lock), std::move(*registry), std::move(writers)));
     opened->readEntries();
     auto& entry = opened->entries_[defaultID];
     entry.created = sandbox::machineTime();
@@ -142,7 +143,7 @@ void Registry::readEntries() {
   removeAllBut(folder_,
                [this](const auto& id) { return id == "registry" || entries_.contains(id); });
   std::set<std::string> kept;
-  for (const auto& each : snapshots_.list()) kept.insert(each.id);
+  for (const auto& each : snapshots()) kept.insert(each.id);
   removeAllBut(folder_ + "/snapshots", [&](const auto& id) { return kept.contains(id); });
 }
 

@@ -106,6 +106,16 @@ TEST_F(StoreTest, PartsOfATransactionAreUndoneAlone) {
     EXPECT_TRUE(readSetting(database, "one") && readSetting(database, "three"));
     EXPECT_FALSE(readSetting(database, "two"));
   });
+  const Store::Part full{[](Database& database) {
+    database.run("PRAGMA max_page_count = 1");
+    writeSetting(database, "big", std::string(200'000, 'x'));
+  }};
+  std::vector<Store::Part> undone{put("four"), full, put("five")};
+  store->writeTogether(undone);
+  EXPECT_TRUE(undone[0].problem && undone[1].problem && undone[2].problem);
+  store->read([](Database& database) {
+    EXPECT_FALSE(readSetting(database, "four") || readSetting(database, "five"));
+  });
 }
 
 }  // namespace
