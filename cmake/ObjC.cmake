@@ -54,16 +54,7 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Foundation/FoundationNotificationCenter.mm
   ObjC/Foundation/FoundationPlatform.mm
   ObjC/Foundation/OperationQueues.mm
-  ObjC/Host/APIManager.mm
-  ObjC/Host/Completions.mm
-  ObjC/Host/FrameworkHost.mm
-  ObjC/Host/InAppClient.mm
   ObjC/Host/Install.mm
-  ObjC/Host/InstrumentsSynchronizer.mm
-  ObjC/Host/Logger.mm
-  ObjC/Host/Pairs.mm
-  ObjC/Host/Records.mm
-  ObjC/Host/RequestBody.mm
-  ObjC/Host/Services.mm)
+  ObjC/Host/Pairs.mm)
 target_link_libraries(HLVSDKPaylevenKitObjC
   PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_shipped_flags)

@@ -1,4 +1,4 @@
-// How each kind of result crosses from the core to Objective-C.
+// How each kind of result crosses between the core and Objective-C.
 //
 // Threading: any. What is returned lives as long as its pool.
 #pragma once
@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <type_traits>
 
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
@@ -36,13 +37,29 @@ NSArray* crossing(const NullableList<T>& list) {
   return [[objects copy] autorelease];
 }
 
-/// The other way: every element as the core sees it; a missing array is a missing list.
-template <class Adapted, class Interface>
-NullableList<Interface> adaptedList(NSArray* array) {
+/// The class that adapts an interface's Objective-C objects; said beside each such class.
+template <class Interface>
+struct AdapterOf;
+
+/// The other way, to a result of the type `To`; nil is null, a missing text or a missing list.
+template <class To>
+using As = std::type_identity<To>;
+inline bool asCore(BOOL value, As<bool>) { return value; }
+inline NullableString asCore(NSString* string, As<NullableString>) { return fromNSString(string); }
+inline ErrorPtr asCore(NSError* error, As<ErrorPtr>) { return fromNSError(error); }
+/// What the pair holds now.
+std::shared_ptr<HLVSDKPLVPaymentInstrument> asCore(id pair,
+                                                   As<std::shared_ptr<HLVSDKPLVPaymentInstrument>>);
+template <class T>
+std::shared_ptr<T> asCore(id object, As<std::shared_ptr<T>>) {
+  return adapted<typename AdapterOf<T>::type>(object);
+}
+template <class T>
+NullableList<T> asCore(NSArray* array, As<NullableList<T>>) {
   if (!array) return std::nullopt;
-  List<Interface> list([array count]);
+  List<T> list([array count]);
   auto place = list.begin();
-  for (id element in array) *place++ = adapted<Adapted>(element);
+  for (id element in array) *place++ = asCore(element, As<std::shared_ptr<T>>());
   return list;
 }
 

@@ -1,15 +1,15 @@
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentFinder.h>
 
 #include "Matching/HLVSDKPaylevenPaymentInstrumentFinder.h"
-#include "ObjC/Binding/Crossing.h"
 #include "ObjC/Host/Install.h"
 #include "ObjC/Host/Records.h"
 
 using hlv::objc::adapted;
-using hlv::objc::adaptedList;
+using hlv::objc::asCore;
 using hlv::objc::fromNSString;
 using hlv::objc::original;
 using Finder = hlv::HLVSDKPaylevenPaymentInstrumentFinder;
+using Instruments = hlv::objc::As<hlv::NullableList<hlv::PLVCreditCardPaymentInstrument>>;
 
 @implementation HLVSDKPaylevenPaymentInstrumentFinder
 
@@ -20,17 +20,17 @@ using Finder = hlv::HLVSDKPaylevenPaymentInstrumentFinder;
 + (PLVCreditCardPaymentInstrument*)findPaylevenPaymentInstrumentIn:(NSArray*)paylevenInstruments
                                              matchesLastFourDigits:(NSString*)lastFourDigits
                                                           andBrand:(NSString*)brand {
-  return original(Finder::findPaylevenPaymentInstrumentIn(
-      adaptedList<hlv::objc::Instrument, hlv::PLVCreditCardPaymentInstrument>(paylevenInstruments),
-      fromNSString(lastFourDigits), fromNSString(brand)));
+  return original(
+      Finder::findPaylevenPaymentInstrumentIn(asCore(paylevenInstruments, Instruments()),
+                                              fromNSString(lastFourDigits), fromNSString(brand)));
 }
 
 + (PLVCreditCardPaymentInstrument*)findPaylevenPaymentInstrumentIn:(NSArray*)paylevenInstruments
                                      matchesHalvoPaymentInstrument:
                                          (HLVSDKPaymentInstrument*)halvoInstrument {
-  return original(Finder::findPaylevenPaymentInstrumentIn(
-      adaptedList<hlv::objc::Instrument, hlv::PLVCreditCardPaymentInstrument>(paylevenInstruments),
-      adapted<hlv::objc::EnteredCard>(halvoInstrument)));
+  return original(
+      Finder::findPaylevenPaymentInstrumentIn(asCore(paylevenInstruments, Instruments()),
+                                              adapted<hlv::objc::EnteredCard>(halvoInstrument)));
 }
 
 @end

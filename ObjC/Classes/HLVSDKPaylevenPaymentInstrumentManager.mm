@@ -203,14 +203,12 @@ static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentMa
 }
 
 - (BOOL)validateBillingAddress:(HLVSDKPaymentBillingAddress*)billingAddress error:(NSError**)error {
-  if (!error) {
-    return coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), nullptr);
+  hlv::ErrorPtr reason;
+  if (coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), &reason)) {
+    return !*error;
   }
-  hlv::ErrorPtr reason = hlv::objc::fromNSError(*error);
-  const bool valid =
-      coreOf(self)->validateBillingAddress(adapted<BillingAddress>(billingAddress), &reason);
-  *error = hlv::objc::toNSError(reason);
-  return valid;
+  if (error) *error = hlv::objc::toNSError(reason);
+  return NO;
 }
 
 - (void)addPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument

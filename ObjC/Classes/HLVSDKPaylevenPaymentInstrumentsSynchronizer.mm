@@ -10,21 +10,18 @@
 #include "ObjC/Host/Completions.h"
 #include "ObjC/Host/InAppClient.h"
 #include "ObjC/Host/Install.h"
-#include "ObjC/Host/Pairs.h"
-#include "ObjC/Host/Records.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 
 using CoreSynchronizer = hlv::HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 using hlv::objc::adapted;
-using hlv::objc::adaptedList;
 using hlv::objc::APIManager;
+using hlv::objc::As;
 using hlv::objc::asBlock;
-using hlv::objc::corePair;
+using hlv::objc::asCore;
 using hlv::objc::Guest;
 using hlv::objc::InAppClient;
 using hlv::objc::original;
 using hlv::objc::PairsBlock;
-using hlv::objc::StoredCard;
 using hlv::objc::SuccessBlock;
 
 namespace {
@@ -180,7 +177,8 @@ static std::shared_ptr<SynchronizerDirector> coreOf(
 - (BOOL)isCreditCardExistsInArray:(NSArray*)creditCards
        relatedToPaymentInstrument:(HLVSDKPLVPaymentInstrument*)paymentInstrument {
   return coreOf(self)->CoreSynchronizer::isCreditCardExistsInArray(
-      adaptedList<StoredCard, hlv::HLVSDKCreditCard>(creditCards), corePair(paymentInstrument));
+      asCore(creditCards, As<hlv::NullableList<hlv::HLVSDKCreditCard>>()),
+      asCore(paymentInstrument, As<std::shared_ptr<hlv::HLVSDKPLVPaymentInstrument>>()));
 }
 
 - (void)fetchAllPaylevenPaymentInstrumentsForGuest:(HLVSDKGuest*)guest

@@ -7,33 +7,41 @@
 #import <HLVSDKPaylevenKit/HLVSDKPLVPaymentInstrument.h>
 #import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
-#include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
-#include "Host/PaylevenFramework/PLVInAppClient.h"
+#include <functional>
+#include <utility>
+
 #include "ObjC/Binding/Blocks.h"
-#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
-#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
+#include "ObjC/Host/Records.h"
 
 namespace hlv::objc {
 
 using GuestBlock = void (^)(::HLVSDKGuest*, NSError*);
 using GuestCardBlock = void (^)(::HLVSDKGuest*, ::HLVSDKCreditCard*, NSError*);
-using CardsBlock = void (^)(NSArray*, NSError*);
 using SuccessBlock = void (^)(BOOL, NSError*);
-using TokenBlock = void (^)(NSString*, NSError*);
-using ErrorBlock = void (^)(NSError*);
-using InstrumentsBlock = void (^)(NSArray*, NSError*);
 using InstrumentBlock = void (^)(NSString*, ::PLVCreditCardPaymentInstrument*, NSError*);
 using PairsBlock = void (^)(NSArray<::HLVSDKPLVPaymentInstrument*>*, NSError*);
 
+template <class Result>
+using Crossed = decltype(crossing(std::declval<Result>()));
+
+// Every source has blocks of its own; this is there once.
+template <class... Results>
+[[gnu::noinline]] void call(const std::function<void(Results...)>& completion,
+                            Crossed<Results>... results) {
+  @autoreleasepool {
+    completion(asCore(results, As<Results>())...);
+  }
+}
+
 /// An empty completion is nil, and one that was made of a block is that very block.
-CopiedBlock<GuestBlock> asBlock(HLVSDKGuestCompletion completion);
-CopiedBlock<GuestCardBlock> asBlock(HLVSDKGuestCardCompletion completion);
-CopiedBlock<CardsBlock> asBlock(HLVSDKCreditCardsCompletion completion);
-CopiedBlock<SuccessBlock> asBlock(HLVSDKSuccessCompletion completion);
-CopiedBlock<TokenBlock> asBlock(PLVUserTokenCompletion completion);
-CopiedBlock<ErrorBlock> asBlock(PLVErrorCompletion completion);
-CopiedBlock<InstrumentsBlock> asBlock(PLVPaymentInstrumentsCompletion completion);
-CopiedBlock<InstrumentBlock> asBlock(HLVSDKPaylevenInstrumentCompletion completion);
-CopiedBlock<PairsBlock> asBlock(HLVSDKPLVPaymentInstrumentsCompletion completion);
+template <class... Results>
+auto asBlock(std::function<void(Results...)> completion) {
+  using Block = void (^)(Crossed<Results>...);
+  if (!completion) return CopiedBlock<Block>(nil);
+  if (Block original = originalBlock<Block>(completion)) return CopiedBlock<Block>(original);
+  return CopiedBlock<Block>(^(Crossed<Results>... results) {
+    call<Results...>(completion, results...);
+  });
+}
 
 }  // namespace hlv::objc

@@ -6,9 +6,10 @@
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 
 #include <memory>
+#include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
-#include "ObjC/Binding/Held.h"
+#include "ObjC/Host/Completions.h"
 
 namespace hlv::objc {
 
@@ -16,9 +17,14 @@ class InstrumentsSynchronizer final : public Adapter<HLVSDKPaymentInstrumentsSyn
                                                      id<HLVSDKPaymentInstrumentsSynchronizer>> {
  public:
   using Adapter::Adapter;
-  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override;
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override {
+    [object() synchronizePaymentInstrumentsForGuest:original(guest)];
+  }
   void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
-                                             HLVSDKSuccessCompletion completion) override;
+                                             HLVSDKSuccessCompletion completion) override {
+    [object() synchronizePaymentInstrumentsForGuest:original(guest)
+                                         completion:asBlock(std::move(completion)).block()];
+  }
 };
 
 }  // namespace hlv::objc

@@ -1,5 +1,7 @@
-#include "ObjC/Host/Pairs.h"
+// Pairs of an instrument and its use case, as the core keeps them.
+#import <HLVSDKPaylevenKit/HLVSDKPLVPaymentInstrument.h>
 
+#include "Models/HLVSDKPLVPaymentInstrument.h"
 #include "ObjC/Host/Records.h"
 
 namespace hlv::objc {
@@ -11,18 +13,11 @@ id crossing(const std::shared_ptr<HLVSDKPLVPaymentInstrument>& pair) {
                         useCase:toNSString(pair->useCase())] autorelease];
 }
 
-std::shared_ptr<HLVSDKPLVPaymentInstrument> corePair(::HLVSDKPLVPaymentInstrument* pair) {
+std::shared_ptr<HLVSDKPLVPaymentInstrument> asCore(
+    id pair, As<std::shared_ptr<HLVSDKPLVPaymentInstrument>>) {
   if (!pair) return nullptr;
   return HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(
       adapted<Instrument>([pair paymentInstrument]), fromNSString([pair useCase]));
-}
-
-NullableList<HLVSDKPLVPaymentInstrument> corePairs(NSArray* pairs, NSError* error) {
-  if (error) return std::nullopt;
-  List<HLVSDKPLVPaymentInstrument> list([pairs count]);
-  auto place = list.begin();
-  for (::HLVSDKPLVPaymentInstrument* pair in pairs) *place++ = corePair(pair);
-  return list;
 }
 
 }  // namespace hlv::objc

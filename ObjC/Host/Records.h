@@ -14,59 +14,78 @@
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
-#include "ObjC/Binding/Held.h"
+#include "ObjC/Binding/Crossing.h"
 
 namespace hlv::objc {
 
-class Guest final : public Adapter<HLVSDKGuest, ::HLVSDKGuest*> {
- public:
-  using Adapter::Adapter;
-  NullableString email() const override;
-  NullableString paylevenToken() const override;
-  NullableList<HLVSDKCreditCard> creditCards() const override;
-};
-
-/// A card as the user typed it.
-class EnteredCard final : public Adapter<HLVSDKPaymentInstrument, ::HLVSDKPaymentInstrument*> {
- public:
-  using Adapter::Adapter;
-  NullableString pan() const override;
-  NullableString expiryMonth() const override;
-  NullableString expiryYear() const override;
-  NullableString cvv() const override;
-  NullableString cardHolder() const override;
-  NullableString instrumentUseCaseString() const override;
-  bool isValid(ErrorPtr* error) const override;
-  void setExternalIdentifier(const NullableString& identifier) override;
-};
+/// The getter of a text.
+#define HLV_TEXT(getter) \
+  NullableString getter() const override { return fromNSString([object() getter]); }
 
 /// A card as the backend keeps it.
 class StoredCard final : public Adapter<HLVSDKCreditCard, ::HLVSDKCreditCard*> {
  public:
   using Adapter::Adapter;
-  NullableString halvoID() const override;
-  NullableString lastFourDigits() const override;
-  NullableString brand() const override;
-  NullableString useCase() const override;
-  NullableString externalIdentifier() const override;
+  HLV_TEXT(halvoID)
+  HLV_TEXT(lastFourDigits)
+  HLV_TEXT(brand)
+  HLV_TEXT(useCase)
+  HLV_TEXT(externalIdentifier)
+};
+template <>
+struct AdapterOf<HLVSDKCreditCard> : As<StoredCard> {};
+
+class Guest final : public Adapter<HLVSDKGuest, ::HLVSDKGuest*> {
+ public:
+  using Adapter::Adapter;
+  HLV_TEXT(email)
+  HLV_TEXT(paylevenToken)
+  NullableList<HLVSDKCreditCard> creditCards() const override {
+    return asCore([object() creditCards], As<NullableList<HLVSDKCreditCard>>());
+  }
+};
+template <>
+struct AdapterOf<HLVSDKGuest> : As<Guest> {};
+
+/// A card as the user typed it.
+class EnteredCard final : public Adapter<HLVSDKPaymentInstrument, ::HLVSDKPaymentInstrument*> {
+ public:
+  using Adapter::Adapter;
+  HLV_TEXT(pan)
+  HLV_TEXT(expiryMonth)
+  HLV_TEXT(expiryYear)
+  HLV_TEXT(cvv)
+  HLV_TEXT(cardHolder)
+  HLV_TEXT(instrumentUseCaseString)
+  bool isValid(ErrorPtr* error) const override {
+    NSError* reason = nil;
+    const bool valid = [object() isValid:&reason];
+    if (error && reason) *error = fromNSError(reason);
+    return valid;
+  }
+  void setExternalIdentifier(const NullableString& identifier) override {
+    [object() setExternalIdentifier:toNSString(identifier)];
+  }
 };
 
 class BillingAddress final
     : public Adapter<HLVSDKPaymentBillingAddress, ::HLVSDKPaymentBillingAddress*> {
  public:
   using Adapter::Adapter;
-  NullableString countryCode() const override;
-  NullableString street() const override;
-  NullableString city() const override;
-  NullableString zip() const override;
-  NullableString businessName() const override;
+  HLV_TEXT(countryCode)
+  HLV_TEXT(street)
+  HLV_TEXT(city)
+  HLV_TEXT(zip)
+  HLV_TEXT(businessName)
 };
 
 class UpdateGuestRequest final
     : public Adapter<HLVSDKUpdateGuestRequestInfo, ::HLVSDKUpdateGuestRequestInfo*> {
  public:
   using Adapter::Adapter;
-  void setPaymentToken(const NullableString& token) override;
+  void setPaymentToken(const NullableString& token) override {
+    [object() setPaymentToken:toNSString(token)];
+  }
 };
 
 /// An instrument of the provider.
@@ -74,12 +93,16 @@ class Instrument final
     : public Adapter<PLVCreditCardPaymentInstrument, ::PLVCreditCardPaymentInstrument*> {
  public:
   using Adapter::Adapter;
-  NullableString identifier() const override;
-  NullableString pan() const override;
-  NullableString cardBrand() const override;
-  NullableString expiryMonth() const override;
-  NullableString expiryYear() const override;
-  std::uint64_t state() const override;
+  HLV_TEXT(identifier)
+  HLV_TEXT(pan)
+  HLV_TEXT(cardBrand)
+  HLV_TEXT(expiryMonth)
+  HLV_TEXT(expiryYear)
+  std::uint64_t state() const override { return [object() state]; }
 };
+template <>
+struct AdapterOf<PLVCreditCardPaymentInstrument> : As<Instrument> {};
+
+#undef HLV_TEXT
 
 }  // namespace hlv::objc

@@ -12,7 +12,8 @@
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
-#include "ObjC/Binding/Held.h"
+#include "ObjC/Binding/Crossing.h"
+#include "ObjC/Host/HostMessages.h"
 
 namespace hlv::objc {
 
@@ -32,12 +33,27 @@ class ErrorFacade final : public Adapter<HLVErrorFacade, ::HLVErrorFacade*> {
  public:
   using Adapter::Adapter;
   ErrorPtr errorWithCode(std::int64_t code, const NullableString& domain,
-                         const NullableString& message) override;
+                         const NullableString& message) override {
+    return fromNSError([toHost(object()) errorWithCode:static_cast<NSInteger>(code)
+                                                domain:toNSString(domain)
+                                               message:toNSString(message)]);
+  }
   ErrorPtr invalidArgumentErrorWithName(const NullableString& name, const NullableString& value,
-                                        const NullableString& message) override;
+                                        const NullableString& message) override {
+    return fromNSError([object() invalidArgumentErrorWithName:toNSString(name)
+                                                        value:toNSString(value)
+                                                      message:toNSString(message)]);
+  }
   ErrorPtr requiredArgumentErrorWithName(const NullableString& name, const NullableString& message,
-                                         const char* functionName, const char* fileName) override;
-  ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override;
+                                         const char* functionName, const char* fileName) override {
+    return fromNSError([object() requiredArgumentErrorWithName:toNSString(name)
+                                                       message:toNSString(message)
+                                                  functionName:functionName
+                                                      fileName:fileName]);
+  }
+  ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override {
+    return fromNSError([object() paymentProviderErrorWithError:toNSError(error)]);
+  }
 };
 
 }  // namespace hlv::objc

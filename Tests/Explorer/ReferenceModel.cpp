@@ -296,12 +296,13 @@ void ReferenceModel::remove(const Asking& who) {
     if (!kept) return;
     const auto guest = deleted.guest();
     const auto token = deleted.answer.guest ? shown(deleted.answer.guest->token) : "nil";
-    call("provider list " + token + " use case deleted", [=, this, keptMeanwhile = kept](
-                                                             const Brought& listed) {
+    const Text useCase = *who.request->useCase;
+    call("provider list " + token + " use case " + useCase, [=, this, keptMeanwhile = kept](
+                                                                const Brought& listed) {
       if (!listed.answer.instruments) expect("assert parameter paylevenInstruments: nil");
       const auto found = lastUsable(listed.answer);
       if (!found) return complete(who, guest + ", none");
-      call("provider remove " + shown(found->id) + " from deleted of " + token,
+      call("provider remove " + shown(found->id) + " from " + useCase + " of " + token,
            [=, this](const Brought& removed) {
              complete(who, guest + ", " + (removed.failed() ? made(wrapped(removed.error)) : none));
            });

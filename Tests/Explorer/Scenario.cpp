@@ -26,8 +26,9 @@ std::shared_ptr<FakeStoredCard> storedCard(NullableString external, const char* 
   return made;
 }
 
-// The instruments that lists are made of: two that match the card, and those that do not.
+// The instruments that lists are made of: three that match the card, and those that do not.
 const auto matching = instrument("plv-1", "1111");
+const auto nameless = instrument("", "1111");
 const auto laterMatch = instrument("plv-2", "1111");
 const auto unidentified = instrument(nullptr, "1111");
 const auto unusable = instrument("plv-3", "1111", 1);
@@ -59,7 +60,7 @@ PossibleReplies everyAnswer() {
           .updateCard = {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
                          {.name = "an error", .fails = true}},
           .defaultList = {
-              {.name = "two matches", .instruments = Instruments{matching, laterMatch, another}},
+              {.name = "two matches", .instruments = Instruments{matching, nameless, another}},
               {.name = "one usable match", .instruments = Instruments{matching, unusable}},
               {.name = "an unidentified match", .instruments = Instruments{unidentified}},
               {.name = "no match", .instruments = Instruments{another, unusable}},
@@ -142,8 +143,7 @@ std::vector<Scenario> singleOperations() {
                  {.name = "no card", .card = false},
                  {.name = "offline, without a completion", .completion = false, .network = 0}}};
   const auto deleteAnyhow = Operation{OperationKind::remove,
-                                      {{.name = "delete"},
-                                       {.name = "with an empty token", .guestToken = ""},
+                                      {{.name = "delete", .guestToken = "", .useCase = ""},
                                        {.name = "without a completion", .completion = false}}};
   const auto deleteRefused = Operation{
       OperationKind::remove,
@@ -151,7 +151,7 @@ std::vector<Scenario> singleOperations() {
        {.name = "no token", .guestToken = std::nullopt, .id = std::nullopt},
        {.name = "no identifier", .id = std::nullopt, .useCase = std::nullopt},
        {.name = "no use case", .id = "unknown", .useCase = std::nullopt},
-       {.name = "an unknown card, offline", .network = 0, .id = "unknown"},
+       {.name = "an empty identifier, offline", .network = 0, .id = ""},
        {.name = "offline", .network = 0},
        {.name = "no use case, no completion", .completion = false, .useCase = std::nullopt}}};
   const auto updateAnyhow = Operation{OperationKind::update,
@@ -260,7 +260,8 @@ std::vector<Scenario> synchronisations() {
                          .kitGuestHasToken = true});
   };
   const Request silent{.name = "without a completion", .completion = false};
-  withRequests("a synchronisation and a notification", OperationKind::synchronize, {{}, silent});
+  withRequests("a synchronisation and a notification", OperationKind::synchronize,
+               {{}, {.name = "an empty token, silent", .completion = false, .guestToken = ""}});
   withRequests("a synchronisation that is refused", OperationKind::synchronize,
                {{.name = "without a guest", .guest = false},
                 {.name = "without a token", .guestToken = std::nullopt},

@@ -41,21 +41,23 @@ std::string named(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrum
 /// A card that says what is done to it.
 class Simulation::EnteredCard final : public FakeEnteredCard {
  public:
-  EnteredCard(Trace* trace, std::size_t operation)
-      : trace_(trace), name_("card " + std::to_string(operation)) {
+  EnteredCard(ScriptedHost* host, std::size_t operation)
+      : host_(host), name_("card " + std::to_string(operation)) {
     useCase = "entered";
   }
   bool isValid(ErrorPtr* error) const override {
-    trace_->push_back(name_ + " checks itself");
+    host_->trace.push_back(name_ + " checks itself");
     return FakeEnteredCard::isValid(error);
   }
   void setExternalIdentifier(const NullableString& external) override {
-    trace_->push_back(name_ + " is " + *external);
+    host_->trace.push_back(name_ + " is " + *external);
+    // A request that was made before does not know it.
+    host_->requestedCard = nullptr;
   }
   const std::string& name() const { return name_; }
 
  private:
-  Trace* const trace_;
+  ScriptedHost* const host_;
   const std::string name_;
 };
 
@@ -462,8 +464,7 @@ void Simulation::start(const Move& move) {
   const auto guest = request.guest ? cast.guest : nullptr;
   cast.guest->token = request.guestToken;
   host_->network->state = request.network;
-  const auto card =
-      request.card ? std::make_shared<EnteredCard>(&host_->trace, operation) : nullptr;
+  const auto card = request.card ? std::make_shared<EnteredCard>(host_.get(), operation) : nullptr;
   if (card) {
     card->valid = request.valid;
     card->ownError = errorOf(operation);

@@ -45,6 +45,7 @@ TEST_F(EnablingTest, ReadsTheGuestRegistersTheKeyAndStartsNothing) {
 }
 
 TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
+  HLVSDKPayleven::setSharedInstance(nullptr);
   const auto first = enable("key");
   host->takeTrace();
   EXPECT_EQ(enable("other"), first);

@@ -222,7 +222,7 @@ TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsRe
 TEST_F(SynchronizerTest, ItsStepsAreMessages) {
   auto* const own = [newSynchronizer<TestWatchedSynchronizer>() autorelease];
   [own synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
-  EXPECT_NE(host->takeTrace().find("begins\nbackend fetch cards"), std::string::npos);
+  EXPECT_NE(host->takeTrace().find("completion:]\nbegins\nbackend fetch cards"), std::string::npos);
   backend.cardFetches.answer(Cards{fakeStoredCard}, nullptr);
   runMainLoopUntil([&] { return received.count == 1 && ![own isSynchronizing]; });
   const std::string said = host->takeTrace();

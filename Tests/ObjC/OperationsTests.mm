@@ -278,6 +278,8 @@ TEST_F(OperationsTest, AnAddressIsCheckedFieldByField) {
   fakeAddress->streetName = "";
   EXPECT_FALSE([manager() validateBillingAddress:address error:&error]);
   EXPECT_EQ(descriptionOf(error), "localized invalid 'street' value '', message nil");
+  fakeAddress->streetName = "Street 1";
+  EXPECT_FALSE([manager() validateBillingAddress:address error:&error]) << "an error was there";
 }
 
 }  // namespace
