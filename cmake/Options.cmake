@@ -45,6 +45,8 @@ if(HLVSDKPAYLEVENKIT_SANITIZE)
   target_compile_options(hlv_flags INTERFACE
     $<$<COMPILE_LANG_AND_ID:CXX,Clang>:-fno-sanitize=function>)
   target_link_options(hlv_flags INTERFACE -fsanitize=${HLVSDKPAYLEVENKIT_SANITIZE})
+  # What lies behind the last element of a container is nobody's, although it may be allocated.
+  target_compile_definitions(hlv_flags INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
 
 # What is shipped. A thread may be at work to the very end of its process, so the exit destroys

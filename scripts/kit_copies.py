@@ -15,6 +15,9 @@ WATCHERS = {
     "Explorer": ["--first", "--jobs", "1"],
     "SecrecyTests": ["--gtest_brief=1"],
 }
+# A call on a null pointer and an element that a container does not have end the program, as they do
+# under the sanitizers of the tests.
+FLAGS = "-O1 -D_GLIBCXX_ASSERTIONS -fsanitize=null -fsanitize-undefined-trap-on-error"
 # What takes longer than this many seconds hangs, which is a way of catching.
 PATIENCE = 30
 PATIENCE_WITH_EXPLORER = 300
@@ -32,8 +35,7 @@ class Copy:
         self.source, self.build_tree, self.watchers = place / "source", place / "tree", watchers
 
     def prepare(self):
-        """Leaves alone what has not changed, so that only that is built again. A call on a null pointer
-        ends the program, as it does under the sanitizers of the tests."""
+        """Leaves alone what has not changed, so that only that is built again."""
         names = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, check=True,
                                capture_output=True, text=True).stdout.split("\n")
         for name in filter(lambda name: name and (ROOT / name).is_file(), names):
@@ -42,7 +44,7 @@ class Copy:
                 target.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy(original, target)
         subprocess.run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.build_tree,
-                        "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -fsanitize=null -fsanitize-undefined-trap-on-error",
+                        "-DCMAKE_BUILD_TYPE=Debug", f"-DCMAKE_CXX_FLAGS_DEBUG={FLAGS}",
                         "-DHLVSDKPAYLEVENKIT_TESTS=ON", "-DHLVSDKPAYLEVENKIT_SANDBOX=OFF"],
                        check=True, stdout=subprocess.DEVNULL)
         self.build(*self.watchers)
