@@ -86,9 +86,7 @@ HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
                        {"number", error->code()},
                        {"message", error->localizedDescription().value_or("")}};
   }
-  HttpReply reply;
-  reply.body = sandbox::textOf(body);
-  return reply;
+  return {.body = sandbox::textOf(body)};
 }
 
 sandbox::AddressFields addressIn(const Json& json) {
