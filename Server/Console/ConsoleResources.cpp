@@ -1,5 +1,3 @@
-#include "Server/Console/ConsoleResources.h"
-
 #include <set>
 #include <sstream>
 #include <utility>
@@ -9,8 +7,7 @@
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/JournalRecords.h"
-#include "Server/Console/ConsoleRecords.h"
-#include "Server/Console/Page.h"
+#include "Server/Console/Console.h"
 #include "Values/Wiped.h"
 
 namespace hlv::server {
