@@ -22,7 +22,7 @@ using sandbox::Json;
 struct ClientRequest {
   std::string method;
   /// Below the service's URL; encoded, the query included.
-  std::string target;
+  std::string target = {};
   /// Null is no body.
   Json body = nullptr;
   NullableString apiKey = std::nullopt;

@@ -14,6 +14,7 @@
 #include <boost/beast/http/string_body.hpp>
 #include <boost/beast/http/write.hpp>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "Sandbox/Errors/SandboxError.h"
@@ -99,12 +100,26 @@ ClientReply replyOf(int status, const std::string& body) {
   }
 }
 
+/// One that the service has not closed.
+std::optional<tcp::socket> take(std::vector<tcp::socket>& kept) {
+  while (!kept.empty()) {
+    auto socket = std::move(kept.back());
+    kept.pop_back();
+    // Nothing is to be read from a connection on which no request is open; not even its end.
+    char byte = 0;
+    ErrorCode problem;
+    socket.receive(asio::buffer(&byte, 1), tcp::socket::message_peek, problem);
+    if (problem == asio::error::would_block) return socket;
+  }
+  return std::nullopt;
+}
+
 /// One request and its reply.
 class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
  public:
   HttpExchange(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
                ClientRequest request, HttpLoop::Completion completion)
-      : kept_(kept),
+      : kept_(kept[addressOf(url)]),
         url_(url),
         request_(written(url, request)),
         mayBeRepeated_(request.method == "GET" || request.idempotencyKey),
@@ -126,7 +141,7 @@ class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
  private:
   asio::awaitable<void> run() {
     ErrorCode problem = asio::error::not_connected;
-    if (auto socket = kept_.take(addressOf(url_))) {
+    if (auto socket = take(kept_)) {
       socket_ = std::move(*socket);
       problem = co_await writeAndRead();
       const bool hasBegun = parser_ && parser_->got_some();
@@ -139,13 +154,14 @@ class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
     if (problem) co_return end(failureOf(problem));
     const auto reply = parser_->release();
     // More than one reply to one request: whose the next one is, nobody knows.
-    if (reply.keep_alive() && buffer_.size() == 0) kept_.keep(addressOf(url_), std::move(socket_));
+    const bool isReusable = reply.keep_alive() && buffer_.size() == 0;
+    if (isReusable && kept_.size() < connectionsKept) kept_.push_back(std::move(socket_));
     end(replyOf(static_cast<int>(reply.result_int()), reply.body()));
   }
 
   asio::awaitable<ErrorCode> connect() {
     ErrorCode problem;
-    socket_ = KeptConnections::Socket(socket_.get_executor());
+    socket_ = tcp::socket(socket_.get_executor());
     tcp::resolver::results_type addresses;
     if (const auto address = asio::ip::make_address_v4(url_.host, problem); !problem) {
       // Needs no thread that resolves names.
@@ -184,37 +200,18 @@ class HttpExchange final : public std::enable_shared_from_this<HttpExchange> {
     std::exchange(completion_, nullptr)(std::move(reply));
   }
 
-  KeptConnections& kept_;
+  std::vector<tcp::socket>& kept_;
   const ServiceURL url_;
   http::request<http::string_body> request_;
   const bool mayBeRepeated_;
   HttpLoop::Completion completion_;
   asio::steady_timer timer_;
-  KeptConnections::Socket socket_;
+  tcp::socket socket_;
   boost::beast::flat_buffer buffer_;
   std::optional<http::response_parser<http::string_body>> parser_;
 };
 
 }  // namespace
-
-std::optional<KeptConnections::Socket> KeptConnections::take(const std::string& address) {
-  auto& sockets = sockets_[address];
-  while (!sockets.empty()) {
-    auto socket = std::move(sockets.back());
-    sockets.pop_back();
-    // Nothing is to be read from a connection on which no request is open; not even its end.
-    char byte = 0;
-    ErrorCode problem;
-    socket.receive(asio::buffer(&byte, 1), tcp::socket::message_peek, problem);
-    if (problem == asio::error::would_block) return socket;
-  }
-  return std::nullopt;
-}
-
-void KeptConnections::keep(const std::string& address, Socket socket) {
-  auto& sockets = sockets_[address];
-  if (sockets.size() < connectionsKept) sockets.push_back(std::move(socket));
-}
 
 void exchange(asio::io_context& context, KeptConnections& kept, const ServiceURL& url,
               ClientRequest request, std::chrono::milliseconds timeout,

@@ -5,7 +5,6 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <chrono>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,20 +12,8 @@
 
 namespace hlv::client {
 
-/// Connections between two requests, by "HOST:PORT".
-///
-/// Threading: the loop's thread.
-class KeptConnections {
- public:
-  using Socket = boost::asio::ip::tcp::socket;
-
-  /// The one that was used last, of those that the service has not closed.
-  std::optional<Socket> take(const std::string& address);
-  void keep(const std::string& address, Socket socket);
-
- private:
-  std::map<std::string, std::vector<Socket>> sockets_;
-};
+/// Connections between two requests, by "HOST:PORT", the one that was used last at the end.
+using KeptConnections = std::map<std::string, std::vector<boost::asio::ip::tcp::socket>>;
 
 /// Ends with one error of `sandbox::transportErrorDomain` for whatever goes wrong on the way. A
 /// request that may be repeated is sent again, once and on a new connection, when a kept connection

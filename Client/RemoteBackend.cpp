@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "Client/RemoteServices.h"
+#include "Client/RemoteService.h"
 #include "Sandbox/Backend/Requests.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/CardRecords.h"
@@ -96,9 +96,10 @@ class RemoteBackend final : public HLVSDKAPIManager {
          [email = send(guest, &HLVSDKGuest::email), body = masked(jsonOf(Value(read.body))),
           problem = read.problem] {
            if (problem) throw sandbox::Refusal{problem};
-           ClientRequest request{"POST", guestPath(email) + "/cards", body};
-           request.idempotencyKey = RemoteService::freshIdempotencyKey();
-           return request;
+           return ClientRequest{.method = "POST",
+                                .target = guestPath(email) + "/cards",
+                                .body = body,
+                                .idempotencyKey = RemoteService::freshIdempotencyKey()};
          });
   }
 

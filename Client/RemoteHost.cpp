@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "Client/ControlClient.h"
-#include "Client/RemoteServices.h"
+#include "Client/RemoteService.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 
@@ -23,9 +23,7 @@ bool saysNotSignedIn(const ErrorPtr& error) {
 }
 
 ClientRequest endOf(const NullableString& session) {
-  ClientRequest request{"DELETE", "/v1/session"};
-  request.session = session;
-  return request;
+  return {.method = "DELETE", .target = "/v1/session", .session = session};
 }
 
 }  // namespace
@@ -62,9 +60,10 @@ RemoteHost::~RemoteHost() = default;
 
 ErrorPtr RemoteHost::learnFrom(const std::string& method, const std::string& email) {
   const bool isSignIn = method == "PUT";
-  ClientRequest request{method, "/v1/guests/" + percentEncoded(email)};
-  if (!isSignIn) request.session = services_->session->token();
-  const auto reply = services_->backendClient.send(std::move(request));
+  const auto reply = services_->backendClient.send(
+      {.method = method,
+       .target = "/v1/guests/" + percentEncoded(email),
+       .session = isSignIn ? std::nullopt : services_->session->token()});
   if (reply.error) return reply.error;
   try {
     services_->guests->learn(sandbox::guestIn(reply.body));
@@ -107,9 +106,10 @@ RemoteHost::Sides RemoteHost::sides() {
   if (!email) return sides;
   sides.error = refresh();
   if (sides.error) return sides;
-  ClientRequest request{"GET", "/v1/sandbox/sides?guest=" + percentEncoded(*email)};
-  request.apiKey = "paylevenkit";
-  const auto reply = services_->providerClient.send(std::move(request));
+  const auto reply =
+      services_->providerClient.send({.method = "GET",
+                                      .target = "/v1/sandbox/sides?guest=" + percentEncoded(*email),
+                                      .apiKey = "paylevenkit"});
   sides.error = reply.error;
   if (sides.error) return sides;
   try {

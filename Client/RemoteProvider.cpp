@@ -1,7 +1,7 @@
 #include <mutex>
 #include <utility>
 
-#include "Client/RemoteServices.h"
+#include "Client/RemoteService.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Provider/CardInstruments.h"
@@ -37,9 +37,11 @@ Json cardOf(const Instrument& instrument) {
 }
 
 ClientRequest creation(std::string target, Json body, NullableString key) {
-  ClientRequest request{"POST", std::move(target), std::move(body), std::move(key)};
-  request.idempotencyKey = RemoteService::freshIdempotencyKey();
-  return request;
+  return {.method = "POST",
+          .target = std::move(target),
+          .body = std::move(body),
+          .apiKey = std::move(key),
+          .idempotencyKey = RemoteService::freshIdempotencyKey()};
 }
 
 /// Missing when the provider's reply lacks it on purpose.

@@ -1,5 +1,6 @@
-// What both remote clients do with every call: record it in the journal, fail while this side's
-// network is off, send the request, and complete once. Private to this folder.
+// The host's clients of a backend and a provider in other processes, and what both do with every
+// call: record it in the journal, fail while this side's network is off, send the request, and
+// complete once. Private to this folder.
 #pragma once
 
 #include <functional>
@@ -11,6 +12,9 @@
 #include <variant>
 
 #include "Client/HttpClient.h"
+#include "Client/RemoteGuest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Sandbox/Calls/CallHandler.h"
 #include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Errors/SandboxError.h"
@@ -80,5 +84,14 @@ class RemoteService {
   const HttpClient client_;
   const std::shared_ptr<const Context> context_;
 };
+
+// The two, for the host.
+
+/// `local` knows who is signed in on this side.
+std::shared_ptr<HLVSDKAPIManager> remoteBackend(RemoteService service,
+                                                std::shared_ptr<sandbox::Sandbox> local,
+                                                std::shared_ptr<const RemoteSession> session,
+                                                std::shared_ptr<RemoteGuests> guests);
+std::shared_ptr<PLVInAppClient> remoteProvider(RemoteService service);
 
 }  // namespace hlv::client

@@ -7,11 +7,10 @@
 
 #include "Sandbox/JSON/Json.h"
 #include "Server/Api/ApiHandler.h"
-#include "Server/Api/OpenAPI.h"
 #include "Server/Api/Registry.h"
 #include "Server/Api/Resources.h"
 #include "Server/Console/App.h"
-#include "Server/Console/ConsoleResources.h"
+#include "Server/Console/Console.h"
 #include "Server/Http/HttpListener.h"
 
 namespace hlv::server {

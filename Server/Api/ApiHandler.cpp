@@ -5,7 +5,6 @@
 
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Records/Times.h"
-#include "Server/Api/ErrorReplies.h"
 
 namespace hlv::server {
 namespace {
@@ -86,11 +85,7 @@ void ApiHandler::finished(const FinishedRequest& finished) {
 }
 
 ExchangeHandler replyingDocument(std::string_view document) {
-  return [document](const Exchange& exchange) {
-    HttpReply reply;
-    reply.body = document;
-    exchange.reply(std::move(reply));
-  };
+  return [document](const Exchange& exchange) { exchange.reply({.body = std::string(document)}); };
 }
 
 }  // namespace hlv::server

@@ -234,9 +234,7 @@ void addRequests(ApiRoutes& routes) {
     return jsonReply(200, requestsIn(database, exchange, 100));
   });
   routes.add("GET", "v1/sandbox/requests/stream", [](const Exchange& exchange) {
-    HttpReply reply;
-    reply.events = requestStream(exchange.world);
-    exchange.reply(std::move(reply));
+    exchange.reply({.events = requestStream(exchange.world)});
   });
   readLog(routes, "v1/sandbox/requests/*", [](Database& database, const Exchange& exchange) {
     const auto request = RequestLog::find(database, exchange.part(3), exchange.world->id());

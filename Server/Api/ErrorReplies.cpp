@@ -1,5 +1,3 @@
-#include "Server/Api/ErrorReplies.h"
-
 #include <algorithm>
 #include <string_view>
 
@@ -7,6 +5,7 @@
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Store.h"
+#include "Server/Api/Exchange.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {

@@ -7,7 +7,6 @@
 
 #include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Records/Times.h"
-#include "Server/Api/ErrorReplies.h"
 #include "Server/Api/Idempotency.h"
 #include "Values/Wiped.h"
 
@@ -155,10 +154,7 @@ void RequestTrace::add(const std::string& from, const std::string& to, const std
 }
 
 HttpReply jsonReply(int status, const Json& body) {
-  HttpReply reply;
-  reply.status = status;
-  if (!body.is_null()) reply.body = sandbox::textOf(body);
-  return reply;
+  return {.status = status, .body = body.is_null() ? "" : sandbox::textOf(body)};
 }
 
 void serveCall(const Exchange& exchange, const sandbox::CallHandler& service, const Call& call,

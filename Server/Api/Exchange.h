@@ -1,6 +1,7 @@
 // One request to a sandbox, on its way through the resources. Private to the server.
 #pragma once
 
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 #include "Server/Http/Routes.h"
+#include "Values/Error.h"
 
 namespace hlv::server {
 
@@ -57,6 +59,10 @@ class ApiRoutes : public Routes<ExchangeHandler> {
 };
 
 HttpReply jsonReply(int status, const sandbox::Json& body);
+/// Keeps domain and number, from which a client makes the same error again.
+HttpReply errorReply(const ErrorPtr& error, const std::string& requestID);
+/// Of whatever the code of a service throws.
+HttpReply errorReply(const std::exception_ptr& problem, const std::string& requestID);
 
 /// What a handler of a call makes: its reply, and in a few words what the events say of it.
 struct CallReply {

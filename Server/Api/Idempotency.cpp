@@ -73,9 +73,7 @@ std::optional<HttpReply> IdempotentRequest::keptReply(Database& database,
     throw HttpError(422, "idempotency-key-reused",
                     "The idempotency key belongs to another request.");
   }
-  HttpReply reply;
-  reply.status = static_cast<int>(row.integer(1));
-  reply.body = row.text(2);
+  HttpReply reply{.status = static_cast<int>(row.integer(1)), .body = row.text(2)};
   constexpr int firstError = 400;
   if (reply.status < firstError) return reply;
   auto body = Json::parse(reply.body);

@@ -1,7 +1,9 @@
-// The routes of the services. Private to the server.
+// The routes of the services, and the documents that describe them. Private to the server.
 //
 // Threading: for the start alone. The registry outlives the routes.
 #pragma once
+
+#include <string_view>
 
 #include "Server/Api/Exchange.h"
 
@@ -16,5 +18,9 @@ void addSandboxRoutes(ApiRoutes& routes, Registry& registry);
 
 /// Describes a sandbox as it is then.
 std::function<HttpReply()> describing(Registry& registry, const std::string& id);
+
+/// OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes": one document that refers to no
+/// other.
+std::string_view openAPI(std::string_view name);
 
 }  // namespace hlv::server

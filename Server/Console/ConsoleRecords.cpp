@@ -1,5 +1,3 @@
-#include "Server/Console/ConsoleRecords.h"
-
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Backend/BackendTables.h"
 #include "Sandbox/Backend/StoredCard.h"
@@ -14,6 +12,7 @@
 #include "Sandbox/Records/AddressKeys.h"
 #include "Sandbox/Records/Pairs.h"
 #include "Sandbox/Testing/Scenario.h"
+#include "Server/Console/Console.h"
 #include "Server/Http/HttpError.h"
 #include "Values/Names.h"
 
@@ -86,9 +85,7 @@ HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
                        {"number", error->code()},
                        {"message", error->localizedDescription().value_or("")}};
   }
-  HttpReply reply;
-  reply.body = sandbox::textOf(body);
-  return reply;
+  return {.body = sandbox::textOf(body)};
 }
 
 sandbox::AddressFields addressIn(const Json& json) {

@@ -1,5 +1,3 @@
-#include "Server/Console/ConsoleResources.h"
-
 #include <set>
 #include <sstream>
 #include <utility>
@@ -9,8 +7,7 @@
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/JournalRecords.h"
-#include "Server/Console/ConsoleRecords.h"
-#include "Server/Console/Page.h"
+#include "Server/Console/Console.h"
 #include "Values/Wiped.h"
 
 namespace hlv::server {
@@ -67,9 +64,7 @@ std::set<std::string> followedBy(const Exchange& exchange) {
 
 void addJournal(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "events", [&registry](const Exchange& exchange) {
-    HttpReply reply;
-    reply.events = liveFeed(registry, followedBy(exchange));
-    exchange.reply(std::move(reply));
+    exchange.reply({.events = liveFeed(registry, followedBy(exchange))});
   });
   routes.add("GET", "timeline", [](const Exchange& exchange) {
     const sandbox::Journal journal(exchange.world->sharedStore(), "start");
@@ -165,18 +160,14 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
 void serveFile(const Exchange& exchange) {
   const auto& request = exchange.request;
   const auto name = request.path.size() > exchange.skipped ? exchange.part(0) : "";
-  HttpReply reply;
   if (name.empty() && !request.target.ends_with('/')) {
     // The page finds the rest beside itself.
-    reply.status = 308;
-    reply.headers.emplace_back("Location", "/" + request.path[0] + "/" + request.path[1] + "/");
-    return exchange.reply(std::move(reply));
+    const auto location = "/" + request.path[0] + "/" + request.path[1] + "/";
+    return exchange.reply({.status = 308, .headers = {{"Location", location}}});
   }
   const auto* file = findPageFile(name);
   if (!file) throw HttpError(404, "no-such-resource", "There is nothing at this path.");
-  reply.body = file->content;
-  reply.contentType = file->type;
-  exchange.reply(std::move(reply));
+  exchange.reply({.body = std::string(file->content), .contentType = std::string(file->type)});
 }
 
 }  // namespace

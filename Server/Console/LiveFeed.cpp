@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Sandbox/JSON/JournalRecords.h"
-#include "Server/Console/ConsoleRecords.h"
+#include "Server/Console/Console.h"
 #include "Server/Http/HttpError.h"
 
 namespace hlv::server {

@@ -21,11 +21,9 @@ HttpReply errorReply(int status, const std::string& code, const std::string& dom
                        {"number", number},
                        {"message", message},
                        {"request_id", requestID}}}};
-  HttpReply reply;
-  reply.status = status;
-  reply.code = code;
-  reply.body = body.dump(-1, ' ', false, Json::error_handler_t::replace);
-  return reply;
+  return {.status = status,
+          .body = body.dump(-1, ' ', false, Json::error_handler_t::replace),
+          .code = code};
 }
 
 }  // namespace hlv::server

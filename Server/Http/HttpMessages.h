@@ -86,19 +86,19 @@ using EventStream = std::function<std::string()>;
 struct HttpReply {
   int status = 200;
   /// Not sent for 204 and 304, nor with `events`.
-  std::string body;
+  std::string body = {};
   /// Not sent without a body.
   std::string contentType = "application/json";
-  std::vector<std::pair<std::string, std::string>> headers;
+  std::vector<std::pair<std::string, std::string>> headers = {};
   /// Error code in the body, for records; empty for none.
-  std::string code;
+  std::string code = {};
   std::chrono::milliseconds delay{0};
   /// Empty for none.
-  TransportFault fault;
+  TransportFault fault = {};
   /// Server-sent events, until the client leaves, the stream throws, or the listener closes.
-  EventStream events;
+  EventStream events = {};
   /// Whatever the handler wants back in `finished`.
-  std::any context;
+  std::any context = {};
 };
 
 /// Takes the reply: on any thread, once, at any time, even after the listener and the loops have

@@ -50,16 +50,19 @@ std::string decoded(urls::pct_string_view encoded) {
   return text;
 }
 
+/// Whether it is one of the names, in whatever case.
+template <class Names>
+bool isOneOf(const Names& names, beast::string_view name) {
+  return std::any_of(std::begin(names), std::end(names),
+                     [&](const auto& each) { return beast::iequals(name, each); });
+}
+
 bool isAllowed(const urls::authority_view& authority, const ListenOptions& options) {
-  const auto name = authority.encoded_host();
-  const auto isName = [&](std::string_view allowed) {
-    return beast::iequals({name.data(), name.size()}, {allowed.data(), allowed.size()});
-  };
-  if (std::any_of(std::begin(loopbackNames), std::end(loopbackNames), isName)) return true;
   const auto type = authority.host_type();
   const bool isAddress = type == urls::host_type::ipv4 || type == urls::host_type::ipv6;
-  if (isAddress && options.beyondThisMachine) return true;
-  return std::any_of(options.allowedHosts.begin(), options.allowedHosts.end(), isName);
+  const auto name = authority.encoded_host();
+  return isOneOf(loopbackNames, name) || isOneOf(options.allowedHosts, name) ||
+         (isAddress && options.beyondThisMachine);
 }
 
 void checkHost(const RequestHead& head, const ListenOptions& options, const std::string& host) {
@@ -80,16 +83,12 @@ void checkOrigin(const RequestHead& head, const ListenOptions& options, const st
   const auto origin = headerOf(head, http::field::origin);
   if (!origin) return;
   const auto url = urls::parse_uri(*origin);
-  if (url && url->has_authority()) {
-    const auto authority = url->authority();
-    const auto own = authority.encoded_host_and_port();
-    if (beast::iequals({own.data(), own.size()}, host)) return;
-    const auto name = url->encoded_host();
-    for (const auto& allowed : options.allowedHosts) {
-      if (beast::iequals({name.data(), name.size()}, allowed)) return;
-    }
+  const bool isOwn = url && url->has_authority() &&
+                     (beast::iequals(url->authority().encoded_host_and_port(), host) ||
+                      isOneOf(options.allowedHosts, url->encoded_host()));
+  if (!isOwn) {
+    throw HttpError(403, "foreign-origin", "Pages of other sites cannot use the service.");
   }
-  throw HttpError(403, "foreign-origin", "Pages of other sites cannot use the service.");
 }
 
 bool isJson(beast::string_view contentType) {

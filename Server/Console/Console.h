@@ -1,15 +1,17 @@
-// The timeline, stored data and what can be chosen, in JSON, and what is new of it. Private to the
-// server.
+// The console over HTTP: its page, and what the page asks for. Private to the server.
 //
 // Threading: pure functions; any. Those that take a database run inside `Store::read`.
 #pragma once
 
+#include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Store/Database.h"
+#include "Server/Api/Exchange.h"
 #include "Server/Api/Registry.h"
 #include "Server/Console/App.h"
 #include "Server/Http/HttpMessages.h"
@@ -17,6 +19,12 @@
 namespace hlv::server {
 
 using sandbox::Json;
+
+/// A card may be typed into the app here, as into any app; its number goes to the kit and nowhere
+/// else, and no reply has it.
+///
+/// Threading: while the routes are filled, one thread. The registry outlives the routes' use.
+void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_ptr<App>& app);
 
 /// Guest, network, the two sides in pairs, the armed faults, and the oldest operation that is kept.
 Json storedData(sandbox::Database& database);
@@ -35,5 +43,16 @@ sandbox::AddressFields addressIn(const Json& json);
 ///
 /// The registry outlives the stream.
 EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes);
+
+/// A file of the page, part of the program.
+struct PageFile {
+  /// As in its URL; the page itself is "".
+  std::string_view name;
+  std::string_view type;
+  std::string_view content;
+};
+
+/// Null for no such file.
+const PageFile* findPageFile(std::string_view name);
 
 }  // namespace hlv::server
