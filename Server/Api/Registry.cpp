@@ -170,11 +170,10 @@ std::shared_ptr<World> Registry::world(const std::string& id) {
   auto& entry = entryOf(id);
   if (entry.expires && *entry.expires <= currentSecond()) throw noSuchSandbox();
   if (!entry.world) {
-    entry.world = entry.closing.lock();
-    if (!entry.world) {
-      entry.world = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
-    }
-    entry.timeOpened = entry.world->openLog();
+    auto opened = entry.closing.lock();
+    if (!opened) opened = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
+    entry.timeOpened = opened->openLog();
+    entry.world = std::move(opened);
     keepOpen(id, entry);
   }
   if (!entry.isInMemory && id != defaultID) {
