@@ -165,11 +165,10 @@ std::shared_ptr<World> Registry::world(const std::string& id) {
   auto& entry = entryOf(id);
   if (entry.expires && *entry.expires <= sandbox::machineTime()) throw noSuchSandbox();
   if (!entry.world) {
-    entry.world = entry.closing.lock();
-    if (!entry.world) {
-      entry.world = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
-    }
-    entry.timeOpened = entry.world->openLog();
+    auto opened = entry.closing.lock();
+    if (!opened) opened = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
+    entry.timeOpened = opened->openLog();
+    entry.world = std::move(opened);
     keepOpen(entry);
   }
   entry.lastUse = std::chrono::steady_clock::now();

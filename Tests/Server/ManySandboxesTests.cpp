@@ -172,7 +172,13 @@ TEST_F(ManySandboxes, NeedFewDescriptorsAndAreFoundAgain) {
       SQLite::Database(storePath() + ".sandboxes/registry.sqlite", SQLite::OPEN_READWRITE)
           .exec("UPDATE sandboxes SET expires = 1 WHERE expires IS NOT NULL");
       for (const auto& file : leftBehind) std::ofstream(file) << "x";
+      const auto change = [&](const char* sql) {
+        SQLite::Database(folder + "s0.sqlite", SQLite::OPEN_READWRITE).exec(sql);
+      };
+      change("CREATE TRIGGER t BEFORE INSERT ON settings BEGIN SELECT RAISE(ABORT, 'full'); END");
       serve();
+      for (int i = 0; i < 2; ++i) EXPECT_EQ(askProvider("GET /v1/sandboxes/s0").status, 507);
+      change("DROP TRIGGER t");
       for (const auto& file : leftBehind) EXPECT_FALSE(std::filesystem::exists(file)) << file;
     }
     for (int i = 0; i < count; i += restarts ? 1 : 10) {
