@@ -51,7 +51,6 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Classes/HLVSDKPaymentManager.mm
   ObjC/Foundation/BlocksRuntime.mm
   ObjC/Foundation/DispatchQueues.mm
-  ObjC/Foundation/FoundationNotificationCenter.mm
   ObjC/Foundation/FoundationPlatform.mm
   ObjC/Foundation/OperationQueues.mm
   ObjC/Host/Install.mm

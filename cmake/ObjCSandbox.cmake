@@ -2,7 +2,6 @@
 enable_language(OBJC)
 
 add_library(HLVSandboxObjC STATIC
-  ObjC/Sandbox/Constants.mm
   ObjC/Sandbox/Failure.cpp
   ObjC/Sandbox/HLVSandbox.mm
   ObjC/Sandbox/SidesAsLines.mm)

@@ -24,6 +24,8 @@ struct HLV_EXPORT HLVSDKConstants {
   NullableString reachabilityStateNotification;
   NullableString reachabilityStateKey;
   NullableString reachabilityPreviousStateKey;
+
+  bool operator==(const HLVSDKConstants&) const = default;
 };
 
 /// The use cases under which the provider stores instruments.

@@ -5,8 +5,6 @@
 
 #include <utility>
 
-#include "ObjC/Binding/Held.h"
-
 namespace hlv::objc {
 namespace {
 
@@ -37,10 +35,6 @@ std::shared_ptr<Queue> makeSerialQueue(Text label) {
 }
 
 std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue) { return adapted<DispatchQueue>(queue); }
-
-HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) {
-  return originalOf(dynamic_cast<const Held*>(queue.get()));
-}
 
 }  // namespace hlv::objc
 

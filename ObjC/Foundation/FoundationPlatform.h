@@ -5,23 +5,11 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "Platform/Platform.h"
 
 namespace hlv::objc {
 
-class FoundationPlatform final : public Platform {
- public:
-  FoundationPlatform();
-  bool isMainThread() const override;
-  std::shared_ptr<Queue> mainQueue() override { return mainQueue_; }
-  std::shared_ptr<Queue> makeSerialQueue(Text label) override;
-  std::shared_ptr<NotificationCenter> notificationCenter() override { return center_; }
-
- private:
-  const std::shared_ptr<Queue> mainQueue_;
-  const std::shared_ptr<NotificationCenter> center_;
-};
+std::shared_ptr<Platform> makeFoundationPlatform();
 
 }  // namespace hlv::objc

@@ -7,7 +7,6 @@
 
 #include <utility>
 
-#include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Strings.h"
 
 /// A block on its way to the main thread.
@@ -113,10 +112,6 @@ std::shared_ptr<Queue> makeSerialQueue(Text label) {
 }
 
 std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue) { return adapted<OperationQueue>(queue); }
-
-HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) {
-  return originalOf(dynamic_cast<const Held*>(queue.get()));
-}
 
 }  // namespace hlv::objc
 

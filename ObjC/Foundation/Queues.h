@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "ObjC/Binding/Held.h"
 #include "Platform/Queue.h"
 
 namespace hlv::objc {
@@ -20,6 +21,8 @@ std::shared_ptr<Queue> makeSerialQueue(Text label);
 /// A queue of the app's own; nil is null.
 std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue);
 /// The very queue that a core's queue posts to; nil for another kind. Lives as long as its pool.
-HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue);
+inline HLVSDKQueue toSystemQueue(const std::shared_ptr<Queue>& queue) {
+  return originalOf(dynamic_cast<const Held*>(queue.get()));
+}
 
 }  // namespace hlv::objc

@@ -16,9 +16,8 @@
 #include "Platform/SharedSlot.h"
 
 namespace hlv::objc {
-namespace {
 
-void readTexts(HLVSDKConstants& texts, NSArray* addressKeys) {
+HLVSDKConstants frameworkConstants() {
   const std::pair<NullableString HLVSDKConstants::*, NSString*> rows[] = {
       {&HLVSDKConstants::useCaseDefault, ::kHLVSDKCreditCardUseCaseDefault},
       {&HLVSDKConstants::useCasePrivate, ::kHLVSDKCreditCardUseCasePrivate},
@@ -34,11 +33,15 @@ void readTexts(HLVSDKConstants& texts, NSArray* addressKeys) {
        ::HLVSDKReachabilityDidChangeReachabilityNotificationStateKey},
       {&HLVSDKConstants::reachabilityPreviousStateKey,
        ::HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey}};
+  HLVSDKConstants texts;
   for (const auto& [member, text] : rows) texts.*member = fromNSString(text);
-  for (NSString* key in addressKeys) {
+  for (NSString* key in ::HLVSDKCreditCardBusinessAddressJSONKeyes) {
     texts.businessAddressJSONKeyes.push_back(fromNSString(key));
   }
+  return texts;
 }
+
+namespace {
 
 /// A text that is gone as soon as it was used: card data does not wait for a pool.
 class BriefString {
@@ -63,7 +66,6 @@ class FrameworkHost final : public Host {
     auto known = constants_.load();
     if (!known || (keys != known->keys.held() && ![keys isEqual:known->keys.held()])) {
       known = std::make_shared<Constants>([[keys copy] autorelease]);
-      readTexts(known->texts, keys);
       constants_.store(known);
     }
     return std::shared_ptr<const HLVSDKConstants>(known, &known->texts);
@@ -142,8 +144,8 @@ class FrameworkHost final : public Host {
  private:
   struct Constants {
     explicit Constants(NSArray* addressKeys) : keys(addressKeys) {}
-    HLVSDKConstants texts;
-    Held keys;
+    const HLVSDKConstants texts = frameworkConstants();
+    const Held keys;
   };
   SharedSlot<Constants> constants_;
 };
@@ -155,7 +157,7 @@ void install() {
   std::call_once(once, [] {
     keepCapturedObjects();
     if (Host::current()) return;
-    Platform::install(std::make_shared<FoundationPlatform>());
+    Platform::install(makeFoundationPlatform());
     Host::install(std::make_shared<FrameworkHost>());
   });
 }

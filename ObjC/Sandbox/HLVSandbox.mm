@@ -5,11 +5,11 @@
 #include "ObjC/HostClasses/Configuration.h"
 #include "ObjC/HostClasses/PlayedHost.h"
 #include "ObjC/HostClasses/Records.h"
-#include "ObjC/Sandbox/Constants.h"
 #include "ObjC/Sandbox/Failure.h"
 #include "ObjC/Sandbox/SidesAsLines.h"
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Host/Constants.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Sandbox.h"
 
@@ -46,8 +46,8 @@ NSString* sentence(const std::string& problem) {
 
 + (instancetype)openStoreAtPath:(NSString*)path problem:(NSString**)problem {
   hlv::objc::install();
-  auto sentence = hlv::sandbox::objc::problemOfConstants();
-  if (sentence.empty()) {
+  std::string sentence = "The host's constants are other texts than the sandbox's own.";
+  if (hlv::objc::frameworkConstants() == *hlv::sandbox::sandboxConstants()) {
     hlv::sandbox::SandboxOptions options;
     options.storePath = textOf(path);
     const auto opened = Sandbox::open(options);

@@ -243,8 +243,7 @@ std::vector<Scenario> synchronisations() {
                          .replies = removing,
                          .bothThreads = count < 4});
   }
-  const auto withRequests = [&](const char* name, OperationKind kind,
-                                const std::vector<Request>& requests) {
+  const auto withRequests = [&](const char* name, const std::vector<Operation>& operations) {
     auto replies = instruments(2);
     replies.privateList.resize(1);
     replies.businessList.resize(1);
@@ -252,7 +251,7 @@ std::vector<Scenario> synchronisations() {
       answers->erase(answers->begin() + 1, answers->end() - 1);
     }
     scenarios.push_back({.name = name,
-                         .operations = {{kind, requests}},
+                         .operations = operations,
                          .replies = replies,
                          .bothThreads = false,
                          .notifications = {foreground, {Posted::Name::authorization, 1}},
@@ -260,14 +259,18 @@ std::vector<Scenario> synchronisations() {
                          .kitGuestHasToken = true});
   };
   const Request silent{.name = "without a completion", .completion = false};
-  withRequests("a synchronisation and a notification", OperationKind::synchronize,
-               {{}, {.name = "an empty token, silent", .completion = false, .guestToken = ""}});
-  withRequests("a synchronisation that is refused", OperationKind::synchronize,
-               {{.name = "without a guest", .guest = false},
-                {.name = "without a token", .guestToken = std::nullopt},
-                {.name = "with neither", .guestToken = std::nullopt, .guest = false}});
-  withRequests("a fetch of all instruments", OperationKind::fetchAll,
-               {{}, silent, {.name = "without a guest", .guest = false}});
+  withRequests("a synchronisation and a notification",
+               {{OperationKind::synchronize,
+                 {{}, {.name = "an empty token, silent", .completion = false, .guestToken = ""}}}});
+  withRequests("a synchronisation that is refused",
+               {synchronize,
+                {OperationKind::synchronize,
+                 {{.name = "without a guest", .guest = false},
+                  {.name = "without a token", .guestToken = std::nullopt},
+                  {.name = "with neither", .guestToken = std::nullopt, .guest = false}}}});
+  withRequests(
+      "a fetch of all instruments",
+      {{OperationKind::fetchAll, {{}, silent, {.name = "without a guest", .guest = false}}}});
   return scenarios;
 }
 

@@ -19,17 +19,19 @@ class SynchronizerTest : public KitTest {
       Synchronizer::initWithAPIManager(nullptr, nullptr);
 };
 
-TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesBeforeTheFlagIsCleared) {
-  bool wasSet = false;
+TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesAfterTheLogAndBeforeTheFlagIsCleared) {
+  bool isBetween = false;
   synchronizer->setSynchronizationQueue(platform->main);
-  synchronizer->synchronizePaymentInstrumentsForGuest(
-      guest, [&](bool, auto) { wasSet = synchronizer->isSynchronizing(); });
+  synchronizer->synchronizePaymentInstrumentsForGuest(guest, [&](bool, auto) {
+    isBetween = synchronizer->isSynchronizing() &&
+                host->takeTrace().find("Successfully sync") != std::string::npos;
+  });
   backend.cardFetches.answer(std::nullopt, nullptr);
   for (int list = 0; list < 3; ++list) {
     provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument}, nullptr);
   }
   platform->runMain();
-  EXPECT_TRUE(wasSet);
+  EXPECT_TRUE(isBetween);
   EXPECT_FALSE(synchronizer->isSynchronizing());
 }
 
