@@ -49,6 +49,7 @@ TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   const auto first = enable("key");
   host->takeTrace();
   EXPECT_EQ(enable("other"), first);
+  EXPECT_EQ(HLVSDKPayleven::sharedInstanceWithConfiguration(nullptr, nullptr), first);
   EXPECT_EQ(host->takeTrace(), "");
   HLVSDKPayleven::setSharedInstance(nullptr);
   EXPECT_EQ(enable("other"), nullptr) << "the guard has run";
