@@ -56,6 +56,8 @@ void App::startWaiting() {
     const auto operation = std::move(waiting_.front());
     waiting_.pop_front();
     begin(operation);
+    // Its end is looked for after the next pass, and it may have posted nothing itself.
+    Platform::current()->mainQueue()->async([] {});
   }
 }
 
@@ -101,10 +103,12 @@ std::string App::reasonForNoSynchronisation(std::int64_t before) const {
   const auto kit = HLVSDKPayleven::sharedInstance();
   if (!sandbox_->signedInEmail()) return "not authorised";
   if (length(send(kit->currentGuest(), &HLVSDKGuest::paylevenToken)) == 0) return "no token";
-  const auto current = sandbox_->journal().last(1);
-  for (const auto& event : current.at(0).events) {
-    const bool isStart = event.to == "log" && event.what.starts_with("Will start synchrozation");
-    if (isStart && event.number > before) return "";
+  // There is none where the sandbox has just been reset.
+  for (const auto& current : sandbox_->journal().last(1)) {
+    for (const auto& event : current.events) {
+      const bool isStart = event.to == "log" && event.what.starts_with("Will start synchrozation");
+      if (isStart && event.number > before) return "";
+    }
   }
   return "already synchronising";
 }
