@@ -59,6 +59,8 @@ void App::startWaiting() {
     const auto operation = std::move(waiting_.front());
     waiting_.pop_front();
     begin(operation);
+    // Its end is looked for after the next pass, and it may have posted nothing itself.
+    Platform::current()->mainQueue()->async([] {});
   }
 }
 

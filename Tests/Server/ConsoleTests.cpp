@@ -1,4 +1,7 @@
 // The console over HTTP: the app that it drives, and what it refuses.
+#include <thread>
+
+#include "Platform/Default/DefaultPlatform.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {
@@ -35,6 +38,29 @@ TEST_F(ConsoleTest, TheKitFollowsTheGuestAndTheSandbox) {
   require(204, askProvider("DELETE /v1/sandboxes/a"));
   EXPECT_EQ(addTestCard("visa", "/sandboxes/a").code(), "no-such-sandbox");
   EXPECT_EQ(addTestCard("visa").status, 200);
+}
+
+TEST_F(ConsoleTest, OperationsOfTwoSandboxesAtOnceAllGetAReply) {
+  serve([](ServerOptions& options) {
+    options.listening.limits.answerTime = std::chrono::seconds(5);
+  });
+  require(201, askProvider("PUT /v1/sandboxes/a"));
+  RawClient here(portOf(server->consoleURL())), there(portOf(server->consoleURL()));
+  here.send(requestOf("PUT /app/network", R"({"on": true})"));
+  there.send(requestOf("PUT /sandboxes/a/app/network", R"({"on": true})"));
+  require(200, askProvider("GET /v1/sandboxes/a"));
+  // Both wait for this thread by now, and nothing else comes.
+  bool haveCome = false;
+  std::thread receiving([&] {
+    EXPECT_EQ(here.receive().status, 200);
+    EXPECT_EQ(there.receive().status, 200);
+    DefaultPlatform::shared()->mainQueue()->async([&] { haveCome = true; });
+  });
+  DefaultPlatform::shared()->runUntil([&] {
+    server->completeFinishedOperations();
+    return haveCome;
+  });
+  receiving.join();
 }
 
 TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {
