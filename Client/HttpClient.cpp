@@ -11,26 +11,26 @@
 
 #include "Client/HttpExchange.h"
 #include "Platform/Platform.h"
+#include "Sandbox/Errors/SandboxError.h"
 
 namespace hlv::client {
 
 struct HttpLoop::State {
   void begin(const ServiceURL& url, std::chrono::milliseconds timeout, RequestMaker make,
              Completion completion) {
-    auto made = make();
-    make = nullptr;
     auto end = [this, completion = std::move(completion)](ClientReply reply) mutable {
       completion(std::move(reply));
       completion = nullptr;
       --unfinished;
       Platform::current()->mainQueue()->async([] {});
     };
-    if (const auto* error = std::get_if<ErrorPtr>(&made)) {
-      end({*error, nullptr});
-    } else {
-      exchange(context, kept, url, std::move(std::get<ClientRequest>(made)), timeout,
-               std::move(end));
+    ClientRequest request;
+    try {
+      request = std::exchange(make, nullptr)();
+    } catch (const sandbox::Refusal& refusal) {
+      return end({refusal.error, nullptr});
     }
+    exchange(context, kept, url, std::move(request), timeout, std::move(end));
   }
 
   // Destroyed last: sockets and timers need it.

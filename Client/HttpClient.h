@@ -8,7 +8,6 @@
 #include <string>
 #include <thread>
 #include <utility>
-#include <variant>
 
 #include "Client/ServiceURL.h"
 #include "Sandbox/JSON/Json.h"
@@ -20,7 +19,7 @@ namespace hlv::client {
 using sandbox::Json;
 
 struct ClientRequest {
-  std::string method;
+  std::string method = {};
   /// Below the service's URL; encoded, the query included.
   std::string target = {};
   /// Null is no body.
@@ -46,8 +45,9 @@ struct ClientReply {
 /// freed, and their completions are not called.
 class HttpLoop {
  public:
-  /// Makes the request, on the loop's thread, or the error that the call ends with.
-  using RequestMaker = std::function<std::variant<ClientRequest, ErrorPtr>()>;
+  /// Makes the request, on the loop's thread. Throws `sandbox::Refusal` with the error that the
+  /// call ends with.
+  using RequestMaker = std::function<ClientRequest()>;
   /// Called once, on the loop's thread.
   using Completion = std::function<void(ClientReply)>;
 

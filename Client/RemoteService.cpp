@@ -29,15 +29,9 @@ void RemoteService::Context::recordReply(const std::string& description,
   }
 }
 
-std::variant<ClientRequest, ErrorPtr> RemoteService::Context::requestOf(
-    const RequestMaker& request) const {
-  try {
-    if (!isReachable(local->host()->reachability()->currentState())) {
-      return sandbox::notConnectedError();
-    }
-    return request();
-  } catch (const sandbox::Refusal& refusal) {
-    return refusal.error;
+void RemoteService::Context::requireNetwork() const {
+  if (!isReachable(local->host()->reachability()->currentState())) {
+    throw sandbox::Refusal{sandbox::notConnectedError()};
   }
 }
 

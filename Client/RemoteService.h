@@ -9,7 +9,6 @@
 #include <tuple>
 #include <type_traits>
 #include <utility>
-#include <variant>
 
 #include "Client/HttpClient.h"
 #include "Client/RemoteGuest.h"
@@ -34,8 +33,7 @@ class RemoteService {
   /// Records a call of the kit's that has no reply.
   void recordOneWayCall(const std::string& what) const { context_->recordCall(what); }
 
-  /// Makes what is sent; throws `sandbox::Refusal` where nothing can be.
-  using RequestMaker = std::function<ClientRequest()>;
+  using RequestMaker = HttpLoop::RequestMaker;
   /// Reads a reply's body; throws `sandbox::InvalidRecord` where it cannot.
   template <class... Results>
   using Reader = std::function<std::tuple<Results...>(const Json&)>;
@@ -47,7 +45,10 @@ class RemoteService {
     auto description = call.description();
     context_->recordCall(description);
     client_.send(
-        [context = context_, request = std::move(request)] { return context->requestOf(request); },
+        [context = context_, request = std::move(request)] {
+          context->requireNetwork();
+          return request();
+        },
         [context = context_, description = std::move(description),
          completion = std::move(completion), reader = std::move(reader)](const ClientReply& reply) {
           const auto results = resultsOf<Results...>(reply, reader);
@@ -66,7 +67,8 @@ class RemoteService {
 
     void recordCall(const std::string& description) const;
     void recordReply(const std::string& description, const std::string& result) const;
-    std::variant<ClientRequest, ErrorPtr> requestOf(const RequestMaker& request) const;
+    /// Throws `sandbox::Refusal`.
+    void requireNetwork() const;
   };
 
   template <class... Results>

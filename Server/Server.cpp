@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -37,23 +38,19 @@ std::string noteOf(const std::string& name) { return "port of the " + name; }
 }  // namespace
 
 struct Server::Parts {
-  Parts(std::shared_ptr<Writers> writerThreads, std::unique_ptr<Registry> sandboxes,
-        const ServerOptions& options, unsigned loopCount)
-      : writers(std::move(writerThreads)),
-        registry(std::move(sandboxes)),
-        app(std::make_shared<App>(*registry)),
-        loops(loopCount),
-        backend{ApiHandler("backend", *registry, false), options.backendPort, options.backendURL},
-        provider{ApiHandler("provider", *registry, true), options.providerPort,
-                 options.providerURL},
-        console{ApiHandler("console", *registry, false), options.consolePort, options.consoleURL} {
+  explicit Parts(const ServerOptions& options)
+      : registry(options.storePath, options.seed, writers),
+        loops(options.loops == 0 ? cores : options.loops),
+        backend{ApiHandler("backend", registry, false), options.backendPort, options.backendURL},
+        provider{ApiHandler("provider", registry, true), options.providerPort, options.providerURL},
+        console{ApiHandler("console", registry, false), options.consolePort, options.consoleURL} {
     addBackendRoutes(backend.handler.routes());
     addProviderRoutes(provider.handler.routes());
-    addConsoleRoutes(console.handler.routes(), *registry, app);
+    addConsoleRoutes(console.handler.routes(), registry, app);
     for (auto* each : {&provider, &console}) {
-      addControlRoutes(each->handler.routes(), *registry);
+      addControlRoutes(each->handler.routes(), registry);
       auto& common = each->handler.commonRoutes();
-      addSandboxRoutes(common, *registry);
+      addSandboxRoutes(common, registry);
       common.add("GET", "v1/sandbox/openapi.json", replyingDocument(openAPI("control")));
       common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(openAPI("sandboxes")));
     }
@@ -68,44 +65,42 @@ struct Server::Parts {
     writers->join();
   }
 
-  Result<PublicURLs> listen(const ListenOptions& listening) {
+  /// Throws `Problem`.
+  void listen(const ListenOptions& listening) {
     const std::array<std::pair<const char*, Listening*>, 3> all{
         {{"backend", &backend}, {"provider", &provider}, {"console", &console}}};
-    for (const auto& [name, each] : all) {
-      auto opened = listenAgain(name, *each, listening);
-      if (!opened) return Result<PublicURLs>::failure(opened.problem());
-      each->listener = std::move(*opened);
-    }
+    for (const auto& [name, each] : all) each->listener = listenAgain(name, *each, listening);
     for (const auto& [name, each] : all) {
       const auto port = std::to_string(each->listener->port());
-      if (registry->note(noteOf(name)) != port) registry->setNote(noteOf(name), port);
+      if (registry.note(noteOf(name)) != port) registry.setNote(noteOf(name), port);
       if (each->url.empty()) each->url = "http://" + listening.address + ":" + port;
     }
-    return PublicURLs{backend.url, provider.url, console.url};
+    registry.setURLs({backend.url, provider.url, console.url});
   }
 
   /// At the port of the store's last server, so that whoever kept its URL finds it again.
-  Result<std::unique_ptr<HttpListener>> listenAgain(const std::string& name, Listening& wanted,
-                                                    ListenOptions listening) {
+  std::unique_ptr<HttpListener> listenAgain(const std::string& name, Listening& wanted,
+                                            ListenOptions listening) {
     if (wanted.wantedPort == 0) {
-      listening.port = portIn(registry->note(noteOf(name)).value_or(""));
+      listening.port = portIn(registry.note(noteOf(name)).value_or(""));
       if (listening.port != 0) {
         auto opened = HttpListener::open(loops, listening, wanted.handler);
-        if (opened) return opened;
+        if (opened) return std::move(*opened);
       }
     }
     listening.port = wanted.wantedPort;
-    return HttpListener::open(loops, listening, wanted.handler);
+    return HttpListener::open(loops, listening, wanted.handler).value();
   }
 
   void maintain() {
-    registry->runMaintenance();
+    registry.runMaintenance();
     loops.after(maintenancePeriod, [this] { maintain(); });
   }
 
-  const std::shared_ptr<Writers> writers;
-  const std::unique_ptr<Registry> registry;
-  const std::shared_ptr<App> app;
+  const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
+  const std::shared_ptr<Writers> writers = std::make_shared<Writers>(cores);
+  Registry registry;
+  const std::shared_ptr<App> app = std::make_shared<App>(registry);
   EventLoops loops;
   Listening backend;
   Listening provider;
@@ -113,24 +108,19 @@ struct Server::Parts {
 };
 
 Result<std::unique_ptr<Server>> Server::open(ServerOptions options) {
-  using Opened = Result<std::unique_ptr<Server>>;
-  // Before anything of the store is touched.
-  for (const auto port : {options.backendPort, options.providerPort, options.consolePort}) {
-    options.listening.port = port;
-    const auto probed = HttpListener::probe(options.listening);
-    if (!probed) return Opened::failure(probed.problem());
+  try {
+    // Before anything of the store is touched.
+    for (const auto port : {options.backendPort, options.providerPort, options.consolePort}) {
+      options.listening.port = port;
+      HttpListener::probe(options.listening).value();
+    }
+    auto parts = std::make_unique<Parts>(options);
+    parts->listen(options.listening);
+    parts->maintain();
+    return std::unique_ptr<Server>(new Server(std::move(parts)));
+  } catch (const std::runtime_error& failure) {
+    return Result<std::unique_ptr<Server>>::failure(failure.what());
   }
-  const auto cores = std::max(1U, std::thread::hardware_concurrency());
-  const auto writers = std::make_shared<Writers>(cores);
-  auto registry = Registry::open(options.storePath, options.seed, writers);
-  if (!registry) return Opened::failure(registry.problem());
-  auto parts = std::make_unique<Parts>(writers, std::move(*registry), options,
-                                       options.loops == 0 ? cores : options.loops);
-  auto urls = parts->listen(options.listening);
-  if (!urls) return Opened::failure(urls.problem());
-  parts->registry->setURLs(*std::move(urls));
-  parts->maintain();
-  return std::unique_ptr<Server>(new Server(std::move(parts)));
 }
 
 Server::Server(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}

@@ -85,45 +85,26 @@ void closeLogOf(World& world, int time) {
 
 }  // namespace
 
-Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
-                                                 std::optional<std::uint64_t> seed,
-                                                 std::shared_ptr<Writers> writers) {
-  using Opened = Result<std::unique_ptr<Registry>>;
-  auto lock = sandbox::lockStore(storePath);
-  if (!lock) return Opened::failure(lock.problem());
-  auto store = Store::open(storePath);
-  if (!store) return Opened::failure(store.problem());
-  try {
-    if ((*store)->isNew() && seed) {
-      (*store)->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
-    }
-    const auto file = fs::absolute(storePath).string();
-    const auto folder = file + ".sandboxes";
-    fs::create_directories(folder + "/snapshots");
-    fs::permissions(folder, fs::perms::owner_all);
-    auto registry = Store::open(folder + "/registry.sqlite");
-    if (!registry) return Opened::failure(registry.problem());
-    auto opened = std::unique_ptr<Registry>(
-        new Registry(file, std::move(*lock), std::move(*registry), std::move(writers)));
-    opened->readEntries();
-    auto& entry = opened->entries_[defaultID];
-    entry.created = sandbox::machineTime();
-    entry.world = std::make_shared<World>(defaultID, *store, opened->writers_);
-    entry.timeOpened = entry.world->openLog();
-    return opened;
-  } catch (const std::runtime_error& failure) {
-    return Opened::failure(failure.what());
-  }
-}
-
-Registry::Registry(std::string storePath, sandbox::StoreLock lock, std::shared_ptr<Store> registry,
+Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> seed,
                    std::shared_ptr<Writers> writers)
-    : storePath_(std::move(storePath)),
+    : storePath_(fs::absolute(storePath).string()),
       folder_(storePath_ + ".sandboxes"),
-      lock_(std::move(lock)),
-      registry_(std::move(registry)),
+      lock_(sandbox::lockStore(storePath).value()),
       writers_(std::move(writers)),
-      mostOpen_(mostOpenSandboxes()) {}
+      mostOpen_(mostOpenSandboxes()) {
+  const auto store = Store::open(storePath).value();
+  if (store->isNew() && seed) {
+    store->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
+  }
+  fs::create_directories(folder_ + "/snapshots");
+  fs::permissions(folder_, fs::perms::owner_all);
+  registry_ = Store::open(folder_ + "/registry.sqlite").value();
+  readEntries();
+  auto& entry = entries_[defaultID];
+  entry.created = sandbox::machineTime();
+  entry.world = std::make_shared<World>(defaultID, store, writers_);
+  entry.timeOpened = entry.world->openLog();
+}
 
 Registry::~Registry() {
   for (auto& [id, entry] : entries_) {

@@ -17,7 +17,6 @@
 #include "Sandbox/Store/StoreLock.h"
 #include "Server/Api/World.h"
 #include "Server/Http/HttpMessages.h"
-#include "Values/Result.h"
 
 namespace hlv::server {
 
@@ -38,10 +37,10 @@ class Registry {
  public:
   static constexpr const char* defaultID = "default";
 
-  /// One server at a time works on a store: another one is refused until this object goes.
-  static Result<std::unique_ptr<Registry>> open(const std::string& storePath,
-                                                std::optional<std::uint64_t> seed,
-                                                std::shared_ptr<Writers> writers);
+  /// One server at a time works on a store: another one is refused until this object goes. Throws
+  /// `Problem`, or what the file system throws, where the store cannot be used.
+  Registry(const std::string& storePath, std::optional<std::uint64_t> seed,
+           std::shared_ptr<Writers> writers);
   /// Closes what is open. No request is under way any more.
   ~Registry();
   Registry(const Registry&) = delete;
@@ -98,9 +97,6 @@ class Registry {
     bool isInUse() const { return world.use_count() > 1; }
   };
 
-  Registry(std::string storePath, sandbox::StoreLock lock, std::shared_ptr<sandbox::Store> registry,
-           std::shared_ptr<Writers> writers);
-
   void readEntries();
   /// With the lock. Throws 404.
   Entry& entryOf(const std::string& id);
@@ -122,7 +118,7 @@ class Registry {
   const std::string storePath_;
   const std::string folder_;
   const sandbox::StoreLock lock_;
-  const std::shared_ptr<sandbox::Store> registry_;
+  std::shared_ptr<sandbox::Store> registry_;
   const std::shared_ptr<Writers> writers_;
   const std::size_t mostOpen_;
   mutable std::mutex mutex_;
