@@ -196,10 +196,10 @@ TEST_F(ManySandboxes, HaveNoGapInTheLogWhenTheyAreUsedAgainBeforeTheyAreClosed) 
   const auto writers = std::make_shared<Writers>(1);
   std::promise<void> go;
   boost::asio::post(*writers, [&] { go.get_future().wait(); });
-  const auto registry = Registry::open(storePath(), {}, writers).value();
-  for (const auto* id : {"a", "b", "c"}) registry->create({.id = id});
-  EXPECT_FALSE(registry->openWorld("a")) << "it waits for its end";
-  const auto again = registry->world("a");
+  Registry registry(storePath(), {}, writers);
+  for (const auto* id : {"a", "b", "c"}) registry.create({.id = id});
+  EXPECT_FALSE(registry.openWorld("a")) << "it waits for its end";
+  const auto again = registry.world("a");
   go.set_value();
   writers->join();
   again->store().read([](sandbox::Database& database) {
