@@ -1,6 +1,9 @@
 #include "Tools/StoreFiles.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -10,6 +13,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "Sandbox/Sandbox.h"
 #include "Sandbox/Store/StoreLock.h"
 #include "Values/Problem.h"
 
@@ -27,6 +31,23 @@ std::filesystem::path dataFolder() {
   const char* home = std::getenv("HOME");
   if (home && *home == '/') return std::filesystem::path(home) / ".local" / "share";
   throw Problem("There is no data folder for the store; name a file with --store FILE.");
+}
+
+std::shared_ptr<void> lockFolderOf(const std::string& path, int operation) {
+  const auto folder = std::filesystem::path(path).parent_path();
+  const int file = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return nullptr;
+  std::shared_ptr<void> lock(new int(file), [](int* held) {
+    ::close(*held);
+    delete held;
+  });
+  return ::flock(file, operation) == 0 ? lock : nullptr;
+}
+
+bool isUnused(const std::string& path) {
+  const auto opened =
+      sandbox::Sandbox::open({.storePath = path, .seed = {}, .remoteLogPath = "/dev/null"});
+  return opened && (*opened)->journal().last(1).empty() && (*opened)->tester()->armed().empty();
 }
 
 }  // namespace
@@ -61,12 +82,19 @@ void removeStore(const std::string& path) {
   }
 }
 
-void removeNewStore(const std::string& path) {
+NewStore::NewStore(const std::string& path)
+    : path_(path), inUse_(lockFolderOf(path, LOCK_SH)), isNew_(!std::filesystem::exists(path)) {}
+
+void NewStore::remove() {
+  inUse_.reset();
+  const auto alone = lockFolderOf(path_, LOCK_EX | LOCK_NB);
+  if (!isNew_ || !alone) return;
   try {
-    removeStore(path);
-    if (path != storePathOrDefault({})) return;
+    if (std::filesystem::exists(path_) && !isUnused(path_)) return;
+    removeStore(path_);
+    if (path_ != storePathOrDefault({})) return;
     std::error_code ignored;
-    std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
+    std::filesystem::remove(std::filesystem::path(path_).parent_path(), ignored);
   } catch (const Problem&) {
     return;
   }
