@@ -7,11 +7,13 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 #include "Sandbox/Sandbox.h"
 #include "Sandbox/Store/StoreLock.h"
@@ -33,7 +35,10 @@ std::filesystem::path dataFolder() {
   throw Problem("There is no data folder for the store; name a file with --store FILE.");
 }
 
-std::shared_ptr<void> lockFolderOf(const std::string& path, int operation) {
+/// Null when others keep the lock that long. Not only commands may have it: some scripts lock the
+/// folder that they work in.
+std::shared_ptr<void> lockFolderOf(const std::string& path, int operation,
+                                   std::chrono::milliseconds patience) {
   const auto folder = std::filesystem::path(path).parent_path();
   const int file = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
   if (file < 0) return nullptr;
@@ -41,7 +46,12 @@ std::shared_ptr<void> lockFolderOf(const std::string& path, int operation) {
     ::close(*held);
     delete held;
   });
-  return ::flock(file, operation) == 0 ? lock : nullptr;
+  constexpr std::chrono::milliseconds step(10);
+  for (; ::flock(file, operation | LOCK_NB) != 0; patience -= step) {
+    if (patience <= step) return nullptr;
+    std::this_thread::sleep_for(step);
+  }
+  return lock;
 }
 
 bool isUnused(const std::string& path) {
@@ -83,11 +93,13 @@ void removeStore(const std::string& path) {
 }
 
 NewStore::NewStore(const std::string& path)
-    : path_(path), inUse_(lockFolderOf(path, LOCK_SH)), isNew_(!std::filesystem::exists(path)) {}
+    : path_(path),
+      inUse_(lockFolderOf(path, LOCK_SH, std::chrono::milliseconds(300))),
+      isNew_(!std::filesystem::exists(path)) {}
 
 void NewStore::remove() {
   inUse_.reset();
-  const auto alone = lockFolderOf(path_, LOCK_EX | LOCK_NB);
+  const auto alone = lockFolderOf(path_, LOCK_EX, {});
   if (!isNew_ || !alone) return;
   try {
     if (std::filesystem::exists(path_) && !isUnused(path_)) return;
