@@ -72,7 +72,7 @@ Sandbox::~Sandbox() = default;
 std::shared_ptr<Host> Sandbox::host() const { return host_; }
 
 std::shared_ptr<Tester> Sandbox::tester() const {
-  return std::make_shared<EmbeddedTester>(parts_->store, parts_->journal);
+  return makeTester(parts_->store, parts_->journal);
 }
 
 Journal& Sandbox::journal() const { return *parts_->journal; }

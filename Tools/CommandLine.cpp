@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <filesystem>
 #include <iostream>
 #include <numeric>
 #include <string_view>
@@ -161,13 +160,13 @@ void CommandLine::whenChosen(CLI::App& command, std::function<Report(Session&)> 
 
 Report CommandLine::inSession(const GlobalOptions& options,
                               const std::function<Report(Session&)>& act) {
-  const auto path = options.isInMemory ? "" : storePathOrDefault(options.storePath);
-  const bool isKept = options.isInMemory || std::filesystem::exists(path);
+  std::optional<NewStore> made;
+  if (!options.isInMemory) made.emplace(storePathOrDefault(options.storePath));
   try {
     Session session(options);
     return session.attempt([&] { return act(session); });
   } catch (...) {
-    if (!isKept) removeNewStore(path);
+    if (made) made->remove();
     throw;
   }
 }

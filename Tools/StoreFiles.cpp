@@ -1,15 +1,21 @@
 #include "Tools/StoreFiles.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
+#include "Sandbox/Sandbox.h"
 #include "Sandbox/Store/StoreLock.h"
 #include "Values/Problem.h"
 
@@ -27,6 +33,31 @@ std::filesystem::path dataFolder() {
   const char* home = std::getenv("HOME");
   if (home && *home == '/') return std::filesystem::path(home) / ".local" / "share";
   throw Problem("There is no data folder for the store; name a file with --store FILE.");
+}
+
+/// Null when others keep the lock that long. Not only commands may have it: some scripts lock the
+/// folder that they work in.
+std::shared_ptr<void> lockFolderOf(const std::string& path, int operation,
+                                   std::chrono::milliseconds patience) {
+  const auto folder = std::filesystem::path(path).parent_path();
+  const int file = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return nullptr;
+  std::shared_ptr<void> lock(new int(file), [](int* held) {
+    ::close(*held);
+    delete held;
+  });
+  constexpr std::chrono::milliseconds step(10);
+  for (; ::flock(file, operation | LOCK_NB) != 0; patience -= step) {
+    if (patience <= step) return nullptr;
+    std::this_thread::sleep_for(step);
+  }
+  return lock;
+}
+
+bool isUnused(const std::string& path) {
+  const auto opened =
+      sandbox::Sandbox::open({.storePath = path, .seed = {}, .remoteLogPath = "/dev/null"});
+  return opened && (*opened)->journal().last(1).empty() && (*opened)->tester()->armed().empty();
 }
 
 }  // namespace
@@ -61,12 +92,21 @@ void removeStore(const std::string& path) {
   }
 }
 
-void removeNewStore(const std::string& path) {
+NewStore::NewStore(const std::string& path)
+    : path_(path),
+      inUse_(lockFolderOf(path, LOCK_SH, std::chrono::milliseconds(300))),
+      isNew_(!std::filesystem::exists(path)) {}
+
+void NewStore::remove() {
+  inUse_.reset();
+  const auto alone = lockFolderOf(path_, LOCK_EX, {});
+  if (!isNew_ || !alone) return;
   try {
-    removeStore(path);
-    if (path != storePathOrDefault({})) return;
+    if (std::filesystem::exists(path_) && !isUnused(path_)) return;
+    removeStore(path_);
+    if (path_ != storePathOrDefault({})) return;
     std::error_code ignored;
-    std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
+    std::filesystem::remove(std::filesystem::path(path_).parent_path(), ignored);
   } catch (const Problem&) {
     return;
   }

@@ -3,6 +3,7 @@
 // Threading: any thread, one process at a time.
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace hlv::tool {
@@ -16,8 +17,20 @@ bool isStoreFile(const std::string& path);
 /// server's sandboxes, snapshots, ports file and lock. Throws `Problem` while a server works on the
 /// store, and when one of them cannot be removed.
 void removeStore(const std::string& path);
-/// Removes the store of a command that could not begin, and its folder when nothing else is in it.
-/// What cannot be removed stays.
-void removeNewStore(const std::string& path);
+
+/// The store that a command makes where there is none. While it lives, no other command takes the
+/// store away.
+class NewStore {
+ public:
+  explicit NewStore(const std::string& path);
+  /// Removes it when the command could not begin, and its folder when nothing else is in it. What
+  /// cannot be removed stays, and so does what another command has used or works on.
+  void remove();
+
+ private:
+  const std::string path_;
+  std::shared_ptr<void> inUse_;
+  const bool isNew_;
+};
 
 }  // namespace hlv::tool

@@ -31,9 +31,8 @@ struct Parts {
   const std::shared_ptr<ReplyQueue> answers = std::make_shared<ReplyQueue>();
   const Service::Surroundings surroundings{store, journal, answers};
   const std::shared_ptr<Guests> guests = std::make_shared<Guests>(store);
-  const std::shared_ptr<BackendClient> backend =
-      std::make_shared<BackendClient>(guests, surroundings);
-  const std::shared_ptr<ProviderClient> provider = std::make_shared<ProviderClient>(surroundings);
+  const std::shared_ptr<HLVSDKAPIManager> backend = makeBackendClient(guests, surroundings);
+  const std::shared_ptr<PLVInAppClient> provider = makeProviderClient(surroundings);
   const std::shared_ptr<Logger> remoteLog;
   const std::shared_ptr<Logger> consoleLog;
 };

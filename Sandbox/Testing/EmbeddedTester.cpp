@@ -1,5 +1,8 @@
 #include "Sandbox/Testing/EmbeddedTester.h"
 
+#include <string>
+#include <utility>
+
 #include "Sandbox/Backend/Backend.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Faults/FaultTables.h"
@@ -22,40 +25,54 @@ Result<> changeSides(Store& store, Change change) {
   }
 }
 
+class EmbeddedTester final : public Tester {
+ public:
+  EmbeddedTester(std::shared_ptr<Store> store, std::shared_ptr<Journal> journal)
+      : store_(std::move(store)), journal_(std::move(journal)) {}
+
+  Result<> addOrphanInstrument(const CardFields& card) override {
+    const auto entered = EnteredCard::make(card);
+    auto done = changeSides(*store_, [&](Database& database, const std::string& email) -> Result<> {
+      provider::storeOrphan(database, email, *entered);
+      return {};
+    });
+    if (done) journal_->record("app", "provider", "store an orphan instrument");
+    return done;
+  }
+
+  Result<> makeScenario(Scenario scenario) override {
+    auto done = changeSides(*store_, [&](Database& database, const std::string& email) {
+      return sandbox::makeScenario(database, email, scenario);
+    });
+    if (done) journal_->record("app", "app", "scenario " + std::string(textOf(scenario)));
+    return done;
+  }
+
+  Result<std::int64_t> arm(const Fault& fault) override {
+    using Armed = Result<std::int64_t>;
+    if (const auto check = checkFault(fault); !check) return Armed::failure(check.problem());
+    try {
+      return store_->write([&](Database& database) { return insertFault(database, fault); });
+    } catch (const StoreFailure& failure) {
+      return Armed::failure(failure.what());
+    }
+  }
+
+  std::vector<Fault> armed() override { return store_->read(readFaults); }
+
+  std::vector<Firing> firings() override { return store_->read(readFirings); }
+
+  void clearFaults() override { store_->write(removeAllFaults); }
+
+ private:
+  const std::shared_ptr<Store> store_;
+  const std::shared_ptr<Journal> journal_;
+};
+
 }  // namespace
 
-Result<> EmbeddedTester::addOrphanInstrument(const CardFields& card) {
-  const auto entered = EnteredCard::make(card);
-  auto done = changeSides(*store_, [&](Database& database, const std::string& email) -> Result<> {
-    provider::storeOrphan(database, email, *entered);
-    return {};
-  });
-  if (done) journal_->record("app", "provider", "store an orphan instrument");
-  return done;
+std::shared_ptr<Tester> makeTester(std::shared_ptr<Store> store, std::shared_ptr<Journal> journal) {
+  return std::make_shared<EmbeddedTester>(std::move(store), std::move(journal));
 }
-
-Result<> EmbeddedTester::makeScenario(Scenario scenario) {
-  auto done = changeSides(*store_, [&](Database& database, const std::string& email) {
-    return sandbox::makeScenario(database, email, scenario);
-  });
-  if (done) journal_->record("app", "app", "scenario " + std::string(textOf(scenario)));
-  return done;
-}
-
-Result<std::int64_t> EmbeddedTester::arm(const Fault& fault) {
-  using Armed = Result<std::int64_t>;
-  if (const auto check = checkFault(fault); !check) return Armed::failure(check.problem());
-  try {
-    return store_->write([&](Database& database) { return insertFault(database, fault); });
-  } catch (const StoreFailure& failure) {
-    return Armed::failure(failure.what());
-  }
-}
-
-std::vector<Fault> EmbeddedTester::armed() { return store_->read(readFaults); }
-
-std::vector<Firing> EmbeddedTester::firings() { return store_->read(readFirings); }
-
-void EmbeddedTester::clearFaults() { store_->write(removeAllFaults); }
 
 }  // namespace hlv::sandbox

@@ -1,5 +1,8 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -83,6 +86,12 @@ TEST(ToolUsage, ErrorsAreADocumentWhereOneIsExpectedAndLeaveNoNewStore) {
   const auto longNumbers = "--seed 1234567890123 --store \"" + command.folder().string() +
                            "/run-20261122075301.sqlite\" " + Command::guest;
   EXPECT_EQ(command.run(longNumbers).status, 0) << "that no card has";
+  Command besideAnother;
+  const int folder = ::open(besideAnother.folder().c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(::flock(folder, LOCK_SH), 0);
+  EXPECT_EQ(besideAnother.run("cards").status, 2);
+  EXPECT_TRUE(std::filesystem::exists(besideAnother.store())) << "which the other may work on";
+  ::close(folder);
 }
 
 TEST(ToolOutput, ThatCannotBeWrittenIsAFailure) {
