@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Sandbox/Provider/Provider.h"
-#include "Server/Api/ErrorReplies.h"
 
 namespace hlv::server {
 namespace {
@@ -35,11 +34,11 @@ bool isDocument(const std::vector<std::string>& path) {
 }
 
 void ApiHandler::handle(const HttpRequest& request, Reply reply) {
+  const auto trace = std::make_shared<RequestTrace>();
   try {
     if (needsKey_ && !isDocument(request.path) && length(request.apiKey) == 0) {
       sandbox::provider::refuseUnregistered();
     }
-    const auto trace = std::make_shared<RequestTrace>();
     const auto replyWithTrace = [trace, reply](HttpReply made) {
       made.context = trace;
       reply(std::move(made));
@@ -53,7 +52,7 @@ void ApiHandler::handle(const HttpRequest& request, Reply reply) {
     trace->world = registry_.world(id);
     route({request, skipped, trace->world, trace, replyWithTrace});
   } catch (...) {
-    reply(errorReply(std::current_exception(), request.id));
+    reply(failureReply(trace->world, request.id));
   }
 }
 

@@ -203,6 +203,7 @@ class RequestStream {
       : world_(std::move(world)), last_(world_->store().read(RequestLog::last)) {}
 
   std::string next() {
+    if (world_->isRemoved()) throw noSuchSandbox();
     const auto changes = world_->store().changes();
     if (changes == changes_) return "";
     const auto news = world_->store().read([this](Database& database) {

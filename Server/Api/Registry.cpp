@@ -15,7 +15,6 @@
 #include "Sandbox/Store/Identifiers.h"
 #include "Server/Api/Idempotency.h"
 #include "Server/Api/Inputs.h"
-#include "Server/Http/HttpError.h"
 
 namespace hlv::server {
 namespace {
@@ -57,10 +56,6 @@ bool isID(const std::string& id) {
          std::all_of(id.begin(), id.end(), isPart) && !sandbox::holdsCardNumber(id);
 }
 
-HttpError noSuchSandbox() {
-  return HttpError(404, "no-such-sandbox", "There is no sandbox of this name.");
-}
-
 std::shared_ptr<Store> openStore(const std::string& path) {
   auto opened = Store::open(path);
   // The problem names the file, which is the server's own affair.
@@ -88,6 +83,10 @@ void closeLogOf(World& world, int time) {
 }
 
 }  // namespace
+
+HttpError noSuchSandbox() {
+  return HttpError(404, "no-such-sandbox", "There is no sandbox of this name.");
+}
 
 Result<std::unique_ptr<Registry>> Registry::open(const std::string& storePath,
                                                  std::optional<std::uint64_t> seed,
@@ -336,6 +335,7 @@ void Registry::remove(const std::string& id) {
   const auto entry = std::move(entries_.extract(id).mapped());
   if (entry.world && !entry.isInMemory) used_.erase(entry.place);
   lock.unlock();
+  if (const auto world = entry.world ? entry.world : entry.closing.lock()) world->markRemoved();
   removeFiles(id);
 }
 

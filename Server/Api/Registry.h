@@ -17,10 +17,13 @@
 #include "Sandbox/Store/StoreLock.h"
 #include "Server/Api/Snapshots.h"
 #include "Server/Api/World.h"
+#include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 #include "Values/Result.h"
 
 namespace hlv::server {
+
+HttpError noSuchSandbox();
 
 /// Where clients reach the three listeners.
 struct PublicURLs {

@@ -75,7 +75,7 @@ TEST_F(RequestLogTest, HasEveryRequestRejectedOnesIncludedAndFindsThem) {
   EXPECT_EQ(har["entries"][0]["response"]["bodySize"], record["reply_bytes"]);
 }
 
-TEST_F(RequestLogTest, OfASandboxIsFollowedUntilTheServerEnds) {
+TEST_F(RequestLogTest, OfASandboxIsFollowedUntilItIsDeleted) {
   serve();
   require(201, askProvider("PUT /v1/sandboxes/a"));
   auto other = listeningAt("GET /sandboxes/a/v1/sandbox/requests/stream");
@@ -83,7 +83,7 @@ TEST_F(RequestLogTest, OfASandboxIsFollowedUntilTheServerEnds) {
   askBackend("GET /nothing");
   askBackend("GET /sandboxes/a/nowhere");
   EXPECT_EQ(other.receiveUntil("/nowhere").find("/nothing"), std::string::npos);
-  server.reset();
+  require(204, askProvider("DELETE /v1/sandboxes/a"));
   other.receiveRest();
 }
 
