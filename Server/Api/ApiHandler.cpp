@@ -35,11 +35,11 @@ bool isDocument(const std::vector<std::string>& path) {
 }
 
 void ApiHandler::handle(const HttpRequest& request, Reply reply) {
+  const auto trace = std::make_shared<RequestTrace>();
   try {
     if (needsKey_ && !isDocument(request.path) && length(request.apiKey) == 0) {
       sandbox::provider::refuseUnregistered();
     }
-    const auto trace = std::make_shared<RequestTrace>();
     const auto replyWithTrace = [trace, reply](HttpReply made) {
       made.context = trace;
       reply(std::move(made));
@@ -53,7 +53,7 @@ void ApiHandler::handle(const HttpRequest& request, Reply reply) {
     trace->world = registry_.world(id);
     route({request, skipped, trace->world, trace, replyWithTrace});
   } catch (...) {
-    reply(errorReply(std::current_exception(), request.id));
+    reply(failureReply(trace->world, request.id));
   }
 }
 

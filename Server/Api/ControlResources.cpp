@@ -213,6 +213,7 @@ Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usual
 EventStream requestStream(const std::shared_ptr<World>& world) {
   return [world, last = world->store().read(RequestLog::last),
           seen = std::int64_t{0}]() mutable -> std::string {
+    if (world->isRemoved()) throw noSuchSandbox();
     const auto changes = world->store().changes();
     if (changes == seen) return "";
     const auto news = world->store().read([&](Database& database) {

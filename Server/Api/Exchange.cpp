@@ -207,15 +207,21 @@ void replyWriting(const Exchange& exchange, std::function<HttpReply(Database&)> 
 }
 
 World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work) {
-  return [work = std::move(work), id = exchange.request.id,
+  return [work = std::move(work), id = exchange.request.id, world = exchange.world,
           reply = exchange.reply](const std::exception_ptr& problem) {
     try {
       if (problem) std::rethrow_exception(problem);
       reply(work());
     } catch (...) {
-      reply(errorReply(std::current_exception(), id));
+      reply(failureReply(world, id));
     }
   };
+}
+
+HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID) {
+  const bool isGone = world && world->isRemoved();
+  return isGone ? errorReply(noSuchSandbox(), requestID)
+                : errorReply(std::current_exception(), requestID);
 }
 
 }  // namespace hlv::server

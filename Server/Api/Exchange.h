@@ -82,5 +82,8 @@ void serveCall(const Exchange& exchange, const sandbox::CallHandler& service,
 void replyWriting(const Exchange& exchange, std::function<HttpReply(sandbox::Database&)> work);
 /// Replies to another write: with what `work` makes, or with the problem that there was.
 World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work);
+/// Of the exception that is being handled; whatever it is, a sandbox that was deleted meanwhile is
+/// not there. `world` may be null.
+HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID);
 
 }  // namespace hlv::server

@@ -15,7 +15,6 @@
 #include "Sandbox/Store/Identifiers.h"
 #include "Server/Api/Idempotency.h"
 #include "Server/Api/Inputs.h"
-#include "Server/Http/HttpError.h"
 
 namespace hlv::server {
 namespace {
@@ -53,10 +52,6 @@ bool isID(const std::string& id) {
          std::all_of(id.begin(), id.end(), isPart) && !sandbox::holdsCardNumber(id);
 }
 
-HttpError noSuchSandbox() {
-  return HttpError(404, "no-such-sandbox", "There is no sandbox of this name.");
-}
-
 std::shared_ptr<Store> openStore(const std::string& path) {
   auto opened = Store::open(path);
   // The problem names the file, which is the server's own affair.
@@ -84,6 +79,10 @@ void closeLogOf(World& world, int time) {
 }
 
 }  // namespace
+
+HttpError noSuchSandbox() {
+  return HttpError(404, "no-such-sandbox", "There is no sandbox of this name.");
+}
 
 Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> seed,
                    std::shared_ptr<Writers> writers)
@@ -305,6 +304,8 @@ void Registry::remove(const std::string& id) {
   std::erase(open_, &entries_.at(id));
   const auto removed = entries_.extract(id);
   lock.unlock();
+  const auto& entry = removed.mapped();
+  if (const auto world = entry.world ? entry.world : entry.closing.lock()) world->markRemoved();
   removeFiles(id);
 }
 

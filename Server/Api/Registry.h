@@ -16,9 +16,12 @@
 #include "Sandbox/Store/Store.h"
 #include "Sandbox/Store/StoreLock.h"
 #include "Server/Api/World.h"
+#include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 
 namespace hlv::server {
+
+HttpError noSuchSandbox();
 
 /// Where clients reach the three listeners.
 struct PublicURLs {

@@ -29,6 +29,9 @@ class World : public std::enable_shared_from_this<World> {
   sandbox::Store& store() { return *store_; }
   const std::shared_ptr<sandbox::Store>& sharedStore() const { return store_; }
   RequestLog& log() { return log_; }
+  /// Whether the sandbox was deleted while somebody still uses it.
+  bool isRemoved() const { return isRemoved_; }
+  void markRemoved() { isRemoved_ = true; }
   /// Mixed into the digests of idempotency keys.
   std::string salt() const;
 
@@ -72,6 +75,7 @@ class World : public std::enable_shared_from_this<World> {
   std::deque<Task> tasks_;
   bool isDraining_ = false;
   std::atomic<bool> isFlushing_{false};
+  std::atomic<bool> isRemoved_{false};
   std::mutex openingMutex_;
   int timesOpened_ = 0;
   bool isLogOpen_ = false;
