@@ -15,6 +15,9 @@ using hlv::host_classes::kitEntry;
 - (void)setUpPaymentManager {
   note("setUpPaymentManager");
 }
+- (void)setUpPaymentInstrumentsSynchronizer {
+  note("setUpPaymentInstrumentsSynchronizer");
+}
 - (void)synchronizePaymentInstruments {
   note("synchronizePaymentInstruments");
 }
@@ -150,7 +153,8 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
 TEST_F(EnablingTest, WhatTheFacadeDoesByItselfIsAMessage) {
   TestSubkit* const kit = [[[TestSubkit alloc] initWithConfiguration:nil
                                             paylevenKitConfiguration:nil] autorelease];
-  EXPECT_EQ(host->takeTrace(), "host current guest\nsetUpPaymentManager");
+  EXPECT_EQ(host->takeTrace(),
+            "host current guest\nsetUpPaymentManager\nsetUpPaymentInstrumentsSynchronizer");
   post(foreground);
   EXPECT_EQ(host->takeTrace(), "synchronizePaymentInstruments");
   EXPECT_EQ([kit paymentInstrumentManager], nil);
