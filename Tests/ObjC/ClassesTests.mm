@@ -110,9 +110,6 @@ TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
   EXPECT_EQ([kit kitConfiguration], [[[configuration kits] objectAtIndex:0] configuration]);
   EXPECT_EQ([kit currentGuest], guest);
   EXPECT_EQ([kit paymentInstrumentManager], [HLVSDKPaymentManager sharedManager]);
-  id const manager = [kit paymentInstrumentManager];
-  [kit setUpPaymentManager];
-  EXPECT_NE([kit paymentInstrumentManager], manager);
 }
 
 TEST_F(EnablingTest, ASubclassLooksForItsOwnEntryAndTheLastOneWins) {
@@ -122,6 +119,19 @@ TEST_F(EnablingTest, ASubclassLooksForItsOwnEntryAndTheLastOneWins) {
                 kitEntry([HLVSDKPayleven class], recordWithKey(@"base"))
               ])];
   EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'last'");
+}
+
+TEST_F(EnablingTest, TheFirstFaultOfAConfigurationIsAsserted) {
+  const std::string must = "assert \"Configuration for PaylevenKit must ";
+  const std::pair<NSArray*, std::string> rows[] = {
+      {nil, "assert \"Configuration must have HLVSDKPaylevenKit in kits array\""},
+      {@[ kitEntry([HLVSDKPayleven class], @"a text") ],
+       must + "be kind of HLVSDKPaylevenKitConfiguration class\""},
+      {@[ kitEntry([HLVSDKPayleven class], recordWithKey(nil)) ], must + "have payment key\""}};
+  for (const auto& [entries, fault] : rows) {
+    [HLVSDKPayleven enableWithConfiguration:configurationWithEntries(entries)];
+    EXPECT_EQ(host->takeTrace(), fault);
+  }
 }
 
 TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
