@@ -12,6 +12,10 @@ using hlv::host_classes::kitEntry;
 @interface TestSubkit : HLVSDKPayleven
 @end
 @implementation TestSubkit
++ (instancetype)sharedInstanceWithConfiguration:(HLVSDKConfiguration*)configuration
+                       paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
+  return nil;
+}
 - (void)setUpPaymentManager {
   note("setUpPaymentManager");
 }
@@ -115,10 +119,10 @@ TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
 TEST_F(EnablingTest, ASubclassLooksForItsOwnEntryAndTheLastOneWins) {
   [TestSubkit enableWithConfiguration:configurationWithEntries(@[
                 kitEntry([TestSubkit class], recordWithKey(@"first")),
-                kitEntry([TestSubkit class], recordWithKey(@"last")),
+                kitEntry([TestSubkit class], recordWithKey(@"")),
                 kitEntry([HLVSDKPayleven class], recordWithKey(@"base"))
               ])];
-  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'last'");
+  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register ''");
 }
 
 TEST_F(EnablingTest, TheFirstFaultOfAConfigurationIsAsserted) {
@@ -208,12 +212,12 @@ class SynchronizerTest : public ObjCTest {
 };
 
 TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsReleasedMeanwhile) {
+  auto* const synchronizer = newSynchronizer();
   @autoreleasepool {
-    auto* const synchronizer = newSynchronizer();
     [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
-    EXPECT_TRUE([synchronizer isSynchronizing]);
     [synchronizer release];
   }
+  EXPECT_TRUE([synchronizer isSynchronizing]) << "its run keeps it";
   const std::string said = host->takeTrace();
   EXPECT_NE(
       said.find("remote 4 \"%@\" <Will start synchrozation between external payment system and "
@@ -262,7 +266,9 @@ TEST_F(SynchronizerTest, PairsQueuesAndServicesAreTheAppsOwn) {
   EXPECT_FALSE([synchronizer isCreditCardExistsInArray:@[ storedCard ]
                             relatedToPaymentInstrument:pair])
       << "another use case";
-  [pair setUseCase:@"default"];
+  NSMutableString* const useCase = [NSMutableString stringWithString:@"default"];
+  [pair setUseCase:useCase];
+  [useCase setString:@"changed"];
   EXPECT_TRUE([synchronizer isCreditCardExistsInArray:@[ storedCard ]
                            relatedToPaymentInstrument:pair]);
   HLVSDKQueue queue = [[NSOperationQueue new] autorelease];
@@ -311,6 +317,7 @@ TEST_F(RequestTest, ExtendsTheHostsBodyAndLeavesTheRestAsItIs) {
   NSMutableDictionary* const sent = [[ofHost mutableCopy] autorelease];
   [sent setObject:extended forKey:@"credit_card"];
   EXPECT_TRUE([[made JSONRepresentation] isEqual:sent]);
+  EXPECT_FALSE([[made JSONRepresentation] isKindOfClass:[NSMutableDictionary class]]);
   host->requestBody.reset();
   EXPECT_EQ(request(@"tok"), nil) << "the host's base makes no object";
 }
