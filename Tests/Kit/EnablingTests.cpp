@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "Public/HLVSDKPayleven.h"
+#include "Public/HLVSDKPaymentManager.h"
 #include "Tests/Support/KitTest.h"
 
 namespace hlv::testing {
@@ -44,6 +45,7 @@ TEST_F(EnablingTest, ReadsTheGuestRegistersTheKeyAndStartsNothing) {
 
 TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   HLVSDKPayleven::setSharedInstance(nullptr);
+  EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), nullptr);
   const auto first = enable("key");
   host->takeTrace();
   EXPECT_EQ(enable("other"), first);
@@ -55,6 +57,10 @@ TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   EXPECT_NE(second, first);
   EXPECT_NE(second->paymentInstrumentManager(), first->paymentInstrumentManager());
   EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'other'");
+  for (const auto& kit : {first, second}) {
+    HLVSDKPayleven::setSharedInstance(kit);
+    EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), kit->paymentInstrumentManager());
+  }
 }
 
 TEST_F(EnablingTest, WithoutAHostItSaysSoAndCanBeRepeated) {
