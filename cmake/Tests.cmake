@@ -30,7 +30,6 @@ hlv_add_tests(KitTests
   SOURCES
     Tests/Support/ScriptedHost.cpp
     Tests/Kit/EnablingTests.cpp
-    Tests/Kit/EntryPointTests.cpp
     Tests/Kit/KitConfigurationTests.cpp
     Tests/Kit/ManagerCoreTests.cpp
     Tests/Kit/NoHostTests.cpp

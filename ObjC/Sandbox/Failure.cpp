@@ -4,9 +4,10 @@
 
 namespace hlv::sandbox::objc {
 
-std::string problemOf(const std::function<std::string()>& work) {
+std::string problemOf(const std::function<void()>& work) {
   try {
-    return work();
+    work();
+    return "";
   } catch (const std::runtime_error& failure) {
     return failure.what();
   }

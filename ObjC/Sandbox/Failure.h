@@ -8,9 +8,9 @@
 
 namespace hlv::sandbox::objc {
 
-/// Runs `work` and returns its sentence, or that of the failure which ended it; empty when all went
-/// well. Failures are caught here and nowhere else: where the runtime is GCC's, what is compiled as
+/// Runs `work` and returns the sentence of the failure which ended it; empty when all went well.
+/// Failures are caught here and nowhere else: where the runtime is GCC's, what is compiled as
 /// Objective-C++ lets them through but cannot catch them.
-std::string problemOf(const std::function<std::string()>& work);
+std::string problemOf(const std::function<void()>& work);
 
 }  // namespace hlv::sandbox::objc

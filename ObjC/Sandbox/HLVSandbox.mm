@@ -20,7 +20,6 @@ using hlv::objc::toNSString;
 using hlv::sandbox::EnteredAddress;
 using hlv::sandbox::EnteredCard;
 using hlv::sandbox::Sandbox;
-using hlv::sandbox::objc::problemOf;
 
 struct HLVSandboxCore {
   std::shared_ptr<Sandbox> sandbox;
@@ -35,8 +34,9 @@ const hlv::sandbox::TestCard* testCard(NSString* name) {
   return hlv::sandbox::findTestCard(textOf(name));
 }
 
-/// Nil for an empty one.
-NSString* sentence(const std::string& problem) {
+/// Runs `work` and returns the sentence of the failure which ended it; nil when all went well.
+NSString* problemOf(const std::function<void()>& work) {
+  const auto problem = hlv::sandbox::objc::problemOf(work);
   return problem.empty() ? nil : toNSString(problem);
 }
 
@@ -77,21 +77,15 @@ NSString* sentence(const std::string& problem) {
 }
 
 - (NSString*)signInWithEmail:(NSString*)email {
-  return sentence(problemOf([&] { return _core->sandbox->signIn(textOf(email)).problem(); }));
+  return problemOf([&] { _core->sandbox->signIn(textOf(email)).value(); });
 }
 
 - (NSString*)signOut {
-  return sentence(problemOf([&] {
-    _core->sandbox->signOut();
-    return std::string();
-  }));
+  return problemOf([&] { _core->sandbox->signOut(); });
 }
 
 - (NSString*)setReachable:(BOOL)reachable {
-  return sentence(problemOf([&] {
-    _core->sandbox->setReachable(reachable);
-    return std::string();
-  }));
+  return problemOf([&] { _core->sandbox->setReachable(reachable); });
 }
 
 - (void)enterForeground {
@@ -130,25 +124,18 @@ NSString* sentence(const std::string& problem) {
 - (NSString*)addOrphanWithTestCard:(NSString*)name {
   const auto* known = testCard(name);
   if (!known) return @"There is no test card of that name.";
-  return sentence(problemOf(
-      [&] { return _core->sandbox->tester()->addOrphanInstrument(known->fields).problem(); }));
+  return problemOf([&] { _core->sandbox->tester()->addOrphanInstrument(known->fields).value(); });
 }
 
 - (NSArray<NSString*>*)backendCards {
   NSArray* lines = nil;
-  problemOf([&] {
-    lines = hlv::sandbox::objc::linesOf(_core->sandbox->backendCards());
-    return std::string();
-  });
+  problemOf([&] { lines = hlv::sandbox::objc::linesOf(_core->sandbox->backendCards()); });
   return lines;
 }
 
 - (NSArray<NSString*>*)providerInstruments {
   NSArray* lines = nil;
-  problemOf([&] {
-    lines = hlv::sandbox::objc::linesOf(_core->sandbox->providerInstruments());
-    return std::string();
-  });
+  problemOf([&] { lines = hlv::sandbox::objc::linesOf(_core->sandbox->providerInstruments()); });
   return lines;
 }
 

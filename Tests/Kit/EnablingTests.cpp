@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "Public/HLVSDKPayleven.h"
+#include "Public/HLVSDKPaymentManager.h"
 #include "Tests/Support/KitTest.h"
 
 namespace hlv::testing {
@@ -40,12 +41,11 @@ TEST_F(EnablingTest, ReadsTheGuestRegistersTheKeyAndStartsNothing) {
   EXPECT_EQ(manager->reachability(), host->network);
   kit->start();
   EXPECT_EQ(host->takeTrace(), "");
-  kit->setCurrentGuest(nullptr);
-  EXPECT_EQ(kit->currentGuest(), nullptr);
 }
 
 TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   HLVSDKPayleven::setSharedInstance(nullptr);
+  EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), nullptr);
   const auto first = enable("key");
   host->takeTrace();
   EXPECT_EQ(enable("other"), first);
@@ -58,6 +58,10 @@ TEST_F(EnablingTest, OnlyTheFirstEnablingCountsUntilATestResetsIt) {
   EXPECT_NE(second, first);
   EXPECT_NE(second->paymentInstrumentManager(), first->paymentInstrumentManager());
   EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'other'");
+  for (const auto& kit : {first, second}) {
+    HLVSDKPayleven::setSharedInstance(kit);
+    EXPECT_EQ(HLVSDKPaymentManager::sharedManager(), kit->paymentInstrumentManager());
+  }
 }
 
 TEST_F(EnablingTest, WithoutAHostItSaysSoAndCanBeRepeated) {

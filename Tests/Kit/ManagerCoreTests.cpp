@@ -65,19 +65,5 @@ TEST_F(ManagerCoreTest, AnInstrumentWhoseStateChangesAfterItWasFoundIsRefused) {
             "instrument information is invalid'");
 }
 
-TEST_F(ManagerCoreTest, WithoutServicesNothingAnswersAndNothingBreaks) {
-  const auto alone =
-      HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(nullptr, nullptr, nullptr);
-  guest->token = "tok";
-  alone->addPaymentInstrument(card, address, guest, guestCard());
-  EXPECT_EQ(madeAs(outcome.error), "code 1 in 'URL', message nil") << "no monitor, no connection";
-  alone->addFirstPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
-  alone->addNewPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
-  alone->updatePaymentInstrument("card-1", address, guest, guestCard());
-  alone->processAddedPaymentInstrument(card, "tok", [this](auto...) { ++outcome.count; });
-  platform->runEverything();
-  EXPECT_EQ(outcome.count, 1);
-}
-
 }  // namespace
 }  // namespace hlv::testing

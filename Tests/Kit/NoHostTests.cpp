@@ -25,9 +25,14 @@ TEST_F(KitTest, WithoutAHostEverythingAnswersNullAndItIsSaidOnce) {
   const auto kit = HLVSDKPayleven::initWithConfiguration(nullptr, nullptr);
   platform->notificationCenter()->post({UIApplicationWillEnterForegroundNotification, {}});
   guest->token = "tok";
-  kit->paymentInstrumentManager()->addPaymentInstrument(card, address, guest, guestCard());
-  kit->paymentInstrumentManager()->deletePaymentInstrumentWithID("card-1", "default", guest,
-                                                                 guestOnly());
+  const auto manager = std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentManager>(
+      kit->paymentInstrumentManager());
+  manager->addPaymentInstrument(card, address, guest, guestCard());
+  manager->deletePaymentInstrumentWithID("card-1", "default", guest, guestOnly());
+  manager->addFirstPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
+  manager->addNewPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
+  manager->updatePaymentInstrument("card-1", address, guest, guestCard());
+  manager->processAddedPaymentInstrument(card, "tok", [this](auto...) { ++outcome.count; });
   kit->paymentInstrumentsSynchronizer()->synchronizePaymentInstrumentsForGuest(guest, nullptr);
   platform->runEverything();
   EXPECT_EQ(outcome.count, 2) << "both are refused offline";

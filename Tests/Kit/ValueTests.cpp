@@ -178,15 +178,6 @@ TEST_F(ValueTest, ACardStandsForAnInstrumentByItsIdentifierOrElseByTheRest) {
       HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(nullptr, "")));
 }
 
-TEST_F(ValueTest, ACardIsAFurtherOneForAGuestWithAToken) {
-  const auto manager = makeManager();
-  forEvery({{&guest->token, fewTexts}}, [&] {
-    manager->addPaymentInstrument(card, address, guest, nullptr);
-    EXPECT_EQ(host->takeTrace().find("provider add") != std::string::npos,
-              length(guest->token) > 0);
-  });
-}
-
 TEST_F(ValueTest, TheFirstEmptyOrMissingFieldOfAnAddressIsReported) {
   const auto manager = makeManager();
   const Texts values{std::nullopt, "", "x"};

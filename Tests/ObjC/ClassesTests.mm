@@ -12,8 +12,15 @@ using hlv::host_classes::kitEntry;
 @interface TestSubkit : HLVSDKPayleven
 @end
 @implementation TestSubkit
++ (instancetype)sharedInstanceWithConfiguration:(HLVSDKConfiguration*)configuration
+                       paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
+  return nil;
+}
 - (void)setUpPaymentManager {
   note("setUpPaymentManager");
+}
+- (void)setUpPaymentInstrumentsSynchronizer {
+  note("setUpPaymentInstrumentsSynchronizer");
 }
 - (void)synchronizePaymentInstruments {
   note("synchronizePaymentInstruments");
@@ -107,18 +114,28 @@ TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
   EXPECT_EQ([kit kitConfiguration], [[[configuration kits] objectAtIndex:0] configuration]);
   EXPECT_EQ([kit currentGuest], guest);
   EXPECT_EQ([kit paymentInstrumentManager], [HLVSDKPaymentManager sharedManager]);
-  id const manager = [kit paymentInstrumentManager];
-  [kit setUpPaymentManager];
-  EXPECT_NE([kit paymentInstrumentManager], manager);
 }
 
 TEST_F(EnablingTest, ASubclassLooksForItsOwnEntryAndTheLastOneWins) {
   [TestSubkit enableWithConfiguration:configurationWithEntries(@[
                 kitEntry([TestSubkit class], recordWithKey(@"first")),
-                kitEntry([TestSubkit class], recordWithKey(@"last")),
+                kitEntry([TestSubkit class], recordWithKey(@"")),
                 kitEntry([HLVSDKPayleven class], recordWithKey(@"base"))
               ])];
-  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register 'last'");
+  EXPECT_EQ(host->takeTrace(), "host current guest\nprovider register ''");
+}
+
+TEST_F(EnablingTest, TheFirstFaultOfAConfigurationIsAsserted) {
+  const std::string must = "assert \"Configuration for PaylevenKit must ";
+  const std::pair<NSArray*, std::string> rows[] = {
+      {nil, "assert \"Configuration must have HLVSDKPaylevenKit in kits array\""},
+      {@[ kitEntry([HLVSDKPayleven class], @"a text") ],
+       must + "be kind of HLVSDKPaylevenKitConfiguration class\""},
+      {@[ kitEntry([HLVSDKPayleven class], recordWithKey(nil)) ], must + "have payment key\""}};
+  for (const auto& [entries, fault] : rows) {
+    [HLVSDKPayleven enableWithConfiguration:configurationWithEntries(entries)];
+    EXPECT_EQ(host->takeTrace(), fault);
+  }
 }
 
 TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
@@ -150,7 +167,8 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
 TEST_F(EnablingTest, WhatTheFacadeDoesByItselfIsAMessage) {
   TestSubkit* const kit = [[[TestSubkit alloc] initWithConfiguration:nil
                                             paylevenKitConfiguration:nil] autorelease];
-  EXPECT_EQ(host->takeTrace(), "host current guest\nsetUpPaymentManager");
+  EXPECT_EQ(host->takeTrace(),
+            "host current guest\nsetUpPaymentManager\nsetUpPaymentInstrumentsSynchronizer");
   post(foreground);
   EXPECT_EQ(host->takeTrace(), "synchronizePaymentInstruments");
   EXPECT_EQ([kit paymentInstrumentManager], nil);
@@ -194,12 +212,12 @@ class SynchronizerTest : public ObjCTest {
 };
 
 TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsReleasedMeanwhile) {
+  auto* const synchronizer = newSynchronizer();
   @autoreleasepool {
-    auto* const synchronizer = newSynchronizer();
     [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
-    EXPECT_TRUE([synchronizer isSynchronizing]);
     [synchronizer release];
   }
+  EXPECT_TRUE([synchronizer isSynchronizing]) << "its run keeps it";
   const std::string said = host->takeTrace();
   EXPECT_NE(
       said.find("remote 4 \"%@\" <Will start synchrozation between external payment system and "
@@ -248,7 +266,9 @@ TEST_F(SynchronizerTest, PairsQueuesAndServicesAreTheAppsOwn) {
   EXPECT_FALSE([synchronizer isCreditCardExistsInArray:@[ storedCard ]
                             relatedToPaymentInstrument:pair])
       << "another use case";
-  [pair setUseCase:@"default"];
+  NSMutableString* const useCase = [NSMutableString stringWithString:@"default"];
+  [pair setUseCase:useCase];
+  [useCase setString:@"changed"];
   EXPECT_TRUE([synchronizer isCreditCardExistsInArray:@[ storedCard ]
                            relatedToPaymentInstrument:pair]);
   HLVSDKQueue queue = [[NSOperationQueue new] autorelease];
@@ -297,6 +317,7 @@ TEST_F(RequestTest, ExtendsTheHostsBodyAndLeavesTheRestAsItIs) {
   NSMutableDictionary* const sent = [[ofHost mutableCopy] autorelease];
   [sent setObject:extended forKey:@"credit_card"];
   EXPECT_TRUE([[made JSONRepresentation] isEqual:sent]);
+  EXPECT_FALSE([[made JSONRepresentation] isKindOfClass:[NSMutableDictionary class]]);
   host->requestBody.reset();
   EXPECT_EQ(request(@"tok"), nil) << "the host's base makes no object";
 }

@@ -23,7 +23,6 @@ namespace objc_tests {
 using GuestBlock = void (^)(HLVSDKGuest*, NSError*);
 using GuestCardBlock = void (^)(HLVSDKGuest*, HLVSDKCreditCard*, NSError*);
 using SuccessBlock = void (^)(BOOL, NSError*);
-using InstrumentBlock = void (^)(NSString*, PLVCreditCardPaymentInstrument*, NSError*);
 
 using Instruments = hlv::List<hlv::PLVCreditCardPaymentInstrument>;
 using Cards = hlv::List<hlv::HLVSDKCreditCard>;

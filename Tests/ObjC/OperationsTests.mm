@@ -65,6 +65,15 @@ static void* takeStep(id self, SEL step, void* first, void* second, void* third,
 }
 @end
 
+/// An app's own entry point: its class is not asked for the manager.
+@interface TestEntryPoint : HLVSDKPaymentManager
+@end
+@implementation TestEntryPoint
++ (id<HLVSDKPaymentInstrumentManager>)sharedManager {
+  return nil;
+}
+@end
+
 /// The host's keys, which a header declares as a constant, as a host changes them.
 extern "C" NSArray* addressKeys __asm__("HLVSDKCreditCardBusinessAddressJSONKeyes");
 
@@ -100,7 +109,7 @@ class OperationsTest : public ObjCTest {
                                forGuest:guest
                              completion:completion];
   }
-  HLVSDKPaymentManager* const entryPoint = [[HLVSDKPaymentManager new] autorelease];
+  HLVSDKPaymentManager* const entryPoint = [[TestEntryPoint new] autorelease];
 };
 
 TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects) {
