@@ -70,6 +70,17 @@ void removeAllBut(const std::string& folder, IsKept isKept) {
   }
 }
 
+/// Without their list, sandboxes would be taken for what a server left.
+void requireList(const std::string& folder, const std::string& list) {
+  std::error_code isMissing;
+  if (fs::file_size(list, isMissing) > 0 && !isMissing) return;
+  for (const auto& file : fs::directory_iterator(folder)) {
+    if (file.path().extension() != ".sqlite" || file.path() == list) continue;
+    throw Problem("The list of the store's sandboxes, '" + list +
+                  "', is gone. Put it back, or remove its folder and all sandboxes with it.");
+  }
+}
+
 void closeLogOf(World& world, int time) {
   try {
     world.closeLog(time);
@@ -97,7 +108,9 @@ Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> se
   }
   fs::create_directories(folder_ + "/snapshots");
   fs::permissions(folder_, fs::perms::owner_all);
-  registry_ = Store::open(folder_ + "/registry.sqlite").value();
+  const auto list = folder_ + "/registry.sqlite";
+  requireList(folder_, list);
+  registry_ = Store::open(list).value();
   readEntries();
   auto& entry = entries_[defaultID];
   entry.created = sandbox::machineTime();

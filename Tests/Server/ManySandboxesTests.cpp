@@ -196,16 +196,22 @@ TEST_F(ManySandboxes, HaveNoGapInTheLogWhenTheyAreUsedAgainBeforeTheyAreClosed) 
   const auto writers = std::make_shared<Writers>(1);
   std::promise<void> go;
   boost::asio::post(*writers, [&] { go.get_future().wait(); });
-  Registry registry(storePath(), {}, writers);
-  for (const auto* id : {"a", "b", "c"}) registry.create({.id = id});
-  EXPECT_FALSE(registry.openWorld("a")) << "it waits for its end";
-  const auto again = registry.world("a");
+  auto registry = std::make_unique<Registry>(storePath(), std::nullopt, writers);
+  for (const auto* id : {"a", "b", "c"}) registry->create({.id = id});
+  EXPECT_FALSE(registry->openWorld("a")) << "it waits for its end";
+  const auto again = registry->world("a");
   go.set_value();
   writers->join();
   again->store().read([](sandbox::Database& database) {
     EXPECT_EQ(database.integer("SELECT count(*) FROM request_gaps"), 0);
     EXPECT_TRUE(sandbox::readSetting(database, "request-log-open")) << "a kill would be noticed";
   });
+
+  const auto folder = storePath() + ".sandboxes/";
+  registry.reset();
+  std::filesystem::resize_file(folder + "registry.sqlite", 0);
+  EXPECT_THROW(Registry(storePath(), {}, writers), Problem);
+  EXPECT_TRUE(std::filesystem::exists(folder + "b.sqlite")) << "its list alone is gone";
 }
 
 }  // namespace
