@@ -83,13 +83,14 @@ struct Server::Parts {
                                             ListenOptions listening) {
     if (wanted.wantedPort == 0) {
       listening.port = portIn(registry.note(noteOf(name)).value_or(""));
-      if (listening.port != 0) {
-        auto opened = HttpListener::open(loops, listening, wanted.handler);
-        if (opened) return std::move(*opened);
+      try {
+        return std::make_unique<HttpListener>(loops, listening, wanted.handler);
+      } catch (const Problem&) {
+        // Another program has it now.
       }
     }
     listening.port = wanted.wantedPort;
-    return HttpListener::open(loops, listening, wanted.handler).value();
+    return std::make_unique<HttpListener>(loops, listening, wanted.handler);
   }
 
   void maintain() {
@@ -112,7 +113,7 @@ Result<std::unique_ptr<Server>> Server::open(ServerOptions options) {
     // Before anything of the store is touched.
     for (const auto port : {options.backendPort, options.providerPort, options.consolePort}) {
       options.listening.port = port;
-      HttpListener::probe(options.listening).value();
+      HttpListener::probe(options.listening);
     }
     auto parts = std::make_unique<Parts>(options);
     parts->listen(options.listening);

@@ -4,9 +4,11 @@
 #include <boost/asio/detached.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/system/system_error.hpp>
 #include <utility>
 
 #include "Server/Http/Connection.h"
+#include "Values/Problem.h"
 
 namespace hlv::server {
 namespace {
@@ -18,11 +20,37 @@ using ErrorCode = boost::system::error_code;
 /// Before another look at connections that could not be taken.
 constexpr std::chrono::milliseconds acceptPause{20};
 
+std::string nameOf(const ListenOptions& options) {
+  return "The address " + options.address + ", port " + std::to_string(options.port) + ",";
+}
+
+tcp::endpoint endpointOf(const ListenOptions& options) {
+  ErrorCode error;
+  const auto address = asio::ip::make_address(options.address, error);
+  if (error || options.port < 0 || options.port > 65'535) {
+    throw Problem(nameOf(options) + " is none.");
+  }
+  if (!address.is_loopback() && !options.beyondThisMachine) {
+    throw Problem(
+        "The services listen on this machine alone, at 127.0.0.1, unless they are asked to listen "
+        "beyond it.");
+  }
+  return {address, static_cast<std::uint16_t>(options.port)};
+}
+
+/// Returns the port.
 template <class Acceptor>
-void bind(Acceptor& acceptor, const tcp::endpoint& endpoint, ErrorCode& error) {
-  acceptor.open(endpoint.protocol(), error);
-  if (!error) acceptor.set_option(asio::socket_base::reuse_address(true), error);
-  if (!error) acceptor.bind(endpoint, error);
+int bind(Acceptor& acceptor, const ListenOptions& options, bool listens) {
+  const auto endpoint = endpointOf(options);
+  try {
+    acceptor.open(endpoint.protocol());
+    acceptor.set_option(asio::socket_base::reuse_address(true));
+    acceptor.bind(endpoint);
+    if (listens) acceptor.listen();
+    return acceptor.local_endpoint().port();
+  } catch (const boost::system::system_error&) {
+    throw Problem(nameOf(options) + " cannot be listened on.");
+  }
 }
 
 }  // namespace
@@ -38,17 +66,13 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
         acceptor_(*loop.context),
         timer_(*loop.context) {}
 
-  /// Returns the port.
-  int listen(const tcp::endpoint& endpoint, ErrorCode& error) {
-    bind(acceptor_, endpoint, error);
-    if (!error) acceptor_.listen(asio::socket_base::max_listen_connections, error);
-    return error ? 0 : acceptor_.local_endpoint(error).port();
-  }
-
-  void start() {
+  /// Returns the port. Throws `Problem`.
+  int start() {
+    const int port = bind(acceptor_, listener_->options, true);
     asio::co_spawn(
         acceptor_.get_executor(), [self = shared_from_this()] { return self->accept(); },
         asio::detached);
+    return port;
   }
 
   void close() {
@@ -95,64 +119,19 @@ class Acceptor : public std::enable_shared_from_this<Acceptor> {
   LoopTimer timer_;
 };
 
-namespace {
-
-std::string nameOf(const ListenOptions& options) {
-  return "The address " + options.address + ", port " + std::to_string(options.port) + ",";
-}
-
-Result<tcp::endpoint> endpointOf(const ListenOptions& options) {
-  using Read = Result<tcp::endpoint>;
-  ErrorCode error;
-  const auto address = asio::ip::make_address(options.address, error);
-  if (error || options.port < 0 || options.port > 65'535) {
-    return Read::failure(nameOf(options) + " is none.");
-  }
-  if (!address.is_loopback() && !options.beyondThisMachine) {
-    return Read::failure(
-        "The services listen on this machine alone, at 127.0.0.1, unless they are asked to listen "
-        "beyond it.");
-  }
-  return tcp::endpoint(address, static_cast<std::uint16_t>(options.port));
-}
-
-std::string problemOfPort(const ListenOptions& options) {
-  return nameOf(options) + " cannot be listened on.";
-}
-
-}  // namespace
-
-Result<std::unique_ptr<HttpListener>> HttpListener::open(EventLoops& loops, ListenOptions options,
-                                                         HttpHandler& handler) {
-  using Opened = Result<std::unique_ptr<HttpListener>>;
-  const auto endpoint = endpointOf(options);
-  if (!endpoint) return Opened::failure(endpoint.problem());
-  const auto problem = problemOfPort(options);
-  auto listener =
-      std::unique_ptr<HttpListener>(new HttpListener(loops, std::move(options), handler));
-  const auto acceptor = std::make_shared<Acceptor>(loops, loops.next(), listener->state_);
-  ErrorCode error;
-  listener->port_ = acceptor->listen(*endpoint, error);
-  if (error) return Opened::failure(problem);
-  listener->acceptor_ = acceptor;
-  acceptor->start();
-  return listener;
-}
-
-Result<int> HttpListener::probe(const ListenOptions& options) {
-  const auto endpoint = endpointOf(options);
-  if (!endpoint) return Result<int>::failure(endpoint.problem());
+int HttpListener::probe(const ListenOptions& options) {
   asio::io_context context;
   tcp::acceptor acceptor(context);
-  ErrorCode error;
-  bind(acceptor, *endpoint, error);
-  if (error) return Result<int>::failure(problemOfPort(options));
-  return int{acceptor.local_endpoint().port()};
+  return bind(acceptor, options, false);
 }
 
 HttpListener::HttpListener(EventLoops& loops, ListenOptions options, HttpHandler& handler)
     : loops_(loops),
-      state_(std::make_shared<ListenerState>(std::move(options), handler, loops.all().size())) {}
+      state_(std::make_shared<ListenerState>(std::move(options), handler, loops.all().size())) {
+  const auto acceptor = std::make_shared<Acceptor>(loops, loops.next(), state_);
+  port_ = acceptor->start();
+  acceptor_ = acceptor;
+}
 
 HttpListener::~HttpListener() {
   auto ended = state_->ended.get_future();

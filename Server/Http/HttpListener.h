@@ -6,7 +6,6 @@
 #include "Server/Http/EventLoops.h"
 #include "Server/Http/HttpMessages.h"
 #include "Server/Http/ListenOptions.h"
-#include "Values/Result.h"
 
 namespace hlv::server {
 
@@ -21,12 +20,11 @@ struct ListenerState;
 /// not called any more.
 class HttpListener {
  public:
-  /// Takes connections at once. `loops` and `handler` outlive the listener. Changes nothing when
-  /// the port is taken or the address refused.
-  static Result<std::unique_ptr<HttpListener>> open(EventLoops& loops, ListenOptions options,
-                                                    HttpHandler& handler);
-  /// The port that `open` would have now. Holds it for a moment.
-  static Result<int> probe(const ListenOptions& options);
+  /// Takes connections at once. `loops` and `handler` outlive the listener. Throws `Problem`, and
+  /// changes nothing, when the port is taken or the address refused.
+  HttpListener(EventLoops& loops, ListenOptions options, HttpHandler& handler);
+  /// The port that a listener would have now; throws as it would. Holds it for a moment.
+  static int probe(const ListenOptions& options);
   /// Within a second: idle connections and event streams are closed, requests that are held get no
   /// reply, replies under way have half a second to leave.
   ~HttpListener();
@@ -36,8 +34,6 @@ class HttpListener {
   int port() const { return port_; }
 
  private:
-  HttpListener(EventLoops& loops, ListenOptions options, HttpHandler& handler);
-
   EventLoops& loops_;
   std::shared_ptr<ListenerState> state_;
   std::weak_ptr<Acceptor> acceptor_;

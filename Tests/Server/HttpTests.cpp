@@ -114,9 +114,7 @@ class HttpTest : public ::testing::Test {
 
   void listen() {
     listener.reset();
-    auto opened = HttpListener::open(loops, options, handler);
-    ASSERT_TRUE(opened) << opened.problem();
-    listener = std::move(*opened);
+    listener = std::make_unique<HttpListener>(loops, options, handler);
     port = listener->port();
   }
 
