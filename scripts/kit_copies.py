@@ -17,8 +17,10 @@ WATCHERS = {
     "SecrecyTests": ["--gtest_brief=1"],
 }
 # A call on a null pointer and an element that a container does not have end the program, as they do
-# under the sanitizers of the tests.
-FLAGS = "-O1 -D_GLIBCXX_ASSERTIONS -fsanitize=null -fsanitize-undefined-trap-on-error"
+# under the sanitizers of the tests. What returns a reference to nothing does not build, as in a
+# strict build.
+FLAGS = ("-O1 -Werror=return-local-addr -D_GLIBCXX_ASSERTIONS -fsanitize=null "
+         "-fsanitize-undefined-trap-on-error")
 # What takes longer than this many seconds hangs, which is a way of catching.
 PATIENCE = 30
 PATIENCE_WITH_EXPLORER = 300
