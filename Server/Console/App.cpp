@@ -105,10 +105,10 @@ std::string App::reasonForNoSynchronisation(std::int64_t before) const {
   const auto kit = HLVSDKPayleven::sharedInstance();
   if (!sandbox_->signedInEmail()) return "not authorised";
   if (length(send(kit->currentGuest(), &HLVSDKGuest::paylevenToken)) == 0) return "no token";
-  for (const auto& operation : sandbox_->journal().since(before)) {
-    for (const auto& event : operation.events) {
-      if (event.to == "log" && event.what.starts_with("Will start synchrozation")) return "";
-    }
+  const auto current = sandbox_->journal().last(1);
+  for (const auto& event : current.at(0).events) {
+    const bool isStart = event.to == "log" && event.what.starts_with("Will start synchrozation");
+    if (isStart && event.number > before) return "";
   }
   return "already synchronising";
 }
