@@ -333,8 +333,13 @@ TEST_F(ValueTest, AStateIsReachableByItsLowestEightBits) {
 }
 
 TEST_F(ValueTest, ANotificationSynchronisesAnAuthorisedGuestWithATokenOnAChangeIntoReachable) {
-  const Value states[] = {Value(), 0, 1, 2, 256, 257, -1};
-  const auto byte = [](const Value& value) { return value.integerValue() & 0xff; };
+  const struct {
+    Value value;
+    bool isTrue;
+    int byte;
+  } states[] = {{Value(), false, 0}, {0, false, 0},  {1, true, 1},    {2, true, 2},
+                {256, true, 0},      {257, true, 1}, {-1, true, 255}, {false, false, 0},
+                {true, true, 1},     {0.5, true, 0}, {"1", false, 0}};
   host->guest = guest;
   const auto kit = HLVSDKPayleven::initWithConfiguration(nullptr, nullptr);
   const auto starts = [&](const std::string& name, const Dictionary& info) {
@@ -349,16 +354,17 @@ TEST_F(ValueTest, ANotificationSynchronisesAnAuthorisedGuestWithATokenOnAChangeI
       host->session->authorized = authorized;
       EXPECT_EQ(starts(UIApplicationWillEnterForegroundNotification, {}), authorized && hasToken);
       for (const auto& state : states) {
-        EXPECT_EQ(starts("authorization", {{"isAuthorized", state}}),
-                  state.boolValue() && hasToken);
+        EXPECT_EQ(starts("authorization", {{"isAuthorized", state.value}}),
+                  state.isTrue && hasToken);
         for (const auto& previous : states) {
-          EXPECT_EQ(starts("reachability", {{"state", state}, {"previous", previous}}),
-                    authorized && hasToken && byte(state) != 0 && byte(state) != byte(previous));
+          EXPECT_EQ(starts("reachability", {{"state", state.value}, {"previous", previous.value}}),
+                    authorized && hasToken && state.byte != 0 && state.byte != previous.byte);
         }
       }
     }
   });
   EXPECT_FALSE(starts("authorization", {}));
+  EXPECT_EQ(Value(0U), Value(0)) << "an unsigned number that a signed one can hold";
 }
 
 }  // namespace
