@@ -9,7 +9,7 @@
 #include "ObjC/Sandbox/SidesAsLines.h"
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Cards/TestCards.h"
-#include "Sandbox/Host/Constants.h"
+#include "Sandbox/Host/DeviceHost.h"
 #include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Sandbox.h"
 
