@@ -58,10 +58,11 @@ void ModelRunner::completeHere(const Asking& who, const Text& results) {
   takeMoves();
 }
 
-void ModelRunner::log(int level, const Text& format, const Text& argument, const Text& function) {
+void ModelRunner::log(int level, const Text& format, const NullableString& argument,
+                      const Text& function) {
   for (const Text logger : {"remote ", "console "}) {
     expect(logger + std::to_string(level) + " \"" + format + "\"" +
-           (argument.empty() ? "" : " <" + argument + ">") + " at " + function);
+           (argument ? " <" + *argument + ">" : "") + " at " + function);
   }
 }
 

@@ -97,7 +97,7 @@ class ModelRunner {
   /// Completes here and now.
   void completeHere(const Asking& who, const Text& results);
   /// Writes to the remote logger and then to the console, with the same words.
-  void log(int level, const Text& format, const Text& argument, const Text& function);
+  void log(int level, const Text& format, const NullableString& argument, const Text& function);
 
   const Scenario& scenario_;
   std::int64_t network_ = 1;

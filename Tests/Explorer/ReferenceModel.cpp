@@ -214,7 +214,7 @@ void ReferenceModel::addFurther(const Asking& who) {
       return complete(who, "none, none, " + error);
     }
     if (!instrument || !instrument->id) {
-      log(1, failedToAdd + notIdentified, "", addNewBlock);
+      log(1, failedToAdd + notIdentified, std::nullopt, addNewBlock);
       return completeBuilt(who, [this](bool) {
         return "none, none, " + made(required("identifier", notIdentified, addNewBlock, "AddNew"));
       });
@@ -339,7 +339,7 @@ void ReferenceModel::synchronize(const Asking& who) {
   if (!guestToken_) {
     return expect("assert parameter guest.paylevenToken: " + cannot + "without payleven token");
   }
-  log(4, "Will start synchrozation between external payment system and halvo", "",
+  log(4, "Will start synchrozation between external payment system and halvo", std::nullopt,
       synchronizeMethod);
   *self = true;
   const auto fetched = std::make_shared<Fetched>();
@@ -405,7 +405,8 @@ void ReferenceModel::finish(const Asking& who, const Fetched& fetched, bool& syn
     return report("failure, " + fetched.error);
   }
   if (fetched.pairs.empty()) {
-    log(3, "Nothing to synchronize. No external payment instruments", "", synchronizeBlock);
+    log(3, "Nothing to synchronize. No external payment instruments", std::nullopt,
+        synchronizeBlock);
     return report("success, none");
   }
   for (const auto& pair : fetched.pairs) {
@@ -422,10 +423,11 @@ void ReferenceModel::finish(const Asking& who, const Fetched& fetched, bool& syn
            const Text what = " remove payment instrument from external payment system";
            removed.failed() ? log(3, "Failed to" + what + ". %@", "localized " + removed.error,
                                   synchronizeBlock + "_2")
-                            : log(3, "Successfully" + what, "", synchronizeBlock + "_2");
+                            : log(3, "Successfully" + what, std::nullopt, synchronizeBlock + "_2");
          });
   }
-  log(3, "Successfully synchronized external payment system with halvo", "", synchronizeBlock);
+  log(3, "Successfully synchronized external payment system with halvo", std::nullopt,
+      synchronizeBlock);
   report("success, none");
   synchronizing = false;
 }
