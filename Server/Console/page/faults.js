@@ -101,8 +101,8 @@ async function send(button) {
 }
 
 function disarm(button, faults) {
-  const one = faults.length === 1 && stored.faults.length > 1;
-  act(button, () => request('DELETE', one ? `v1/sandbox/faults/${faults[0].number}` : 'v1/sandbox/faults'), () => ({
+  const [{ number }, ...others] = faults;
+  act(button, () => request('DELETE', others.length > 0 ? 'v1/sandbox/faults' : `v1/sandbox/faults/${number}`), () => ({
     text: faults.length === 1 ? `Removed ${described(faults[0])}.` : `Removed ${faults.length} faults.`,
     undo: { run: () => Promise.all(faults.map(arm)), done: 'Armed again.' },
   }));
