@@ -1,4 +1,3 @@
-
 #include "Sandbox/JSON/SandboxRecords.h"
 #include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
