@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <filesystem>
 #include <future>
 #include <iterator>
@@ -162,6 +163,23 @@ TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
   queue->async([held] {});  // Goes nowhere.
   main->async([held] {});
   EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(DefaultPlatformExitTest, TheTwoSharedThreadsEndBeforeWhatIsOlderThanThePlatform) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // In a process that never had other threads.
+  const auto exitWithTheNumberOfEndedThreads = [] {
+    static std::atomic<int> ended{0};
+    struct Ending {
+      ~Ending() { ++ended; }
+    };
+    std::atexit([] { std::_Exit(ended); });
+    const auto before = threadsOfThisProcess();
+    const auto platform = DefaultPlatform::shared();
+    platform->makeSerialQueue("label")->async([] { static thread_local Ending ending; });
+    platform->runUntil([&] { return platform->isIdle(); });
+    if (threadsOfThisProcess() == before + 2) std::exit(2);
+  };
+  EXPECT_EXIT(exitWithTheNumberOfEndedThreads(), ::testing::ExitedWithCode(1), "");
 }
 
 }  // namespace
