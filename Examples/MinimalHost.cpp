@@ -107,7 +107,7 @@ struct UpdateGuestRequest final : hlv::HLVSDKUpdateGuestRequestInfo {
 };
 
 /// The host's half of a request that registers a card.
-struct AddCardBody final : hlv::HLVSDKAddCreditCardRequestInfo::Body {
+struct AddCardBody final : hlv::HLVSDKAddCreditCardRequestBody {
   hlv::Dictionary card;
   std::int64_t providerNumber = 0;
 
@@ -262,7 +262,7 @@ class MinimalHost final : public hlv::Host {
   }
   std::shared_ptr<hlv::HLVSDKLogger> remoteLogger() override { return nullptr; }
   std::shared_ptr<hlv::HLVSDKLogger> consoleLogger() override { return logger_; }
-  std::shared_ptr<hlv::HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
+  std::shared_ptr<hlv::HLVSDKAddCreditCardRequestBody> makeAddCreditCardRequestBody(
       const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& instrument,
       const std::shared_ptr<hlv::HLVSDKPaymentBillingAddress>&) override {
     const auto number = *instrument->pan();

@@ -8,8 +8,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
-#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Values/Export.h"
 #include "Values/NullableString.h"
 #include "Values/Object.h"
@@ -18,6 +16,7 @@ namespace hlv {
 
 class HLVErrorFacade;
 class HLVSDKAPIManager;
+class HLVSDKAddCreditCardRequestBody;
 class HLVSDKGuest;
 class HLVSDKLogger;
 class HLVSDKPaymentBillingAddress;
@@ -27,6 +26,7 @@ class HLVSDKUpdateGuestRequestInfo;
 class HLVSession;
 class PLVCreditCardPaymentInstrument;
 class PLVInAppClient;
+struct HLVSDKConstants;
 
 /// Every class operation and constant of the classes in this folder asks the installed host. While
 /// none is installed they return null, and the first one writes so to standard error.
@@ -65,7 +65,7 @@ class HLV_EXPORT Host : public Object {
   virtual std::shared_ptr<HLVSDKLogger> consoleLogger() = 0;
 
   // The host SDK's payments, authentication and errors.
-  virtual std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
+  virtual std::shared_ptr<HLVSDKAddCreditCardRequestBody> makeAddCreditCardRequestBody(
       const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) = 0;
   virtual std::shared_ptr<HLVSession> activeSession() = 0;

@@ -4,6 +4,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConfiguration.h"
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"

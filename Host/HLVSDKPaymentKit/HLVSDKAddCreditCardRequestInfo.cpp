@@ -16,7 +16,7 @@ HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(
       new HLVSDKAddCreditCardRequestInfo(std::move(body)));
 }
 
-std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> HLVSDKAddCreditCardRequestInfo::makeBody(
+std::shared_ptr<HLVSDKAddCreditCardRequestBody> HLVSDKAddCreditCardRequestInfo::makeBody(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
   return Host::ask(&Host::makeAddCreditCardRequestBody, instrument, address);

@@ -14,21 +14,23 @@ namespace hlv {
 class HLVSDKPaymentBillingAddress;
 class HLVSDKPaymentInstrument;
 
+/// The host's part of one request. Implementations must
+/// - write a dictionary under "credit_card", without the card's number or security code;
+/// - accept the provider value 0.
+class HLV_EXPORT HLVSDKAddCreditCardRequestBody : public Object {
+ public:
+  virtual void setProvider(std::int64_t provider) = 0;
+  virtual Dictionary JSONRepresentation() const = 0;
+  /// `error` may be null.
+  [[nodiscard]] virtual bool isValid(ErrorPtr* error) const = 0;
+};
+
 /// Kits derive from this class; what it writes and checks is the installed host's, through `Body`.
 ///
 /// Threading: one thread at a time.
 class HLV_EXPORT HLVSDKAddCreditCardRequestInfo : public Object {
  public:
-  /// The host's part of one request. Implementations must
-  /// - write a dictionary under "credit_card", without the card's number or security code;
-  /// - accept the provider value 0.
-  class HLV_EXPORT Body : public Object {
-   public:
-    virtual void setProvider(std::int64_t provider) = 0;
-    virtual Dictionary JSONRepresentation() const = 0;
-    /// `error` may be null.
-    [[nodiscard]] virtual bool isValid(ErrorPtr* error) const = 0;
-  };
+  using Body = HLVSDKAddCreditCardRequestBody;
 
   /// `-initWithPaymentInstrument:billingAddress:`. Null when the host makes no body.
   [[nodiscard]] static std::shared_ptr<HLVSDKAddCreditCardRequestInfo> initWithPaymentInstrument(

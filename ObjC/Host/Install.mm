@@ -4,6 +4,8 @@
 #include <mutex>
 #include <utility>
 
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/Host.h"
 #include "ObjC/Foundation/BlocksRuntime.h"
 #include "ObjC/Foundation/FoundationPlatform.h"
@@ -109,7 +111,7 @@ class FrameworkHost final : public Host {
     return adapted<Logger>([::HLVSDKConsoleLogger sharedLogger]);
   }
 
-  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
+  std::shared_ptr<HLVSDKAddCreditCardRequestBody> makeAddCreditCardRequestBody(
       const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override {
     return std::make_shared<RequestBody>(instrument, address);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <utility>
 
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Values.h"
@@ -16,7 +17,7 @@
 namespace hlv::objc {
 
 /// What the Objective-C request is made of, once the core hands it out.
-class RequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
+class RequestBody final : public HLVSDKAddCreditCardRequestBody {
  public:
   RequestBody(std::shared_ptr<HLVSDKPaymentInstrument> instrument,
               std::shared_ptr<HLVSDKPaymentBillingAddress> address)

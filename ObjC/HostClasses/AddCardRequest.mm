@@ -2,6 +2,7 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Values.h"
@@ -12,7 +13,7 @@ using hlv::objc::toNSDictionary;
 using hlv::objc::toNSError;
 using hlv::host_classes::behind;
 using hlv::host_classes::playedHost;
-using Body = hlv::HLVSDKAddCreditCardRequestInfo::Body;
+using Body = hlv::HLVSDKAddCreditCardRequestBody;
 
 @interface HLVSDKAddCreditCardRequestInfo (HLVCoreObject) <HLVCoreObject>
 @end

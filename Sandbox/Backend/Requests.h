@@ -28,7 +28,7 @@ class UpdateGuestRequest final : public HLVSDKUpdateGuestRequestInfo {
 /// refused.
 ///
 /// Threading: one thread at a time.
-class AddCardBody final : public HLVSDKAddCreditCardRequestInfo::Body {
+class AddCardBody final : public HLVSDKAddCreditCardRequestBody {
  public:
   AddCardBody(std::shared_ptr<HLVSDKPaymentInstrument> card,
               std::shared_ptr<HLVSDKPaymentBillingAddress> address)

@@ -89,7 +89,7 @@ void DeviceHost::report(const std::string& assertion) {
   parts_->consoleLog->write(1, "Assertion: " + assertion);
 }
 
-std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> DeviceHost::makeAddCreditCardRequestBody(
+std::shared_ptr<HLVSDKAddCreditCardRequestBody> DeviceHost::makeAddCreditCardRequestBody(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
   return std::make_shared<AddCardBody>(instrument, address);

@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/Host.h"
 
 namespace hlv::sandbox {
@@ -30,7 +32,7 @@ class DeviceHost : public Host {
   std::shared_ptr<HLVSDKLogger> remoteLogger() override;
   std::shared_ptr<HLVSDKLogger> consoleLogger() override;
 
-  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
+  std::shared_ptr<HLVSDKAddCreditCardRequestBody> makeAddCreditCardRequestBody(
       const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override;
   std::shared_ptr<HLVSession> activeSession() override;

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Tests/Support/KitTest.h"

@@ -1,3 +1,4 @@
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Platform/Platform.h"

@@ -57,7 +57,7 @@ class TracingLogger final : public HLVSDKLogger {
   const std::string name_;
 };
 
-class RequestBody final : public HLVSDKAddCreditCardRequestInfo::Body {
+class RequestBody final : public HLVSDKAddCreditCardRequestBody {
  public:
   explicit RequestBody(ScriptedHost* host) : host_(host) {}
   void setProvider(std::int64_t provider) override { host_->requestProvider = provider; }
@@ -204,7 +204,7 @@ void ScriptedHost::handleParameterAssert(const NullableString& parameter,
   record(trace_, "assert parameter ", parameter, ": ", message);
 }
 
-std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> ScriptedHost::makeAddCreditCardRequestBody(
+std::shared_ptr<HLVSDKAddCreditCardRequestBody> ScriptedHost::makeAddCreditCardRequestBody(
     const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
     const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) {
   if (!requestBody) return nullptr;

@@ -9,8 +9,10 @@
 #include <vector>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/Host.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
@@ -134,7 +136,7 @@ class ScriptedHost : public Host {
                              const NullableString& message) override;
   std::shared_ptr<HLVSDKLogger> remoteLogger() override { return remoteLogger_; }
   std::shared_ptr<HLVSDKLogger> consoleLogger() override { return consoleLogger_; }
-  std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> makeAddCreditCardRequestBody(
+  std::shared_ptr<HLVSDKAddCreditCardRequestBody> makeAddCreditCardRequestBody(
       const std::shared_ptr<HLVSDKPaymentInstrument>& instrument,
       const std::shared_ptr<HLVSDKPaymentBillingAddress>& address) override;
   std::shared_ptr<HLVSession> activeSession() override { return session; }
@@ -149,7 +151,7 @@ class ScriptedHost : public Host {
 
  private:
   const std::shared_ptr<HLVSDKLogger> remoteLogger_, consoleLogger_;
-  const std::shared_ptr<HLVSDKAddCreditCardRequestInfo::Body> body_;
+  const std::shared_ptr<HLVSDKAddCreditCardRequestBody> body_;
 };
 
 }  // namespace hlv::testing
