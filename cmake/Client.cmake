@@ -19,7 +19,6 @@ add_library(HLVSDKPaylevenKit::Client ALIAS HLVSDKPaylevenClient)
 set_target_properties(HLVSDKPaylevenClient PROPERTIES EXPORT_NAME Client)
 target_sources(HLVSDKPaylevenClient PRIVATE
   Client/HttpClient.cpp
-  Client/HttpExchange.cpp
   Client/RemoteBackend.cpp
   Client/RemoteHost.cpp
   Client/RemoteProvider.cpp
