@@ -50,7 +50,6 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/SandboxResources.cpp
   Server/Api/World.cpp
   Server/Console/App.cpp
-  Server/Console/ConsoleRecords.cpp
   Server/Console/ConsoleResources.cpp
   Server/Console/LiveFeed.cpp
   Server/Server.cpp
