@@ -41,10 +41,8 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/Exchange.cpp
   Server/Api/Har.cpp
   Server/Api/Idempotency.cpp
-  Server/Api/Inputs.cpp
   Server/Api/ProviderResources.cpp
-  Server/Api/Registry+Describe.cpp
-  Server/Api/Registry+Snapshots.cpp
+  Server/Api/Registry+Create.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxResources.cpp

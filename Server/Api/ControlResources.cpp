@@ -13,7 +13,6 @@
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Scenarios.h"
-#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -123,15 +122,14 @@ HttpReply sidesReply(Database& database, int status, const std::string& guest) {
 void addSides(ApiRoutes& routes) {
   routes.read("v1/sandbox/sides", [](Database& database, const Exchange& exchange) {
     const auto guest =
-        guestMeant(database, exchange.request.queryValue("guest"), sessionOf(exchange.request));
+        guestMeant(database, exchange.request.queryValue("guest"), exchange.session());
     return sidesReply(database, 200, guest);
   });
   routes.write("POST", "v1/sandbox/scenarios", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"name", "guest"});
     const auto scenario = scenarioIn(body);
-    const auto guest =
-        guestMeant(database, sandbox::textIn(body, "guest"), sessionOf(exchange.request));
+    const auto guest = guestMeant(database, sandbox::textIn(body, "guest"), exchange.session());
     requirePossible("scenario-refused",
                     [&] { return sandbox::makeScenario(database, guest, scenario); });
     return sidesReply(database, 200, guest);
@@ -143,7 +141,7 @@ void addSides(ApiRoutes& routes) {
     fields.useCase = sandbox::textIn(body, "use_case").value_or(fields.useCase);
     const auto card = sandbox::EnteredCard::make(std::move(fields));
     replyWriting(exchange, [card, named = sandbox::textIn(body, "guest"),
-                            session = sessionOf(exchange.request)](Database& database) {
+                            session = exchange.session()](Database& database) {
       const auto guest = guestMeant(database, named, session);
       requirePossible("instrument-refused", [&] {
         sandbox::provider::storeOrphan(database, guest, *card);
@@ -200,8 +198,8 @@ void readLog(ApiRoutes& routes, std::string_view path, ApiRoutes::Work work) {
 
 Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usualLimit) {
   const auto& request = exchange.request;
-  const RequestFilter filter{numberIn(request, "after", 0, 0, INT64_MAX),
-                             numberIn(request, "limit", usualLimit, 0, 1'000),
+  const RequestFilter filter{exchange.number("after", 0, 0, INT64_MAX),
+                             exchange.number("limit", usualLimit, 0, 1'000),
                              request.queryValue("method"),
                              request.queryValue("status"),
                              request.queryValue("path"),
