@@ -39,7 +39,6 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/ControlResources.cpp
   Server/Api/ErrorReplies.cpp
   Server/Api/Exchange.cpp
-  Server/Api/Har.cpp
   Server/Api/Idempotency.cpp
   Server/Api/ProviderResources.cpp
   Server/Api/Registry+Create.cpp
