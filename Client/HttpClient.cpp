@@ -303,4 +303,11 @@ ClientReply HttpClient::send(ClientRequest request) const {
   return coming.get();
 }
 
+Json HttpClient::ask(const std::string& method, const std::string& target, Json body) const {
+  // The provider takes any key.
+  auto reply = send({method, target, std::move(body), "paylevenkit"});
+  if (!reply.error) return std::move(reply.body);
+  throw ClientError(reply.error->localizedDescription().value_or("The service cannot be used."));
+}
+
 }  // namespace hlv::client

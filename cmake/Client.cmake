@@ -25,8 +25,7 @@ target_sources(HLVSDKPaylevenClient PRIVATE
   Client/RemoteService.cpp
   Client/RemoteTester.cpp
   Client/Sandboxes.cpp
-  Client/ServiceURL.cpp
-  Client/TestSandbox.cpp)
+  Client/ServiceURL.cpp)
 target_link_libraries(HLVSDKPaylevenClient
   PUBLIC HLVSDKPaylevenSandbox
   PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> hlv_beast hlv_records)
