@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "Client/ClientError.h"
 #include "Client/ServiceURL.h"
 #include "Sandbox/JSON/Json.h"
 #include "Values/Error.h"
@@ -88,6 +89,18 @@ class HttpClient {
   }
   /// Waits for the reply; on the loop's own thread too, where completions run.
   ClientReply send(ClientRequest request) const;
+  /// The same for test control and the list of sandboxes. Throws `ClientError` for every error, and
+  /// for a reply that cannot be read.
+  Json ask(const std::string& method, const std::string& target, Json body = {}) const;
+  /// What `read` makes of the reply's body.
+  template <class Read>
+  auto ask(const std::string& method, const std::string& target, Json body, Read read) const {
+    try {
+      return read(ask(method, target, std::move(body)));
+    } catch (const sandbox::InvalidRecord&) {
+      throw ClientError("The service's reply cannot be read.");
+    }
+  }
 
  private:
   const ServiceURL url_;

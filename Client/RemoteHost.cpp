@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "Client/ControlClient.h"
 #include "Client/RemoteService.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
@@ -125,7 +124,7 @@ RemoteHost::Sides RemoteHost::sides() {
 
 std::shared_ptr<RemoteTester> RemoteHost::tester() const {
   return std::make_shared<RemoteTester>(
-      std::make_shared<ControlClient>(services_->providerClient),
+      std::make_shared<HttpClient>(services_->providerClient),
       [local = services_->local] { return local->signedInEmail(); });
 }
 

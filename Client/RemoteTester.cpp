@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Client/ControlClient.h"
+#include "Client/HttpClient.h"
 #include "Sandbox/JSON/FaultRecords.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/SandboxRecords.h"
@@ -32,15 +32,13 @@ Json withGuest(Json body, const NullableString& guest) {
 
 }  // namespace
 
-RemoteTester::RemoteTester(std::shared_ptr<const ControlClient> controlClient,
+RemoteTester::RemoteTester(std::shared_ptr<const HttpClient> client,
                            std::function<NullableString()> guest)
-    : control_(std::move(controlClient)), guest_(std::move(guest)) {}
-
-RemoteTester::~RemoteTester() = default;
+    : control_(std::move(client)), guest_(std::move(guest)) {}
 
 Result<> RemoteTester::addOrphanInstrument(const sandbox::CardFields& card) {
   return resultOf([&] {
-    control_->send(
+    control_->ask(
         "POST", control("/instruments"),
         withGuest({{"use_case", card.useCase},
                    {"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(card))}},
@@ -51,15 +49,15 @@ Result<> RemoteTester::addOrphanInstrument(const sandbox::CardFields& card) {
 
 Result<> RemoteTester::makeScenario(sandbox::Scenario scenario) {
   return resultOf([&] {
-    control_->send("POST", control("/scenarios"),
-                   withGuest({{"name", sandbox::textOf(scenario)}}, guest_()));
+    control_->ask("POST", control("/scenarios"),
+                  withGuest({{"name", sandbox::textOf(scenario)}}, guest_()));
     return Done();
   });
 }
 
 Result<std::int64_t> RemoteTester::arm(const sandbox::Fault& fault) {
   return resultOf<std::int64_t>([&] {
-    return control_->send(
+    return control_->ask(
         "POST", control("/faults"), sandbox::newFaultJson(fault), [](const Json& body) {
           return sandbox::requiredIntegerIn(sandbox::objectIn(body, "fault"), "number");
         });
@@ -67,42 +65,33 @@ Result<std::int64_t> RemoteTester::arm(const sandbox::Fault& fault) {
 }
 
 std::vector<sandbox::Fault> RemoteTester::armed() {
-  return control_->send("GET", control("/faults"), nullptr, [](const Json& body) {
+  return control_->ask("GET", control("/faults"), nullptr, [](const Json& body) {
     return sandbox::recordsIn(sandbox::listIn(body, "faults"), sandbox::faultIn);
   });
 }
 
 std::vector<sandbox::Firing> RemoteTester::firings() {
-  return control_->send("GET", control("/firings"), nullptr, [](const Json& body) {
+  return control_->ask("GET", control("/firings"), nullptr, [](const Json& body) {
     return sandbox::recordsIn(sandbox::listIn(body, "firings"), sandbox::firingIn);
   });
 }
 
-void RemoteTester::clearFaults() { control_->send("DELETE", control("/faults")); }
-
-sandbox::Fault RemoteTester::fault(std::int64_t number) const {
-  return control_->send("GET", faultPath(number), nullptr, sandbox::faultIn);
-}
+void RemoteTester::clearFaults() { control_->ask("DELETE", control("/faults")); }
 
 sandbox::Fault RemoteTester::changeFault(std::int64_t number, const sandbox::Fault& fault) const {
-  return control_->send("PATCH", faultPath(number), sandbox::newFaultJson(fault), sandbox::faultIn);
+  return control_->ask("PATCH", faultPath(number), sandbox::newFaultJson(fault), sandbox::faultIn);
 }
 
 void RemoteTester::removeFault(std::int64_t number) const {
-  control_->send("DELETE", faultPath(number));
+  control_->ask("DELETE", faultPath(number));
 }
 
 sandbox::SandboxDescription RemoteTester::reset() const {
-  return control_->send("POST", control("/reset"), Json::object(), sandbox::sandboxIn);
-}
-
-bool RemoteTester::isNetworkOn() const {
-  return control_->send("GET", control("/network"), nullptr,
-                        [](const Json& body) { return sandbox::requiredFlagIn(body, "on"); });
+  return control_->ask("POST", control("/reset"), Json::object(), sandbox::sandboxIn);
 }
 
 void RemoteTester::setNetworkOn(bool isOn) const {
-  control_->send("PUT", control("/network"), {{"on", isOn}});
+  control_->ask("PUT", control("/network"), {{"on", isOn}});
 }
 
 }  // namespace hlv::client

@@ -12,7 +12,7 @@
 
 namespace hlv::client {
 
-class ControlClient;
+class HttpClient;
 
 /// Asks the test control of a sandbox, below the provider's URL, and waits for the replies. Members
 /// beside those of `sandbox::Tester` throw `ClientError`.
@@ -22,8 +22,7 @@ class RemoteTester final : public sandbox::Tester {
  public:
   /// `guest` names the guest whom instruments and scenarios are for; missing leaves it to the
   /// service.
-  RemoteTester(std::shared_ptr<const ControlClient> control, std::function<NullableString()> guest);
-  ~RemoteTester() override;
+  RemoteTester(std::shared_ptr<const HttpClient> control, std::function<NullableString()> guest);
 
   Result<> addOrphanInstrument(const sandbox::CardFields& card) override;
   Result<> makeScenario(sandbox::Scenario scenario) override;
@@ -32,20 +31,17 @@ class RemoteTester final : public sandbox::Tester {
   std::vector<sandbox::Firing> firings() override;
   void clearFaults() override;
 
-  // One fault by its number.
-
-  sandbox::Fault fault(std::int64_t number) const;
   /// Replaces everything but the number. Returns what is armed now.
   sandbox::Fault changeFault(std::int64_t number, const sandbox::Fault& fault) const;
   void removeFault(std::int64_t number) const;
 
   /// Forgets everything in the sandbox. Returns what is left.
   sandbox::SandboxDescription reset() const;
-  bool isNetworkOn() const;
+  /// Switches the network of the sandbox, not of this side.
   void setNetworkOn(bool isOn) const;
 
  private:
-  const std::shared_ptr<const ControlClient> control_;
+  const std::shared_ptr<const HttpClient> control_;
   const std::function<NullableString()> guest_;
 };
 

@@ -1,8 +1,10 @@
 #include "Client/Sandboxes.h"
 
-#include "Client/ControlClient.h"
-#include "Client/ServiceURL.h"
+#include <utility>
+
+#include "Client/HttpClient.h"
 #include "Sandbox/JSON/SandboxRecords.h"
+#include "Values/Error.h"
 
 namespace hlv::client {
 namespace {
@@ -31,12 +33,11 @@ SandboxClient::SandboxClient(const std::string& providerURL) {
     id_ = url->path.substr(end + 1);
     url->path.resize(end - std::string("/sandboxes").size());
   }
-  control_ = std::make_shared<ControlClient>(
-      HttpClient(std::move(*url), timeout, std::make_shared<HttpLoop>()));
+  control_ = std::make_shared<HttpClient>(std::move(*url), timeout, std::make_shared<HttpLoop>());
 }
 
 SandboxDescription SandboxClient::create(const NewSandbox& options) const {
-  return control_->send("POST", sandboxes, sandbox::jsonOf(options), sandbox::sandboxIn);
+  return control_->ask("POST", sandboxes, sandbox::jsonOf(options), sandbox::sandboxIn);
 }
 
 std::vector<SandboxDescription> SandboxClient::list() const {
@@ -45,7 +46,7 @@ std::vector<SandboxDescription> SandboxClient::list() const {
   do {
     auto target = std::string(sandboxes).append("?limit=1000");
     if (next) target.append("&after=").append(percentEncoded(*next));
-    control_->send("GET", target, nullptr, [&](const Json& body) {
+    control_->ask("GET", target, nullptr, [&](const Json& body) {
       for (const auto& item : sandbox::listIn(body, "sandboxes"))
         all.push_back(sandbox::sandboxIn(item));
       next = sandbox::textIn(body, "next");
@@ -55,47 +56,81 @@ std::vector<SandboxDescription> SandboxClient::list() const {
 }
 
 SandboxDescription SandboxClient::describe(const std::string& id) const {
-  return control_->send("GET", sandboxPath(id), nullptr, sandbox::sandboxIn);
+  return control_->ask("GET", sandboxPath(id), nullptr, sandbox::sandboxIn);
 }
 
 void SandboxClient::remove(const std::string& id) const {
-  control_->send("DELETE", sandboxPath(id));
+  control_->ask("DELETE", sandboxPath(id));
 }
 
 SandboxDescription SandboxClient::reset(const std::string& id) const {
-  return control_->send("POST", controlPath(id, "/reset"), Json::object(), sandbox::sandboxIn);
+  return control_->ask("POST", controlPath(id, "/reset"), Json::object(), sandbox::sandboxIn);
 }
 
 SnapshotDescription SandboxClient::snapshot(const std::string& id) const {
-  return control_->send("POST", controlPath(id, "/snapshots"), Json::object(), sandbox::snapshotIn);
+  return control_->ask("POST", controlPath(id, "/snapshots"), Json::object(), sandbox::snapshotIn);
 }
 
 SandboxDescription SandboxClient::restore(const std::string& id,
                                           const std::string& snapshot) const {
-  return control_->send("POST", controlPath(id, "/restore"), {{"snapshot", snapshot}},
-                        sandbox::sandboxIn);
+  return control_->ask("POST", controlPath(id, "/restore"), {{"snapshot", snapshot}},
+                       sandbox::sandboxIn);
 }
 
 std::vector<SnapshotDescription> SandboxClient::snapshots() const {
-  return control_->send("GET", "/v1/snapshots", nullptr, [](const Json& body) {
+  return control_->ask("GET", "/v1/snapshots", nullptr, [](const Json& body) {
     return sandbox::recordsIn(sandbox::listIn(body, "snapshots"), sandbox::snapshotIn);
   });
 }
 
 void SandboxClient::removeSnapshot(const std::string& snapshot) const {
-  control_->send("DELETE", "/v1/snapshots/" + percentEncoded(snapshot));
+  control_->ask("DELETE", "/v1/snapshots/" + percentEncoded(snapshot));
 }
 
 std::string SandboxClient::clock(const std::string& id) const {
-  return control_->send("GET", controlPath(id, "/clock"), nullptr, clockIn);
+  return control_->ask("GET", controlPath(id, "/clock"), nullptr, clockIn);
 }
 
 std::string SandboxClient::setClock(const std::string& id, const std::string& time) const {
-  return control_->send("PUT", controlPath(id, "/clock"), {{"now", time}}, clockIn);
+  return control_->ask("PUT", controlPath(id, "/clock"), {{"now", time}}, clockIn);
 }
 
 std::string SandboxClient::advanceClock(const std::string& id, std::int64_t seconds) const {
-  return control_->send("PUT", controlPath(id, "/clock"), {{"advance_seconds", seconds}}, clockIn);
+  return control_->ask("PUT", controlPath(id, "/clock"), {{"advance_seconds", seconds}}, clockIn);
+}
+
+// One for a test.
+
+TestSandbox TestSandbox::create(const std::string& providerURL, const NewSandbox& options) {
+  return {std::make_shared<SandboxClient>(providerURL), options};
+}
+
+TestSandbox::TestSandbox(std::shared_ptr<const SandboxClient> client, const NewSandbox& options)
+    : client_(std::move(client)) {
+  auto opened = sandbox::Sandbox::openInMemory();
+  if (!opened) throw ClientError(opened.problem());
+  local_ = std::move(*opened);
+  description_ = client_->create(options);
+  host_ = RemoteHost::open(local_, {backendURL(), providerURL()});
+}
+
+TestSandbox::~TestSandbox() {
+  if (!client_) return;  // Moved from.
+  host_.reset();
+  local_.reset();
+  try {
+    client_->remove(description_.id);
+  } catch (const ClientError&) {
+    // The server may be gone, and the sandbox with it; otherwise its time ends.
+  }
+}
+
+void TestSandbox::signIn(const std::string& email) const {
+  if (const auto error = host_->signIn(email)) {
+    throw ClientError(error->localizedDescription().value_or("The guest cannot be signed in."));
+  }
+  const auto signedIn = local_->signIn(email);
+  if (!signedIn) throw ClientError(signedIn.problem());
 }
 
 }  // namespace hlv::client

@@ -16,7 +16,7 @@ using sandbox::NewSandbox;
 using sandbox::SandboxDescription;
 using sandbox::SnapshotDescription;
 
-class ControlClient;
+class HttpClient;
 
 /// Creates sandboxes and controls them by their ids; "default" is the server's own. Every member
 /// waits for the reply, and throws `ClientError` when it cannot do what it says.
@@ -50,7 +50,7 @@ class SandboxClient {
 
  private:
   std::string id_ = "default";
-  std::shared_ptr<const ControlClient> control_;
+  std::shared_ptr<const HttpClient> control_;
 };
 
 /// A sandbox of a test's own, and a host that uses it:

@@ -1,7 +1,6 @@
 #include "Server/Server.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -21,6 +20,7 @@ constexpr std::chrono::milliseconds maintenancePeriod{200};
 
 /// One of the three listeners.
 struct Listening {
+  std::string name;
   ApiHandler handler;
   int wantedPort;
   std::string url;
@@ -33,7 +33,7 @@ int portIn(const std::string& text) {
   return port > 0 && port <= greatest ? static_cast<int>(port) : 0;
 }
 
-std::string noteOf(const std::string& name) { return "port of the " + name; }
+std::string noteOf(const Listening& each) { return "port of the " + each.name; }
 
 }  // namespace
 
@@ -41,9 +41,10 @@ struct Server::Parts {
   explicit Parts(const ServerOptions& options)
       : registry(options.storePath, options.seed, writers),
         loops(options.loops == 0 ? cores : options.loops),
-        backend{ApiHandler("backend", registry, false), options.backendPort, options.backendURL},
-        provider{ApiHandler("provider", registry, true), options.providerPort, options.providerURL},
-        console{ApiHandler("console", registry, false), options.consolePort, options.consoleURL} {
+        backend{"backend", {"backend", registry, false}, options.backendPort, options.backendURL},
+        provider{
+            "provider", {"provider", registry, true}, options.providerPort, options.providerURL},
+        console{"console", {"console", registry, false}, options.consolePort, options.consoleURL} {
     addBackendRoutes(backend.handler.routes());
     addProviderRoutes(provider.handler.routes());
     addConsoleRoutes(console.handler.routes(), registry, app);
@@ -51,12 +52,11 @@ struct Server::Parts {
       addControlRoutes(each->handler.routes(), registry);
       auto& common = each->handler.commonRoutes();
       addSandboxRoutes(common, registry);
-      common.add("GET", "v1/sandbox/openapi.json", replyingDocument(openAPI("control")));
-      common.add("GET", "v1/sandboxes/openapi.json", replyingDocument(openAPI("sandboxes")));
+      addDocument(common, "v1/sandbox/openapi.json", "control");
+      addDocument(common, "v1/sandboxes/openapi.json", "sandboxes");
     }
-    backend.handler.commonRoutes().add("GET", "openapi.json", replyingDocument(openAPI("backend")));
-    provider.handler.commonRoutes().add("GET", "openapi.json",
-                                        replyingDocument(openAPI("provider")));
+    addDocument(backend.handler.commonRoutes(), "openapi.json", "backend");
+    addDocument(provider.handler.commonRoutes(), "openapi.json", "provider");
   }
 
   ~Parts() {
@@ -67,30 +67,27 @@ struct Server::Parts {
 
   /// Throws `Problem`.
   void listen(const ListenOptions& listening) {
-    const std::array<std::pair<const char*, Listening*>, 3> all{
-        {{"backend", &backend}, {"provider", &provider}, {"console", &console}}};
-    for (const auto& [name, each] : all) each->listener = listenAgain(name, *each, listening);
-    for (const auto& [name, each] : all) {
+    for (auto* each : {&backend, &provider, &console}) listenAgain(*each, listening);
+    for (auto* each : {&backend, &provider, &console}) {
       const auto port = std::to_string(each->listener->port());
-      if (registry.note(noteOf(name)) != port) registry.setNote(noteOf(name), port);
+      if (registry.note(noteOf(*each)) != port) registry.setNote(noteOf(*each), port);
       if (each->url.empty()) each->url = "http://" + listening.address + ":" + port;
     }
     registry.setURLs({backend.url, provider.url, console.url});
   }
 
   /// At the port of the store's last server, so that whoever kept its URL finds it again.
-  std::unique_ptr<HttpListener> listenAgain(const std::string& name, Listening& wanted,
-                                            ListenOptions listening) {
-    if (wanted.wantedPort == 0) {
-      listening.port = portIn(registry.note(noteOf(name)).value_or(""));
-      try {
-        return std::make_unique<HttpListener>(loops, listening, wanted.handler);
-      } catch (const Problem&) {
-        // Another program has it now.
-      }
+  void listenAgain(Listening& wanted, ListenOptions listening) {
+    const auto listen = [&](int port) {
+      listening.port = port;
+      wanted.listener = std::make_unique<HttpListener>(loops, listening, wanted.handler);
+    };
+    if (wanted.wantedPort != 0) return listen(wanted.wantedPort);
+    try {
+      listen(portIn(registry.note(noteOf(wanted)).value_or("")));
+    } catch (const Problem&) {
+      listen(0);  // Another program has it now.
     }
-    listening.port = wanted.wantedPort;
-    return std::make_unique<HttpListener>(loops, listening, wanted.handler);
   }
 
   void maintain() {

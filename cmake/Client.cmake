@@ -19,15 +19,13 @@ add_library(HLVSDKPaylevenKit::Client ALIAS HLVSDKPaylevenClient)
 set_target_properties(HLVSDKPaylevenClient PROPERTIES EXPORT_NAME Client)
 target_sources(HLVSDKPaylevenClient PRIVATE
   Client/HttpClient.cpp
-  Client/HttpExchange.cpp
   Client/RemoteBackend.cpp
   Client/RemoteHost.cpp
   Client/RemoteProvider.cpp
   Client/RemoteService.cpp
   Client/RemoteTester.cpp
   Client/Sandboxes.cpp
-  Client/ServiceURL.cpp
-  Client/TestSandbox.cpp)
+  Client/ServiceURL.cpp)
 target_link_libraries(HLVSDKPaylevenClient
   PUBLIC HLVSDKPaylevenSandbox
   PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> hlv_beast hlv_records)

@@ -39,18 +39,14 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/ControlResources.cpp
   Server/Api/ErrorReplies.cpp
   Server/Api/Exchange.cpp
-  Server/Api/Har.cpp
   Server/Api/Idempotency.cpp
-  Server/Api/Inputs.cpp
   Server/Api/ProviderResources.cpp
-  Server/Api/Registry+Describe.cpp
-  Server/Api/Registry+Snapshots.cpp
+  Server/Api/Registry+Create.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxResources.cpp
   Server/Api/World.cpp
   Server/Console/App.cpp
-  Server/Console/ConsoleRecords.cpp
   Server/Console/ConsoleResources.cpp
   Server/Console/LiveFeed.cpp
   Server/Server.cpp

@@ -22,6 +22,10 @@ Place placeOf(const std::vector<std::string>& path) {
   return {2, path[1]};
 }
 
+bool isDocument(const std::vector<std::string>& path) {
+  return !path.empty() && path.back() == "openapi.json";
+}
+
 bool isCommon(const std::vector<std::string>& path) {
   return (path.size() > 1 && path[0] == "v1" &&
           (path[1] == "sandboxes" || path[1] == "snapshots")) ||
@@ -29,10 +33,6 @@ bool isCommon(const std::vector<std::string>& path) {
 }
 
 }  // namespace
-
-bool isDocument(const std::vector<std::string>& path) {
-  return !path.empty() && path.back() == "openapi.json";
-}
 
 void ApiHandler::handle(const HttpRequest& request, Reply reply) {
   const auto trace = std::make_shared<RequestTrace>();
@@ -82,10 +82,6 @@ void ApiHandler::finished(const FinishedRequest& finished) {
   if (!world) world = registry_.openWorld(placeOf(request.path).sandbox);
   if (!world) world = registry_.openWorld(Registry::defaultID);
   world->log().add(std::move(record));
-}
-
-ExchangeHandler replyingDocument(std::string_view document) {
-  return [document](const Exchange& exchange) { exchange.reply({.body = std::string(document)}); };
 }
 
 }  // namespace hlv::server

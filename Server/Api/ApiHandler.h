@@ -2,8 +2,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "Server/Api/Exchange.h"
 #include "Server/Api/Registry.h"
@@ -37,10 +35,5 @@ class ApiHandler final : public HttpHandler {
   ApiRoutes routes_;
   ApiRoutes commonRoutes_;
 };
-
-/// Whether a path is that of a document about the service.
-bool isDocument(const std::vector<std::string>& path);
-/// A route's handler for a document that is part of the program.
-ExchangeHandler replyingDocument(std::string_view document);
 
 }  // namespace hlv::server

@@ -6,7 +6,6 @@
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/Masking/MaskedText.h"
-#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -21,7 +20,7 @@ using sandbox::FaultKind;
 using sandbox::Json;
 using sandbox::Operation;
 
-const CallHandler& service() {
+const CallHandler& backendService() {
   static const auto& handler = *new CallHandler("backend", sandbox::backendErrorDomain);
   return handler;
 }
@@ -69,7 +68,7 @@ std::optional<std::string> useCaseOf(const Json& body) {
 }
 
 Caller callerOf(const Exchange& exchange) {
-  const auto session = sessionOf(exchange.request);
+  const auto session = exchange.session();
   return {session ? Caller::Kind::session : Caller::Kind::anyone, exchange.part(2),
           session.value_or("")};
 }
@@ -101,7 +100,7 @@ void addGuests(ApiRoutes& routes) {
     return jsonReply(200, body);
   });
   routes.write("DELETE", "v1/session", [](Database& database, const Exchange& exchange) {
-    backend::endSession(database, sessionOf(exchange.request).value_or(""));
+    backend::endSession(database, exchange.session().value_or(""));
     return jsonReply(204, nullptr);
   });
   routes.read(path, [](Database& database, const Exchange& exchange) {
@@ -111,7 +110,7 @@ void addGuests(ApiRoutes& routes) {
   routes.add("PATCH", path, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     sandbox::requireKnownMembers(body, {"payment_token"});
-    serveCall(exchange, service(), {Operation::updateGuest},
+    serveCall(exchange, backendService(), {Operation::updateGuest},
               [token = sandbox::textIn(body, "payment_token"), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 return wanted.made(database, 200, backend::updateGuest(database, caller, token));
@@ -124,7 +123,7 @@ void addCards(ApiRoutes& routes) {
   constexpr std::string_view card = "v1/guests/*/cards/*";
   routes.add("GET", cards, [](const Exchange& exchange) {
     serveCall(
-        exchange, service(), {Operation::fetchCards},
+        exchange, backendService(), {Operation::fetchCards},
         [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
           const auto list = backend::fetchCards(database, caller, fault);
           auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::listOf(*list) : Json()}});
@@ -134,7 +133,7 @@ void addCards(ApiRoutes& routes) {
   routes.add("POST", cards, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     requireAddCardBody(body);
-    serveCall(exchange, service(), {Operation::addCard, useCaseOf(body)},
+    serveCall(exchange, backendService(), {Operation::addCard, useCaseOf(body)},
               [request = sandbox::dictionaryOf(body), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto added = backend::addCard(database, caller, request);
@@ -145,7 +144,7 @@ void addCards(ApiRoutes& routes) {
     const auto address = bodyOf(exchange);
     requireAddress(address);
     const auto& id = exchange.part(4);
-    serveCall(exchange, service(), {Operation::updateCard, {}, id},
+    serveCall(exchange, backendService(), {Operation::updateCard, {}, id},
               [id, fields = sandbox::dictionaryOf(address), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto updated = backend::updateCard(database, caller, id, fields);
@@ -155,7 +154,7 @@ void addCards(ApiRoutes& routes) {
   routes.add("DELETE", card, [](const Exchange& exchange) {
     const auto& id = exchange.part(4);
     serveCall(
-        exchange, service(), {Operation::deleteCard, {}, id},
+        exchange, backendService(), {Operation::deleteCard, {}, id},
         [id, caller = callerOf(exchange), wanted = GuestReply(exchange)](Database& database, auto) {
           return wanted.made(database, 200, backend::deleteCard(database, caller, id));
         });

@@ -13,7 +13,6 @@
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Testing/Scenarios.h"
-#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -123,15 +122,14 @@ HttpReply sidesReply(Database& database, int status, const std::string& guest) {
 void addSides(ApiRoutes& routes) {
   routes.read("v1/sandbox/sides", [](Database& database, const Exchange& exchange) {
     const auto guest =
-        guestMeant(database, exchange.request.queryValue("guest"), sessionOf(exchange.request));
+        guestMeant(database, exchange.request.queryValue("guest"), exchange.session());
     return sidesReply(database, 200, guest);
   });
   routes.write("POST", "v1/sandbox/scenarios", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"name", "guest"});
     const auto scenario = scenarioIn(body);
-    const auto guest =
-        guestMeant(database, sandbox::textIn(body, "guest"), sessionOf(exchange.request));
+    const auto guest = guestMeant(database, sandbox::textIn(body, "guest"), exchange.session());
     requirePossible("scenario-refused",
                     [&] { return sandbox::makeScenario(database, guest, scenario); });
     return sidesReply(database, 200, guest);
@@ -143,7 +141,7 @@ void addSides(ApiRoutes& routes) {
     fields.useCase = sandbox::textIn(body, "use_case").value_or(fields.useCase);
     const auto card = sandbox::EnteredCard::make(std::move(fields));
     replyWriting(exchange, [card, named = sandbox::textIn(body, "guest"),
-                            session = sessionOf(exchange.request)](Database& database) {
+                            session = exchange.session()](Database& database) {
       const auto guest = guestMeant(database, named, session);
       requirePossible("instrument-refused", [&] {
         sandbox::provider::storeOrphan(database, guest, *card);
@@ -200,13 +198,53 @@ void readLog(ApiRoutes& routes, std::string_view path, ApiRoutes::Work work) {
 
 Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usualLimit) {
   const auto& request = exchange.request;
-  const RequestFilter filter{numberIn(request, "after", 0, 0, INT64_MAX),
-                             numberIn(request, "limit", usualLimit, 0, 1'000),
+  const RequestFilter filter{exchange.number("after", 0, 0, INT64_MAX),
+                             exchange.number("limit", usualLimit, 0, 1'000),
                              request.queryValue("method"),
                              request.queryValue("status"),
                              request.queryValue("path"),
                              request.queryValue("fault")};
   return RequestLog::read(database, filter, exchange.world->id());
+}
+
+Json harEntryOf(const Json& request, const std::string& host) {
+  const auto& duration = request["duration_ms"];
+  const auto& id = request["id"];
+  return {{"startedDateTime", request["at"]},
+          {"time", duration},
+          {"request",
+           {{"method", request["method"]},
+            {"url", "http://" + host + request["path"].get<std::string>()},
+            {"httpVersion", "HTTP/1.1"},
+            {"cookies", Json::array()},
+            {"headers", Json::array()},
+            {"queryString", Json::array()},
+            {"headersSize", -1},
+            {"bodySize", request["request_bytes"]}}},
+          {"response",
+           {{"status", request["status"]},
+            {"statusText", ""},
+            {"httpVersion", "HTTP/1.1"},
+            {"cookies", Json::array()},
+            {"headers", {{{"name", "X-Request-Id"}, {"value", id}}}},
+            {"content", {{"size", request["reply_bytes"]}, {"mimeType", "application/json"}}},
+            {"redirectURL", ""},
+            {"headersSize", -1},
+            {"bodySize", request["reply_bytes"]}}},
+          {"cache", Json::object()},
+          {"timings", {{"send", 0}, {"wait", duration}, {"receive", 0}}},
+          {"_id", id},
+          {"_fault", request["fault"]}};
+}
+
+/// HAR 1.2 of requests as the log has them, without bodies and headers, which nobody keeps.
+Json harOf(const Json& requests, const std::string& host) {
+  auto entries = Json::array();
+  for (const auto& request : requests) entries.push_back(harEntryOf(request, host));
+  return {{"log",
+           {{"version", "1.2"},
+            {"creator", {{"name", "paylevenkit"}, {"version", "1.0.0"}}},
+            {"entries", std::move(entries)}}}};
 }
 
 /// The requests that come, one event each.
@@ -244,7 +282,7 @@ void addRequests(ApiRoutes& routes) {
   });
   readLog(routes, "v1/sandbox/har", [](Database& database, const Exchange& exchange) {
     const auto log = requestsIn(database, exchange, 1'000);
-    return jsonReply(200, RequestLog::harOf(log["requests"], exchange.request.host));
+    return jsonReply(200, harOf(log["requests"], exchange.request.host));
   });
 }
 

@@ -153,6 +153,27 @@ void RequestTrace::add(const std::string& from, const std::string& to, const std
       {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now});
 }
 
+std::optional<std::string> Exchange::session() const {
+  const auto& authorization = request.authorization;
+  if (!authorization) return std::nullopt;
+  constexpr std::string_view scheme = "Bearer ";
+  if (!authorization->starts_with(scheme)) {
+    throw HttpError(401, "not-signed-in", "Only the session of a guest authorises a request.");
+  }
+  return authorization->substr(scheme.size());
+}
+
+std::int64_t Exchange::number(const std::string& name, std::int64_t otherwise, std::int64_t least,
+                              std::int64_t greatest) const {
+  const auto text = request.queryValue(name);
+  if (!text) return otherwise;
+  const auto value = sandbox::numberOf(*text);
+  if (!value || *value < least || *value > greatest) {
+    throw HttpError(422, "wrong-type", "'" + name + "' is no number of this kind.");
+  }
+  return *value;
+}
+
 HttpReply jsonReply(int status, const Json& body) {
   return {.status = status, .body = body.is_null() ? "" : sandbox::textOf(body)};
 }

@@ -1,6 +1,7 @@
 // One request to a sandbox, on its way through the resources. Private to the server.
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -43,6 +44,11 @@ struct Exchange {
   const std::string& part(std::size_t place) const { return request.path[skipped + place]; }
   /// The body as a JSON object.
   sandbox::Json body() const { return sandbox::parsedObject(request.body); }
+  /// The session of `Authorization: Bearer …`. Throws `HttpError` for another authorization.
+  std::optional<std::string> session() const;
+  /// A number of the query from `least` to `greatest`. Throws `HttpError` for another value.
+  std::int64_t number(const std::string& name, std::int64_t otherwise, std::int64_t least,
+                      std::int64_t greatest) const;
 };
 
 using ExchangeHandler = std::function<void(const Exchange&)>;

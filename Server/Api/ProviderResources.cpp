@@ -19,7 +19,7 @@ using sandbox::FaultKind;
 using sandbox::Json;
 using sandbox::Operation;
 
-const CallHandler& service() {
+const CallHandler& providerService() {
   static const auto& handler = *new CallHandler("provider", sandbox::providerErrorDomain);
   return handler;
 }
@@ -45,7 +45,7 @@ void addUsers(ApiRoutes& routes) {
       throw HttpError(422, "card-number-refused", "An address holds no card number.");
     }
     const auto useCase = sandbox::textIn(body, "use_case");
-    serveCall(exchange, service(), {Operation::createUserToken, useCase},
+    serveCall(exchange, providerService(), {Operation::createUserToken, useCase},
               [email, card, useCase](Database& database, std::optional<FaultKind> fault) {
                 const auto token =
                     provider::createUserToken(database, email, card.get(), useCase, fault);
@@ -60,7 +60,7 @@ void addInstruments(ApiRoutes& routes) {
   routes.add("GET", instruments, [](const Exchange& exchange) {
     const auto useCase = exchange.request.queryValue("use_case");
     serveCall(
-        exchange, service(), {Operation::listInstruments, useCase},
+        exchange, providerService(), {Operation::listInstruments, useCase},
         [token = exchange.part(2), useCase](Database& database, std::optional<FaultKind> fault) {
           const auto list = provider::listInstruments(database, token, useCase, fault);
           auto reply = jsonReply(200, {{"instruments", list ? sandbox::listOf(*list) : Json()}});
@@ -72,7 +72,7 @@ void addInstruments(ApiRoutes& routes) {
     const auto card = takeCard(body);
     sandbox::requireKnownMembers(body, {"credit_card"});
     const auto useCase = exchange.request.queryValue("use_case");
-    serveCall(exchange, service(), {Operation::addInstrument, useCase},
+    serveCall(exchange, providerService(), {Operation::addInstrument, useCase},
               [token = exchange.part(2), card, useCase](Database& database,
                                                         std::optional<FaultKind> fault) {
                 provider::addInstrument(database, card.get(), token, useCase, fault);
@@ -88,7 +88,7 @@ void addInstruments(ApiRoutes& routes) {
       named.number = numberIn(exchange.request);
     }
     const auto useCase = exchange.request.queryValue("use_case");
-    serveCall(exchange, service(),
+    serveCall(exchange, providerService(),
               {Operation::removeInstrument, useCase, named.identifier.value_or("")},
               [named, useCase, token = exchange.part(2)](Database& database, auto) {
                 provider::removeInstrument(database, named, useCase, token);

@@ -5,29 +5,24 @@
 #include <algorithm>
 #include <boost/asio/post.hpp>
 #include <filesystem>
-#include <iterator>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
-#include "Sandbox/Masking/MaskedText.h"
+#include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
-#include "Server/Api/Idempotency.h"
-#include "Server/Api/Inputs.h"
+#include "Sandbox/Store/Settings.h"
 
 namespace hlv::server {
 namespace {
 
 namespace fs = std::filesystem;
 using sandbox::Database;
-using sandbox::NewSandbox;
 using sandbox::SandboxDescription;
 using sandbox::Store;
 using std::chrono::sys_seconds;
 
-constexpr std::size_t mostInMemory = 1'000;
-constexpr std::size_t mostSandboxes = 100'000;
 constexpr std::chrono::seconds idleTime{30};
 
 sys_seconds timeOf(std::int64_t secondsSince1970) {
@@ -39,24 +34,6 @@ std::size_t mostOpenSandboxes() {
   rlimit limit{};
   ::getrlimit(RLIMIT_NOFILE, &limit);
   return std::clamp<std::size_t>(limit.rlim_cur / 4 / 7, 1, 512);
-}
-
-bool isID(const std::string& id) {
-  const auto isPlain = [](char character) {
-    return (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
-  };
-  const auto isPart = [&](char character) {
-    return isPlain(character) || character == '-' || character == '_';
-  };
-  return !id.empty() && id.size() <= 63 && isPlain(id.front()) &&
-         std::all_of(id.begin(), id.end(), isPart) && !sandbox::holdsCardNumber(id);
-}
-
-std::shared_ptr<Store> openStore(const std::string& path) {
-  auto opened = Store::open(path);
-  // The problem names the file, which is the server's own affair.
-  if (!opened) throw HttpError(507, "store-failed", "The sandbox's store cannot be opened.");
-  return std::move(*opened);
 }
 
 /// Removes what a server left that ended while it made, read or deleted a store.
@@ -151,6 +128,17 @@ Registry::Entry& Registry::entryOf(const std::string& id) {
   return found->second;
 }
 
+std::shared_ptr<Store> Registry::openStore(const std::string& id) const {
+  auto opened = Store::open(storePathOf(id));
+  // The problem names the file, which is the server's own affair.
+  if (!opened) throw HttpError(507, "store-failed", "The sandbox's store cannot be opened.");
+  return std::move(*opened);
+}
+
+std::string Registry::storePathOf(const std::string& id) const {
+  return id == defaultID ? storePath_ : folder_ + "/" + id + ".sqlite";
+}
+
 // What is open.
 
 std::shared_ptr<World> Registry::world(const std::string& id) {
@@ -159,7 +147,7 @@ std::shared_ptr<World> Registry::world(const std::string& id) {
   if (entry.expires && *entry.expires <= sandbox::machineTime()) throw noSuchSandbox();
   if (!entry.world) {
     auto opened = entry.closing.lock();
-    if (!opened) opened = std::make_shared<World>(id, openStore(storePathOf(id)), writers_);
+    if (!opened) opened = std::make_shared<World>(id, openStore(id), writers_);
     entry.timeOpened = opened->openLog();
     entry.world = std::move(opened);
     keepOpen(entry);
@@ -226,112 +214,56 @@ void Registry::removeSoon(const std::string& id) {
   });
 }
 
-// Making and removing.
+// What is known of them.
 
-SandboxDescription Registry::create(const NewSandbox& wanted) {
-  if (wanted.snapshot) requireSnapshot(*wanted.snapshot);
-  const auto id = wanted.id.value_or("sbx_" + sandbox::randomLetters(20));
-  const auto reserved = reserveNew(id, wanted);
-  Entry entry{sandbox::machineTime(), std::nullopt, wanted.isInMemory};
-  std::optional<std::int64_t> expires;
-  if (wanted.secondsToLive) {
-    entry.expires = entry.created + std::chrono::seconds(*wanted.secondsToLive);
-    expires = entry.expires->time_since_epoch().count();
-  }
-  try {
-    entry.world = std::make_shared<World>(id, makeStore(id, wanted), writers_);
-    entry.timeOpened = entry.world->openLog();
-    if (!wanted.isInMemory) {
-      registry_->write([&](Database& database) {
-        database.run("INSERT INTO sandboxes (id, created, expires) VALUES (?, ?, ?)", id,
-                     std::int64_t{entry.created.time_since_epoch().count()}, expires);
-      });
-    }
-  } catch (...) {
-    removeFiles(id);
-    throw;
-  }
+std::vector<SandboxDescription> Registry::list(const std::string& after, std::size_t limit) {
+  std::vector<std::string> ids;
   {
     const std::lock_guard lock(mutex_);
-    auto& kept = entries_[id] = std::move(entry);
-    if (!wanted.isInMemory) keepOpen(kept);
+    for (auto place = entries_.upper_bound(after); place != entries_.end() && ids.size() < limit;
+         ++place) {
+      ids.push_back(place->first);
+    }
   }
-  return describe(id);
+  std::vector<SandboxDescription> descriptions;
+  for (const auto& id : ids) {
+    try {
+      descriptions.push_back(describe(id));
+    } catch (const HttpError& error) {
+      if (error.status != 404) throw;  // It was deleted meanwhile.
+    }
+  }
+  return descriptions;
 }
 
-std::shared_ptr<void> Registry::reserve(const std::string& id) {
-  if (!reserved_.insert(id).second) return nullptr;
-  return {this, [id](Registry* self) {
-            const std::lock_guard lock(self->mutex_);
-            self->reserved_.erase(id);
-          }};
-}
-
-std::shared_ptr<void> Registry::reserveNew(const std::string& id, const NewSandbox& wanted) {
-  if (!isID(id)) {
-    throw HttpError(422, "invalid-id",
-                    "A sandbox is named by small letters, digits, '-' and '_', 63 at most.");
-  }
-  if (wanted.secondsToLive &&
-      (*wanted.secondsToLive < 1 || *wanted.secondsToLive > 366L * 86'400)) {
-    throw HttpError(422, "invalid-time-to-live", "A sandbox lives for a second to a year.");
-  }
-  const std::lock_guard lock(mutex_);
-  const auto inMemory = static_cast<std::size_t>(std::count_if(
-      entries_.begin(), entries_.end(), [](const auto& each) { return each.second.isInMemory; }));
-  if (entries_.size() + reserved_.size() > mostSandboxes ||
-      (wanted.isInMemory && inMemory >= mostInMemory)) {
-    throw HttpError(507, "too-many-sandboxes", "There are too many sandboxes; delete some first.");
-  }
-  auto reserved = entries_.contains(id) ? nullptr : reserve(id);
-  if (!reserved) throw HttpError(409, "sandbox-exists", "There is a sandbox of this name.");
-  return reserved;
-}
-
-std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandbox& wanted) const {
-  // In memory first, so that the disk is waited for once.
-  auto draft = Store::openInMemory();
-  if (wanted.snapshot) draft->replaceBy(requireSnapshot(*wanted.snapshot), RequestLog::tables);
-  draft->write([&](Database& database) {
-    RequestLog::close(database);
-    IdempotentRequest::salt(database);
-    if (wanted.seed) sandbox::storeSeed(database, *wanted.seed);
-    if (wanted.clock) moveClock(database, clockTimeIn(*wanted.clock));
+SandboxDescription Registry::describe(const std::string& id) {
+  SandboxDescription description;
+  description.id = id;
+  world(id)->store().read([&](Database& database) {
+    description.seed = sandbox::seedOf(database);
+    description.clock = sandbox::timeText(sandbox::sandboxTime(database));
+    description.isNetworkOn = isReachable(sandbox::readNetworkState(database));
+    description.guests = database.integer("SELECT count(*) FROM backend_guests");
   });
-  if (wanted.isInMemory) return draft;
-  draft->copyTo(storePathOf(id));
-  return openStore(storePathOf(id));
+  const std::lock_guard lock(mutex_);
+  const auto& entry = entryOf(id);
+  description.isInMemory = entry.isInMemory;
+  description.created = sandbox::timeText(entry.created);
+  if (entry.expires) description.expires = sandbox::timeText(*entry.expires);
+  const auto below = id == defaultID ? "" : "/sandboxes/" + id;
+  description.backendURL = urls_.backend + below;
+  description.providerURL = urls_.provider + below;
+  description.controlURL = urls_.provider + below + "/v1/sandbox";
+  description.consoleURL = urls_.console + below;
+  return description;
 }
 
-void Registry::remove(const std::string& id) {
-  if (id == defaultID) {
-    throw HttpError(409, "default-sandbox", "The default sandbox can be reset, not deleted.");
-  }
-  std::unique_lock lock(mutex_);
-  const auto reserved = entries_.contains(id) ? reserve(id) : nullptr;
-  lock.unlock();
-  if (!reserved) throw noSuchSandbox();
-  registry_->write(
-      [&](Database& database) { database.run("DELETE FROM sandboxes WHERE id = ?", id); });
-  lock.lock();
-  std::erase(open_, &entries_.at(id));
-  const auto removed = entries_.extract(id);
-  lock.unlock();
-  const auto& entry = removed.mapped();
-  if (const auto world = entry.world ? entry.world : entry.closing.lock()) world->markRemoved();
-  removeFiles(id);
+std::optional<std::string> Registry::note(const std::string& name) {
+  return registry_->read([&](Database& database) { return sandbox::readSetting(database, name); });
 }
 
-void Registry::removeFiles(const std::string& id) const {
-  const auto path = storePathOf(id);
-  for (const std::string_view end : {"", "-wal", "-shm", ".log"}) {
-    std::error_code ignored;
-    fs::remove(path + std::string(end), ignored);
-  }
-}
-
-std::string Registry::storePathOf(const std::string& id) const {
-  return id == defaultID ? storePath_ : folder_ + "/" + id + ".sqlite";
+void Registry::setNote(const std::string& name, const std::string& text) {
+  registry_->write([&](Database& database) { sandbox::writeSetting(database, name, text); });
 }
 
 }  // namespace hlv::server

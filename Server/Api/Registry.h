@@ -23,6 +23,11 @@ namespace hlv::server {
 
 HttpError noSuchSandbox();
 
+/// A time as the clock is read. Throws `HttpError`, as `moveClock` does.
+std::chrono::sys_seconds clockTimeIn(const std::string& text);
+/// Moves nothing where the clock cannot go.
+void moveClock(sandbox::Database& database, std::chrono::sys_seconds time);
+
 /// Where clients reach the three listeners.
 struct PublicURLs {
   std::string backend;
@@ -113,6 +118,7 @@ class Registry {
   std::shared_ptr<sandbox::Store> makeStore(const std::string& id,
                                             const sandbox::NewSandbox& wanted) const;
   void removeFiles(const std::string& id) const;
+  std::shared_ptr<sandbox::Store> openStore(const std::string& id) const;
   std::string storePathOf(const std::string& id) const;
   /// Throws 404.
   std::string requireSnapshot(const std::string& snapshot) const;

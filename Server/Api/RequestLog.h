@@ -80,8 +80,6 @@ class RequestLog {
   static std::optional<Json> find(sandbox::Database& database, const std::string& id,
                                   const std::string& sandbox);
   static std::int64_t last(sandbox::Database& database);
-  /// HAR 1.2 of requests as `read` returns them, without bodies and headers, which nobody keeps.
-  static Json harOf(const Json& requests, const std::string& host);
 
  private:
   mutable std::mutex mutex_;

@@ -21,6 +21,6 @@ std::function<HttpReply()> describing(Registry& registry, const std::string& id)
 
 /// OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes": one document that refers to no
 /// other.
-std::string_view openAPI(std::string_view name);
+void addDocument(ApiRoutes& routes, std::string_view path, std::string_view name);
 
 }  // namespace hlv::server

@@ -1,5 +1,4 @@
 #include "Sandbox/JSON/SandboxRecords.h"
-#include "Server/Api/Inputs.h"
 #include "Server/Api/Resources.h"
 
 namespace hlv::server {
@@ -29,7 +28,7 @@ std::function<HttpReply()> describing(Registry& registry, const std::string& id)
 
 void addSandboxRoutes(ApiRoutes& routes, Registry& registry) {
   routes.perform("GET", "v1/sandboxes", registry, [&registry](const Exchange& exchange) {
-    const auto limit = static_cast<std::size_t>(numberIn(exchange.request, "limit", 100, 1, 1'000));
+    const auto limit = static_cast<std::size_t>(exchange.number("limit", 100, 1, 1'000));
     return page(registry.list(exchange.request.queryValue("after").value_or(""), limit + 1), limit);
   });
   routes.perform("POST", "v1/sandboxes", registry, [&registry](const Exchange& exchange) {

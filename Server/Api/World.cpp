@@ -55,31 +55,20 @@ void World::submit(Task task) {
 }
 
 void World::drain() {
-  std::deque<Task> together;
-  Task alone;
+  std::deque<Task> tasks;
   {
     const std::lock_guard lock(mutex_);
-    while (!tasks_.empty() && !tasks_.front().alone) {
-      together.push_back(std::move(tasks_.front()));
+    do {
+      tasks.push_back(std::move(tasks_.front()));
       tasks_.pop_front();
-    }
-    if (together.empty() && !tasks_.empty()) {
-      alone = std::move(tasks_.front());
-      tasks_.pop_front();
-    }
+    } while (!tasks_.empty() && !tasks_.front().alone && !tasks.back().alone);
   }
-  if (!together.empty()) {
-    writeTogether(std::move(together));
-  } else if (alone.alone) {
-    std::exception_ptr problem;
-    try {
-      alone.alone();
-    } catch (...) {
-      problem = std::current_exception();
-    }
-    alone.done(problem);
-    alone = {};
+  if (tasks.front().alone) {
+    performAlone(tasks.front());
+  } else {
+    performTogether(tasks);
   }
+  tasks.clear();
   {
     const std::lock_guard lock(mutex_);
     isDraining_ = !tasks_.empty();
@@ -89,7 +78,17 @@ void World::drain() {
   boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
 }
 
-void World::writeTogether(std::deque<Task> tasks) {
+void World::performAlone(const Task& task) {
+  std::exception_ptr problem;
+  try {
+    task.alone();
+  } catch (...) {
+    problem = std::current_exception();
+  }
+  task.done(problem);
+}
+
+void World::performTogether(std::deque<Task>& tasks) {
   std::vector<Store::Part> parts;
   parts.reserve(tasks.size() + 1);
   for (auto& task : tasks) parts.push_back({std::move(task.body)});

@@ -63,7 +63,8 @@ class World : public std::enable_shared_from_this<World> {
 
   void submit(Task task);
   void drain();
-  void writeTogether(std::deque<Task> tasks);
+  static void performAlone(const Task& task);
+  void performTogether(std::deque<Task>& tasks);
   void readSalt();
 
   const std::string id_;

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "Sandbox/JSON/Json.h"
-#include "Sandbox/Records/EnteredAddress.h"
 #include "Sandbox/Store/Database.h"
 #include "Server/Api/Exchange.h"
 #include "Server/Api/Registry.h"
@@ -28,14 +27,6 @@ void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_p
 
 /// Guest, network, the two sides in pairs, the armed faults, and the oldest operation that is kept.
 Json storedData(sandbox::Database& database);
-/// Test cards, without their numbers; scenarios; the operations with the kinds of faults they have.
-Json choices();
-/// How an operation of the app came out.
-HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID);
-
-/// Throws `InvalidRecord`.
-sandbox::AddressFields addressIn(const Json& json);
-
 /// Server-sent events whose data names its sandbox: "state", which is "live" or "deleted";
 /// "timeline", with the operations and events that are new; "requests", with what is new in the
 /// request log; and "stored", when something else has changed. The first of each kind is whole, and

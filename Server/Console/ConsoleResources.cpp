@@ -3,18 +3,45 @@
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Sandbox/Calls/Journal.h"
+#include "Sandbox/Backend/StoredCard.h"
+#include "Sandbox/Cards/CardBrands.h"
 #include "Sandbox/Cards/TestCards.h"
+#include "Sandbox/Faults/Fault.h"
+#include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
-#include "Sandbox/JSON/JournalRecords.h"
+#include "Sandbox/Records/AddressKeys.h"
+#include "Sandbox/Testing/Scenario.h"
 #include "Server/Console/Console.h"
+#include "Values/Names.h"
 #include "Values/Wiped.h"
 
 namespace hlv::server {
 namespace {
 
+namespace keys = sandbox::addressKeys;
 using sandbox::Database;
 using AppPtr = std::shared_ptr<App>;
+
+Json cardJson(const std::shared_ptr<HLVSDKCreditCard>& card) {
+  const auto stored = std::dynamic_pointer_cast<sandbox::StoredCard>(card);
+  return stored ? sandbox::jsonOf(stored->values()) : Json();
+}
+
+/// How an operation of the app came out.
+HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
+  if (outcome.refusal) return errorReply(*outcome.refusal, requestID);
+  const auto& error = outcome.call.error;
+  Json body = {{"operation", outcome.operation},
+               {"answers", outcome.call.completions},
+               {"credit_card", cardJson(outcome.call.card)},
+               {"failure", nullptr}};
+  if (error) {
+    body["failure"] = {{"domain", error->domain()},
+                       {"number", error->code()},
+                       {"message", error->localizedDescription().value_or("")}};
+  }
+  return {.body = sandbox::textOf(body)};
+}
 
 App::Done replying(const Exchange& exchange) {
   return [reply = exchange.reply, trace = exchange.trace,
@@ -42,16 +69,9 @@ std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
 }
 
 std::shared_ptr<sandbox::EnteredAddress> addressOf(const Json& json) {
-  return sandbox::EnteredAddress::make(addressIn(json));
-}
-
-/// How many operations are asked for; one, unless the request says otherwise.
-std::size_t countIn(const HttpRequest& request) {
-  const auto count = sandbox::numberOf(request.queryValue("last").value_or("1"));
-  if (!count || *count < 0) {
-    throw HttpError(422, "wrong-type", "How many operations are asked for is no number.");
-  }
-  return static_cast<std::size_t>(*count);
+  sandbox::requireKnownMembers(
+      json, {keys::street, keys::city, keys::countryCode, keys::zip, keys::businessName});
+  return sandbox::EnteredAddress::make(sandbox::addressIn(json));
 }
 
 /// The sandboxes that a page names, with commas between; without any, the one whose path it asked.
@@ -62,14 +82,31 @@ std::set<std::string> followedBy(const Exchange& exchange) {
   return sandboxes;
 }
 
-void addJournal(ApiRoutes& routes, Registry& registry) {
+/// Test cards, without their numbers; scenarios; the operations with the kinds of faults they have.
+Json choices() {
+  constexpr std::size_t shown = 4;
+  auto cards = Json::array();
+  for (const auto& card : sandbox::testCards()) {
+    cards.push_back({{"name", card.name},
+                     {"brand", sandbox::findCardBrand(card.fields.pan)->name},
+                     {"last_four_digits", card.fields.pan.substr(card.fields.pan.size() - shown)},
+                     {"effect", card.effect}});
+  }
+  auto operations = Json::array();
+  for (const auto operation : sandbox::allOperations()) {
+    operations.push_back({{"name", sandbox::textOf(operation)},
+                          {"kinds", namesOf(sandbox::kindsOf(operation))},
+                          {"has_use_case", sandbox::hasUseCase(operation)}});
+  }
+  return {{"test_cards", std::move(cards)},
+          {"use_cases", {"default", "private", "business"}},
+          {"scenarios", namesOf(sandbox::allScenarios())},
+          {"operations", std::move(operations)}};
+}
+
+void addData(ApiRoutes& routes, Registry& registry) {
   routes.add("GET", "events", [&registry](const Exchange& exchange) {
     exchange.reply({.events = liveFeed(registry, followedBy(exchange))});
-  });
-  routes.add("GET", "timeline", [](const Exchange& exchange) {
-    const sandbox::Journal journal(exchange.world->sharedStore(), "start");
-    exchange.reply(
-        jsonReply(200, {{"operations", sandbox::listOf(journal.last(countIn(exchange.request)))}}));
   });
   routes.read("stored", [](Database& database, const Exchange&) {
     return jsonReply(200, storedData(database));
@@ -173,7 +210,7 @@ void serveFile(const Exchange& exchange) {
 }  // namespace
 
 void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_ptr<App>& app) {
-  addJournal(routes, registry);
+  addData(routes, registry);
   addApp(routes, app);
   routes.add("GET", "", serveFile);
   routes.add("GET", "*", serveFile);

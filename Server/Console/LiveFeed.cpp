@@ -4,7 +4,16 @@
 #include <memory>
 #include <utility>
 
+#include "Sandbox/Backend/Backend.h"
+#include "Sandbox/Backend/BackendTables.h"
+#include "Sandbox/Calls/Reachability.h"
+#include "Sandbox/Faults/FaultTables.h"
+#include "Sandbox/JSON/CardRecords.h"
+#include "Sandbox/JSON/FaultRecords.h"
+#include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/JournalRecords.h"
+#include "Sandbox/Provider/Provider.h"
+#include "Sandbox/Records/Pairs.h"
 #include "Server/Console/Console.h"
 #include "Server/Http/HttpError.h"
 
@@ -93,6 +102,30 @@ class SandboxFeed {
 };
 
 }  // namespace
+
+Json storedData(sandbox::Database& database) {
+  const auto email = sandbox::backend::signedInEmail(database);
+  std::vector<sandbox::BackendCard> cards;
+  std::vector<sandbox::ProviderInstrument> instruments;
+  Json guest;
+  if (email) {
+    cards = sandbox::readCards(database, *email);
+    instruments = sandbox::provider::instrumentsOf(database, *email);
+    guest = {{"email", *email},
+             {"has_token", sandbox::readGuestToken(database, *email).has_value()}};
+  }
+  auto pairs = Json::array();
+  for (const auto& [card, instrument] : sandbox::pairsOf(cards, instruments)) {
+    pairs.push_back({{"card", card ? sandbox::jsonOf(*card) : Json()},
+                     {"instrument", instrument ? sandbox::jsonOf(*instrument) : Json()}});
+  }
+  return {
+      {"guest", std::move(guest)},
+      {"network", isReachable(sandbox::readNetworkState(database))},
+      {"pairs", std::move(pairs)},
+      {"faults", sandbox::listOf(sandbox::readFaults(database))},
+      {"oldest_operation", database.integer("SELECT coalesce(min(number), 0) FROM operations")}};
+}
 
 EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes) {
   std::map<std::string, std::shared_ptr<SandboxFeed>> feeds;

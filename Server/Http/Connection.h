@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <boost/asio/awaitable.hpp>
+#include <boost/asio/basic_socket_acceptor.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <boost/beast/core/basic_stream.hpp>
@@ -33,18 +34,26 @@ class Connection;
 /// What the connections of a listener share. While one of them holds it, the listener waits with
 /// its end.
 ///
-/// Threading: any, but for `connections`.
+/// Threading: any, but for `connections` and `acceptor`.
 struct ListenerState {
-  ListenerState(ListenOptions listenOptions, HttpHandler& requestHandler, std::size_t loops)
-      : options(std::move(listenOptions)), handler(requestHandler), connections(loops) {}
-  ~ListenerState() { ended.set_value(); }
+  ListenerState(ListenOptions listenOptions, HttpHandler& requestHandler, EventLoops& loops)
+      : options(std::move(listenOptions)),
+        handler(requestHandler),
+        connections(loops.all().size()),
+        acceptor(*loops.next().context) {}
 
+  /// Set when everything else has gone.
+  struct End {
+    ~End() { promise.set_value(); }
+    std::promise<void> promise;
+  } end;
   const ListenOptions options;
   HttpHandler& handler;
   std::atomic<bool> isClosing{false};
   /// By loop; each set is its loop's alone.
   std::vector<std::unordered_set<Connection*>> connections;
-  std::promise<void> ended;
+  /// Of its loop's thread alone, once it listens.
+  boost::asio::basic_socket_acceptor<boost::asio::ip::tcp, LoopExecutor> acceptor;
 };
 
 /// Serves in one coroutine. Whatever ends the connection from outside closes it, and then the

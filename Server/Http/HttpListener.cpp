@@ -15,6 +15,7 @@ namespace {
 
 namespace asio = boost::asio;
 using asio::ip::tcp;
+using Acceptor = decltype(ListenerState::acceptor);
 using ErrorCode = boost::system::error_code;
 
 /// Before another look at connections that could not be taken.
@@ -39,7 +40,6 @@ tcp::endpoint endpointOf(const ListenOptions& options) {
 }
 
 /// Returns the port.
-template <class Acceptor>
 int bind(Acceptor& acceptor, const ListenOptions& options, bool listens) {
   const auto endpoint = endpointOf(options);
   try {
@@ -53,88 +53,48 @@ int bind(Acceptor& acceptor, const ListenOptions& options, bool listens) {
   }
 }
 
-}  // namespace
-
-/// Takes connections and spreads them over the loops.
-///
-/// Threading: its loop's thread, but for its public members.
-class Acceptor : public std::enable_shared_from_this<Acceptor> {
- public:
-  Acceptor(EventLoops& loops, EventLoop& loop, std::shared_ptr<ListenerState> listener)
-      : listener_(std::move(listener)),
-        loops_(loops),
-        acceptor_(*loop.context),
-        timer_(*loop.context) {}
-
-  /// Returns the port. Throws `Problem`.
-  int start() {
-    const int port = bind(acceptor_, listener_->options, true);
-    asio::co_spawn(
-        acceptor_.get_executor(), [self = shared_from_this()] { return self->accept(); },
-        asio::detached);
-    return port;
-  }
-
-  void close() {
-    asio::post(acceptor_.get_executor(), [self = shared_from_this()] {
-      ErrorCode error;
-      self->acceptor_.close(error);
-      self->timer_.cancel();
-    });
-  }
-
- private:
-  /// Until it is closed.
-  asio::awaitable<void, LoopExecutor> accept() {
-    while (acceptor_.is_open()) {
-      auto& loop = loops_.all()[next_ % loops_.all().size()];
-      ErrorCode error = asio::error::no_descriptors;
-      if (hasRoom()) {
-        auto socket = co_await acceptor_.async_accept(*loop.context, into(error));
-        if (!error) take(std::move(socket), loop);
-      }
-      if (!error || !acceptor_.is_open()) continue;
-      timer_.expires_after(acceptPause);
-      co_await timer_.async_wait(into(error));
-    }
-  }
-
-  bool hasRoom() const {
+/// Takes connections and spreads them over the loops, until the acceptor is closed.
+asio::awaitable<void, LoopExecutor> accept(std::shared_ptr<ListenerState> listener,
+                                           EventLoops& loops) {
+  auto& acceptor = listener->acceptor;
+  LoopTimer timer(acceptor.get_executor());
+  for (std::size_t next = 0; acceptor.is_open();) {
+    auto& loop = loops.all()[next % loops.all().size()];
+    ErrorCode error = asio::error::no_descriptors;
     // This and the listener hold it too.
-    const auto connections = static_cast<std::size_t>(listener_.use_count()) - 2;
-    return connections < listener_->options.limits.connections;
+    const auto connections = static_cast<std::size_t>(listener.use_count()) - 2;
+    if (connections < listener->options.limits.connections) {
+      auto socket = co_await acceptor.async_accept(*loop.context, into(error));
+      if (!error) {
+        ++next;
+        auto connection = std::make_shared<Connection>(std::move(socket), loop, listener);
+        // Nothing of it stays here: it may end on its own loop at once.
+        asio::post(*loop.context, [connection = std::move(connection)] { connection->start(); });
+      }
+    }
+    if (!error || !acceptor.is_open()) continue;
+    timer.expires_after(acceptPause);
+    co_await timer.async_wait(into(error));
   }
+}
 
-  void take(Connection::Socket socket, EventLoop& loop) {
-    ++next_;
-    auto connection = std::make_shared<Connection>(std::move(socket), loop, listener_);
-    // Nothing of it stays here: it may end on its own loop at once.
-    asio::post(*loop.context, [connection = std::move(connection)] { connection->start(); });
-  }
-
-  const std::shared_ptr<ListenerState> listener_;
-  EventLoops& loops_;
-  std::size_t next_ = 0;
-  asio::basic_socket_acceptor<tcp, LoopExecutor> acceptor_;
-  LoopTimer timer_;
-};
+}  // namespace
 
 int HttpListener::probe(const ListenOptions& options) {
   asio::io_context context;
-  tcp::acceptor acceptor(context);
+  Acceptor acceptor(context);
   return bind(acceptor, options, false);
 }
 
 HttpListener::HttpListener(EventLoops& loops, ListenOptions options, HttpHandler& handler)
     : loops_(loops),
-      state_(std::make_shared<ListenerState>(std::move(options), handler, loops.all().size())) {
-  const auto acceptor = std::make_shared<Acceptor>(loops, loops.next(), state_);
-  port_ = acceptor->start();
-  acceptor_ = acceptor;
+      state_(std::make_shared<ListenerState>(std::move(options), handler, loops)),
+      port_(bind(state_->acceptor, state_->options, true)) {
+  asio::co_spawn(state_->acceptor.get_executor(), accept(state_, loops), asio::detached);
 }
 
 HttpListener::~HttpListener() {
-  auto ended = state_->ended.get_future();
+  auto ended = state_->end.promise.get_future();
   state_->isClosing = true;
   for (const auto& loop : loops_.all()) {
     asio::post(*loop.context, [state = state_, index = loop.index] {
@@ -143,7 +103,10 @@ HttpListener::~HttpListener() {
       for (auto* connection : connections) connection->shutDown();
     });
   }
-  if (const auto acceptor = acceptor_.lock()) acceptor->close();
+  asio::post(state_->acceptor.get_executor(), [state = state_] {
+    ErrorCode error;
+    state->acceptor.close(error);
+  });
   state_.reset();
   ended.wait();
 }

@@ -9,7 +9,6 @@
 
 namespace hlv::server {
 
-class Acceptor;
 struct ListenerState;
 
 /// Speaks HTTP/1.1 and 1.0 with kept connections; a connection's requests are served one after the
@@ -36,7 +35,6 @@ class HttpListener {
  private:
   EventLoops& loops_;
   std::shared_ptr<ListenerState> state_;
-  std::weak_ptr<Acceptor> acceptor_;
   int port_ = 0;
 };
 

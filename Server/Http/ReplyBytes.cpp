@@ -1,11 +1,8 @@
 #include "Server/Http/ReplyBytes.h"
 
 #include <algorithm>
-#include <boost/asio/buffer.hpp>
-#include <boost/beast/core/buffers_range.hpp>
+#include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/http/empty_body.hpp>
-#include <boost/beast/http/serializer.hpp>
-#include <boost/beast/http/span_body.hpp>
 #include <random>
 #include <string_view>
 
@@ -14,7 +11,6 @@ namespace {
 
 namespace beast = boost::beast;
 namespace http = beast::http;
-using Body = http::span_body<const char>;
 
 /// For browsers: nothing is kept, guessed, framed, or fetched from elsewhere.
 constexpr std::pair<const char*, const char*> safetyHeaders[] = {
@@ -32,27 +28,14 @@ bool isHeaderText(std::string_view text) {
   });
 }
 
-template <class Message>
-std::string bytesOf(Message& message, bool headAlone) {
-  std::string bytes;
-  typename http::serializer<false, typename Message::body_type> serializer(message);
-  serializer.split(headAlone);
-  while (!serializer.is_done() && !(headAlone && serializer.is_header_done())) {
-    beast::error_code error;
-    serializer.next(error, [&](beast::error_code& /*error*/, const auto& buffers) {
-      for (const auto buffer : beast::buffers_range_ref(buffers)) {
-        bytes.append(static_cast<const char*>(buffer.data()), buffer.size());
-      }
-      serializer.consume(beast::buffer_bytes(buffers));
-    });
-    if (error) break;
-  }
-  return bytes;
+std::string headOf(const http::response<http::empty_body>& message) {
+  http::fields::writer writer(message, message.version(), message.result_int());
+  return beast::buffers_to_string(writer.get());
 }
 
 std::string serialized(const HttpReply& reply, const std::string& requestID,
                        const ReplyFrame& frame) {
-  http::response<Body> message;
+  http::response<http::empty_body> message;
   message.version(frame.version);
   message.result(static_cast<unsigned>(reply.status));
   message.set("X-Request-Id", requestID);
@@ -66,12 +49,9 @@ std::string serialized(const HttpReply& reply, const std::string& requestID,
   for (const auto& [name, value] : reply.headers) {
     if (isHeaderText(name) && isHeaderText(value)) message.set(name, value);
   }
-  if (hasBody) {
-    message.body() = {reply.body.data(), reply.body.size()};
-    message.content_length(reply.body.size());
-  }
+  if (hasBody) message.content_length(reply.body.size());
   message.keep_alive(frame.keepsConnection);
-  return bytesOf(message, frame.isHead || !hasBody);
+  return hasBody && !frame.isHead ? headOf(message) + reply.body : headOf(message);
 }
 
 }  // namespace
@@ -97,9 +77,6 @@ OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID
   return outgoing;
 }
 
-std::string serializedContinue() {
-  http::response<http::empty_body> message(http::status::continue_, 11);
-  return bytesOf(message, true);
-}
+std::string serializedContinue() { return headOf({http::status::continue_, 11}); }
 
 }  // namespace hlv::server

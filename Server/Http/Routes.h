@@ -3,8 +3,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <map>
-#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,52 +23,46 @@ class Routes {
   /// `path` as in "v1/guests/*/cards", where "*" stands for any one part that is not empty. A part
   /// that is spelled out goes before "*".
   void add(const std::string& method, std::string_view path, Handler handler) {
-    auto* node = &root_;
+    std::vector<std::string> parts;
     while (!path.empty()) {
-      const auto part = path.substr(0, path.find('/'));
-      path.remove_prefix(std::min(path.size(), part.size() + 1));
-      auto& next = node->parts[std::string(part)];
-      if (!next) next = std::make_unique<Node>();
-      node = next.get();
+      parts.emplace_back(path.substr(0, path.find('/')));
+      path.remove_prefix(std::min(path.size(), parts.back().size() + 1));
     }
-    node->methods[method] = std::move(handler);
+    routes_[std::move(parts)][method] = std::move(handler);
   }
 
   /// Throws `HttpError` where no route leads. The first `skipped` parts of the request's path are
   /// no part of the routes.
   const Handler& find(const HttpRequest& request, std::size_t skipped = 0) const {
-    const auto* node = find(root_, request.path, skipped);
-    if (!node) throw HttpError(404, "no-such-resource", "There is nothing at this path.");
-    if (const auto found = node->methods.find(request.method); found != node->methods.end()) {
-      return found->second;
+    const auto path = std::span(request.path).subspan(std::min(skipped, request.path.size()));
+    for (const auto& [parts, methods] : routes_) {
+      if (std::equal(path.begin(), path.end(), parts.begin(), parts.end(), isPart)) {
+        return methodOf(methods, request.method);
+      }
     }
+    throw HttpError(404, "no-such-resource", "There is nothing at this path.");
+  }
+
+ private:
+  using Methods = std::map<std::string, Handler, std::less<>>;
+
+  static bool isPart(const std::string& given, const std::string& wanted) {
+    return given == wanted || (wanted == "*" && !given.empty());
+  }
+
+  static const Handler& methodOf(const Methods& methods, const std::string& method) {
+    if (const auto found = methods.find(method); found != methods.end()) return found->second;
     HttpError error(405, "method-not-allowed", "This cannot be done at this path.");
     std::string allowed;
-    for (const auto& [method, handler] : node->methods) {
-      allowed.append(allowed.empty() ? "" : ", ").append(method);
+    for (const auto& [name, handler] : methods) {
+      allowed.append(allowed.empty() ? "" : ", ").append(name);
     }
     error.headers.emplace_back("Allow", allowed);
     throw error;
   }
 
- private:
-  struct Node {
-    std::map<std::string, std::unique_ptr<Node>, std::less<>> parts;
-    std::map<std::string, Handler, std::less<>> methods;
-  };
-
-  static const Node* find(const Node& node, const std::vector<std::string>& path, std::size_t at) {
-    if (at >= path.size()) return node.methods.empty() ? nullptr : &node;
-    if (path[at].empty()) return nullptr;
-    for (const std::string_view part : {std::string_view(path[at]), std::string_view("*")}) {
-      const auto next = node.parts.find(part);
-      if (next == node.parts.end()) continue;
-      if (const auto* found = find(*next->second, path, at + 1)) return found;
-    }
-    return nullptr;
-  }
-
-  Node root_;
+  // "*" sorts before whatever is spelled out, and so comes last.
+  std::map<std::vector<std::string>, Methods, std::greater<>> routes_;
 };
 
 }  // namespace hlv::server
