@@ -2,9 +2,8 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 #include <utility>
-
-#include "Values/Send.h"
 
 namespace hlv::testing {
 namespace {
@@ -12,103 +11,61 @@ namespace {
 /// An app's own completion, which is called once, since no kit stands before it.
 constexpr std::uint32_t callOfTheApp = 4;
 
-/// Answers one call as its plan says.
-class Service {
- public:
-  explicit Service(StressHost::Setting setting) : setting_(std::move(setting)) {}
+/// The operation that a call takes part in.
+std::uint32_t numberOf(const CallOf& of) {
+  const auto text = of.guest ? (*of.guest)->email() : *of.user;
+  return static_cast<std::uint32_t>(std::stoul(text.value_or("0")));
+}
 
- protected:
-  /// With these results, or with an error in their place.
-  template <class Completion, class... Results>
-  void answer(const NullableString& operation, std::uint32_t call, const Completion& completion,
-              const Results&... results) const {
-    const auto number = static_cast<std::uint32_t>(std::stoul(operation.value_or("0")));
-    std::minstd_rand plan(setting_.seed * 7919U + number * 31U + call);
-    plan.discard(3);
-    const auto oneIn = [&](std::uint32_t chances) { return plan() % chances == 0; };
-    if (oneIn(25)) return setting_.unanswered(number);
-    const std::function<void()> say = [=, fails = oneIn(8)] {
-      fails ? completion(Results()..., makeError("refused")) : completion(results..., nullptr);
-    };
-    if (oneIn(4)) {
-      say();
-    } else {
-      setting_.threads->post(say);
-    }
-    if (call != callOfTheApp && oneIn(5)) setting_.threads->post(say);
+/// Answers one call as its plan says: with these results, or with an error in their place.
+template <class Completion, class... Results>
+void answer(const StressHost::Setting& setting, std::uint32_t call, std::uint32_t operation,
+            const Completion& completion, const std::tuple<Results...>& results) {
+  std::minstd_rand plan(setting.seed * 7919U + operation * 31U + call);
+  plan.discard(3);
+  const auto oneIn = [&](std::uint32_t chances) { return plan() % chances == 0; };
+  if (oneIn(25)) return setting.unanswered(operation);
+  const std::function<void()> say = [=, fails = oneIn(8)] {
+    if (fails) return completion(Results()..., makeError("refused"));
+    std::apply(completion, std::tuple_cat(results, std::tuple(ErrorPtr())));
+  };
+  if (oneIn(4)) {
+    say();
+  } else {
+    setting.threads->post(say);
   }
-
-  static NullableString numberOf(const std::shared_ptr<HLVSDKGuest>& guest) {
-    return send(guest, &HLVSDKGuest::email);
-  }
-
- private:
-  const StressHost::Setting setting_;
-};
-
-class StressBackend final : public HLVSDKAPIManager, private Service {
- public:
-  using Service::Service;
-
-  void updateCurrentGuestWithRequest(const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
-                                     HLVSDKGuestCompletion completion) override {
-    answer(std::static_pointer_cast<FakeUpdateRequest>(request)->token, 1, completion,
-           std::shared_ptr<HLVSDKGuest>());
-  }
-  void addCreditCardForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
-                             const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>&,
-                             HLVSDKGuestCardCompletion completion) override {
-    answer(numberOf(guest), 2, completion, guest, std::make_shared<FakeStoredCard>());
-  }
-  void deleteCreditCardWithID(const NullableString&, const std::shared_ptr<HLVSDKGuest>& guest,
-                              HLVSDKGuestCompletion completion) override {
-    answer(numberOf(guest), 3, completion, guest);
-  }
-  void updateCreditCard(const NullableString&, const Dictionary&,
-                        const std::shared_ptr<HLVSDKGuest>& guest,
-                        HLVSDKGuestCardCompletion completion) override {
-    answer(numberOf(guest), callOfTheApp, completion, guest, std::make_shared<FakeStoredCard>());
-  }
-  void fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
-                             HLVSDKCreditCardsCompletion completion) override {
-    answer(numberOf(guest), 5, completion, List<HLVSDKCreditCard>{});
-  }
-};
-
-class StressProvider final : public PLVInAppClient, private Service {
- public:
-  using Service::Service;
-  using Instrument = std::shared_ptr<PLVCreditCardPaymentInstrument>;
-
-  void registerWithAPIKey(const NullableString&) override {}
-  void createUserToken(const NullableString& email, const Instrument&, const NullableString&,
-                       PLVUserTokenCompletion completion) override {
-    answer(email, 6, completion, email);
-  }
-  void addPaymentInstrument(const Instrument&, const NullableString& userToken,
-                            const NullableString&, PLVErrorCompletion completion) override {
-    answer(userToken, 7, completion);
-  }
-  void getPaymentInstrumentsList(const NullableString& userToken, const NullableString& useCase,
-                                 PLVPaymentInstrumentsCompletion completion) override {
-    answer(userToken, 8 + static_cast<std::uint32_t>(length(useCase)), completion,
-           List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()});
-  }
-  void removePaymentInstrument(const Instrument&, const NullableString&,
-                               const NullableString& userToken,
-                               PLVErrorCompletion completion) override {
-    answer(userToken, 20, completion);
-  }
-};
+  if (call != callOfTheApp && oneIn(5)) setting.threads->post(say);
+}
 
 }  // namespace
 
-StressHost::StressHost(const Setting& setting)
-    : ScriptedHost(Recording::off),
-      stressBackend_(std::make_shared<StressBackend>(setting)),
-      stressProvider_(std::make_shared<StressProvider>(setting)) {
+StressHost::StressHost(const Setting& setting) : ScriptedHost(Recording::off) {
   guest = guestOf(0, true);
   requestBody = nullptr;  // What a request was made of is kept for one thread.
+  // Each reply brings objects of its own, and the guest that it was asked for.
+  const auto plan = [setting](auto& calls, std::uint32_t call, auto results) {
+    calls.answerInside = [=](const auto& completion, const CallOf& of) {
+      const auto useCase = call == 8 ? static_cast<std::uint32_t>(length(*of.useCase)) : 0;
+      answer(setting, call + useCase, numberOf(of), completion, results(of));
+    };
+  };
+  const auto withGuest = [](const CallOf& of) { return std::tuple(*of.guest); };
+  const auto withCard = [](const CallOf& of) {
+    return std::tuple(*of.guest, std::make_shared<FakeStoredCard>());
+  };
+  const auto withNothing = [](const CallOf&) { return std::tuple<>(); };
+  plan(backend->guestUpdates, 1,
+       [](const CallOf&) { return std::tuple(std::shared_ptr<HLVSDKGuest>()); });
+  plan(backend->cardAdds, 2, withCard);
+  plan(backend->deletions, 3, withGuest);
+  plan(backend->cardUpdates, callOfTheApp, withCard);
+  plan(backend->cardFetches, 5, [](const CallOf&) { return std::tuple(List<HLVSDKCreditCard>()); });
+  plan(provider->tokens, 6, [](const CallOf& of) { return std::tuple(*of.user); });
+  plan(provider->adds, 7, withNothing);
+  plan(provider->lists, 8, [](const CallOf&) {
+    return std::tuple(List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()});
+  });
+  plan(provider->removals, 20, withNothing);
 }
 
 std::shared_ptr<FakeGuest> StressHost::guestOf(std::size_t operation, bool hasToken) {

@@ -9,8 +9,6 @@
 #include <memory>
 #include <utility>
 
-#include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
-#include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Tests/Support/ScriptedHost.h"
 
 namespace hlv::testing {
@@ -61,13 +59,6 @@ class StressHost final : public ScriptedHost {
   explicit StressHost(const Setting& setting);
 
   static std::shared_ptr<FakeGuest> guestOf(std::size_t operation, bool hasToken);
-
-  std::shared_ptr<HLVSDKAPIManager> apiManager() override { return stressBackend_; }
-  std::shared_ptr<PLVInAppClient> inAppClient() override { return stressProvider_; }
-
- private:
-  const std::shared_ptr<HLVSDKAPIManager> stressBackend_;
-  const std::shared_ptr<PLVInAppClient> stressProvider_;
 };
 
 }  // namespace hlv::testing

@@ -77,7 +77,8 @@ void ScriptedBackend::updateCurrentGuestWithRequest(
     const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
     HLVSDKGuestCompletion completion) {
   record(trace_, "backend update guest token=", request);
-  guestUpdates.hold(std::move(completion));
+  const auto* fake = dynamic_cast<const FakeUpdateRequest*>(request.get());
+  guestUpdates.hold(std::move(completion), {.user = fake ? &fake->token : nullptr});
 }
 
 void ScriptedBackend::addCreditCardForGuest(
@@ -86,14 +87,14 @@ void ScriptedBackend::addCreditCardForGuest(
     HLVSDKGuestCardCompletion completion) {
   record(trace_, "backend add card for ", guest, " token=", requestInfo);
   if (trace_) lastAddRequest = requestInfo;
-  cardAdds.hold(std::move(completion));
+  cardAdds.hold(std::move(completion), {.guest = &guest});
 }
 
 void ScriptedBackend::deleteCreditCardWithID(const NullableString& ID,
                                              const std::shared_ptr<HLVSDKGuest>& guest,
                                              HLVSDKGuestCompletion completion) {
   record(trace_, "backend delete ", ID, " of ", guest);
-  deletions.hold(std::move(completion));
+  deletions.hold(std::move(completion), {.guest = &guest});
 }
 
 void ScriptedBackend::updateCreditCard(const NullableString& ID, const Dictionary& address,
@@ -101,13 +102,13 @@ void ScriptedBackend::updateCreditCard(const NullableString& ID, const Dictionar
                                        HLVSDKGuestCardCompletion completion) {
   record(trace_, "backend update ", ID, " of ", guest);
   if (trace_) lastAddress = address;
-  cardUpdates.hold(std::move(completion));
+  cardUpdates.hold(std::move(completion), {.guest = &guest});
 }
 
 void ScriptedBackend::fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                                             HLVSDKCreditCardsCompletion completion) {
   record(trace_, "backend fetch cards of ", guest);
-  cardFetches.hold(std::move(completion));
+  cardFetches.hold(std::move(completion), {.guest = &guest});
 }
 
 void ScriptedProvider::registerWithAPIKey(const NullableString& key) {
@@ -118,29 +119,28 @@ void ScriptedProvider::createUserToken(
     const NullableString& email, const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& useCase, PLVUserTokenCompletion completion) {
   record(trace_, "provider create token for ", email, " with ", instrument, " use case ", useCase);
-  tokens.hold(std::move(completion));
+  tokens.hold(std::move(completion), {.user = &email, .useCase = &useCase});
 }
 
 void ScriptedProvider::addPaymentInstrument(
     const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& userToken, const NullableString& useCase, PLVErrorCompletion completion) {
   record(trace_, "provider add ", instrument, " under ", userToken, " use case ", useCase);
-  adds.hold(std::move(completion));
+  adds.hold(std::move(completion), {.user = &userToken, .useCase = &useCase});
 }
 
 void ScriptedProvider::getPaymentInstrumentsList(const NullableString& userToken,
                                                  const NullableString& useCase,
                                                  PLVPaymentInstrumentsCompletion completion) {
   record(trace_, "provider list ", userToken, " use case ", useCase);
-  lastUseCase = shownText(useCase);
-  lists.hold(std::move(completion));
+  lists.hold(std::move(completion), {.user = &userToken, .useCase = &useCase});
 }
 
 void ScriptedProvider::removePaymentInstrument(
     const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
     const NullableString& useCase, const NullableString& userToken, PLVErrorCompletion completion) {
   record(trace_, "provider remove ", instrument, " from ", useCase, " of ", userToken);
-  removals.hold(std::move(completion));
+  removals.hold(std::move(completion), {.user = &userToken, .useCase = &useCase});
 }
 
 ScriptedHost::ScriptedHost(Recording recording)

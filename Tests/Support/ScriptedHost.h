@@ -58,8 +58,6 @@ class ScriptedProvider final : public PLVInAppClient {
   Held<PLVUserTokenCompletion> tokens;
   Held<PLVErrorCompletion> adds, removals;
   Held<PLVPaymentInstrumentsCompletion> lists;
-  /// The use case of the last list call.
-  std::string lastUseCase;
 
   void registerWithAPIKey(const NullableString& key) override;
   void createUserToken(const NullableString& email,
