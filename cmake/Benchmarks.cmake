@@ -4,8 +4,7 @@ find_package(benchmark REQUIRED)
 add_library(hlv_bench_support STATIC
   Benchmarks/Support/EnabledKit.cpp
   Benchmarks/Support/Records.cpp
-  Benchmarks/Support/VirtualPlatform.cpp
-  Tests/Support/ScriptedHost.cpp)
+  Benchmarks/Support/VirtualPlatform.cpp)
 target_link_libraries(hlv_bench_support PUBLIC hlv_flags HLVSDKPaylevenKit)
 
 function(hlv_add_benchmark name)

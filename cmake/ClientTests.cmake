@@ -1,10 +1,7 @@
 # The host whose services are elsewhere, against a server that replies what a test wants.
 hlv_add_tests(ClientTests
   SOURCES
-    Tests/Client/CannedServer.cpp
     Tests/Client/RemoteHostTests.cpp
     Tests/Client/TransportTests.cpp
-    Tests/Sandbox/SandboxTest.cpp
-    Tests/Server/RawClient.cpp
   LIBRARIES HLVSDKPaylevenClient hlv_records hlv_beast)
 hlv_precompile(ClientTests <nlohmann/json.hpp>)

@@ -8,8 +8,7 @@ add_library(hlv_explorer STATIC
   Tests/Explorer/ReferenceModel.cpp
   Tests/Explorer/Scenario.cpp
   Tests/Explorer/Simulation.cpp
-  Tests/Secrecy/CardDataSearch.cpp
-  Tests/Support/ScriptedHost.cpp)
+  Tests/Secrecy/CardDataSearch.cpp)
 target_link_libraries(hlv_explorer PUBLIC HLVSDKPaylevenKit PRIVATE hlv_flags)
 
 add_executable(Explorer

@@ -25,6 +25,6 @@ endfunction()
 
 hlv_add_fuzz_target(CardInputFuzz RUNS 10000 LIBRARIES HLVSDKPaylevenSandbox)
 hlv_add_fuzz_target(GuestLifeFuzz RUNS 150
-  SOURCES Tests/Sandbox/SandboxTest.cpp Tests/Secrecy/CardDataSearch.cpp
+  SOURCES Tests/Secrecy/CardDataSearch.cpp
   LIBRARIES HLVSDKPaylevenSandbox)
 hlv_add_fuzz_target(HistoryFuzz RUNS 1500 LIBRARIES hlv_explorer)

@@ -10,7 +10,6 @@ add_executable(ObjCTests
   Tests/ObjC/OperationsTests.mm
   Tests/ObjC/RunTimeTableTests.mm
   Tests/ObjC/Sanitizers.cpp
-  Tests/Support/ScriptedHost.cpp
   $<TARGET_OBJECTS:HLVHostClassesObjC>)
 set(run_time_table ${PROJECT_SOURCE_DIR}/Tests/ObjC/runtime-table.txt)
 target_compile_definitions(ObjCTests PRIVATE HLV_RUN_TIME_TABLE="${run_time_table}")

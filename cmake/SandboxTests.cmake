@@ -4,7 +4,6 @@ hlv_add_tests(SandboxTests
     Tests/Sandbox/CardRulesTests.cpp
     Tests/Sandbox/FaultTests.cpp
     Tests/Sandbox/HostServicesTests.cpp
-    Tests/Sandbox/SandboxTest.cpp
     Tests/Sandbox/SecrecyTests.cpp
     Tests/Sandbox/ServicesTests.cpp
     Tests/Sandbox/StoreTests.cpp

@@ -3,20 +3,16 @@ hlv_add_tests(HttpTests
   SOURCES
     Tests/Secrecy/ProcessMemory.cpp
     Tests/Server/HttpTests.cpp
-    Tests/Server/RawClient.cpp
   LIBRARIES hlv_http hlv_beast)
 hlv_add_tests(ServerTests
   SOURCES
-    Tests/Sandbox/SandboxTest.cpp
     Tests/Secrecy/CardDataSearch.cpp
     Tests/Server/ConsoleTests.cpp
     Tests/Server/EndToEndTests.cpp
     Tests/Server/HostileInputTests.cpp
     Tests/Server/IdempotencyTests.cpp
     Tests/Server/ManySandboxesTests.cpp
-    Tests/Server/RawClient.cpp
     Tests/Server/RequestLogTests.cpp
     Tests/Server/SecrecyTests.cpp
-    Tests/Server/ServerTest.cpp
   LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient hlv_beast SQLiteCpp)
 hlv_precompile(ServerTests <nlohmann/json.hpp>)

@@ -28,7 +28,6 @@ hlv_add_tests(PlatformTests
   LIBRARIES HLVSDKPaylevenKit)
 hlv_add_tests(KitTests
   SOURCES
-    Tests/Support/ScriptedHost.cpp
     Tests/Kit/EnablingTests.cpp
     Tests/Kit/KitConfigurationTests.cpp
     Tests/Kit/ManagerCoreTests.cpp
@@ -42,7 +41,6 @@ hlv_add_tests(SecrecyTests
     Tests/Secrecy/CardDataSearchTests.cpp
     Tests/Secrecy/ProcessMemory.cpp
     Tests/Secrecy/ProcessMemoryTests.cpp
-    Tests/Support/ScriptedHost.cpp
   LIBRARIES HLVSDKPaylevenKit)
 if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")
   target_compile_definitions(SecrecyTests PRIVATE HLV_KEEPS_WHAT_IS_FREED)
@@ -50,9 +48,7 @@ endif()
 hlv_add_tests(StressTests
   SOURCES
     Tests/Stress/JoinTests.cpp
-    Tests/Stress/StressHost.cpp
     Tests/Stress/StressTests.cpp
-    Tests/Support/ScriptedHost.cpp
   LIBRARIES HLVSDKPaylevenKit hlv_asio)
 
 find_program(HLV_PYTHON NAMES python3 REQUIRED)

@@ -49,7 +49,9 @@ class BenchHost final : public testing::ScriptedHost {
           call, [callback = std::move(callback), results...] { callback(results..., nullptr); });
     };
     const auto answer = [&](auto& calls, RemoteCall call, auto... results) {
-      calls.answerInside = [=](auto callback) { succeed(call, std::move(callback), results...); };
+      calls.answerInside = [=](auto callback, const testing::CallOf&) {
+        succeed(call, std::move(callback), results...);
+      };
     };
     const auto& card = records.cards[0];
     answer(backend->guestUpdates, RemoteCall::updateGuest, guest);
@@ -60,8 +62,8 @@ class BenchHost final : public testing::ScriptedHost {
     answer(provider->tokens, RemoteCall::createToken, "token");
     answer(provider->adds, RemoteCall::addInstrument);
     answer(provider->removals, RemoteCall::removeInstrument);
-    provider->lists.answerInside = [this, &records, succeed](auto callback) {
-      const auto& useCase = provider->lastUseCase;
+    provider->lists.answerInside = [&records, succeed](auto callback, const testing::CallOf& of) {
+      const auto& useCase = *of.useCase;
       const std::size_t position = useCase == "private" ? 0 : useCase == "business" ? 1 : 2;
       constexpr RemoteCall calls[] = {RemoteCall::listPrivate, RemoteCall::listBusiness,
                                       RemoteCall::listDefault};

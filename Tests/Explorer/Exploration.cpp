@@ -51,48 +51,49 @@ std::string textOf(const History& history,
   return text;
 }
 
-std::optional<std::string> Exploration::run(Progress& progress, const std::atomic<bool>& stop) {
+std::optional<std::string> explore(const Scenario& scenario, const Limits& limits,
+                                   Progress& progress, const std::atomic<bool>& stop,
+                                   Outcomes* outcomes) {
   Simulation simulation;
-  DepthFirst choices(limits_.orders, limits_.shard);
-  bool goesOn = true;
-  while (goesOn && !stop && progress.histories < limits_.histories) {
+  DepthFirst choices(limits.orders, limits.shard);
+  std::optional<std::string> shortest;
+  std::ptrdiff_t fewestMoves = 0;
+  const auto keepIfShorter = [&](const History& history,
+                                 const ReferenceModel::Violation& violation) {
+    const auto moves = std::count_if(history.begin(), history.end(),
+                                     [](const auto& event) { return event.isMove; });
+    if (shortest && moves >= fewestMoves) return;
+    fewestMoves = moves;
+    shortest = textOf(history, violation) + "Replay it with: --replay '" + scenario.name + "; " +
+               std::to_string(limits.interferences) + "; " + choices.path() + "'\n";
+  };
+  const auto leavesMemory = [&](DepthFirst again) {
     const auto blocks = liveBlocks();
-    const auto& history = simulation.play(scenario_, limits_.interferences, choices);
+    simulation.play(scenario, limits.interferences, again);
+    simulation.forget();
+    return liveBlocks() > blocks;
+  };
+  bool goesOn = true;
+  while (goesOn && !stop && progress.histories < limits.histories) {
+    const auto blocks = liveBlocks();
+    const auto& history = simulation.play(scenario, limits.interferences, choices);
     if (choices.isComplete()) {
       ++progress.histories;
-      if (limits_.keepsOutcomes) outcomes_.insert(outcomeOf(history));
-      if (const auto violation = violationOf(scenario_, history)) {
-        keepIfShorter(history, *violation, choices);
+      if (outcomes) outcomes->insert(outcomeOf(history));
+      if (const auto violation = violationOf(scenario, history)) {
+        keepIfShorter(history, *violation);
       }
     }
     simulation.forget();
-    if (!shortest_ && liveBlocks() > blocks && leavesMemory(simulation, choices)) {
-      keepIfShorter({}, {0, "no memory left over"}, choices);
+    // Played once more: what lasts is made only once.
+    if (!shortest && liveBlocks() > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
+      keepIfShorter({}, {0, "no memory left over"});
     }
-    if (shortest_) progress.failed = true;
+    if (shortest) progress.failed = true;
     goesOn = choices.next();
   }
   if (!goesOn) ++progress.ended;
-  return shortest_;
-}
-
-/// Plays the history once more: what lasts is made only once.
-bool Exploration::leavesMemory(Simulation& simulation, const DepthFirst& choices) const {
-  auto again = *DepthFirst::along(choices.path());
-  const auto blocks = liveBlocks();
-  simulation.play(scenario_, limits_.interferences, again);
-  simulation.forget();
-  return liveBlocks() > blocks;
-}
-
-void Exploration::keepIfShorter(const History& history, const ReferenceModel::Violation& violation,
-                                const DepthFirst& choices) {
-  const auto moves = static_cast<std::size_t>(std::count_if(
-      history.begin(), history.end(), [](const auto& event) { return event.isMove; }));
-  if (shortest_ && moves >= shortestMoves_) return;
-  shortestMoves_ = moves;
-  shortest_ = textOf(history, violation) + "Replay it with: --replay '" + scenario_.name + "; " +
-              std::to_string(limits_.interferences) + "; " + choices.path() + "'\n";
+  return shortest;
 }
 
 }  // namespace hlv::testing

@@ -24,43 +24,28 @@ std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
 std::string textOf(const History& history,
                    const std::optional<ReferenceModel::Violation>& violation);
 
-class Exploration {
- public:
-  struct Limits {
-    /// Beyond those of the scenario.
-    std::size_t interferences = 0;
-    std::uint64_t histories = std::numeric_limits<std::uint64_t>::max();
-    DepthFirst::Orders orders = DepthFirst::Orders::distinct;
-    Shard shard = {};
-    bool keepsOutcomes = false;
-  };
-
-  /// How far all explorations of the scenario are, and how many of them have nothing left.
-  struct Progress {
-    std::atomic<std::uint64_t> histories{0};
-    std::atomic<unsigned> ended{0};
-    std::atomic<bool> failed{false};
-  };
-
-  Exploration(const Scenario& scenario, const Limits& limits)
-      : scenario_(scenario), limits_(limits) {}
-
-  /// The text of the shortest history that is not as it must be, with the path that replays it; or
-  /// nothing. Ends early when `stop` is set.
-  std::optional<std::string> run(Progress& progress, const std::atomic<bool>& stop);
-  /// What the histories came to: what each operation and each notification saw, and what was left.
-  const std::set<std::uint64_t>& outcomes() const { return outcomes_; }
-
- private:
-  bool leavesMemory(Simulation& simulation, const DepthFirst& choices) const;
-  void keepIfShorter(const History& history, const ReferenceModel::Violation& violation,
-                     const DepthFirst& choices);
-
-  const Scenario& scenario_;
-  const Limits limits_;
-  std::optional<std::string> shortest_;
-  std::size_t shortestMoves_ = 0;
-  std::set<std::uint64_t> outcomes_;
+struct Limits {
+  /// Beyond those of the scenario.
+  std::size_t interferences = 0;
+  std::uint64_t histories = std::numeric_limits<std::uint64_t>::max();
+  DepthFirst::Orders orders = DepthFirst::Orders::distinct;
+  Shard shard = {};
 };
+
+/// How far all explorations of a scenario are, and how many of them have nothing left.
+struct Progress {
+  std::atomic<std::uint64_t> histories{0};
+  std::atomic<unsigned> ended{0};
+  std::atomic<bool> failed{false};
+};
+
+/// What histories came to: what each operation and each notification saw, and what was left.
+using Outcomes = std::set<std::uint64_t>;
+
+/// The text of the shortest history that is not as it must be, with the path that replays it; or
+/// nothing. Ends early when `stop` is set. The outcomes are kept where there is a place for them.
+std::optional<std::string> explore(const Scenario& scenario, const Limits& limits,
+                                   Progress& progress, const std::atomic<bool>& stop,
+                                   Outcomes* outcomes = nullptr);
 
 }  // namespace hlv::testing

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
-#include <iomanip>
 #include <iostream>
 #include <map>
 #include <new>
@@ -23,7 +22,7 @@ namespace {
 using namespace hlv::testing;
 
 struct Options {
-  Exploration::Limits limits;
+  Limits limits;
   unsigned jobs = 2;
   bool stopAtFirstFailure = false, comparesOrders = false, playsLong = false;
   std::string replay, part;
@@ -33,7 +32,7 @@ struct Options {
 /// What the workers and their parent share.
 struct Board {
   std::atomic<bool> stop{false};
-  Exploration::Progress lines[256];
+  Progress lines[256];
 
   std::uint64_t total() const {
     std::uint64_t total = 0;
@@ -94,13 +93,12 @@ void print(const std::string& text) {
 }
 
 /// A worker's share of every scenario.
-void explore(const std::vector<const Scenario*>& scenarios, const Options& options, unsigned job,
-             Board& board) {
+void playShare(const std::vector<const Scenario*>& scenarios, const Options& options, unsigned job,
+               Board& board) {
   auto limits = options.limits;
   limits.shard = {limits.shard.number * options.jobs + job, limits.shard.of * options.jobs};
   for (std::size_t i = 0; i < scenarios.size() && !board.stop; ++i) {
-    Exploration exploration(*scenarios[i], limits);
-    if (const auto failure = exploration.run(board.lines[i], board.stop)) {
+    if (const auto failure = explore(*scenarios[i], limits, board.lines[i], board.stop)) {
       print("\n" + scenarios[i]->name + "\n" + *failure);
     }
   }
@@ -111,23 +109,19 @@ void compareOrders(const std::vector<const Scenario*>& scenarios, const Options&
                    unsigned job, Board& board) {
   for (std::size_t i = job; i < scenarios.size(); i += options.jobs) {
     auto limits = options.limits;
-    limits.keepsOutcomes = true;
-    Exploration distinct(*scenarios[i], limits);
-    distinct.run(board.lines[i], board.stop);
+    auto& line = board.lines[i];
+    Progress all;
+    Outcomes distinct, everything;
+    explore(*scenarios[i], limits, line, board.stop, &distinct);
     limits.orders = DepthFirst::Orders::all;
-    Exploration::Progress all;
-    Exploration everything(*scenarios[i], limits);
-    everything.run(all, board.stop);
-    if (all.ended + board.lines[i].ended < 2) {
+    explore(*scenarios[i], limits, all, board.stop, &everything);
+    if (all.ended + line.ended < 2) {
       print("too many to compare: " + scenarios[i]->name + "\n");
       continue;
     }
-    board.lines[i].failed = distinct.outcomes() != everything.outcomes();
-    std::ostringstream line;
-    line << std::setw(12) << board.lines[i].histories << std::setw(12) << all.histories
-         << std::setw(12) << distinct.outcomes().size() << std::setw(12)
-         << everything.outcomes().size() << "  " << scenarios[i]->name << "\n";
-    print(line.str());
+    line.failed = distinct != everything;
+    std::printf("%12lu %12lu %12zu %12zu  %s\n", line.histories.load(), all.histories.load(),
+                distinct.size(), everything.size(), scenarios[i]->name.c_str());
   }
 }
 
@@ -139,7 +133,7 @@ bool runWorkers(const std::vector<const Scenario*>& scenarios, const Options& op
   for (unsigned job = 0; job < options.jobs; ++job) {
     if (fork() == 0) {
       close(ends[0]);
-      (options.comparesOrders ? compareOrders : explore)(scenarios, options, job, board);
+      (options.comparesOrders ? compareOrders : playShare)(scenarios, options, job, board);
       std::exit(0);  // Not _Exit: a build that counts lines writes them down at the end.
     }
   }
@@ -200,22 +194,11 @@ int report(const std::vector<const Scenario*>& scenarios, const Options& options
   return fine ? 0 : 1;
 }
 
-/// Takes "K/N", K from 1 to N.
-std::string readShard(const std::string& text, Shard& shard) {
-  std::istringstream numbers(text);
-  char slash = 0;
-  if (!(numbers >> shard.number >> slash >> shard.of) || slash != '/' || shard.number < 1 ||
-      shard.number > shard.of) {
-    return "must be K/N, K from 1 to N";
-  }
-  --shard.number;
-  return {};
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   Options options;
+  std::pair<std::size_t, std::size_t> shard{1, 1};
   CLI::App app("Explores every order of events of the kit's operations.", "Explorer");
   app.add_option("--interferences", options.limits.interferences,
                  "how many more things may come in between in each history");
@@ -223,8 +206,9 @@ int main(int argc, char** argv) {
   app.add_flag("--first", options.stopAtFirstFailure,
                "stop at the first failure instead of looking for the shortest");
   app.add_flag("--long", options.playsLong, "the long scenarios too");
-  app.add_option("--shard", "K/N: only the K-th of N parts of the histories of each scenario")
-      ->check([&](const std::string& text) { return readShard(text, options.limits.shard); });
+  app.add_option("--shard", shard,
+                 "K/N: only the K-th of N parts of the histories of each scenario")
+      ->delimiter('/');
   app.add_option("--part", options.part, "write what was played into this file, for --merge");
   app.add_option("--merge", options.merged, "files of all parts: report them, and play nothing");
   app.add_flag("--compare-orders", options.comparesOrders,
@@ -234,6 +218,11 @@ int main(int argc, char** argv) {
                  "show one history, from the line that a failure prints");
   app.add_option("scenarios", options.scenarios, "only these; all by default");
   CLI11_PARSE(app, argc, argv);
+  if (shard.first < 1 || shard.first > shard.second) {
+    std::cerr << "--shard must be K/N, K from 1 to N\n";
+    return 2;
+  }
+  options.limits.shard = {shard.first - 1, shard.second};
   if (!options.replay.empty()) return replay(options.replay);
 
   std::vector<const Scenario*> scenarios;

@@ -150,10 +150,10 @@ void ReferenceModel::addFirst(const Asking& who) {
   const auto register_ = [=, this](const NullableString& token) {
     const auto kept = who.manager.lock();
     if (!kept) return;
-    struct Answers {
+    struct Registered {
       Text card = none, error = none;
     };
-    const auto answers = std::make_shared<Answers>();
+    const auto answers = std::make_shared<Registered>();
     const auto both = std::make_shared<Join>();
     both->enter();
     call("backend update guest token=" + *token, [=](const Brought& brought) {

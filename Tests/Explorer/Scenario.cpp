@@ -16,6 +16,7 @@ std::shared_ptr<FakeInstrument> instrument(const char* identifier, const char* d
 
 using Instruments = List<PLVCreditCardPaymentInstrument>;
 using Cards = List<HLVSDKCreditCard>;
+using enum Service;
 
 std::shared_ptr<FakeStoredCard> storedCard(NullableString external, const char* digits = "1111",
                                            const char* useCase = "default") {
@@ -37,51 +38,55 @@ const auto another = instrument("plv-4", "2222");
 /// Everything that the services may answer to operations on a card.
 PossibleReplies everyAnswer() {
   const auto& cast = Fixtures::shared();
-  const PossibleReplies::Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
-  return {.createToken = {{.name = "a token", .token = "created"},
-                          {.name = "an empty token", .token = ""},
-                          {.name = "nothing"},
-                          {.name = "a token and an error", .fails = true, .token = "created"}},
-          .addInstrument = doneOrNot,
-          .removeInstrument = doneOrNot,
-          .updateGuest = {{.name = "the guest", .guest = cast.addedTo},
-                          {.name = "an error", .fails = true}},
-          .addCard = {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
-                      {.name = "nothing"},
-                      {.name = "the card and an error",
-                       .fails = true,
-                       .guest = cast.addedTo,
-                       .card = cast.registered},
-                      {.name = "an error", .fails = true}},
-          .deleteCard = {{.name = "the guest", .guest = cast.deletedFrom},
-                         {.name = "a guest without token", .guest = cast.tokenless},
-                         {.name = "nobody"},
-                         {.name = "an error", .fails = true}},
-          .updateCard = {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
-                         {.name = "an error", .fails = true}},
-          .defaultList = {
-              {.name = "two matches", .instruments = Instruments{matching, nameless, another}},
-              {.name = "one usable match", .instruments = Instruments{matching, unusable}},
-              {.name = "an unidentified match", .instruments = Instruments{unidentified}},
-              {.name = "no match", .instruments = Instruments{another, unusable}},
-              {.name = "no list"},
-              {.name = "a list and an error", .fails = true, .instruments = Instruments{matching}},
-              {.name = "an error", .fails = true}}};
+  const Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
+  return {{createToken,
+           {{.name = "a token", .token = "created"},
+            {.name = "an empty token", .token = ""},
+            {.name = "nothing"},
+            {.name = "a token and an error", .fails = true, .token = "created"}}},
+          {addInstrument, doneOrNot},
+          {removeInstrument, doneOrNot},
+          {updateGuest,
+           {{.name = "the guest", .guest = cast.addedTo}, {.name = "an error", .fails = true}}},
+          {addCard,
+           {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
+            {.name = "nothing"},
+            {.name = "the card and an error",
+             .fails = true,
+             .guest = cast.addedTo,
+             .card = cast.registered},
+            {.name = "an error", .fails = true}}},
+          {deleteCard,
+           {{.name = "the guest", .guest = cast.deletedFrom},
+            {.name = "a guest without token", .guest = cast.tokenless},
+            {.name = "nobody"},
+            {.name = "an error", .fails = true}}},
+          {updateCard,
+           {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
+            {.name = "an error", .fails = true}}},
+          {defaultList,
+           {{.name = "two matches", .instruments = Instruments{matching, nameless, another}},
+            {.name = "one usable match", .instruments = Instruments{matching, unusable}},
+            {.name = "an unidentified match", .instruments = Instruments{unidentified}},
+            {.name = "no match", .instruments = Instruments{another, unusable}},
+            {.name = "no list"},
+            {.name = "a list and an error", .fails = true, .instruments = Instruments{matching}},
+            {.name = "an error", .fails = true}}}};
 }
 
 /// Success, or an error.
 PossibleReplies successOrError() {
   auto replies = everyAnswer();
-  replies.createToken = {{.name = "a token", .token = "created"},
-                         {.name = "an error", .fails = true}};
-  replies.addCard.erase(replies.addCard.begin() + 1, replies.addCard.begin() + 3);
-  replies.deleteCard.erase(replies.deleteCard.begin() + 1, replies.deleteCard.begin() + 3);
-  const PossibleReplies::Answers lists{{.name = "a match", .instruments = Instruments{matching}},
-                                       {.name = "an error", .fails = true}};
-  replies.defaultList = lists;
-  replies.privateList =
-      replies.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
-  replies.fetchCards = {{.name = "no cards", .cards = Cards{}}};
+  replies[createToken] = {{.name = "a token", .token = "created"},
+                          {.name = "an error", .fails = true}};
+  replies[addCard].erase(replies[addCard].begin() + 1, replies[addCard].begin() + 3);
+  replies[deleteCard].erase(replies[deleteCard].begin() + 1, replies[deleteCard].begin() + 3);
+  const Answers lists{{.name = "a match", .instruments = Instruments{matching}},
+                      {.name = "an error", .fails = true}};
+  replies[defaultList] = lists;
+  replies[privateList] =
+      replies[businessList] = {{.name = "an empty list", .instruments = Instruments{}}};
+  replies[fetchCards] = {{.name = "no cards", .cards = Cards{}}};
   return replies;
 }
 
@@ -92,25 +97,24 @@ PossibleReplies instruments(std::size_t count) {
   const std::shared_ptr<FakeInstrument> all[] = {matching, another, laterMatch, unidentified};
   for (std::size_t i = 0; i < count; ++i) lists[i % 3].push_back(all[i]);
   const auto answers = [&](const Instruments& list) {
-    return PossibleReplies::Answers{
-        {.name = "its list", .instruments = list},
-        {.name = "no list"},
-        {.name = "a list and an error", .fails = true, .instruments = list}};
+    return Answers{{.name = "its list", .instruments = list},
+                   {.name = "no list"},
+                   {.name = "a list and an error", .fails = true, .instruments = list}};
   };
   PossibleReplies replies;
-  replies.privateList = answers(lists[0]);
-  replies.businessList = answers(lists[1]);
-  replies.defaultList = answers(lists[2]);
-  replies.fetchCards = {{.name = "cards known by identifier",
-                         .cards = Cards{storedCard("plv-1"), storedCard("plv-2")}},
-                        {.name = "cards known by digits",
-                         .cards = Cards{storedCard("plv-9", "1111", "private"),
-                                        storedCard(std::nullopt, "1111", "private"),
-                                        storedCard(std::nullopt, "2222", "private")}},
-                        {.name = "no cards", .cards = Cards{}},
-                        {.name = "no list"},
-                        {.name = "an error", .fails = true}};
-  replies.removeInstrument = {{.name = "done"}, {.name = "an error", .fails = true}};
+  replies[privateList] = answers(lists[0]);
+  replies[businessList] = answers(lists[1]);
+  replies[defaultList] = answers(lists[2]);
+  replies[fetchCards] = {{.name = "cards known by identifier",
+                          .cards = Cards{storedCard("plv-1"), storedCard("plv-2")}},
+                         {.name = "cards known by digits",
+                          .cards = Cards{storedCard("plv-9", "1111", "private"),
+                                         storedCard(std::nullopt, "1111", "private"),
+                                         storedCard(std::nullopt, "2222", "private")}},
+                         {.name = "no cards", .cards = Cards{}},
+                         {.name = "no list"},
+                         {.name = "an error", .fails = true}};
+  replies[removeInstrument] = {{.name = "done"}, {.name = "an error", .fails = true}};
   return replies;
 }
 
@@ -201,13 +205,13 @@ std::vector<Scenario> severalOperations() {
                          .isLong = isLong});
   };
   auto everything = everyAnswer();
-  everything.privateList =
-      everything.businessList = {{.name = "an empty list", .instruments = Instruments{}}};
-  everything.fetchCards = {{.name = "no cards", .cards = Cards{}},
-                           {.name = "an error", .fails = true}};
+  everything[privateList] =
+      everything[businessList] = {{.name = "an empty list", .instruments = Instruments{}}};
+  everything[fetchCards] = {{.name = "no cards", .cards = Cards{}},
+                            {.name = "an error", .fails = true}};
   auto few = successOrError();
   // The join of a first card is explored with fewer operations.
-  few.updateGuest.resize(1);
+  few[updateGuest].resize(1);
   const Operation operations[] = {addFirst, addFurther, remove, update, synchronize};
   for (const auto& one : operations) {
     for (const auto& other : operations) {
@@ -229,13 +233,13 @@ std::vector<Scenario> synchronisations() {
   for (std::size_t count = 0; count <= 4; ++count) {
     const std::string name = "a synchronisation of " + std::to_string(count);
     auto fetching = instruments(count);
-    fetching.removeInstrument.resize(1);
+    fetching[removeInstrument].resize(1);
     scenarios.push_back({.name = name + ", every fetch",
                          .operations = {synchronize},
                          .replies = fetching,
                          .bothThreads = count == 3});
     auto removing = instruments(count);
-    for (auto* list : {&removing.privateList, &removing.businessList, &removing.defaultList}) {
+    for (auto* list : {&removing[privateList], &removing[businessList], &removing[defaultList]}) {
       list->resize(1);
     }
     scenarios.push_back({.name = name + ", every removal",
@@ -245,9 +249,9 @@ std::vector<Scenario> synchronisations() {
   }
   const auto withRequests = [&](const char* name, const std::vector<Operation>& operations) {
     auto replies = instruments(2);
-    replies.privateList.resize(1);
-    replies.businessList.resize(1);
-    for (auto* answers : {&replies.defaultList, &replies.fetchCards}) {
+    replies[privateList].resize(1);
+    replies[businessList].resize(1);
+    for (auto* answers : {&replies[defaultList], &replies[fetchCards]}) {
       answers->erase(answers->begin() + 1, answers->end() - 1);
     }
     scenarios.push_back({.name = name,
@@ -283,8 +287,8 @@ std::vector<Scenario> enablings() {
   const std::vector<Posted> notifications{
       foreground, lost, found, {Posted::Name::authorization, 0}, {Posted::Name::authorization, 1}};
   auto atOnce = successOrError();
-  atOnce.defaultList.resize(1);
-  atOnce.removeInstrument.resize(1);
+  atOnce[defaultList].resize(1);
+  atOnce[removeInstrument].resize(1);
   std::vector<Scenario> scenarios;
   for (const bool authorized : {true, false}) {
     for (const bool token : {true, false}) {
@@ -319,33 +323,6 @@ Fixtures::Fixtures() {
   namesake->digits = "2222";
   registered->id = "registered";
   guest->cards = List<HLVSDKCreditCard>{stored, namesake};
-}
-
-const PossibleReplies::Answers& PossibleReplies::of(Service service,
-                                                    const std::string& useCase) const {
-  switch (service) {
-    case Service::createToken:
-      return createToken;
-    case Service::addInstrument:
-      return addInstrument;
-    case Service::list:
-      return useCase == "private"    ? privateList
-             : useCase == "business" ? businessList
-                                     : defaultList;
-    case Service::removeInstrument:
-      return removeInstrument;
-    case Service::updateGuest:
-      return updateGuest;
-    case Service::addCard:
-      return addCard;
-    case Service::deleteCard:
-      return deleteCard;
-    case Service::updateCard:
-      return updateCard;
-    case Service::fetchCards:
-      break;
-  }
-  return fetchCards;
 }
 
 const std::vector<Scenario>& allScenarios() {

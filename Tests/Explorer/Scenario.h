@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,10 +41,13 @@ struct Answer {
   std::shared_ptr<FakeStoredCard> card = nullptr;
 };
 
+/// The lists are apart by the use case that they are asked for.
 enum class Service {
   createToken,
   addInstrument,
-  list,
+  privateList,
+  businessList,
+  defaultList,
   removeInstrument,
   updateGuest,
   addCard,
@@ -52,15 +56,9 @@ enum class Service {
   fetchCards
 };
 
-/// What each service may answer. The lists are completed apart by the use case they are asked for.
-struct PossibleReplies {
-  using Answers = std::vector<Answer>;
-  Answers createToken = {}, addInstrument = {}, removeInstrument = {}, updateGuest = {},
-          addCard = {}, deleteCard = {}, updateCard = {}, fetchCards = {}, privateList = {},
-          businessList = {}, defaultList = {};
-
-  const Answers& of(Service service, const std::string& useCase) const;
-};
+using Answers = std::vector<Answer>;
+/// What each service may answer.
+using PossibleReplies = std::map<Service, Answers>;
 
 enum class OperationKind { enable, add, remove, update, confirm, fetchAll, synchronize };
 

@@ -1,8 +1,10 @@
 #include "Tests/Explorer/Simulation.h"
 
+#include <type_traits>
 #include <utility>
 
 #include "Public/HLVSDKPaymentManager.h"
+#include "Values/Send.h"
 
 namespace hlv::testing {
 namespace {
@@ -35,6 +37,28 @@ std::string named(const std::shared_ptr<HLVSDKCreditCard>& card) {
 std::string named(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument) {
   return instrument ? instrument->identifier().value_or("unidentified") : "none";
 }
+std::string named(const NullableString& token) { return token.value_or("none"); }
+std::string named(bool success) { return success ? "success" : "failure"; }
+std::string named(const ErrorPtr& error) { return madeAs(error); }
+std::string named(const NullableList<HLVSDKPLVPaymentInstrument>& pairs) {
+  if (!pairs) return "no list";
+  std::string list;
+  for (const auto& pair : *pairs) {
+    list += (list.empty() ? "" : ", ") + *pair->useCase() + " " + named(pair->paymentInstrument());
+  }
+  return list;
+}
+
+/// What an answer has for one parameter of a completion.
+template <class Result>
+Result brought(const Answer& answer, const ErrorPtr& error) {
+  if constexpr (std::is_same_v<Result, ErrorPtr>) return error;
+  if constexpr (std::is_same_v<Result, NullableString>) return answer.token;
+  if constexpr (std::is_same_v<Result, std::shared_ptr<HLVSDKGuest>>) return answer.guest;
+  if constexpr (std::is_same_v<Result, std::shared_ptr<HLVSDKCreditCard>>) return answer.card;
+  if constexpr (std::is_same_v<Result, NullableList<HLVSDKCreditCard>>) return answer.cards;
+  if constexpr (std::is_same_v<Result, decltype(answer.instruments)>) return answer.instruments;
+}
 
 }  // namespace
 
@@ -61,11 +85,32 @@ class Simulation::EnteredCard final : public FakeEnteredCard {
   const std::string name_;
 };
 
-template <class Held, class Deliver>
-void Simulation::listen(Held& held, Service service, Deliver deliver) {
-  held.answerInside = [this, service, deliver](const auto& callback) {
-    called(service, [callback, deliver](const Answer& answer, const ErrorPtr& error) {
-      if (callback) deliver(callback, answer, error);
+/// Any completion of an operation, which says what it gets.
+struct Simulation::Completion {
+  /// Null for a missing one.
+  Simulation* simulation;
+  std::size_t operation;
+
+  template <class... Results>
+  operator std::function<void(Results...)>() const {
+    if (!simulation) return nullptr;
+    return [own = *this](const Results&... results) {
+      std::string said;
+      ((said += (said.empty() ? "" : ", ") + named(results)), ...);
+      own.simulation->completed(own.operation, said);
+    };
+  }
+};
+
+template <class... Results>
+void Simulation::listen(Held<std::function<void(Results...)>>& held, Service service) {
+  held.answerInside = [this, service](const auto& callback, const CallOf& of) {
+    const bool isList = service == Service::defaultList;
+    const auto asked = isList && *of.useCase == "private"    ? Service::privateList
+                       : isList && *of.useCase == "business" ? Service::businessList
+                                                             : service;
+    called(asked, [callback](const Answer& answer, const ErrorPtr& error) {
+      if (callback) callback(brought<Results>(answer, error)...);
     });
   };
 }
@@ -89,25 +134,15 @@ Simulation::Simulation() {
   host_->network->trace = &host_->trace;
   auto& backend = *host_->backend;
   auto& provider = *host_->provider;
-  const auto takeError = [](auto& complete, auto&, auto& error) { complete(error); };
-  const auto takeGuest = [](auto& complete, auto& answer, auto& error) {
-    complete(answer.guest, error);
-  };
-  const auto takeCard = [](auto& complete, auto& answer, auto& error) {
-    complete(answer.guest, answer.card, error);
-  };
-  listen(provider.tokens, Service::createToken,
-         [](auto& complete, auto& answer, auto& error) { complete(answer.token, error); });
-  listen(provider.adds, Service::addInstrument, takeError);
-  listen(provider.lists, Service::list,
-         [](auto& complete, auto& answer, auto& error) { complete(answer.instruments, error); });
-  listen(provider.removals, Service::removeInstrument, takeError);
-  listen(backend.guestUpdates, Service::updateGuest, takeGuest);
-  listen(backend.cardAdds, Service::addCard, takeCard);
-  listen(backend.deletions, Service::deleteCard, takeGuest);
-  listen(backend.cardUpdates, Service::updateCard, takeCard);
-  listen(backend.cardFetches, Service::fetchCards,
-         [](auto& complete, auto& answer, auto& error) { complete(answer.cards, error); });
+  listen(provider.tokens, Service::createToken);
+  listen(provider.adds, Service::addInstrument);
+  listen(provider.lists, Service::defaultList);
+  listen(provider.removals, Service::removeInstrument);
+  listen(backend.guestUpdates, Service::updateGuest);
+  listen(backend.cardAdds, Service::addCard);
+  listen(backend.deletions, Service::deleteCard);
+  listen(backend.cardUpdates, Service::updateCard);
+  listen(backend.cardFetches, Service::fetchCards);
 }
 
 Simulation::~Simulation() {
@@ -470,77 +505,36 @@ void Simulation::start(const Move& move) {
     card->ownError = errorOf(operation);
     enteredCards_.push_back(card);
   }
-  const auto whenGuestAndCard = [this, operation](auto reportedGuest, auto reportedCard,
-                                                  auto error) {
-    completed(operation, named(reportedGuest) + ", " + named(reportedCard) + ", " + madeAs(error));
-  };
-  const auto ifWanted = [&](auto completion, auto wanted) {
-    return request.completion ? decltype(wanted)(completion) : nullptr;
-  };
-  const auto manager = [] {
-    const auto kit = HLVSDKPayleven::sharedInstance();
-    return std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentManager>(
-        kit ? kit->paymentInstrumentManager() : nullptr);
-  };
+  const Completion completion{request.completion ? this : nullptr, operation};
+  using Manager = HLVSDKPaylevenPaymentInstrumentManager;
+  using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
+  // Nothing of the kit is held but the receiver, and that for no longer than its call.
   const auto synchronizer = [] {
-    const auto kit = HLVSDKPayleven::sharedInstance();
-    return std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentsSynchronizer>(
-        kit ? kit->paymentInstrumentsSynchronizer() : nullptr);
+    return std::dynamic_pointer_cast<Synchronizer>(
+        send(HLVSDKPayleven::sharedInstance(), &HLVSDKPayleven::paymentInstrumentsSynchronizer));
   };
-
   switch (scenario_->operations[operation].kind) {
     case OperationKind::enable:
       return enable(request);
     case OperationKind::add:
-      return HLVSDKPaymentManager::make()->addPaymentInstrument(
-          card, cast.address, guest, ifWanted(whenGuestAndCard, HLVSDKGuestCardCompletion()));
+      return HLVSDKPaymentManager::make()->addPaymentInstrument(card, cast.address, guest,
+                                                                completion);
     case OperationKind::remove:
       return HLVSDKPaymentManager::make()->deletePaymentInstrumentWithID(
-          request.id, request.useCase, guest,
-          ifWanted(
-              [this, operation](auto reportedGuest, auto error) {
-                completed(operation, named(reportedGuest) + ", " + madeAs(error));
-              },
-              HLVSDKGuestCompletion()));
+          request.id, request.useCase, guest, completion);
     case OperationKind::update:
-      return HLVSDKPaymentManager::make()->updatePaymentInstrument(
-          request.id, cast.address, guest, ifWanted(whenGuestAndCard, HLVSDKGuestCardCompletion()));
+      return HLVSDKPaymentManager::make()->updatePaymentInstrument(request.id, cast.address, guest,
+                                                                   completion);
     case OperationKind::confirm:
-      if (const auto receiver = manager()) {
-        receiver->processAddedPaymentInstrument(
-            card, request.confirmToken,
-            ifWanted(
-                [this, operation](auto token, auto instrument, auto error) {
-                  completed(operation, token.value_or("none") + ", " + named(instrument) + ", " +
-                                           madeAs(error));
-                },
-                HLVSDKPaylevenInstrumentCompletion()));
-      }
-      return;
+      return send(std::dynamic_pointer_cast<Manager>(send(
+                      HLVSDKPayleven::sharedInstance(), &HLVSDKPayleven::paymentInstrumentManager)),
+                  &Manager::processAddedPaymentInstrument, card, request.confirmToken, completion);
     case OperationKind::fetchAll:
-      if (const auto receiver = synchronizer()) {
-        receiver->fetchAllPaylevenPaymentInstrumentsForGuest(
-            guest,
-            ifWanted(
-                [this, operation](auto pairs, auto error) {
-                  std::string list = pairs ? "" : "no list, ";
-                  for (const auto& pair : pairs.value_or(List<HLVSDKPLVPaymentInstrument>())) {
-                    list += *pair->useCase() + " " + named(pair->paymentInstrument()) + ", ";
-                  }
-                  completed(operation, list + madeAs(error));
-                },
-                HLVSDKPLVPaymentInstrumentsCompletion()));
-      }
-      return;
+      return send(synchronizer(), &Synchronizer::fetchAllPaylevenPaymentInstrumentsForGuest, guest,
+                  completion);
     case OperationKind::synchronize:
       if (const auto receiver = synchronizer()) {
-        receiver->synchronizePaymentInstrumentsForGuest(
-            guest, ifWanted(
-                       [this, operation](bool success, auto error) {
-                         completed(operation,
-                                   (success ? "success, " : "failure, ") + madeAs(error));
-                       },
-                       HLVSDKSuccessCompletion()));
+        receiver->synchronizePaymentInstrumentsForGuest(guest, completion);
       }
       return;
   }
@@ -594,8 +588,7 @@ void Simulation::called(Service service,
   transition_.touched.write(Touched::callsOf(owner));
   // Nobody waits for the removals of a synchronisation.
   const bool joins = service != Service::removeInstrument || !onSerialQueue_;
-  calls_.push_back({&scenario_->replies.of(service, host_->provider->lastUseCase),
-                    std::move(answer), service, id, joins,
+  calls_.push_back({&scenario_->replies.at(service), std::move(answer), service, id, joins,
                     joins ? owner : owner + Touched::ownersAtMost * (id + 1)});
   react(calls_.size() - 1);
 }

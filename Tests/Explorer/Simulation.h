@@ -37,7 +37,7 @@ class Simulation {
 
  private:
   struct Call {
-    const PossibleReplies::Answers* answers;
+    const Answers* answers;
     std::function<void(const Answer&, const ErrorPtr&)> answer;
     Service service;
     /// The number that is the same in every history.
@@ -49,10 +49,11 @@ class Simulation {
     bool answered = false;
   };
   class EnteredCard;
+  struct Completion;
   static constexpr std::size_t noCall = static_cast<std::size_t>(-1);
 
-  template <class Held, class Deliver>
-  void listen(Held& held, Service service, Deliver deliver);
+  template <class... Results>
+  void listen(Held<std::function<void(Results...)>>& held, Service service);
   void called(Service service, std::function<void(const Answer&, const ErrorPtr&)> answer);
   void completed(std::size_t operation, const std::string& results);
 

@@ -39,7 +39,7 @@ TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument
   const auto second = std::make_shared<FakeInstrument>();
   second->id = "plv-2";
   storedCard->digits = "2222";
-  provider.removals.answerInside = [&](const auto& answer) {
+  provider.removals.answerInside = [&](const auto& answer, const CallOf&) {
     storedCard->external = "plv-2";
     answer(nullptr);
   };

@@ -12,8 +12,12 @@
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
+#include "Platform/Default/DefaultPlatform.h"
+#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Sandbox.h"
@@ -37,13 +41,23 @@ struct Typed : CardFields {
   Typed(CardFields fields) : CardFields(std::move(fields)) {}
 };
 
+/// "domain code", or "none".
+inline std::string nameOf(const ErrorPtr& error) {
+  return error ? error->domain() + " " + std::to_string(error->code()) : "none";
+}
+
 class SandboxTest : public ::testing::Test {
  protected:
   inline static const std::string email = "guest@example.com";
 
   /// Stops the calendar and makes an empty directory.
-  SandboxTest();
-  ~SandboxTest() override;
+  SandboxTest() {
+    Calendar::install([] { return std::chrono::year(2031) / 7; });
+  }
+  ~SandboxTest() override {
+    stop();
+    Calendar::install({});
+  }
 
   std::string path(const std::string& name) const { return folder_.path() / name; }
   std::string storePath() const { return path("store"); }
@@ -51,21 +65,58 @@ class SandboxTest : public ::testing::Test {
 
   /// Opens the store, lets go of what was open before, registers with the provider and signs the
   /// guest in.
-  void start(std::optional<std::uint64_t> seed = std::nullopt, bool logToConsole = false);
+  void start(std::optional<std::uint64_t> seed = std::nullopt, bool logToConsole = false) {
+    SandboxOptions options;
+    options.storePath = storePath();
+    options.seed = seed;
+    options.logToConsole = logToConsole;
+    sandbox = Sandbox::open(options).value();
+    use(sandbox->host());
+    ASSERT_TRUE(sandbox->signIn(email));
+    guest = HLVSDKGuest::currentGuest();
+  }
   /// Installs the host, takes its services, and registers with the provider.
-  void use(const std::shared_ptr<Host>& host);
+  void use(const std::shared_ptr<Host>& host) {
+    Host::install(host);
+    backend = HLVSDKAPIManager::manager();
+    provider = PLVInAppClient::sharedInstance();
+    provider->registerWithAPIKey("key");
+  }
   /// Lets go of everything that holds the store.
-  void stop();
+  void stop() {
+    Host::install(nullptr);
+    guest.reset(), backend.reset(), provider.reset(), sandbox.reset();
+  }
   void arm(const std::string& operation, const std::string& kind,
-           const std::function<void(Fault&)>& change = {});
+           const std::function<void(Fault&)>& change = {}) {
+    Fault fault;
+    fault.operation = operationNamed(operation).value();
+    fault.kind = faultKindNamed(kind).value();
+    if (change) change(fault);
+    EXPECT_EQ(sandbox->tester()->arm(fault).problem(), "");
+  }
   /// Whether no service is busy.
   virtual bool isQuiet() const { return sandbox->isQuiet(); }
-  void pumpUntilQuiet();
+  void pumpUntilQuiet() {
+    const auto platform = DefaultPlatform::shared();
+    // What an answer posts to the main queue may send the next request.
+    platform->runUntil([&] { return isQuiet() && platform->isIdle() && isQuiet(); });
+  }
 
   /// What a sandbox leaves, by where it stands, while its store is open and so has a write-ahead
   /// log.
   using Places = std::vector<std::pair<std::string, std::string>>;
-  static Places leftBy(const Sandbox& sandbox, const std::string& path);
+  static Places leftBy(const Sandbox& sandbox, const std::string& path) {
+    std::string journal;
+    for (const auto& operation : sandbox.journal().last(1000)) {
+      journal += operation.name + "\n";
+      for (const auto& event : operation.events) journal += event.what + " " + event.result + "\n";
+    }
+    return {{"journal", journal},
+            {"log", contentOf(path + ".log")},
+            {"store", contentOf(path)},
+            {"WAL", contentOf(path + "-wal")}};
+  }
 
   /// The only answer to a call that is made with the completion it is given.
   template <class Answer>
@@ -77,17 +128,55 @@ class SandboxTest : public ::testing::Test {
     return answers->empty() ? Answer() : answers->front();
   }
 
-  TokenAnswer createToken(const Typed& card, const NullableString& useCase = "default");
+  TokenAnswer createToken(const Typed& card, const NullableString& useCase = "default") {
+    return answerTo<TokenAnswer>([&](auto completion) {
+      provider->createUserToken(email, newInstrument(card), useCase, completion);
+    });
+  }
   ErrorPtr addInstrument(const Typed& card, const NullableString& token,
-                         const NullableString& useCase = "default");
-  ListAnswer list(const NullableString& token, const NullableString& useCase = "default");
+                         const NullableString& useCase = "default") {
+    return answerTo<ErrorPtr>([&](auto completion) {
+      provider->addPaymentInstrument(newInstrument(card), token, useCase, completion);
+    });
+  }
+  ListAnswer list(const NullableString& token, const NullableString& useCase = "default") {
+    return answerTo<ListAnswer>(
+        [&](auto completion) { provider->getPaymentInstrumentsList(token, useCase, completion); });
+  }
   ErrorPtr removeInstrument(const Instrument& instrument, const NullableString& token,
-                            const NullableString& useCase = "default");
-  GuestAnswer storeToken(const NullableString& token);
-  CardsAnswer fetchCards();
+                            const NullableString& useCase = "default") {
+    return answerTo<ErrorPtr>([&](auto completion) {
+      provider->removePaymentInstrument(instrument, useCase, token, completion);
+    });
+  }
+  GuestAnswer storeToken(const NullableString& token) {
+    const auto request = HLVSDKUpdateGuestRequestInfo::make();
+    request->setPaymentToken(token);
+    return answerTo<GuestAnswer>(
+        [&](auto completion) { backend->updateCurrentGuestWithRequest(request, completion); });
+  }
+  CardsAnswer fetchCards() {
+    return answerTo<CardsAnswer>(
+        [&](auto completion) { backend->fetchGuestCreditCards(guest, completion); });
+  }
   CardAnswer addCard(const Typed& card, const std::shared_ptr<HLVSDKGuest>& owner,
-                     const NullableString& identifier = "ins_x", AddressFields address = {});
-  GuestAnswer deleteCard(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& owner);
+                     const NullableString& identifier = "ins_x", AddressFields address = {}) {
+    const auto entered = EnteredCard::make(card);
+    entered->setExternalIdentifier(identifier);
+    const auto request = HLVSDKAddCreditCardRequestInfo::initWithPaymentInstrument(
+        entered, EnteredAddress::make(std::move(address)));
+    return answerTo<CardAnswer>(
+        [&](auto completion) { backend->addCreditCardForGuest(owner, request, completion); });
+  }
+  GuestAnswer deleteCard(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& owner) {
+    return answerTo<GuestAnswer>(
+        [&](auto completion) { backend->deleteCreditCardWithID(ID, owner, completion); });
+  }
+
+  static Instrument newInstrument(const CardFields& card) {
+    return PLVPaymentInstrument::createCreditCardPaymentInstrumentWithPan(
+        card.pan, card.expiryMonth, card.expiryYear, card.cvv, card.cardHolder);
+  }
 
   std::shared_ptr<Sandbox> sandbox;
   std::shared_ptr<HLVSDKAPIManager> backend;
@@ -97,8 +186,5 @@ class SandboxTest : public ::testing::Test {
  private:
   const testing::TestFolder folder_;
 };
-
-/// "domain code", or "none".
-std::string nameOf(const ErrorPtr& error);
 
 }  // namespace hlv::sandbox

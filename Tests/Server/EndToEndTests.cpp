@@ -2,6 +2,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include "Client/RemoteGuest.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {
@@ -27,15 +28,26 @@ TEST_F(EndToEnd, EveryCardOperationChangesBothSidesAsItDoesEmbedded) {
 
   sandbox::AddressFields address;
   address.city = "Köln";
-  EXPECT_EQ(nameOf(std::get<2>(update(first->halvoID(), address))), "none");
+  const auto updated = answerTo<Outcome>([&, ID = first->halvoID()](auto completion) {
+    manager->updatePaymentInstrument(ID, sandbox::EnteredAddress::make(address), guest, completion);
+  });
+  EXPECT_EQ(nameOf(std::get<2>(updated)), "none");
   EXPECT_EQ(sandbox->backendCards()[0].billingAddress.city, "Köln");
 
-  EXPECT_EQ(nameOf(std::get<2>(remove(second->halvoID(), "business"))), "none");
+  const auto removed = answerTo<sandbox::GuestAnswer>([&](auto completion) {
+    manager->deletePaymentInstrumentWithID(second->halvoID(), "business", guest, completion);
+  });
+  EXPECT_EQ(nameOf(std::get<1>(removed)), "none");
   EXPECT_EQ(guest->creditCards()->size(), 1U);
   EXPECT_EQ(sandbox->providerInstruments().size(), 1U);
 
   ASSERT_TRUE(sandbox->tester()->addOrphanInstrument(sandbox::Typed("no-identifier")));
-  EXPECT_TRUE(synchronize());
+  const auto synchronizer =
+      HLVSDKPaylevenPaymentInstrumentsSynchronizer::initWithAPIManager(backend, provider);
+  const auto synchronized = answerTo<std::tuple<bool, ErrorPtr>>([&](auto completion) {
+    synchronizer->synchronizePaymentInstrumentsForGuest(guest, completion);
+  });
+  EXPECT_EQ(synchronized, std::tuple(true, nullptr));
   const auto sides = remote->sides();
   EXPECT_EQ(nameOf(sides.error), "none");
   EXPECT_EQ(sides.backend.size(), 1U);

@@ -53,55 +53,45 @@ class HostileInput : public ServerTest {
   std::string token_;
 };
 
-TEST_F(HostileInput, TheBackendRefusesWhatItCannotTakeAndChangesNothing) {
-  const auto cards = "POST " + guestPath() + "/cards";
-  const auto card = guestPath() + "/cards/" + ID_;
-  const auto in = [](const char* key, const Json& value) {
-    auto body = newCard();
-    body["credit_card"][key] = value;
+TEST_F(HostileInput, IsRefusedAndChangesNothing) {
+  const auto with = [](Json body, const char* member, const Json& value) {
+    body["credit_card"][member] = value;
     return body.dump();
   };
-  std::vector<Row> rows = {
+  const auto cards = "POST " + guestPath() + "/cards";
+  const auto card = guestPath() + "/cards/" + ID_;
+  const std::vector<Row> backend = {
       {cards, "", 415, "unsupported-media-type"},
       {cards, std::string(60'000, '['), 400, "malformed-json"},
-      {cards, in("pan", 1), 422, "unknown-member"},
-      {cards, in("brand", nullptr), 422, "wrong-type"},
-      {cards, in("use_case", "theirs"), 400, "invalid-request"},
-      {cards, in("card_holder", "no " + PAN), 422, "card-number-refused"},
-      {cards, in("card_holder", std::string("a\0b", 3)), 422, "unreadable-text"},
+      {cards, with(newCard(), "pan", 1), 422, "unknown-member"},
+      {cards, with(newCard(), "brand", nullptr), 422, "wrong-type"},
+      {cards, with(newCard(), "use_case", "theirs"), 400, "invalid-request"},
+      {cards, with(newCard(), "card_holder", "no " + PAN), 422, "card-number-refused"},
+      {cards, with(newCard(), "card_holder", std::string("a\0b", 3)), 422, "unreadable-text"},
       {"POST /v1/guests/other@example.com/cards", newCard().dump(), 404, "unknown-guest"},
       {"PATCH " + card, "{\"city\": \"" + PAN + "\"}", 422, "card-number-refused"},
       {"PATCH " + guestPath() + "/cards/none", "{}", 404, "unknown-card"},
       {"DELETE " + guestPath() + "/cards/" + PAN, "", 404, "unknown-card"},
       {"PUT /v1/guests/" + PAN + "@example.com", "", 400, "invalid-request"},
   };
-  refuses(server->backendURL(), rows);
-}
+  refuses(server->backendURL(), backend);
 
-TEST_F(HostileInput, TheProviderRefusesWhatItCannotTakeAndChangesNothing) {
   const auto list = "/v1/users/" + token_ + "/instruments";
-  const auto with = [](const char* member, const Json& value) {
-    auto user = newUser();
-    user["credit_card"][member] = value;
-    return user.dump();
-  };
-  const std::vector<Row> rows = {
+  const std::vector<Row> provider = {
       {"POST /v1/users", newUser().dump(), 401, "not-registered", ""},
       {"POST /v1/users", PAN + "x", 400, "malformed-json"},
       {"POST /v1/users", newUser("visa", PAN + "@example.com").dump(), 422, "card-number-refused"},
-      {"POST /v1/users", with("number", "4000000000000002"), 422, "card-declined"},
-      {"POST /v1/users", with("pin", "1"), 422, "unknown-member"},
+      {"POST /v1/users", with(newUser(), "number", "4000000000000002"), 422, "card-declined"},
+      {"POST /v1/users", with(newUser(), "pin", "1"), 422, "unknown-member"},
       {"GET " + list + "?use_case=" + PAN, "", 422, "unknown-use-case"},
       {"GET /v1/users/" + PAN + "/instruments?use_case=default", "", 404, "unknown-token"},
       {"DELETE " + list + "/none?use_case=default", "", 404, "instrument-gone"},
   };
-  refuses(server->providerURL(), rows);
-}
+  refuses(server->providerURL(), provider);
 
-TEST_F(HostileInput, ControlAndSandboxesTakeNothingElse) {
   const std::string faults = "POST /v1/sandbox/faults";
   const auto created = require(201, askProvider("POST /v1/sandboxes", {{"id", "a"}}));
-  std::vector<Row> rows = {
+  const std::vector<Row> control = {
       {faults, R"({"operation": "createUserToken", "kind": "error", "times": 0})", 422,
        "fault-refused"},
       {"PATCH /v1/sandbox/faults/x", "{}", 404, "no-such-fault"},
@@ -118,7 +108,7 @@ TEST_F(HostileInput, ControlAndSandboxesTakeNothingElse) {
       {"DELETE /v1/sandboxes/default", "", 409, "default-sandbox"},
       {"GET /sandboxes/" + PAN + "/v1/sandbox", "", 404, "no-such-sandbox"},
   };
-  refuses(server->providerURL(), rows);
+  refuses(server->providerURL(), control);
   const auto none = askBackend("GET /sandboxes/none" + guestPath());
   EXPECT_EQ(require(404, none)["error"]["message"], "There is no sandbox of this name.");
   EXPECT_EQ(require(200, askProvider("GET /v1/sandboxes"))["sandboxes"].size(), 2U);

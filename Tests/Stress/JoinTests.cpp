@@ -3,8 +3,8 @@
 
 #include "Platform/Default/DefaultNotificationCenter.h"
 #include "Public/HLVSDKPaylevenKit.h"
-#include "Tests/Stress/StressHost.h"
 #include "Tests/Support/AtOnce.h"
+#include "Tests/Support/ScriptedHost.h"
 
 namespace hlv::testing {
 namespace {
@@ -26,7 +26,7 @@ class JoinTest : public ::testing::Test {
  protected:
   JoinTest() {
     Platform::install(std::make_shared<ImmediatePlatform>());
-    Host::install(std::make_shared<StressHost>(StressHost::Setting()));
+    Host::install(std::make_shared<ScriptedHost>(Recording::off));
   }
   ~JoinTest() override {
     Host::install(nullptr);
@@ -41,6 +41,11 @@ class JoinTest : public ::testing::Test {
     int reports = 0;
     ErrorPtr error;
   };
+  static std::shared_ptr<HLVSDKGuest> guestWith(const NullableString& token) {
+    auto guest = std::make_shared<FakeGuest>();
+    guest->token = token;
+    return guest;
+  }
   static List<PLVCreditCardPaymentInstrument> oneInstrument() {
     return {std::make_shared<FakeInstrument>()};
   }
@@ -54,8 +59,7 @@ TEST_F(JoinTest, TheFirstErrorOfTheBackendWins) {
       const auto manager = HLVSDKPaylevenPaymentInstrumentManager::initWithAPIManager(
           host.backend, host.provider, nullptr);
       manager->addFirstPaymentInstrument(std::make_shared<FakeEnteredCard>(), nullptr,
-                                         StressHost::guestOf(1, false),
-                                         [this](auto, auto card, auto reported) {
+                                         guestWith({}), [this](auto, auto card, auto reported) {
                                            EXPECT_EQ(card, nullptr);
                                            error = reported;
                                            ++reports;
@@ -83,7 +87,7 @@ TEST_F(JoinTest, ASynchronisationKeepsEveryListOrAnError) {
     std::vector<PLVPaymentInstrumentsCompletion> lists;
     HLVSDKCreditCardsCompletion cards;
     Round() {
-      synchronizer->synchronizePaymentInstrumentsForGuest(StressHost::guestOf(1, true),
+      synchronizer->synchronizePaymentInstrumentsForGuest(guestWith("tok"),
                                                           [this](bool, auto reported) {
                                                             error = reported;
                                                             ++reports;

@@ -2,21 +2,138 @@
 // many threads at once. What happens is a matter of the seed; in which order, of the scheduler.
 #include <gtest/gtest.h>
 
+#include <asio/post.hpp>
+#include <asio/thread_pool.hpp>
 #include <atomic>
 #include <deque>
+#include <functional>
 #include <random>
+#include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "Platform/SharedSlot.h"
 #include "Public/HLVSDKPaylevenKit.h"
-#include "Tests/Stress/StressHost.h"
+#include "Tests/Support/ScriptedHost.h"
 
 namespace hlv::testing {
 namespace {
 
 using Manager = HLVSDKPaylevenPaymentInstrumentManager;
 using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
+
+/// The threads on which the services answer.
+///
+/// Threading: any; destroyed when it is quiet.
+class AnswerThreads {
+ public:
+  /// `wentQuiet` is called on one of the threads when nothing waits or runs any more.
+  explicit AnswerThreads(std::function<void()> wentQuiet) : wentQuiet_(std::move(wentQuiet)) {}
+  ~AnswerThreads() { threads_.join(); }
+  AnswerThreads(const AnswerThreads&) = delete;
+  AnswerThreads& operator=(const AnswerThreads&) = delete;
+
+  void post(std::function<void()> answer) {
+    ++posted_;
+    ++unfinished_;
+    asio::post(threads_, [this, answer = std::move(answer)]() mutable {
+      answer();
+      answer = nullptr;
+      if (--unfinished_ == 0) wentQuiet_();
+    });
+  }
+  bool isQuiet() const { return unfinished_ == 0; }
+  /// How many answers were ever posted.
+  std::size_t posted() const { return posted_; }
+
+ private:
+  const std::function<void()> wentQuiet_;
+  std::atomic<std::size_t> posted_{0}, unfinished_{0};
+  asio::thread_pool threads_{8};
+};
+
+/// An app's own completion, which is called once, since no kit stands before it.
+constexpr std::uint32_t callOfTheApp = 4;
+
+/// The operation that a call takes part in.
+std::uint32_t numberOf(const CallOf& of) {
+  const auto text = of.guest ? (*of.guest)->email() : *of.user;
+  return static_cast<std::uint32_t>(std::stoul(text.value_or("0")));
+}
+
+/// A guest's address and token are the number of the operation that it takes part in; that is how a
+/// service knows whose call it serves. How a call is answered depends on the seed, the operation
+/// and the call, and on nothing else.
+///
+/// Threading: any.
+class StressHost final : public ScriptedHost {
+ public:
+  struct Setting {
+    std::uint32_t seed = 0;
+    AnswerThreads* threads = nullptr;
+    /// Called for each call that is never answered.
+    std::function<void(std::size_t operation)> unanswered;
+  };
+  explicit StressHost(const Setting& setting) : ScriptedHost(Recording::off) {
+    guest = guestOf(0, true);
+    requestBody = nullptr;  // What a request was made of is kept for one thread.
+    // Each reply brings objects of its own, and the guest that it was asked for.
+    const auto plan = [setting](auto& calls, std::uint32_t call, auto results) {
+      calls.answerInside = [=](const auto& completion, const CallOf& of) {
+        const auto useCase = call == 8 ? static_cast<std::uint32_t>(length(*of.useCase)) : 0;
+        answer(setting, call + useCase, numberOf(of), completion, results(of));
+      };
+    };
+    const auto withGuest = [](const CallOf& of) { return std::tuple(*of.guest); };
+    const auto withCard = [](const CallOf& of) {
+      return std::tuple(*of.guest, std::make_shared<FakeStoredCard>());
+    };
+    const auto withNothing = [](const CallOf&) { return std::tuple<>(); };
+    plan(backend->guestUpdates, 1,
+         [](const CallOf&) { return std::tuple(std::shared_ptr<HLVSDKGuest>()); });
+    plan(backend->cardAdds, 2, withCard);
+    plan(backend->deletions, 3, withGuest);
+    plan(backend->cardUpdates, callOfTheApp, withCard);
+    plan(backend->cardFetches, 5,
+         [](const CallOf&) { return std::tuple(List<HLVSDKCreditCard>()); });
+    plan(provider->tokens, 6, [](const CallOf& of) { return std::tuple(*of.user); });
+    plan(provider->adds, 7, withNothing);
+    plan(provider->lists, 8, [](const CallOf&) {
+      return std::tuple(List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()});
+    });
+    plan(provider->removals, 20, withNothing);
+  }
+
+  static std::shared_ptr<FakeGuest> guestOf(std::size_t operation, bool hasToken) {
+    auto guest = std::make_shared<FakeGuest>();
+    guest->emailText = std::to_string(operation);
+    if (hasToken) guest->token = guest->emailText;
+    guest->cards = List<HLVSDKCreditCard>{std::make_shared<FakeStoredCard>()};
+    return guest;
+  }
+
+ private:
+  /// Answers one call as its plan says: with these results, or with an error in their place.
+  template <class Completion, class... Results>
+  static void answer(const Setting& setting, std::uint32_t call, std::uint32_t operation,
+                     const Completion& completion, const std::tuple<Results...>& results) {
+    std::minstd_rand plan(setting.seed * 7919U + operation * 31U + call);
+    plan.discard(3);
+    const auto oneIn = [&](std::uint32_t chances) { return plan() % chances == 0; };
+    if (oneIn(25)) return setting.unanswered(operation);
+    const std::function<void()> say = [=, fails = oneIn(8)] {
+      if (fails) return completion(Results()..., makeError("refused"));
+      std::apply(completion, std::tuple_cat(results, std::tuple(ErrorPtr())));
+    };
+    if (oneIn(4)) {
+      say();
+    } else {
+      setting.threads->post(say);
+    }
+    if (call != callOfTheApp && oneIn(5)) setting.threads->post(say);
+  }
+};
 
 constexpr std::size_t workCount = 1000;
 constexpr std::size_t starterCount = 4;

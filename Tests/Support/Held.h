@@ -10,7 +10,17 @@
 #include <type_traits>
 #include <utility>
 
+#include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+
 namespace hlv::testing {
+
+/// Whom a call is for, and in which use case, as far as it says so. Valid inside the call.
+struct CallOf {
+  const std::shared_ptr<HLVSDKGuest>* guest = nullptr;
+  /// An address, or a token.
+  const NullableString* user = nullptr;
+  const NullableString* useCase = nullptr;
+};
 
 template <class Completion>
 class Held;
@@ -20,10 +30,10 @@ class Held<std::function<void(Results...)>> {
   using Callback = std::function<void(Results...)>;
 
   /// When set, calls are answered with it inside the call and never held.
-  std::function<void(Callback)> answerInside;
+  std::function<void(Callback, const CallOf&)> answerInside;
 
-  void hold(Callback callback) {
-    if (answerInside) return answerInside(std::move(callback));
+  void hold(Callback callback, const CallOf& of) {
+    if (answerInside) return answerInside(std::move(callback), of);
     callbacks_.push_back(std::move(callback));
   }
   std::size_t count() const { return callbacks_.size(); }
