@@ -1,11 +1,7 @@
 # What the kit costs. `scripts/bench` runs these programs; no test does.
 find_package(benchmark REQUIRED)
 
-add_library(hlv_bench_support STATIC
-  Benchmarks/Support/EnabledKit.cpp
-  Benchmarks/Support/Records.cpp
-  Benchmarks/Support/VirtualPlatform.cpp
-  Tests/Support/ScriptedHost.cpp)
+add_library(hlv_bench_support STATIC Tests/Support/ScriptedHost.cpp)
 target_link_libraries(hlv_bench_support PUBLIC hlv_flags HLVSDKPaylevenKit)
 
 function(hlv_add_benchmark name)
