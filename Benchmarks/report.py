@@ -7,7 +7,6 @@ import sys
 from pathlib import Path
 
 import measure
-import plot
 
 HERE = Path(__file__).parent
 COLUMNS = {"text": "rest.text", "instructions": "first-card.instructions",
@@ -59,8 +58,7 @@ def record(version, figures):
              "# version " + " ".join(COLUMNS)]
     lines += [" ".join([name, *values]) for name, values in releases.items()]
     file.write_text("\n".join(lines) + "\n")
-    table = {name: dict(zip(COLUMNS, map(float, values))) for name, values in releases.items()}
-    (HERE.parent / "docs" / "cost.svg").write_text(plot.drawn(table))
+    measure.run("gnuplot", HERE / "cost.gnuplot")
 
 
 def main():

@@ -9,7 +9,6 @@
 #include "Sandbox/Provider/Provider.h"
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
-#include "Sandbox/Testing/EmbeddedTester.h"
 #include "Sandbox/Testing/Scenarios.h"
 
 namespace hlv::sandbox {

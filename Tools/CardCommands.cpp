@@ -8,7 +8,6 @@
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 #include "Tools/Output/SideBySide.h"
 #include "Tools/Output/Table.h"
 #include "Values/Problem.h"
@@ -16,40 +15,44 @@
 namespace hlv::tool {
 namespace {
 
-/// The names that `--without` was given.
-struct Without {
-  std::vector<std::string> names;
+/// What is typed of a card operation, and the names that `--without` was given.
+struct Options {
+  CardSource card;
+  std::string ID;
+  NullableString useCase;
+  sandbox::AddressFields address;
+  std::vector<std::string> without;
 
-  void addOption(CLI::App& command, const std::vector<std::string>& known) {
-    command.add_option("--without", names, "Pass null instead, to see what the kit says")
+  void addID(CLI::App& command) {
+    command.add_option("ID", ID, "The card, as `paylevenkit cards` names it")->required();
+  }
+  void addAddress(CLI::App& command) {
+    command.add_option("--street", address.street, "Street of the billing address");
+    command.add_option("--city", address.city, "City of the billing address");
+    command.add_option("--zip", address.zip, "Postal code of the billing address");
+    command.add_option("--country", address.countryCode, "Country of the billing address, e.g. DE");
+    command.add_option("--business", address.businessName, "Business of the billing address");
+  }
+  void addWithout(CLI::App& command, const std::vector<std::string>& known) {
+    command.add_option("--without", without, "Pass null instead, to see what the kit says")
         ->type_name("ARGUMENT")
         ->delimiter(',')
         ->allow_extra_args(false)
         ->check(CLI::IsMember(known));
   }
+
   bool has(const std::string& name) const {
-    return std::find(names.begin(), names.end(), name) != names.end();
+    return std::find(without.begin(), without.end(), name) == without.end();
+  }
+  std::shared_ptr<HLVSDKGuest> guest(const Session& session) const {
+    return has("guest") ? session.guest() : nullptr;
+  }
+  std::shared_ptr<sandbox::EnteredAddress> billingAddress() const {
+    return has("address") ? sandbox::EnteredAddress::make(address) : nullptr;
   }
 };
 
-void addAddressOptions(CLI::App& command, sandbox::AddressFields& fields) {
-  command.add_option("--street", fields.street, "Street of the billing address");
-  command.add_option("--city", fields.city, "City of the billing address");
-  command.add_option("--zip", fields.zip, "Postal code of the billing address");
-  command.add_option("--country", fields.countryCode, "Country of the billing address, e.g. DE");
-  command.add_option("--business", fields.businessName, "Business of the billing address");
-}
-
-std::shared_ptr<HLVSDKGuest> guestUnless(bool without, const Session& session) {
-  return without ? nullptr : session.guest();
-}
-
 void defineAdd(CommandLine& line) {
-  struct Options {
-    CardSource card;
-    sandbox::AddressFields address;
-    Without without;
-  };
   auto& command = CommandLine::add(line.app(), "add", "Add a card of the guest",
                                    "  paylevenkit add --test-card visa\n"
                                    "  paylevenkit add --use-case business --city Berlin\n"
@@ -58,67 +61,50 @@ void defineAdd(CommandLine& line) {
                                        CardSource::testCardList());
   const auto options = std::make_shared<Options>();
   options->card.addOptions(command);
-  addAddressOptions(command, options->address);
-  options->without.addOption(command, {"card", "address", "guest"});
+  options->addAddress(command);
+  options->addWithout(command, {"card", "address", "guest"});
   line.whenChosen(command, [options](Session& session) {
-    const auto& without = options->without;
-    const auto guest = guestUnless(without.has("guest"), session);
+    const auto guest = options->guest(session);
     const auto card =
-        without.has("card") ? nullptr : sandbox::EnteredCard::make(options->card.read());
-    const auto address =
-        without.has("address") ? nullptr : sandbox::EnteredAddress::make(options->address);
-    return addCard(session, card, address, guest);
+        options->has("card") ? sandbox::EnteredCard::make(options->card.read()) : nullptr;
+    return addCard(session, card, options->billingAddress(), guest);
   });
 }
 
 void defineUpdate(CommandLine& line) {
-  struct Options {
-    std::string ID;
-    sandbox::AddressFields address;
-    Without without;
-  };
   auto& command =
       CommandLine::add(line.app(), "update", "Change the billing address of a card",
                        "  paylevenkit update ID --street \"Harbour Road 1\" --zip 20457\n"
                        "  paylevenkit update ID --without address\n");
   const auto options = std::make_shared<Options>();
-  command.add_option("ID", options->ID, "The card, as `paylevenkit cards` names it")->required();
-  addAddressOptions(command, options->address);
-  options->without.addOption(command, {"address", "guest"});
+  options->addID(command);
+  options->addAddress(command);
+  options->addWithout(command, {"address", "guest"});
   line.whenChosen(command, [options](Session& session) {
-    const auto& without = options->without;
-    const auto guest = guestUnless(without.has("guest"), session);
-    const auto address =
-        without.has("address") ? nullptr : sandbox::EnteredAddress::make(options->address);
-    return updateCard(session, options->ID, address, guest);
+    const auto guest = options->guest(session);
+    return updateCard(session, options->ID, options->billingAddress(), guest);
   });
 }
 
 void defineDelete(CommandLine& line) {
-  struct Options {
-    std::string ID;
-    NullableString useCase;
-    Without without;
-  };
   auto& command = CommandLine::add(line.app(), "delete", "Delete a card on both sides",
                                    "  paylevenkit delete ID\n"
                                    "  paylevenkit delete ID --use-case private\n");
   const auto options = std::make_shared<Options>();
-  command.add_option("ID", options->ID, "The card, as `paylevenkit cards` names it")->required();
+  options->addID(command);
   command.add_option("--use-case", options->useCase, "default: the use case of the card")
       ->type_name("NAME");
-  options->without.addOption(command, {"id", "use-case", "guest"});
+  options->addWithout(command, {"id", "use-case", "guest"});
   line.whenChosen(command, [options](Session& session) {
-    const auto& without = options->without;
-    const auto guest = guestUnless(without.has("guest"), session);
+    const auto guest = options->guest(session);
     auto useCase = options->useCase;
     if (!useCase) {
       const auto cards = session.backendCards();
       const auto* card = sandbox::findCard(cards, options->ID);
       useCase = card ? card->useCase : "default";
     }
-    if (without.has("use-case")) useCase.reset();
-    const auto ID = without.has("id") ? std::nullopt : NullableString(options->ID);
+    if (!options->has("use-case")) useCase.reset();
+    const auto ID = options->has("id") ? NullableString(options->ID) : std::nullopt;
     return removeCard(session, ID, useCase, guest);
   });
 }

@@ -10,9 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Masking/MaskedText.h"
-#include "Tools/CardNumberSearch.h"
-#include "Tools/Commands.h"
 #include "Tools/StoreFiles.h"
 #include "Values/Names.h"
 #include "Values/Problem.h"
@@ -33,6 +32,24 @@ bool hasLetter(std::string_view text) {
 bool isPath(std::string_view argument) {
   if (argument.starts_with("--")) argument.remove_prefix(argument.find('=') + 1);
   return argument.find('/') != std::string_view::npos && hasLetter(argument);
+}
+
+/// Whether digits of any script, with nothing but blanks, dashes, dots and slashes between them,
+/// make a number that a card may have: by its length, its brand and its checksum. Other long
+/// numbers, such as times, are none.
+bool holdsValidCardNumber(std::string_view text) {
+  constexpr std::size_t longest = 19;
+  const auto plain = sandbox::plainNumbers(text) + ":";
+  for (std::size_t begin = 0; begin + 1 < plain.size(); ++begin) {
+    // A number is whole groups of digits.
+    if (begin > 0 && isDigit(plain[begin - 1])) continue;
+    std::string digits;
+    for (auto at = begin; plain[at] != ':' && digits.size() <= longest; ++at) {
+      if (isDigit(plain[at])) digits += plain[at];
+      if (!isDigit(plain[at + 1]) && sandbox::isCardNumber(digits)) return true;
+    }
+  }
+  return false;
 }
 
 bool isOptionName(const std::string& argument) {

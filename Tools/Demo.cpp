@@ -8,7 +8,6 @@
 #include "Tools/CardOperations.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 #include "Tools/Output/SideBySide.h"
 #include "Tools/Prompt.h"
 #include "Values/Problem.h"

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 
 namespace hlv::tool {
 namespace {

@@ -3,7 +3,6 @@
 
 #include "Tools/CardOperations.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 
 namespace hlv::tool {
 namespace {

@@ -5,7 +5,6 @@
 #include "Client/Sandboxes.h"
 #include "Sandbox/JSON/SandboxRecords.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 #include "Tools/Output/Table.h"
 #include "Values/Problem.h"
 

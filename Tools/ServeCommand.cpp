@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -18,7 +20,6 @@
 #include "Platform/Default/DefaultPlatform.h"
 #include "Server/Server.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 #include "Values/Problem.h"
 
 namespace hlv::tool {
@@ -30,33 +31,26 @@ struct ServeOptions {
   std::int64_t answerMilliseconds = 30'000;
 };
 
-/// Waits for the signals that end a service. They are blocked for every thread that starts while
-/// this lives, and come to this one's instead.
+/// Takes the signals that end a service, for as long as it lives.
 class EndingSignals {
  public:
   EndingSignals() {
-    ::sigemptyset(&signals_);
-    for (const int signal : {SIGINT, SIGTERM}) ::sigaddset(&signals_, signal);
-    ::pthread_sigmask(SIG_BLOCK, &signals_, &before_);
+    signals_.async_wait([this](const boost::system::error_code& stopped, int) {
+      if (stopped) return;
+      hasCome_ = true;
+      DefaultPlatform::shared()->mainQueue()->async([] {});
+    });
+    thread_ = std::thread([this] { loop_.run(); });
   }
   ~EndingSignals() {
-    if (thread_.joinable()) {
-      if (!hasCome_) ::kill(::getpid(), SIGTERM);
-      thread_.join();
-    }
-    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    loop_.stop();
+    thread_.join();
   }
   EndingSignals(const EndingSignals&) = delete;
   EndingSignals& operator=(const EndingSignals&) = delete;
 
   /// Pumps the main queue until one comes, and calls `afterEachPass`.
-  void await(const std::function<void()>& afterEachPass) {
-    thread_ = std::thread([this] {
-      int signal = 0;
-      ::sigwait(&signals_, &signal);
-      hasCome_ = true;
-      DefaultPlatform::shared()->mainQueue()->async([] {});
-    });
+  void await(const std::function<void()>& afterEachPass) const {
     DefaultPlatform::shared()->runUntil([&] {
       afterEachPass();
       return hasCome_.load();
@@ -64,8 +58,8 @@ class EndingSignals {
   }
 
  private:
-  sigset_t signals_{};
-  sigset_t before_{};
+  boost::asio::io_context loop_;
+  boost::asio::signal_set signals_{loop_, SIGINT, SIGTERM};
   std::atomic<bool> hasCome_{false};
   std::thread thread_;
 };

@@ -7,7 +7,6 @@
 #include "Sandbox/JSON/JournalRecords.h"
 #include "Tools/CardSource.h"
 #include "Tools/CommandLine.h"
-#include "Tools/Commands.h"
 #include "Tools/Output/Table.h"
 #include "Tools/Output/Timeline.h"
 #include "Tools/Prompt.h"

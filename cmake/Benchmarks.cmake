@@ -1,15 +1,9 @@
 # What the kit costs. `scripts/bench` runs these programs; no test does.
 find_package(benchmark REQUIRED)
 
-add_library(hlv_bench_support STATIC
-  Benchmarks/Support/EnabledKit.cpp
-  Benchmarks/Support/Records.cpp
-  Benchmarks/Support/VirtualPlatform.cpp)
-target_link_libraries(hlv_bench_support PUBLIC hlv_flags HLVSDKPaylevenKit)
-
 function(hlv_add_benchmark name)
   add_executable(${name} Benchmarks/${name}.cpp)
-  target_link_libraries(${name} PRIVATE hlv_bench_support ${ARGN})
+  target_link_libraries(${name} PRIVATE hlv_flags HLVSDKPaylevenKit ${ARGN})
 endfunction()
 
 hlv_add_benchmark(AtRest)

@@ -35,7 +35,6 @@ else()
 endif()
 
 add_library(HLVSDKPaylevenKitObjC STATIC
-  ObjC/Binding/AnyString.mm
   ObjC/Binding/Errors.mm
   ObjC/Binding/Strings.mm
   ObjC/Binding/Values.mm
@@ -53,7 +52,6 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Foundation/DispatchQueues.mm
   ObjC/Foundation/FoundationPlatform.mm
   ObjC/Foundation/OperationQueues.mm
-  ObjC/Host/Install.mm
-  ObjC/Host/Pairs.mm)
+  ObjC/Host/Install.mm)
 target_link_libraries(HLVSDKPaylevenKitObjC
   PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_shipped_flags)

@@ -6,12 +6,9 @@ add_library(HLVHostClassesObjC OBJECT
   ObjC/HostClasses/AddressKeys.mm
   ObjC/HostClasses/Configuration.mm
   ObjC/HostClasses/Constants.mm
-  ObjC/HostClasses/HLVErrorFacade.mm
   ObjC/HostClasses/HLVSDKAPIManager.mm
-  ObjC/HostClasses/HLVSDKAsserts.mm
-  ObjC/HostClasses/HLVSDKReachability.mm
-  ObjC/HostClasses/Loggers.mm
   ObjC/HostClasses/PLVInAppClient.mm
   ObjC/HostClasses/PlayedHost.mm
-  ObjC/HostClasses/Records.mm)
+  ObjC/HostClasses/Records.mm
+  ObjC/HostClasses/Services.mm)
 target_link_libraries(HLVHostClassesObjC PUBLIC HLVSDKPaylevenKitObjC PRIVATE hlv_shipped_flags)

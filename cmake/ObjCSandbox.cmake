@@ -3,8 +3,7 @@ enable_language(OBJC)
 
 add_library(HLVSandboxObjC STATIC
   ObjC/Sandbox/Failure.cpp
-  ObjC/Sandbox/HLVSandbox.mm
-  ObjC/Sandbox/SidesAsLines.mm)
+  ObjC/Sandbox/HLVSandbox.mm)
 target_link_libraries(HLVSandboxObjC
   PUBLIC HLVSDKPaylevenKitObjC HLVSDKPaylevenSandbox
   PRIVATE HLVHostClassesObjC hlv_shipped_flags)

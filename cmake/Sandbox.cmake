@@ -11,7 +11,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Backend/Backend.cpp
   Sandbox/Backend/BackendClient.cpp
   Sandbox/Backend/BackendTables.cpp
-  Sandbox/Backend/Guest.cpp
   Sandbox/Backend/Requests.cpp
   Sandbox/Calls/CallHandler.cpp
   Sandbox/Calls/Journal.cpp
@@ -40,11 +39,9 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Store/Clock.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
-  Sandbox/Store/Schema.cpp
   Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp
   Sandbox/Store/StoreLock.cpp
-  Sandbox/Testing/EmbeddedTester.cpp
   Sandbox/Testing/Scenarios.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit

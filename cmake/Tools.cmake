@@ -3,7 +3,6 @@ find_package(CLI11 REQUIRED)
 find_package(nlohmann_json REQUIRED)
 
 add_library(hlv_tool_output STATIC
-  Tools/Output/Characters.cpp
   Tools/Output/Printer.cpp
   Tools/Output/SideBySide.cpp
   Tools/Output/Table.cpp
@@ -14,7 +13,6 @@ hlv_precompile(hlv_tool_output <nlohmann/json.hpp>)
 
 add_executable(paylevenkit
   Tools/CardCommands.cpp
-  Tools/CardNumberSearch.cpp
   Tools/CardOperations.cpp
   Tools/CardSource.cpp
   Tools/CommandLine.cpp
@@ -30,7 +28,7 @@ add_executable(paylevenkit
   Tools/main.cpp)
 target_link_libraries(paylevenkit PRIVATE
   hlv_shipped_flags hlv_tool_output HLVSDKPaylevenServer HLVSDKPaylevenClient
-  CLI11::CLI11 nlohmann_json::nlohmann_json)
+  hlv_beast CLI11::CLI11 nlohmann_json::nlohmann_json)
 target_compile_definitions(paylevenkit PRIVATE PAYLEVENKIT_VERSION="${PROJECT_VERSION}")
 hlv_precompile(paylevenkit <CLI/CLI.hpp> <nlohmann/json.hpp>)
 

@@ -1,6 +1,6 @@
 """What calls that are never answered, and connections that ask for nothing, cost the others.
 Usage: crowds.py PAYLEVENKIT HELD IDLE ROUNDS SECONDS"""
-import socket
+import http.client
 import sys
 import tempfile
 import time
@@ -13,30 +13,21 @@ LONGEST_WAIT = 60
 
 
 def connect(port):
-    return socket.create_connection(("127.0.0.1", port), timeout=LONGEST_WAIT)
-
-
-def ask(connection, target):
-    connection.sendall(f"GET {target} HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n".encode())
+    connection = http.client.HTTPConnection("127.0.0.1", port, timeout=LONGEST_WAIT)
+    connection.connect()
+    # One that has ended stays ended.
+    connection.auto_open = 0
+    return connection
 
 
 def reply_to(connection):
     """Whether a reply of success came, whole."""
-    received = b""
     try:
-        while b"\r\n\r\n" not in received:
-            piece = connection.recv(65_536)
-            if not piece:
-                return False
-            received += piece
-        head, _, body = received.partition(b"\r\n\r\n")
-        length = next(int(line.split(b":")[1]) for line in head.lower().split(b"\r\n")
-                      if line.startswith(b"content-length:"))
-        while len(body) < length:
-            body += connection.recv(65_536)
-    except OSError:
+        reply = connection.getresponse()
+        reply.read()
+    except (OSError, http.client.HTTPException):
         return False
-    return head.startswith(b"HTTP/1.1 200")
+    return reply.status == 200
 
 
 def until(holds, what):
@@ -48,7 +39,7 @@ def until(holds, what):
 
 def held_calls(served, held, rounds, seconds):
     """The slowest hundredth of other calls, with and without the held ones, in turns."""
-    url, port = served.url("backend") + GUEST, served.ports[0]
+    url, port = served.urls["backend"] + GUEST, served.port("backend")
     without, with_held = [], []
     for _ in range(rounds):
         without.append(wrk(url, seconds, 4).p99_ms)
@@ -57,7 +48,7 @@ def held_calls(served, held, rounds, seconds):
         before = len(served.wanted(200, "provider", "GET /v1/sandbox/firings")["firings"])
         connections = [connect(port) for _ in range(held)]
         for connection in connections:
-            ask(connection, GUEST + "/cards")
+            connection.request("GET", GUEST + "/cards")
         # The list keeps only so many; when it is full, all have met the fault or nearly so.
         until(lambda: len(served.wanted(200, "provider", "GET /v1/sandbox/firings")["firings"])
               >= min(before + held, 1_000), "the calls meet the fault")
@@ -73,15 +64,15 @@ def held_calls(served, held, rounds, seconds):
 def idle_connections(served, idle):
     """Each has had a reply, and then asks for nothing."""
     before = served.memory()
-    connections = [connect(served.ports[0]) for _ in range(idle)]
+    connections = [connect(served.port("backend")) for _ in range(idle)]
     for connection in connections:
-        ask(connection, GUEST)
+        connection.request("GET", GUEST)
     answered = sum(reply_to(connection) for connection in connections)
     grown = (served.memory() - before) / 1024
     served.wanted(200, "backend", "GET " + GUEST)
     again = connections[::max(1, idle // 100)]
     for connection in again:
-        ask(connection, GUEST)
+        connection.request("GET", GUEST)
     answered_again = sum(reply_to(connection) for connection in again)
     for connection in connections:
         connection.close()
@@ -92,7 +83,7 @@ def idle_connections(served, idle):
 
 def main(command, held, idle, rounds, seconds):
     with tempfile.TemporaryDirectory() as folder:
-        served = Served(command, folder, "--answer-limit", "600000").start()
+        served = Served(command, folder, "--answer-limit", "600000")
         served.wanted(200, "backend", "PUT " + GUEST)
         held_calls(served, held, rounds, seconds)
         lost_none = idle_connections(served, idle)

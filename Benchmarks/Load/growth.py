@@ -77,7 +77,7 @@ def sandboxes(served, pool, most):
 
 def main(command, most):
     with tempfile.TemporaryDirectory() as folder, ThreadPoolExecutor(FILLERS) as pool:
-        served = Served(command, folder).start()
+        served = Served(command, folder)
         cards(served, pool, most)
         sandboxes(served, pool, most)
         served.end()

@@ -19,7 +19,7 @@ CARDS = 100
 def lives(served, program, clients, seconds):
     """How many per second, and how many replies had what is another's."""
     printed = subprocess.run(
-        [program, served.url("backend"), served.url("provider"), str(clients), str(seconds)],
+        [program, served.urls["backend"], served.urls["provider"], str(clients), str(seconds)],
         check=True, stdout=subprocess.PIPE, text=True).stdout
     result = json.loads(printed)
     return result["lives"] / result["seconds"], result["crossed"]
@@ -36,7 +36,7 @@ def lists(served, clients, seconds):
     for number in range(1, clients):
         served.wanted(201, "provider", f"PUT /v1/sandboxes/s{number}", {"snapshot": snapshot})
     before = served.processor_seconds()
-    per_second = wrk(served.url("backend"), seconds, clients, "sandboxes.lua",
+    per_second = wrk(served.urls["backend"], seconds, clients, "sandboxes.lua",
                      [GUEST + "/cards", str(clients)]).per_second
     return per_second, per_second * seconds / (served.processor_seconds() - before)
 
@@ -47,7 +47,7 @@ def main(command, clients, rounds, seconds, program):
     for _ in range(rounds):
         for loops in (1, 2):
             with tempfile.TemporaryDirectory() as folder:
-                served = Served(command, folder, "--loops", str(loops)).start()
+                served = Served(command, folder, "--loops", str(loops))
                 figure, mixed = lives(served, program, clients, seconds)
                 lived[loops].append(figure)
                 crossed += mixed

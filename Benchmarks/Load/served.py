@@ -2,54 +2,35 @@
 import http.client
 import json
 import os
-import random
 import re
-import signal
 import subprocess
 import threading
 
 GUEST = "/v1/guests/guest@example.com"
 
 
-class Unanswered(Exception):
-    """The connection ended before the reply was whole."""
-
-
 class Served:
-    """The server on one store, under the same ports every time that it is started."""
+    """The server on one store."""
 
     def __init__(self, command, folder, *options):
-        self.command, self.store = command, os.path.join(folder, "store.sqlite")
-        self.options, self.ports, self.process = options, None, None
         self.connections = threading.local()
+        self.process = subprocess.Popen(
+            [command, "--store", os.path.join(folder, "store.sqlite"), "serve", *options],
+            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+        # It prints where it listens as soon as it does.
+        printed = [self.process.stderr.readline().split() for _ in range(3)]
+        if not all(printed):
+            raise SystemExit("The server does not start.")
+        self.urls = dict(printed)
 
-    def start(self):
-        for _ in range(1 if self.ports else 20):
-            # Below those that connections get, so that nothing has them when they are wanted again.
-            ports = self.ports or random.sample(range(10_000, 30_000), 3)
-            names = ("backend", "provider", "console")
-            chosen = [text for name, port in zip(names, ports)
-                      for text in (f"--{name}-port", str(port))]
-            self.process = subprocess.Popen(
-                [self.command, "--store", self.store, "serve", *chosen, *self.options],
-                stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
-            # It prints where it listens as soon as it does.
-            printed = [self.process.stderr.readline() for _ in ports]
-            if all(line.endswith(f":{port}\n") for port, line in zip(ports, printed)):
-                self.ports = ports
-                return self
-            self.process.kill()
-            self.process.wait()
-        raise SystemExit("The server does not start.")
-
-    def end(self, how=signal.SIGTERM):
-        self.process.send_signal(how)
+    def end(self):
+        self.process.terminate()
         self.process.stderr.close()
-        if self.process.wait() not in (0, -how):
+        if self.process.wait() != 0:
             raise SystemExit("The server did not end as it should.")
 
-    def url(self, name):
-        return f"http://127.0.0.1:{self.ports[('backend', 'provider', 'console').index(name)]}"
+    def port(self, name):
+        return int(self.urls[name].rpartition(":")[2])
 
     def memory(self):
         """What it has in memory, in KiB."""
@@ -62,40 +43,25 @@ class Served:
             used = stat.read().rpartition(")")[2].split()[11:13]
         return sum(map(int, used)) / os.sysconf("SC_CLK_TCK")
 
-    def backend(self, request, body=None, **headers):
-        return self.ask(0, request, body, headers)
-
-    def provider(self, request, body=None, **headers):
-        return self.ask(1, request, body, headers)
-
-    def ask(self, port, request, body, headers):
-        """The status of the reply, and its body. Each thread keeps a connection to each port."""
-        method, target = request.split(" ")
-        sent = {"X-API-Key": "any", "Content-Type": "application/json"}
-        sent |= {name.replace("_", "-"): value for name, value in headers.items()}
-        kept = self.connections.__dict__
-        if port not in kept:
-            kept[port] = http.client.HTTPConnection("127.0.0.1", self.ports[port], timeout=60)
-        try:
-            kept[port].request(method, target, json.dumps(body or {}), sent)
-            reply = kept[port].getresponse()
-            text = reply.read()
-        except (OSError, http.client.HTTPException) as failure:
-            kept.pop(port).close()
-            raise Unanswered from failure
-        return reply.status, json.loads(text) if text else {}
-
     def forget_connections(self):
         """Of this thread, after a while in which the server may have closed them."""
         while self.connections.__dict__:
             self.connections.__dict__.popitem()[1].close()
 
-    def wanted(self, status, port, request, body=None, **headers):
-        """The body of a reply that has to have that status."""
-        found, reply = self.ask(("backend", "provider").index(port), request, body, headers)
-        if found != status:
-            raise SystemExit(f"{request} is {found}, not {status}: {reply.get('error')}")
-        return reply
+    def wanted(self, status, name, request, body=None, **headers):
+        """The body of a reply that has to have that status. Each thread keeps a connection to each
+        listener."""
+        method, target = request.split(" ")
+        sent = {"X-API-Key": "any", "Content-Type": "application/json"} | headers
+        kept = self.connections.__dict__
+        if name not in kept:
+            kept[name] = http.client.HTTPConnection("127.0.0.1", self.port(name), timeout=60)
+        kept[name].request(method, target, json.dumps(body or {}), sent)
+        reply = kept[name].getresponse()
+        found = json.loads(reply.read() or b"{}")
+        if reply.status != status:
+            raise SystemExit(f"{request} is {reply.status}, not {status}: {found.get('error')}")
+        return found
 
 
 def new_card(**user):

@@ -1,5 +1,5 @@
 """Lists and adds cards on `paylevenkit serve` and on its peers, in one run and in turns.
-Usage: side_by_side.py PAYLEVENKIT|none MODULES ROUNDS SECONDS"""
+Usage: side_by_side.py PAYLEVENKIT MODULES ROUNDS SECONDS"""
 import random
 import sys
 import tempfile
@@ -16,13 +16,13 @@ class Ours:
     """The server with one guest, whose card and instrument the lists hold."""
 
     def __init__(self, command, folder):
-        self.served = Served(command, folder).start()
+        self.served = Served(command, folder)
         self.served.wanted(200, "backend", "PUT " + GUEST)
         self.served.wanted(201, "backend", f"POST {GUEST}/cards", registered_card("ins_listed"))
         user = new_card(email="guest@example.com", use_case="default")
         token = self.served.wanted(201, "provider", "POST /v1/users", user)["token"]
-        self.cards = self.served.url("backend") + GUEST + "/cards"
-        self.instruments = (self.served.url("provider")
+        self.cards = self.served.urls["backend"] + GUEST + "/cards"
+        self.instruments = (self.served.urls["provider"]
                             + f"/v1/users/{token}/instruments?use_case=default")
         self.guests = 0
 
@@ -31,7 +31,7 @@ class Ours:
         self.guests += 1
         guest = f"/v1/guests/{letters(self.guests)}@example.com"
         self.served.wanted(200, "backend", "PUT " + guest)
-        return wrk(self.served.url("backend"), seconds, connections, "add.lua",
+        return wrk(self.served.urls["backend"], seconds, connections, "add.lua",
                    (guest + "/cards", "ours", letters(self.guests), *keyed))
 
 
@@ -50,12 +50,10 @@ class Table:
               + "         ratio  wanted")
         for row, figures in self.figures.items():
             medians = {name: median(rounds) for name, rounds in figures.items()}
-            others = [value for name, value in medians.items() if name != "ours"]
-            ratio = medians["ours"] / max(others) if "ours" in medians and others else None
+            ratio = medians["ours"] / max(medians[name] for name in medians if name != "ours")
             print(f"{row:44}" + "".join(f"{medians[name]:14.0f}" if name in medians else " " * 14
                                         for name in names)
-                  + (f"{ratio:14.1f}" if ratio else " " * 14)
-                  + (f"  >= {wanted[row]}" if row in wanted else ""), flush=True)
+                  + f"{ratio:14.1f}  >= {wanted[row]}", flush=True)
 
 
 def main(command, modules, rounds, seconds):
@@ -64,12 +62,11 @@ def main(command, modules, rounds, seconds):
     wanted = {lists[0]: 10, lists[1]: 10}
     ports = random.sample(range(10_000, 30_000), 3)
     with tempfile.TemporaryDirectory() as folder:
-        ours = Ours(command, folder) if command != "none" else None
+        ours = Ours(command, folder)
         peers = make_peers(modules, ports)
         for _ in range(rounds):
-            if ours:
-                table.add(lists[0], "ours", wrk(ours.cards, seconds, 4))
-                table.add(lists[1], "ours", wrk(ours.instruments, seconds, 4, headers=KEY))
+            table.add(lists[0], "ours", wrk(ours.cards, seconds, 4))
+            table.add(lists[1], "ours", wrk(ours.instruments, seconds, 4, headers=KEY))
             for peer in peers:
                 peer.start(folder)
                 # What runs in Node is slow at first.
@@ -80,17 +77,15 @@ def main(command, modules, rounds, seconds):
             for connections, least in (4, 3), (64, 8):
                 row = f"add cards, {connections} connections"
                 wanted[row] = wanted[row + ", keyed"] = least
-                if ours:
-                    table.add(row, "ours", ours.add(seconds, connections))
-                    table.add(row + ", keyed", "ours", ours.add(seconds, connections, "keyed"))
+                table.add(row, "ours", ours.add(seconds, connections))
+                table.add(row + ", keyed", "ours", ours.add(seconds, connections, "keyed"))
                 # The more rows it has, the longer its file takes to write, so it begins anew.
                 peer = peers[1].start(folder)
                 measured = wrk(peer.url, seconds, connections, "add.lua", ("/added", "plain", "x"))
                 table.add(row, peer.name, measured)
                 table.add(row + ", keyed", peer.name, measured)
                 peer.end()
-        if ours:
-            ours.served.end()
+        ours.served.end()
     table.print(wanted)
     return 0
 

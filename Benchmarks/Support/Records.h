@@ -5,8 +5,10 @@
 
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Tests/Support/FakeRecords.h"
 
@@ -16,10 +18,28 @@ namespace hlv::bench {
 /// one by its digits, and none knows the business one. Texts are short enough to be copied without
 /// an allocation, so that what is counted is the kit's.
 struct Records {
-  Records();
+  Records() {
+    newGuest->emailText = "new@example.com";
+    guest->emailText = "old@example.com";
+    guest->token = "token";
+    card->number = "4222222222222";
+    addPair(2, "2222", Known::byIdentifier);
+    addPair(0, "0001", Known::byDigits);
+    addPair(1, "0002", Known::notAtAll);
+    guest->cards = cards;
+  }
   /// The same for `size` instruments and as many cards, over all use cases: of ten instruments,
   /// five are known by identifier, four by digits, and one by no card.
-  explicit Records(std::size_t size);
+  explicit Records(std::size_t size) {
+    guest->token = "token";
+    for (std::size_t i = 0; i < size; ++i) {
+      const auto number = std::to_string(10'000 + i).substr(1);
+      const auto known = i % 10 < 5   ? Known::byIdentifier
+                         : i % 10 < 9 ? Known::byDigits
+                                      : Known::notAtAll;
+      addPair(i % std::size(useCases), number, known);
+    }
+  }
 
   const std::shared_ptr<testing::FakeGuest> newGuest = std::make_shared<testing::FakeGuest>();
   const std::shared_ptr<testing::FakeGuest> guest = std::make_shared<testing::FakeGuest>();
@@ -36,7 +56,22 @@ struct Records {
 
  private:
   enum class Known { byIdentifier, byDigits, notAtAll };
-  void addPair(std::size_t useCase, const std::string& digits, Known known);
+  static constexpr const char* useCases[] = {"private", "business", "default"};
+
+  void addPair(std::size_t useCase, const std::string& digits, Known known) {
+    auto instrument = std::make_shared<testing::FakeInstrument>();
+    instrument->id = "plv-" + digits;
+    instrument->number = "*********" + digits;
+    instruments[useCase].push_back(std::move(instrument));
+
+    auto stored = std::make_shared<testing::FakeStoredCard>();
+    stored->id = "card-" + digits;
+    stored->digits = digits;
+    stored->useCaseName = useCases[useCase];
+    if (known == Known::byIdentifier) stored->external = "plv-" + digits;
+    if (known == Known::notAtAll) stored->external = "gone-" + digits;
+    cards.push_back(std::move(stored));
+  }
 };
 
 }  // namespace hlv::bench

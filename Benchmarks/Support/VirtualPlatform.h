@@ -29,7 +29,15 @@ class VirtualPlatform final : public Platform {
   Time now() const { return now_; }
   Time& latency(RemoteCall call) { return latencies_[static_cast<std::size_t>(call)]; }
   /// Runs the next event and says on which thread that was; nothing when there is none left.
-  std::optional<Thread> runOne();
+  std::optional<Thread> runOne() {
+    if (events_.empty()) return std::nullopt;
+    const auto next = events_.extract(events_.begin());
+    now_ = next.key().first;
+    running_ = next.mapped().thread;
+    next.mapped().block();
+    running_ = Thread::main;
+    return next.mapped().thread;
+  }
 
   template <class Answer>
   void answer(RemoteCall call, Answer answer) {
@@ -38,20 +46,37 @@ class VirtualPlatform final : public Platform {
 
   bool isMainThread() const override { return running_ == Thread::main; }
   std::shared_ptr<Queue> mainQueue() override { return main_; }
-  std::shared_ptr<Queue> makeSerialQueue(Text label) override;
+  std::shared_ptr<Queue> makeSerialQueue(Text label) override {
+    return makeQueue(std::move(label), Thread::serialQueue);
+  }
   std::shared_ptr<NotificationCenter> notificationCenter() override {
     return notifications_->notificationCenter();
   }
 
  private:
-  class EventQueue;
+  class EventQueue final : public Queue {
+   public:
+    EventQueue(std::string label, VirtualPlatform& platform, Thread thread)
+        : label_(std::move(label)), platform_(platform), thread_(thread) {}
+    void async(Block block) override { platform_.after(0, thread_, std::move(block)); }
+    Text label() const override { return label_; }
+
+   private:
+    const std::string label_;
+    VirtualPlatform& platform_;
+    const Thread thread_;
+  };
   struct Event {
     Thread thread;
     Block block;
   };
 
-  void after(Time delay, Thread thread, Block block);
-  std::shared_ptr<Queue> makeQueue(std::string label, Thread thread);
+  void after(Time delay, Thread thread, Block block) {
+    events_.emplace(std::pair(now_ + delay, posted_++), Event{thread, std::move(block)});
+  }
+  std::shared_ptr<Queue> makeQueue(std::string label, Thread thread) {
+    return std::make_shared<EventQueue>(std::move(label), *this, thread);
+  }
 
   const Thread answering_;
   std::array<Time, static_cast<std::size_t>(RemoteCall::fetchCards) + 1> latencies_{};

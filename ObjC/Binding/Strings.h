@@ -5,6 +5,8 @@
 
 #import <Foundation/Foundation.h>
 
+#include <string>
+
 #include "Values/NullableString.h"
 
 namespace hlv::objc {
@@ -17,5 +19,9 @@ NSString* toNSString(const NullableString& string);
 
 /// The same, to be released by the caller: for what must not wait for a pool.
 NSString* newNSString(const NullableString& string) NS_RETURNS_RETAINED;
+
+/// Also where Foundation's own strings refuse half a surrogate pair or drop a mark of byte order.
+/// To be released by the caller.
+NSString* newStringOfUnits(const std::u16string& units) NS_RETURNS_RETAINED;
 
 }  // namespace hlv::objc

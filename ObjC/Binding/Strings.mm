@@ -5,7 +5,48 @@
 #include <string>
 #include <string_view>
 
-#include "ObjC/Binding/AnyString.h"
+#ifdef GNUSTEP
+
+/// A string that holds what it is given.
+@interface HLVAnyString : NSString {
+ @private
+  std::u16string* _units;
+}
+- (instancetype)initWithUnits:(const std::u16string&)units;
+@end
+
+@implementation HLVAnyString
+
+- (instancetype)initWithUnits:(const std::u16string&)units {
+  if ((self = [super init])) _units = new std::u16string(units);
+  return self;
+}
+
+- (void)dealloc {
+  delete _units;
+  [super dealloc];
+}
+
+- (NSUInteger)length {
+  return _units->size();
+}
+
+- (unichar)characterAtIndex:(NSUInteger)index {
+  return _units->at(index);
+}
+
+- (void)getCharacters:(unichar*)buffer range:(NSRange)range {
+  _units->copy(reinterpret_cast<char16_t*>(buffer), range.length, range.location);
+}
+
+- (id)copyWithZone:(NSZone*)zone {
+  (void)zone;
+  return [self retain];
+}
+
+@end
+
+#endif
 
 namespace hlv::objc {
 namespace {
@@ -86,6 +127,19 @@ char32_t takeCodePoint(std::string_view& text) {
 }
 
 }  // namespace
+
+NSString* newStringOfUnits(const std::u16string& units) {
+  NSString* const made =
+      [[NSString alloc] initWithCharacters:reinterpret_cast<const unichar*>(units.data())
+                                    length:units.size()];
+#ifdef GNUSTEP
+  if ([made length] != units.size()) {
+    [made release];
+    return [[HLVAnyString alloc] initWithUnits:units];
+  }
+#endif
+  return made;
+}
 
 NullableString fromNSString(NSString* string) {
   NullableString text;

@@ -6,9 +6,8 @@
 
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Foundation/Queues.h"
-#include "ObjC/Host/APIManager.h"
+#include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Completions.h"
-#include "ObjC/Host/InAppClient.h"
 #include "ObjC/Host/Install.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 

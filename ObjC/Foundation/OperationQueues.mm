@@ -9,24 +9,29 @@
 
 #include "ObjC/Binding/Strings.h"
 
-/// A block on its way to the main thread.
+/// A block on its way to the main thread, or on an operation queue, which it keeps.
 @interface HLVPostedBlock : NSObject {
  @private
   hlv::Block* _block;
+  NSOperationQueue* _queue;
 }
-- (instancetype)initWithBlock:(hlv::Block)block;
+- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue;
 - (void)run;
 @end
 
 @implementation HLVPostedBlock
 
-- (instancetype)initWithBlock:(hlv::Block)block {
-  if ((self = [super init])) _block = new hlv::Block(std::move(block));
+- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue {
+  if ((self = [super init])) {
+    _block = new hlv::Block(std::move(block));
+    _queue = [queue retain];
+  }
   return self;
 }
 
 - (void)dealloc {
   delete _block;
+  [_queue release];
   [super dealloc];
 }
 
@@ -40,38 +45,6 @@
 
 @end
 
-/// A block on an operation queue, which it keeps until it has run.
-@interface HLVBlockOperation : NSOperation {
- @private
-  HLVPostedBlock* _posted;
-  NSOperationQueue* _queue;
-}
-- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue;
-- (void)main;
-@end
-
-@implementation HLVBlockOperation
-
-- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue {
-  if ((self = [super init])) {
-    _posted = [[HLVPostedBlock alloc] initWithBlock:std::move(block)];
-    _queue = [queue retain];
-  }
-  return self;
-}
-
-- (void)dealloc {
-  [_posted release];
-  [_queue release];
-  [super dealloc];
-}
-
-- (void)main {
-  [_posted run];
-}
-
-@end
-
 namespace hlv::objc {
 namespace {
 
@@ -80,7 +53,8 @@ class MainQueue final : public Queue {
   void async(Block block) override {
     // A service may reply on a thread that has no pool.
     @autoreleasepool {
-      auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)] autorelease];
+      auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)
+                                                      queue:nil] autorelease];
       [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
     }
   }
@@ -92,9 +66,11 @@ class OperationQueue final : public Adapter<Queue, NSOperationQueue*> {
   using Adapter::Adapter;
   void async(Block block) override {
     @autoreleasepool {
-      auto* operation = [[[HLVBlockOperation alloc] initWithBlock:std::move(block)
-                                                            queue:object()] autorelease];
-      [object() addOperation:operation];
+      auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)
+                                                      queue:object()] autorelease];
+      [object() addOperation:[[[NSInvocationOperation alloc] initWithTarget:posted
+                                                                   selector:@selector(run)
+                                                                     object:nil] autorelease]];
     }
   }
   Text label() const override { return fromNSString([object() name]).value_or(""); }

@@ -7,8 +7,12 @@
 #import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
 #import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
+#include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
@@ -53,6 +57,26 @@ class ErrorFacade final : public Adapter<HLVErrorFacade, ::HLVErrorFacade*> {
   }
   ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override {
     return fromNSError([object() paymentProviderErrorWithError:toNSError(error)]);
+  }
+};
+
+/// One adapter for both loggers: they take the same message.
+class Logger final : public Adapter<HLVSDKLogger, id> {
+ public:
+  using Adapter::Adapter;
+  void logWithLevel(int level, const char* path, int line, const char* function, const char* format,
+                    const std::vector<HLVSDKLogArgument>& arguments) override {
+    // The message takes its arguments one by one; what a format does not name is not read.
+    std::array<id, 3> objects{};
+    for (std::size_t i = 0; i < arguments.size() && i < objects.size(); ++i) {
+      objects[i] =
+          std::visit([](const auto& argument) -> id { return crossing(argument); }, arguments[i]);
+    }
+    [toHost(object()) logWithLevel:level
+                              path:path
+                              line:line
+                          function:function
+                            format:toNSString(format), objects[0], objects[1], objects[2]];
   }
 };
 

@@ -3,16 +3,15 @@
 #include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/HostClasses/Reply.h"
-#include "ObjC/HostClasses/TypedText.h"
 #include "Values/Secret.h"
 #include "Values/Send.h"
+#include "Values/Wiped.h"
 
 using hlv::send;
 using hlv::host_classes::asObject;
 using hlv::host_classes::behind;
 using hlv::host_classes::newObject;
 using hlv::host_classes::playedHost;
-using hlv::host_classes::TypedText;
 using hlv::objc::fromNSString;
 using hlv::objc::toNSError;
 using hlv::objc::toNSString;
@@ -26,6 +25,16 @@ NSString* text(id object, hlv::NullableString (Record::*field)() const) {
   const hlv::Secret characters(behind<Record>(object), field);
   return toNSString(characters.text());
 }
+
+/// What a person typed, on its way into the core; wiped when it was used, since it may be a card
+/// number or a security code.
+struct TypedText {
+  explicit TypedText(NSString* typed) : text(fromNSString(typed)) {}
+  ~TypedText() {
+    if (text) hlv::wipe(*text);
+  }
+  hlv::NullableString text;
+};
 
 }  // namespace
 
@@ -117,7 +126,7 @@ HLV_TEXT(HLVSDKCreditCard, externalIdentifier)
 
 + (NSString*)cardBrandFromNumber:(NSString*)number {
   const TypedText digits(number);
-  return toNSString(send(playedHost(), &hlv::Host::cardBrandFromNumber, digits.text()));
+  return toNSString(send(playedHost(), &hlv::Host::cardBrandFromNumber, digits.text));
 }
 
 @end
@@ -168,8 +177,8 @@ HLV_TEXT(HLVSDKPaymentBillingAddress, businessName)
                                                               andCardHolder:(NSString*)cardHolder {
   const TypedText number(pan);
   const TypedText code(cvv);
-  return asObject(send(playedHost(), &hlv::Host::makeCreditCardPaymentInstrument, number.text(),
-                       fromNSString(expiryMonth), fromNSString(expiryYear), code.text(),
+  return asObject(send(playedHost(), &hlv::Host::makeCreditCardPaymentInstrument, number.text,
+                       fromNSString(expiryMonth), fromNSString(expiryYear), code.text,
                        fromNSString(cardHolder)));
 }
 

@@ -1,12 +1,16 @@
 #import "ObjC/Sandbox/HLVSandbox.h"
 
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "ObjC/Binding/Strings.h"
 #include "ObjC/Host/Install.h"
 #include "ObjC/HostClasses/Configuration.h"
 #include "ObjC/HostClasses/PlayedHost.h"
 #include "ObjC/HostClasses/Records.h"
 #include "ObjC/Sandbox/Failure.h"
-#include "ObjC/Sandbox/SidesAsLines.h"
 #include "Sandbox/Cards/EnteredCard.h"
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/Host/DeviceHost.h"
@@ -38,6 +42,37 @@ const hlv::sandbox::TestCard* testCard(NSString* name) {
 NSString* problemOf(const std::function<void()>& work) {
   const auto problem = hlv::sandbox::objc::problemOf(work);
   return problem.empty() ? nil : toNSString(problem);
+}
+
+std::string lineOf(const std::string& brand, const std::string& lastFourDigits,
+                   const std::string& useCase, const std::optional<std::string>& identifier) {
+  return brand + " .. " + lastFourDigits + ", " + useCase + ", " +
+         identifier.value_or("no identifier");
+}
+
+std::string lineOf(const hlv::sandbox::BackendCard& card) {
+  return lineOf(card.brand, card.lastFourDigits, card.useCase, card.externalIdentifier);
+}
+
+std::string lineOf(const hlv::sandbox::ProviderInstrument& instrument) {
+  const auto& pan = instrument.maskedPan;
+  const auto line =
+      lineOf(instrument.brand, pan.substr(pan.size() - std::min<std::size_t>(pan.size(), 4)),
+             instrument.useCase, instrument.identifier);
+  return instrument.state == 0 ? line : line + ", cannot be used";
+}
+
+/// A line for each entry of one side; nil when the store cannot be read.
+template <class Entry>
+NSArray<NSString*>* linesOf(const HLVSandboxCore& core,
+                            std::vector<Entry> (Sandbox::*side)() const) {
+  NSMutableArray* lines = nil;
+  problemOf([&] {
+    const auto entries = (*core.sandbox.*side)();
+    lines = [NSMutableArray arrayWithCapacity:entries.size()];
+    for (const auto& entry : entries) [lines addObject:toNSString(lineOf(entry))];
+  });
+  return lines;
 }
 
 }  // namespace
@@ -128,15 +163,11 @@ NSString* problemOf(const std::function<void()>& work) {
 }
 
 - (NSArray<NSString*>*)backendCards {
-  NSArray* lines = nil;
-  problemOf([&] { lines = hlv::sandbox::objc::linesOf(_core->sandbox->backendCards()); });
-  return lines;
+  return linesOf(*_core, &Sandbox::backendCards);
 }
 
 - (NSArray<NSString*>*)providerInstruments {
-  NSArray* lines = nil;
-  problemOf([&] { lines = hlv::sandbox::objc::linesOf(_core->sandbox->providerInstruments()); });
-  return lines;
+  return linesOf(*_core, &Sandbox::providerInstruments);
 }
 
 - (BOOL)isQuiet {

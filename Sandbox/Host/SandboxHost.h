@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "Sandbox/Backend/BackendClient.h"
-#include "Sandbox/Backend/Guest.h"
 #include "Sandbox/Calls/Journal.h"
 #include "Sandbox/Calls/Reachability.h"
 #include "Sandbox/Calls/ReplyQueue.h"

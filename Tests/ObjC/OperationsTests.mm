@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "ObjC/Binding/AnyString.h"
 #include "ObjC/Binding/Strings.h"
 #include "Tests/ObjC/ObjCTest.h"
 #include "Tests/Support/FakeErrors.h"

@@ -5,7 +5,6 @@
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/JSON/JournalRecords.h"
-#include "Tools/Output/Characters.h"
 #include "Tools/Output/SideBySide.h"
 #include "Tools/Output/Timeline.h"
 #include "Values/Names.h"

@@ -1,14 +1,22 @@
-// What is known of the place that standard output goes to.
+// What is known of the place that standard output goes to, and texts from elsewhere on their way to
+// it.
 //
-// Threading: immutable; any thread.
+// Threading: immutable, and pure functions; any thread.
 #pragma once
 
 #include <cstddef>
 #include <string>
-
-#include "Tools/Output/Characters.h"
+#include <string_view>
 
 namespace hlv::tool {
+
+/// The same text with what would control the terminal, change the direction of writing or is no
+/// UTF-8 written as `\x1b` or `\u202e`.
+std::string escaped(std::string_view text);
+
+/// The same text in ASCII, for a locale that has nothing else: lines and marks become characters
+/// that look like them, everything else a question mark. As many characters as before.
+std::string inASCII(std::string_view text);
 
 enum class Colour { plain, bold, dim, red, green, yellow };
 

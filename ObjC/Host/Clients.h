@@ -1,0 +1,111 @@
+// The clients of the host's backend and of the payment provider, and the synchroniser, the kit's or
+// one that an app puts in its place, as the core calls them.
+//
+// Threading: as the objects.
+#pragma once
+
+#import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
+
+#include <memory>
+#include <utility>
+
+#include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
+#include "Host/PaylevenFramework/PLVInAppClient.h"
+#include "ObjC/Binding/Values.h"
+#include "ObjC/Host/Completions.h"
+#include "ObjC/Host/RequestBody.h"
+
+namespace hlv::objc {
+
+class APIManager final : public Adapter<HLVSDKAPIManager, ::HLVSDKAPIManager*> {
+ public:
+  using Adapter::Adapter;
+  void updateCurrentGuestWithRequest(const std::shared_ptr<HLVSDKUpdateGuestRequestInfo>& request,
+                                     HLVSDKGuestCompletion completion) override {
+    [object() updateCurrentGuestWithRequest:original(request)
+                                 completion:asBlock(std::move(completion)).block()];
+  }
+  void addCreditCardForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
+                             const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
+                             HLVSDKGuestCardCompletion completion) override {
+    [object() addCreditCardForGuest:original(guest)
+                    withRequestInfo:handOut(requestInfo)
+                         completion:asBlock(std::move(completion)).block()];
+  }
+  void deleteCreditCardWithID(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& guest,
+                              HLVSDKGuestCompletion completion) override {
+    [object() deleteCreditCardWithID:toNSString(ID)
+                           fromGuest:original(guest)
+                          completion:asBlock(std::move(completion)).block()];
+  }
+  /// The app's own block goes to the client as it is.
+  void updateCreditCard(const NullableString& ID, const Dictionary& address,
+                        const std::shared_ptr<HLVSDKGuest>& guest,
+                        HLVSDKGuestCardCompletion completion) override {
+    [object() updateCreditCard:toNSString(ID)
+                billingAddress:toNSDictionary(address)
+                      forGuest:original(guest)
+                    completion:asBlock(std::move(completion)).block()];
+  }
+  void fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
+                             HLVSDKCreditCardsCompletion completion) override {
+    [object() fetchGuestCreditCards:original(guest)
+                         completion:asBlock(std::move(completion)).block()];
+  }
+};
+
+class InAppClient final : public Adapter<PLVInAppClient, ::PLVInAppClient*> {
+ public:
+  using Adapter::Adapter;
+  void registerWithAPIKey(const NullableString& key) override {
+    [object() registerWithAPIKey:toNSString(key)];
+  }
+  void createUserToken(const NullableString& email,
+                       const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+                       const NullableString& useCase, PLVUserTokenCompletion completion) override {
+    [object() createUserToken:toNSString(email)
+        withPaymentInstrument:original(instrument)
+                   andUseCase:toNSString(useCase)
+                andCompletion:asBlock(std::move(completion)).block()];
+  }
+  void addPaymentInstrument(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+                            const NullableString& userToken, const NullableString& useCase,
+                            PLVErrorCompletion completion) override {
+    [object() addPaymentInstrument:original(instrument)
+                      forUserToken:toNSString(userToken)
+                        andUseCase:toNSString(useCase)
+                     andCompletion:asBlock(std::move(completion)).block()];
+  }
+  void getPaymentInstrumentsList(const NullableString& userToken, const NullableString& useCase,
+                                 PLVPaymentInstrumentsCompletion completion) override {
+    [object() getPaymentInstrumentsList:toNSString(userToken)
+                             andUseCase:toNSString(useCase)
+                          andCompletion:asBlock(std::move(completion)).block()];
+  }
+  void removePaymentInstrument(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
+                               const NullableString& useCase, const NullableString& userToken,
+                               PLVErrorCompletion completion) override {
+    [object() removePaymentInstrument:original(instrument)
+                          fromUseCase:toNSString(useCase)
+                         forUserToken:toNSString(userToken)
+                        andCompletion:asBlock(std::move(completion)).block()];
+  }
+};
+
+class InstrumentsSynchronizer final : public Adapter<HLVSDKPaymentInstrumentsSynchronizer,
+                                                     id<HLVSDKPaymentInstrumentsSynchronizer>> {
+ public:
+  using Adapter::Adapter;
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override {
+    [object() synchronizePaymentInstrumentsForGuest:original(guest)];
+  }
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
+                                             HLVSDKSuccessCompletion completion) override {
+    [object() synchronizePaymentInstrumentsForGuest:original(guest)
+                                         completion:asBlock(std::move(completion)).block()];
+  }
+};
+
+}  // namespace hlv::objc
