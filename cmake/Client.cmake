@@ -22,7 +22,6 @@ target_sources(HLVSDKPaylevenClient PRIVATE
   Client/RemoteBackend.cpp
   Client/RemoteHost.cpp
   Client/RemoteProvider.cpp
-  Client/RemoteService.cpp
   Client/RemoteTester.cpp
   Client/Sandboxes.cpp
   Client/ServiceURL.cpp)
