@@ -286,8 +286,8 @@ void Connection::finish(int status) {
   if (!request_) return;
   try {
     if (!reply_) reply_.emplace();
-    listener_->handler.finished({*request_, status, Clock::now() - receivedAt_, requestBytes_,
-                                 replyBytes_, reply_->code, reply_->context});
+    listener_->handler.finished(
+        {*request_, *reply_, status, Clock::now() - receivedAt_, requestBytes_, replyBytes_});
   } catch (const std::exception&) {
     // What is only a record costs nobody the connection.
   }
