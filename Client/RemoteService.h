@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <memory>
+#include <random>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -13,6 +15,7 @@
 #include "Client/HttpClient.h"
 #include "Client/RemoteGuest.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Sandbox/Calls/CallHandler.h"
 #include "Sandbox/Calls/Summary.h"
@@ -57,18 +60,36 @@ class RemoteService {
         });
   }
 
-  /// With 128 random bits.
-  static std::string freshIdempotencyKey();
+  /// With 128 random bits, and letters only, so that none looks like a card number.
+  static std::string freshIdempotencyKey() {
+    std::random_device random;
+    std::uniform_int_distribution<int> letter('a', 'p');
+    std::string key;
+    for (int i = 0; i < 32; ++i) key += static_cast<char>(letter(random));
+    return key;
+  }
 
  private:
   struct Context {
     std::string name;
     std::shared_ptr<sandbox::Sandbox> local;
 
-    void recordCall(const std::string& description) const;
-    void recordReply(const std::string& description, const std::string& result) const;
+    void recordCall(const std::string& description) const {
+      local->journal().record("kit", name, description);
+    }
+    void recordReply(const std::string& description, const std::string& result) const {
+      try {
+        local->journal().record(name, "kit", description, result);
+      } catch (const std::runtime_error&) {
+        // The store has stopped working; the call completes all the same.
+      }
+    }
     /// Throws `sandbox::Refusal`.
-    void requireNetwork() const;
+    void requireNetwork() const {
+      if (!isReachable(local->host()->reachability()->currentState())) {
+        throw sandbox::Refusal{sandbox::notConnectedError()};
+      }
+    }
   };
 
   template <class... Results>

@@ -5,7 +5,6 @@ add_library(hlv_records STATIC
   Sandbox/JSON/CardRecords.cpp
   Sandbox/JSON/FaultRecords.cpp
   Sandbox/JSON/InstrumentRecords.cpp
-  Sandbox/JSON/JournalRecords.cpp
   Sandbox/JSON/Json.cpp
   Sandbox/JSON/SandboxRecords.cpp)
 set_target_properties(hlv_records PROPERTIES
@@ -22,7 +21,6 @@ target_sources(HLVSDKPaylevenClient PRIVATE
   Client/RemoteBackend.cpp
   Client/RemoteHost.cpp
   Client/RemoteProvider.cpp
-  Client/RemoteService.cpp
   Client/RemoteTester.cpp
   Client/Sandboxes.cpp
   Client/ServiceURL.cpp)

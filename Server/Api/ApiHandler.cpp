@@ -1,10 +1,8 @@
 #include "Server/Api/ApiHandler.h"
 
-#include <chrono>
 #include <utility>
 
 #include "Sandbox/Provider/Provider.h"
-#include "Sandbox/Records/Times.h"
 
 namespace hlv::server {
 namespace {
@@ -58,30 +56,12 @@ void ApiHandler::handle(const HttpRequest& request, Reply reply) {
 }
 
 void ApiHandler::finished(const FinishedRequest& finished) {
-  const auto& request = finished.request;
-  RequestRecord record;
-  record.id = request.id;
-  record.at = sandbox::millisecondOf(request.receivedAt);
-  record.microseconds =
-      std::chrono::duration_cast<std::chrono::microseconds>(finished.duration).count();
-  record.method = request.isHead ? "HEAD" : request.method;
-  record.path = request.target;
-  record.status = finished.status;
-  record.caller = request.caller;
-  record.listener = listener_;
-  record.requestBytes = finished.requestBytes;
-  record.replyBytes = finished.replyBytes;
-  record.code = finished.code;
-  std::shared_ptr<World> world;
-  if (const auto* context = std::any_cast<Trace>(&finished.context)) {
-    auto& trace = **context;
-    world = std::move(trace.world);
-    if (trace.fault) record.fault = std::string(sandbox::textOf(*trace.fault));
-    record.events = std::move(trace.events);
-  }
-  if (!world) world = registry_.openWorld(placeOf(request.path).sandbox);
+  const auto* context = std::any_cast<Trace>(&finished.reply.context);
+  const auto trace = context ? *context : std::make_shared<RequestTrace>();
+  auto world = std::move(trace->world);
+  if (!world) world = registry_.openWorld(placeOf(finished.request.path).sandbox);
   if (!world) world = registry_.openWorld(Registry::defaultID);
-  world->log().add(std::move(record));
+  world->log().add(finished, listener_, trace->fault, std::move(trace->events));
 }
 
 }  // namespace hlv::server

@@ -41,26 +41,14 @@ Json faultsJson(Database& database) {
   return {{"faults", sandbox::listOf(sandbox::readFaults(database))}};
 }
 
-HttpError noSuchFault() {
-  return HttpError(404, "no-such-fault", "There is no armed fault of this number.");
-}
-
-std::int64_t numberIn(const Exchange& exchange) {
+/// The one whose number is in the path.
+Fault requireFault(Database& database, const Exchange& exchange) {
   const auto number = sandbox::numberOf(exchange.part(3));
-  if (!number) throw noSuchFault();
-  return *number;
-}
-
-Fault requireFault(Database& database, std::int64_t number) {
-  auto fault = sandbox::readFault(database, number);
-  if (!fault) throw noSuchFault();
+  auto fault = number ? sandbox::readFault(database, *number) : std::nullopt;
+  if (!fault) {
+    throw HttpError(404, "no-such-fault", "There is no armed fault of this number.");
+  }
   return *std::move(fault);
-}
-
-sandbox::Scenario scenarioIn(const Json& body) {
-  const auto scenario = sandbox::scenarioNamed(sandbox::textIn(body, "name").value_or(""));
-  if (!scenario) throw HttpError(422, "scenario-refused", scenario.problem());
-  return *scenario;
 }
 
 void addFaults(ApiRoutes& routes) {
@@ -80,17 +68,16 @@ void addFaults(ApiRoutes& routes) {
     return jsonReply(200, faultsJson(database));
   });
   routes.read("v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
-    return jsonReply(200, sandbox::jsonOf(requireFault(database, numberIn(exchange))));
+    return jsonReply(200, sandbox::jsonOf(requireFault(database, exchange)));
   });
   routes.write("PATCH", "v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
-    const auto fault =
-        sandbox::changedFault(requireFault(database, numberIn(exchange)), exchange.body());
+    const auto fault = sandbox::changedFault(requireFault(database, exchange), exchange.body());
     requireSensible(fault);
     sandbox::replaceFault(database, fault);
     return jsonReply(200, sandbox::jsonOf(fault));
   });
   routes.write("DELETE", "v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
-    if (!sandbox::removeFault(database, numberIn(exchange))) throw noSuchFault();
+    sandbox::removeFault(database, requireFault(database, exchange).number);
     return jsonReply(204, nullptr);
   });
   routes.read("v1/sandbox/firings", [](Database& database, const Exchange&) {
@@ -128,10 +115,11 @@ void addSides(ApiRoutes& routes) {
   routes.write("POST", "v1/sandbox/scenarios", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
     sandbox::requireKnownMembers(body, {"name", "guest"});
-    const auto scenario = scenarioIn(body);
+    const auto scenario = sandbox::scenarioNamed(sandbox::textIn(body, "name").value_or(""));
+    if (!scenario) throw HttpError(422, "scenario-refused", scenario.problem());
     const auto guest = guestMeant(database, sandbox::textIn(body, "guest"), exchange.session());
     requirePossible("scenario-refused",
-                    [&] { return sandbox::makeScenario(database, guest, scenario); });
+                    [&] { return sandbox::makeScenario(database, guest, *scenario); });
     return sidesReply(database, 200, guest);
   });
   routes.add("POST", "v1/sandbox/instruments", [](const Exchange& exchange) {

@@ -56,27 +56,31 @@ HttpReply errorReply(const ErrorPtr& error, const std::string& requestID) {
       std::begin(knownErrors), std::end(knownErrors),
       [&](const Known& each) { return each.domain == domain && each.number == error->code(); });
   const bool isKnown = found != std::end(knownErrors);
-  return errorReply(isKnown ? found->status : 500, isKnown ? found->code : "service-failed", domain,
-                    error->code(), error->localizedDescription().value_or(""), requestID);
+  return errorReply(
+      HttpError(isKnown ? found->status : 500, isKnown ? found->code : "service-failed",
+                error->localizedDescription().value_or(""), domain, error->code()),
+      requestID);
 }
 
-HttpReply errorReply(const std::exception_ptr& problem, const std::string& requestID) {
+HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID) {
+  const auto reply = [&](int status, const std::string& code, const std::string& sentence) {
+    return errorReply(HttpError(status, code, sentence), requestID);
+  };
+  if (world && world->isRemoved()) return errorReply(noSuchSandbox(), requestID);
   try {
-    std::rethrow_exception(problem);
+    throw;
   } catch (const HttpError& error) {
     return errorReply(error, requestID);
   } catch (const sandbox::Refusal& refusal) {
     return errorReply(refusal.error, requestID);
   } catch (const sandbox::InvalidRecord& record) {
-    const int status = record.code() == "malformed-json" ? 400 : 422;
-    return errorReply(HttpError(status, record.code(), record.what()), requestID);
+    return reply(record.code() == "malformed-json" ? 400 : 422, record.code(), record.what());
   } catch (const sandbox::NoStore&) {
-    const char* sentence = "The snapshot was made by another version.";
-    return errorReply(HttpError(409, "snapshot-version", sentence), requestID);
+    return reply(409, "snapshot-version", "The snapshot was made by another version.");
   } catch (const sandbox::StoreFailure& failure) {
-    return errorReply(HttpError(507, "store-failed", failure.what()), requestID);
+    return reply(507, "store-failed", failure.what());
   } catch (const std::exception&) {
-    return errorReply(HttpError(500, "service-failed", "The service failed."), requestID);
+    return reply(500, "service-failed", "The service failed.");
   }
 }
 

@@ -239,10 +239,4 @@ World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> w
   };
 }
 
-HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID) {
-  const bool isGone = world && world->isRemoved();
-  return isGone ? errorReply(noSuchSandbox(), requestID)
-                : errorReply(std::current_exception(), requestID);
-}
-
 }  // namespace hlv::server

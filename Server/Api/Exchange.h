@@ -67,8 +67,6 @@ class ApiRoutes : public Routes<ExchangeHandler> {
 HttpReply jsonReply(int status, const sandbox::Json& body);
 /// Keeps domain and number, from which a client makes the same error again.
 HttpReply errorReply(const ErrorPtr& error, const std::string& requestID);
-/// Of whatever the code of a service throws.
-HttpReply errorReply(const std::exception_ptr& problem, const std::string& requestID);
 
 /// What a handler of a call makes: its reply, and in a few words what the events say of it.
 struct CallReply {

@@ -79,12 +79,9 @@ std::string maskedTarget(const std::string& target) {
   return maskedText(sandbox::holdsCardNumber(decoded) ? decoded : target);
 }
 
-std::string selectedWhere(std::string_view condition) {
-  std::string text =
-      "SELECT number, id, at, method, path, status, fault, microseconds, caller, listener, "
-      "request_bytes, reply_bytes, code, events FROM requests WHERE ";
-  return text.append(condition);
-}
+constexpr const char* selection =
+    "SELECT number, id, at, method, path, status, fault, microseconds, caller, listener, "
+    "request_bytes, reply_bytes, code, events FROM requests WHERE ";
 
 Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
   return {{"number", row.integer(0)},
@@ -125,9 +122,30 @@ Json gapsIn(Database& database) {
 
 }  // namespace
 
-void RequestLog::add(RequestRecord record) {
+void RequestLog::add(const FinishedRequest& finished, const std::string& listener,
+                     const std::optional<sandbox::FaultKind>& fault,
+                     std::vector<sandbox::Event> events) {
+  const auto& request = finished.request;
+  using std::chrono::microseconds;
+  auto insert = [id = request.id, at = sandbox::millisecondOf(request.receivedAt),
+                 status = std::int64_t{finished.status},
+                 method = request.isHead ? "HEAD" : request.method, target = request.target, fault,
+                 duration = std::chrono::duration_cast<microseconds>(finished.duration).count(),
+                 caller = request.caller, listener,
+                 requestBytes = static_cast<std::int64_t>(finished.requestBytes),
+                 replyBytes = static_cast<std::int64_t>(finished.replyBytes),
+                 code = finished.reply.code, events = std::move(events)](Database& database) {
+    database.run(
+        "INSERT OR IGNORE INTO requests (id, at, status, method, path, fault, microseconds, "
+        "caller, listener, request_bytes, reply_bytes, code, events) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        id, at, status, maskedText(method), maskedTarget(target),
+        fault ? std::optional(std::string(sandbox::textOf(*fault))) : std::nullopt, duration,
+        caller, listener, requestBytes, replyBytes,
+        code.empty() ? std::nullopt : std::optional(code), packed(events, at));
+  };
   const std::lock_guard lock(mutex_);
-  news_.push_back(std::move(record));
+  news_.push_back(std::move(insert));
   // What would go at once when it was written need not be written.
   if (news_.size() > static_cast<std::size_t>(requestsKept)) news_.pop_front();
 }
@@ -138,23 +156,12 @@ bool RequestLog::hasNews() const {
 }
 
 void RequestLog::write(Database& database) {
-  std::deque<RequestRecord> news;
+  decltype(news_) news;
   {
     const std::lock_guard lock(mutex_);
     news.swap(news_);
   }
-  for (const auto& record : news) {
-    database.run(
-        "INSERT OR IGNORE INTO requests (id, at, status, method, path, fault, microseconds, "
-        "caller, listener, request_bytes, reply_bytes, code, events) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-        record.id, record.at, std::int64_t{record.status}, maskedText(record.method),
-        maskedTarget(record.path), record.fault, record.microseconds, record.caller,
-        record.listener, static_cast<std::int64_t>(record.requestBytes),
-        static_cast<std::int64_t>(record.replyBytes),
-        record.code.empty() ? std::nullopt : std::optional(record.code),
-        packed(record.events, record.at));
-  }
+  for (const auto& insert : news) insert(database);
   database.run("DELETE FROM requests WHERE number <= ?", last(database) - requestsKept);
 }
 
@@ -180,7 +187,7 @@ Json RequestLog::read(Database& database, const RequestFilter& filter, const std
   auto requests = Json::array();
   Json next;
   auto row = database.query(
-      selectedWhere(
+      std::string(selection).append(
           "number > ? AND (? IS NULL OR method = ?) AND status BETWEEN ? AND ? "
           "AND (? IS NULL OR instr(path, ?) > 0) "
           "AND (? IS NULL OR (? = 'any' AND fault IS NOT NULL) OR (? = 'none' AND fault IS NULL) "
@@ -199,7 +206,7 @@ Json RequestLog::read(Database& database, const RequestFilter& filter, const std
 
 std::optional<Json> RequestLog::find(Database& database, const std::string& id,
                                      const std::string& sandbox) {
-  auto row = database.query(selectedWhere("id = ?"), id);
+  auto row = database.query(std::string(selection) + "id = ?", id);
   if (!row.next()) return std::nullopt;
   auto request = requestIn(row, sandbox);
   request["events"] = unpacked(row.text(13), row.integer(2));

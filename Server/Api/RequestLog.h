@@ -1,43 +1,23 @@
 // Every request to one sandbox, rejected ones included. Private to the server.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Sandbox/Calls/Journal.h"
+#include "Sandbox/Faults/Fault.h"
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Database.h"
+#include "Server/Http/HttpMessages.h"
 
 namespace hlv::server {
 
 using sandbox::Json;
-
-/// One request and what became of it. Texts are masked where they are written.
-struct RequestRecord {
-  std::string id;
-  /// Milliseconds since 1970.
-  std::int64_t at = 0;
-  std::int64_t microseconds = 0;
-  std::string method;
-  std::string path;
-  /// 0 where no whole reply left.
-  int status = 0;
-  std::string caller;
-  std::string listener;
-  /// The kind of the fault that the request met.
-  std::optional<std::string> fault;
-  std::size_t requestBytes = 0;
-  std::size_t replyBytes = 0;
-  /// The error's code.
-  std::string code;
-  /// What the services did for it.
-  std::vector<sandbox::Event> events;
-};
 
 /// Which requests are asked for.
 struct RequestFilter {
@@ -63,7 +43,10 @@ class RequestLog {
   /// What of a store belongs to the log, and to no snapshot.
   static constexpr const char* tables[] = {"requests", "request_gaps"};
 
-  void add(RequestRecord record);
+  /// `fault` is the kind that the request met; `events` are what the services did for it. Texts are
+  /// masked where they are written.
+  void add(const FinishedRequest& finished, const std::string& listener,
+           const std::optional<sandbox::FaultKind>& fault, std::vector<sandbox::Event> events);
   bool hasNews() const;
   /// Writes what was added.
   void write(sandbox::Database& database);
@@ -83,7 +66,7 @@ class RequestLog {
 
  private:
   mutable std::mutex mutex_;
-  std::deque<RequestRecord> news_;
+  std::deque<std::function<void(sandbox::Database&)>> news_;
 };
 
 }  // namespace hlv::server

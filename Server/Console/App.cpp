@@ -11,20 +11,13 @@
 
 namespace hlv::server {
 
-struct App::Operation {
-  WorldPtr world;
-  std::string name;
-  Done done;
-  Start start;
-  std::int64_t number = 0;
-  CallPtr call = {};
-  std::optional<HttpError> refusal = {};
+namespace {
 
-  bool hasEnded() const { return refusal || (call && call->outcome().completions > 0); }
-  void reply() const {
-    done({number, refusal, call ? call->outcome() : sandbox::AppCall::Outcome()});
-  }
-};
+bool hasEnded(const App::Operation& operation) {
+  return operation.refusal || (operation.call && operation.call->outcome().completions > 0);
+}
+
+}  // namespace
 
 App::App(Registry& registry) : registry_(registry) {}
 
@@ -35,10 +28,10 @@ void App::completeFinishedOperations() {
   const bool isSettled = app_->isSettled();
   const auto ended = std::stable_partition(
       running_.begin(), running_.end(),
-      [&](const OperationPtr& running) { return !isSettled && !running->hasEnded(); });
+      [&](const OperationPtr& running) { return !isSettled && !hasEnded(*running); });
   const std::vector<OperationPtr> atTheirEnd(ended, running_.end());
   running_.erase(ended, running_.end());
-  for (const auto& operation : atTheirEnd) operation->reply();
+  for (const auto& operation : atTheirEnd) operation->done(*operation);
   startWaiting();
 }
 
@@ -65,9 +58,6 @@ void App::startWaiting() {
 }
 
 void App::begin(const OperationPtr& operation) {
-  const auto failed = [](const Problem& failure) {
-    return HttpError(507, "store-failed", failure.what());
-  };
   try {
     if (operation->world != world_) switchTo(operation->world);
     auto& journal = sandbox_->journal();
@@ -75,21 +65,17 @@ void App::begin(const OperationPtr& operation) {
     operation->number =
         running_.empty() ? journal.beginOperation(operation->name) : running_.back()->number;
     running_.push_back(operation);
-  } catch (const Problem& failure) {
-    operation->refusal = failed(failure);
-    return operation->reply();
-  }
-  try {
     if (!sandbox::SimulatedApp::kitIsEnabled()) {
-      sandbox_->journal().record("app", "kit", "enableWithConfiguration");
+      journal.record("app", "kit", "enableWithConfiguration");
       sandbox::enableKit(sandbox::Enabling::normal);
     }
     operation->call = std::exchange(operation->start, nullptr)(*this);
   } catch (const HttpError& refusal) {
     operation->refusal = refusal;
   } catch (const Problem& failure) {
-    operation->refusal = failed(failure);
+    operation->refusal = HttpError(507, "store-failed", failure.what());
   }
+  if (operation->number == 0) operation->done(*operation);
 }
 
 void App::announce(const std::function<void()>& post) {

@@ -25,25 +25,30 @@ namespace hlv::server {
 /// process.
 class App : public std::enable_shared_from_this<App> {
  public:
-  /// How an operation came out.
-  struct Outcome {
-    std::int64_t operation = 0;
-    /// Why nothing was done; missing otherwise.
-    std::optional<HttpError> refusal;
-    sandbox::AppCall::Outcome call = {};
-  };
   using WorldPtr = std::shared_ptr<World>;
+  using CallPtr = std::shared_ptr<const sandbox::AppCall>;
+  struct Operation;
   /// Called once on the main thread, when the kit has called back or nothing more can happen.
-  using Done = std::function<void(const Outcome&)>;
+  using Done = std::function<void(const Operation&)>;
+  /// Returns the call of the kit, or null where none is made. Throws `HttpError` where it cannot
+  /// be. On the main thread.
+  using Start = std::function<CallPtr(App&)>;
+  struct Operation {
+    WorldPtr world;
+    std::string name;
+    Done done;
+    Start start;
+    /// In the journal; 0 before it has begun.
+    std::int64_t number = 0;
+    CallPtr call = {};
+    /// Why nothing was done; missing otherwise.
+    std::optional<HttpError> refusal = {};
+  };
 
   /// The registry outlives the app.
   explicit App(Registry& registry);
   ~App();
 
-  using CallPtr = std::shared_ptr<const sandbox::AppCall>;
-  /// Returns the call of the kit, or null where none is made. Throws `HttpError` where it cannot
-  /// be. On the main thread.
-  using Start = std::function<CallPtr(App&)>;
   void run(const WorldPtr& world, const std::string& name, Done done, Start start);
 
   // What an operation starts with.
@@ -58,7 +63,6 @@ class App : public std::enable_shared_from_this<App> {
   void completeFinishedOperations();
 
  private:
-  struct Operation;
   using OperationPtr = std::shared_ptr<Operation>;
 
   void startWaiting();

@@ -28,26 +28,26 @@ Json cardJson(const std::shared_ptr<HLVSDKCreditCard>& card) {
 }
 
 /// How an operation of the app came out.
-HttpReply replyOf(const App::Outcome& outcome, const std::string& requestID) {
-  if (outcome.refusal) return errorReply(*outcome.refusal, requestID);
-  const auto& error = outcome.call.error;
-  Json body = {{"operation", outcome.operation},
-               {"answers", outcome.call.completions},
-               {"credit_card", cardJson(outcome.call.card)},
+HttpReply replyOf(const App::Operation& operation, const std::string& requestID) {
+  if (operation.refusal) return errorReply(*operation.refusal, requestID);
+  const auto outcome = operation.call ? operation.call->outcome() : sandbox::AppCall::Outcome();
+  Json body = {{"operation", operation.number},
+               {"answers", outcome.completions},
+               {"credit_card", cardJson(outcome.card)},
                {"failure", nullptr}};
-  if (error) {
+  if (const auto& error = outcome.error) {
     body["failure"] = {{"domain", error->domain()},
                        {"number", error->code()},
                        {"message", error->localizedDescription().value_or("")}};
   }
-  return {.body = sandbox::textOf(body)};
+  return jsonReply(200, body);
 }
 
 App::Done replying(const Exchange& exchange) {
   return [reply = exchange.reply, trace = exchange.trace,
-          id = exchange.request.id](const App::Outcome& outcome) {
-    trace->add("client", "app", "operation " + std::to_string(outcome.operation));
-    reply(replyOf(outcome, id));
+          id = exchange.request.id](const App::Operation& operation) {
+    trace->add("client", "app", "operation " + std::to_string(operation.number));
+    reply(replyOf(operation, id));
   };
 }
 

@@ -31,6 +31,15 @@ bool isOfTransport(const beast::error_code& error) {
          error == http::error::end_of_stream || error == http::error::partial_message;
 }
 
+/// Of what was read, not of the transport.
+HttpError unreadable(const beast::error_code& error) {
+  if (error == http::error::body_limit) return {413, "too-large", "The body is too large."};
+  if (error == http::error::header_limit || error == http::error::buffer_overflow) {
+    return {431, "head-too-large", "The head of the request is too large."};
+  }
+  return {400, "malformed-request", "The request cannot be read."};
+}
+
 }  // namespace
 
 Connection::Connection(Socket socket, EventLoop& loop,
@@ -118,21 +127,24 @@ Connection::Task<bool> Connection::readRequest() {
   request_->caller = caller_;
   request_->receivedAt = std::chrono::system_clock::now();
   describe(parser_->get(), *request_);
-  if (error) co_return rejectUnreadable(error);
-  frame_ = {parser_->get().version(), request_->isHead, parser_->keep_alive()};
   try {
+    if (error) throw unreadable(error);
+    frame_ = {parser_->get().version(), request_->isHead, parser_->keep_alive()};
     readHead(parser_->get(), listener_->options, *request_);
+    if (!parser_->is_done()) {
+      const bool goesOn = co_await readBody();
+      if (!goesOn) co_return false;
+    }
+    handleRequest();
   } catch (const HttpError& rejection) {
-    co_return reject(rejection, frame_.keepsConnection && parser_->is_done());
+    frame_.keepsConnection = frame_.keepsConnection && parser_->is_done();
+    forgetInput();
+    reply_ = errorReply(rejection, request_->id);
   }
-  if (!parser_->is_done()) {
-    const bool goesOn = co_await readBody();
-    if (!goesOn) co_return false;
-  }
-  if (!reply_) handleRequest();
   co_return true;
 }
 
+/// Throws `HttpError` for one that cannot be read.
 Connection::Task<bool> Connection::readBody() {
   ErrorCode error;
   parser_->eager(true);
@@ -144,24 +156,8 @@ Connection::Task<bool> Connection::readBody() {
   stream_.expires_after(limits_.bodyTime);
   requestBytes_ += co_await http::async_read(stream_, input_, *parser_, into(error));
   if (!isOpen() || (error && isOfTransport(error))) co_return false;
-  co_return !error || rejectUnreadable(error);
-}
-
-bool Connection::rejectUnreadable(ErrorCode error) {
-  if (error == http::error::body_limit) {
-    return reject({413, "too-large", "The body is too large."}, false);
-  }
-  if (error == http::error::header_limit || error == http::error::buffer_overflow) {
-    return reject({431, "head-too-large", "The head of the request is too large."}, false);
-  }
-  return reject({400, "malformed-request", "The request cannot be read."}, false);
-}
-
-bool Connection::reject(const HttpError& error, bool keepsConnection) {
-  forgetInput();
-  frame_.keepsConnection = keepsConnection;
-  reply_ = errorReply(error, request_->id);
-  return true;
+  if (error) throw unreadable(error);
+  co_return true;
 }
 
 void Connection::forgetInput() {
@@ -290,8 +286,8 @@ void Connection::finish(int status) {
   if (!request_) return;
   try {
     if (!reply_) reply_.emplace();
-    listener_->handler.finished({*request_, status, Clock::now() - receivedAt_, requestBytes_,
-                                 replyBytes_, reply_->code, reply_->context});
+    listener_->handler.finished(
+        {*request_, *reply_, status, Clock::now() - receivedAt_, requestBytes_, replyBytes_});
   } catch (const std::exception&) {
     // What is only a record costs nobody the connection.
   }

@@ -92,8 +92,6 @@ class Connection : public std::enable_shared_from_this<Connection> {
   /// Until then, until `timer_` is cancelled, or until the client leaves, which closes.
   Task<void> pauseUntil(Clock::time_point until);
 
-  bool rejectUnreadable(ErrorCode error);
-  bool reject(const HttpError& error, bool keepsConnection);
   void handleRequest();
   Reply replyTo(std::uint64_t number);
   void takeReply(std::uint64_t number, HttpReply reply);

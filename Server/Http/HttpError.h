@@ -20,17 +20,24 @@ class HttpError : public Problem {
  public:
   /// `sentence` holds nothing of the request.
   HttpError(int errorStatus, std::string errorCode, const std::string& sentence)
-      : Problem(sentence), status(errorStatus), code(std::move(errorCode)) {}
+      : HttpError(errorStatus, std::move(errorCode), sentence, requestErrorDomain, errorStatus) {}
+  HttpError(int errorStatus, std::string errorCode, const std::string& sentence,
+            std::string errorDomain, std::int64_t errorNumber)
+      : Problem(sentence),
+        status(errorStatus),
+        code(std::move(errorCode)),
+        domain(std::move(errorDomain)),
+        number(errorNumber) {}
 
   int status;
   /// Stable: what a client may compare.
   std::string code;
+  std::string domain;
+  std::int64_t number;
   std::vector<std::pair<std::string, std::string>> headers;
 };
 
-HttpReply errorReply(const HttpError& error, const std::string& requestID);
 /// {"error": {"code", "domain", "number", "message", "request_id"}}
-HttpReply errorReply(int status, const std::string& code, const std::string& domain,
-                     std::int64_t number, const std::string& message, const std::string& requestID);
+HttpReply errorReply(const HttpError& error, const std::string& requestID);
 
 }  // namespace hlv::server

@@ -109,16 +109,14 @@ using Reply = std::function<void(HttpReply)>;
 struct FinishedRequest {
   /// Without its body. Of a request that could not be read, only what could.
   const HttpRequest& request;
+  /// As the handler made it; an empty one where it made none.
+  const HttpReply& reply;
   /// 0: no whole reply left.
   int status;
   /// From the first byte of the request to the last of the reply.
   std::chrono::nanoseconds duration;
   std::size_t requestBytes;
   std::size_t replyBytes;
-  /// `code` of the reply.
-  const std::string& code;
-  /// `context` of the reply.
-  const std::any& context;
 };
 
 /// Threading: called on all loops at once; must not block.

@@ -68,8 +68,8 @@ class ScriptedHandler : public HttpHandler {
 
   void finished(const FinishedRequest& request) override {
     const std::lock_guard lock(mutex_);
-    finished_.push_back({request.request.id, request.request.target, request.code, request.status,
-                         request.requestBytes, request.replyBytes});
+    finished_.push_back({request.request.id, request.request.target, request.reply.code,
+                         request.status, request.requestBytes, request.replyBytes});
     changed_.notify_all();
   }
 
