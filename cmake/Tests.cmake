@@ -37,9 +37,7 @@ hlv_add_tests(KitTests
   LIBRARIES HLVSDKPaylevenKit)
 hlv_add_tests(SecrecyTests
   SOURCES
-    Tests/Secrecy/CardDataSearch.cpp
     Tests/Secrecy/CardDataSearchTests.cpp
-    Tests/Secrecy/ProcessMemory.cpp
     Tests/Secrecy/ProcessMemoryTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")

@@ -1,11 +1,32 @@
 #include "Tests/Explorer/Exploration.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <map>
+#include <new>
 
 #include "Tests/Explorer/LiveBlocks.h"
 #include "Tests/Secrecy/CardDataSearch.h"
+
+// The sanitizers bring operators of their own, and one of them looks for leaks itself.
+#ifdef HLV_COUNTS_BLOCKS
+
+void* operator new(std::size_t size) {
+  void* block = std::malloc(size == 0 ? 1 : size);
+  if (!block) throw std::bad_alloc();
+  if (hlv::testing::countsBlocks) ++hlv::testing::liveBlocks;
+  return block;
+}
+
+void operator delete(void* block) noexcept {
+  if (block && hlv::testing::countsBlocks) --hlv::testing::liveBlocks;
+  std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+
+#endif
 
 namespace hlv::testing {
 
@@ -68,14 +89,14 @@ std::optional<std::string> explore(const Scenario& scenario, const Limits& limit
                std::to_string(limits.interferences) + "; " + choices.path() + "'\n";
   };
   const auto leavesMemory = [&](DepthFirst again) {
-    const auto blocks = liveBlocks();
+    const auto blocks = liveBlocks;
     simulation.play(scenario, limits.interferences, again);
     simulation.forget();
-    return liveBlocks() > blocks;
+    return liveBlocks > blocks;
   };
   bool goesOn = true;
   while (goesOn && !stop && progress.histories < limits.histories) {
-    const auto blocks = liveBlocks();
+    const auto blocks = liveBlocks;
     const auto& history = simulation.play(scenario, limits.interferences, choices);
     if (choices.isComplete()) {
       ++progress.histories;
@@ -86,7 +107,7 @@ std::optional<std::string> explore(const Scenario& scenario, const Limits& limit
     }
     simulation.forget();
     // Played once more: what lasts is made only once.
-    if (!shortest && liveBlocks() > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
+    if (!shortest && liveBlocks > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
       keepIfShorter({}, {0, "no memory left over"});
     }
     if (shortest) progress.failed = true;
