@@ -53,8 +53,14 @@ struct Touched {
 
   Things reads, writes;
 
-  void write(Thing thing) { writes.set(thing); }
-  void read(Thing thing) { reads.set(thing); }
+  template <class... Of>
+  void write(Of... things) {
+    (writes.set(things), ...);
+  }
+  template <class... Of>
+  void read(Of... things) {
+    (reads.set(things), ...);
+  }
   void add(const Touched& other) {
     reads |= other.reads;
     writes |= other.writes;

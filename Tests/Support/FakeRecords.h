@@ -94,4 +94,13 @@ struct FakeUpdateRequest final : HLVSDKUpdateGuestRequestInfo {
   void setPaymentToken(const NullableString& newToken) override { token = newToken; }
 };
 
+/// One of each that an app or a service has.
+struct FakeObjects {
+  const std::shared_ptr<FakeGuest> guest = std::make_shared<FakeGuest>();
+  const std::shared_ptr<FakeEnteredCard> card = std::make_shared<FakeEnteredCard>();
+  const std::shared_ptr<FakeStoredCard> storedCard = std::make_shared<FakeStoredCard>();
+  const std::shared_ptr<FakeAddress> address = std::make_shared<FakeAddress>();
+  const std::shared_ptr<FakeInstrument> instrument = std::make_shared<FakeInstrument>();
+};
+
 }  // namespace hlv::testing
