@@ -8,7 +8,6 @@ add_library(hlv_explorer STATIC
 target_link_libraries(hlv_explorer PUBLIC HLVSDKPaylevenKit PRIVATE hlv_flags)
 
 add_executable(Explorer
-  Tests/Explorer/Exploration.cpp
   Tests/Explorer/Explorer.cpp)
 target_link_libraries(Explorer PRIVATE hlv_flags hlv_explorer CLI11::CLI11)
 target_compile_definitions(Explorer PRIVATE
