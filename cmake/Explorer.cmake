@@ -2,19 +2,13 @@
 find_package(CLI11 REQUIRED)
 
 add_library(hlv_explorer STATIC
-  Tests/Explorer/Choices.cpp
-  Tests/Explorer/ModelRunner.cpp
-  Tests/Explorer/History.cpp
   Tests/Explorer/ReferenceModel.cpp
   Tests/Explorer/Scenario.cpp
-  Tests/Explorer/Simulation.cpp
-  Tests/Secrecy/CardDataSearch.cpp)
+  Tests/Explorer/Simulation.cpp)
 target_link_libraries(hlv_explorer PUBLIC HLVSDKPaylevenKit PRIVATE hlv_flags)
 
 add_executable(Explorer
-  Tests/Explorer/Exploration.cpp
-  Tests/Explorer/Explorer.cpp
-  Tests/Explorer/LiveBlocks.cpp)
+  Tests/Explorer/Explorer.cpp)
 target_link_libraries(Explorer PRIVATE hlv_flags hlv_explorer CLI11::CLI11)
 target_compile_definitions(Explorer PRIVATE
   HLV_HISTORIES_ON_RECORD="${PROJECT_SOURCE_DIR}/Tests/Explorer/histories.txt")

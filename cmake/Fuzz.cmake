@@ -3,8 +3,8 @@
 add_custom_target(FuzzTargets)
 
 function(hlv_add_fuzz_target name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RUNS" "SOURCES;LIBRARIES")
-  add_executable(${name} Tests/Fuzz/${name}.cpp ${arg_SOURCES})
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RUNS" "LIBRARIES")
+  add_executable(${name} Tests/Fuzz/${name}.cpp)
   target_link_libraries(${name} PRIVATE hlv_flags ${arg_LIBRARIES} GTest::gtest)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   add_dependencies(FuzzTargets ${name})
@@ -24,7 +24,5 @@ function(hlv_add_fuzz_target name)
 endfunction()
 
 hlv_add_fuzz_target(CardInputFuzz RUNS 10000 LIBRARIES HLVSDKPaylevenSandbox)
-hlv_add_fuzz_target(GuestLifeFuzz RUNS 150
-  SOURCES Tests/Secrecy/CardDataSearch.cpp
-  LIBRARIES HLVSDKPaylevenSandbox)
+hlv_add_fuzz_target(GuestLifeFuzz RUNS 150 LIBRARIES HLVSDKPaylevenSandbox)
 hlv_add_fuzz_target(HistoryFuzz RUNS 1500 LIBRARIES hlv_explorer)

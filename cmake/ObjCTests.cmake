@@ -6,7 +6,6 @@ include(GoogleTest)
 add_executable(ObjCTests
   Tests/ObjC/ClassesTests.mm
   Tests/ObjC/MemoryTests.mm
-  Tests/ObjC/ObjCTest.mm
   Tests/ObjC/OperationsTests.mm
   Tests/ObjC/RunTimeTableTests.mm
   Tests/ObjC/Sanitizers.cpp

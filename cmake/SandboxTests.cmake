@@ -7,5 +7,4 @@ hlv_add_tests(SandboxTests
     Tests/Sandbox/SecrecyTests.cpp
     Tests/Sandbox/ServicesTests.cpp
     Tests/Sandbox/StoreTests.cpp
-    Tests/Secrecy/CardDataSearch.cpp
   LIBRARIES HLVSDKPaylevenSandbox SQLiteCpp)

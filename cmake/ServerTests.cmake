@@ -1,12 +1,10 @@
 # The server: its listener alone, and all of it in one process with clients.
 hlv_add_tests(HttpTests
   SOURCES
-    Tests/Secrecy/ProcessMemory.cpp
     Tests/Server/HttpTests.cpp
   LIBRARIES hlv_http hlv_beast)
 hlv_add_tests(ServerTests
   SOURCES
-    Tests/Secrecy/CardDataSearch.cpp
     Tests/Server/ConsoleTests.cpp
     Tests/Server/EndToEndTests.cpp
     Tests/Server/HostileInputTests.cpp

@@ -29,17 +29,13 @@ hlv_add_tests(PlatformTests
 hlv_add_tests(KitTests
   SOURCES
     Tests/Kit/EnablingTests.cpp
-    Tests/Kit/KitConfigurationTests.cpp
-    Tests/Kit/ManagerCoreTests.cpp
+    Tests/Kit/ManagersTests.cpp
     Tests/Kit/NoHostTests.cpp
-    Tests/Kit/SynchronizerTests.cpp
     Tests/Kit/ValueTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 hlv_add_tests(SecrecyTests
   SOURCES
-    Tests/Secrecy/CardDataSearch.cpp
     Tests/Secrecy/CardDataSearchTests.cpp
-    Tests/Secrecy/ProcessMemory.cpp
     Tests/Secrecy/ProcessMemoryTests.cpp
   LIBRARIES HLVSDKPaylevenKit)
 if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")

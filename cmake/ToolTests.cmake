@@ -1,9 +1,7 @@
 # The tests of the paylevenkit command: the built program from outside, and its tables from inside.
 hlv_add_tests(ToolTests
   SOURCES
-    Tests/Secrecy/CardDataSearch.cpp
     Tests/Tools/BadInputTests.cpp
-    Tests/Tools/Command.cpp
     Tests/Tools/InterruptionTests.cpp
     Tests/Tools/SidesTests.cpp
     Tests/Tools/TimelineTests.cpp

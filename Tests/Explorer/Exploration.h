@@ -3,26 +3,47 @@
 // Threading: one thread; the count may be read from anywhere.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
 
 #include "Tests/Explorer/ReferenceModel.h"
 #include "Tests/Explorer/Simulation.h"
+#include "Tests/Secrecy/CardDataSearch.h"
 
 namespace hlv::testing {
 
 /// What is wrong with a history: the reference model's, or a card's number or security code in a
 /// line.
-std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
-                                                     const History& history);
+inline std::optional<ReferenceModel::Violation> violationOf(const Scenario& scenario,
+                                                            const History& history) {
+  static const auto cardData = [] {
+    const FakeEnteredCard card;
+    return CardDataSearch(*card.pan(), *card.cvv());
+  }();
+  for (std::size_t i = 0; i < history.size(); ++i) {
+    if (cardData.in(history[i].output))
+      return ReferenceModel::Violation{i, "no card data in this line"};
+  }
+  return ReferenceModel::examine(scenario, history);
+}
 
 /// The history, with what was expected where it was not.
-std::string textOf(const History& history,
-                   const std::optional<ReferenceModel::Violation>& violation);
+inline std::string textOf(const History& history,
+                          const std::optional<ReferenceModel::Violation>& violation) {
+  std::string text;
+  for (std::size_t i = 0; i <= history.size(); ++i) {
+    if (violation && violation->event == i) text += "!! expected: " + violation->expected + "\n";
+    if (i < history.size()) text += history[i].text() + "\n";
+  }
+  return text;
+}
 
 struct Limits {
   /// Beyond those of the scenario.
@@ -42,10 +63,66 @@ struct Progress {
 /// What histories came to: what each operation and each notification saw, and what was left.
 using Outcomes = std::set<std::uint64_t>;
 
+/// Neighbours of different owners may stand in any order.
+inline std::uint64_t outcomeOf(const History& history) {
+  const Uncounted ours;
+  std::map<std::size_t, std::uint64_t> seen;
+  for (const auto& event : history) {
+    if (event.isMove) continue;
+    auto& byOwner = seen[event.owner];
+    if (event.owner == Event::nobody) byOwner = 0;
+    byOwner = mixed(byOwner, std::hash<std::string>()(event.output));
+  }
+  std::uint64_t outcome = 0;
+  for (const auto& [owner, lines] : seen) outcome = mixed(mixed(outcome, owner), lines);
+  return outcome;
+}
+
 /// The text of the shortest history that is not as it must be, with the path that replays it; or
 /// nothing. Ends early when `stop` is set. The outcomes are kept where there is a place for them.
-std::optional<std::string> explore(const Scenario& scenario, const Limits& limits,
-                                   Progress& progress, const std::atomic<bool>& stop,
-                                   Outcomes* outcomes = nullptr);
+inline std::optional<std::string> explore(const Scenario& scenario, const Limits& limits,
+                                          Progress& progress, const std::atomic<bool>& stop,
+                                          Outcomes* outcomes = nullptr) {
+  Simulation simulation;
+  DepthFirst choices(limits.orders, limits.shard);
+  std::optional<std::string> shortest;
+  std::ptrdiff_t fewestMoves = 0;
+  const auto keepIfShorter = [&](const History& history,
+                                 const ReferenceModel::Violation& violation) {
+    const auto moves = std::count_if(history.begin(), history.end(),
+                                     [](const auto& event) { return event.isMove; });
+    if (shortest && moves >= fewestMoves) return;
+    fewestMoves = moves;
+    shortest = textOf(history, violation) + "Replay it with: --replay '" + scenario.name + "; " +
+               std::to_string(limits.interferences) + "; " + choices.path() + "'\n";
+  };
+  const auto leavesMemory = [&](DepthFirst again) {
+    const auto blocks = liveBlocks;
+    simulation.play(scenario, limits.interferences, again);
+    simulation.forget();
+    return liveBlocks > blocks;
+  };
+  bool goesOn = true;
+  while (goesOn && !stop && progress.histories < limits.histories) {
+    const auto blocks = liveBlocks;
+    const auto& history = simulation.play(scenario, limits.interferences, choices);
+    if (choices.isComplete()) {
+      ++progress.histories;
+      if (outcomes) outcomes->insert(outcomeOf(history));
+      if (const auto violation = violationOf(scenario, history)) {
+        keepIfShorter(history, *violation);
+      }
+    }
+    simulation.forget();
+    // Played once more: what lasts is made only once.
+    if (!shortest && liveBlocks > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
+      keepIfShorter({}, {0, "no memory left over"});
+    }
+    if (shortest) progress.failed = true;
+    goesOn = choices.next();
+  }
+  if (!goesOn) ++progress.ended;
+  return shortest;
+}
 
 }  // namespace hlv::testing

@@ -39,14 +39,6 @@ Text required(const Text& name, const Text& message, const Text& function, const
 /// The name of a function, or of the block that it posts.
 Text by(const Text& method, bool posted) { return posted ? method + "_block_invoke" : method; }
 
-bool endsWith(const NullableString& text, const NullableString& end) {
-  return text && end && text->size() >= end->size() &&
-         text->compare(text->size() - end->size(), end->size(), *end) == 0;
-}
-bool same(const NullableString& one, const NullableString& other) {
-  return one && other && *one == *other;
-}
-
 template <class Fake, class T>
 std::vector<std::shared_ptr<Fake>> all(const NullableList<T>& list) {
   std::vector<std::shared_ptr<Fake>> fakes;
@@ -67,14 +59,6 @@ std::shared_ptr<FakeInstrument> lastUsable(const Answer& answer, const NullableS
     }
   }
   return found;
-}
-
-/// Whether the card stands for the instrument: by the identifier that it carries, or, where it
-/// carries none, by digits, brand and use case.
-bool standsFor(const FakeStoredCard& card, const FakeInstrument& instrument, const Text& useCase) {
-  if (card.external) return same(card.external, instrument.id);
-  return endsWith(instrument.number, card.digits) && same(instrument.brand, card.brandName) &&
-         same(useCase, card.useCaseName);
 }
 
 }  // namespace

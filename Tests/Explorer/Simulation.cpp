@@ -325,11 +325,10 @@ void Simulation::perform(Move move) {
   if (move.isInterference()) --interferencesLeft_;
   const bool before = std::exchange(platform_->onMainThread, move.onMain);
   const auto owner = std::exchange(platform_->owner, ownerOf(move));
-  touch(move, platform_->owner);
   auto onMain = platform_->main->waiting(), onSerial = waitingOnSerialQueues();
   if (move.kind == Move::Kind::runMainQueue) --onMain;
   if (move.kind == Move::Kind::runSerialQueue) --onSerial;
-  execute(move);
+  execute(move, platform_->owner);
   const bool posts = platform_->main->waiting() > onMain || waitingOnSerialQueues() > onSerial;
   if (platform_->main->waiting() > onMain) transition_.touched.write(Touched::mainEnd);
   if (waitingOnSerialQueues() > onSerial) transition_.touched.write(Touched::serialEnd);
@@ -389,8 +388,8 @@ std::size_t Simulation::ownerOf(const Move& move) {
   }
 }
 
-/// What the move touches whatever comes of it.
-void Simulation::touch(const Move& move, std::size_t owner) {
+/// Makes the move, and notes what it touches whatever comes of it.
+void Simulation::execute(const Move& move, std::size_t owner) {
   auto& touched = transition_.touched;
   if (looksForManager(move)) touched.read(Touched::manager);
   if (move.isInterference()) touched.write(Touched::interferences);
@@ -399,93 +398,59 @@ void Simulation::touch(const Move& move, std::size_t owner) {
     case Move::Kind::end:
       return;
     case Move::Kind::start:
-      touched.write(Touched::nextOperation);
-      touched.write(Touched::guestToken);
-      touched.write(Touched::network);
-      touched.write(Touched::synchronizing);
       touched.read(Touched::synchronizer);
+      touched.write(Touched::nextOperation, Touched::guestToken, Touched::network,
+                    Touched::synchronizing, Touched::chainOf(owner));
       if (scenario_->operations[move.operation].kind == OperationKind::enable) {
-        touched.write(Touched::manager);
-        touched.write(Touched::synchronizer);
+        touched.write(Touched::manager, Touched::synchronizer);
       }
-      return touched.write(Touched::chainOf(owner));
-    case Move::Kind::runMainQueue:
-      touched.write(Touched::mainBegin);
-      touched.write(Touched::cardsOf(owner));
-      return touched.write(Touched::chainOf(owner));
-    case Move::Kind::runSerialQueue:
-      touched.write(Touched::serialBegin);
-      touched.read(Touched::synchronizer);
-      touched.read(Touched::guestToken);
-      touched.write(Touched::synchronizing);
-      touched.write(Touched::cardsOf(owner));
-      return touched.write(Touched::chainOf(owner));
-    case Move::Kind::answer:
-    case Move::Kind::answerAgain:
-    case Move::Kind::neverAnswer: {
-      const auto& call = calls_[move.call];
-      touched.write(Touched::call(call.id));
-      if (!call.joins) return;
-      return touched.write(call.service == Service::fetchCards ? Touched::cardsOf(owner)
-                                                               : Touched::chainOf(owner));
-    }
-    case Move::Kind::post:
-      touched.read(Touched::synchronizer);
-      touched.write(Touched::network);
-      touched.write(Touched::synchronizing);
-      return touched.read(Touched::guestToken);
-    case Move::Kind::releaseManager:
-      return touched.write(Touched::manager);
-    case Move::Kind::releaseKit:
-      touched.write(Touched::manager);
-      [[fallthrough]];
-    case Move::Kind::releaseSynchronizer:
-      return touched.write(Touched::synchronizer);
-  }
-}
-
-void Simulation::execute(const Move& move) {
-  switch (move.kind) {
-    case Move::Kind::goOn:
-    case Move::Kind::end:
-      return;
-    case Move::Kind::start:
       ++nextOperation_;
       return start(move);
     case Move::Kind::runMainQueue:
+      touched.write(Touched::mainBegin, Touched::cardsOf(owner), Touched::chainOf(owner));
       platform_->main->runOne();
       return;
     case Move::Kind::runSerialQueue:
+      touched.read(Touched::synchronizer, Touched::guestToken);
+      touched.write(Touched::serialBegin, Touched::synchronizing, Touched::cardsOf(owner),
+                    Touched::chainOf(owner));
       firstSerialQueue()->runOne();
       return;
+    case Move::Kind::answer:
     case Move::Kind::answerAgain:
-    case Move::Kind::answer: {
-      calls_[move.call].answered = true;
+    case Move::Kind::neverAnswer: {
+      auto& call = calls_[move.call];
+      touched.write(Touched::call(call.id));
+      if (call.joins) {
+        touched.write(call.service == Service::fetchCards ? Touched::cardsOf(owner)
+                                                          : Touched::chainOf(owner));
+      }
+      call.answered = true;
+      if (move.kind == Move::Kind::neverAnswer) {
+        call.answer = nullptr;
+        return;
+      }
       // The call may be moved while it runs: another one may be made inside.
-      const auto answer = calls_[move.call].answer;
-      answer(*move.answer, move.answer->fails ? errorOf(move.error) : nullptr);
-      return;
+      const auto answer = call.answer;
+      return answer(*move.answer, move.answer->fails ? errorOf(move.error) : nullptr);
     }
-    case Move::Kind::neverAnswer:
-      calls_[move.call].answered = true;
-      calls_[move.call].answer = nullptr;
-      return;
     case Move::Kind::releaseManager:
+      touched.write(Touched::manager);
       managerReleased_ = true;
-      if (const auto kit = HLVSDKPayleven::sharedInstance()) {
-        kit->setPaymentInstrumentManager(nullptr);
-      }
-      return;
+      return send(HLVSDKPayleven::sharedInstance(), &HLVSDKPayleven::setPaymentInstrumentManager,
+                  nullptr);
     case Move::Kind::releaseSynchronizer:
+      touched.write(Touched::synchronizer);
       synchronizerReleased_ = true;
-      if (const auto kit = HLVSDKPayleven::sharedInstance()) {
-        kit->setPaymentInstrumentsSynchronizer(nullptr);
-      }
-      return;
+      return send(HLVSDKPayleven::sharedInstance(),
+                  &HLVSDKPayleven::setPaymentInstrumentsSynchronizer, nullptr);
     case Move::Kind::releaseKit:
+      touched.write(Touched::manager, Touched::synchronizer);
       kitReleased_ = true;
       return HLVSDKPayleven::resetSharedInstance();
     case Move::Kind::post:
+      touched.read(Touched::synchronizer, Touched::guestToken);
+      touched.write(Touched::network, Touched::synchronizing);
       return post(*move.notification);
   }
 }

@@ -71,9 +71,8 @@ class Simulation {
   /// Makes the move that nothing surrounds.
   void performAlone(const Move& move);
   std::size_t ownerOf(const Move& move);
-  void touch(const Move& move, std::size_t owner);
   bool looksForManager(const Move& move) const;
-  void execute(const Move& move);
+  void execute(const Move& move, std::size_t owner);
   void start(const Move& move);
   void enable(const Request& request);
   void post(const Posted& notification);

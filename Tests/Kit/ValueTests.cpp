@@ -23,13 +23,6 @@ using Texts = std::vector<NullableString>;
 const Texts texts{std::nullopt, "", "a", "A", "ab", "ba"};
 const Texts fewTexts{std::nullopt, "", "a", "A"};
 
-bool same(const NullableString& one, const NullableString& other) {
-  return one && other && *one == *other;
-}
-bool ends(const NullableString& text, const NullableString& end) {
-  return text && end && text->size() >= end->size() &&
-         text->substr(text->size() - end->size()) == *end;
-}
 std::string shown(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
 
 class ValueTest : public KitTest {
@@ -77,8 +70,8 @@ TEST_F(ValueTest, AnInstrumentStandsForDigitsAndBrand) {
               {&instrument->number, texts},
               {&instrument->brand, texts}},
              [&] {
-               const bool stands =
-                   state == 0 && ends(instrument->number, digits) && same(instrument->brand, brand);
+               const bool stands = state == 0 && endsWith(instrument->number, digits) &&
+                                   same(instrument->brand, brand);
                EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(Instruments{instrument}, digits,
                                                                  brand) != nullptr,
                          stands)
@@ -109,7 +102,7 @@ TEST_F(ValueTest, AnInstrumentStandsForACard) {
               {&instrument->year, fewTexts}},
              [&, &ending = digits] {
                const bool stands =
-                   ends(instrument->number, ending) && same(instrument->brand, brand) &&
+                   endsWith(instrument->number, ending) && same(instrument->brand, brand) &&
                    same(instrument->month, card->month) && same(instrument->year, card->year);
                EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(Instruments{instrument}, card) !=
                              nullptr,
@@ -148,11 +141,6 @@ TEST_F(ValueTest, ACardStandsForAnInstrumentByItsIdentifierOrElseByTheRest) {
   const auto second = std::make_shared<FakeStoredCard>();
   instrument->stateNumber = 1;  // Plays no part here.
   NullableString useCase;
-  const auto stands = [&](const FakeStoredCard& one) {
-    if (one.external) return same(one.external, instrument->id);
-    return ends(instrument->number, one.digits) && same(instrument->brand, one.brandName) &&
-           same(useCase, one.useCaseName);
-  };
   const auto exists = [&](const NullableList<HLVSDKCreditCard>& cards) {
     return synchronizer->isCreditCardExistsInArray(
         cards, HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(instrument, useCase));
@@ -167,7 +155,7 @@ TEST_F(ValueTest, ACardStandsForAnInstrumentByItsIdentifierOrElseByTheRest) {
             {&storedCard->useCaseName, {std::nullopt, "a"}},
             {&useCase, fewTexts}},
            [&] {
-             const bool expected = stands(*storedCard);
+             const bool expected = standsFor(*storedCard, *instrument, useCase);
              EXPECT_EQ(exists(List<HLVSDKCreditCard>{storedCard}), expected);
              EXPECT_EQ(exists(List<HLVSDKCreditCard>{nullptr, second, storedCard}), expected)
                  << "wherever the last search ended";

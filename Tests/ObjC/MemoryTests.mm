@@ -60,7 +60,7 @@ TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
   EXPECT_EQ(typed.use_count(), 2);
   @autoreleasepool {
     provider.tokens.answer("tok", nullptr);
-    provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+    provider.lists.answer(Instruments{fake.instrument}, nullptr);
     backend.guestUpdates.answer(nullptr, nullptr);
     backend.cardAdds.answer(nullptr, nullptr, nullptr);
     runMainLoopUntil([&] { return received.count == 1; });
@@ -73,10 +73,10 @@ TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
 
 TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
   @autoreleasepool {
-    fakeGuest->token = "tok";
+    fake.guest->token = "tok";
     add(card, guest, nil);
     provider.adds.answer(nullptr);
-    provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+    provider.lists.answer(Instruments{fake.instrument}, nullptr);
     backend.cardAdds.drop();
   }
   const hlv::Dictionary body = backend.lastAddRequest->JSONRepresentation();
@@ -87,7 +87,7 @@ TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
 
 TEST_F(MemoryTest, WhatIsReleasedReceivesNoNotificationAndAManagerLosesItsSuccesses) {
   @autoreleasepool {
-    fakeGuest->token = "tok";
+    fake.guest->token = "tok";
     [HLVSDKPayleven sharedInstance];
     [HLVSDKPayleven resetSharedInstance];
     auto* const manager = newManager([HLVSDKReachability sharedReachability]);

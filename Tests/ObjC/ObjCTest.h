@@ -12,9 +12,12 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "ObjC/Binding/Blocks.h"
+#include "ObjC/HostClasses/Configuration.h"
 #include "ObjC/HostClasses/Records.h"
 #include "Tests/Support/ScriptedHost.h"
 
@@ -28,15 +31,35 @@ using Instruments = hlv::List<hlv::PLVCreditCardPaymentInstrument>;
 using Cards = hlv::List<hlv::HLVSDKCreditCard>;
 using hlv::host_classes::behind;
 
-/// Adds a line to the trace of the test that runs.
-void note(std::string line);
+inline hlv::testing::ScriptedHost* runningHost;
 
-NSError* makeError(NSString* description);
+/// Adds a line to the trace of the test that runs.
+inline void note(std::string line) {
+  if (runningHost) runningHost->trace.push_back(std::move(line));
+}
+
+inline NSError* makeError(NSString* description) {
+  return [NSError errorWithDomain:@"service"
+                             code:7
+                         userInfo:@{
+                           NSLocalizedDescriptionKey : description,
+                           @"HLVDeveloperMessage" : @"for developers"
+                         }];
+}
 /// Its description; empty for nil.
-std::string descriptionOf(NSError* error);
+inline std::string descriptionOf(NSError* error) {
+  return error ? [[error localizedDescription] UTF8String] : "";
+}
 /// An immutable record.
-HLVSDKPaylevenKitConfiguration* recordWithKey(NSString* key);
-void post(NSString* name, NSDictionary* userInfo = nil);
+inline HLVSDKPaylevenKitConfiguration* recordWithKey(NSString* key) {
+  return [HLVSDKPaylevenKitConfiguration
+      configurationWithBlock:^(HLVSDKMutablePaylevenKitConfiguration* configuration) {
+        configuration.paymentKey = key;
+      }];
+}
+inline void post(NSString* name, NSDictionary* userInfo = nil) {
+  [[NSNotificationCenter defaultCenter] postNotificationName:name object:nil userInfo:userInfo];
+}
 
 /// What a completion received, kept until the test ends: another thread's pool goes before.
 struct Received {
@@ -46,21 +69,75 @@ struct Received {
   id guest = nil, card = nil;
   BOOL success = NO;
   NSError* error = nil;
+
+  void take(id itsGuest, id itsCard, NSError* itsError) {
+    ++count;
+    onMainThread = [NSThread isMainThread];
+    guest = itsGuest;
+    card = itsCard;
+    error = itsError;
+    for (id object : {itsGuest, itsCard, static_cast<id>(itsError)}) {
+      if (object) [kept addObject:object];
+    }
+  }
 };
 
 class ObjCTest : public ::testing::Test {
  protected:
-  ObjCTest();
-  ~ObjCTest() override;
+  ObjCTest() {
+    runningHost = host.get();
+    hlv::host_classes::PlayedHost::install(played_);
+    host->guest = fake.guest;
+  }
+  ~ObjCTest() override {
+    runningHost = nullptr;
+    [HLVSDKPayleven resetSharedInstance];
+    host->dropEverything();
+    host->guest.reset();
+    backend.lastAddRequest.reset();
+    fake.guest->cards.reset();
+    copies_.clear();
+    [pool drain];
+    // A queue's thread lets go of what it held after its answer is posted, so possibly after the
+    // test. A record that nobody lets go of ends as a time-out here.
+    played_.reset();
+    runMainLoopUntil([this] {
+      return fake.guest.use_count() + fake.card.use_count() + fake.storedCard.use_count() +
+                 fake.address.use_count() + fake.instrument.use_count() ==
+             5;
+    });
+  }
 
   /// A configuration with one entry of the kit.
-  static HLVSDKConfiguration* configurationWithKey(NSString* key);
-  void enable();
+  static HLVSDKConfiguration* configurationWithKey(NSString* key) {
+    return hlv::host_classes::configurationWithEntries(
+        @[ hlv::host_classes::kitEntry([HLVSDKPayleven class], recordWithKey(key)) ]);
+  }
+  void enable() {
+    [HLVSDKPayleven enableWithConfiguration:configurationWithKey(@"key")];
+    host->takeTrace();
+  }
 
   /// Completions that record what they get. The objects live as long as the test's pool.
-  GuestBlock guestReceiver();
-  GuestCardBlock guestCardReceiver();
-  SuccessBlock successReceiver();
+  GuestBlock guestReceiver() {
+    Received* const into = &received;
+    return copied(^(HLVSDKGuest* owner, NSError* error) {
+      into->take(owner, nil, error);
+    });
+  }
+  GuestCardBlock guestCardReceiver() {
+    Received* const into = &received;
+    return copied(^(HLVSDKGuest* owner, HLVSDKCreditCard* added, NSError* error) {
+      into->take(owner, added, error);
+    });
+  }
+  SuccessBlock successReceiver() {
+    Received* const into = &received;
+    return copied(^(BOOL success, NSError* error) {
+      into->take(nil, nil, error);
+      into->success = success;
+    });
+  }
 
   /// A block on the heap, until the test ends.
   template <class Block>
@@ -71,9 +148,21 @@ class ObjCTest : public ::testing::Test {
   }
 
   /// Runs `work` on another thread, which has no pool, and waits for it.
-  static void onAnotherThread(const std::function<void()>& work);
+  static void onAnotherThread(const std::function<void()>& work) {
+    std::thread([&] {
+      GSRegisterCurrentThread();
+      work();
+      GSUnregisterCurrentThread();
+    }).join();
+  }
   /// Runs the main thread's loop until `done`.
-  static void runMainLoopUntil(const std::function<bool()>& done);
+  static void runMainLoopUntil(const std::function<bool()>& done) {
+    while (!done()) {
+      @autoreleasepool {
+        [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:[NSDate distantPast]];
+      }
+    }
+  }
 
   NSAutoreleasePool* const pool = [NSAutoreleasePool new];
   const std::shared_ptr<hlv::testing::ScriptedHost> host =
@@ -81,16 +170,7 @@ class ObjCTest : public ::testing::Test {
   hlv::testing::ScriptedBackend& backend = *host->backend;
   hlv::testing::ScriptedProvider& provider = *host->provider;
 
-  const std::shared_ptr<hlv::testing::FakeGuest> fakeGuest =
-      std::make_shared<hlv::testing::FakeGuest>();
-  const std::shared_ptr<hlv::testing::FakeEnteredCard> fakeCard =
-      std::make_shared<hlv::testing::FakeEnteredCard>();
-  const std::shared_ptr<hlv::testing::FakeStoredCard> fakeStoredCard =
-      std::make_shared<hlv::testing::FakeStoredCard>();
-  const std::shared_ptr<hlv::testing::FakeAddress> fakeAddress =
-      std::make_shared<hlv::testing::FakeAddress>();
-  const std::shared_ptr<hlv::testing::FakeInstrument> fakeInstrument =
-      std::make_shared<hlv::testing::FakeInstrument>();
+  const hlv::testing::FakeObjects fake;
 
  private:
   std::shared_ptr<hlv::host_classes::PlayedHost> played_ =
@@ -99,11 +179,11 @@ class ObjCTest : public ::testing::Test {
 
  protected:
   /// The same records as an app has them. The guest is always this object.
-  HLVSDKGuest* const guest = played_->objectOf(fakeGuest);
-  HLVSDKPaymentInstrument* const card = hlv::host_classes::asObject(fakeCard);
-  HLVSDKCreditCard* const storedCard = hlv::host_classes::asObject(fakeStoredCard);
-  HLVSDKPaymentBillingAddress* const address = hlv::host_classes::asObject(fakeAddress);
-  PLVCreditCardPaymentInstrument* const instrument = hlv::host_classes::asObject(fakeInstrument);
+  HLVSDKGuest* const guest = played_->objectOf(fake.guest);
+  HLVSDKPaymentInstrument* const card = hlv::host_classes::asObject(fake.card);
+  HLVSDKCreditCard* const storedCard = hlv::host_classes::asObject(fake.storedCard);
+  HLVSDKPaymentBillingAddress* const address = hlv::host_classes::asObject(fake.address);
+  PLVCreditCardPaymentInstrument* const instrument = hlv::host_classes::asObject(fake.instrument);
   Received received;
 };
 

@@ -116,25 +116,25 @@ TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects
   EXPECT_EQ(host->takeTrace(), tokenCall);
   onAnotherThread([&] { provider.tokens.answer("tok", nullptr); });
   EXPECT_EQ(host->takeTrace(), "provider list tok use case default");
-  onAnotherThread([&] { provider.lists.answer(Instruments{fakeInstrument}, nullptr); });
+  onAnotherThread([&] { provider.lists.answer(Instruments{fake.instrument}, nullptr); });
   runMainLoopUntil([&] { return backend.cardAdds.count() == 1; });
-  EXPECT_EQ(fakeCard->identifier, "plv-1");
+  EXPECT_EQ(fake.card->identifier, "plv-1");
   EXPECT_EQ(host->takeTrace(), "backend update guest token=tok\n"
                                "backend add card for guest@example.com token=no request");
-  EXPECT_EQ(host->requestedCard, fakeCard.get());
-  EXPECT_EQ(host->requestedAddress, fakeAddress.get());
+  EXPECT_EQ(host->requestedCard, fake.card.get());
+  EXPECT_EQ(host->requestedAddress, fake.address.get());
   EXPECT_EQ(host->requestProvider, 0);
   hlv::Dictionary sent = *host->requestBody;
   sent["credit_card"] = hlv::Dictionary{{"brand", "visa"}, {"last", "1111"}, {"plv_token", "tok"}};
   EXPECT_EQ(backend.lastAddRequest->JSONRepresentation(), sent);
   onAnotherThread([&] {
     backend.guestUpdates.answer(nullptr, nullptr);
-    backend.cardAdds.answer(nullptr, fakeStoredCard, nullptr);
+    backend.cardAdds.answer(nullptr, fake.storedCard, nullptr);
   });
   runMainLoopUntil([&] { return received.count == 1; });
   EXPECT_TRUE(received.onMainThread);
   EXPECT_EQ(received.guest, guest);
-  EXPECT_EQ(behind<hlv::HLVSDKCreditCard>(received.card), fakeStoredCard);
+  EXPECT_EQ(behind<hlv::HLVSDKCreditCard>(received.card), fake.storedCard);
   EXPECT_EQ(received.error, nil);
 }
 
@@ -143,8 +143,8 @@ TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
   add();
   EXPECT_EQ(descriptionOf(received.error), "localized code 1 in 'HLVURLErrorDomain', message nil");
   NSError* const invalid = makeError(@"invalid card");
-  fakeCard->valid = false;
-  fakeCard->ownError = fromNSError(invalid);
+  fake.card->valid = false;
+  fake.card->ownError = fromNSError(invalid);
   onAnotherThread([&] {
     @autoreleasepool {
       add();
@@ -158,7 +158,7 @@ TEST_F(OperationsTest, AnAddIsRefusedByTheCardItselfAndThenByTheNetwork) {
 }
 
 TEST_F(OperationsTest, AFurtherCardLogsItsFailuresToBothLoggers) {
-  fakeGuest->token = "tok";
+  fake.guest->token = "tok";
   add();
   EXPECT_EQ(host->takeTrace(), addCall);
   provider.adds.answer(makeError("refused"));
@@ -171,23 +171,23 @@ TEST_F(OperationsTest, AFurtherCardLogsItsFailuresToBothLoggers) {
   EXPECT_TRUE(host->takeTrace().ends_with("remote" + line + "\nconsole" + line));
   add();
   provider.adds.answer(nullptr);
-  fakeInstrument->id.reset();
-  provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+  fake.instrument->id.reset();
+  provider.lists.answer(Instruments{fake.instrument}, nullptr);
   const std::string error = descriptionOf(received.error);
   EXPECT_TRUE(error.starts_with("localized required 'identifier', message ")) << error;
   EXPECT_NE(error.find(", by " + block + " in "), std::string::npos) << error;
 }
 
 TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndPassesErrorsThrough) {
-  fakeGuest->token = "tok";
-  fakeGuest->cards = Cards{fakeStoredCard};
+  fake.guest->token = "tok";
+  fake.guest->cards = Cards{fake.storedCard};
   remove(@"card-1");
   EXPECT_EQ(host->takeTrace(), "backend delete card-1 of guest@example.com");
   const auto updated = std::make_shared<hlv::testing::FakeGuest>();
   updated->token = "tok2";
   backend.deletions.answer(updated, nullptr);
   EXPECT_EQ(host->takeTrace(), "provider list tok2 use case default");
-  provider.lists.answer(Instruments{fakeInstrument}, nullptr);
+  provider.lists.answer(Instruments{fake.instrument}, nullptr);
   EXPECT_EQ(host->takeTrace(), "provider remove plv-1 from default of tok2");
   provider.removals.answer(makeError("refused"));
   EXPECT_EQ(behind<hlv::HLVSDKGuest>(received.guest), updated);
@@ -196,8 +196,8 @@ TEST_F(OperationsTest, ADeletionGoesToTheBackendFirstAndPassesErrorsThrough) {
 }
 
 TEST_F(OperationsTest, AReplyLeavesNothingInThePoolOfItsThread) {
-  fakeGuest->token = "tok";
-  fakeGuest->cards = Cards{fakeStoredCard};
+  fake.guest->token = "tok";
+  fake.guest->cards = Cards{fake.storedCard};
   TestBackend* const own = [[TestBackend new] autorelease];
   [manager() setApiManager:own];
   remove(@"card-1");
@@ -218,7 +218,7 @@ TEST_F(OperationsTest, AnUpdateHandsOverTheVeryBlockThatItWasGiven) {
                                                   {"country_code", "DE"},
                                                   {"zip", "10115"},
                                                   {"business_name", "Halvo GmbH"}}));
-  onAnotherThread([&] { backend.cardUpdates.answer(fakeGuest, fakeStoredCard, nullptr); });
+  onAnotherThread([&] { backend.cardUpdates.answer(fake.guest, fake.storedCard, nullptr); });
   EXPECT_EQ(received.count, 1) << "on the backend's thread";
   EXPECT_FALSE(received.onMainThread);
 
@@ -253,7 +253,7 @@ TEST_F(OperationsTest, EveryStepIsAMessageAndTheFlagIsObserved) {
   onAnotherThread([&] { provider.tokens.answer("tok", nullptr); });
   EXPECT_EQ(host->takeTrace(), "processAddedPaymentInstrument:paylevenToken:completion:\n"
                                "provider list tok use case default");
-  fakeGuest->token = "tok";
+  fake.guest->token = "tok";
   add();
   EXPECT_EQ(host->takeTrace(), "setConnectionAvaiable:\nisConnectionAvailable\n"
                                "addNewPaymentInstrument:billingAddress:forGuest:completion:\n"
@@ -274,7 +274,7 @@ TEST_F(OperationsTest, TextsCrossAsTheyAre) {
                             "\xC3\xA9\xE2\x82\xAC\xED\xB8\x80\xED\xA0\xBD";
   EXPECT_EQ(hlv::objc::fromNSString(string), bytes);
   EXPECT_TRUE([hlv::objc::toNSString(bytes) isEqual:string]);
-  fakeGuest->token = bytes;
+  fake.guest->token = bytes;
   add();
   provider.adds.answer(fromNSError(makeError(string)));
   EXPECT_EQ(received.count, 1);
@@ -283,10 +283,10 @@ TEST_F(OperationsTest, TextsCrossAsTheyAre) {
 TEST_F(OperationsTest, AnAddressIsCheckedFieldByField) {
   NSError* error = nil;
   EXPECT_TRUE([manager() validateBillingAddress:address error:&error]);
-  fakeAddress->streetName = "";
+  fake.address->streetName = "";
   EXPECT_FALSE([manager() validateBillingAddress:address error:&error]);
   EXPECT_EQ(descriptionOf(error), "localized invalid 'street' value '', message nil");
-  fakeAddress->streetName = "Street 1";
+  fake.address->streetName = "Street 1";
   EXPECT_FALSE([manager() validateBillingAddress:address error:&error]) << "an error was there";
 }
 

@@ -94,4 +94,31 @@ struct FakeUpdateRequest final : HLVSDKUpdateGuestRequestInfo {
   void setPaymentToken(const NullableString& newToken) override { token = newToken; }
 };
 
+// The rules of matching, for the tests' references.
+
+inline bool same(const NullableString& one, const NullableString& other) {
+  return one && other && *one == *other;
+}
+inline bool endsWith(const NullableString& text, const NullableString& end) {
+  return text && end && text->size() >= end->size() &&
+         text->substr(text->size() - end->size()) == *end;
+}
+/// Whether the card stands for the instrument: by the identifier that it carries, or, where it
+/// carries none, by digits, brand and use case.
+inline bool standsFor(const FakeStoredCard& card, const FakeInstrument& instrument,
+                      const NullableString& useCase) {
+  if (card.external) return same(card.external, instrument.id);
+  return endsWith(instrument.number, card.digits) && same(instrument.brand, card.brandName) &&
+         same(useCase, card.useCaseName);
+}
+
+/// One of each that an app or a service has.
+struct FakeObjects {
+  const std::shared_ptr<FakeGuest> guest = std::make_shared<FakeGuest>();
+  const std::shared_ptr<FakeEnteredCard> card = std::make_shared<FakeEnteredCard>();
+  const std::shared_ptr<FakeStoredCard> storedCard = std::make_shared<FakeStoredCard>();
+  const std::shared_ptr<FakeAddress> address = std::make_shared<FakeAddress>();
+  const std::shared_ptr<FakeInstrument> instrument = std::make_shared<FakeInstrument>();
+};
+
 }  // namespace hlv::testing

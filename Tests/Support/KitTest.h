@@ -21,7 +21,7 @@ struct Outcome {
   ErrorPtr error;
 };
 
-class KitTest : public ::testing::Test {
+class KitTest : public ::testing::Test, protected FakeObjects {
  protected:
   KitTest() {
     Platform::install(platform);
@@ -54,11 +54,6 @@ class KitTest : public ::testing::Test {
   ScriptedBackend& backend = *host->backend;
   ScriptedProvider& provider = *host->provider;
 
-  const std::shared_ptr<FakeGuest> guest = std::make_shared<FakeGuest>();
-  const std::shared_ptr<FakeEnteredCard> card = std::make_shared<FakeEnteredCard>();
-  const std::shared_ptr<FakeStoredCard> storedCard = std::make_shared<FakeStoredCard>();
-  const std::shared_ptr<FakeAddress> address = std::make_shared<FakeAddress>();
-  const std::shared_ptr<FakeInstrument> instrument = std::make_shared<FakeInstrument>();
   Outcome outcome;
 };
 

@@ -3,11 +3,23 @@
 // Threading: one thread at a time.
 #pragma once
 
-#include <cstdio>
-#include <nlohmann/json.hpp>
-#include <string>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/wait.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Sandbox/Cards/TestCards.h"
 #include "Tests/Sandbox/TestFolder.h"
+#include "Tests/Secrecy/CardDataSearch.h"
 
 namespace hlv::testing {
 
@@ -34,26 +46,69 @@ class Command {
                                                                        {"378734493671000", "8642"}};
 
   /// Runs what comes before the test.
-  explicit Command(const std::string& before = {});
-  ~Command();
+  explicit Command(const std::string& before = {}) {
+    // What the output looks like is no matter of who runs the tests.
+    ::setenv("LC_ALL", "C.UTF-8", 1);
+    ::unsetenv("COLUMNS");
+    run(before);
+  }
+  ~Command() {
+    if (shell_) wait();
+  }
   Command(const Command&) = delete;
   Command& operator=(const Command&) = delete;
 
   const std::filesystem::path& folder() const { return folder_.path(); }
   std::string store() const { return folder() / "store.sqlite"; }
   /// From here on no line names the store, and the folder is the user's data folder.
-  void useDataFolder();
+  void useDataFolder() {
+    ::setenv("XDG_DATA_HOME", folder().c_str(), 1);
+    namesStore_ = false;
+  }
 
   /// Runs lines with semicolons between them, and returns how the last one ended.
-  Finished run(const std::string& lines, const std::string& input = {});
+  Finished run(const std::string& lines, const std::string& input = {}) {
+    std::ofstream(folder() / "in") << input;
+    Finished last;
+    std::istringstream each(lines);
+    for (std::string line; std::getline(each, line, ';');) {
+      start("setsid", line, "<in 2>err");
+      last = wait();
+    }
+    return last;
+  }
   /// Starts it with a terminal as standard input and standard error, and as its controlling one,
   /// whose end ends it too.
-  void startOn(const std::string& terminal, const std::string& line);
-  Finished wait();
+  void startOn(const std::string& terminal, const std::string& line) {
+    start("setsid --ctty", line, "<" + terminal + " 2>" + terminal);
+  }
+  Finished wait() {
+    const int status = ::pclose(std::exchange(shell_, nullptr));
+    searchFolder();
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            contentOf(folder() / "out"), contentOf(folder() / "err")};
+  }
 
  private:
-  void searchFolder() const;
-  void start(const std::string& with, const std::string& line, const std::string& redirections);
+  void searchFolder() const {
+    std::vector<CardDataSearch> searches;
+    for (const auto& card : sandbox::testCards()) searches.emplace_back(card.fields.pan, "");
+    for (const auto& [number, code] : typedCards) searches.emplace_back(number, code);
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder())) {
+      // What the test itself typed is not left behind by the command.
+      if (file.path().filename() == "in") continue;
+      const auto content = contentOf(file.path());
+      for (const auto& search : searches)
+        EXPECT_EQ(search.in(content), std::nullopt) << file.path();
+    }
+  }
+  void start(const std::string& with, const std::string& line, const std::string& redirections) {
+    const auto named = namesStore_ ? "--store '" + store() + "' " : "";
+    const auto typed = "cd '" + folder().string() + "' && exec " + with + " '" PAYLEVENKIT "' " +
+                       named + line + " >out " + redirections;
+    shell_ = ::popen(typed.c_str(), "we");
+    if (!shell_) throw std::runtime_error("the command cannot be started");
+  }
 
   const TestFolder folder_;
   bool namesStore_ = true;

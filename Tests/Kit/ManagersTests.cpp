@@ -1,4 +1,5 @@
-// What the explorer does not vary: queues that an owner sets, and what an override decides.
+// What the explorer does not vary: queues that an owner sets, what an override decides, and what
+// changes or goes while it is used.
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 #include "Tests/Support/KitTest.h"
 
@@ -7,9 +8,9 @@ namespace {
 
 using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 
-class SynchronizerTest : public KitTest {
+class ManagersTest : public KitTest {
  protected:
-  SynchronizerTest() {
+  ManagersTest() {
     guest->token = "tok";
     synchronizer->setApiManager(host->backend);
     synchronizer->setPaylevenClient(host->provider);
@@ -17,9 +18,10 @@ class SynchronizerTest : public KitTest {
 
   const std::shared_ptr<Synchronizer> synchronizer =
       Synchronizer::initWithAPIManager(nullptr, nullptr);
+  const std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager = makeManager();
 };
 
-TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesAfterTheLogAndBeforeTheFlagIsCleared) {
+TEST_F(ManagersTest, ACompletionOnTheMainThreadComesAfterTheLogAndBeforeTheFlagIsCleared) {
   bool isBetween = false;
   synchronizer->setSynchronizationQueue(platform->main);
   synchronizer->synchronizePaymentInstrumentsForGuest(guest, [&](bool, auto) {
@@ -35,7 +37,7 @@ TEST_F(SynchronizerTest, ACompletionOnTheMainThreadComesAfterTheLogAndBeforeTheF
   EXPECT_FALSE(synchronizer->isSynchronizing());
 }
 
-TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument) {
+TEST_F(ManagersTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument) {
   const auto second = std::make_shared<FakeInstrument>();
   second->id = "plv-2";
   storedCard->digits = "2222";
@@ -53,7 +55,7 @@ TEST_F(SynchronizerTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument
   EXPECT_EQ(trace.find("provider remove plv-2"), std::string::npos);
 }
 
-TEST_F(SynchronizerTest, AnOverrideDecidesWhatIsFetchedAndWhatStays) {
+TEST_F(ManagersTest, AnOverrideDecidesWhatIsFetchedAndWhatStays) {
   struct KeepsEverything final : Synchronizer {
     explicit KeepsEverything(const ScriptedHost& host)
         : Synchronizer(host.backend, host.provider) {}
@@ -84,13 +86,69 @@ TEST_F(SynchronizerTest, AnOverrideDecidesWhatIsFetchedAndWhatStays) {
   }
 }
 
-TEST_F(SynchronizerTest, TheQueueIsMadeAtCreationAndReplacedWhenMissing) {
+TEST_F(ManagersTest, TheQueueIsMadeAtCreationAndReplacedWhenMissing) {
   synchronizer->setSynchronizationQueue(nullptr);
   synchronizer->synchronizePaymentInstrumentsForGuest(guest);
   ASSERT_EQ(platform->labelsMade.size(), 2u);
   EXPECT_TRUE(platform->labelsMade[0].ends_with(
       ".HLVSDKPaylevenKit.HLVSDKPaylevenPaymentInstrumentsSynchronizer"));
   EXPECT_TRUE(platform->labelsMade[1].ends_with(".halvoSDK.HLVSDKPaymentManager.Synchronization"));
+}
+
+TEST_F(ManagersTest, AMonitorMayReplaceItselfWhileItIsAsked) {
+  struct Replacing final : HLVSDKReachability {
+    HLVSDKPaylevenPaymentInstrumentManager* owner = nullptr;
+    std::shared_ptr<bool> isGone = std::make_shared<bool>(false);
+    ~Replacing() override { *isGone = true; }
+    std::int64_t currentState() const override {
+      const auto gone = isGone;
+      owner->setReachability(nullptr);
+      EXPECT_FALSE(*gone);
+      return 1;
+    }
+  };
+  auto monitor = std::make_shared<Replacing>();
+  monitor->owner = manager.get();
+  manager->setReachability(std::move(monitor));
+  manager->deletePaymentInstrumentWithID(std::nullopt, std::nullopt, nullptr, nullptr);
+  EXPECT_TRUE(manager->isConnectionAvailable());
+}
+
+TEST_F(ManagersTest, AFirstCardAndItsAddressAreHeldUntilTheCompletionHasBeenCalled) {
+  auto ownCard = std::make_shared<FakeEnteredCard>();
+  auto ownAddress = std::make_shared<FakeAddress>();
+  const std::weak_ptr<Object> seenCard = ownCard;
+  const std::weak_ptr<Object> seenAddress = ownAddress;
+  manager->addFirstPaymentInstrument(std::move(ownCard), std::move(ownAddress), guest,
+                                     [&](auto, auto, auto) {
+                                       ++outcome.count;
+                                       EXPECT_FALSE(seenCard.expired() || seenAddress.expired());
+                                     });
+  provider.tokens.answer("tok", nullptr);
+  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument}, nullptr);
+  backend.guestUpdates.answer(guest, nullptr);
+  backend.cardAdds.answer(guest, storedCard, nullptr);
+  platform->runEverything();
+  EXPECT_EQ(outcome.count, 1);
+  EXPECT_TRUE(seenCard.expired() && seenAddress.expired());
+}
+
+TEST_F(ManagersTest, AnInstrumentWhoseStateChangesAfterItWasFoundIsRefused) {
+  struct Changing final : FakeInstrument {
+    mutable std::uint64_t asked = 0;
+    std::uint64_t state() const override { return asked++; }
+  };
+  manager->processAddedPaymentInstrument(card, "tok", [&](auto token, auto found, auto error) {
+    EXPECT_EQ(token, std::nullopt);
+    EXPECT_EQ(found, nullptr);
+    outcome.error = error;
+  });
+  provider.lists.answer(List<PLVCreditCardPaymentInstrument>{std::make_shared<Changing>()},
+                        nullptr);
+  platform->runEverything();
+  EXPECT_EQ(madeAs(outcome.error),
+            "code 5 in 'Payment', message 'Failed to add payment instrument. Payment "
+            "instrument information is invalid'");
 }
 
 }  // namespace
