@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "Host/Host.h"
-#include "ObjC/Foundation/BlocksRuntime.h"
 #include "ObjC/Foundation/FoundationPlatform.h"
 #include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Records.h"
