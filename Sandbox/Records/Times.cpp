@@ -1,7 +1,7 @@
 #include "Sandbox/Records/Times.h"
 
-#include <array>
-#include <cstdio>
+#include <fmt/chrono.h>
+
 #include <ctime>
 
 namespace hlv::sandbox {
@@ -10,8 +10,6 @@ namespace {
 using std::chrono::seconds;
 using std::chrono::sys_seconds;
 
-constexpr const char* textFormat = "%Y-%m-%dT%H:%M:%SZ";
-
 }  // namespace
 
 std::int64_t millisecondOf(std::chrono::system_clock::time_point time) {
@@ -19,28 +17,20 @@ std::int64_t millisecondOf(std::chrono::system_clock::time_point time) {
 }
 
 std::string timeText(sys_seconds time) {
-  const auto seconds = std::chrono::system_clock::to_time_t(time);
-  std::tm parts{};
-  ::gmtime_r(&seconds, &parts);
-  std::array<char, 32> text{};
-  std::strftime(text.data(), text.size(), textFormat, &parts);
-  return text.data();
+  return fmt::format("{:%Y-%m-%dT%H:%M:%SZ}",
+                     fmt::gmtime(std::chrono::system_clock::to_time_t(time)));
 }
 
 std::string timeTextOfMilliseconds(std::int64_t since1970) {
-  const auto time =
-      std::chrono::sys_time<std::chrono::milliseconds>(std::chrono::milliseconds(since1970));
+  const std::chrono::milliseconds time(since1970);
   const auto whole = std::chrono::floor<seconds>(time);
-  auto text = timeText(whole);
-  std::array<char, 8> fraction{};
-  std::snprintf(fraction.data(), fraction.size(), ".%03d",
-                static_cast<int>((time - whole).count()));
-  return text.insert(text.size() - 1, fraction.data());
+  return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:03}Z", fmt::gmtime(whole.count()),
+                     (time - whole).count());
 }
 
 std::optional<sys_seconds> timeIn(const std::string& text) {
   std::tm parts{};
-  const char* end = ::strptime(text.c_str(), textFormat, &parts);
+  const char* end = ::strptime(text.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts);
   if (!end || *end) return std::nullopt;
   const auto time =
       std::chrono::floor<seconds>(std::chrono::system_clock::from_time_t(::timegm(&parts)));
