@@ -104,6 +104,19 @@ std::string problemOfNumber(const std::string& text) {
   return read.ec == std::errc() && read.ptr == end ? "" : "A whole number from 0 on is needed";
 }
 
+using sandbox::Enabling;
+constexpr Names<Enabling, 5> enablings{{{Enabling::normal, "normal"},
+                                        {Enabling::noEntry, "no-entry"},
+                                        {Enabling::wrongClass, "wrong-class"},
+                                        {Enabling::noKey, "no-key"},
+                                        {Enabling::none, "none"}}};
+
+std::vector<std::string> enablingNames() {
+  std::vector<std::string> names;
+  for (const auto& row : enablings.rows) names.emplace_back(row.second);
+  return names;
+}
+
 /// The status of a command whose output has been written, or 1 when it could not be.
 int written(int status) {
   if (std::cout.flush()) return status;
@@ -131,11 +144,11 @@ CommandLine::CommandLine()
   app_.add_option_function<std::string>(
           "--enabling",
           [this](const std::string& name) {
-            options_.enabling = sandbox::enablingNamed(name).value_or(options_.enabling);
+            options_.enabling = enablings.find(name).value_or(options_.enabling);
           },
           "How the kit is enabled: normal, or wrongly by no-entry, wrong-class, no-key, none")
       ->type_name("WAY")
-      ->check(CLI::IsMember(namesOf(sandbox::allEnablings())));
+      ->check(CLI::IsMember(enablingNames()));
   app_.add_flag("--console-log", options_.logToConsole, "Show the kit's log on standard error");
   auto* backend =
       app_.add_option("--backend", options_.backendURL, "The backend of a `paylevenkit serve`")

@@ -4,10 +4,9 @@
 add_library(HLVHostClassesObjC OBJECT
   ObjC/HostClasses/AddCardRequest.mm
   ObjC/HostClasses/AddressKeys.mm
+  ObjC/HostClasses/Clients.mm
   ObjC/HostClasses/Configuration.mm
   ObjC/HostClasses/Constants.mm
-  ObjC/HostClasses/HLVSDKAPIManager.mm
-  ObjC/HostClasses/PLVInAppClient.mm
   ObjC/HostClasses/PlayedHost.mm
   ObjC/HostClasses/Records.mm
   ObjC/HostClasses/Services.mm)

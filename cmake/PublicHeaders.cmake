@@ -1,33 +1,10 @@
-# The headers that an app sees. What is not listed here is the kit's own business.
+# The headers that an app sees: four folders whole, and what is listed. All else is the kit's own
+# business.
+file(GLOB_RECURSE headers CONFIGURE_DEPENDS Host/*.h Matching/*.h Models/*.h)
+file(GLOB facade CONFIGURE_DEPENDS Public/*.h)
 target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-  Host/HLVSDKCoreKit/HLVSDKAPIManager.h
-  Host/HLVSDKCoreKit/HLVSDKAsserts.h
-  Host/HLVSDKCoreKit/HLVSDKCompletions.h
-  Host/HLVSDKCoreKit/HLVSDKConfiguration.h
-  Host/HLVSDKCoreKit/HLVSDKConstants.h
-  Host/HLVSDKCoreKit/HLVSDKCreditCard.h
-  Host/HLVSDKCoreKit/HLVSDKGuest.h
-  Host/HLVSDKCoreKit/HLVSDKKit.h
-  Host/HLVSDKCoreKit/HLVSDKKitClass.h
-  Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h
-  Host/HLVSDKCoreKit/HLVSDKLogger.h
-  Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h
-  Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h
-  Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentManager.h
-  Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h
-  Host/HLVSDKCoreKit/HLVSDKReachability.h
-  Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h
-  Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h
-  Host/Halvo_Authentication/HLVSession.h
-  Host/Halvo_Errors/HLVErrorDomains.h
-  Host/Halvo_Errors/HLVErrorFacade.h
-  Host/Halvo_Meta/HLVUtilities.h
-  Host/Host.h
-  Host/PaylevenFramework/PLVInAppClient.h
-  Host/PaylevenFramework/PLVPaymentInstrument.h
-  Matching/HLVSDKPaylevenPaymentInstrumentFinder.h
-  Models/HLVSDKAddPaylevenCreditCardRequestInfo.h
-  Models/HLVSDKPLVPaymentInstrument.h
+  ${headers}
+  ${facade}
   Platform/Default/DefaultPlatform.h
   Values/Error.h
   Values/Export.h
@@ -41,11 +18,6 @@ target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOU
   Platform/SharedSlot.h
   Values/Text.h
   Values/Value.h
-  Public/HLVSDKPayleven.h
-  Public/HLVSDKPaylevenKit.h
-  Public/HLVSDKPaylevenKitConfiguration.h
-  Public/HLVSDKPaylevenKitVersion.h
-  Public/HLVSDKPaymentManager.h
   Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h
   Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h)
 

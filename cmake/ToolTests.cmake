@@ -12,5 +12,5 @@ add_dependencies(ToolTests paylevenkit)
 
 # What the manuals print, and the rows of the table of failures, against real runs.
 add_test(NAME Documents.ShowWhatTheCommandPrints
-  COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/scripts/documents.py --command $<TARGET_FILE:paylevenkit>)
+  COMMAND ${HLV_PYTHON} ${PROJECT_SOURCE_DIR}/scripts/documents --command $<TARGET_FILE:paylevenkit>)
 set_tests_properties(Documents.ShowWhatTheCommandPrints PROPERTIES TIMEOUT 300 LABELS ToolTests)

@@ -6,43 +6,8 @@
 
 #import "ObjC/Sandbox/HLVSandbox.h"
 
-/// What one operation reports. Operations may report on any thread; the app gets it on the main
-/// thread.
-@interface Answer : NSObject {
- @private
-  BOOL _hasCome;
-  NSError* _error;
-}
-- (void)report:(NSError*)error;
-- (BOOL)hasCome;
-- (NSError*)error;
-@end
-
-@implementation Answer
-
-- (void)report:(NSError*)error {
-  [self performSelectorOnMainThread:@selector(receive:) withObject:error waitUntilDone:NO];
-}
-
-- (void)receive:(NSError*)error {
-  _error = [error retain];
-  _hasCome = YES;
-}
-
-- (BOOL)hasCome {
-  return _hasCome;
-}
-
-- (NSError*)error {
-  return _error;
-}
-
-- (void)dealloc {
-  [_error release];
-  [super dealloc];
-}
-
-@end
+/// What an operation calls when it has come to its end, on any thread.
+typedef void (^Report)(NSError* error);
 
 /// Runs the main run loop until `isDone` says so. NO when that takes longer than anybody waits.
 static BOOL runUntil(BOOL (^isDone)(void)) {
@@ -65,15 +30,25 @@ static BOOL isFine(NSString* problem) {
 }
 
 /// Begins one operation and waits for its report.
-static BOOL succeeds(NSString* what, void (^begin)(Answer* answer)) {
+static BOOL succeeds(NSString* what, void (^begin)(Report report)) {
   printf("%s\n", [what UTF8String]);
-  Answer* answer = [[[Answer alloc] init] autorelease];
-  begin(answer);
+  NSLock* lock = [[[NSLock alloc] init] autorelease];
+  __block BOOL hasCome = NO;
+  __block NSError* failure = nil;
+  begin(^(NSError* error) {
+    [lock lock];
+    hasCome = YES;
+    failure = [error retain];
+    [lock unlock];
+  });
   const BOOL came = runUntil(^BOOL {
-    return [answer hasCome];
+    [lock lock];
+    const BOOL now = hasCome;
+    [lock unlock];
+    return now;
   });
   if (!came) return isFine(@"Nobody answered.");
-  return isFine([[answer error] localizedDescription]);
+  return isFine([[failure autorelease] localizedDescription]);
 }
 
 static void printCard(HLVSDKGuest* guest, HLVSDKCreditCard* card) {
@@ -84,7 +59,7 @@ static void printCard(HLVSDKGuest* guest, HLVSDKCreditCard* card) {
 
 static BOOL add(HLVSDKPaymentManager* cards, NSString* testCard, NSString* useCase) {
   NSString* what = [NSString stringWithFormat:@"A card is added: %@, %@", testCard, useCase];
-  return succeeds(what, ^(Answer* answer) {
+  return succeeds(what, ^(Report report) {
     // A phone app makes these two of what the guest types.
     HLVSDKPaymentInstrument* card = [HLVSandbox paymentInstrumentFromTestCard:testCard
                                                                       useCase:useCase];
@@ -98,13 +73,13 @@ static BOOL add(HLVSDKPaymentManager* cards, NSString* testCard, NSString* useCa
                        forGuest:[HLVSDKGuest currentGuest]
                      completion:^(HLVSDKGuest* guest, HLVSDKCreditCard* added, NSError* error) {
                        printCard(guest, added);
-                       [answer report:error];
+                       report(error);
                      }];
   });
 }
 
 static BOOL changeAddress(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
-  return succeeds(@"The billing address of the first card changes", ^(Answer* answer) {
+  return succeeds(@"The billing address of the first card changes", ^(Report report) {
     HLVSDKPaymentBillingAddress* address = [HLVSandbox billingAddressWithStreet:@"Harbour Road 1"
                                                                            city:@"Hamburg"
                                                                     countryCode:@"DE"
@@ -116,19 +91,19 @@ static BOOL changeAddress(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
                        forGuest:[HLVSDKGuest currentGuest]
                      completion:^(HLVSDKGuest* guest, HLVSDKCreditCard* changed, NSError* error) {
                        printCard(guest, changed);
-                       [answer report:error];
+                       report(error);
                      }];
   });
 }
 
 static BOOL removeCard(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
-  return succeeds(@"The second card goes, on both sides", ^(Answer* answer) {
+  return succeeds(@"The second card goes, on both sides", ^(Report report) {
     [cards deletePaymentInstrumentWithID:[card halvoID]
                                  useCase:[card useCase]
                                fromGuest:[HLVSDKGuest currentGuest]
                               completion:^(HLVSDKGuest* guest, NSError* error) {
                                 printCard(guest, [[guest creditCards] lastObject]);
-                                [answer report:error];
+                                report(error);
                               }];
   });
 }

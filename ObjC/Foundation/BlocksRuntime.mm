@@ -1,4 +1,4 @@
-#include "ObjC/Foundation/BlocksRuntime.h"
+#include "ObjC/Foundation/FoundationPlatform.h"
 
 namespace hlv::objc {
 

@@ -7,7 +7,6 @@
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/Host.h"
-#include "ObjC/Foundation/BlocksRuntime.h"
 #include "ObjC/Foundation/FoundationPlatform.h"
 #include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Records.h"

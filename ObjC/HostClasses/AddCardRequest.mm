@@ -1,5 +1,3 @@
-#include "ObjC/HostClasses/AddCardRequest.h"
-
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"

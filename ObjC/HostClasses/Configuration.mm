@@ -1,25 +1,21 @@
 #import "ObjC/HostClasses/Configuration.h"
 
 @interface HLVCoreKitEntry : NSObject {
- @public
+ @private
   Class _kit;
   id _configuration;
 }
+@property(nonatomic, assign) Class kit;
+@property(nonatomic, retain) id configuration;
 @end
 
 @implementation HLVCoreKitEntry
 
+@synthesize kit = _kit, configuration = _configuration;
+
 - (void)dealloc {
   [_configuration release];
   [super dealloc];
-}
-
-- (Class)kit {
-  return _kit;
-}
-
-- (id)configuration {
-  return _configuration;
 }
 
 @end
@@ -55,8 +51,8 @@ namespace hlv::host_classes {
 
 id kitEntry(Class kit, id configuration) {
   HLVCoreKitEntry* const entry = [[HLVCoreKitEntry new] autorelease];
-  entry->_kit = kit;
-  entry->_configuration = [configuration retain];
+  [entry setKit:kit];
+  [entry setConfiguration:configuration];
   return entry;
 }
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
+#import <HLVSDKPaylevenKit/HLVSDKPaymentKitDeclarations.h>
 #import <HLVSDKPaylevenKit/HalvoAuthenticationDeclarations.h>
 #import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
@@ -18,6 +19,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
 #include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
+#include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
 #include "ObjC/HostClasses/PlayedHost.h"
@@ -57,5 +59,10 @@ auto asObject(const std::shared_ptr<Record>& record) {
   }
   return [newObject(record) autorelease];
 }
+
+/// A request to register a card, on its way to the core's backend: asks `request` for its body, and
+/// whether it is valid, so that what a kit's subclass adds gets through. Null for nil.
+std::shared_ptr<hlv::HLVSDKAddCreditCardRequestInfo> forwarded(
+    ::HLVSDKAddCreditCardRequestInfo* request);
 
 }  // namespace hlv::host_classes

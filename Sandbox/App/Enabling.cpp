@@ -6,16 +6,9 @@
 #include "Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h"
 #include "Public/HLVSDKPayleven.h"
 #include "Public/HLVSDKPaylevenKitConfiguration.h"
-#include "Values/Names.h"
 
 namespace hlv::sandbox {
 namespace {
-
-constexpr Names<Enabling, 5> enablings{{{Enabling::normal, "normal"},
-                                        {Enabling::noEntry, "no-entry"},
-                                        {Enabling::wrongClass, "wrong-class"},
-                                        {Enabling::noKey, "no-key"},
-                                        {Enabling::none, "none"}}};
 
 class ConfigurationOfAnotherKit final : public HLVSDKKitConfiguration {
  public:
@@ -36,12 +29,6 @@ std::shared_ptr<Object> kitConfiguration(Enabling enabling) {
 }
 
 }  // namespace
-
-std::string_view textOf(Enabling enabling) { return enablings.of(enabling); }
-
-std::optional<Enabling> enablingNamed(std::string_view name) { return enablings.find(name); }
-
-std::vector<Enabling> allEnablings() { return enablings.values(); }
 
 void enableKit(Enabling enabling) {
   if (enabling == Enabling::none) return;

@@ -193,12 +193,4 @@ bool loseToken(Database& database, const std::string& email) {
   return true;
 }
 
-void forgetAll(Database& database) {
-  // Cards and sessions before guests, to whom they refer.
-  for (const char* table : {"backend_cards", "backend_sessions", "backend_guests"}) {
-    database.run(std::string("DELETE FROM ") + table);
-  }
-  signOut(database);
-}
-
 }  // namespace hlv::sandbox::backend

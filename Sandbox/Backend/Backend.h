@@ -68,7 +68,5 @@ std::optional<std::vector<BackendCard>> fetchCards(Database& database, const Cal
 
 /// False when the guest has no token to lose.
 bool loseToken(Database& database, const std::string& email);
-/// Forgets guests, sessions and cards, and who is signed in.
-void forgetAll(Database& database);
 
 }  // namespace hlv::sandbox::backend

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "Sandbox/Cards/CardBrands.h"
 
@@ -24,49 +25,6 @@ bool passesLuhn(std::string_view digits) {
   return sum % 10 == 0;
 }
 
-std::optional<BrokenRule> brokenNumberRule(std::string_view number, const CardBrand* brand) {
-  if (number.empty()) {
-    return BrokenRule{CardErrorCode::numberMissing, "The card number is missing.", "pan is empty"};
-  }
-  if (!allDigits(number)) {
-    return BrokenRule{CardErrorCode::numberNotDigits, "The card number may hold digits only.",
-                      "pan holds characters other than digits, blanks and hyphens"};
-  }
-  if (!brand) {
-    return BrokenRule{CardErrorCode::brandUnknown,
-                      "Cards of this kind are not known; check the card number.",
-                      "pan begins with no known issuer range"};
-  }
-  if (!brand->allowsLength(number.size())) {
-    return BrokenRule{
-        CardErrorCode::numberLength, "The card number is too short or too long.",
-        "pan has a length that the brand " + std::string(brand->name) + " does not have"};
-  }
-  if (brand->hasLuhn && !passesLuhn(number)) {
-    return BrokenRule{CardErrorCode::numberChecksum,
-                      "The card number is not right; check its digits.",
-                      "pan does not pass the Luhn test"};
-  }
-  return std::nullopt;
-}
-
-std::optional<BrokenRule> brokenExpiryRule(const std::string& month, const std::string& year,
-                                           std::chrono::year_month today) {
-  if (month.size() != 2 || !allDigits(month) || month < "01" || month > "12") {
-    return BrokenRule{CardErrorCode::expiryMonth, "The expiry month must lie between 1 and 12.",
-                      "expiryMonth is not a month"};
-  }
-  if (year.size() != 4 || !allDigits(year)) {
-    return BrokenRule{CardErrorCode::expiryYear, "The expiry year must have two or four digits.",
-                      "expiryYear is not a year"};
-  }
-  if (hasExpired(month, year, today)) {
-    return BrokenRule{CardErrorCode::expired, "The card has expired.",
-                      "the expiry lies in the past"};
-  }
-  return std::nullopt;
-}
-
 bool isBlank(const std::string& text) {
   return text.find_first_not_of(" \t\r\n") == std::string::npos;
 }
@@ -74,24 +32,53 @@ bool isBlank(const std::string& text) {
 }  // namespace
 
 std::optional<BrokenRule> brokenRule(const CardFields& card, std::chrono::year_month month) {
+  using Code = CardErrorCode;
   const auto* brand = findCardBrand(card.pan);
-  if (auto broken = brokenNumberRule(card.pan, brand)) return broken;
-  if (auto broken = brokenExpiryRule(card.expiryMonth, card.expiryYear, month)) return broken;
-  if (!allDigits(card.cvv) || card.cvv.size() != brand->securityCodeLength) {
-    const auto length = std::to_string(brand->securityCodeLength);
-    return BrokenRule{CardErrorCode::securityCode,
-                      "The security code of this card has " + length + " digits.",
-                      "cvv does not have " + length + " digits"};
-  }
-  if (isBlank(card.cardHolder)) {
-    return BrokenRule{CardErrorCode::cardHolder, "The name of the card holder is missing.",
-                      "cardHolder is empty or blank"};
+  const auto brandName = brand ? std::string(brand->name) : "";
+  const auto codeLength = brand ? brand->securityCodeLength : 0;
+  const auto& [pan, expiryMonth, expiryYear, cvv, cardHolder, useCase] = card;
+  const bool isMonth = expiryMonth.size() == 2 && allDigits(expiryMonth) && expiryMonth >= "01" &&
+                       expiryMonth <= "12";
+  const bool isYear = expiryYear.size() == 4 && allDigits(expiryYear);
+  const std::pair<bool, BrokenRule> rules[] = {
+      {!pan.empty(), {Code::numberMissing, "The card number is missing.", "pan is empty"}},
+      {allDigits(pan),
+       {Code::numberNotDigits, "The card number may hold digits only.",
+        "pan holds characters other than digits, blanks and hyphens"}},
+      {brand,
+       {Code::brandUnknown, "Cards of this kind are not known; check the card number.",
+        "pan begins with no known issuer range"}},
+      {brand && brand->allowsLength(pan.size()),
+       {Code::numberLength, "The card number is too short or too long.",
+        "pan has a length that the brand " + brandName + " does not have"}},
+      {isCardNumber(pan),
+       {Code::numberChecksum, "The card number is not right; check its digits.",
+        "pan does not pass the Luhn test"}},
+      {isMonth,
+       {Code::expiryMonth, "The expiry month must lie between 1 and 12.",
+        "expiryMonth is not a month"}},
+      {isYear,
+       {Code::expiryYear, "The expiry year must have two or four digits.",
+        "expiryYear is not a year"}},
+      {isMonth && isYear && !hasExpired(expiryMonth, expiryYear, month),
+       {Code::expired, "The card has expired.", "the expiry lies in the past"}},
+      {allDigits(cvv) && cvv.size() == codeLength,
+       {Code::securityCode,
+        "The security code of this card has " + std::to_string(codeLength) + " digits.",
+        "cvv does not have " + std::to_string(codeLength) + " digits"}},
+      {!isBlank(cardHolder),
+       {Code::cardHolder, "The name of the card holder is missing.",
+        "cardHolder is empty or blank"}}};
+  for (const auto& [isKept, rule] : rules) {
+    if (!isKept) return rule;
   }
   return std::nullopt;
 }
 
 bool isCardNumber(std::string_view digits) {
-  return !brokenNumberRule(digits, findCardBrand(digits));
+  const auto* brand = findCardBrand(digits);
+  return allDigits(digits) && brand && brand->allowsLength(digits.size()) &&
+         (!brand->hasLuhn || passesLuhn(digits));
 }
 
 bool hasExpired(const std::string& expiryMonth, const std::string& expiryYear,

@@ -200,10 +200,4 @@ bool storeAgain(Database& database, const std::string& identifier) {
   return database.changes() > 0;
 }
 
-void forgetAll(Database& database) {
-  // Instruments before users, to whom they refer.
-  database.run("DELETE FROM provider_instruments");
-  database.run("DELETE FROM provider_users");
-}
-
 }  // namespace hlv::sandbox::provider

@@ -54,6 +54,5 @@ void storeOrphan(Database& database, const std::string& email, const EnteredCard
 /// Loses an instrument, or stores it once more under another identifier. False when there is none.
 bool loseInstrument(Database& database, const std::string& identifier);
 bool storeAgain(Database& database, const std::string& identifier);
-void forgetAll(Database& database);
 
 }  // namespace hlv::sandbox::provider

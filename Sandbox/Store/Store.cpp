@@ -22,6 +22,11 @@ constexpr std::size_t idleReaders = 2;
 
 std::string quoted(const std::string& path) { return "'" + path + "'"; }
 
+[[noreturn]] void refuseFile(const std::string& path, const std::string& what) {
+  throw NoStore("The store " + quoted(path) + " cannot be " + what + ": " +
+                std::generic_category().message(errno) + ".");
+}
+
 /// Sees that there is a file, and returns whether it is empty. A file that it makes belongs to its
 /// owner alone before a byte is in it; SQLite gives the files beside it the same rights.
 bool prepareFile(const std::string& path) {
@@ -30,21 +35,12 @@ bool prepareFile(const std::string& path) {
     ::close(created);
     return true;
   }
-  if (errno != EEXIST && errno != EISDIR) {
-    throw NoStore("The store " + quoted(path) +
-                  " cannot be created: " + std::generic_category().message(errno) + ".");
-  }
+  if (errno != EEXIST && errno != EISDIR) refuseFile(path, "created");
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) {
-    throw NoStore("The store " + quoted(path) +
-                  " cannot be opened: " + std::generic_category().message(errno) + ".");
-  }
+  if (::stat(path.c_str(), &status) != 0) refuseFile(path, "opened");
   if (S_ISDIR(status.st_mode)) throw NoStore(quoted(path) + " is a directory, not a store.");
   if (!S_ISREG(status.st_mode)) throw NoStore(quoted(path) + " is not a file.");
-  if (::access(path.c_str(), R_OK | W_OK) != 0) {
-    throw NoStore("The store " + quoted(path) +
-                  " cannot be read and written: " + std::generic_category().message(errno) + ".");
-  }
+  if (::access(path.c_str(), R_OK | W_OK) != 0) refuseFile(path, "read and written");
   // An empty file is what a process leaves that was killed while it made a store.
   if (status.st_size == 0) ::chmod(path.c_str(), 0600);
   return status.st_size == 0;

@@ -59,14 +59,15 @@ Result<> makeScenario(Database& database, const std::string& email, Scenario sce
 }
 
 void forgetEverything(Database& database) {
-  backend::forgetAll(database);
-  provider::forgetAll(database);
-  removeAllFaults(database);
-  resetSandboxTime(database);
-  writeNetworkState(database, 1);
-  for (const char* table : {"kept_replies", "firings", "events", "operations"}) {
+  // What refers to a row goes before it.
+  for (const char* table :
+       {"backend_cards", "backend_sessions", "backend_guests", "provider_instruments",
+        "provider_users", "faults", "firings", "kept_replies", "events", "operations"}) {
     database.run(std::string("DELETE FROM ") + table);
   }
+  backend::signOut(database);
+  resetSandboxTime(database);
+  writeNetworkState(database, 1);
 }
 
 namespace {
