@@ -25,9 +25,13 @@ Result<T> resultOf(Act act) {
   }
 }
 
-Json withGuest(Json body, const NullableString& guest) {
+Result<> post(const HttpClient& client, const std::string& rest, Json body,
+              const NullableString& guest) {
   if (guest) body["guest"] = *guest;
-  return body;
+  return resultOf([&] {
+    client.ask("POST", control(rest), std::move(body));
+    return Done();
+  });
 }
 
 }  // namespace
@@ -37,22 +41,13 @@ RemoteTester::RemoteTester(std::shared_ptr<const HttpClient> client,
     : control_(std::move(client)), guest_(std::move(guest)) {}
 
 Result<> RemoteTester::addOrphanInstrument(const sandbox::CardFields& card) {
-  return resultOf([&] {
-    control_->ask(
-        "POST", control("/instruments"),
-        withGuest({{"use_case", card.useCase},
-                   {"credit_card", sandbox::newCardJson(*sandbox::EnteredCard::make(card))}},
-                  guest_()));
-    return Done();
-  });
+  auto written = sandbox::newCardJson(*sandbox::EnteredCard::make(card));
+  return post(*control_, "/instruments",
+              {{"use_case", card.useCase}, {"credit_card", std::move(written)}}, guest_());
 }
 
 Result<> RemoteTester::makeScenario(sandbox::Scenario scenario) {
-  return resultOf([&] {
-    control_->ask("POST", control("/scenarios"),
-                  withGuest({{"name", sandbox::textOf(scenario)}}, guest_()));
-    return Done();
-  });
+  return post(*control_, "/scenarios", {{"name", sandbox::textOf(scenario)}}, guest_());
 }
 
 Result<std::int64_t> RemoteTester::arm(const sandbox::Fault& fault) {

@@ -35,15 +35,7 @@ Json storedData(sandbox::Database& database);
 /// The registry outlives the stream.
 EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes);
 
-/// A file of the page, part of the program.
-struct PageFile {
-  /// As in its URL; the page itself is "".
-  std::string_view name;
-  std::string_view type;
-  std::string_view content;
-};
-
-/// Null for no such file.
-const PageFile* findPageFile(std::string_view name);
+/// The files of the page, which are part of the program.
+void addPageRoutes(ApiRoutes& routes);
 
 }  // namespace hlv::server

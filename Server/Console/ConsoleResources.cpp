@@ -194,26 +194,12 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
   });
 }
 
-void serveFile(const Exchange& exchange) {
-  const auto& request = exchange.request;
-  const auto name = request.path.size() > exchange.skipped ? exchange.part(0) : "";
-  if (name.empty() && !request.target.ends_with('/')) {
-    // The page finds the rest beside itself.
-    const auto location = "/" + request.path[0] + "/" + request.path[1] + "/";
-    return exchange.reply({.status = 308, .headers = {{"Location", location}}});
-  }
-  const auto* file = findPageFile(name);
-  if (!file) throw HttpError(404, "no-such-resource", "There is nothing at this path.");
-  exchange.reply({.body = std::string(file->content), .contentType = std::string(file->type)});
-}
-
 }  // namespace
 
 void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_ptr<App>& app) {
   addData(routes, registry);
   addApp(routes, app);
-  routes.add("GET", "", serveFile);
-  routes.add("GET", "*", serveFile);
+  addPageRoutes(routes);
 }
 
 }  // namespace hlv::server

@@ -79,7 +79,7 @@ TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {
     EXPECT_EQ(reply.code(), code) << request;
   }
   EXPECT_EQ(stored()["guest"], nullptr);
-  const auto page = askConsole("GET /");
+  const auto page = askConsole("GET /?what=ever");
   EXPECT_TRUE(page.header("Content-Security-Policy").starts_with("default-src 'self'"));
 }
 
