@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
 import { closeBrowser, openBrowser } from './browser.js';
 import { Person } from './person.js';
-import { masked, Server } from './server.js';
+import { withServer } from './server.js';
 
 after(closeBrowser);
 
@@ -28,9 +28,7 @@ function complaintsOf(context, url) {
  * fails. The body gets a person, the server, a way to open another page beside it and the size.
  */
 export function onConsole(name, body, view = {}) {
-  test(name, { timeout: 60_000 }, async () => {
-    const server = new Server();
-    await server.start();
+  test(name, { timeout: 60_000 }, () => withServer(async (server) => {
     const context = await (await openBrowser()).newContext({ viewport: { width: 1280, height: 800 }, ...view });
     context.setDefaultTimeout(15_000);
     const complaints = complaintsOf(context, server.urls.console);
@@ -45,16 +43,13 @@ export function onConsole(name, body, view = {}) {
       person = await open();
       await body(person, server, open, context.pages()[0].viewportSize());
       assert.deepEqual(complaints, []);
-      await context.close();
-      assert.equal(await server.end(), 0, 'how the server ended');
     } catch (error) {
       const seen = await person?.seen().catch(() => 'no more');
-      throw new Error(masked([error.stack, '— seen:', seen, '— the server said:', server.output, ...complaints].join('\n')));
+      throw new Error([error.stack, '— seen:', seen, ...complaints].join('\n'));
     } finally {
       await context.close();
-      server.abandon();
     }
-  });
+  }));
 }
 
 /** The same at each size that people have. */

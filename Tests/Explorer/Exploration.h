@@ -51,6 +51,7 @@ struct Limits {
   std::uint64_t histories = std::numeric_limits<std::uint64_t>::max();
   DepthFirst::Orders orders = DepthFirst::Orders::distinct;
   Shard shard = {};
+  bool stopsAtFirstFailure = false;
 };
 
 /// How far all explorations of a scenario are, and how many of them have nothing left.
@@ -79,9 +80,10 @@ inline std::uint64_t outcomeOf(const History& history) {
 }
 
 /// The text of the shortest history that is not as it must be, with the path that replays it; or
-/// nothing. Ends early when `stop` is set. The outcomes are kept where there is a place for them.
+/// nothing. Ends early when `stop` is set, here or elsewhere. The outcomes are kept where there is
+/// a place for them.
 inline std::optional<std::string> explore(const Scenario& scenario, const Limits& limits,
-                                          Progress& progress, const std::atomic<bool>& stop,
+                                          Progress& progress, std::atomic<bool>& stop,
                                           Outcomes* outcomes = nullptr) {
   Simulation simulation;
   DepthFirst choices(limits.orders, limits.shard);
@@ -119,6 +121,7 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
       keepIfShorter({}, {0, "no memory left over"});
     }
     if (shortest) progress.failed = true;
+    if (shortest && limits.stopsAtFirstFailure) stop = true;
     goesOn = choices.next();
   }
   if (!goesOn) ++progress.ended;

@@ -44,7 +44,7 @@ using namespace hlv::testing;
 struct Options {
   Limits limits;
   unsigned jobs = 2;
-  bool stopAtFirstFailure = false, comparesOrders = false, playsLong = false;
+  bool comparesOrders = false, playsLong = false;
   std::string replay, part;
   std::vector<std::string> merged, scenarios;
 };
@@ -161,9 +161,6 @@ bool runWorkers(const std::vector<const Scenario*>& scenarios, const Options& op
   // The workers hold the other end, so it hangs up when the last of them has ended.
   pollfd hangUp{ends[0], POLLIN, 0};
   while (poll(&hangUp, 1, 200) == 0) {
-    const bool failed = std::any_of(std::begin(board.lines), std::end(board.lines),
-                                    [](const auto& line) { return line.failed.load(); });
-    board.stop = failed && options.stopAtFirstFailure;
     if (isatty(STDERR_FILENO)) std::cerr << "\r" << board.total() << " histories " << std::flush;
   }
   bool fine = true;
@@ -223,7 +220,7 @@ int main(int argc, char** argv) {
   app.add_option("--interferences", options.limits.interferences,
                  "how many more things may come in between in each history");
   app.add_option("--at-most", options.limits.histories, "histories of each scenario");
-  app.add_flag("--first", options.stopAtFirstFailure,
+  app.add_flag("--first", options.limits.stopsAtFirstFailure,
                "stop at the first failure instead of looking for the shortest");
   app.add_flag("--long", options.playsLong, "the long scenarios too");
   app.add_option("--shard", shard,

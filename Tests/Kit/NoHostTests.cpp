@@ -29,7 +29,9 @@ TEST_F(KitTest, WithoutAHostEverythingAnswersNullAndItIsSaidOnce) {
   const auto manager = std::dynamic_pointer_cast<HLVSDKPaylevenPaymentInstrumentManager>(
       kit->paymentInstrumentManager());
   manager->addPaymentInstrument(card, address, guest, guestCard());
-  manager->deletePaymentInstrumentWithID("card-1", "default", guest, guestOnly());
+  manager->deletePaymentInstrumentWithID("card-1", "default", guest, [this](auto, auto error) {
+    guestCard()(nullptr, nullptr, error);
+  });
   manager->addFirstPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
   manager->addNewPaymentInstrument(nullptr, nullptr, nullptr, guestCard());
   manager->updatePaymentInstrument("card-1", address, guest, guestCard());

@@ -23,8 +23,6 @@ using Texts = std::vector<NullableString>;
 const Texts texts{std::nullopt, "", "a", "A", "ab", "ba"};
 const Texts fewTexts{std::nullopt, "", "a", "A"};
 
-std::string shown(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
-
 class ValueTest : public KitTest {
  protected:
   ~ValueTest() override { HLVSDKPayleven::resetSharedInstance(); }
@@ -75,7 +73,7 @@ TEST_F(ValueTest, AnInstrumentStandsForDigitsAndBrand) {
                EXPECT_EQ(Finder::findPaylevenPaymentInstrumentIn(Instruments{instrument}, digits,
                                                                  brand) != nullptr,
                          stands)
-                   << shown(digits) << shown(brand) << shown(instrument->brand);
+                   << quoted(digits) << quoted(brand) << quoted(instrument->brand);
              });
   }
   expectTheLastMatch([&](const Instruments& list) {
@@ -173,27 +171,23 @@ TEST_F(ValueTest, TheFirstEmptyOrMissingFieldOfAnAddressIsReported) {
                                                             {"street", &address->streetName},
                                                             {"city", &address->cityName},
                                                             {"zip", &address->zipCode}};
+  std::vector<std::pair<NullableString*, Texts>> domain{{&address->business, {std::nullopt, "x"}}};
+  for (const auto& field : fields) domain.emplace_back(field.second, values);
   const auto before = makeError("before");
-  forEvery({{fields[0].second, values},
-            {fields[1].second, values},
-            {fields[2].second, values},
-            {fields[3].second, values},
-            {&address->business, {std::nullopt, "x"}}},
-           [&] {
-             const auto* failing =
-                 std::find_if(std::begin(fields), std::end(fields),
-                              [](const auto& field) { return field.second->value_or("").empty(); });
-             const bool valid = failing == std::end(fields);
-             ErrorPtr error, kept = before;
-             EXPECT_EQ(manager->validateBillingAddress(address, &error), valid);
-             EXPECT_EQ(madeAs(error), valid
-                                          ? "none"
-                                          : "invalid '" + std::string(failing->first) + "' value " +
-                                                shown(*failing->second) + ", message nil");
-             EXPECT_FALSE(manager->validateBillingAddress(address, &kept));
-             EXPECT_EQ(kept == before, valid);
-             EXPECT_TRUE(valid || !manager->validateBillingAddress(address, nullptr));
-           });
+  forEvery(domain, [&] {
+    const auto* failing = std::find_if(std::begin(fields), std::end(fields), [](const auto& field) {
+      return field.second->value_or("").empty();
+    });
+    const bool valid = failing == std::end(fields);
+    ErrorPtr error, kept = before;
+    EXPECT_EQ(manager->validateBillingAddress(address, &error), valid);
+    EXPECT_EQ(madeAs(error), valid ? "none"
+                                   : "invalid '" + std::string(failing->first) + "' value " +
+                                         quoted(*failing->second) + ", message nil");
+    EXPECT_FALSE(manager->validateBillingAddress(address, &kept));
+    EXPECT_EQ(kept == before, valid);
+    EXPECT_TRUE(valid || !manager->validateBillingAddress(address, nullptr));
+  });
   ErrorPtr error;
   EXPECT_FALSE(manager->validateBillingAddress(nullptr, &error));
   EXPECT_EQ(madeAs(error), "invalid 'countryCode' value nil, message nil");
@@ -201,24 +195,23 @@ TEST_F(ValueTest, TheFirstEmptyOrMissingFieldOfAnAddressIsReported) {
 
 TEST_F(ValueTest, AnUpdateSendsThePresentFieldsUnderTheHostsKeys) {
   const auto manager = makeManager();
-  NullableString* const fields[] = {&address->streetName, &address->cityName, &address->country,
-                                    &address->zipCode, &address->business};
+  const std::vector<std::pair<NullableString*, Texts>> fields{
+      {&address->streetName, {std::nullopt, "", "s"}},
+      {&address->cityName, {std::nullopt, "", "ci"}},
+      {&address->country, {std::nullopt, "", "co"}},
+      {&address->zipCode, {std::nullopt, "", "z"}},
+      {&address->business, {std::nullopt, "", "b"}}};
   host->network->state = 0;  // Not looked at.
   for (std::size_t keys = 6; keys-- > 0;) {
     host->texts->businessAddressJSONKeyes.resize(std::min<std::size_t>(keys, 5));
-    forEvery({{fields[0], {std::nullopt, "", "s"}},
-              {fields[1], {std::nullopt, "", "ci"}},
-              {fields[2], {std::nullopt, "", "co"}},
-              {fields[3], {std::nullopt, "", "z"}},
-              {fields[4], {std::nullopt, "", "b"}}},
-             [&] {
-               Dictionary expected;
-               for (std::size_t i = 0; i < keys && i < 5; ++i) {
-                 if (*fields[i]) expected["k" + std::to_string(i)] = **fields[i];
-               }
-               manager->updatePaymentInstrument("id", address, guest, guestCard());
-               EXPECT_EQ(backend.lastAddress, expected);
-             });
+    forEvery(fields, [&] {
+      Dictionary expected;
+      for (std::size_t i = 0; i < keys && i < 5; ++i) {
+        if (const auto& text = *fields[i].first) expected["k" + std::to_string(i)] = *text;
+      }
+      manager->updatePaymentInstrument("id", address, guest, guestCard());
+      EXPECT_EQ(backend.lastAddress, expected);
+    });
   }
   manager->updatePaymentInstrument(std::nullopt, nullptr, nullptr, nullptr);
   EXPECT_EQ(backend.lastAddress, Dictionary());
@@ -245,7 +238,7 @@ TEST_F(ValueTest, ARequestCarriesItsTokenInsideTheCardObject) {
         EXPECT_EQ(madeAs(error),
                   verdict ? "host"
                   : valid ? "none"
-                          : "invalid 'paylevenToken' value " + shown(token) + ", message nil");
+                          : "invalid 'paylevenToken' value " + quoted(token) + ", message nil");
         EXPECT_EQ(HostRequest::initWithPaymentInstrument(card, address)->JSONRepresentation(),
                   *host->requestBody);
         Dictionary expected = *host->requestBody;

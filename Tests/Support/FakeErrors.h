@@ -32,6 +32,8 @@ inline std::string madeAs(const ErrorPtr& error) {
   return error ? error->localizedDescription().value_or("") : "none";
 }
 
+inline std::string quoted(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
+
 /// Writes down each error that it makes.
 class FakeErrorFacade final : public HLVErrorFacade {
  public:
@@ -39,25 +41,24 @@ class FakeErrorFacade final : public HLVErrorFacade {
 
   ErrorPtr errorWithCode(std::int64_t code, const NullableString& domain,
                          const NullableString& message) override {
-    return made("code " + std::to_string(code) + " in " + shown(domain) + ", message " +
-                shown(message));
+    return made("code " + std::to_string(code) + " in " + quoted(domain) + ", message " +
+                quoted(message));
   }
   ErrorPtr invalidArgumentErrorWithName(const NullableString& name, const NullableString& value,
                                         const NullableString& message) override {
-    return made("invalid " + shown(name) + " value " + shown(value) + ", message " +
-                shown(message));
+    return made("invalid " + quoted(name) + " value " + quoted(value) + ", message " +
+                quoted(message));
   }
   ErrorPtr requiredArgumentErrorWithName(const NullableString& name, const NullableString& message,
                                          const char* functionName, const char* fileName) override {
-    return made("required " + shown(name) + ", message " + shown(message) + ", by " + functionName +
-                " in " + fileName);
+    return made("required " + quoted(name) + ", message " + quoted(message) + ", by " +
+                functionName + " in " + fileName);
   }
   ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override {
     return made("provider(" + madeAs(error) + ")");
   }
 
  private:
-  static std::string shown(const NullableString& text) { return text ? "'" + *text + "'" : "nil"; }
   ErrorPtr made(const std::string& text) {
     if (trace_) trace_->push_back("makes " + text);
     return makeError(text);

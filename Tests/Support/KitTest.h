@@ -45,9 +45,6 @@ class KitTest : public ::testing::Test, protected FakeObjects {
       outcome = {outcome.count + 1, reportedGuest, reportedCard, error};
     };
   }
-  HLVSDKGuestCompletion guestOnly() {
-    return [this](auto reportedGuest, auto error) { guestCard()(reportedGuest, nullptr, error); };
-  }
 
   const std::shared_ptr<ManualPlatform> platform = std::make_shared<ManualPlatform>();
   const std::shared_ptr<ScriptedHost> host = std::make_shared<ScriptedHost>();
