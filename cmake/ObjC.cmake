@@ -49,9 +49,8 @@ add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Classes/HLVSDKPaylevenPaymentInstrumentsSynchronizer.mm
   ObjC/Classes/HLVSDKPaymentManager.mm
   ObjC/Foundation/BlocksRuntime.mm
-  ObjC/Foundation/DispatchQueues.mm
   ObjC/Foundation/FoundationPlatform.mm
-  ObjC/Foundation/OperationQueues.mm
+  ObjC/Foundation/Queues.mm
   ObjC/Host/Install.mm)
 target_link_libraries(HLVSDKPaylevenKitObjC
   PUBLIC HLVSDKPaylevenKit hlv_objc_flags PRIVATE hlv_shipped_flags)

@@ -28,26 +28,16 @@ def open_api():
 
 
 def mockoon(port):
-    """An environment whose routes have the replies as they are."""
+    """An environment whose routes have the replies as they are; what is missing is repaired."""
     def route(path, reply):
         response = {"uuid": path + "-200", "body": json.dumps(reply, separators=(",", ":")),
-                    "latency": 0, "statusCode": 200, "label": "", "bodyType": "INLINE",
-                    "headers": [{"key": "Content-Type", "value": "application/json"}],
-                    "filePath": "", "databucketID": "", "sendFileAsBody": False, "rules": [],
-                    "rulesOperator": "OR", "disableTemplating": True, "fallbackTo404": False,
-                    "default": True, "crudKey": "id", "callbacks": []}
-        return {"uuid": path, "type": "http", "documentation": "", "method": "get",
-                "endpoint": path[1:].replace("{name}", ":name"), "responses": [response],
-                "responseMode": None, "streamingMode": None, "streamingInterval": 0}
-    return {"uuid": "load", "lastMigration": 33, "name": "load", "endpointPrefix": "",
-            "latency": 0, "port": port, "hostname": "127.0.0.1", "folders": [],
-            "routes": [route(*each) for each in LISTS.items()],
-            "rootChildren": [{"type": "route", "uuid": path} for path in LISTS],
-            "proxyMode": False, "proxyHost": "", "proxyRemovePrefix": False,
-            "tlsOptions": {"enabled": False, "type": "CERT", "pfxPath": "", "certPath": "",
-                           "keyPath": "", "caPath": "", "passphrase": ""},
-            "cors": False, "headers": [], "proxyReqHeaders": [], "proxyResHeaders": [],
-            "data": [], "callbacks": []}
+                    "statusCode": 200, "bodyType": "INLINE", "disableTemplating": True,
+                    "headers": [{"key": "Content-Type", "value": "application/json"}]}
+        return {"uuid": path, "type": "http", "method": "get",
+                "endpoint": path[1:].replace("{name}", ":name"), "responses": [response]}
+    return {"uuid": "load", "lastMigration": 33, "name": "load", "port": port,
+            "hostname": "127.0.0.1", "routes": [route(*each) for each in LISTS.items()],
+            "rootChildren": [{"type": "route", "uuid": path} for path in LISTS]}
 
 
 class Peer:
@@ -102,6 +92,6 @@ def make_peers(modules, ports):
              "/cards", "/instruments"),
         Peer("Mockoon", ports[2],
              run("mockoon-cli", "start", "--data", "mockoon.json", "--port", ports[2],
-                 "--disable-log-to-file", "--disable-admin-api"),
+                 "--repair", "--disable-log-to-file", "--disable-admin-api"),
              {"mockoon.json": mockoon(ports[2])}, *lists),
     ]

@@ -1,7 +1,7 @@
 #import <HLVSDKPaylevenKit/HLVSDKAddPaylevenCreditCardRequestInfo.h>
 #import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
-#include "ObjC/Host/HostMessages.h"
+#include "ObjC/Host/Services.h"
 
 @implementation HLVSDKAddPaylevenCreditCardRequestInfo
 

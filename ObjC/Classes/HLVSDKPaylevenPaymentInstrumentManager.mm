@@ -5,7 +5,6 @@
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/Clients.h"
-#include "ObjC/Host/Completions.h"
 #include "ObjC/Host/Install.h"
 #include "ObjC/Host/Records.h"
 #include "ObjC/Host/Services.h"

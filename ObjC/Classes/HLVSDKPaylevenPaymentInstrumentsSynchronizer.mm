@@ -7,7 +7,6 @@
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Foundation/Queues.h"
 #include "ObjC/Host/Clients.h"
-#include "ObjC/Host/Completions.h"
 #include "ObjC/Host/Install.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 

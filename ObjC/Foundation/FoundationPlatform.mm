@@ -8,30 +8,57 @@
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Foundation/Queues.h"
 
+/// Observes one name for the core.
+@interface HLVNotificationListener : NSObject {
+ @private
+  hlv::NotificationCenter::Handler* _handler;
+}
+- (instancetype)initWithHandler:(hlv::NotificationCenter::Handler)handler;
+- (void)receive:(NSNotification*)notification;
+@end
+
+@implementation HLVNotificationListener
+
+- (instancetype)initWithHandler:(hlv::NotificationCenter::Handler)handler {
+  if ((self = [super init])) {
+    _handler = new hlv::NotificationCenter::Handler(std::move(handler));
+  }
+  return self;
+}
+
+- (void)dealloc {
+  delete _handler;
+  [super dealloc];
+}
+
+- (void)receive:(NSNotification*)notification {
+  // The observation may end while its handler runs.
+  [self retain];
+  (*_handler)(hlv::objc::fromNSNotification(notification));
+  [self release];
+}
+
+@end
+
 namespace hlv::objc {
 namespace {
 
 class FoundationObservation final : public Observation {
  public:
-  FoundationObservation(NSString* name, NotificationCenter::Handler handler) {
-    const auto kept = std::make_shared<NotificationCenter::Handler>(std::move(handler));
-    observer_ = [[[NSNotificationCenter defaultCenter]
-        addObserverForName:name
-                    object:nil
-                     queue:nil
-                usingBlock:^(NSNotification* notification) {
-                  // The observation may end while its handler runs.
-                  const auto running = kept;
-                  (*running)(fromNSNotification(notification));
-                }] retain];
+  FoundationObservation(NSString* name, NotificationCenter::Handler handler)
+      : listener_([[HLVNotificationListener alloc] initWithHandler:std::move(handler)]) {
+    [[NSNotificationCenter defaultCenter] addObserver:listener_
+                                             selector:@selector(receive:)
+                                                 name:name
+                                               object:nil];
   }
   ~FoundationObservation() override {
-    [[NSNotificationCenter defaultCenter] removeObserver:observer_];
-    [observer_ release];
+    [[NSNotificationCenter defaultCenter] removeObserver:listener_];
+    [listener_ release];
   }
 
  private:
-  id observer_;
+  HLVNotificationListener* const listener_;
 };
 
 class FoundationNotificationCenter final : public NotificationCenter {
