@@ -80,17 +80,14 @@ http::request<http::string_body> written(const ServiceURL& url, ClientRequest& r
   return message;
 }
 
-/// Whether a failure to read is one of what was read, rather than of the connection.
-bool isUnreadable(const ErrorCode& problem) {
-  return problem.category() == http::make_error_code(http::error::bad_line_ending).category() &&
-         problem != http::error::end_of_stream && problem != http::error::partial_message;
-}
-
 ClientReply failure(TransportErrorCode code) { return {sandbox::transportError(code), nullptr}; }
 
 ClientReply failureOf(const ErrorCode& problem) {
-  return failure(isUnreadable(problem) ? TransportErrorCode::unreadable
-                                       : TransportErrorCode::broken);
+  // Of what was read, rather than of the connection.
+  const bool isUnreadable =
+      problem.category() == http::make_error_code(http::error::bad_line_ending).category() &&
+      problem != http::error::end_of_stream && problem != http::error::partial_message;
+  return failure(isUnreadable ? TransportErrorCode::unreadable : TransportErrorCode::broken);
 }
 
 ErrorPtr errorIn(const Json& body) {

@@ -27,12 +27,6 @@ struct Listening {
   std::unique_ptr<HttpListener> listener = {};
 };
 
-int portIn(const std::string& text) {
-  constexpr std::int64_t greatest = 65'535;
-  const auto port = sandbox::numberOf(text).value_or(0);
-  return port > 0 && port <= greatest ? static_cast<int>(port) : 0;
-}
-
 std::string noteOf(const Listening& each) { return "port of the " + each.name; }
 
 }  // namespace
@@ -84,7 +78,8 @@ struct Server::Parts {
     };
     if (wanted.wantedPort != 0) return listen(wanted.wantedPort);
     try {
-      listen(portIn(registry.note(noteOf(wanted)).value_or("")));
+      const auto last = sandbox::numberOf(registry.note(noteOf(wanted)).value_or(""));
+      listen(static_cast<int>(last.value_or(0)));
     } catch (const Problem&) {
       listen(0);  // Another program has it now.
     }

@@ -63,10 +63,6 @@ void requireAddCardBody(const Json& body) {
   }
 }
 
-std::optional<std::string> useCaseOf(const Json& body) {
-  return sandbox::textIn(sandbox::objectIn(body, "credit_card"), "use_case");
-}
-
 Caller callerOf(const Exchange& exchange) {
   const auto session = exchange.session();
   return {session ? Caller::Kind::session : Caller::Kind::anyone, exchange.part(2),
@@ -133,7 +129,8 @@ void addCards(ApiRoutes& routes) {
   routes.add("POST", cards, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     requireAddCardBody(body);
-    serveCall(exchange, backendService(), {Operation::addCard, useCaseOf(body)},
+    const auto useCase = sandbox::textIn(sandbox::objectIn(body, "credit_card"), "use_case");
+    serveCall(exchange, backendService(), {Operation::addCard, useCase},
               [request = sandbox::dictionaryOf(body), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto added = backend::addCard(database, caller, request);

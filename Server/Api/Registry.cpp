@@ -58,14 +58,6 @@ void requireList(const std::string& folder, const std::string& list) {
   }
 }
 
-void closeLogOf(World& world, int time) {
-  try {
-    world.closeLog(time);
-  } catch (const sandbox::StoreFailure&) {
-    // The log says so the next time.
-  }
-}
-
 }  // namespace
 
 HttpError noSuchSandbox() {
@@ -97,7 +89,7 @@ Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> se
 
 Registry::~Registry() {
   for (auto& [id, entry] : entries_) {
-    if (entry.world) closeLogOf(*entry.world, entry.timeOpened);
+    if (entry.world) entry.world->closeLog(entry.timeOpened);
   }
 }
 
@@ -178,7 +170,7 @@ void Registry::keepOpen(Entry& entry) {
 void Registry::close(Entry& entry) {
   entry.closing = entry.world;
   post([world = std::exchange(entry.world, nullptr), time = entry.timeOpened] {
-    closeLogOf(*world, time);
+    world->closeLog(time);
   });
 }
 
@@ -194,23 +186,21 @@ void Registry::runMaintenance() {
   const std::lock_guard lock(mutex_);
   const auto idleSince = std::chrono::steady_clock::now() - idleTime;
   for (auto& [id, entry] : entries_) {
-    if (entry.expires && *entry.expires <= sandbox::machineTime()) removeSoon(id);
+    if (entry.expires && *entry.expires <= sandbox::machineTime()) {
+      post([this, expired = id] {
+        try {
+          remove(expired);
+        } catch (const std::exception&) {
+          // Somebody was faster, or it is tried again at the next start.
+        }
+      });
+    }
     if (entry.world) entry.world->flushLog();
   }
   std::erase_if(open_, [&](Entry* entry) {
     const bool isIdle = entry->lastUse <= idleSince && !entry->isInUse();
     if (isIdle) close(*entry);
     return isIdle;
-  });
-}
-
-void Registry::removeSoon(const std::string& id) {
-  post([this, id] {
-    try {
-      remove(id);
-    } catch (const std::exception&) {
-      // Somebody was faster, or it is tried again at the next start.
-    }
   });
 }
 

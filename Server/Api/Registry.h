@@ -110,7 +110,6 @@ class Registry {
   Entry& entryOf(const std::string& id);
   void keepOpen(Entry& entry);
   void close(Entry& entry);
-  void removeSoon(const std::string& id);
   /// Nobody else makes or removes one of this name until what is returned goes; null where somebody
   /// does. With the lock.
   std::shared_ptr<void> reserve(const std::string& id);

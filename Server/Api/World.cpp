@@ -107,11 +107,15 @@ int World::openLog() {
 void World::closeLog(int time) {
   const std::lock_guard lock(openingMutex_);
   if (time != timesOpened_) return;
-  store_->record([this](Database& database) {
-    log_.write(database);
-    RequestLog::close(database);
-  });
-  isLogOpen_ = false;
+  try {
+    store_->record([this](Database& database) {
+      log_.write(database);
+      RequestLog::close(database);
+    });
+    isLogOpen_ = false;
+  } catch (const sandbox::StoreFailure&) {
+    // The log says so the next time.
+  }
 }
 
 void World::restore(const std::string& copy) {

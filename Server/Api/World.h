@@ -48,7 +48,7 @@ class World : public std::enable_shared_from_this<World> {
 
   /// Begins a time in which requests may come, and returns its number.
   int openLog();
-  /// Ends that time; nothing when another one has begun.
+  /// Ends that time, if the disk lets it; nothing when another one has begun.
   void closeLog(int time);
   /// Replaces everything but the request log by a copy of another store. To be run alone.
   void restore(const std::string& copy);

@@ -22,18 +22,14 @@ namespace keys = sandbox::addressKeys;
 using sandbox::Database;
 using AppPtr = std::shared_ptr<App>;
 
-Json cardJson(const std::shared_ptr<HLVSDKCreditCard>& card) {
-  const auto stored = std::dynamic_pointer_cast<sandbox::StoredCard>(card);
-  return stored ? sandbox::jsonOf(stored->values()) : Json();
-}
-
 /// How an operation of the app came out.
 HttpReply replyOf(const App::Operation& operation, const std::string& requestID) {
   if (operation.refusal) return errorReply(*operation.refusal, requestID);
   const auto outcome = operation.call ? operation.call->outcome() : sandbox::AppCall::Outcome();
+  const auto card = std::dynamic_pointer_cast<sandbox::StoredCard>(outcome.card);
   Json body = {{"operation", operation.number},
                {"answers", outcome.completions},
-               {"credit_card", cardJson(outcome.card)},
+               {"credit_card", card ? sandbox::jsonOf(card->values()) : Json()},
                {"failure", nullptr}};
   if (const auto& error = outcome.error) {
     body["failure"] = {{"domain", error->domain()},
