@@ -116,7 +116,7 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
       }
     }
     simulation.forget();
-    // Played once more: what lasts is made only once.
+    // Played once more: what lasts, such as the capacity of a list, is made only once.
     if (!shortest && liveBlocks > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
       keepIfShorter({}, {0, "no memory left over"});
     }

@@ -118,19 +118,6 @@ void Simulation::listen(Held<std::function<void(Results...)>>& held, Service ser
 Simulation::Simulation() {
   Platform::install(platform_);
   Host::install(host_);
-  // What is made once is made now, so that every history leaves as many blocks of memory behind as
-  // it finds.
-  HLVSDKPayleven::sharedInstanceWithConfiguration(nullptr, withKey());
-  HLVSDKPayleven::resetSharedInstance();
-  history_.reserve(1);
-  moves_.reserve(1);
-  numbers_.reserve(1);
-  disturbed_.reserve(1);
-  calls_.reserve(1);
-  enteredCards_.reserve(1);
-  host_->trace.reserve(1);
-  platform_->serialQueues.reserve(1);
-  platform_->labelsMade.reserve(1);
   host_->network->trace = &host_->trace;
   auto& backend = *host_->backend;
   auto& provider = *host_->provider;

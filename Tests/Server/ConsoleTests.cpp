@@ -1,7 +1,4 @@
 // The console over HTTP: the app that it drives, and what it refuses.
-#include <thread>
-
-#include "Platform/Default/DefaultPlatform.h"
 #include "Tests/Server/ServerTest.h"
 
 namespace hlv::server {
@@ -50,17 +47,10 @@ TEST_F(ConsoleTest, OperationsOfTwoSandboxesAtOnceAllGetAReply) {
   there.send(requestOf("PUT /sandboxes/a/app/network", R"({"on": true})"));
   require(200, askProvider("GET /v1/sandboxes/a"));
   // Both wait for this thread by now, and nothing else comes.
-  bool haveCome = false;
-  std::thread receiving([&] {
+  whilePumping([&] {
     EXPECT_EQ(here.receive().status, 200);
     EXPECT_EQ(there.receive().status, 200);
-    DefaultPlatform::shared()->mainQueue()->async([&] { haveCome = true; });
   });
-  DefaultPlatform::shared()->runUntil([&] {
-    server->completeFinishedOperations();
-    return haveCome;
-  });
-  receiving.join();
 }
 
 TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {

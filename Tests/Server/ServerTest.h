@@ -90,19 +90,24 @@ class ServerTest : public sandbox::SandboxTest {
   }
   /// While this thread pumps the main queue, as the command does.
   Response askConsole(const std::string& request, const Json& body = {}) {
-    const auto platform = DefaultPlatform::shared();
     Response response;
-    bool hasCome = false;
-    std::thread asking([&] {
-      response = testing::ask(portOf(server->consoleURL()), request, textOf(body));
-      platform->mainQueue()->async([&] { hasCome = true; });
+    whilePumping(
+        [&] { response = testing::ask(portOf(server->consoleURL()), request, textOf(body)); });
+    return response;
+  }
+  /// Pumps until `work` has ended on a thread of its own.
+  void whilePumping(const std::function<void()>& work) {
+    const auto platform = DefaultPlatform::shared();
+    bool hasEnded = false;
+    std::thread working([&] {
+      work();
+      platform->mainQueue()->async([&] { hasEnded = true; });
     });
     platform->runUntil([&] {
       server->completeFinishedOperations();
-      return hasCome;
+      return hasEnded;
     });
-    asking.join();
-    return response;
+    working.join();
   }
   /// The body, of a reply that has this status.
   static Json require(int status, const Response& response) {
