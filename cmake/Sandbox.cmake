@@ -16,7 +16,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Calls/Journal.cpp
   Sandbox/Calls/Reachability.cpp
   Sandbox/Calls/ReplyQueue.cpp
-  Sandbox/Calls/Service.cpp
   Sandbox/Calls/Summary.cpp
   Sandbox/Cards/Calendar.cpp
   Sandbox/Cards/CardBrands.cpp
