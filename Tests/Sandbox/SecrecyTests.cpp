@@ -3,7 +3,6 @@
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
-#include "Sandbox/App/Enabling.h"
 #include "Sandbox/App/SimulatedApp.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Masking/MaskedText.h"
