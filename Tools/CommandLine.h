@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 
-#include "Tools/Output/Printer.h"
 #include "Tools/Output/Report.h"
 #include "Tools/Session.h"
 

@@ -13,7 +13,6 @@
 
 #include "Client/RemoteHost.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Sandbox/App/Enabling.h"
 #include "Sandbox/App/SimulatedApp.h"
 #include "Sandbox/Sandbox.h"
 #include "Tools/Output/Report.h"

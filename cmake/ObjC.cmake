@@ -35,7 +35,6 @@ else()
 endif()
 
 add_library(HLVSDKPaylevenKitObjC STATIC
-  ObjC/Binding/Errors.mm
   ObjC/Binding/Strings.mm
   ObjC/Binding/Values.mm
   ObjC/Binding/WeakObject.mm

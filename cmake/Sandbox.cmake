@@ -6,7 +6,6 @@ add_library(HLVSDKPaylevenSandbox STATIC)
 add_library(HLVSDKPaylevenKit::Sandbox ALIAS HLVSDKPaylevenSandbox)
 set_target_properties(HLVSDKPaylevenSandbox PROPERTIES EXPORT_NAME Sandbox)
 target_sources(HLVSDKPaylevenSandbox PRIVATE
-  Sandbox/App/Enabling.cpp
   Sandbox/App/SimulatedApp.cpp
   Sandbox/Backend/Backend.cpp
   Sandbox/Backend/BackendClient.cpp
@@ -14,10 +13,7 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Backend/Requests.cpp
   Sandbox/Calls/CallHandler.cpp
   Sandbox/Calls/Journal.cpp
-  Sandbox/Calls/Reachability.cpp
   Sandbox/Calls/ReplyQueue.cpp
-  Sandbox/Calls/Service.cpp
-  Sandbox/Calls/Summary.cpp
   Sandbox/Cards/Calendar.cpp
   Sandbox/Cards/CardBrands.cpp
   Sandbox/Cards/CardRules.cpp
@@ -33,13 +29,11 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Masking/NumberParts.cpp
   Sandbox/Provider/Provider.cpp
   Sandbox/Provider/ProviderClient.cpp
-  Sandbox/Records/Pairs.cpp
   Sandbox/Records/Times.cpp
   Sandbox/Sandbox.cpp
   Sandbox/Store/Clock.cpp
   Sandbox/Store/Database.cpp
   Sandbox/Store/Identifiers.cpp
-  Sandbox/Store/Settings.cpp
   Sandbox/Store/Store.cpp
   Sandbox/Store/StoreLock.cpp
   Sandbox/Testing/Scenarios.cpp)

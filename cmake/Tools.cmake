@@ -3,7 +3,7 @@ find_package(CLI11 REQUIRED)
 find_package(nlohmann_json REQUIRED)
 
 add_library(hlv_tool_output STATIC
-  Tools/Output/Printer.cpp
+  Tools/Output/Report.cpp
   Tools/Output/SideBySide.cpp
   Tools/Output/Table.cpp
   Tools/Output/Terminal.cpp

@@ -9,9 +9,9 @@
 #include <optional>
 #include <type_traits>
 
-#include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Strings.h"
+#include "ObjC/Binding/Values.h"
 #include "Values/List.h"
 
 namespace hlv {

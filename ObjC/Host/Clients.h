@@ -5,10 +5,12 @@
 // Threading: as the objects. A block may be called on any thread, and brings a pool with it.
 #pragma once
 
+#import <HLVSDKPaylevenKit/HLVSDKAddPaylevenCreditCardRequestInfo.h>
 #import <HLVSDKPaylevenKit/HLVSDKCoreKitDeclarations.h>
 #import <HLVSDKPaylevenKit/HLVSDKPLVPaymentInstrument.h>
 #import <HLVSDKPaylevenKit/PaylevenFrameworkDeclarations.h>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -16,10 +18,10 @@
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
+#include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
 #include "ObjC/Binding/Blocks.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Host/Records.h"
-#include "ObjC/Host/RequestBody.h"
 
 namespace hlv::objc {
 
@@ -50,6 +52,48 @@ auto asBlock(std::function<void(Results...)> completion) {
   return CopiedBlock<Block>(^(Crossed<Results>... results) {
     call<Results...>(completion, results...);
   });
+}
+
+/// What the Objective-C request is made of, once the core hands it out.
+class RequestBody final : public HLVSDKAddCreditCardRequestBody {
+ public:
+  RequestBody(std::shared_ptr<HLVSDKPaymentInstrument> instrument,
+              std::shared_ptr<HLVSDKPaymentBillingAddress> address)
+      : instrument_(std::move(instrument)), address_(std::move(address)) {}
+
+  /// The object marks itself.
+  void setProvider(std::int64_t) override {}
+  Dictionary JSONRepresentation() const override {
+    return fromNSDictionary([requestWithToken(std::nullopt) JSONRepresentation]);
+  }
+  bool isValid(ErrorPtr* error) const override {
+    NSError* reason = nil;
+    const bool valid = [requestWithToken(std::nullopt) isValid:&reason];
+    if (error && reason) *error = fromNSError(reason);
+    return valid;
+  }
+
+  /// A new request; nil when the host base makes no object. Lives as long as its pool.
+  ::HLVSDKAddPaylevenCreditCardRequestInfo* requestWithToken(const NullableString& token) const {
+    return [[[::HLVSDKAddPaylevenCreditCardRequestInfo alloc]
+        initWithPaymentInstrument:original(instrument_)
+                   billingAddress:original(address_)
+                    paylevenToken:toNSString(token)] autorelease];
+  }
+
+ private:
+  const std::shared_ptr<HLVSDKPaymentInstrument> instrument_;
+  const std::shared_ptr<HLVSDKPaymentBillingAddress> address_;
+};
+
+/// The request as the host's backend client gets it. Lives as long as its pool.
+inline ::HLVSDKAddCreditCardRequestInfo* handOut(
+    const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& request) {
+  const auto kitRequest =
+      std::dynamic_pointer_cast<HLVSDKAddPaylevenCreditCardRequestInfo>(request);
+  if (!kitRequest) return nil;
+  const auto* body = dynamic_cast<const RequestBody*>(kitRequest->body().get());
+  return body ? body->requestWithToken(kitRequest->paylevenToken()) : nil;
 }
 
 class APIManager final : public Adapter<HLVSDKAPIManager, ::HLVSDKAPIManager*> {

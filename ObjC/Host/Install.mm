@@ -10,7 +10,6 @@
 #include "ObjC/Foundation/FoundationPlatform.h"
 #include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Records.h"
-#include "ObjC/Host/RequestBody.h"
 #include "ObjC/Host/Services.h"
 #include "Platform/SharedSlot.h"
 

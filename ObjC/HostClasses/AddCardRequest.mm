@@ -1,7 +1,6 @@
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrument.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
-#include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Held.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/HostClasses/Records.h"

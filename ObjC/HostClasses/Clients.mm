@@ -7,7 +7,7 @@
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/HostClasses/PlayedHost.h"
-#include "ObjC/HostClasses/Reply.h"
+#include "ObjC/HostClasses/Records.h"
 #include "Values/Send.h"
 
 using hlv::send;

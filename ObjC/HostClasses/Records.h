@@ -22,7 +22,9 @@
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
+#include "ObjC/Binding/Blocks.h"
 #include "ObjC/HostClasses/PlayedHost.h"
+#include "Values/List.h"
 
 /// What the private subclasses have in common.
 @protocol HLVCoreObject
@@ -58,6 +60,32 @@ auto asObject(const std::shared_ptr<Record>& record) {
     if (host && record) return host->objectOf(record);
   }
   return [newObject(record) autorelease];
+}
+
+// What the core's host replies, on its way to an Objective-C app.
+
+inline NSString* asObject(const NullableString& string) { return hlv::objc::toNSString(string); }
+inline NSError* asObject(const ErrorPtr& error) { return hlv::objc::toNSError(error); }
+
+/// A missing list is nil.
+template <class T>
+NSArray* asObject(const NullableList<T>& list) {
+  if (!list) return nil;
+  NSMutableArray* objects = [NSMutableArray arrayWithCapacity:list->size()];
+  for (const auto& element : *list) [objects addObject:asObject(element)];
+  return objects;
+}
+
+/// A completion that hands each result to `block`, in a pool of its own: the host's threads may
+/// have none. Nil does nothing.
+template <class Block>
+auto replyTo(Block block) {
+  return [copied = hlv::objc::CopiedBlock<Block>(block)](const auto&... results) {
+    if (!copied.block()) return;
+    @autoreleasepool {
+      copied.block()(asObject(results)...);
+    }
+  };
 }
 
 /// A request to register a card, on its way to the core's backend: asks `request` for its body, and

@@ -1,8 +1,7 @@
 #include "ObjC/HostClasses/Records.h"
 
-#include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
-#include "ObjC/HostClasses/Reply.h"
+#include "ObjC/Binding/Values.h"
 #include "Values/Secret.h"
 #include "Values/Send.h"
 #include "Values/Wiped.h"

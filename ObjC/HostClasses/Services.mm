@@ -8,8 +8,8 @@
 #include "Host/HLVSDKCoreKit/HLVSDKLogger.h"
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
-#include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Strings.h"
+#include "ObjC/Binding/Values.h"
 #include "ObjC/HostClasses/PlayedHost.h"
 #include "Values/Send.h"
 

@@ -5,8 +5,10 @@
 
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
+#include "Host/HLVSDKCoreKit/HLVSDKKitConfiguration.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Public/HLVSDKPayleven.h"
+#include "Public/HLVSDKPaylevenKitConfiguration.h"
 #include "Public/HLVSDKPaymentManager.h"
 #include "Sandbox/Calls/Summary.h"
 #include "Values/Names.h"
@@ -29,6 +31,24 @@ std::string descriptionOf(const std::shared_ptr<HLVSDKGuest>& guest,
   if (guest) parts.emplace_back("guest");
   if (card) parts.push_back(summary(card));
   return parts.empty() ? "nothing" : joined(parts);
+}
+
+class ConfigurationOfAnotherKit final : public HLVSDKKitConfiguration {
+ public:
+  std::shared_ptr<HLVSDKKitConfiguration> copyWithZone() const override {
+    return std::make_shared<ConfigurationOfAnotherKit>();
+  }
+};
+
+std::shared_ptr<Object> kitConfiguration(Enabling enabling) {
+  if (enabling == Enabling::wrongClass) return std::make_shared<ConfigurationOfAnotherKit>();
+  if (enabling == Enabling::noKey) {
+    return HLVSDKPaylevenKitConfiguration::configurationWithBlock(nullptr);
+  }
+  return HLVSDKPaylevenKitConfiguration::configurationWithBlock(
+      [](const std::shared_ptr<HLVSDKMutablePaylevenKitConfiguration>& configuration) {
+        configuration->setPaymentKey("paylevenkit-sandbox-key");
+      });
 }
 
 }  // namespace
@@ -111,6 +131,15 @@ std::pair<std::shared_ptr<const AppCall>, HLVSDKGuestCardCompletion> SimulatedAp
             }
             call->complete(guest, card, error);
           }};
+}
+
+void enableKit(Enabling enabling) {
+  if (enabling == Enabling::none) return;
+  List<HLVSDKKitEntry> kits;
+  if (enabling != Enabling::noEntry) {
+    kits.push_back(HLVSDKKitEntry::make(HLVSDKPayleven::kitClass(), kitConfiguration(enabling)));
+  }
+  HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(std::move(kits)));
 }
 
 }  // namespace hlv::sandbox

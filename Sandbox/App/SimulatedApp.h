@@ -80,4 +80,10 @@ class SimulatedApp {
   const std::unique_ptr<Observation> followsGuest_;
 };
 
+/// How an app enables the kit: as it should, or as it might get it wrong.
+enum class Enabling { normal, noEntry, wrongClass, noKey, none };
+
+/// Threading: the main thread.
+void enableKit(Enabling enabling);
+
 }  // namespace hlv::sandbox

@@ -22,6 +22,27 @@ bool isUndisturbed(Database& database, const Call& call) {
   return isReachable(readNetworkState(database)) && !mayMeetFault(database, call.operation);
 }
 
+int deliveries(const std::optional<Fault>& fault) {
+  if (!fault) return 1;
+  if (fault->kind == FaultKind::never || fault->kind == FaultKind::stalled) return 0;
+  return fault->kind == FaultKind::twice ? 2 : 1;
+}
+
+ErrorPtr transportErrorOf(const std::optional<Fault>& fault) {
+  if (!fault) return nullptr;
+  switch (fault->kind) {
+    case FaultKind::refused:
+      return transportError(TransportErrorCode::unreachable);
+    case FaultKind::reset:
+    case FaultKind::cut:
+      return transportError(TransportErrorCode::broken);
+    case FaultKind::garbage:
+      return transportError(TransportErrorCode::unreadable);
+    default:
+      return nullptr;
+  }
+}
+
 std::optional<Fault> CallHandler::faultMetBy(const Call& call, Database& database) {
   if (!isReachable(readNetworkState(database))) throw Refusal{notConnectedError()};
   return takeFault(database, call.operation, call.useCase);

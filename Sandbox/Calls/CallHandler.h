@@ -55,6 +55,11 @@ std::string descriptionOf(const Fault& fault);
 /// Whether the network is on and no fault can meet the call, so that its handling is all there is.
 bool isUndisturbed(Database& database, const Call& call);
 
+/// How often a caller in this process gets the results of a call that met a fault, or none.
+int deliveries(const std::optional<Fault>& fault);
+/// What such a caller gets instead; null for the results.
+ErrorPtr transportErrorOf(const std::optional<Fault>& fault);
+
 class CallHandler {
  public:
   CallHandler(std::string name, std::string errorDomain)

@@ -90,11 +90,6 @@ class Service {
     }
   };
 
-  /// How often a caller in this process gets the results.
-  static int deliveries(const std::optional<Fault>& fault);
-  /// What such a caller gets instead; null for the results.
-  static ErrorPtr transportErrorOf(const std::optional<Fault>& fault);
-
   const std::shared_ptr<const Core> core_;
   const ServiceThread thread_;
   const std::shared_ptr<ReplyQueue> answers_;

@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
+#include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 
 namespace hlv::sandbox {
@@ -19,13 +20,29 @@ std::string counted(const Items& items, const std::string& noun) {
   return std::to_string(items->size()) + " " + noun + (items->size() == 1 ? "" : "s");
 }
 
-std::string summary(const ErrorPtr& error);
-std::string summary(const NullableString& token);
+inline std::string summary(const ErrorPtr& error) {
+  return error ? "error " + error->domain() + " " + std::to_string(error->code()) : "";
+}
+
+inline std::string summary(const NullableString& token) {
+  constexpr std::size_t shown = 8;
+  return token ? "token " + token->substr(0, shown) + "…" : "no token";
+}
+
 /// A guest says nothing new.
-std::string summary(const std::shared_ptr<HLVSDKGuest>& guest);
-std::string summary(const std::shared_ptr<HLVSDKCreditCard>& card);
-std::string summary(const NullableList<HLVSDKCreditCard>& cards);
-std::string summary(const NullableList<PLVCreditCardPaymentInstrument>& instruments);
+inline std::string summary(const std::shared_ptr<HLVSDKGuest>&) { return ""; }
+
+inline std::string summary(const std::shared_ptr<HLVSDKCreditCard>& card) {
+  return card ? "card " + card->halvoID().value_or("without ID") : "no card";
+}
+
+inline std::string summary(const NullableList<HLVSDKCreditCard>& cards) {
+  return counted(cards, "card");
+}
+
+inline std::string summary(const NullableList<PLVCreditCardPaymentInstrument>& instruments) {
+  return counted(instruments, "instrument");
+}
 
 /// The error, or what came instead of one, e.g. "card crd_k…" or "2 instruments".
 template <class... Results>

@@ -54,7 +54,7 @@ ErrorPtr ErrorFacade::paymentProviderErrorWithError(const ErrorPtr& error) {
                                          sentenceOf(error->localizedDescription()));
   return SandboxError::make(paymentErrorDomain, CardErrorCode::providerFailed,
                             error->localizedDescription(),
-                            "The payment provider answered: " + reason, error);
+                            "The payment provider answered: " + reason);
 }
 
 }  // namespace hlv::sandbox

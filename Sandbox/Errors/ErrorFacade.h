@@ -16,7 +16,6 @@ class ErrorFacade final : public HLVErrorFacade {
                                         const NullableString& message) override;
   ErrorPtr requiredArgumentErrorWithName(const NullableString& name, const NullableString& message,
                                          const char* functionName, const char* fileName) override;
-  /// The result is a `SandboxError`, whose `underlyingError` is `error`.
   ErrorPtr paymentProviderErrorWithError(const ErrorPtr& error) override;
 };
 

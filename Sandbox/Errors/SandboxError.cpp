@@ -18,27 +18,15 @@ NullableString masked(const NullableString& text) {
 
 }  // namespace
 
-std::shared_ptr<const SandboxError> SandboxError::make(std::string domain, std::int64_t code,
-                                                       NullableString localizedDescription,
-                                                       NullableString developerMessage,
-                                                       ErrorPtr underlyingError) {
-  if (!developerMessage) {
-    developerMessage = domain + " " + std::to_string(code);
-    if (localizedDescription) *developerMessage += ": " + *localizedDescription;
-  }
-  return std::shared_ptr<const SandboxError>(
-      new SandboxError(std::move(domain), code, masked(localizedDescription),
-                       maskedText(*developerMessage), std::move(underlyingError)));
-}
-
 SandboxError::SandboxError(std::string domain, std::int64_t code,
-                           NullableString localizedDescription, std::string developerMessage,
-                           ErrorPtr underlyingError)
+                           const NullableString& localizedDescription,
+                           const NullableString& developerMessage)
     : domain_(std::move(domain)),
       code_(code),
-      localizedDescription_(std::move(localizedDescription)),
-      developerMessage_(std::move(developerMessage)),
-      underlyingError_(std::move(underlyingError)) {}
+      localizedDescription_(masked(localizedDescription)),
+      developerMessage_(maskedText(
+          developerMessage.value_or(domain_ + " " + std::to_string(code) +
+                                    (localizedDescription ? ": " + *localizedDescription : "")))) {}
 
 ErrorPtr notConnectedError() {
   return SandboxError::make(urlErrorDomain, URLErrorCode::notConnected,

@@ -10,9 +10,18 @@
 
 namespace hlv::sandbox {
 
-std::optional<std::string> readSetting(Database& database, const std::string& name);
+inline std::optional<std::string> readSetting(Database& database, const std::string& name) {
+  return database.text("SELECT value FROM settings WHERE name = ?", name);
+}
+
 /// A missing value takes the setting away.
-void writeSetting(Database& database, const std::string& name,
-                  const std::optional<std::string>& value);
+inline void writeSetting(Database& database, const std::string& name,
+                         const std::optional<std::string>& value) {
+  if (value) {
+    database.run("INSERT OR REPLACE INTO settings (name, value) VALUES (?, ?)", name, *value);
+  } else {
+    database.run("DELETE FROM settings WHERE name = ?", name);
+  }
+}
 
 }  // namespace hlv::sandbox

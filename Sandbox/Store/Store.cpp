@@ -117,25 +117,17 @@ bool writeDurably(const std::string& path, std::string_view content) {
   return isGood;
 }
 
-/// Another store, as `source` beside a connection's `main`.
-class Attached {
- public:
-  Attached(Database& database, const std::string& path) : database_(database) {
-    database.run("ATTACH ? AS source", path);
-  }
-  ~Attached() {
-    try {
-      database_.run("DETACH source");
-    } catch (const SQLite::Exception&) {
-      // Only a connection that is of no use any more keeps it.
-    }
-  }
-  Attached(const Attached&) = delete;
-  Attached& operator=(const Attached&) = delete;
-
- private:
-  Database& database_;
-};
+/// Another store, as `source` beside a connection's `main`, for as long as the result is held.
+std::shared_ptr<void> attached(Database& database, const std::string& path) {
+  database.run("ATTACH ? AS source", path);
+  return {nullptr, [&database](void*) {
+            try {
+              database.run("DETACH source");
+            } catch (const SQLite::Exception&) {
+              // Only a connection that is of no use any more keeps it.
+            }
+          }};
+}
 
 /// Prepares nothing that would outlive `source`.
 void replaceTables(Database& database, std::span<const char* const> kept) {
@@ -262,7 +254,7 @@ void Store::replaceBy(const std::string& path, std::span<const char* const> kept
   requireStore(path);
   checked([&] {
     const Lock lock(writing_);
-    const Attached source(*writer_, path);
+    const auto source = attached(*writer_, path);
     const auto replace = [&](Database& database) {
       replaceTables(database, kept);
       if (then) then(database);
@@ -300,16 +292,15 @@ std::any& Store::ReadConnection::remembered(const std::string& key) {
   return results[key];
 }
 
-Store::Unsynced::Unsynced(Database& writer) : database(writer) {
-  checked([this] { database.run("PRAGMA synchronous = NORMAL"); });
-}
-
-Store::Unsynced::~Unsynced() {
-  try {
-    database.run("PRAGMA synchronous = FULL");
-  } catch (const SQLite::Exception&) {
-    // Only a connection that is of no use any more refuses a setting.
-  }
+std::shared_ptr<void> Store::withoutSync(Database& writer) {
+  checked([&] { writer.run("PRAGMA synchronous = NORMAL"); });
+  return {nullptr, [&writer](void*) {
+            try {
+              writer.run("PRAGMA synchronous = FULL");
+            } catch (const SQLite::Exception&) {
+              // Only a connection that is of no use any more refuses a setting.
+            }
+          }};
 }
 
 }  // namespace hlv::sandbox

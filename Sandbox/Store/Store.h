@@ -51,7 +51,7 @@ class Store {
   template <class Body>
   auto record(Body body) {
     const Lock lock(writing_);
-    const Unsynced unsynced(*writer_);
+    const auto unsynced = withoutSync(*writer_);
     return transact(*writer_, Behavior::IMMEDIATE, body);
   }
 
@@ -129,12 +129,8 @@ class Store {
     Store& store;
     std::unique_ptr<ReadConnection> connection;
   };
-  /// While it lives, commits do not wait for the disk.
-  struct Unsynced {
-    explicit Unsynced(Database& writer);
-    ~Unsynced();
-    Database& database;
-  };
+  /// While the result is held, commits do not wait for the disk.
+  static std::shared_ptr<void> withoutSync(Database& writer);
 
   /// Does `work`, in which a failure of SQLite is one of the store.
   template <class Work>

@@ -6,7 +6,6 @@
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
 #include "Platform/Platform.h"
 #include "Public/HLVSDKPayleven.h"
-#include "Sandbox/App/Enabling.h"
 #include "Values/Send.h"
 
 namespace hlv::server {

@@ -1,5 +1,4 @@
 // Enabling, the synchroniser, the finder and the two records, through their selectors.
-#include "ObjC/Binding/Errors.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/HostClasses/Configuration.h"
 #include "Tests/ObjC/ObjCTest.h"

@@ -1,6 +1,6 @@
-// How a command came out.
+// How a command came out, and showing it to a person or a program.
 //
-// Threading: plain value; any thread.
+// Threading: a report is a plain value, any thread; printing, the main thread.
 #pragma once
 
 #include <functional>
@@ -56,6 +56,26 @@ struct Report {
   /// Whether an error was reported, or not what was asked for.
   bool isFailure() const { return error || outcome != Outcome::succeeded; }
   int exitStatus() const { return isFailure() ? 1 : 0; }
+};
+
+/// The one JSON document of a report.
+sandbox::Json documentOf(const Report& report);
+
+/// As text, or as exactly one JSON document.
+class Printer {
+ public:
+  explicit Printer(bool json) : json_(json) {}
+
+  // The steps of a longer operation; in JSON its one document holds them.
+  void heading(const std::string& text) const;
+  void step(const Report& report) const;
+
+  void print(const Report& report) const;
+  /// A sentence on standard error, and an error document where one is expected.
+  void printProblem(const std::string& sentence) const;
+
+ private:
+  const bool json_;
 };
 
 }  // namespace hlv::tool

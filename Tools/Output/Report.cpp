@@ -1,4 +1,4 @@
-#include "Tools/Output/Printer.h"
+#include "Tools/Output/Report.h"
 
 #include <iostream>
 
