@@ -40,7 +40,7 @@ using ErrorCode = boost::system::error_code;
 using sandbox::TransportErrorCode;
 
 constexpr std::uint32_t largestHead = 16U * 1024;
-constexpr std::uint64_t largestBody = 1024U * 1024;
+constexpr std::uint64_t largestBody = 1024UL * 1024;
 constexpr std::size_t connectionsKept = 64;
 constexpr int deepest = 16;
 

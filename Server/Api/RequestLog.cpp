@@ -104,7 +104,7 @@ Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
 std::pair<std::int64_t, std::int64_t> statusRange(const std::optional<std::string>& status) {
   if (!status) return {0, 999};
   if (status->size() == 3 && status->ends_with("xx")) {
-    const std::int64_t hundreds = (status->front() - '0') * 100;
+    const auto hundreds = std::int64_t{status->front() - '0'} * 100;
     return {hundreds, hundreds + 99};
   }
   const auto exact = sandbox::numberOf(*status).value_or(-1);
