@@ -129,8 +129,11 @@ Connection::Task<bool> Connection::readRequest() {
   describe(parser_->get(), *request_);
   try {
     if (error) throw unreadable(error);
-    frame_ = {parser_->get().version(), request_->isHead, parser_->keep_alive()};
-    readHead(parser_->get(), listener_->options, *request_);
+    const auto& head = parser_->get();
+    // Behind a body that is not read for its encoding, nobody knows where the next request begins.
+    const bool hasKnownLength = head.count(http::field::transfer_encoding) == 0;
+    frame_ = {head.version(), request_->isHead, parser_->keep_alive() && hasKnownLength};
+    readHead(head, listener_->options, *request_);
     if (!parser_->is_done()) {
       const bool goesOn = co_await readBody();
       if (!goesOn) co_return false;
