@@ -1,6 +1,7 @@
 #include "Tools/CommandLine.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdint>
 #include <iostream>
@@ -21,12 +22,9 @@ namespace {
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
-bool hasLetter(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](char character) {
-    const char small = static_cast<char>(character | 0x20);
-    return small >= 'a' && small <= 'z';
-  });
-}
+bool isLetter(char character) { return std::isalpha(static_cast<unsigned char>(character)) != 0; }
+
+bool hasLetter(std::string_view text) { return std::any_of(text.begin(), text.end(), isLetter); }
 
 /// Dates may stand in one.
 bool isPath(std::string_view argument) {
@@ -61,9 +59,8 @@ bool isOptionName(const std::string& argument) {
 bool isCommandName(const std::string& argument) {
   constexpr std::size_t longest = 24;
   return hasLetter(argument) && argument.size() <= longest &&
-         std::all_of(argument.begin(), argument.end(), [](char character) {
-           return character == '-' || hasLetter({&character, 1});
-         });
+         std::all_of(argument.begin(), argument.end(),
+                     [](char character) { return character == '-' || isLetter(character); });
 }
 
 /// How many letters have to be inserted, removed or replaced to make one of the other.

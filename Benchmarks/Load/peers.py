@@ -2,6 +2,7 @@
 import json
 import os
 import subprocess
+import time
 import urllib.request
 
 CARD = {"id": "crd_azyeghwywhuqvvjlhacj", "brand": "visa", "last_four_digits": "1111",
@@ -59,17 +60,14 @@ class Peer:
         self.process = subprocess.Popen(self.command, cwd=folder, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
         for _ in range(600):
+            if self.process.poll() is not None:
+                break
             try:
                 with urllib.request.urlopen(self.cards) as reply:
                     reply.read()
                 return self
             except OSError:
-                pass
-            try:
-                self.process.wait(0.05)
-            except subprocess.TimeoutExpired:
-                continue
-            break
+                time.sleep(0.05)
         raise SystemExit(f"{self.name} does not start.")
 
     def end(self):

@@ -110,13 +110,7 @@ static BOOL removeCard(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
 
 /// Sees to it that the kit synchronises the guest who is signed in: the kit itself keeps the one
 /// whom it read when it was enabled.
-@interface GuestFollower : NSObject
-- (void)authorizationDidChange:(NSNotification*)notification;
-@end
-
-@implementation GuestFollower
-
-- (void)authorizationDidChange:(NSNotification*)notification {
+static void followGuest(void) {
   HLVSDKPayleven* kit = [HLVSDKPayleven sharedInstance];
   HLVSDKGuest* guest = [HLVSDKGuest currentGuest];
   if (!kit || kit.currentGuest == guest) return;
@@ -126,8 +120,6 @@ static BOOL removeCard(HLVSDKPaymentManager* cards, HLVSDKCreditCard* card) {
   // The kit may have seen the notification first.
   [kit synchronizePaymentInstruments];
 }
-
-@end
 
 /// A host runs the kits that its configuration lists.
 static void enableKit(void) {
@@ -221,12 +213,15 @@ int main(int argc, char** argv) {
                                               problem:&problem];
     if (!sandbox) isFine(problem);
     if (!sandbox) return 1;
-    GuestFollower* follower = [[[GuestFollower alloc] init] autorelease];
+    // For as long as the app runs.
     [[NSNotificationCenter defaultCenter]
-        addObserver:follower
-           selector:@selector(authorizationDidChange:)
-               name:kHLVSDKDidChangeAuthorizationStatusNotification
-             object:nil];
+        addObserverForName:kHLVSDKDidChangeAuthorizationStatusNotification
+                    object:nil
+                     queue:nil
+                usingBlock:^(NSNotification* notification) {
+                  (void)notification;
+                  followGuest();
+                }];
     HLVSDKPaymentManager* cards = [[[HLVSDKPaymentManager alloc] init] autorelease];
     if (!runThroughCards(sandbox, cards) || !failToSynchronize(sandbox)) return 1;
     if (!changeGuest(sandbox, cards)) return 1;

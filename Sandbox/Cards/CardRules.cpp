@@ -45,7 +45,7 @@ std::optional<BrokenRule> brokenRule(const CardFields& card, std::chrono::year_m
       {allDigits(pan),
        {Code::numberNotDigits, "The card number may hold digits only.",
         "pan holds characters other than digits, blanks and hyphens"}},
-      {brand,
+      {brand != nullptr,
        {Code::brandUnknown, "Cards of this kind are not known; check the card number.",
         "pan begins with no known issuer range"}},
       {brand && brand->allowsLength(pan.size()),
