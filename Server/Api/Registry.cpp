@@ -169,9 +169,18 @@ void Registry::keepOpen(Entry& entry) {
 
 void Registry::close(Entry& entry) {
   entry.closing = entry.world;
-  post([world = std::exchange(entry.world, nullptr), time = entry.timeOpened] {
+  auto end = [this, world = std::exchange(entry.world, nullptr),
+              time = entry.timeOpened]() mutable {
     world->closeLog(time);
-  });
+    world.reset();
+    --closing_;
+  };
+  // What waits for its end holds its files: where they are many, whoever opens another one waits.
+  if (++closing_ > mostOpen_) {
+    end();
+  } else {
+    post(std::move(end));
+  }
 }
 
 std::string Registry::pathOf(const World& world) const {

@@ -1,7 +1,9 @@
 // The sandboxes of one server. Private to the server.
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -135,6 +137,8 @@ class Registry {
   std::set<std::string> reserved_;
   /// Those that are open and have files; not the default one.
   std::vector<Entry*> open_;
+  /// How many wait for their end.
+  std::atomic<std::size_t> closing_{0};
 };
 
 }  // namespace hlv::server

@@ -200,6 +200,8 @@ TEST_F(ManySandboxes, HaveNoGapInTheLogWhenTheyAreUsedAgainBeforeTheyAreClosed) 
   for (const auto* id : {"a", "b", "c"}) registry->create({.id = id});
   EXPECT_FALSE(registry->openWorld("a")) << "it waits for its end";
   const auto again = registry->world("a");
+  // Those that wait for their end leave descriptors to others.
+  for (int i = 0; i < 20; ++i) registry->create({.id = "more" + std::to_string(i)});
   go.set_value();
   writers->join();
   again->store().read([](sandbox::Database& database) {
