@@ -1,11 +1,11 @@
 // The page for everybody: without a mouse, without eyes, in the dark, without motion.
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
-import { createRequire } from 'node:module';
+import { require } from '../Server/server.js';
 import { sees } from './person.js';
 import { onConsole } from './stage.js';
 
-const axe = readFileSync(createRequire(import.meta.url).resolve('axe-core'), 'utf8');
+const axe = readFileSync(require.resolve('axe-core'), 'utf8');
 
 onConsole('Tab and a key lead through the page', async (guest) => {
   const { keyboard } = guest.page;

@@ -1,15 +1,8 @@
 // The one browser of a process.
-import { chromium } from 'playwright-core';
+import { require } from '../Server/server.js';
 
-let browser;
-
-export async function openBrowser() {
-  browser ??= await chromium.launch({
-    executablePath: process.env.CHROMIUM,
-    handleSIGTERM: false,
-    args: ['--no-sandbox', '--disable-dev-shm-usage'],
-  });
-  return browser;
-}
-
-export const closeBrowser = () => browser?.close();
+export const browser = await require('playwright-core').chromium.launch({
+  executablePath: '/usr/bin/chromium',
+  handleSIGTERM: false,
+  args: ['--no-sandbox', '--disable-dev-shm-usage'],
+});

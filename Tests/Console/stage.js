@@ -1,11 +1,11 @@
 // One browser a file, and for each test a server and a fresh window of it.
 import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
-import { closeBrowser, openBrowser } from './browser.js';
+import { withServer } from '../Server/server.js';
+import { browser } from './browser.js';
 import { Person } from './person.js';
-import { withServer } from './server.js';
 
-after(closeBrowser);
+after(() => browser.close());
 
 /** What no page may do, whatever happens to it. */
 function complaintsOf(context, url) {
@@ -29,7 +29,7 @@ function complaintsOf(context, url) {
  */
 export function onConsole(name, body, view = {}) {
   test(name, { timeout: 60_000 }, () => withServer(async (server) => {
-    const context = await (await openBrowser()).newContext({ viewport: { width: 1280, height: 800 }, ...view });
+    const context = await browser.newContext({ viewport: { width: 1280, height: 800 }, ...view });
     context.setDefaultTimeout(15_000);
     const complaints = complaintsOf(context, server.urls.console);
     const open = async (url = server.urls.console) => {

@@ -1,11 +1,7 @@
 // The OpenAPI documents that a server has, and whether a reply is one that they describe.
 import assert from 'node:assert/strict';
-import { createRequire } from 'node:module';
-import { join } from 'node:path';
+import { require } from './server.js';
 
-/** The folder of modules that in-node.sh has installed, which is not beside these files. */
-export const modules = process.env.SERVER_TEST_MODULES;
-const require = createRequire(join(modules, 'installed-by'));
 const Ajv = require('ajv/dist/2020').default;
 const addFormats = require('ajv-formats').default;
 

@@ -1,16 +1,15 @@
 // Holds the documents that the server has to the validator's rules, none of which only warns.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import { join } from 'node:path';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
-import { Documents, modules } from './documents.js';
-import { withServer } from './server.js';
+import { Documents } from './documents.js';
+import { require, withServer } from './server.js';
 
 test('the documents follow the recommended rules', { timeout: 120_000 }, () => withServer(async (server) => {
   const config = fileURLToPath(new URL('redocly.yaml', import.meta.url));
   const { status, stdout, stderr } = spawnSync(process.execPath,
-    [join(modules, '@redocly/cli/bin/cli.js'), 'lint', '--config', config, ...Object.values(Documents.urls(server))],
+    [require.resolve('@redocly/cli/bin/cli.js'), 'lint', '--config', config, ...Object.values(Documents.urls(server))],
     { encoding: 'utf8', env: { ...process.env, REDOCLY_TELEMETRY: 'off', REDOCLY_SUPPRESS_UPDATE_NOTICE: 'true' } });
   assert.equal(status, 0, stdout + stderr);
 }));

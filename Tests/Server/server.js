@@ -3,8 +3,12 @@ import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdtempSync, rmSync } from 'node:fs';
 import http from 'node:http';
+import { createRequire } from 'node:module';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
+
+/** Of the modules that in-node.sh has installed, which are not beside these files. */
+export const require = createRequire(join(process.env.TEST_MODULES, 'installed-by'));
 
 const started = new Set();
 process.on('exit', () => started.forEach((server) => server.abandon()));

@@ -1,8 +1,8 @@
-// Takes the pictures of the manual. Usage: in-chromium.sh PAYLEVENKIT FOLDER scripts/screenshots.js PICTURES
+// Takes the pictures of the manual. Usage: in-node.sh FOLDER scripts/screenshots.mjs PICTURES
 import { join } from 'node:path';
-import { closeBrowser, openBrowser } from './browser.js';
-import { Person, sees } from './person.js';
-import { Server } from './server.js';
+import { browser } from '../Tests/Console/browser.js';
+import { Person, sees } from '../Tests/Console/person.js';
+import { Server } from '../Tests/Server/server.js';
 
 const desktop = { width: 1280, height: 800 };
 const pictures = [
@@ -15,7 +15,6 @@ const pictures = [
 
 const server = new Server();
 await server.start();
-const browser = await openBrowser();
 const guest = new Person(await browser.newPage({ viewport: desktop }));
 await guest.page.goto(server.urls.console);
 await guest.settleIn();
@@ -43,5 +42,5 @@ for (const { name, view, ...options } of pictures) {
   await person.page.mouse.move(0, 0);
   await person.page.screenshot({ path: join(process.argv[2], `${name}.png`), animations: 'disabled' });
 }
-await closeBrowser();
+await browser.close();
 server.abandon();

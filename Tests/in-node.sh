@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs tests of this folder with the npm modules that package-lock.json names, which go to FOLDER.
-# Usage: in-node.sh FOLDER FILE.test.js
+# Runs node with the npm modules that package-lock.json names, which go to FOLDER.
+# Usage: in-node.sh FOLDER ARGUMENT...
 set -euo pipefail
 sources=$(cd "$(dirname "$0")" && pwd)
 mkdir -p "$1"
@@ -16,5 +16,5 @@ if ! cmp -s "$sources/package-lock.json" "$folder/node_modules/installed-by"; th
 fi
 exec 9>&-
 
-export SERVER_TEST_MODULES="$folder/node_modules"
-exec timeout --kill-after=10 240 node --test --test-reporter=spec "$sources/$2"
+export TEST_MODULES="$folder/node_modules"
+exec timeout --kill-after=10 280 node "${@:2}"
