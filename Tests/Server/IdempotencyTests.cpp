@@ -62,8 +62,13 @@ TEST_F(IdempotencyKeys, ARefusalIsKeptAndAFailureOfTheServiceIsNot) {
   arm("createUserToken", "error");
   EXPECT_EQ(createUser("failed").status, 500);
   EXPECT_EQ(createUser("failed").status, 201);
-  arm("createUserToken", "error", [](auto& fault) { fault.status = 429; });
-  EXPECT_EQ(createUser("busy").status, 429);
+  arm("createUserToken", "error", [](auto& fault) {
+    fault.status = 429;
+    fault.headers = {{"Retry-After", "3"}};
+  });
+  const auto busy = createUser("busy");
+  EXPECT_EQ(busy.status, 429);
+  EXPECT_EQ(busy.header("Retry-After"), "3");
   EXPECT_EQ(createUser("busy", "amex").status, 201);
   sandbox->setReachable(false);
   EXPECT_EQ(addCard("offline").status, 503);
