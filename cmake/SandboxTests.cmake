@@ -3,7 +3,6 @@ hlv_add_tests(SandboxTests
   SOURCES
     Tests/Sandbox/CardRulesTests.cpp
     Tests/Sandbox/FaultTests.cpp
-    Tests/Sandbox/HostServicesTests.cpp
     Tests/Sandbox/SecrecyTests.cpp
     Tests/Sandbox/ServicesTests.cpp
     Tests/Sandbox/StoreTests.cpp

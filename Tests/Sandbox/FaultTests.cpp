@@ -91,12 +91,12 @@ TEST_F(Faulty, ChanceIsRepeatableUnderASeedAndASparedCallCountsNothingDown) {
   for (int run = 0; run < 2; ++run) {
     std::filesystem::remove(storePath());
     start(7);
-    arm("updateCurrentGuestWithRequest", "error", [](Fault& fault) {
+    arm("fetchGuestCreditCards", "error", [](Fault& fault) {
       fault.probability = 50;
       fault.remaining = 5;
     });
     std::string met;
-    for (int i = 0; i < 40; ++i) met += std::get<1>(storeToken("tok")) ? '!' : '.';
+    for (int i = 0; i < 40; ++i) met += std::get<1>(fetchCards()) ? '!' : '.';
     EXPECT_EQ(std::count(met.begin(), met.end(), '!'), 5);
     EXPECT_NE(met.substr(0, 5), "!!!!!");
     EXPECT_TRUE(sandbox->tester()->armed().empty());

@@ -12,7 +12,6 @@
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Host/HLVSDKCoreKit/HLVSDKGuest.h"
-#include "Host/HLVSDKCoreKit/HLVSDKUpdateGuestRequestInfo.h"
 #include "Host/HLVSDKPaymentKit/HLVSDKAddCreditCardRequestInfo.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
@@ -148,12 +147,6 @@ class SandboxTest : public ::testing::Test {
     return answerTo<ErrorPtr>([&](auto completion) {
       provider->removePaymentInstrument(instrument, useCase, token, completion);
     });
-  }
-  GuestAnswer storeToken(const NullableString& token) {
-    const auto request = HLVSDKUpdateGuestRequestInfo::make();
-    request->setPaymentToken(token);
-    return answerTo<GuestAnswer>(
-        [&](auto completion) { backend->updateCurrentGuestWithRequest(request, completion); });
   }
   CardsAnswer fetchCards() {
     return answerTo<CardsAnswer>(
