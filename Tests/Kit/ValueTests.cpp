@@ -259,37 +259,35 @@ TEST_F(ValueTest, ARequestCarriesItsTokenInsideTheCardObject) {
             nullptr);
 }
 
-// Which of several entries counts is the explorer's to try.
-TEST_F(ValueTest, AnEntryOfTheReceiversClassCounts) {
+TEST_F(ValueTest, TheLastEntryOfTheReceiversClassCounts) {
   const auto withKey = [](const NullableString& key) -> std::shared_ptr<Object> {
     return HLVSDKPaylevenKitConfiguration::configurationWithBlock(
         [&](const auto& configuration) { configuration->setPaymentKey(key); });
   };
-  const HLVSDKKitClass other(this);
+  const HLVSDKKitClass other(this), kit = HLVSDKPayleven::kitClass();
+  EXPECT_NE(kit, HLVSDKKitClass());
+  const auto first = HLVSDKKitEntry::make(kit, withKey("first"));
+  const auto others = HLVSDKKitEntry::make(other, withKey("other"));
+  const auto enabled = [&](const List<HLVSDKKitEntry>& entries, HLVSDKKitClass receiver) {
+    HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(entries), receiver);
+    HLVSDKPayleven::resetSharedInstance();
+    return host->takeTrace();
+  };
   const std::string must = "assert \"Configuration for PaylevenKit must ";
   const std::string wrongKind = must + "be kind of HLVSDKPaylevenKitConfiguration class\"";
-  const std::string enabled = "host current guest\nprovider register ";
-  const auto kit = HLVSDKPayleven::kitClass();
-  EXPECT_NE(kit, HLVSDKKitClass());
-  const std::tuple<HLVSDKKitClass, std::shared_ptr<Object>, std::string> rows[] = {
-      {other, withKey("other"),
-       "assert \"Configuration must have HLVSDKPaylevenKit in kits array\""},
-      {kit, nullptr, wrongKind},
-      {kit, guest, wrongKind},
-      {kit, withKey(std::nullopt), must + "have payment key\""},
-      {kit, withKey(""), enabled + "''"},
-      {kit, withKey("a"), enabled + "'a'"}};
-  for (const auto& [whose, entered, trace] : rows) {
-    const auto configuration =
-        HLVSDKConfiguration::make(List<HLVSDKKitEntry>{HLVSDKKitEntry::make(whose, entered)});
-    HLVSDKPayleven::enableWithConfiguration(configuration);
-    EXPECT_EQ(host->takeTrace(), trace);
-    HLVSDKPayleven::resetSharedInstance();
-    HLVSDKPayleven::enableWithConfiguration(configuration, other);
-    EXPECT_EQ(HLVSDKPayleven::sharedInstance() != nullptr, whose == other);
-    HLVSDKPayleven::resetSharedInstance();
-    host->takeTrace();
+  const std::string registers = "host current guest\nprovider register ";
+  const std::pair<std::shared_ptr<Object>, std::string> rows[] = {
+      {nullptr, wrongKind},
+      {guest, wrongKind},
+      {withKey(std::nullopt), must + "have payment key\""},
+      {withKey(""), registers + "''"},
+      {withKey("last"), registers + "'last'"}};
+  for (const auto& [configuration, trace] : rows) {
+    EXPECT_EQ(enabled({first, HLVSDKKitEntry::make(kit, configuration), others}, kit), trace);
   }
+  EXPECT_EQ(enabled({others, first}, other), registers + "'other'");
+  EXPECT_EQ(enabled({others}, kit),
+            "assert \"Configuration must have HLVSDKPaylevenKit in kits array\"");
 }
 
 TEST_F(ValueTest, AStateIsReachableByItsLowestEightBits) {
