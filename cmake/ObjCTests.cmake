@@ -7,11 +7,8 @@ add_executable(ObjCTests
   Tests/ObjC/ClassesTests.mm
   Tests/ObjC/MemoryTests.mm
   Tests/ObjC/OperationsTests.mm
-  Tests/ObjC/RunTimeTableTests.mm
   Tests/ObjC/Sanitizers.cpp
   $<TARGET_OBJECTS:HLVHostClassesObjC>)
-set(run_time_table ${PROJECT_SOURCE_DIR}/Tests/ObjC/runtime-table.txt)
-target_compile_definitions(ObjCTests PRIVATE HLV_RUN_TIME_TABLE="${run_time_table}")
 # Whole: a class that is only looked up by its name must be there too.
 target_link_libraries(ObjCTests PRIVATE hlv_shipped_flags GTest::gtest_main
   $<LINK_LIBRARY:WHOLE_ARCHIVE,HLVSDKPaylevenKitObjC>)
@@ -20,7 +17,8 @@ gtest_discover_tests(ObjCTests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABEL
 # The sources stay acceptable to Apple's compiler, as far as Foundation's headers here let one see.
 add_test(NAME ObjC.CompilesForApplesRuntime
   COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/Tests/ObjC/apple_runtime.py
-          ${run_time_table} ${PROJECT_SOURCE_DIR}/ObjC ${CMAKE_OBJCXX_COMPILER} -std=c++20
+          ${PROJECT_SOURCE_DIR}/Tests/ObjC/runtime-table.txt ${PROJECT_SOURCE_DIR}/ObjC
+          ${CMAKE_OBJCXX_COMPILER} -std=c++20
           -I${PROJECT_SOURCE_DIR} -I${PROJECT_SOURCE_DIR}/ObjC
           $<TARGET_PROPERTY:hlv_objc_flags,INTERFACE_COMPILE_OPTIONS>
           -isystem ${PROJECT_SOURCE_DIR}/ObjC/Foundation/GNUstep

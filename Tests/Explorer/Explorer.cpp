@@ -78,14 +78,6 @@ Record readRecord(const std::string& file) {
   return record;
 }
 
-/// Nothing where nobody has played it to the end.
-std::optional<std::uint64_t> onRecord(const Record& record, const std::string& scenario,
-                                      const Options& options) {
-  const auto found = record.find(scenario);
-  if (found == record.end() || found->second.size() <= options.limits.interferences) return {};
-  return found->second[options.limits.interferences];
-}
-
 int replay(const std::string& line) {
   const auto first = line.find("; ");
   const auto second = line.find("; ", first + 1);
@@ -186,7 +178,7 @@ bool merge(const std::vector<const Scenario*>& scenarios, const Options& options
 
 int report(const std::vector<const Scenario*>& scenarios, const Options& options,
            const Board& board) {
-  const auto record = readRecord(HLV_HISTORIES_ON_RECORD);
+  auto record = readRecord(HLV_HISTORIES_ON_RECORD);
   const auto workers = options.merged.empty() ? options.jobs : options.merged.size();
   std::ofstream part(options.part);
   bool fine = true;
@@ -194,7 +186,11 @@ int report(const std::vector<const Scenario*>& scenarios, const Options& options
   for (std::size_t i = 0; i < scenarios.size(); ++i) {
     const auto& line = board.lines[i];
     const auto& name = scenarios[i]->name;
-    const auto expected = onRecord(record, name, options);
+    // Nothing where nobody has played it to the end.
+    const auto& counts = record[name];
+    const auto* expected = counts.size() > options.limits.interferences
+                               ? &counts[options.limits.interferences]
+                               : nullptr;
     const bool ended = line.ended == workers;
     part << name << ": " << line.histories << " " << ended << " " << line.failed << "\n";
     const bool asRecorded = !ended || !options.part.empty() || !expected ||

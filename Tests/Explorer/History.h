@@ -5,25 +5,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "Tests/Explorer/Scenario.h"
 
 namespace hlv::testing {
-
-inline std::string textOf(const Posted& posted) {
-  const auto number = [](int value) { return value < 0 ? "nothing" : std::to_string(value); };
-  switch (posted.name) {
-    case Posted::Name::foreground:
-      return "the app returns to the foreground";
-    case Posted::Name::authorization:
-      return "authorised: " + number(posted.state);
-    case Posted::Name::reachability:
-      return "reachability: " + number(posted.previous) + " -> " + number(posted.state);
-  }
-  return {};
-}
 
 /// One thing that the simulation does.
 struct Move {
@@ -51,43 +39,38 @@ struct Move {
   std::size_t call = 0;
   const Answer* answer = nullptr;
   const Posted* notification = nullptr;
-  /// The number of the call's error, which is the same in every order of events.
+  /// The call by the number that is the same in every order of events; its error has it too.
   std::size_t error = 0;
+  /// Which of the requests, answers or notifications that are possible here.
+  std::size_t variant = 0;
 
+  /// The same in every history in which the same happens.
+  std::uint64_t number() const {
+    return ((static_cast<std::uint64_t>(kind) * 2 + (onMain ? 1U : 0U)) * 100 + variant) * 1000 +
+           error;
+  }
   /// Whether it is one of the things that may come in between, of which a history holds few.
   bool isInterference() const { return kind >= Kind::answerAgain; }
   bool isOnCall() const { return kind >= Kind::answer && kind <= Kind::answerAgain; }
   std::string text() const {
-    const auto answers = [&](const char* verb) {
-      return "call " + std::to_string(call) + verb + answer->name;
-    };
-    switch (kind) {
-      case Kind::goOn:
-        return "go on";
-      case Kind::end:
-        return "end";
-      case Kind::start:
-        return "start operation " + std::to_string(operation) + ", " + request->name;
-      case Kind::runMainQueue:
-        return "run a block of the main queue";
-      case Kind::runSerialQueue:
-        return "run a block of the serial queue";
-      case Kind::answer:
-        return answers(" answers ");
-      case Kind::answerAgain:
-        return answers(" answers again: ");
-      case Kind::neverAnswer:
-        return "call " + std::to_string(call) + " will never answer";
-      case Kind::releaseManager:
-        return "release the manager";
-      case Kind::releaseSynchronizer:
-        return "release the synchroniser";
-      case Kind::releaseKit:
-        return "release the kit";
-      case Kind::post:
-        return textOf(*notification);
-    }
-    return {};
+    static const char* const texts[] = {"go on",
+                                        "end",
+                                        "start operation ",
+                                        "run a block of the main queue",
+                                        "run a block of the serial queue",
+                                        " answers ",
+                                        " will never answer",
+                                        " answers again: ",
+                                        "release the manager",
+                                        "release the synchroniser",
+                                        "release the kit",
+                                        ""};
+    std::string text = texts[static_cast<std::size_t>(kind)];
+    if (isOnCall()) text = "call " + std::to_string(call) + text;
+    if (request) text += std::to_string(operation) + ", " + request->name;
+    if (answer) text += answer->name;
+    if (notification) text += notification->text;
+    return text;
   }
 };
 

@@ -421,8 +421,8 @@ void ReferenceModel::finish(const Asking& who, const Fetched& fetched, bool& syn
 // guest is the one that the kit has known from the start.
 void ReferenceModel::handle(const Posted& posted) {
   bool wanted = scenario_.authorized;
-  if (posted.name == Posted::Name::authorization) wanted = posted.state > 0;
-  if (posted.name == Posted::Name::reachability) {
+  if (posted.name == "authorization") wanted = posted.state > 0;
+  if (posted.name == "reachability") {
     network_ = posted.state;
     const int state = posted.state & 0xff;
     if (!managerSeen_.expired()) connected_ = state != 0;

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "Platform/Notification.h"
+
 namespace hlv::testing {
 namespace {
 
@@ -118,9 +120,12 @@ PossibleReplies instruments(std::size_t count) {
   return replies;
 }
 
-const Posted foreground{Posted::Name::foreground};
-const Posted lost{Posted::Name::reachability, 0, 1};
-const Posted found{Posted::Name::reachability, 1, 0};
+const Posted foreground{"the app returns to the foreground",
+                        UIApplicationWillEnterForegroundNotification};
+const Posted authorized{"authorised", "authorization", 1};
+const Posted unauthorized{"no longer authorised", "authorization", 0};
+const Posted lost{"no longer reachable", "reachability", 0, 1};
+const Posted found{"reachable again", "reachability", 1, 0};
 
 const Operation addFirst{OperationKind::add,
                          {{.name = "a first card", .guestToken = std::nullopt}}};
@@ -258,7 +263,7 @@ std::vector<Scenario> synchronisations() {
                          .operations = operations,
                          .replies = replies,
                          .bothThreads = false,
-                         .notifications = {foreground, {Posted::Name::authorization, 1}},
+                         .notifications = {foreground, authorized},
                          .interferences = 1,
                          .kitGuestHasToken = true});
   };
@@ -284,22 +289,21 @@ std::vector<Scenario> enablings() {
                          {{.name = "no key", .kits = {"no key"}},
                           {.name = "an empty key", .kits = {""}},
                           {.name = "two keys", .kits = {"nothing", "key", "last", "another kit"}}}};
-  const std::vector<Posted> notifications{
-      foreground, lost, found, {Posted::Name::authorization, 0}, {Posted::Name::authorization, 1}};
+  const std::vector<Posted> notifications{foreground, lost, found, unauthorized, authorized};
   auto atOnce = successOrError();
   atOnce[defaultList].resize(1);
   atOnce[removeInstrument].resize(1);
   std::vector<Scenario> scenarios;
-  for (const bool authorized : {true, false}) {
+  for (const bool session : {true, false}) {
     for (const bool token : {true, false}) {
-      scenarios.push_back({.name = std::string("enabling ") + (authorized ? "with" : "without") +
+      scenarios.push_back({.name = std::string("enabling ") + (session ? "with" : "without") +
                                    " a session, " + (token ? "with" : "without") + " a token",
                            .operations = {enable, enable},
                            .replies = atOnce,
                            .notifications = notifications,
                            .interferences = 2,
                            .kitGuestHasToken = token,
-                           .authorized = authorized});
+                           .authorized = session});
     }
   }
   return scenarios;

@@ -83,13 +83,13 @@ struct Operation {
   std::vector<Request> requests;
 };
 
-/// A notification that may come at any time. The host changes what it says of the network first.
+/// A notification that may come at any time, with the number that it carries under each key. The
+/// host changes what it says of the network first.
 struct Posted {
-  enum class Name { foreground, authorization, reachability };
-  Name name;
-  /// Under the notification's key; negative for nothing.
-  int state = -1;
-  int previous = -1;
+  const char* text;
+  std::string name;
+  int state = 0;
+  int previous = 0;
 };
 
 /// A family of histories. The kit is enabled before it begins, unless an operation enables it. A

@@ -202,13 +202,13 @@ bool Simulation::step() {
     if (calls_[call].answered) continue;
     addAnswers(call, false);
     if (scenario_->bothThreads) addAnswers(call, true);
-    moves_.push_back({.kind = Move::Kind::neverAnswer, .call = call});
+    moves_.push_back({.kind = Move::Kind::neverAnswer, .call = call, .error = calls_[call].id});
   }
   if (moves_.empty()) moves_.push_back({Move::Kind::end});
   addInterferences();
 
   numbers_.clear();
-  for (const auto& move : moves_) numbers_.push_back(numberOf(move));
+  for (const auto& move : moves_) numbers_.push_back(move.number());
   const auto chosen = choices_->chooseMove(numbers_);
   if (chosen == Choices::none || moves_[chosen].kind == Move::Kind::end) return false;
   transition_ = {numbers_[chosen], numbers_[chosen]};
@@ -235,61 +235,47 @@ void Simulation::react(std::size_t call) {
     Move move = moves_[choices_->choose(moves_.size())];
     move.onMain = platform_->onMainThread;
     transition_.hadChoices |= moves_.size() > 1;
-    transition_.whole = mixed(transition_.whole, numberOf(move));
+    transition_.whole = mixed(transition_.whole, move.number());
     if (move.kind == Move::Kind::goOn) return;
     perform(move);
   }
 }
 
-std::uint64_t Simulation::numberOf(const Move& move) const {
-  auto number = static_cast<std::uint64_t>(move.kind) * 2 + (move.onMain ? 1U : 0U);
-  switch (move.kind) {
-    case Move::Kind::start:
-      return number * 100 +
-             static_cast<std::uint64_t>(move.request -
-                                        scenario_->operations[move.operation].requests.data());
-    case Move::Kind::answer:
-    case Move::Kind::answerAgain:
-      number = number * 100 +
-               static_cast<std::uint64_t>(move.answer - calls_[move.call].answers->data());
-      [[fallthrough]];
-    case Move::Kind::neverAnswer:
-      return number * 1000 + calls_[move.call].id;
-    case Move::Kind::post:
-      return number * 100 +
-             static_cast<std::uint64_t>(move.notification - scenario_->notifications.data());
-    default:
-      return number;
-  }
-}
-
 void Simulation::addStarts(std::vector<bool> threads) {
   if (nextOperation_ == scenario_->operations.size()) return;
-  for (const auto& request : scenario_->operations[nextOperation_].requests) {
+  const auto& requests = scenario_->operations[nextOperation_].requests;
+  for (std::size_t i = 0; i < requests.size(); ++i) {
     for (const bool onMain : threads) {
       moves_.push_back({.kind = Move::Kind::start,
                         .onMain = onMain,
                         .operation = nextOperation_,
-                        .request = &request});
+                        .request = &requests[i],
+                        .variant = i});
     }
   }
 }
 
+void Simulation::addAnswer(Move::Kind kind, std::size_t call, std::size_t answer, bool onMain) {
+  moves_.push_back({.kind = kind,
+                    .onMain = onMain,
+                    .call = call,
+                    .answer = &(*calls_[call].answers)[answer],
+                    .error = calls_[call].id,
+                    .variant = answer});
+}
+
 void Simulation::addAnswers(std::size_t call, bool onMain) {
-  for (const auto& answer : *calls_[call].answers) {
-    moves_.push_back(
-        {.kind = Move::Kind::answer, .onMain = onMain, .call = call, .answer = &answer});
+  for (std::size_t i = 0; i < calls_[call].answers->size(); ++i) {
+    addAnswer(Move::Kind::answer, call, i, onMain);
   }
 }
 
 void Simulation::addInterferences() {
   if (interferencesLeft_ == 0) return;
   for (std::size_t call = 0; call < calls_.size(); ++call) {
-    const auto& answers = *calls_[call].answers;
     if (!calls_[call].answered || !calls_[call].answer) continue;
-    for (const auto* answer : {&answers.front(), &answers.back()}) {
-      moves_.push_back(
-          {.kind = Move::Kind::answerAgain, .onMain = false, .call = call, .answer = answer});
+    for (const auto answer : {std::size_t(0), calls_[call].answers->size() - 1}) {
+      addAnswer(Move::Kind::answerAgain, call, answer, false);
     }
   }
   if (!kitReleased_) {
@@ -297,14 +283,14 @@ void Simulation::addInterferences() {
     if (!synchronizerReleased_) moves_.push_back({Move::Kind::releaseSynchronizer});
     moves_.push_back({Move::Kind::releaseKit});
   }
-  for (const auto& notification : scenario_->notifications) {
-    moves_.push_back({.kind = Move::Kind::post, .notification = &notification});
+  const auto& notifications = scenario_->notifications;
+  for (std::size_t i = 0; i < notifications.size(); ++i) {
+    moves_.push_back({.kind = Move::Kind::post, .notification = &notifications[i], .variant = i});
   }
 }
 
 void Simulation::perform(Move move) {
   writeDown();
-  if (move.isOnCall()) move.error = calls_[move.call].id;
   history_.push_back({true, move, depth_, {}});
   const auto events = history_.size();
   const auto outer = std::exchange(transition_.touched, {});
@@ -507,20 +493,11 @@ void Simulation::enable(const Request& request) {
   HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(entries));
 }
 
-void Simulation::post(const Posted& notification) {
-  const auto center = platform_->notificationCenter();
-  Dictionary userInfo;
-  switch (notification.name) {
-    case Posted::Name::foreground:
-      return center->post({UIApplicationWillEnterForegroundNotification, {}});
-    case Posted::Name::authorization:
-      if (notification.state >= 0) userInfo["isAuthorized"] = notification.state;
-      return center->post({"authorization", userInfo});
-    case Posted::Name::reachability:
-      host_->network->state = notification.state;
-      return center->post(
-          {"reachability", {{"state", notification.state}, {"previous", notification.previous}}});
-  }
+void Simulation::post(const Posted& posted) {
+  if (posted.name == "reachability") host_->network->state = posted.state;
+  platform_->notificationCenter()->post(
+      {posted.name,
+       {{"isAuthorized", posted.state}, {"state", posted.state}, {"previous", posted.previous}}});
 }
 
 // What the kit does to the simulation

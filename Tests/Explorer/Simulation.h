@@ -63,10 +63,10 @@ class Simulation {
   /// Lets the simulation act inside a call to a service, or inside a completion.
   void react(std::size_t call);
   void addStarts(std::vector<bool> threads);
+  void addAnswer(Move::Kind kind, std::size_t call, std::size_t answer, bool onMain);
   void addAnswers(std::size_t call, bool onMain);
   void addInterferences();
 
-  std::uint64_t numberOf(const Move& move) const;
   void perform(Move move);
   /// Makes the move that nothing surrounds.
   void performAlone(const Move& move);
@@ -75,7 +75,7 @@ class Simulation {
   void execute(const Move& move, std::size_t owner);
   void start(const Move& move);
   void enable(const Request& request);
-  void post(const Posted& notification);
+  void post(const Posted& posted);
 
   void watchKit();
   void writeDown();

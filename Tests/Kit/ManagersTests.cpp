@@ -32,7 +32,7 @@ TEST_F(ManagersTest, ACompletionOnTheMainThreadComesAfterTheLogAndBeforeTheFlagI
   for (int list = 0; list < 3; ++list) {
     provider.lists.answer(List<PLVCreditCardPaymentInstrument>{instrument}, nullptr);
   }
-  platform->runMain();
+  platform->runEverything();
   EXPECT_TRUE(isBetween);
   EXPECT_FALSE(synchronizer->isSynchronizing());
 }

@@ -115,17 +115,11 @@ TEST_F(EnablingTest, TheSharedInstanceAndAllThatItHoldsKeepTheirIdentity) {
   EXPECT_EQ([kit paymentInstrumentManager], [HLVSDKPaymentManager sharedManager]);
 }
 
-TEST_F(EnablingTest, TheLastEntryOfTheReceiversClassCountsAndItsFirstFaultIsAsserted) {
-  const std::string must = "assert \"Configuration for PaylevenKit must ";
-  const std::pair<NSArray*, std::string> rows[] = {
-      {nil, "assert \"Configuration must have HLVSDKPaylevenKit in kits array\""},
-      {@[ kitEntry([HLVSDKPayleven class], @"a text") ],
-       must + "be kind of HLVSDKPaylevenKitConfiguration class\""},
-      {@[ kitEntry([HLVSDKPayleven class], recordWithKey(nil)) ], must + "have payment key\""}};
-  for (const auto& [entries, fault] : rows) {
-    [HLVSDKPayleven enableWithConfiguration:configurationWithEntries(entries)];
-    EXPECT_EQ(host->takeTrace(), fault);
-  }
+TEST_F(EnablingTest, TheLastEntryOfTheReceiversClassCountsIfItsConfigurationIsOfTheKits) {
+  [HLVSDKPayleven enableWithConfiguration:configurationWithEntries(
+                                              @[ kitEntry([HLVSDKPayleven class], @"a text") ])];
+  EXPECT_EQ(host->takeTrace(), "assert \"Configuration for PaylevenKit must be kind of "
+                               "HLVSDKPaylevenKitConfiguration class\"");
   [TestSubkit enableWithConfiguration:configurationWithEntries(@[
                 kitEntry([TestSubkit class], recordWithKey(@"first")),
                 kitEntry([TestSubkit class], recordWithKey(@"")),
@@ -214,16 +208,6 @@ TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsRe
     [synchronizer release];
   }
   EXPECT_TRUE([synchronizer isSynchronizing]) << "its run keeps it";
-  const std::string said = host->takeTrace();
-  EXPECT_NE(
-      said.find("remote 4 \"%@\" <Will start synchrozation between external payment system and "
-                "halvo> at -[HLVSDKPaylevenPaymentInstrumentsSynchronizer "
-                "synchronizePaymentInstrumentsForGuest:completion:]"),
-      std::string::npos);
-  EXPECT_TRUE(said.ends_with("provider list tok use case private\n"
-                             "provider list tok use case business\n"
-                             "provider list tok use case default\n"
-                             "backend fetch cards of guest@example.com"));
   backend.cardFetches.answer(Cards{}, nullptr);
   answerLists();
   runMainLoopUntil([&] { return received.count == 1; });

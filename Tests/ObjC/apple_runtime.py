@@ -1,6 +1,6 @@
 """Compiles the binding for Apple's runtime, without linking, against hosts that declare their classes
-in three styles, and the public headers for a phone; compares what the compiler writes down of
-properties with the table.
+in three styles, and the public headers for a phone; compares the classes, as the compiler writes them
+down for the runtime, with the table. A selector that is missing or misspelt fails here.
 
 Usage: apple_runtime.py TABLE SOURCE_DIRECTORY COMPILER FLAGS...
 """
@@ -50,33 +50,53 @@ def write_host(folder, headers, style):
 
 
 def expected(table):
-    """The rows `property name attributes` of each class, and the classes without any."""
-    classes = {}
+    """The rows of the table, each with its class or protocol; and the accessors of the properties."""
+    owner, rows = "", set()
     for line in table.read_text().splitlines():
-        words = line.split()
-        if line.startswith("class "):
-            rows = classes.setdefault(words[1], {})
-        elif line.startswith("property "):
-            rows[words[1]] = words[2]
-    return classes
+        kind, name, value, *_ = [*line.split(), "", "", ""]
+        if kind in ("", "#"):
+            continue
+        if kind in ("class", "protocol"):
+            owner = f"{kind} {name}"
+        rows.add((owner, line))
+        if kind == "property":
+            marks = {mark[0]: mark[1:] for mark in value.split(",")}
+            rows.add((owner, f"- {marks.get('G', name)} {value[1]}@:"))
+            if "R" not in marks:
+                setter = marks.get("S", f"set{name[0].upper()}{name[1:]}:")
+                rows.add((owner, f"- {setter} v@:{value[1]}"))
+    return rows
 
 
 def written(code):
     """The same out of what the compiler wrote."""
-    texts = dict(re.findall(r'^@(OBJC_PROP_NAME_ATTR_[.\d]*) = .* c"(.*)\\00"', code, re.M))
-    # BOOL is an unsigned character in the headers here.
-    texts = {name: re.sub("^TC,", "TB,", text.replace("\\22", '"'))
-             for name, text in texts.items()}
-    lists = re.findall(r'^@"_OBJC_\$_PROP_LIST_(\w+)" = (.*)$', code, re.M)
-    found = {}
-    for name, entries in lists:
-        refs = re.findall(r"@(OBJC_PROP_NAME_ATTR_[.\d]*)", entries)
-        pairs = zip(refs[::2], refs[1::2])
-        # What the base object protocol declares is the platform's.
-        platforms = {"hash", "superclass", "description", "debugDescription"}
-        found[name] = {texts[key]: texts[value] for key, value in pairs
-                       if texts[key] not in platforms}
-    return found
+    texts = dict(re.findall(r'^@(OBJC_\w+[.\d]*) = .* c"(.*)\\00"', code, re.M))
+    rows = set()
+    kinds = {"PROP_LIST": ("class", "property"), "CLASS_METHODS": ("class", "+"),
+             "INSTANCE_METHODS": ("class", "-"), "PROTOCOL_CLASS_METHODS": ("protocol", "+"),
+             "PROTOCOL_INSTANCE_METHODS": ("protocol", "-")}
+    for listed, name, entries in re.findall(
+            rf'^@"_OBJC_\$_({"|".join(kinds)})_(\w+?)(?:\.\d+)?" = (.*)$', code, re.M):
+        owner, kind = kinds[listed]
+        refs = re.findall(r"@(OBJC_(?:PROP_NAME_ATTR|METH_VAR_(?:NAME|TYPE))_[.\d]*)", entries)
+        for text, value in zip(refs[::2], refs[1::2]):
+            value = texts[value].replace("\\22", '"')
+            if kind != "property":
+                value = re.sub(r"=.*\}|\d", lambda match: match[0][-1].strip("0123456789"), value)
+            # BOOL is an unsigned character in the headers here.
+            value = re.sub("^TC,", "TB,", value) if kind == "property" else value.replace("C", "B")
+            rows.add((f"{owner} {name}", f"{kind} {texts[text]} {value}"))
+    for name, base in re.findall(r'^@"OBJC_CLASS_\$_(\w+)" = dso_local .*? @"OBJC_CLASS_\$_(\w+)"',
+                                 code, re.M):
+        rows.add((f"class {name}", f"class {name} {base}"))
+    for name, protocols in re.findall(r'^@"_OBJC_CLASS_PROTOCOLS_\$_(\w+)" = (.*)$', code, re.M):
+        rows |= {(f"class {name}", f"adopts {protocol}")
+                 for protocol in re.findall(r'@"_OBJC_PROTOCOL_\$_(\w+)"', protocols)}
+    rows |= {(f"protocol {name}", f"protocol {name}")
+             for name in re.findall(r'^@"_OBJC_PROTOCOL_\$_(\w+)"', code, re.M)}
+    rows |= {(f"class {name}", f"variable {variable}")
+             for name, variable in re.findall(r'^@"OBJC_IVAR_\$_(\w+)\.(\w+)"', code, re.M)}
+    return rows
 
 
 def swift_faults(dump):
@@ -136,12 +156,15 @@ def main():
     failures = [f"{name}:\n{result.stderr}" for name, result in results.items()
                 if result.returncode]
     failures += swift_faults(results["headers"].stdout)
-    found = written(results["classes"].stdout)
-    for name, rows in expected(Path(table)).items():
-        if found.get(name, {}) != rows:
-            failures.append(f"{name} has the properties {found.get(name, {})}, not {rows}")
+    rows, found = expected(Path(table)), written(results["classes"].stdout)
+    failures += [f"{owner} misses: {row}" for owner, row in sorted(rows - found)]
+    owners = {owner for owner, _ in rows if owner.startswith("class")}
+    # What the base object protocol declares is the platform's.
+    failures += [f"{owner} has: {row}" for owner, row in sorted(found - rows)
+                 if owner in owners and row.startswith("property ") and
+                 row.split()[1] not in ("hash", "superclass", "description", "debugDescription")]
     print("\n".join(failures) or f"{len(sources)} sources compile against three styles of host, and "
-          "the framework's headers for a phone; all properties as in the table")
+          f"the framework's headers for a phone; all {len(rows)} rows as in the table")
     sys.exit(bool(failures or not sources))
 
 

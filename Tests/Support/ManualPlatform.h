@@ -61,18 +61,13 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
   }
   std::shared_ptr<NotificationCenter> notificationCenter() override { return center_; }
 
-  /// Runs what waits on the main queue, on the main thread, and returns how much that was.
-  std::size_t runMain() { return runAll(*main, true); }
-  /// Runs what waits on every serial queue, off the main thread.
-  std::size_t runSerial() {
-    std::size_t ran = 0;
-    for (std::size_t i = 0; i < serialQueues.size(); ++i) {
-      if (const auto queue = serialQueues[i].lock()) ran += runAll(*queue, false);
-    }
-    return ran;
-  }
+  /// Runs what waits on the main queue, on the main thread, and on the serial queues, off it.
   void runEverything() {
-    while (runMain() + runSerial() > 0) {
+    for (bool ran = true; ran;) {
+      ran = runAll(*main, true);
+      for (std::size_t i = 0; i < serialQueues.size(); ++i) {
+        if (const auto queue = serialQueues[i].lock()) ran |= runAll(*queue, false);
+      }
     }
   }
 
@@ -80,10 +75,11 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
   std::vector<std::weak_ptr<ManualQueue>> serialQueues;
 
  private:
-  std::size_t runAll(ManualQueue& queue, bool asMain) {
+  /// Whether there was anything to run.
+  bool runAll(ManualQueue& queue, bool asMain) {
     const bool before = std::exchange(onMainThread, asMain);
-    std::size_t ran = 0;
-    while (queue.runOne()) ++ran;
+    bool ran = false;
+    while (queue.runOne()) ran = true;
     onMainThread = before;
     return ran;
   }
