@@ -264,30 +264,38 @@ TEST_F(ValueTest, TheLastEntryOfTheReceiversClassCounts) {
     return HLVSDKPaylevenKitConfiguration::configurationWithBlock(
         [&](const auto& configuration) { configuration->setPaymentKey(key); });
   };
-  const HLVSDKKitClass other(this), kit = HLVSDKPayleven::kitClass();
-  EXPECT_NE(kit, HLVSDKKitClass());
-  const auto first = HLVSDKKitEntry::make(kit, withKey("first"));
-  const auto others = HLVSDKKitEntry::make(other, withKey("other"));
-  const auto enabled = [&](const List<HLVSDKKitEntry>& entries, HLVSDKKitClass receiver) {
-    HLVSDKPayleven::enableWithConfiguration(HLVSDKConfiguration::make(entries), receiver);
-    HLVSDKPayleven::resetSharedInstance();
-    return host->takeTrace();
-  };
+  const HLVSDKKitClass other(this);
   const std::string must = "assert \"Configuration for PaylevenKit must ";
   const std::string wrongKind = must + "be kind of HLVSDKPaylevenKitConfiguration class\"";
-  const std::string registers = "host current guest\nprovider register ";
-  const std::pair<std::shared_ptr<Object>, std::string> rows[] = {
-      {nullptr, wrongKind},
-      {guest, wrongKind},
-      {withKey(std::nullopt), must + "have payment key\""},
-      {withKey(""), registers + "''"},
-      {withKey("last"), registers + "'last'"}};
-  for (const auto& [configuration, trace] : rows) {
-    EXPECT_EQ(enabled({first, HLVSDKKitEntry::make(kit, configuration), others}, kit), trace);
+  const std::string enabled = "host current guest\nprovider register ";
+  const auto kit = HLVSDKPayleven::kitClass();
+  EXPECT_NE(kit, HLVSDKKitClass());
+  const std::tuple<HLVSDKKitClass, std::shared_ptr<Object>, std::string> rows[] = {
+      {other, withKey("other"), ""},
+      {kit, nullptr, wrongKind},
+      {kit, guest, wrongKind},
+      {kit, withKey(std::nullopt), must + "have payment key\""},
+      {kit, withKey(""), enabled + "''"},
+      {kit, withKey("a"), enabled + "'a'"},
+      {kit, withKey("b"), enabled + "'b'"}};
+  for (std::size_t number = 0; number < 7 * 7 * 7; ++number) {
+    List<HLVSDKKitEntry> entries;
+    std::string expected = "assert \"Configuration must have HLVSDKPaylevenKit in kits array\"";
+    for (const auto digit : {number % 7, number / 7 % 7, number / 49}) {
+      const auto& [whose, configuration, trace] = rows[digit];
+      entries.push_back(HLVSDKKitEntry::make(whose, configuration));
+      if (whose == kit) expected = trace;
+    }
+    const auto configuration = HLVSDKConfiguration::make(entries);
+    HLVSDKPayleven::enableWithConfiguration(configuration);
+    EXPECT_EQ(host->takeTrace(), expected) << number;
+    HLVSDKPayleven::resetSharedInstance();
+    HLVSDKPayleven::enableWithConfiguration(configuration, other);
+    EXPECT_EQ(HLVSDKPayleven::sharedInstance() != nullptr,
+              number % 7 == 0 || number / 7 % 7 == 0 || number / 49 == 0);
+    HLVSDKPayleven::resetSharedInstance();
+    host->takeTrace();
   }
-  EXPECT_EQ(enabled({others, first}, other), registers + "'other'");
-  EXPECT_EQ(enabled({others}, kit),
-            "assert \"Configuration must have HLVSDKPaylevenKit in kits array\"");
 }
 
 TEST_F(ValueTest, AStateIsReachableByItsLowestEightBits) {
@@ -303,6 +311,15 @@ TEST_F(ValueTest, AStateIsReachableByItsLowestEightBits) {
   }
   manager.reset();
   platform->notificationCenter()->post({"reachability", {{"state", 1}}});  // Reaches nobody.
+}
+
+TEST_F(ValueTest, AGuestWithAnyTokenHasAFirstCard) {
+  const auto manager = makeManager();
+  forEvery({{&guest->token, {std::nullopt, "", "t"}}}, [&] {
+    manager->addPaymentInstrument(card, address, guest, guestCard());
+    EXPECT_EQ(host->takeTrace().find("provider create") == std::string::npos,
+              length(guest->token) > 0);
+  });
 }
 
 TEST_F(ValueTest, ANotificationSynchronisesAnAuthorisedGuestWithATokenOnAChangeIntoReachable) {
