@@ -1,5 +1,5 @@
-// What the explorer does not vary: queues that an owner sets, what an override decides, and what
-// changes or goes while it is used.
+// What the explorer does not vary, or comes to late: queues that an owner sets, what an override
+// decides, what is asserted, and what changes or goes while it is used.
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 #include "Tests/Support/KitTest.h"
 
@@ -53,6 +53,16 @@ TEST_F(ManagersTest, ACardThatIsTiedDuringAnEarlierRemovalKeepsItsInstrument) {
   const auto trace = host->takeTrace();
   EXPECT_NE(trace.find("provider remove plv-1"), std::string::npos);
   EXPECT_EQ(trace.find("provider remove plv-2"), std::string::npos);
+}
+
+TEST_F(ManagersTest, ASynchronisationWithoutAGuestOrATokenIsAsserted) {
+  const std::string cannot = "Can not synchronize payment instruments for guest ";
+  synchronizer->synchronizePaymentInstrumentsForGuest(nullptr);
+  EXPECT_EQ(host->takeTrace(), "assert parameter guest: " + cannot + "if guest is nil");
+  guest->token.reset();
+  synchronizer->synchronizePaymentInstrumentsForGuest(guest);
+  EXPECT_EQ(host->takeTrace(),
+            "assert parameter guest.paylevenToken: " + cannot + "without payleven token");
 }
 
 TEST_F(ManagersTest, AnOverrideDecidesWhatIsFetchedAndWhatStays) {
