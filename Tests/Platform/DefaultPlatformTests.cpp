@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <future>
 #include <iterator>
+#include <semaphore>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -166,20 +167,29 @@ TEST_F(DefaultPlatformTest, BlocksThatNeverRanAreFreedWithThePlatform) {
 }
 
 TEST(DefaultPlatformExitTest, TheTwoSharedThreadsEndBeforeWhatIsOlderThanThePlatform) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");  // In a process that never had other threads.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // In a process that has no platform yet.
   const auto exitWithTheNumberOfEndedThreads = [] {
     static std::atomic<int> ended{0};
     struct Ending {
       ~Ending() { ++ended; }
     };
     std::atexit([] { std::_Exit(ended); });
-    const auto before = threadsOfThisProcess();
     const auto platform = DefaultPlatform::shared();
-    platform->makeSerialQueue("label")->async([] { static thread_local Ending ending; });
+    std::counting_semaphore<> entered(0), left(0);
+    for (int queue = 0; queue < 3; ++queue) {
+      platform->makeSerialQueue("label")->async([&] {
+        static thread_local Ending ending;
+        entered.release();
+        left.acquire();
+      });
+    }
+    for (int thread = 0; thread < 2; ++thread) entered.acquire();
+    for (int i = 0; i < 1000; ++i) std::this_thread::yield();  // A third would enter meanwhile.
+    left.release(3);
     platform->runUntil([&] { return platform->isIdle(); });
-    if (threadsOfThisProcess() == before + 2) std::exit(2);
+    std::exit(EXIT_SUCCESS);
   };
-  EXPECT_EXIT(exitWithTheNumberOfEndedThreads(), ::testing::ExitedWithCode(1), "");
+  EXPECT_EXIT(exitWithTheNumberOfEndedThreads(), ::testing::ExitedWithCode(2), "");
 }
 
 }  // namespace
