@@ -45,7 +45,7 @@ onConsole('a first card is drawn in order, and leaves nothing on the page but it
   assert.ok(!words.includes(code), 'the code is still there');
 });
 
-onConsole('a wait is drawn to scale, and parallel calls beside each other', async (guest) => {
+onConsole('a wait is drawn to scale, parallel calls beside each other, and what is asked for meanwhile in one operation', async (guest) => {
   await guest.settleIn();
   for (const call of ['fetchGuestCreditCards', 'getPaymentInstrumentsList']) await guest.arm(call, 'delay', { delay: 300, times: '' });
   await guest.comeToForeground();
@@ -59,10 +59,8 @@ onConsole('a wait is drawn to scale, and parallel calls beside each other', asyn
   const scaled = await boxes();
   assert.ok(Math.max(...scaled.map(({ height }) => height)) > closely + 400, 'the wait is not drawn to scale');
   assert.equal(new Set(scaled.map(({ x }) => x)).size, 4, 'parallel calls lie on each other');
-});
 
-onConsole('what is asked for meanwhile joins the operation', async (guest) => {
-  await guest.settleIn();
+  await guest.goTo('App');
   await guest.arm('addPaymentInstrument', 'delay', { delay: 500 });
   await guest.add({ card: 'amex' });
   await guest.comeToForeground();
