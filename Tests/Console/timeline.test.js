@@ -13,8 +13,21 @@ const callsOfAFirstAdd = [
   'kit → main queue: posts',
 ];
 
-onConsole('a first card is drawn in order, with what each reply took', async (guest) => {
-  await guest.settleIn();
+onConsole('a first card is drawn in order, and leaves nothing on the page but its last four digits', async (guest) => {
+  const number = '4242'.repeat(4);
+  const code = '97' + '3';
+  const typed = {
+    'Card number': number.replace(/(.{4})/g, '$1 '), Month: '11', Year: '2039', 'Security code': code, 'Name on the card': 'A. Guest',
+  };
+  await guest.signIn();
+  await guest.choose('Card', 'type one…');
+  for (const [label, text] of Object.entries(typed)) await guest.app.getByLabel(label, { exact: true }).fill(text);
+  await guest.button('Add card').click();
+  await guest.sees('Added visa •••• 4242.');
+  await sees(guest.cards.filter({ hasText: '11/2039' }));
+  for (const label of ['Card number', 'Security code']) {
+    assert.ok(await guest.app.getByLabel(label).inputValue() === '', `${label} is still there`);
+  }
   await sees(guest.happened.getByText("stored the guest's first card, and the backend registered both"));
   await sees(guest.verdict.filter({ hasText: 'Both sides agree.' }));
   await guest.goTo('Timeline');
@@ -25,9 +38,14 @@ onConsole('a first card is drawn in order, with what each reply took', async (gu
   assert.deepEqual(texts.filter((text) => !/: .*: /.test(text)), callsOfAFirstAdd);
   assert.match(texts.at(-1), /^main queue → app: addPaymentInstrument: guest, card crd_/);
   assert.equal(texts.filter((text) => /^(provider|backend) → kit: .*, after (<1|\d+) ms$/.test(text)).length, 4);
+  const exports = [await guest.exported('Export text'), await guest.exported('Export SVG')];
+  const digits = [await guest.everything(), ...exports].map((text) => text.replace(/\D/g, ''));
+  assert.ok(!digits.some((text) => text.includes(number)), 'the number is still there');
+  const words = [await guest.page.innerText('body'), exports[0]].join('\n').split(/\W+/);
+  assert.ok(!words.includes(code), 'the code is still there');
 });
 
-onConsole('a wait is drawn to scale, and parallel calls beside each other', async (guest) => {
+onConsole('a wait is drawn to scale, parallel calls beside each other, and what is asked for meanwhile in one operation', async (guest) => {
   await guest.settleIn();
   for (const call of ['fetchGuestCreditCards', 'getPaymentInstrumentsList']) await guest.arm(call, 'delay', { delay: 300, times: '' });
   await guest.comeToForeground();
@@ -41,10 +59,8 @@ onConsole('a wait is drawn to scale, and parallel calls beside each other', asyn
   const scaled = await boxes();
   assert.ok(Math.max(...scaled.map(({ height }) => height)) > closely + 400, 'the wait is not drawn to scale');
   assert.equal(new Set(scaled.map(({ x }) => x)).size, 4, 'parallel calls lie on each other');
-});
 
-onConsole('what is asked for meanwhile joins the operation', async (guest) => {
-  await guest.settleIn();
+  await guest.goTo('App');
   await guest.arm('addPaymentInstrument', 'delay', { delay: 500 });
   await guest.add({ card: 'amex' });
   await guest.comeToForeground();
