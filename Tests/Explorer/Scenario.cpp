@@ -322,11 +322,11 @@ Fixtures::Fixtures() {
   deletedFrom->emailText = "deleted-from";
   addedTo->token = "tok of added-to";
   deletedFrom->token = "tok of deleted-from";
-  stored->useCaseName = "stored";
+  storedCard->useCaseName = "stored";
   tokenless->emailText = "tokenless";
   namesake->digits = "2222";
   registered->id = "registered";
-  guest->cards = List<HLVSDKCreditCard>{stored, namesake};
+  guest->cards = List<HLVSDKCreditCard>{storedCard, namesake};
 }
 
 const std::vector<Scenario>& allScenarios() {
