@@ -41,6 +41,7 @@ const auto another = instrument("plv-4", "2222");
 PossibleReplies everyAnswer() {
   const auto& cast = Fixtures::shared();
   const Answers doneOrNot{{.name = "done"}, {.name = "an error", .fails = true}};
+  const Answers emptyList{{.name = "an empty list", .instruments = Instruments{}}};
   return {{createToken,
            {{.name = "a token", .token = "created"},
             {.name = "an empty token", .token = ""},
@@ -66,6 +67,8 @@ PossibleReplies everyAnswer() {
           {updateCard,
            {{.name = "the card", .guest = cast.addedTo, .card = cast.registered},
             {.name = "an error", .fails = true}}},
+          {privateList, emptyList},
+          {businessList, emptyList},
           {defaultList,
            {{.name = "two matches", .instruments = Instruments{matching, nameless, another}},
             {.name = "one usable match", .instruments = Instruments{matching, unusable}},
@@ -76,18 +79,14 @@ PossibleReplies everyAnswer() {
             {.name = "an error", .fails = true}}}};
 }
 
+void keepEnds(Answers& answers) { answers.erase(answers.begin() + 1, answers.end() - 1); }
+
 /// Success, or an error.
 PossibleReplies successOrError() {
   auto replies = everyAnswer();
-  replies[createToken] = {{.name = "a token", .token = "created"},
+  for (const auto service : {createToken, addCard, deleteCard}) keepEnds(replies[service]);
+  replies[defaultList] = {{.name = "a match", .instruments = Instruments{matching}},
                           {.name = "an error", .fails = true}};
-  replies[addCard].erase(replies[addCard].begin() + 1, replies[addCard].begin() + 3);
-  replies[deleteCard].erase(replies[deleteCard].begin() + 1, replies[deleteCard].begin() + 3);
-  const Answers lists{{.name = "a match", .instruments = Instruments{matching}},
-                      {.name = "an error", .fails = true}};
-  replies[defaultList] = lists;
-  replies[privateList] =
-      replies[businessList] = {{.name = "an empty list", .instruments = Instruments{}}};
   replies[fetchCards] = {{.name = "no cards", .cards = Cards{}}};
   return replies;
 }
@@ -210,8 +209,6 @@ std::vector<Scenario> severalOperations() {
                          .isLong = isLong});
   };
   auto everything = everyAnswer();
-  everything[privateList] =
-      everything[businessList] = {{.name = "an empty list", .instruments = Instruments{}}};
   everything[fetchCards] = {{.name = "no cards", .cards = Cards{}},
                             {.name = "an error", .fails = true}};
   auto few = successOrError();
@@ -256,9 +253,7 @@ std::vector<Scenario> synchronisations() {
     auto replies = instruments(2);
     replies[privateList].resize(1);
     replies[businessList].resize(1);
-    for (auto* answers : {&replies[defaultList], &replies[fetchCards]}) {
-      answers->erase(answers->begin() + 1, answers->end() - 1);
-    }
+    for (const auto service : {defaultList, fetchCards}) keepEnds(replies[service]);
     scenarios.push_back({.name = name,
                          .operations = operations,
                          .replies = replies,
@@ -322,11 +317,11 @@ Fixtures::Fixtures() {
   deletedFrom->emailText = "deleted-from";
   addedTo->token = "tok of added-to";
   deletedFrom->token = "tok of deleted-from";
-  stored->useCaseName = "stored";
+  storedCard->useCaseName = "stored";
   tokenless->emailText = "tokenless";
   namesake->digits = "2222";
   registered->id = "registered";
-  guest->cards = List<HLVSDKCreditCard>{stored, namesake};
+  guest->cards = List<HLVSDKCreditCard>{storedCard, namesake};
 }
 
 const std::vector<Scenario>& allScenarios() {

@@ -14,18 +14,15 @@
 namespace hlv::testing {
 
 /// The people and things of every history. No two of them share a value that shows.
-struct Fixtures {
+struct Fixtures : FakeObjects {
   static Fixtures& shared();
   Fixtures();
 
-  const std::shared_ptr<FakeGuest> guest = std::make_shared<FakeGuest>();
   /// The guest as the backend returns it after an add, and after a deletion.
   const std::shared_ptr<FakeGuest> addedTo = std::make_shared<FakeGuest>();
   const std::shared_ptr<FakeGuest> deletedFrom = std::make_shared<FakeGuest>();
   const std::shared_ptr<FakeGuest> tokenless = std::make_shared<FakeGuest>();
-  const std::shared_ptr<FakeAddress> address = std::make_shared<FakeAddress>();
-  /// The cards of the guest: two with one identifier, of which the first counts.
-  const std::shared_ptr<FakeStoredCard> stored = std::make_shared<FakeStoredCard>();
+  /// A card of the guest with the identifier of the stored one, which counts.
   const std::shared_ptr<FakeStoredCard> namesake = std::make_shared<FakeStoredCard>();
   const std::shared_ptr<FakeStoredCard> registered = std::make_shared<FakeStoredCard>();
 };

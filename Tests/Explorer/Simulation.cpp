@@ -343,22 +343,11 @@ bool Simulation::looksForManager(const Move& move) const {
 }
 
 std::size_t Simulation::ownerOf(const Move& move) {
-  switch (move.kind) {
-    case Move::Kind::start:
-      return move.operation;
-    case Move::Kind::answer:
-    case Move::Kind::answerAgain:
-    case Move::Kind::neverAnswer:
-      return calls_[move.call].owner;
-    case Move::Kind::runMainQueue:
-      return platform_->main->nextOwner();
-    case Move::Kind::runSerialQueue:
-      return firstSerialQueue()->nextOwner();
-    case Move::Kind::post:
-      return scenario_->operations.size() + posts_++;
-    default:
-      return Event::nobody;
-  }
+  if (move.isOnCall()) return calls_[move.call].owner;
+  if (move.kind == Move::Kind::start) return move.operation;
+  if (move.kind == Move::Kind::runMainQueue) return platform_->main->nextOwner();
+  if (move.kind == Move::Kind::runSerialQueue) return firstSerialQueue()->nextOwner();
+  return move.notification ? scenario_->operations.size() + posts_++ : Event::nobody;
 }
 
 /// Makes the move, and notes what it touches whatever comes of it.

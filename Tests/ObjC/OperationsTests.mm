@@ -124,9 +124,6 @@ TEST_F(OperationsTest, AFirstCardCrossesBothServicesAndComesBackAsTheSameObjects
   EXPECT_EQ(host->requestedCard, fake.card.get());
   EXPECT_EQ(host->requestedAddress, fake.address.get());
   EXPECT_EQ(host->requestProvider, 0);
-  hlv::Dictionary sent = *host->requestBody;
-  sent["credit_card"] = hlv::Dictionary{{"brand", "visa"}, {"last", "1111"}, {"plv_token", "tok"}};
-  EXPECT_EQ(backend.lastAddRequest->JSONRepresentation(), sent);
   onAnotherThread([&] {
     backend.guestUpdates.answer(nullptr, nullptr);
     backend.cardAdds.answer(nullptr, fake.storedCard, nullptr);

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -23,11 +24,8 @@ namespace hlv::testing {
 class HiddenDigits {
  public:
   HiddenDigits(std::uint32_t seed, std::size_t length) : values_{4} {
-    auto state = seed * 2654435761U;
-    while (values_.size() < length) {
-      state = state * 1664525U + 1013904223U;
-      values_.push_back(static_cast<unsigned char>((state >> 16U) % 10U));
-    }
+    std::minstd_rand random(seed);
+    while (values_.size() < length) values_.push_back(static_cast<unsigned char>(random() % 10U));
   }
 
   /// The last so many.
