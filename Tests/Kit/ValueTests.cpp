@@ -354,6 +354,7 @@ TEST_F(ValueTest, ANotificationSynchronisesAnAuthorisedGuestWithATokenOnAChangeI
     }
   });
   EXPECT_FALSE(starts("authorization", {}));
+  EXPECT_FALSE(Value(std::shared_ptr<const Object>(guest)).isNull());
   EXPECT_EQ(Value(0U), Value(0)) << "an unsigned number that a signed one can hold";
   for (const double tooLarge : {1e300, 9.2e18}) EXPECT_EQ(Value(tooLarge).integerValue(), 0);
 }

@@ -35,7 +35,16 @@ class HiddenDigits {
                    digits.rbegin(), [](int value) { return static_cast<char>('0' + value); });
     return digits;
   }
-  std::string all() const { return last(values_.size()); }
+  /// All of them; on the heap with the same behind its end, as a text that was shortened.
+  std::string all() const {
+    const auto count = values_.size();
+    std::string digits(count > 15 ? 2 * count : count, '0');
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+      digits[i] = static_cast<char>('0' + values_[i % count]);
+    }
+    digits.resize(count);
+    return digits;
+  }
   /// Whether the last ten of them stand in a private page that the process may write and has
   /// written: heap, stacks and data. An allocator writes over the beginning of what is freed.
   ///
