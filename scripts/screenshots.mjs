@@ -1,7 +1,6 @@
 // Takes the pictures of the manual. Usage: in-node.sh FOLDER scripts/screenshots.mjs PICTURES
 import { join } from 'node:path';
-import { browser } from '../Tests/Console/browser.js';
-import { Person, sees } from '../Tests/Console/person.js';
+import { browser, Person, sees } from '../Tests/Console/person.js';
 import { Server } from '../Tests/Server/server.js';
 
 const desktop = { width: 1280, height: 800 };

@@ -1,6 +1,13 @@
-// What somebody who sits before the console sees and does. Everything is found by its role and name.
+// The browser, and what somebody who sits before the console sees and does, by roles and names.
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
+import { require } from '../Server/server.js';
+
+export const browser = await require('playwright-core').chromium.launch({
+  executablePath: '/usr/bin/chromium',
+  handleSIGTERM: false,
+  args: ['--no-sandbox', '--disable-dev-shm-usage'],
+});
 
 export class Person {
   constructor(page) {

@@ -2,8 +2,7 @@
 import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
 import { withServer } from '../Server/server.js';
-import { browser } from './browser.js';
-import { Person } from './person.js';
+import { browser, Person } from './person.js';
 
 after(() => browser.close());
 

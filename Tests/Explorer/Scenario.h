@@ -63,7 +63,7 @@ enum class OperationKind { enable, add, remove, update, confirm, fetchAll, synch
 struct Request {
   const char* name = "plain";
   bool completion = true;
-  NullableString guestToken = "tok";
+  NullableString guestToken = "t";
   bool guest = true;
   bool card = true;
   bool valid = true;

@@ -313,15 +313,6 @@ TEST_F(ValueTest, AStateIsReachableByItsLowestEightBits) {
   platform->notificationCenter()->post({"reachability", {{"state", 1}}});  // Reaches nobody.
 }
 
-TEST_F(ValueTest, AGuestWithAnyTokenHasAFirstCard) {
-  const auto manager = makeManager();
-  forEvery({{&guest->token, {std::nullopt, "", "t"}}}, [&] {
-    manager->addPaymentInstrument(card, address, guest, guestCard());
-    EXPECT_EQ(host->takeTrace().find("provider create") == std::string::npos,
-              length(guest->token) > 0);
-  });
-}
-
 TEST_F(ValueTest, ANotificationSynchronisesAnAuthorisedGuestWithATokenOnAChangeIntoReachable) {
   const struct {
     Value value;

@@ -1,9 +1,11 @@
-// Requests made from the documents, good ones and bad ones: each is answered as the documents say.
+// The documents keep all rules of the validator, and whatever is asked is answered as they say.
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
+import { fileURLToPath } from 'node:url';
 import { Documents } from './documents.js';
 import { Random, Requests, sandboxes } from './requests.js';
-import { Client, masked, newCard, withServer } from './server.js';
+import { Client, masked, newCard, require, withServer } from './server.js';
 
 const count = Number(process.env.DRIVE_REQUESTS ?? 1_500);
 const seed = Number(process.env.DRIVE_SEED ?? 20_260_301);
@@ -13,6 +15,14 @@ const allowedFailures = ['not-connected', 'too-many-sandboxes'];
 /** Of what is refused before it has all arrived, a client that is still sending may lose the reply. */
 const isHuge = ({ options }) => (options.body?.length ?? 0) + JSON.stringify(options.headers).length > 50_000;
 const testNumber = newCard().number;
+
+test('the documents follow the recommended rules', { timeout: 120_000 }, () => withServer(async (server) => {
+  const config = fileURLToPath(new URL('redocly.yaml', import.meta.url));
+  const { status, stdout, stderr } = spawnSync(process.execPath,
+    [require.resolve('@redocly/cli/bin/cli.js'), 'lint', '--config', config, ...Object.values(Documents.urls(server))],
+    { encoding: 'utf8', env: { ...process.env, REDOCLY_TELEMETRY: 'off', REDOCLY_SUPPRESS_UPDATE_NOTICE: 'true' } });
+  assert.equal(status, 0, stdout + stderr);
+}));
 
 test('every reply is described', { timeout: 200_000 }, () => withServer(async (server) => {
   const client = new Client(clients);
