@@ -1,6 +1,7 @@
 #include "Server/Server.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -78,8 +79,8 @@ struct Server::Parts {
     };
     if (wanted.wantedPort != 0) return listen(wanted.wantedPort);
     try {
-      const auto last = sandbox::numberOf(registry.note(noteOf(wanted)).value_or(""));
-      listen(static_cast<int>(last.value_or(0)));
+      const auto last = sandbox::numberOf(registry.note(noteOf(wanted)).value_or("")).value_or(0);
+      listen(std::in_range<std::uint16_t>(last) ? static_cast<int>(last) : 0);
     } catch (const Problem&) {
       listen(0);  // Another program has it now.
     }

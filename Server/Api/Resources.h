@@ -19,8 +19,8 @@ void addSandboxRoutes(ApiRoutes& routes, Registry& registry);
 /// Describes a sandbox as it is then.
 std::function<HttpReply()> describing(Registry& registry, const std::string& id);
 
-/// OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes": one document that refers to no
-/// other.
+/// A route for the OpenAPI 3.1 of "backend", "provider", "control" or "sandboxes": one document
+/// that refers to no other.
 void addDocument(ApiRoutes& routes, std::string_view path, std::string_view name);
 
 }  // namespace hlv::server
