@@ -15,7 +15,7 @@ void Host::sayOnceThatNoneIsInstalled() {
   static std::atomic_flag said;
   if (said.test_and_set()) return;
   std::fputs(
-      "HLVSDKPaylevenKit: no host is installed, so host services answer nothing. Call "
+      "HLVSDKPaylevenKit: no host is installed, so host services return nothing. Call "
       "hlv::Host::install() before enabling the kit.\n",
       stderr);
 }

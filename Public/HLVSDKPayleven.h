@@ -30,9 +30,9 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   /// subclass names its own, and creates the shared instance from it. A missing entry, a
   /// configuration of another kind and a missing payment key are each reported to the assertion
   /// handler, and nothing is created then. Once the shared instance exists, further calls change
-  /// nothing. `configuration` may be null. Without an installed host nothing is created, which is
-  /// said on standard error. After that, and after an exception of the host, which passes through,
-  /// enabling can be repeated.
+  /// nothing. `configuration` may be null. Without an installed host nothing is created, and a
+  /// line on standard error says so. After that, and after an exception of the host, which passes
+  /// through, enabling can be repeated.
   static void enableWithConfiguration(const std::shared_ptr<HLVSDKConfiguration>& configuration,
                                       HLVSDKKitClass receiver = kitClass());
 

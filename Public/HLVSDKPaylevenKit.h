@@ -1,4 +1,5 @@
-// Everything an app and a host of its own need: include this one.
+// Everything an app and a host of its own need: include this one. The comment of a member begins
+// with its selector; a getter without one has its own name for a selector.
 #pragma once
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"

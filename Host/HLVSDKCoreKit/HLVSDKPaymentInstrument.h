@@ -15,6 +15,7 @@ class HLV_EXPORT HLVSDKPaymentInstrument : public Object {
  public:
   /// The card number, digits only.
   virtual NullableString pan() const = 0;
+  /// Month and year as the provider spells them in its lists; the kit compares the texts.
   virtual NullableString expiryMonth() const = 0;
   virtual NullableString expiryYear() const = 0;
   virtual NullableString cvv() const = 0;

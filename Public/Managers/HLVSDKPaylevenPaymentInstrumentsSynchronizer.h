@@ -26,6 +26,7 @@ namespace hlv {
 using HLVSDKPLVPaymentInstrumentsCompletion =
     std::function<void(NullableList<HLVSDKPLVPaymentInstrument>, ErrorPtr)>;
 
+/// Runs one synchronisation at a time. Any argument may be null; an empty completion is skipped.
 class HLV_EXPORT HLVSDKPaylevenPaymentInstrumentsSynchronizer
     : public HLVSDKPaymentInstrumentsSynchronizer,
       public std::enable_shared_from_this<HLVSDKPaylevenPaymentInstrumentsSynchronizer> {

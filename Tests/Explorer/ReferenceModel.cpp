@@ -187,7 +187,7 @@ void ReferenceModel::addFirst(const Asking& who) {
 }
 
 // A further card: under the guest's token, without a join. What fails at the provider is logged;
-// what the backend says of the card is reported, except its error, by design.
+// what the backend says of the card is reported, except its error: kept for compatibility.
 void ReferenceModel::addFurther(const Asking& who) {
   const Text token = *guestToken_;
   const auto added = [=, this](const NullableString&, const Instrument& instrument,
@@ -251,8 +251,8 @@ void ReferenceModel::confirm(const Asking& who, const NullableString& token, Con
 
 // Deleting: reachability is read first; then the first thing that is missing is reported, and the
 // connection counts last. The backend goes first, and its guest is the one that is reported and
-// whose token the provider gets. A list that fails is not reported, by design. The manager is kept
-// from the backend's answer to the list's.
+// whose token the provider gets. A list that fails is not reported: kept for compatibility. The
+// manager is kept from the backend's answer to the list's.
 void ReferenceModel::remove(const Asking& who) {
   expect("network asked");
   connected_ = (network_ & 0xff) != 0;

@@ -18,8 +18,10 @@ OWNERS = {
 # Arrows that there must not be, of each kind, which show that the check can fail.
 FORBIDDEN = {
     "Sandbox/Backend/Backend.cpp": '#include "Sandbox/Provider/Provider.h"',
-    "Server/Http/Connection.cpp": '#include <map>\n#include "Client/RemoteHost.h"',
-    "ObjC/Classes/Finder.mm": '  # import "ObjC/Sandbox/HLVSandbox.h"',
+    "Server/Http/Connection.cpp": "#include <map>\n#include <Client/RemoteHost.h>",
+    "ObjC/HLVSDKPaylevenKit/HLVSDKPayleven.h": '#import "Public/HLVSDKPayleven.h"',
+    "ObjC/Classes/HLVSDKPayleven.mm": '  # import "ObjC/Sandbox/HLVSandbox.h"',
+    "ObjC/Binding/Strings.mm": '#import "../Sandbox/HLVSandbox.h"',
     "Tools/main.cpp": '#include "Server/Api/World.h"',
     "Public/HLVSDKPayleven.cpp": '#include "Unknown/File.h"',
     "Values/Value.cpp": "#include <sqlite3.h>",
@@ -62,24 +64,37 @@ class Tree:
             path = path.rpartition("/")[0]
         return path
 
+    def includes(self, path, content):
+        """Each header that a source includes, and its folder, which is empty for one of others."""
+        for name in re.findall(r'^ *# *(?:include|import) *["<](.*?)[">]', content, re.M):
+            beside = f"{path.rpartition('/')[0]}/{name}"
+            header = beside if beside in self.sources else name
+            yield header, self.folder_of(header)
+
     def strays(self, path, content):
         """The includes of one source that the table or the header's own claim does not allow."""
         here = self.folder_of(path)
         if not here:
             yield f"{path} lies in no folder of the table"
             return
-        for mark, header in re.findall(r'^ *# *(?:include|import) *(["<])(.*?)[">]', content, re.M):
-            there = self.folder_of(header)
-            # The kit shows the standard library alone; the platform's headers stay behind its own.
-            if mark == "<":
-                is_kits = path.split("/")[0] in KIT and here != "Platform/Default"
-                is_fine = not is_kits or not re.search("[/.]", header)
-            else:
-                is_near = "/" not in header or there == here
-                is_fine = is_near or there in self.table[here]
+        # The kit shows the standard library alone; the platform's headers stay behind its own.
+        is_kits = path.split("/")[0] in KIT and here != "Platform/Default"
+        for header, there in self.includes(path, content):
+            if there:
+                is_fine = there == here or there in self.table[here]
                 is_fine = is_fine and path.startswith(tuple(self.owners.get(header, [""])))
+            else:
+                is_fine = not re.search("[/.]" if is_kits else r"\.\./", header)
             if not is_fine:
                 yield f"{path} includes {header}"
+
+    def unused(self):
+        """Arrows of the table that no include takes."""
+        left = dict(self.table)
+        for path, content in self.sources.items():
+            here = self.folder_of(path)
+            left[here] = left[here] - {there for _, there in self.includes(path, content)}
+        return [f"{here} includes nothing of {there}" for here in left for there in sorted(left[here])]
 
     def circle(self):
         """Folders that are left when those have gone whose arrows end at folders that went before."""
@@ -93,9 +108,10 @@ class Tree:
 def main():
     tree = Tree()
     faults = [stray for path, content in tree.sources.items() for stray in tree.strays(path, content)]
+    faults += tree.unused()
     faults += [f"{folder} is in a circle" for folder in tree.circle()]
     faults += [f"the arrow of {path} is not seen" for path, content in FORBIDDEN.items()
-               if len(list(tree.strays(path, content))) != 1]
+               if path not in tree.sources or len(list(tree.strays(path, content))) != 1]
     print("\n".join(faults) or f"{len(tree.sources)} sources are as the table says.")
     return 1 if faults else 0
 
