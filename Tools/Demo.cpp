@@ -147,7 +147,7 @@ class DemoRun {
   }
 
   NullableString cardOf(const std::string& useCase) const {
-    for (const auto& card : session_.sandbox().backendCards()) {
+    for (const auto& card : session_.backendCards()) {
       if (card.useCase == useCase) return card.halvoID;
     }
     return std::nullopt;
@@ -174,7 +174,6 @@ void defineDemoCommand(CommandLine& line) {
                    "Read a number and a security code for each card from standard input");
   command.add_flag("--keep", options->keep, "Keep the store, and say where it is");
   line.whenChosenWithoutStore(command, [options](GlobalOptions global, const Printer& printer) {
-    global.requireOwnServices("demo");
     if (global.storePath.empty()) {
       global.isInMemory = !options->keep;
       if (options->keep) global.storePath = newFolder() + "/store.sqlite";

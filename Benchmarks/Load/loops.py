@@ -1,13 +1,13 @@
 """200 clients in 200 sandboxes at once, on one event loop and on two, in turns: kits that run a
 guest's cards from the first to the last, and then lists of cards. Clients and server share the
 processors, so what two loops could serve is computed from what a reply costs the server.
-Usage: loops.py PAYLEVENKIT CLIENTS ROUNDS SECONDS CLIENT-PROGRAM
-CLIENT-PROGRAM BACKEND PROVIDER CLIENTS SECONDS prints {"lives", "requests", "seconds", "crossed"}
-in JSON."""
+Usage: loops.py PAYLEVENKIT CLIENTS ROUNDS SECONDS"""
 import json
 import subprocess
 import sys
 import tempfile
+import time
+from concurrent.futures import ThreadPoolExecutor
 from statistics import median
 
 from served import GUEST, Served, registered_card
@@ -16,13 +16,28 @@ from wrk import wrk
 CARDS = 100
 
 
-def lives(served, program, clients, seconds):
-    """How many per second, and how many replies had what is another's."""
-    printed = subprocess.run(
-        [program, served.urls["backend"], served.urls["provider"], str(clients), str(seconds)],
-        check=True, stdout=subprocess.PIPE, text=True).stdout
-    result = json.loads(printed)
-    return result["lives"] / result["seconds"], result["crossed"]
+def lives(served, command, clients, seconds):
+    """How many per second, and how many found what is another's: in every sandbox the demo signs the
+    same guest in, who in the end has one card on either side."""
+    begun = time.monotonic()
+
+    def live(number):
+        served.wanted(201, "provider", f"PUT /v1/sandboxes/c{number}")
+        services = [part for name in ("backend", "provider")
+                    for part in ("--" + name, f"{served.urls[name]}/sandboxes/c{number}")]
+        lived = crossed = 0
+        while time.monotonic() < begun + seconds:
+            demo = subprocess.run([command, *services, "demo", "--test-cards", "--json"],
+                                  stdout=subprocess.PIPE, text=True)
+            last = json.loads(demo.stdout)["steps"][-1]
+            own = demo.returncode == 0 and len(last["backend"]) == len(last["provider"]) == 1
+            lived, crossed = lived + 1, crossed + (not own)
+            served.wanted(200, "provider", f"POST /sandboxes/c{number}/v1/sandbox/reset")
+        return lived, crossed
+
+    with ThreadPoolExecutor(clients) as pool:
+        lived, crossed = map(sum, zip(*pool.map(live, range(clients))))
+    return lived / (time.monotonic() - begun), crossed
 
 
 def lists(served, clients, seconds):
@@ -41,14 +56,14 @@ def lists(served, clients, seconds):
     return per_second, per_second * seconds / (served.processor_seconds() - before)
 
 
-def main(command, clients, rounds, seconds, program):
+def main(command, clients, rounds, seconds):
     lived, listed, costs = ({1: [], 2: []} for _ in range(3))
     crossed = 0
     for _ in range(rounds):
         for loops in (1, 2):
             with tempfile.TemporaryDirectory() as folder:
                 served = Served(command, folder, "--loops", str(loops))
-                figure, mixed = lives(served, program, clients, seconds)
+                figure, mixed = lives(served, command, clients, seconds)
                 lived[loops].append(figure)
                 crossed += mixed
                 for figures, figure in zip((listed, costs), lists(served, clients, seconds)):
@@ -66,4 +81,4 @@ def main(command, clients, rounds, seconds, program):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1], int(sys.argv[2]), int(sys.argv[3]), int(sys.argv[4]), sys.argv[5]))
+    sys.exit(main(sys.argv[1], *map(int, sys.argv[2:])))
