@@ -207,7 +207,13 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   EXPECT_TRUE(tester->addOrphanInstrument(sandbox::Typed("amex")));
   EXPECT_EQ(remote->sides().provider.size(), 3U);
   tester->setNetworkOn(false);
-  EXPECT_FALSE(client::SandboxClient(server->providerURL()).describe("default").isNetworkOn);
+  const client::SandboxClient client(server->providerURL());
+  EXPECT_FALSE(client.describe("default").isNetworkOn);
+  const auto snapshot = client.snapshot("default").id;
+  EXPECT_EQ(client.snapshots().size(), 1U);
+  client.removeSnapshot(snapshot);
+  EXPECT_TRUE(client.snapshots().empty());
+  EXPECT_TRUE(client.setClock("default", "2099-12-31T00:00:00Z").starts_with("2099-12-31T"));
   EXPECT_EQ(tester->reset().guests, 0);
   server.reset();
   EXPECT_FALSE(tester->makeScenario(sandbox::Scenario::lostToken));
