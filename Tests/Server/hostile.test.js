@@ -53,6 +53,7 @@ onServer('what is bad is refused and changes nothing', async (given) => {
       ['POST /v1/sandbox/scenarios', { name: 'x' }, '422 scenario-refused'],
       ['POST /v1/sandbox/scenarios', { name: 'lost-token', guest: 'x@y' }, '404 unknown-guest'],
       [`GET /v1/sandbox/requests/${number}`, undefined, '404 no-such-request'],
+      ['GET /v1/sandbox/requests?limit=0', undefined, '422 wrong-type'],
       ['POST /v1/sandboxes', { id: 'a' }, '409 sandbox-exists'],
       [`PUT /v1/sandboxes/${number}`, undefined, '422 invalid-id'],
       ['POST /v1/sandboxes', { snapshot: '../../store' }, '404 no-such-snapshot'],
