@@ -22,7 +22,7 @@ add_test(NAME ObjC.CompilesForApplesRuntime
           -I${PROJECT_SOURCE_DIR} -I${PROJECT_SOURCE_DIR}/ObjC
           $<TARGET_PROPERTY:hlv_objc_flags,INTERFACE_COMPILE_OPTIONS>
           -isystem ${PROJECT_SOURCE_DIR}/ObjC/Foundation/GNUstep
-          -isystem ${PROJECT_SOURCE_DIR}/Tests/ObjC/PhoneHeaders
+          -isystem ${PROJECT_SOURCE_DIR}/Tests/ObjC/PhoneFoundation
   COMMAND_EXPAND_LISTS)
 add_test(NAME ObjC.XcodeFilesAreWhole
   COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/Tests/ObjC/xcode_files.py
