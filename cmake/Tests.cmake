@@ -36,6 +36,9 @@ add_test(NAME Layering.UsesTheFieldsWords
   COMMAND ${PROJECT_SOURCE_DIR}/Tests/Layering/words.sh)
 
 include(cmake/Explorer.cmake)
+if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "fuzzer")
+  include(cmake/Fuzz.cmake)
+endif()
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   include(cmake/SandboxTests.cmake)
 endif()
