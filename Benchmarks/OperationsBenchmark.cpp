@@ -1,21 +1,23 @@
 // What each operation costs the processor, with services that answer inside the call, and what it
 // asks for: memory, blocks on the main queue and remote calls. A first card written by hand is
-// beside them.
+// beside them, and both after other work has taken the caches.
 #include <benchmark/benchmark.h>
 
-#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
 
 #include "Benchmarks/Support/Allocations.h"
 #include "Benchmarks/Support/BareFirstCard.h"
 #include "Benchmarks/Support/BenchHost.h"
 #include "Benchmarks/Support/EnabledKit.h"
+#include "Benchmarks/Support/ProcessorTime.h"
 
 namespace hlv::bench {
 
 /// Has a name of its own, so that a profiler can count in here only.
-[[gnu::noinline]] void performOnce(const Operation& operation, EnabledKit& kit,
-                                   DefaultPlatform& platform) {
-  operation.start(kit);
+[[gnu::noinline]] void performOnce(const std::function<void()>& start, DefaultPlatform& platform) {
+  start();
   platform.runPending();
 }
 
@@ -30,38 +32,44 @@ int main(int argc, char** argv) {
   const auto host = std::make_shared<BenchHost>(network, records);
   EnabledKit kit(platform, host, records);
   kit.synchronizeOnMainQueue();
+  BareFirstCard bare(*platform, *host, records);
+  std::vector<char> others(std::size_t{1} << 26);
 
-  const auto measure = [&](benchmark::State& state, const Operation& operation) {
-    const auto succeededBefore = kit.succeeded();
-    for ([[maybe_unused]] auto _ : state) performOnce(operation, kit, *platform);
+  const auto measure = [&](benchmark::State& state, const std::function<void()>& start) {
+    const auto succeededBefore = kit.succeeded() + bare.succeeded();
+    for ([[maybe_unused]] auto _ : state) performOnce(start, *platform);
 
     std::size_t posts = 0;
     platform->setPostHook([&] { ++posts; });
     const auto callsBefore = records.calls;
     const auto allocationsBefore = allocations;
-    performOnce(operation, kit, *platform);
+    performOnce(start, *platform);
     state.counters["allocations"] = static_cast<double>(allocations - allocationsBefore);
     state.counters["calls"] = static_cast<double>(records.calls - callsBefore);
     state.counters["posts"] = static_cast<double>(posts);
     platform->setPostHook(nullptr);
     const auto performed = static_cast<std::size_t>(state.iterations()) + 1;
-    if (kit.succeeded() - succeededBefore != performed) state.SkipWithError("it failed");
-  };
-  for (const auto& operation : operations) {
-    // Always as many, so that the instructions of one can be computed.
-    benchmark::RegisterBenchmark(operation.name, measure, operation)->Iterations(20'000);
-  }
-  benchmark::RegisterBenchmark("bare-first-card", [&](benchmark::State& state) {
-    BareFirstCard bare(*platform, *host, records);
-    std::int64_t finished = 0;
-    for ([[maybe_unused]] auto _ : state) {
-      bool done = false;
-      bare.start(&done);
-      platform->runPending();
-      finished += done;
+    if (kit.succeeded() + bare.succeeded() - succeededBefore != performed) {
+      state.SkipWithError("it failed");
     }
-    if (finished != state.iterations()) state.SkipWithError("it failed");
-  });
+  };
+  const auto measureCold = [&](benchmark::State& state, const std::function<void()>& start) {
+    for ([[maybe_unused]] auto _ : state) {
+      for (std::size_t place = 0; place < others.size(); place += 64) ++others[place];
+      state.SetIterationTime(secondsOf([&] { performOnce(start, *platform); }));
+    }
+  };
+  // Always as many, so that the instructions of one can be computed.
+  const auto add = [&](const std::string& name, const std::function<void()>& start) {
+    benchmark::RegisterBenchmark(name.c_str(), measure, start)->Iterations(20'000);
+    benchmark::RegisterBenchmark(("cold-" + name).c_str(), measureCold, start)
+        ->Iterations(20)
+        ->UseManualTime();
+  };
+  add("bare-first-card", [&] { bare.addFirstCard(); });
+  for (const auto& operation : operations) {
+    add(operation.name, [&] { operation.start(kit); });
+  }
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }

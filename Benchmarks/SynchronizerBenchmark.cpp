@@ -1,14 +1,14 @@
 // The synchroniser on many instruments and as many cards. What is timed is its final step, on its
-// own queue; the slice is the longest work that the main thread does in one piece, with all four
-// fetches answered there, as a share of the final step.
+// own queue, and its completion; the slice is the longest work that the main thread does in one
+// piece, with all four fetches answered there, as a share of the final step.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 
-#include "Benchmarks/Support/BenchHost.h"
 #include "Benchmarks/Support/EnabledKit.h"
 #include "Benchmarks/Support/ProcessorTime.h"
-#include "Benchmarks/Support/VirtualPlatform.h"
+#include "Benchmarks/Support/VirtualNetwork.h"
+#include "Tests/Support/ManualPlatform.h"
 
 namespace hlv::bench {
 namespace {
@@ -22,16 +22,15 @@ struct Cost {
 }  // namespace
 
 /// Has a name of its own, so that a profiler can count in here only.
-[[gnu::noinline]] Cost performOnce(EnabledKit& kit, VirtualPlatform& platform) {
-  using Thread = VirtualPlatform::Thread;
+[[gnu::noinline]] Cost performOnce(EnabledKit& kit, testing::ManualPlatform& platform,
+                                   VirtualNetwork& network) {
   Cost cost;
   cost.longestOnMain = secondsOf([&] { kit.synchronize(); });
   for (bool more = true; more;) {
-    std::optional<Thread> ran;
-    const double slice = secondsOf([&] { ran = platform.runOne(); });
-    if (ran == Thread::serialQueue) cost.onQueue += slice;
-    if (ran == Thread::main) cost.longestOnMain = std::max(cost.longestOnMain, slice);
-    more = ran.has_value();
+    cost.longestOnMain =
+        std::max(cost.longestOnMain,
+                 secondsOf([&] { more = platform.main->runOne() || network.replyNext(); }));
+    if (!more) cost.onQueue += secondsOf([&] { more = platform.runEverything(); });
   }
   return cost;
 }
@@ -39,14 +38,15 @@ struct Cost {
 namespace {
 
 void synchronise(benchmark::State& state) {
-  const auto platform = std::make_shared<VirtualPlatform>(VirtualPlatform::Thread::main);
+  const auto platform = std::make_shared<testing::ManualPlatform>();
+  VirtualNetwork network;
   Records records(static_cast<std::size_t>(state.range(0)));
-  EnabledKit kit(platform, std::make_shared<BenchHost>(*platform, records), records);
+  EnabledKit kit(platform, std::make_shared<BenchHost>(network, records), records);
 
   Cost total;
   std::size_t started = 0;
   for ([[maybe_unused]] auto _ : state) {
-    const auto cost = performOnce(kit, *platform);
+    const auto cost = performOnce(kit, *platform, network);
     state.SetIterationTime(cost.onQueue);
     total.onQueue += cost.onQueue;
     total.longestOnMain += cost.longestOnMain;

@@ -6,15 +6,15 @@
 #include <cstdlib>
 #include <vector>
 
-#include "Benchmarks/Support/BenchHost.h"
 #include "Benchmarks/Support/EnabledKit.h"
-#include "Benchmarks/Support/VirtualPlatform.h"
+#include "Benchmarks/Support/VirtualNetwork.h"
+#include "Tests/Support/ManualPlatform.h"
 
 namespace hlv::bench {
 namespace {
 
-using Call = RemoteCall;
-using Time = VirtualPlatform::Time;
+using Call = testing::Service;
+using Time = VirtualNetwork::Time;
 
 /// The remote calls that an operation waits for: first one after the other, then all at once.
 struct Path {
@@ -24,36 +24,40 @@ struct Path {
 };
 
 const std::vector<Path> paths = {
-    {operations[0], {Call::createToken, Call::listDefault}, {Call::updateGuest, Call::addCard}},
-    {operations[1], {Call::addInstrument, Call::listDefault, Call::addCard}, {}},
-    {operations[2], {Call::deleteCard, Call::listDefault, Call::removeInstrument}, {}},
+    {operations[0], {Call::createToken, Call::defaultList}, {Call::updateGuest, Call::addCard}},
+    {operations[1], {Call::addInstrument, Call::defaultList, Call::addCard}, {}},
+    {operations[2], {Call::deleteCard, Call::defaultList, Call::removeInstrument}, {}},
     {operations[4],
      {},
-     {Call::listPrivate, Call::listBusiness, Call::listDefault, Call::fetchCards}}};
+     {Call::privateList, Call::businessList, Call::defaultList, Call::fetchCards}}};
 
-Time criticalPath(const Path& path, VirtualPlatform& platform) {
+Time criticalPath(const Path& path, VirtualNetwork& network) {
   Time inTurn = 0;
   Time longest = 0;
-  for (const auto call : path.inTurn) inTurn += platform.latency(call);
-  for (const auto call : path.atOnce) longest = std::max(longest, platform.latency(call));
+  for (const auto call : path.inTurn) inTurn += network.latency(call);
+  for (const auto call : path.atOnce) longest = std::max(longest, network.latency(call));
   return inTurn + longest;
 }
 
 /// From the start of the operation to its completion, or -1 when it does not succeed.
-Time perform(const Operation& operation, EnabledKit& kit, VirtualPlatform& platform) {
-  const auto start = platform.now();
+Time perform(const Operation& operation, EnabledKit& kit, testing::ManualPlatform& platform,
+             VirtualNetwork& network) {
+  const auto start = network.now();
   const auto before = kit.succeeded();
   Time taken = -1;
+  platform.onMainThread = true;
   operation.start(kit);
-  while (platform.runOne()) {
-    if (taken < 0 && kit.succeeded() > before) taken = platform.now() - start;
-  }
+  platform.onMainThread = false;
+  do {
+    platform.runEverything();
+    if (taken < 0 && kit.succeeded() > before) taken = network.now() - start;
+  } while (network.replyNext());
   return taken;
 }
 
-void setLatencies(const std::vector<Call>& calls, unsigned combination, VirtualPlatform& platform) {
+void setLatencies(const std::vector<Call>& calls, unsigned combination, VirtualNetwork& network) {
   for (const auto call : calls) {
-    platform.latency(call) = Time{1} << combination % 4;
+    network.latency(call) = Time{1} << combination % 4;
     combination /= 4;
   }
 }
@@ -63,10 +67,10 @@ void setLatencies(const std::vector<Call>& calls, unsigned combination, VirtualP
 
 int main() {
   using namespace hlv::bench;
-  const auto owned = std::make_shared<VirtualPlatform>(VirtualPlatform::Thread::service);
-  VirtualPlatform& platform = *owned;
+  const auto platform = std::make_shared<hlv::testing::ManualPlatform>();
+  VirtualNetwork network;
   Records records;
-  EnabledKit kit(owned, std::make_shared<BenchHost>(platform, records), records);
+  EnabledKit kit(platform, std::make_shared<BenchHost>(network, records), records);
 
   int combinations = 0;
   double worst = 1;
@@ -74,13 +78,13 @@ int main() {
     auto calls = path.inTurn;
     calls.insert(calls.end(), path.atOnce.begin(), path.atOnce.end());
     // A synchronisation asks for removals and must not wait for them.
-    platform.latency(Call::removeInstrument) = 64;
+    network.latency(Call::removeInstrument) = 64;
     for (unsigned combination = 0; combination < 1u << 2 * calls.size(); ++combination) {
-      setLatencies(calls, combination, platform);
-      const auto taken = perform(path.operation, kit, platform);
+      setLatencies(calls, combination, network);
+      const auto taken = perform(path.operation, kit, *platform, network);
       if (taken < 0) return EXIT_FAILURE;
       const auto ratio =
-          static_cast<double>(taken) / static_cast<double>(criticalPath(path, platform));
+          static_cast<double>(taken) / static_cast<double>(criticalPath(path, network));
       if (std::abs(ratio - 1) > std::abs(worst - 1)) worst = ratio;
       ++combinations;
     }

@@ -57,7 +57,8 @@ Report listed(const SandboxClient& client) {
   const auto sandboxes = client.list();
   for (const auto& sandbox : sandboxes) {
     table.add({sandbox.id, sandbox.created, sandbox.expires.value_or("for good"),
-               std::to_string(sandbox.guests) + (sandbox.guests == 1 ? " guest" : " guests"),
+               sandbox.problem.value_or(std::to_string(sandbox.guests) +
+                                        (sandbox.guests == 1 ? " guest" : " guests")),
                sandbox.providerURL});
   }
   auto report = done("list", "", {{"sandboxes", sandbox::listOf(sandboxes)}});

@@ -8,7 +8,6 @@ endfunction()
 
 hlv_add_benchmark(AtRest)
 target_sources(AtRest PRIVATE Benchmarks/Support/Allocations.cpp)
-hlv_add_benchmark(ColdCaches)
 hlv_add_benchmark(OperationsBenchmark benchmark::benchmark)
 target_sources(OperationsBenchmark PRIVATE Benchmarks/Support/Allocations.cpp)
 hlv_add_benchmark(RealLatency)

@@ -17,9 +17,9 @@ if(NOT HLVSDKPAYLEVENKIT_SANITIZE)
 endif()
 
 # The beginning of each scenario, under whatever sanitizer this build has.
-add_test(NAME Explorer.TheFirstHistoriesOfEachScenario COMMAND Explorer --at-most 500 --jobs 1)
+add_test(NAME Explorer.TheFirstHistoriesOfEachScenario COMMAND Explorer --at-most 500)
 add_test(NAME Explorer.OneOrderOfIndependentEventsIsEnough
-  COMMAND Explorer --compare-orders --at-most 300 --jobs 1)
+  COMMAND Explorer --compare-orders --at-most 300)
 set_tests_properties(
   Explorer.TheFirstHistoriesOfEachScenario Explorer.OneOrderOfIndependentEventsIsEnough PROPERTIES
   TIMEOUT 300 LABELS Explorer)

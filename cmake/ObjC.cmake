@@ -36,6 +36,7 @@ endif()
 
 add_library(HLVSDKPaylevenKitObjC STATIC
   ObjC/Binding/Strings.mm
+  ObjC/Binding/Target.mm
   ObjC/Binding/Values.mm
   ObjC/Binding/WeakObject.mm
   ObjC/Classes/HLVSDKAddPaylevenCreditCardRequestInfo.mm

@@ -41,8 +41,3 @@ if(HLVSDKPAYLEVENKIT_INSTALL AND NOT CMAKE_CROSSCOMPILING)
     DEPENDS paylevenkit VERBATIM)
   add_custom_target(CommandDocuments ALL DEPENDS paylevenkit.1 paylevenkit.bash)
 endif()
-
-# Plays many clients of a server for scripts/load; built only when that asks for it.
-add_executable(paylevenkit-load-clients EXCLUDE_FROM_ALL Benchmarks/Load/LoadClients.cpp)
-target_link_libraries(paylevenkit-load-clients PRIVATE
-  hlv_shipped_flags HLVSDKPaylevenKit HLVSDKPaylevenClient)

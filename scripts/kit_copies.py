@@ -13,7 +13,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 WATCHERS = {
     "KitTests": ["--gtest_brief=1"],
     "PlatformTests": ["--gtest_brief=1"],
-    "Explorer": ["--first", "--jobs", "1"],
+    "Explorer": ["--first"],
     "SecrecyTests": ["--gtest_brief=1"],
     "races/PlatformTests": ["--gtest_brief=1"],
 }

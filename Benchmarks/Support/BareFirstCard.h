@@ -6,6 +6,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
 
 #include "Benchmarks/Support/BenchHost.h"
@@ -20,39 +21,39 @@ class BareFirstCard {
   BareFirstCard(Platform& platform, BenchHost& host, Records& records)
       : platform_(platform), host_(host), records_(records) {}
 
-  /// `done` becomes true on the main thread.
-  void start(bool* done) {
+  void addFirstCard() {
     const auto& card = *records_.card;
     const auto instrument = host_.makeCreditCardPaymentInstrument(
         card.pan(), card.expiryMonth(), card.expiryYear(), card.cvv(), card.cardHolder());
     host_.provider->createUserToken(
         records_.newGuest->email(), instrument, card.instrumentUseCaseString(),
-        [this, done](const auto& token, auto) {
+        [this](const auto& token, auto) {
           host_.provider->getPaymentInstrumentsList(
               token, records_.card->instrumentUseCaseString(),
-              [this, done, token](const auto& instruments, auto) {
-                platform_.mainQueue()->async([this, done, token, found = instruments->back()] {
-                  registerBare(token, *found, done);
-                });
+              [this, token](const auto& instruments, auto) {
+                platform_.mainQueue()->async(
+                    [this, token, found = instruments->back()] { registerBare(token, *found); });
               });
         });
   }
 
+  /// How often that was done; counted on the main thread.
+  std::size_t succeeded() const { return succeeded_; }
+
  private:
   struct Join {
     std::atomic<int> waiting{2};
-    bool* done;
+    std::size_t* succeeded;
     std::shared_ptr<Queue> main;
     void leave() {
-      if (--waiting == 0) main->async([done = done] { *done = true; });
+      if (--waiting == 0) main->async([succeeded = succeeded] { ++*succeeded; });
     }
   };
 
-  void registerBare(const NullableString& token, const PLVCreditCardPaymentInstrument& found,
-                    bool* done) {
+  void registerBare(const NullableString& token, const PLVCreditCardPaymentInstrument& found) {
     records_.card->setExternalIdentifier(found.identifier());
     const auto join = std::make_shared<Join>();
-    join->done = done;
+    join->succeeded = &succeeded_;
     join->main = platform_.mainQueue();
     const auto update = host_.makeUpdateGuestRequestInfo();
     update->setPaymentToken(token);
@@ -69,6 +70,7 @@ class BareFirstCard {
   Platform& platform_;
   BenchHost& host_;
   Records& records_;
+  std::size_t succeeded_ = 0;
 };
 
 }  // namespace hlv::bench

@@ -4,8 +4,6 @@
 // Threading: as the network.
 #pragma once
 
-#include <cstddef>
-#include <functional>
 #include <memory>
 #include <utility>
 
@@ -14,61 +12,29 @@
 
 namespace hlv::bench {
 
-/// The calls that leave the process.
-enum class RemoteCall {
-  createToken,
-  addInstrument,
-  removeInstrument,
-  listPrivate,
-  listBusiness,
-  listDefault,
-  updateGuest,
-  addCard,
-  deleteCard,
-  updateCard,
-  fetchCards,
-};
-
 /// Answers inside the call.
 struct InstantNetwork {
   template <class Answer>
-  void answer(RemoteCall, const Answer& answer) {
+  void answer(testing::Service, const Answer& answer) {
     answer();
   }
 };
 
 class BenchHost final : public testing::ScriptedHost {
  public:
-  /// `Network::answer(RemoteCall, answer)` runs `answer` once, now or later.
+  /// `Network::answer(Service, answer)` runs `answer` once, now or later.
   template <class Network>
   BenchHost(Network& remote, Records& records) : ScriptedHost(testing::Recording::off) {
     guest = records.guest;
-    const auto succeed = [&](RemoteCall call, auto callback, auto... results) {
-      ++records.calls;
-      remote.answer(
-          call, [callback = std::move(callback), results...] { callback(results..., nullptr); });
-    };
-    const auto answer = [&](auto& calls, RemoteCall call, auto... results) {
-      calls.answerInside = [=](auto callback, const testing::CallOf&) {
-        succeed(call, std::move(callback), results...);
+    forEachService([&](auto& calls) {
+      calls.answerInside = [&](auto callback, const testing::CallOf& of) {
+        ++records.calls;
+        remote.answer(of.service,
+                      [callback = std::move(callback), &brought = records.answerOf(of.service)] {
+                        testing::complete(callback, brought, nullptr);
+                      });
       };
-    };
-    const auto& card = records.cards[0];
-    answer(backend->guestUpdates, RemoteCall::updateGuest, guest);
-    answer(backend->cardAdds, RemoteCall::addCard, guest, card);
-    answer(backend->deletions, RemoteCall::deleteCard, guest);
-    answer(backend->cardUpdates, RemoteCall::updateCard, guest, card);
-    answer(backend->cardFetches, RemoteCall::fetchCards, std::cref(records.cards));
-    answer(provider->tokens, RemoteCall::createToken, "token");
-    answer(provider->adds, RemoteCall::addInstrument);
-    answer(provider->removals, RemoteCall::removeInstrument);
-    provider->lists.answerInside = [&records, succeed](auto callback, const testing::CallOf& of) {
-      const auto& useCase = *of.useCase;
-      const std::size_t position = useCase == "private" ? 0 : useCase == "business" ? 1 : 2;
-      constexpr RemoteCall calls[] = {RemoteCall::listPrivate, RemoteCall::listBusiness,
-                                      RemoteCall::listDefault};
-      succeed(calls[position], std::move(callback), std::cref(records.instruments[position]));
-    };
+    });
   }
 
   std::shared_ptr<HLVSDKUpdateGuestRequestInfo> makeUpdateGuestRequestInfo() override {

@@ -10,7 +10,8 @@
 #include <string>
 #include <utility>
 
-#include "Tests/Support/FakeRecords.h"
+#include "Tests/Support/Answer.h"
+#include "Tests/Support/Held.h"
 
 namespace hlv::bench {
 
@@ -26,7 +27,7 @@ struct Records {
     addPair(2, "2222", Known::byIdentifier);
     addPair(0, "0001", Known::byDigits);
     addPair(1, "0002", Known::notAtAll);
-    guest->cards = cards;
+    guest->cards = answers_[0].cards;
   }
   /// The same for `size` instruments and as many cards, over all use cases: of ten instruments,
   /// five are known by identifier, four by digits, and one by no card.
@@ -41,16 +42,19 @@ struct Records {
     }
   }
 
+  /// What a service brings.
+  const testing::Answer& answerOf(testing::Service service) const {
+    return answers_[service == testing::Service::privateList    ? 0
+                    : service == testing::Service::businessList ? 1
+                                                                : 2];
+  }
+
   const std::shared_ptr<testing::FakeGuest> newGuest = std::make_shared<testing::FakeGuest>();
   const std::shared_ptr<testing::FakeGuest> guest = std::make_shared<testing::FakeGuest>();
   const std::shared_ptr<testing::FakeEnteredCard> card =
       std::make_shared<testing::FakeEnteredCard>();
   const std::shared_ptr<testing::FakeAddress> address = std::make_shared<testing::FakeAddress>();
 
-  /// Of the private, the business and the default use case.
-  std::array<List<PLVCreditCardPaymentInstrument>, 3> instruments;
-  /// What the backend knows.
-  List<HLVSDKCreditCard> cards;
   /// What has been asked of the services.
   std::size_t calls = 0;
 
@@ -62,7 +66,7 @@ struct Records {
     auto instrument = std::make_shared<testing::FakeInstrument>();
     instrument->id = "plv-" + digits;
     instrument->number = "*********" + digits;
-    instruments[useCase].push_back(std::move(instrument));
+    answers_[useCase].instruments->push_back(std::move(instrument));
 
     auto stored = std::make_shared<testing::FakeStoredCard>();
     stored->id = "card-" + digits;
@@ -70,8 +74,18 @@ struct Records {
     stored->useCaseName = useCases[useCase];
     if (known == Known::byIdentifier) stored->external = "plv-" + digits;
     if (known == Known::notAtAll) stored->external = "gone-" + digits;
-    cards.push_back(std::move(stored));
+    for (auto& answer : answers_) {
+      answer.card = stored;
+      answer.cards->push_back(stored);
+    }
   }
+
+  const testing::Answer first_{.token = "token",
+                               .instruments = List<PLVCreditCardPaymentInstrument>(),
+                               .cards = List<HLVSDKCreditCard>(),
+                               .guest = guest};
+  /// Of the lists of the private, the business and the default use case; the rest is the same.
+  std::array<testing::Answer, 3> answers_{first_, first_, first_};
 };
 
 }  // namespace hlv::bench

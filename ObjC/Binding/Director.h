@@ -10,8 +10,8 @@
 namespace hlv::objc {
 
 /// Derived from once a class. Each override sends its step to the object, whose own method calls
-/// `Core`'s by its qualified name. Without the object, which goes before its core does when another
-/// thread is at work in it, the step is `Core`'s at once.
+/// `Core`'s by its qualified name. Where the object is gone, which goes before its core does when
+/// another thread is at work in it, a step does nothing, as where the core is gone.
 template <class Core, class Object>
 class Director : public Core {
  public:
@@ -25,6 +25,19 @@ class Director : public Core {
 
  private:
   mutable WeakObject reference_;
+};
+
+/// The core of an object for the length of a call, and with it the object: a service may release it
+/// before it returns.
+template <class Core, class Object>
+class CallOn {
+ public:
+  CallOn(Object* object, Core* core) : object_([object retain]), core_(core) {}
+  Core* operator->() const { return core_; }
+
+ private:
+  const Kept<Object> object_;
+  Core* const core_;
 };
 
 }  // namespace hlv::objc

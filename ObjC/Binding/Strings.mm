@@ -5,49 +5,6 @@
 #include <string>
 #include <string_view>
 
-#ifdef GNUSTEP
-
-/// A string that holds what it is given.
-@interface HLVAnyString : NSString {
- @private
-  std::u16string* _units;
-}
-- (instancetype)initWithUnits:(const std::u16string&)units;
-@end
-
-@implementation HLVAnyString
-
-- (instancetype)initWithUnits:(const std::u16string&)units {
-  if ((self = [super init])) _units = new std::u16string(units);
-  return self;
-}
-
-- (void)dealloc {
-  delete _units;
-  [super dealloc];
-}
-
-- (NSUInteger)length {
-  return _units->size();
-}
-
-- (unichar)characterAtIndex:(NSUInteger)index {
-  return _units->at(index);
-}
-
-- (void)getCharacters:(unichar*)buffer range:(NSRange)range {
-  _units->copy(reinterpret_cast<char16_t*>(buffer), range.length, range.location);
-}
-
-- (id)copyWithZone:(NSZone*)zone {
-  (void)zone;
-  return [self retain];
-}
-
-@end
-
-#endif
-
 namespace hlv::objc {
 namespace {
 
@@ -132,13 +89,12 @@ NSString* newStringOfUnits(const std::u16string& units) {
   NSString* const made =
       [[NSString alloc] initWithCharacters:reinterpret_cast<const unichar*>(units.data())
                                     length:units.size()];
-#ifdef GNUSTEP
-  if ([made length] != units.size()) {
-    [made release];
-    return [[HLVAnyString alloc] initWithUnits:units];
-  }
-#endif
-  return made;
+  if ([made length] == units.size()) return made;
+  // GNUstep takes unit by unit what it refuses as a whole.
+  [made release];
+  NSMutableString* const any = [[NSMutableString alloc] initWithCapacity:units.size()];
+  for (const unichar unit : units) [any appendFormat:@"%C", unit];
+  return any;
 }
 
 NullableString fromNSString(NSString* string) {

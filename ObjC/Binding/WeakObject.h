@@ -15,7 +15,6 @@ class Kept {
   Kept(const Kept&) = delete;
   Kept& operator=(const Kept&) = delete;
   ~Kept() { [object_ release]; }
-  explicit operator bool() const { return object_; }
   Class* operator*() const { return object_; }
 
  private:

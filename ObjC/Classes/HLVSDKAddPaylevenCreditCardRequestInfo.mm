@@ -5,6 +5,8 @@
 
 @implementation HLVSDKAddPaylevenCreditCardRequestInfo
 
+@synthesize paylevenToken = _paylevenToken;
+
 - (instancetype)initWithPaymentInstrument:(HLVSDKPaymentInstrument*)paymentInstrument
                            billingAddress:(HLVSDKPaymentBillingAddress*)billingAddress
                             paylevenToken:(NSString*)paylevenToken {
@@ -26,16 +28,6 @@
 - (void)dealloc {
   [_paylevenToken release];
   [super dealloc];
-}
-
-- (NSString*)paylevenToken {
-  return [[_paylevenToken retain] autorelease];
-}
-
-- (void)setPaylevenToken:(NSString*)paylevenToken {
-  NSString* const before = _paylevenToken;
-  _paylevenToken = [paylevenToken copy];
-  [before release];
 }
 
 // The host's body is the host's: it crosses nothing on its way, so that every value of it stays.

@@ -2,19 +2,11 @@
 
 @implementation HLVSDKMutablePaylevenKitConfiguration
 
+@synthesize paymentKey;
+
 - (void)dealloc {
   [paymentKey release];
   [super dealloc];
-}
-
-- (NSString*)paymentKey {
-  return [[paymentKey retain] autorelease];
-}
-
-- (void)setPaymentKey:(NSString*)key {
-  NSString* before = paymentKey;
-  paymentKey = [key copy];
-  [before release];
 }
 
 @end

@@ -5,6 +5,8 @@
 
 @implementation HLVSDKPLVPaymentInstrument
 
+@synthesize useCase = _useCase, paymentInstrument = _paymentInstrument;
+
 - (instancetype)initWithPaymentInstrument:(PLVCreditCardPaymentInstrument*)paymentInstrument
                                   useCase:(NSString*)useCase {
   if ((self = [super init])) {
@@ -22,26 +24,6 @@
   [_useCase release];
   [_paymentInstrument release];
   [super dealloc];
-}
-
-- (NSString*)useCase {
-  return [[_useCase retain] autorelease];
-}
-
-- (void)setUseCase:(NSString*)useCase {
-  NSString* const before = _useCase;
-  _useCase = [useCase copy];
-  [before release];
-}
-
-- (PLVCreditCardPaymentInstrument*)paymentInstrument {
-  return [[_paymentInstrument retain] autorelease];
-}
-
-- (void)setPaymentInstrument:(PLVCreditCardPaymentInstrument*)paymentInstrument {
-  PLVCreditCardPaymentInstrument* const before = _paymentInstrument;
-  _paymentInstrument = [paymentInstrument retain];
-  [before release];
 }
 
 @end

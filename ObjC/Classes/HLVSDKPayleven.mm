@@ -10,6 +10,7 @@
 #include "ObjC/Binding/Crossing.h"
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Values.h"
+#include "ObjC/Foundation/FoundationPlatform.h"
 #include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Install.h"
 #include "ObjC/Host/Records.h"
@@ -25,6 +26,7 @@ using hlv::objc::fromNSNotification;
 using hlv::objc::Guest;
 using hlv::objc::Held;
 using hlv::objc::InstrumentsSynchronizer;
+using hlv::objc::observe;
 using hlv::objc::original;
 using hlv::objc::toHost;
 
@@ -34,11 +36,7 @@ class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
  public:
   using Director::Director;
 
-  void synchronizePaymentInstruments() override {
-    const auto kit = object();
-    if (!kit) return CoreKit::synchronizePaymentInstruments();
-    [*kit synchronizePaymentInstruments];
-  }
+  void synchronizePaymentInstruments() override { [*object() synchronizePaymentInstruments]; }
 };
 
 }  // namespace
@@ -130,12 +128,12 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
     [self setCurrentGuest:[HLVSDKGuest currentGuest]];
     [self setUpPaymentManager];
     [self setUpPaymentInstrumentsSynchronizer];
-    [self observe:hlv::objc::toNSString(hlv::UIApplicationWillEnterForegroundNotification)
-             with:@selector(handleUIApplicationWillEnterForegroundNotification:)];
-    [self observe:kHLVSDKDidChangeAuthorizationStatusNotification
-             with:@selector(handleAuthorizationDidChangeNotification:)];
-    [self observe:HLVSDKReachabilityDidChangeReachabilityStateNotification
-             with:@selector(handleReachabilityChangedNotification:)];
+    observe(self, @selector(handleUIApplicationWillEnterForegroundNotification:),
+            hlv::objc::toNSString(hlv::UIApplicationWillEnterForegroundNotification));
+    observe(self, @selector(handleAuthorizationDidChangeNotification:),
+            kHLVSDKDidChangeAuthorizationStatusNotification);
+    observe(self, @selector(handleReachabilityChangedNotification:),
+            HLVSDKReachabilityDidChangeReachabilityStateNotification);
   }
   return self;
 }
@@ -203,12 +201,6 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 
 - (void)start {
   send(coreOf(self), &KitDirector::start);
-}
-
-- (void)observe:(NSString*)name with:(SEL)handler {
-  // Without a name an observer gets everything.
-  if (!name) return;
-  [[NSNotificationCenter defaultCenter] addObserver:self selector:handler name:name object:nil];
 }
 
 - (void)setUpPaymentManager {

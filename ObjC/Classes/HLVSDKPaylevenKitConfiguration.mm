@@ -2,6 +2,8 @@
 
 @implementation HLVSDKPaylevenKitConfiguration
 
+@synthesize paymentKey = _paymentKey;
+
 + (HLVSDKPaylevenKitConfiguration*)configurationWithBlock:
     (void (^)(HLVSDKMutablePaylevenKitConfiguration*))block {
   HLVSDKMutablePaylevenKitConfiguration* configuration =
@@ -26,10 +28,6 @@
 - (void)dealloc {
   [_paymentKey release];
   [super dealloc];
-}
-
-- (NSString*)paymentKey {
-  return [[_paymentKey retain] autorelease];
 }
 
 @end

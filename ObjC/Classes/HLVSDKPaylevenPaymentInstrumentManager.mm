@@ -4,6 +4,7 @@
 
 #include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Values.h"
+#include "ObjC/Foundation/FoundationPlatform.h"
 #include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Install.h"
 #include "ObjC/Host/Records.h"
@@ -37,73 +38,54 @@ class ManagerDirector final
  public:
   using Director::Director;
 
-  bool isConnectionAvailable() const override {
-    const auto manager = object();
-    return manager ? [*manager isConnectionAvailable] : CoreManager::isConnectionAvailable();
-  }
+  bool isConnectionAvailable() const override { return [*object() isConnectionAvailable]; }
 
   void setConnectionAvaiable(bool available) override {
-    const auto manager = object();
-    if (!manager) return CoreManager::setConnectionAvaiable(available);
-    [*manager setConnectionAvaiable:available];
+    [*object() setConnectionAvaiable:available];
   }
 
   void addFirstPaymentInstrument(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
                                  const std::shared_ptr<hlv::HLVSDKPaymentBillingAddress>& address,
                                  const std::shared_ptr<hlv::HLVSDKGuest>& guest,
                                  HLVSDKGuestCardCompletion report) override {
-    const auto manager = object();
-    if (!manager)
-      return CoreManager::addFirstPaymentInstrument(card, address, guest, std::move(report));
-    [*manager addFirstPaymentInstrument:original(card)
-                         billingAddress:original(address)
-                               forGuest:original(guest)
-                             completion:asBlock(std::move(report)).block()];
+    [*object() addFirstPaymentInstrument:original(card)
+                          billingAddress:original(address)
+                                forGuest:original(guest)
+                              completion:asBlock(std::move(report)).block()];
   }
 
   void addFirstPaymentInstrumentToPayleven(
       const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card, const hlv::NullableString& email,
       HLVSDKPaylevenInstrumentCompletion report) override {
-    const auto manager = object();
-    if (!manager)
-      return CoreManager::addFirstPaymentInstrumentToPayleven(card, email, std::move(report));
-    [*manager addFirstPaymentInstrumentToPayleven:original(card)
-                                    forGuestEmail:toNSString(email)
-                                       completion:asBlock(std::move(report)).block()];
+    [*object() addFirstPaymentInstrumentToPayleven:original(card)
+                                     forGuestEmail:toNSString(email)
+                                        completion:asBlock(std::move(report)).block()];
   }
 
   void addNewPaymentInstrument(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
                                const std::shared_ptr<hlv::HLVSDKPaymentBillingAddress>& address,
                                const std::shared_ptr<hlv::HLVSDKGuest>& guest,
                                HLVSDKGuestCardCompletion report) override {
-    const auto manager = object();
-    if (!manager)
-      return CoreManager::addNewPaymentInstrument(card, address, guest, std::move(report));
-    [*manager addNewPaymentInstrument:original(card)
-                       billingAddress:original(address)
-                             forGuest:original(guest)
-                           completion:asBlock(std::move(report)).block()];
+    [*object() addNewPaymentInstrument:original(card)
+                        billingAddress:original(address)
+                              forGuest:original(guest)
+                            completion:asBlock(std::move(report)).block()];
   }
 
   void addNewPaymentInstrumentToPayleven(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
                                          const hlv::NullableString& token,
                                          HLVSDKPaylevenInstrumentCompletion report) override {
-    const auto manager = object();
-    if (!manager)
-      return CoreManager::addNewPaymentInstrumentToPayleven(card, token, std::move(report));
-    [*manager addNewPaymentInstrumentToPayleven:original(card)
-                              withPaylevenToken:toNSString(token)
-                                     completion:asBlock(std::move(report)).block()];
+    [*object() addNewPaymentInstrumentToPayleven:original(card)
+                               withPaylevenToken:toNSString(token)
+                                      completion:asBlock(std::move(report)).block()];
   }
 
   void processAddedPaymentInstrument(const std::shared_ptr<hlv::HLVSDKPaymentInstrument>& card,
                                      const hlv::NullableString& token,
                                      HLVSDKPaylevenInstrumentCompletion report) override {
-    const auto manager = object();
-    if (!manager) return CoreManager::processAddedPaymentInstrument(card, token, std::move(report));
-    [*manager processAddedPaymentInstrument:original(card)
-                              paylevenToken:toNSString(token)
-                                 completion:asBlock(std::move(report)).block()];
+    [*object() processAddedPaymentInstrument:original(card)
+                               paylevenToken:toNSString(token)
+                                  completion:asBlock(std::move(report)).block()];
   }
 };
 
@@ -115,9 +97,9 @@ struct HLVManagerCore {
 
 @implementation HLVSDKPaylevenPaymentInstrumentManager
 
-/// Held for the call: a service may release the object before it returns.
-static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentManager* object) {
-  return object->_core->kit;
+static hlv::objc::CallOn<ManagerDirector, HLVSDKPaylevenPaymentInstrumentManager> coreOf(
+    HLVSDKPaylevenPaymentInstrumentManager* object) {
+  return {object, object->_core->kit.get()};
 }
 
 + (void)initialize {
@@ -132,15 +114,8 @@ static std::shared_ptr<ManagerDirector> coreOf(HLVSDKPaylevenPaymentInstrumentMa
     [self setReachability:reachability];
     [self setApiManager:apiManager];
     [self setPaymentClient:paylevenClient];
-    // Without a name an observer gets everything.
-    NSString* const name = HLVSDKReachabilityDidChangeReachabilityStateNotification;
-    if (name) {
-      [[NSNotificationCenter defaultCenter]
-          addObserver:self
-             selector:@selector(handleReachabilityChangedNotification:)
-                 name:name
-               object:nil];
-    }
+    hlv::objc::observe(self, @selector(handleReachabilityChangedNotification:),
+                       HLVSDKReachabilityDidChangeReachabilityStateNotification);
   }
   return self;
 }

@@ -32,25 +32,14 @@ class SynchronizerDirector final
  public:
   using Director::Director;
 
-  bool isSynchronizing() const override {
-    const auto synchronizer = object();
-    return synchronizer ? [*synchronizer isSynchronizing] : CoreSynchronizer::isSynchronizing();
-  }
+  bool isSynchronizing() const override { return [*object() isSynchronizing]; }
 
-  void setSynchronizing(bool synchronizing) override {
-    const auto synchronizer = object();
-    if (!synchronizer) return CoreSynchronizer::setSynchronizing(synchronizing);
-    [*synchronizer setSynchronizing:synchronizing];
-  }
+  void setSynchronizing(bool synchronizing) override { [*object() setSynchronizing:synchronizing]; }
 
   void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<hlv::HLVSDKGuest>& guest,
                                              hlv::HLVSDKSuccessCompletion report) override {
-    const auto synchronizer = object();
-    if (!synchronizer) {
-      return CoreSynchronizer::synchronizePaymentInstrumentsForGuest(guest, std::move(report));
-    }
-    [*synchronizer synchronizePaymentInstrumentsForGuest:original(guest)
-                                              completion:asBlock(std::move(report)).block()];
+    [*object() synchronizePaymentInstrumentsForGuest:original(guest)
+                                          completion:asBlock(std::move(report)).block()];
   }
 
   bool isCreditCardExistsInArray(
@@ -59,7 +48,7 @@ class SynchronizerDirector final
     const auto synchronizer = object();
     const SEL question = @selector(isCreditCardExistsInArray:relatedToPaymentInstrument:);
     // Asked for every instrument with all cards, which cross only for another implementation.
-    if (!synchronizer || [*synchronizer methodForSelector:question] == ownQuestion) {
+    if (!*synchronizer || [*synchronizer methodForSelector:question] == ownQuestion) {
       return CoreSynchronizer::isCreditCardExistsInArray(cards, pair);
     }
     return [*synchronizer isCreditCardExistsInArray:hlv::objc::crossing(cards)
@@ -69,12 +58,8 @@ class SynchronizerDirector final
   void fetchAllPaylevenPaymentInstrumentsForGuest(
       const std::shared_ptr<hlv::HLVSDKGuest>& guest,
       hlv::HLVSDKPLVPaymentInstrumentsCompletion report) override {
-    const auto synchronizer = object();
-    if (!synchronizer) {
-      return CoreSynchronizer::fetchAllPaylevenPaymentInstrumentsForGuest(guest, std::move(report));
-    }
-    [*synchronizer fetchAllPaylevenPaymentInstrumentsForGuest:original(guest)
-                                                   completion:asBlock(std::move(report)).block()];
+    [*object() fetchAllPaylevenPaymentInstrumentsForGuest:original(guest)
+                                               completion:asBlock(std::move(report)).block()];
   }
 };
 
@@ -86,10 +71,9 @@ struct HLVSynchronizerCore {
 
 @implementation HLVSDKPaylevenPaymentInstrumentsSynchronizer
 
-/// Held for the call: a service may release the object before it returns.
-static std::shared_ptr<SynchronizerDirector> coreOf(
+static hlv::objc::CallOn<SynchronizerDirector, HLVSDKPaylevenPaymentInstrumentsSynchronizer> coreOf(
     HLVSDKPaylevenPaymentInstrumentsSynchronizer* object) {
-  return object->_core->kit;
+  return {object, object->_core->kit.get()};
 }
 
 + (void)load {

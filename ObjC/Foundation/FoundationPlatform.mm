@@ -5,40 +5,9 @@
 #include <utility>
 
 #include "ObjC/Binding/Strings.h"
+#include "ObjC/Binding/Target.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Foundation/Queues.h"
-
-/// Observes one name for the core.
-@interface HLVNotificationListener : NSObject {
- @private
-  hlv::NotificationCenter::Handler* _handler;
-}
-- (instancetype)initWithHandler:(hlv::NotificationCenter::Handler)handler;
-- (void)receive:(NSNotification*)notification;
-@end
-
-@implementation HLVNotificationListener
-
-- (instancetype)initWithHandler:(hlv::NotificationCenter::Handler)handler {
-  if ((self = [super init])) {
-    _handler = new hlv::NotificationCenter::Handler(std::move(handler));
-  }
-  return self;
-}
-
-- (void)dealloc {
-  delete _handler;
-  [super dealloc];
-}
-
-- (void)receive:(NSNotification*)notification {
-  // The observation may end while its handler runs.
-  [self retain];
-  (*_handler)(hlv::objc::fromNSNotification(notification));
-  [self release];
-}
-
-@end
 
 namespace hlv::objc {
 namespace {
@@ -46,25 +15,24 @@ namespace {
 class FoundationObservation final : public Observation {
  public:
   FoundationObservation(NSString* name, NotificationCenter::Handler handler)
-      : listener_([[HLVNotificationListener alloc] initWithHandler:std::move(handler)]) {
-    [[NSNotificationCenter defaultCenter] addObserver:listener_
-                                             selector:@selector(receive:)
-                                                 name:name
-                                               object:nil];
+      : target_([[HLVTarget alloc]
+            initWithFunction:[handler = std::move(handler)](NSNotification* notification) {
+              handler(fromNSNotification(notification));
+            }]) {
+    observe(target_, @selector(call:), name);
   }
   ~FoundationObservation() override {
-    [[NSNotificationCenter defaultCenter] removeObserver:listener_];
-    [listener_ release];
+    [[NSNotificationCenter defaultCenter] removeObserver:target_];
+    [target_ release];
   }
 
  private:
-  HLVNotificationListener* const listener_;
+  HLVTarget* const target_;
 };
 
 class FoundationNotificationCenter final : public NotificationCenter {
  public:
   std::unique_ptr<Observation> observe(const NullableString& name, Handler handler) override {
-    if (!name) return nullptr;
     return std::make_unique<FoundationObservation>(toNSString(name), std::move(handler));
   }
   void post(const Notification& notification) override {
@@ -92,6 +60,12 @@ class FoundationPlatform final : public Platform {
 };
 
 }  // namespace
+
+void observe(id observer, SEL handler, NSString* name) {
+  // Without a name an observer gets everything.
+  if (!name) return;
+  [[NSNotificationCenter defaultCenter] addObserver:observer selector:handler name:name object:nil];
+}
 
 std::shared_ptr<Platform> makeFoundationPlatform() {
   return std::make_shared<FoundationPlatform>();

@@ -40,54 +40,30 @@ std::shared_ptr<Queue> fromSystemQueue(HLVSDKQueue queue) { return adapted<Dispa
 #else
 
 #include "ObjC/Binding/Strings.h"
-
-/// A block on its way to the main thread, or on an operation queue, which it keeps.
-@interface HLVPostedBlock : NSObject {
- @private
-  hlv::Block* _block;
-  NSOperationQueue* _queue;
-}
-- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue;
-- (void)run;
-@end
-
-@implementation HLVPostedBlock
-
-- (instancetype)initWithBlock:(hlv::Block)block queue:(NSOperationQueue*)queue {
-  if ((self = [super init])) {
-    _block = new hlv::Block(std::move(block));
-    _queue = [queue retain];
-  }
-  return self;
-}
-
-- (void)dealloc {
-  delete _block;
-  [_queue release];
-  [super dealloc];
-}
-
-- (void)run {
-  @autoreleasepool {
-    (*_block)();
-    // What it held goes now, and not when the system gets to it.
-    *_block = nullptr;
-  }
-}
-
-@end
+#include "ObjC/Binding/Target.h"
 
 namespace hlv::objc {
 namespace {
+
+/// A block on its way to the main thread, or on an operation queue, which it keeps. What it holds
+/// goes when it was run, and not when the system gets to it.
+HLVTarget* posted(Block block, NSOperationQueue* queue) {
+  return [[[HLVTarget alloc]
+      initWithFunction:[block = std::move(block), queue = adapted<Held>(queue)](id) mutable {
+        @autoreleasepool {
+          std::exchange(block, nullptr)();
+        }
+      }] autorelease];
+}
 
 class MainQueue final : public Queue {
  public:
   void async(Block block) override {
     // A service may reply on a thread that has no pool.
     @autoreleasepool {
-      auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)
-                                                      queue:nil] autorelease];
-      [posted performSelectorOnMainThread:@selector(run) withObject:nil waitUntilDone:NO];
+      [posted(std::move(block), nil) performSelectorOnMainThread:@selector(call:)
+                                                      withObject:nil
+                                                   waitUntilDone:NO];
     }
   }
   Text label() const override { return "main"; }
@@ -98,11 +74,11 @@ class OperationQueue final : public Adapter<Queue, NSOperationQueue*> {
   using Adapter::Adapter;
   void async(Block block) override {
     @autoreleasepool {
-      auto* posted = [[[HLVPostedBlock alloc] initWithBlock:std::move(block)
-                                                      queue:object()] autorelease];
-      [object() addOperation:[[[NSInvocationOperation alloc] initWithTarget:posted
-                                                                   selector:@selector(run)
-                                                                     object:nil] autorelease]];
+      auto* operation =
+          [[[NSInvocationOperation alloc] initWithTarget:posted(std::move(block), object())
+                                                selector:@selector(call:)
+                                                  object:nil] autorelease];
+      [object() addOperation:operation];
     }
   }
   Text label() const override { return fromNSString([object() name]).value_or(""); }

@@ -17,8 +17,9 @@ std::optional<std::uint64_t> seedIn(const Json& json) {
 
 Json jsonOf(const SandboxDescription& sandbox) {
   return {{"id", sandbox.id},
+          {"problem", orNull(sandbox.problem)},
           {"seed", sandbox.seed ? Json(*sandbox.seed) : Json()},
-          {"clock", sandbox.clock},
+          {"clock", sandbox.problem ? Json() : Json(sandbox.clock)},
           {"network", sandbox.isNetworkOn},
           {"in_memory", sandbox.isInMemory},
           {"created", sandbox.created},
@@ -33,12 +34,19 @@ Json jsonOf(const SandboxDescription& sandbox) {
 
 SandboxDescription sandboxIn(const Json& json) {
   const auto& urls = objectIn(json, "urls");
-  return {requiredTextIn(json, "id"),        seedIn(json),
-          requiredTextIn(json, "clock"),     requiredFlagIn(json, "network"),
-          requiredFlagIn(json, "in_memory"), requiredTextIn(json, "created"),
-          textIn(json, "expires"),           requiredIntegerIn(json, "guests"),
-          requiredTextIn(urls, "backend"),   requiredTextIn(urls, "provider"),
-          requiredTextIn(urls, "control"),   requiredTextIn(urls, "console")};
+  return {requiredTextIn(json, "id"),
+          textIn(json, "problem"),
+          seedIn(json),
+          textIn(json, "clock").value_or(""),
+          requiredFlagIn(json, "network"),
+          requiredFlagIn(json, "in_memory"),
+          requiredTextIn(json, "created"),
+          textIn(json, "expires"),
+          requiredIntegerIn(json, "guests"),
+          requiredTextIn(urls, "backend"),
+          requiredTextIn(urls, "provider"),
+          requiredTextIn(urls, "control"),
+          requiredTextIn(urls, "console")};
 }
 
 Json jsonOf(const NewSandbox& sandbox) {

@@ -11,6 +11,9 @@ namespace hlv::sandbox {
 
 struct SandboxDescription {
   std::string id;
+  /// Why its store cannot be used, in one sentence. Seed, clock, network and guests are not known
+  /// then.
+  std::optional<std::string> problem;
   std::optional<std::uint64_t> seed;
   /// Times are in ISO 8601, in UTC.
   std::string clock;

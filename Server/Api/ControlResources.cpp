@@ -176,14 +176,6 @@ void addClockAndNetwork(ApiRoutes& routes) {
   });
 }
 
-/// With what is new in the log written first.
-void readLog(ApiRoutes& routes, std::string_view path, ApiRoutes::Work work) {
-  routes.write("GET", path, [work = std::move(work)](Database& database, const Exchange& exchange) {
-    exchange.world->log().write(database);
-    return work(database, exchange);
-  });
-}
-
 Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usualLimit) {
   const auto& request = exchange.request;
   const RequestFilter filter{exchange.number("after", 0, 0, INT64_MAX),
@@ -256,19 +248,20 @@ EventStream requestStream(const std::shared_ptr<World>& world) {
   };
 }
 
+/// Reads of the log are writes, before which what is new in it is written.
 void addRequests(ApiRoutes& routes) {
-  readLog(routes, "v1/sandbox/requests", [](Database& database, const Exchange& exchange) {
+  routes.write("GET", "v1/sandbox/requests", [](Database& database, const Exchange& exchange) {
     return jsonReply(200, requestsIn(database, exchange, 100));
   });
   routes.add("GET", "v1/sandbox/requests/stream", [](const Exchange& exchange) {
     exchange.reply({.events = requestStream(exchange.world)});
   });
-  readLog(routes, "v1/sandbox/requests/*", [](Database& database, const Exchange& exchange) {
+  routes.write("GET", "v1/sandbox/requests/*", [](Database& database, const Exchange& exchange) {
     const auto request = RequestLog::find(database, exchange.part(3), exchange.world->id());
     if (!request) throw HttpError(404, "no-such-request", "The log has no request of this id.");
     return jsonReply(200, *request);
   });
-  readLog(routes, "v1/sandbox/har", [](Database& database, const Exchange& exchange) {
+  routes.write("GET", "v1/sandbox/har", [](Database& database, const Exchange& exchange) {
     const auto log = requestsIn(database, exchange, 1'000);
     return jsonReply(200, harOf(log["requests"], exchange.request.host));
   });

@@ -116,14 +116,16 @@ void Registry::setURLs(PublicURLs urls) {
 
 Registry::Entry& Registry::entryOf(const std::string& id) {
   const auto found = entries_.find(id);
-  if (found == entries_.end()) throw noSuchSandbox();
+  const bool isThere = found != entries_.end() &&
+                       !(found->second.expires && *found->second.expires <= sandbox::machineTime());
+  if (!isThere) throw noSuchSandbox();
   return found->second;
 }
 
 std::shared_ptr<Store> Registry::openStore(const std::string& id) const {
   auto opened = Store::open(storePathOf(id));
   // The problem names the file, which is the server's own affair.
-  if (!opened) throw HttpError(507, "store-failed", "The sandbox's store cannot be opened.");
+  if (!opened) throw sandbox::StoreFailure("The sandbox's store cannot be opened.");
   return std::move(*opened);
 }
 
@@ -136,7 +138,6 @@ std::string Registry::storePathOf(const std::string& id) const {
 std::shared_ptr<World> Registry::world(const std::string& id) {
   const std::lock_guard lock(mutex_);
   auto& entry = entryOf(id);
-  if (entry.expires && *entry.expires <= sandbox::machineTime()) throw noSuchSandbox();
   if (!entry.world) {
     auto opened = entry.closing.lock();
     if (!opened) opened = std::make_shared<World>(id, openStore(id), writers_);
@@ -216,34 +217,37 @@ void Registry::runMaintenance() {
 // What is known of them.
 
 std::vector<SandboxDescription> Registry::list(const std::string& after, std::size_t limit) {
-  std::vector<std::string> ids;
-  {
+  const auto idAfter = [this](const std::string& id) {
     const std::lock_guard lock(mutex_);
-    for (auto place = entries_.upper_bound(after); place != entries_.end() && ids.size() < limit;
-         ++place) {
-      ids.push_back(place->first);
-    }
-  }
+    const auto next = entries_.upper_bound(id);
+    return next == entries_.end() ? std::string() : next->first;
+  };
   std::vector<SandboxDescription> descriptions;
-  for (const auto& id : ids) {
+  for (auto id = idAfter(after); !id.empty() && descriptions.size() < limit; id = idAfter(id)) {
     try {
-      descriptions.push_back(describe(id));
-    } catch (const HttpError& error) {
-      if (error.status != 404) throw;  // It was deleted meanwhile.
+      auto description = describeEntry(id);
+      try {
+        describeStore(description);
+      } catch (const sandbox::StoreFailure& failure) {
+        description.problem = failure.what();
+      }
+      descriptions.push_back(std::move(description));
+    } catch (const HttpError&) {
+      // It was deleted meanwhile.
     }
   }
   return descriptions;
 }
 
 SandboxDescription Registry::describe(const std::string& id) {
+  auto description = describeEntry(id);
+  describeStore(description);
+  return description;
+}
+
+SandboxDescription Registry::describeEntry(const std::string& id) {
   SandboxDescription description;
   description.id = id;
-  world(id)->store().read([&](Database& database) {
-    description.seed = sandbox::seedOf(database);
-    description.clock = sandbox::timeText(sandbox::sandboxTime(database));
-    description.isNetworkOn = isReachable(sandbox::readNetworkState(database));
-    description.guests = database.integer("SELECT count(*) FROM backend_guests");
-  });
   const std::lock_guard lock(mutex_);
   const auto& entry = entryOf(id);
   description.isInMemory = entry.isInMemory;
@@ -255,6 +259,15 @@ SandboxDescription Registry::describe(const std::string& id) {
   description.controlURL = urls_.provider + below + "/v1/sandbox";
   description.consoleURL = urls_.console + below;
   return description;
+}
+
+void Registry::describeStore(SandboxDescription& description) {
+  world(description.id)->store().read([&](Database& database) {
+    description.seed = sandbox::seedOf(database);
+    description.clock = sandbox::timeText(sandbox::sandboxTime(database));
+    description.isNetworkOn = isReachable(sandbox::readNetworkState(database));
+    description.guests = database.integer("SELECT count(*) FROM backend_guests");
+  });
 }
 
 std::optional<std::string> Registry::note(const std::string& name) {

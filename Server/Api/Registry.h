@@ -72,7 +72,8 @@ class Registry {
 
   sandbox::SandboxDescription create(const sandbox::NewSandbox& wanted);
   void remove(const std::string& id);
-  /// Those after `after` in the order of their ids, at most `limit`.
+  /// Those after `after` in the order of their ids, at most `limit`; also those whose store cannot
+  /// be used.
   std::vector<sandbox::SandboxDescription> list(const std::string& after, std::size_t limit);
   sandbox::SandboxDescription describe(const std::string& id);
 
@@ -108,7 +109,9 @@ class Registry {
   };
 
   void readEntries();
-  /// With the lock. Throws 404.
+  sandbox::SandboxDescription describeEntry(const std::string& id);
+  void describeStore(sandbox::SandboxDescription& description);
+  /// With the lock. Throws 404, also for one whose time is over.
   Entry& entryOf(const std::string& id);
   void keepOpen(Entry& entry);
   void close(Entry& entry);

@@ -145,9 +145,11 @@ void RequestLog::add(const FinishedRequest& finished, const std::string& listene
         code.empty() ? std::nullopt : std::optional(code), packed(events, at));
   };
   const std::lock_guard lock(mutex_);
-  news_.push_back(std::move(insert));
+  news_.push_back(std::make_shared<const Insert>(std::move(insert)));
   // What would go at once when it was written need not be written.
-  if (news_.size() > static_cast<std::size_t>(requestsKept)) news_.pop_front();
+  if (news_.size() <= static_cast<std::size_t>(requestsKept)) return;
+  news_.pop_front();
+  ++forgotten_;
 }
 
 bool RequestLog::hasNews() const {
@@ -159,10 +161,16 @@ void RequestLog::write(Database& database) {
   decltype(news_) news;
   {
     const std::lock_guard lock(mutex_);
-    news.swap(news_);
+    news = news_;
+    written_ = forgotten_ + static_cast<std::int64_t>(news.size());
   }
-  for (const auto& insert : news) insert(database);
+  for (const auto& insert : news) (*insert)(database);
   database.run("DELETE FROM requests WHERE number <= ?", last(database) - requestsKept);
+}
+
+void RequestLog::forgetWritten() {
+  const std::lock_guard lock(mutex_);
+  for (; forgotten_ < written_; ++forgotten_) news_.pop_front();
 }
 
 void RequestLog::open(Database& database) {

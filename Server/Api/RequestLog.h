@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -48,8 +49,10 @@ class RequestLog {
   void add(const FinishedRequest& finished, const std::string& listener,
            const std::optional<sandbox::FaultKind>& fault, std::vector<sandbox::Event> events);
   bool hasNews() const;
-  /// Writes what was added.
+  /// Writes what was added, which stays new until `forgetWritten`: a write may be undone.
   void write(sandbox::Database& database);
+  /// Once what was written last is committed.
+  void forgetWritten();
 
   /// Marks the log as open; records a gap where it was not closed before.
   static void open(sandbox::Database& database);
@@ -65,8 +68,13 @@ class RequestLog {
   static std::int64_t last(sandbox::Database& database);
 
  private:
+  using Insert = std::function<void(sandbox::Database&)>;
+
   mutable std::mutex mutex_;
-  std::deque<std::function<void(sandbox::Database&)>> news_;
+  std::deque<std::shared_ptr<const Insert>> news_;
+  /// How many have left `news_`, and how many had come when they were written last.
+  std::int64_t forgotten_ = 0;
+  std::int64_t written_ = 0;
 };
 
 }  // namespace hlv::server

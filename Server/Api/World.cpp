@@ -40,6 +40,7 @@ void World::flushLog() {
   const auto flush = [this] {
     isFlushing_ = false;
     store_->record([this](Database& database) { log_.write(database); });
+    log_.forgetWritten();
   };
   // What cannot be recorded fails loudly where the same store has to take an effect.
   submit({{}, flush, [](const std::exception_ptr&) {}});
@@ -91,10 +92,13 @@ void World::performAlone(const Task& task) {
 void World::performTogether(std::deque<Task>& tasks) {
   std::vector<Store::Part> parts;
   parts.reserve(tasks.size() + 1);
-  for (auto& task : tasks) parts.push_back({std::move(task.body)});
+  // First, so that a task can read the log.
   if (log_.hasNews()) parts.push_back({[this](Database& database) { log_.write(database); }});
+  const auto first = parts.size();
+  for (auto& task : tasks) parts.push_back({std::move(task.body)});
   store_->writeTogether(parts);
-  for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].done(parts[i].problem);
+  if (first > 0 && !parts.front().problem) log_.forgetWritten();
+  for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].done(parts[first + i].problem);
 }
 
 int World::openLog() {
@@ -112,6 +116,7 @@ void World::closeLog(int time) {
       log_.write(database);
       RequestLog::close(database);
     });
+    log_.forgetWritten();
     isLogOpen_ = false;
   } catch (const sandbox::StoreFailure&) {
     // The log says so the next time.

@@ -1,12 +1,14 @@
 // Plays all histories of a scenario and lets the reference model examine each.
 //
-// Threading: one thread; the count may be read from anywhere.
+// Threading: one thread.
 #pragma once
 
+#include <unistd.h>
+
 #include <algorithm>
-#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <iostream>
 #include <limits>
 #include <map>
 #include <optional>
@@ -54,11 +56,11 @@ struct Limits {
   bool stopsAtFirstFailure = false;
 };
 
-/// How far all explorations of a scenario are, and how many of them have nothing left.
+/// How far the explorations of a scenario have come, and how many of them have nothing left.
 struct Progress {
-  std::atomic<std::uint64_t> histories{0};
-  std::atomic<unsigned> ended{0};
-  std::atomic<bool> failed{false};
+  std::uint64_t histories = 0;
+  std::size_t ended = 0;
+  bool failed = false;
 };
 
 /// What histories came to: what each operation and each notification saw, and what was left.
@@ -80,11 +82,9 @@ inline std::uint64_t outcomeOf(const History& history) {
 }
 
 /// The text of the shortest history that is not as it must be, with the path that replays it; or
-/// nothing. Ends early when `stop` is set, here or elsewhere. The outcomes are kept where there is
-/// a place for them.
+/// nothing. The outcomes are kept where there is a place for them.
 inline std::optional<std::string> explore(const Scenario& scenario, const Limits& limits,
-                                          Progress& progress, std::atomic<bool>& stop,
-                                          Outcomes* outcomes = nullptr) {
+                                          Progress& progress, Outcomes* outcomes = nullptr) {
   Simulation simulation;
   DepthFirst choices(limits.orders, limits.shard);
   std::optional<std::string> shortest;
@@ -105,7 +105,8 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
     return liveBlocks > blocks;
   };
   bool goesOn = true;
-  while (goesOn && !stop && progress.histories < limits.histories) {
+  while (goesOn && !(shortest && limits.stopsAtFirstFailure) &&
+         progress.histories < limits.histories) {
     const auto blocks = liveBlocks;
     const auto& history = simulation.play(scenario, limits.interferences, choices);
     if (choices.isComplete()) {
@@ -120,10 +121,12 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
     if (!shortest && liveBlocks > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
       keepIfShorter({}, {0, "no memory left over"});
     }
-    if (shortest) progress.failed = true;
-    if (shortest && limits.stopsAtFirstFailure) stop = true;
     goesOn = choices.next();
+    if (isatty(STDERR_FILENO) && progress.histories % 100'000 == 0) {
+      std::cerr << "\r" << progress.histories << " histories of " << scenario.name << std::flush;
+    }
   }
+  progress.failed = shortest.has_value();
   if (!goesOn) ++progress.ended;
   return shortest;
 }

@@ -1,10 +1,5 @@
 // Explores every order of events that a scenario has. Exit status 1 when a history is not as it
 // must be, or when the number of histories is not the one on record.
-#include <poll.h>
-#include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -43,22 +38,9 @@ using namespace hlv::testing;
 
 struct Options {
   Limits limits;
-  unsigned jobs = 2;
   bool comparesOrders = false, playsLong = false;
   std::string replay, part;
   std::vector<std::string> merged, scenarios;
-};
-
-/// What the workers and their parent share.
-struct Board {
-  std::atomic<bool> stop{false};
-  Progress lines[256];
-
-  std::uint64_t total() const {
-    std::uint64_t total = 0;
-    for (const auto& line : lines) total += line.histories;
-    return total;
-  }
 };
 
 /// The numbers of histories on record, by scenario and by added interferences.
@@ -99,111 +81,101 @@ int replay(const std::string& line) {
   return violation ? 1 : 0;
 }
 
-void print(const std::string& text) {
-  std::fputs(text.c_str(), stdout);
-  std::fflush(stdout);
-}
-
-/// A worker's share of every scenario.
-void playShare(const std::vector<const Scenario*>& scenarios, const Options& options, unsigned job,
-               Board& board) {
-  auto limits = options.limits;
-  limits.shard = {limits.shard.number * options.jobs + job, limits.shard.of * options.jobs};
-  for (std::size_t i = 0; i < scenarios.size() && !board.stop; ++i) {
-    if (const auto failure = explore(*scenarios[i], limits, board.lines[i], board.stop)) {
-      print("\n" + scenarios[i]->name + "\n" + *failure);
+/// Returns how far each scenario has come, and prints what is wrong.
+std::vector<Progress> play(const std::vector<const Scenario*>& scenarios, const Options& options) {
+  std::vector<Progress> lines(scenarios.size());
+  for (std::size_t i = 0; i < scenarios.size(); ++i) {
+    if (const auto failure = explore(*scenarios[i], options.limits, lines[i])) {
+      std::cout << "\n" << scenarios[i]->name << "\n" << *failure;
+      if (options.limits.stopsAtFirstFailure) break;
     }
   }
+  return lines;
 }
 
-/// Plays a worker's scenarios in all orders too, and compares what comes of both.
-void compareOrders(const std::vector<const Scenario*>& scenarios, const Options& options,
-                   unsigned job, Board& board) {
-  for (std::size_t i = job; i < scenarios.size(); i += options.jobs) {
+/// Plays the scenarios in all orders too, and compares what comes of both.
+std::vector<Progress> compareOrders(const std::vector<const Scenario*>& scenarios,
+                                    const Options& options) {
+  std::vector<Progress> lines(scenarios.size());
+  for (std::size_t i = 0; i < scenarios.size(); ++i) {
     auto limits = options.limits;
-    auto& line = board.lines[i];
+    auto& line = lines[i];
     Progress all;
     Outcomes distinct, everything;
-    explore(*scenarios[i], limits, line, board.stop, &distinct);
+    explore(*scenarios[i], limits, line, &distinct);
     limits.orders = DepthFirst::Orders::all;
-    explore(*scenarios[i], limits, all, board.stop, &everything);
+    explore(*scenarios[i], limits, all, &everything);
     if (all.ended + line.ended < 2) {
-      print("too many to compare: " + scenarios[i]->name + "\n");
+      std::printf("too many to compare: %s\n", scenarios[i]->name.c_str());
       continue;
     }
     line.failed = distinct != everything;
-    std::printf("%12lu %12lu %12zu %12zu  %s\n", line.histories.load(), all.histories.load(),
-                distinct.size(), everything.size(), scenarios[i]->name.c_str());
+    std::printf("%12lu %12lu %12zu %12zu  %s\n", line.histories, all.histories, distinct.size(),
+                everything.size(), scenarios[i]->name.c_str());
   }
+  return lines;
 }
 
-/// Starts the workers and shows how far they are until all have ended; false if one has died.
-bool runWorkers(const std::vector<const Scenario*>& scenarios, const Options& options,
-                Board& board) {
-  int ends[2];
-  if (pipe(ends) != 0) return false;
-  for (unsigned job = 0; job < options.jobs; ++job) {
-    if (fork() == 0) {
-      close(ends[0]);
-      (options.comparesOrders ? compareOrders : playShare)(scenarios, options, job, board);
-      std::exit(0);  // Not _Exit: a build that counts lines writes them down at the end.
-    }
-  }
-  close(ends[1]);
-  // The workers hold the other end, so it hangs up when the last of them has ended.
-  pollfd hangUp{ends[0], POLLIN, 0};
-  while (poll(&hangUp, 1, 200) == 0) {
-    if (isatty(STDERR_FILENO)) std::cerr << "\r" << board.total() << " histories " << std::flush;
-  }
-  bool fine = true;
-  for (int status = 0; wait(&status) > 0;) fine = fine && status == 0;
-  return fine;
-}
-
-/// Adds what other runs have written with --part; false if a file has nothing.
-bool merge(const std::vector<const Scenario*>& scenarios, const Options& options, Board& board) {
+/// Adds up what other runs have written with --part.
+std::vector<Progress> merge(const std::vector<const Scenario*>& scenarios, const Options& options) {
+  std::vector<Progress> lines(scenarios.size());
   for (const auto& file : options.merged) {
     const auto part = readRecord(file);
-    if (part.empty()) return false;
+    if (part.empty()) {
+      std::cerr << file << " has nothing that --part has written.\n";
+      std::exit(2);
+    }
     for (std::size_t i = 0; i < scenarios.size(); ++i) {
       const auto found = part.find(scenarios[i]->name);
       if (found == part.end() || found->second.size() != 3) continue;
-      board.lines[i].histories += found->second[0];
-      board.lines[i].ended += found->second[1] != 0 ? 1 : 0;
-      if (found->second[2] != 0) board.lines[i].failed = true;
+      lines[i].histories += found->second[0];
+      lines[i].ended += found->second[1];
+      lines[i].failed |= found->second[2] != 0;
     }
   }
-  return true;
+  return lines;
+}
+
+/// Writes a part that --merge adds up; false if it cannot.
+bool writePart(const std::vector<const Scenario*>& scenarios, const std::vector<Progress>& lines,
+               const std::string& file) {
+  std::ofstream part(file);
+  for (std::size_t i = 0; i < scenarios.size(); ++i) {
+    const auto& line = lines[i];
+    part << scenarios[i]->name << ": " << line.histories << " " << line.ended << " " << line.failed
+         << "\n";
+  }
+  return part.flush().good();
 }
 
 int report(const std::vector<const Scenario*>& scenarios, const Options& options,
-           const Board& board) {
+           const std::vector<Progress>& lines) {
   auto record = readRecord(HLV_HISTORIES_ON_RECORD);
-  const auto workers = options.merged.empty() ? options.jobs : options.merged.size();
-  std::ofstream part(options.part);
+  const auto parts = std::max<std::size_t>(1, options.merged.size());
+  std::uint64_t total = 0;
   bool fine = true;
   std::printf("%12s %12s  %s\n", "histories", "on record", "scenario");
   for (std::size_t i = 0; i < scenarios.size(); ++i) {
-    const auto& line = board.lines[i];
+    const auto& line = lines[i];
+    total += line.histories;
     const auto& name = scenarios[i]->name;
     // Nothing where nobody has played it to the end.
     const auto& counts = record[name];
     const auto* expected = counts.size() > options.limits.interferences
                                ? &counts[options.limits.interferences]
                                : nullptr;
-    const bool ended = line.ended == workers;
-    part << name << ": " << line.histories << " " << ended << " " << line.failed << "\n";
-    const bool asRecorded = !ended || !options.part.empty() || !expected ||
+    const bool ended = line.ended == parts;
+    const bool asRecorded = !ended || options.limits.shard.of > 1 || !expected ||
                             line.histories == *expected || options.comparesOrders;
     fine = fine && asRecorded && !line.failed;
-    std::printf("%12lu %12s  %s%s%s\n", line.histories.load(),
+    std::printf("%12lu %12s  %s%s%s\n", line.histories,
                 expected ? std::to_string(*expected).c_str() : "-", name.c_str(),
                 ended || options.comparesOrders ? "" : ", and more",
                 line.failed  ? "  VIOLATED"
                 : asRecorded ? ""
                              : "  NOT AS ON RECORD");
   }
-  std::printf("%12lu histories, %s\n", board.total(), fine ? "no violation" : "NOT FINE");
+  std::printf("%12lu histories, %s\n", total, fine ? "no violation" : "NOT FINE");
   return fine ? 0 : 1;
 }
 
@@ -226,7 +198,6 @@ int main(int argc, char** argv) {
   app.add_option("--merge", options.merged, "files of all parts: report them, and play nothing");
   app.add_flag("--compare-orders", options.comparesOrders,
                "play what differs only in the order of independent events too, and compare");
-  app.add_option("--jobs", options.jobs, "processes")->check(CLI::Range(1, 64));
   app.add_option("--replay", options.replay,
                  "show one history, from the line that a failure prints");
   app.add_option("scenarios", options.scenarios, "only these; all by default");
@@ -250,12 +221,9 @@ int main(int argc, char** argv) {
     std::cerr << "There is no such scenario.\n";
     return 2;
   }
-  void* shared =
-      mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  if (shared == MAP_FAILED) return 2;
-  auto& board = *new (shared) Board;
-  const bool ended = options.merged.empty() ? runWorkers(scenarios, options, board)
-                                            : merge(scenarios, options, board);
-  const int status = report(scenarios, options, board);
-  return ended ? status : 3;
+  const auto lines = !options.merged.empty()  ? merge(scenarios, options)
+                     : options.comparesOrders ? compareOrders(scenarios, options)
+                                              : play(scenarios, options);
+  if (!options.part.empty()) return writePart(scenarios, lines, options.part) ? 0 : 3;
+  return report(scenarios, options, lines);
 }

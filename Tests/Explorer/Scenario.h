@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "Tests/Support/FakeRecords.h"
+#include "Tests/Support/Answer.h"
+#include "Tests/Support/Held.h"
 
 namespace hlv::testing {
 
@@ -25,32 +26,6 @@ struct Fixtures : FakeObjects {
   /// A card of the guest with the identifier of the stored one, which counts.
   const std::shared_ptr<FakeStoredCard> namesake = std::make_shared<FakeStoredCard>();
   const std::shared_ptr<FakeStoredCard> registered = std::make_shared<FakeStoredCard>();
-};
-
-/// What a service brings with its answer; an answer that fails brings an error as well.
-struct Answer {
-  const char* name;
-  bool fails = false;
-  NullableString token = std::nullopt;
-  NullableList<PLVCreditCardPaymentInstrument> instruments = std::nullopt;
-  NullableList<HLVSDKCreditCard> cards = std::nullopt;
-  std::shared_ptr<FakeGuest> guest = nullptr;
-  std::shared_ptr<FakeStoredCard> card = nullptr;
-};
-
-/// The lists are apart by the use case that they are asked for.
-enum class Service {
-  createToken,
-  addInstrument,
-  privateList,
-  businessList,
-  defaultList,
-  removeInstrument,
-  updateGuest,
-  addCard,
-  deleteCard,
-  updateCard,
-  fetchCards
 };
 
 using Answers = std::vector<Answer>;

@@ -1,6 +1,5 @@
 #include "Tests/Explorer/Simulation.h"
 
-#include <type_traits>
 #include <utility>
 
 #include "Public/HLVSDKPaymentManager.h"
@@ -49,17 +48,6 @@ std::string named(const NullableList<HLVSDKPLVPaymentInstrument>& pairs) {
   return list;
 }
 
-/// What an answer has for one parameter of a completion.
-template <class Result>
-Result brought(const Answer& answer, const ErrorPtr& error) {
-  if constexpr (std::is_same_v<Result, ErrorPtr>) return error;
-  if constexpr (std::is_same_v<Result, NullableString>) return answer.token;
-  if constexpr (std::is_same_v<Result, std::shared_ptr<HLVSDKGuest>>) return answer.guest;
-  if constexpr (std::is_same_v<Result, std::shared_ptr<HLVSDKCreditCard>>) return answer.card;
-  if constexpr (std::is_same_v<Result, NullableList<HLVSDKCreditCard>>) return answer.cards;
-  if constexpr (std::is_same_v<Result, decltype(answer.instruments)>) return answer.instruments;
-}
-
 }  // namespace
 
 /// A card that says what is done to it.
@@ -102,34 +90,17 @@ struct Simulation::Completion {
   }
 };
 
-template <class... Results>
-void Simulation::listen(Held<std::function<void(Results...)>>& held, Service service) {
-  held.answerInside = [this, service](const auto& callback, const CallOf& of) {
-    const bool isList = service == Service::defaultList;
-    const auto asked = isList && *of.useCase == "private"    ? Service::privateList
-                       : isList && *of.useCase == "business" ? Service::businessList
-                                                             : service;
-    called(asked, [callback](const Answer& answer, const ErrorPtr& error) {
-      if (callback) callback(brought<Results>(answer, error)...);
-    });
-  };
-}
-
 Simulation::Simulation() {
   Platform::install(platform_);
   Host::install(host_);
   host_->network->trace = &host_->trace;
-  auto& backend = *host_->backend;
-  auto& provider = *host_->provider;
-  listen(provider.tokens, Service::createToken);
-  listen(provider.adds, Service::addInstrument);
-  listen(provider.lists, Service::defaultList);
-  listen(provider.removals, Service::removeInstrument);
-  listen(backend.guestUpdates, Service::updateGuest);
-  listen(backend.cardAdds, Service::addCard);
-  listen(backend.deletions, Service::deleteCard);
-  listen(backend.cardUpdates, Service::updateCard);
-  listen(backend.cardFetches, Service::fetchCards);
+  host_->forEachService([this](auto& held) {
+    held.answerInside = [this](const auto& callback, const CallOf& of) {
+      called(of.service, [callback](const Answer& answer, const ErrorPtr& error) {
+        complete(callback, answer, error);
+      });
+    };
+  });
 }
 
 Simulation::~Simulation() {

@@ -52,8 +52,6 @@ class Simulation {
   struct Completion;
   static constexpr std::size_t noCall = static_cast<std::size_t>(-1);
 
-  template <class... Results>
-  void listen(Held<std::function<void(Results...)>>& held, Service service);
   void called(Service service, std::function<void(const Answer&, const ErrorPtr&)> answer);
   void completed(std::size_t operation, const std::string& results);
 

@@ -168,6 +168,9 @@ TEST_F(ManySandboxes, NeedFewDescriptorsAndAreFoundAgain) {
       change("CREATE TRIGGER t BEFORE INSERT ON settings BEGIN SELECT RAISE(ABORT, 'full'); END");
       serve();
       for (int i = 0; i < 2; ++i) EXPECT_EQ(askProvider("GET /v1/sandboxes/s0").status, 507);
+      const auto all = client::SandboxClient(server->providerURL()).list();
+      EXPECT_EQ(all.size(), count + 1U) << "it does not hide the others";
+      for (const auto& each : all) EXPECT_EQ(each.problem.has_value(), each.id == "s0") << each.id;
       change("DROP TRIGGER t");
       for (const auto& file : leftBehind) EXPECT_FALSE(std::filesystem::exists(file)) << file;
     }

@@ -36,10 +36,13 @@ TEST_F(RequestLogTest, HasEveryRequestRejectedOnesIncludedAndFindsThem) {
   arm("addCreditCardForGuest", "twice");
   const auto added = askBackend("POST " + cards, newCard());
   require(405, askBackend("DELETE " + guestPath()));
-  for (int i = 0; i < 7; ++i) stream.receiveUntil("event: request");
+  // A read that finds nothing is undone, and takes no record with it.
+  require(404, askProvider("GET /v1/sandbox/requests/unknown"));
+  for (int i = 0; i < 8; ++i) stream.receiveUntil("event: request");
 
-  EXPECT_EQ(paths("?status=404"), std::vector<std::string>{"/v1/guests/nobody@x"});
-  EXPECT_EQ(read("?status=4xx")["requests"].size(), 6U);
+  EXPECT_EQ(paths("?status=404"),
+            (std::vector<std::string>{"/v1/guests/nobody@x", "/v1/sandbox/requests/unknown"}));
+  EXPECT_EQ(read("?status=4xx")["requests"].size(), 7U);
   EXPECT_EQ(paths("?method=DELETE"), std::vector{guestPath()});
   EXPECT_EQ(paths("?fault=any"), std::vector{cards});
   EXPECT_EQ(paths("?path=cards&status=415"), std::vector{cards});

@@ -9,12 +9,11 @@
 #include <functional>
 #include <random>
 #include <string>
-#include <thread>
-#include <tuple>
 #include <vector>
 
 #include "Platform/SharedSlot.h"
 #include "Public/HLVSDKPaylevenKit.h"
+#include "Tests/Support/Answer.h"
 #include "Tests/Support/ScriptedHost.h"
 
 namespace hlv::testing {
@@ -23,38 +22,38 @@ namespace {
 using Manager = HLVSDKPaylevenPaymentInstrumentManager;
 using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 
-/// The threads on which the services answer.
+constexpr std::size_t workCount = 1000;
+constexpr std::size_t starterCount = 4;
+
+/// The threads on which the app begins its operations, and the services answer.
 ///
 /// Threading: any; destroyed when it is quiet.
-class AnswerThreads {
+class Threads {
  public:
   /// `wentQuiet` is called on one of the threads when nothing waits or runs any more.
-  explicit AnswerThreads(std::function<void()> wentQuiet) : wentQuiet_(std::move(wentQuiet)) {}
-  ~AnswerThreads() { threads_.join(); }
-  AnswerThreads(const AnswerThreads&) = delete;
-  AnswerThreads& operator=(const AnswerThreads&) = delete;
+  explicit Threads(std::function<void()> wentQuiet) : wentQuiet_(std::move(wentQuiet)) {}
+  ~Threads() { threads_.join(); }
+  Threads(const Threads&) = delete;
+  Threads& operator=(const Threads&) = delete;
 
-  void post(std::function<void()> answer) {
+  void post(std::function<void()> work) {
     ++posted_;
     ++unfinished_;
-    asio::post(threads_, [this, answer = std::move(answer)]() mutable {
-      answer();
-      answer = nullptr;
+    asio::post(threads_, [this, work = std::move(work)]() mutable {
+      work();
+      work = nullptr;
       if (--unfinished_ == 0) wentQuiet_();
     });
   }
   bool isQuiet() const { return unfinished_ == 0; }
-  /// How many answers were ever posted.
+  /// How much was ever posted.
   std::size_t posted() const { return posted_; }
 
  private:
   const std::function<void()> wentQuiet_;
   std::atomic<std::size_t> posted_{0}, unfinished_{0};
-  asio::thread_pool threads_{8};
+  asio::thread_pool threads_{starterCount + 8};
 };
-
-/// An app's own completion, which is called once, since no kit stands before it.
-constexpr std::uint32_t callOfTheApp = 4;
 
 /// The operation that a call takes part in.
 std::uint32_t numberOf(const CallOf& of) {
@@ -71,38 +70,18 @@ class StressHost final : public ScriptedHost {
  public:
   struct Setting {
     std::uint32_t seed = 0;
-    AnswerThreads* threads = nullptr;
+    Threads* threads = nullptr;
     /// Called for each call that is never answered.
     std::function<void(std::size_t operation)> unanswered;
   };
   explicit StressHost(const Setting& setting) : ScriptedHost(Recording::off) {
     guest = guestOf(0, true);
     requestBody = nullptr;  // What a request was made of is kept for one thread.
-    // Each reply brings objects of its own, and the guest that it was asked for.
-    const auto plan = [setting](auto& calls, std::uint32_t call, auto results) {
-      calls.answerInside = [=](const auto& completion, const CallOf& of) {
-        const auto useCase = call == 8 ? static_cast<std::uint32_t>(length(*of.useCase)) : 0;
-        answer(setting, call + useCase, numberOf(of), completion, results(of));
+    forEachService([setting](auto& held) {
+      held.answerInside = [setting](const auto& completion, const CallOf& of) {
+        answer(setting, of, completion);
       };
-    };
-    const auto withGuest = [](const CallOf& of) { return std::tuple(*of.guest); };
-    const auto withCard = [](const CallOf& of) {
-      return std::tuple(*of.guest, std::make_shared<FakeStoredCard>());
-    };
-    const auto withNothing = [](const CallOf&) { return std::tuple<>(); };
-    plan(backend->guestUpdates, 1,
-         [](const CallOf&) { return std::tuple(std::shared_ptr<HLVSDKGuest>()); });
-    plan(backend->cardAdds, 2, withCard);
-    plan(backend->deletions, 3, withGuest);
-    plan(backend->cardUpdates, callOfTheApp, withCard);
-    plan(backend->cardFetches, 5,
-         [](const CallOf&) { return std::tuple(List<HLVSDKCreditCard>()); });
-    plan(provider->tokens, 6, [](const CallOf& of) { return std::tuple(*of.user); });
-    plan(provider->adds, 7, withNothing);
-    plan(provider->lists, 8, [](const CallOf&) {
-      return std::tuple(List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()});
     });
-    plan(provider->removals, 20, withNothing);
   }
 
   static std::shared_ptr<FakeGuest> guestOf(std::size_t operation, bool hasToken) {
@@ -114,29 +93,35 @@ class StressHost final : public ScriptedHost {
   }
 
  private:
-  /// Answers one call as its plan says: with these results, or with an error in their place.
-  template <class Completion, class... Results>
-  static void answer(const Setting& setting, std::uint32_t call, std::uint32_t operation,
-                     const Completion& completion, const std::tuple<Results...>& results) {
-    std::minstd_rand plan(setting.seed * 7919U + operation * 31U + call);
+  /// Answers one call as its plan says: with objects of its own, or with an error in their place.
+  template <class Completion>
+  static void answer(const Setting& setting, const CallOf& of, const Completion& completion) {
+    const auto operation = numberOf(of);
+    std::minstd_rand plan(setting.seed * 7919U + operation * 31U +
+                          static_cast<std::uint32_t>(of.service));
     plan.discard(3);
     const auto oneIn = [&](std::uint32_t chances) { return plan() % chances == 0; };
     if (oneIn(25)) return setting.unanswered(operation);
-    const std::function<void()> say = [=, fails = oneIn(8)] {
-      if (fails) return completion(Results()..., makeError("refused"));
-      std::apply(completion, std::tuple_cat(results, std::tuple(ErrorPtr())));
-    };
+    Answer answer;
+    const ErrorPtr error = oneIn(8) ? makeError("refused") : nullptr;
+    if (!error) {
+      answer = {
+          .token = of.user ? *of.user : std::nullopt,
+          .instruments = List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()},
+          .cards = List<HLVSDKCreditCard>(),
+          .guest = guestOf(operation, true),
+          .card = std::make_shared<FakeStoredCard>()};
+    }
+    const std::function<void()> say = [=] { complete(completion, answer, error); };
     if (oneIn(4)) {
       say();
     } else {
       setting.threads->post(say);
     }
-    if (call != callOfTheApp && oneIn(5)) setting.threads->post(say);
+    // An update's completion is the app's own: no kit stands before it and ignores a second answer.
+    if (of.service != Service::updateCard && oneIn(5)) setting.threads->post(say);
   }
 };
-
-constexpr std::size_t workCount = 1000;
-constexpr std::size_t starterCount = 4;
 
 enum class Step {
   addFirst,
@@ -192,16 +177,12 @@ class Stress {
   void run() {
     renewKit();
     renewManager();
-    std::vector<std::thread> starters;
     for (std::size_t first = 1; first <= starterCount; ++first) {
-      starters.emplace_back([this, first] {
+      threads_.post([this, first] {
         for (auto number = first; number < workCount; number += starterCount) begin(number);
-        --starting_;
-        wakeMain();
       });
     }
     platform_->runUntil([this] { return isSettled(); });
-    for (auto& starter : starters) starter.join();
   }
 
   /// After `run`. Lets the kit and the manager go. Returns how many operations had to complete.
@@ -242,7 +223,6 @@ class Stress {
 
   /// Whether nothing runs, nothing waits, and nothing came while that was asked.
   bool isSettled() const {
-    if (starting_ > 0) return false;
     const auto posted = threads_.posted();
     return threads_.isQuiet() && platform_->isIdle() && threads_.posted() == posted;
   }
@@ -328,9 +308,8 @@ class Stress {
               [](const auto& configuration) { configuration->setPaymentKey("key"); }))});
   /// The first belongs to the guest of the enabled kit.
   std::deque<Work> works_ = std::deque<Work>(workCount);
-  std::atomic<std::size_t> starting_{starterCount};
   SharedSlot<Manager> manager_;
-  AnswerThreads threads_;
+  Threads threads_;
   const std::shared_ptr<StressHost> host_;
 };
 

@@ -14,12 +14,27 @@
 
 namespace hlv::testing {
 
-/// Whom a call is for, and in which use case, as far as it says so. Valid inside the call.
+/// What a host and a provider are asked for. The lists are apart by their use case.
+enum class Service {
+  createToken,
+  addInstrument,
+  privateList,
+  businessList,
+  defaultList,
+  removeInstrument,
+  updateGuest,
+  addCard,
+  deleteCard,
+  updateCard,
+  fetchCards
+};
+
+/// Which service a call is to, and whom it is for, as far as it says so. Valid inside the call.
 struct CallOf {
+  Service service;
   const std::shared_ptr<HLVSDKGuest>* guest = nullptr;
   /// An address, or a token.
   const NullableString* user = nullptr;
-  const NullableString* useCase = nullptr;
 };
 
 template <class Completion>

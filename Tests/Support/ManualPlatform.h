@@ -61,14 +61,17 @@ class ManualPlatform final : public Platform, public std::enable_shared_from_thi
   }
   std::shared_ptr<NotificationCenter> notificationCenter() override { return center_; }
 
-  /// Runs what waits on the main queue, on the main thread, and on the serial queues, off it.
-  void runEverything() {
-    for (bool ran = true; ran;) {
+  /// Runs what waits on the main queue, on the main thread, and on the serial queues, off it; false
+  /// if there was nothing.
+  bool runEverything() {
+    bool ranAny = false;
+    for (bool ran = true; ran; ranAny |= ran) {
       ran = runAll(*main, true);
       for (std::size_t i = 0; i < serialQueues.size(); ++i) {
         if (const auto queue = serialQueues[i].lock()) ran |= runAll(*queue, false);
       }
     }
+    return ranAny;
   }
 
   const std::shared_ptr<ManualQueue> main = std::make_shared<ManualQueue>("main", &owner);

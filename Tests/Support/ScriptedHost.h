@@ -92,31 +92,32 @@ class ScriptedBackend final : public HLVSDKAPIManager {
                                      HLVSDKGuestCompletion completion) override {
     record(trace_, "backend update guest token=", request);
     const auto* fake = dynamic_cast<const FakeUpdateRequest*>(request.get());
-    guestUpdates.hold(std::move(completion), {.user = fake ? &fake->token : nullptr});
+    guestUpdates.hold(std::move(completion),
+                      {.service = Service::updateGuest, .user = fake ? &fake->token : nullptr});
   }
   void addCreditCardForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
                              const std::shared_ptr<HLVSDKAddCreditCardRequestInfo>& requestInfo,
                              HLVSDKGuestCardCompletion completion) override {
     record(trace_, "backend add card for ", guest, " token=", requestInfo);
     if (trace_) lastAddRequest = requestInfo;
-    cardAdds.hold(std::move(completion), {.guest = &guest});
+    cardAdds.hold(std::move(completion), {.service = Service::addCard, .guest = &guest});
   }
   void deleteCreditCardWithID(const NullableString& ID, const std::shared_ptr<HLVSDKGuest>& guest,
                               HLVSDKGuestCompletion completion) override {
     record(trace_, "backend delete ", ID, " of ", guest);
-    deletions.hold(std::move(completion), {.guest = &guest});
+    deletions.hold(std::move(completion), {.service = Service::deleteCard, .guest = &guest});
   }
   void updateCreditCard(const NullableString& ID, const Dictionary& address,
                         const std::shared_ptr<HLVSDKGuest>& guest,
                         HLVSDKGuestCardCompletion completion) override {
     record(trace_, "backend update ", ID, " of ", guest);
     if (trace_) lastAddress = address;
-    cardUpdates.hold(std::move(completion), {.guest = &guest});
+    cardUpdates.hold(std::move(completion), {.service = Service::updateCard, .guest = &guest});
   }
   void fetchGuestCreditCards(const std::shared_ptr<HLVSDKGuest>& guest,
                              HLVSDKCreditCardsCompletion completion) override {
     record(trace_, "backend fetch cards of ", guest);
-    cardFetches.hold(std::move(completion), {.guest = &guest});
+    cardFetches.hold(std::move(completion), {.service = Service::fetchCards, .guest = &guest});
   }
 
  private:
@@ -139,24 +140,28 @@ class ScriptedProvider final : public PLVInAppClient {
                        const NullableString& useCase, PLVUserTokenCompletion completion) override {
     record(trace_, "provider create token for ", email, " with ", instrument, " use case ",
            useCase);
-    tokens.hold(std::move(completion), {.user = &email, .useCase = &useCase});
+    tokens.hold(std::move(completion), {.service = Service::createToken, .user = &email});
   }
   void addPaymentInstrument(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
                             const NullableString& userToken, const NullableString& useCase,
                             PLVErrorCompletion completion) override {
     record(trace_, "provider add ", instrument, " under ", userToken, " use case ", useCase);
-    adds.hold(std::move(completion), {.user = &userToken, .useCase = &useCase});
+    adds.hold(std::move(completion), {.service = Service::addInstrument, .user = &userToken});
   }
   void getPaymentInstrumentsList(const NullableString& userToken, const NullableString& useCase,
                                  PLVPaymentInstrumentsCompletion completion) override {
     record(trace_, "provider list ", userToken, " use case ", useCase);
-    lists.hold(std::move(completion), {.user = &userToken, .useCase = &useCase});
+    const auto list = useCase == "private"    ? Service::privateList
+                      : useCase == "business" ? Service::businessList
+                                              : Service::defaultList;
+    lists.hold(std::move(completion), {.service = list, .user = &userToken});
   }
   void removePaymentInstrument(const std::shared_ptr<PLVCreditCardPaymentInstrument>& instrument,
                                const NullableString& useCase, const NullableString& userToken,
                                PLVErrorCompletion completion) override {
     record(trace_, "provider remove ", instrument, " from ", useCase, " of ", userToken);
-    removals.hold(std::move(completion), {.user = &userToken, .useCase = &useCase});
+    removals.hold(std::move(completion),
+                  {.service = Service::removeInstrument, .user = &userToken});
   }
 
  private:
@@ -216,12 +221,17 @@ class ScriptedHost : public Host {
   explicit ScriptedHost(Recording recording = Recording::on)
       : trace_(recording == Recording::on ? &trace : nullptr) {}
 
+  /// Visits what holds the calls to the services.
+  template <class Visit>
+  void forEachService(const Visit& visit) {
+    const auto visitAll = [&](auto&... held) { (visit(held), ...); };
+    visitAll(backend->guestUpdates, backend->deletions, backend->cardAdds, backend->cardUpdates,
+             backend->cardFetches, provider->tokens, provider->adds, provider->removals,
+             provider->lists);
+  }
   /// Frees every callback that still waits.
   void dropEverything() {
-    const auto drop = [](auto&... held) { (held.drop(), ...); };
-    drop(backend->guestUpdates, backend->deletions, backend->cardAdds, backend->cardUpdates,
-         backend->cardFetches, provider->tokens, provider->adds, provider->removals,
-         provider->lists);
+    forEachService([](auto& held) { held.drop(); });
   }
   /// The lines since the last call, joined.
   std::string takeTrace() {

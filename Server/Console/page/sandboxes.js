@@ -9,9 +9,9 @@ const clockText = (time) => time.replace('T', ' ').replace('Z', '');
 async function refresh() {
   const [mine, { sandboxes, next }, { snapshots }] = await Promise.all([
     request('GET', 'v1/sandbox'), request('GET', `${all}?limit=1000`), request('GET', `${root}v1/snapshots`)]);
-  showList(find('sandboxes'), sandboxes, ({ id, guests, seed }) => element('li', {},
+  showList(find('sandboxes'), sandboxes, ({ id, problem, guests, seed }) => element('li', {},
     element('a', { href: pageOf(id), 'data-key': id, 'aria-current': id === sandbox ? 'page' : null }, id),
-    element('span', { class: 'hint' }, `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`)), find('make'));
+    element('span', { class: 'hint' }, problem ?? `${guests} ${guests === 1 ? 'guest' : 'guests'}${seed === null ? '' : ` · seed ${seed}`}`)), find('make'));
   find('sandbox-count').textContent = next ? 'The first thousand of this server' : 'All of this server';
   find('clock').textContent = clockText(mine.clock);
   find('seed').textContent = mine.seed ?? 'none: identifiers are random';
