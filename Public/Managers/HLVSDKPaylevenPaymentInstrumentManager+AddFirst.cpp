@@ -12,7 +12,7 @@
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
-#include "Public/Managers/ProviderInstrument.h"
+#include "Public/Managers/MakeProviderInstrument.h"
 #include "Values/Send.h"
 
 namespace hlv {
