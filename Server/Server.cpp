@@ -14,7 +14,7 @@
 #include "Server/Console/Console.h"
 #include "Server/Http/HttpListener.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 constexpr std::chrono::milliseconds maintenancePeriod{200};
@@ -79,7 +79,7 @@ struct Server::Parts {
     };
     if (wanted.wantedPort != 0) return listen(wanted.wantedPort);
     try {
-      const auto last = sandbox::numberOf(registry.note(noteOf(wanted)).value_or("")).value_or(0);
+      const auto last = numberOf(registry.note(noteOf(wanted)).value_or("")).value_or(0);
       listen(std::in_range<std::uint16_t>(last) ? static_cast<int>(last) : 0);
     } catch (const Problem&) {
       listen(0);  // Another program has it now.
@@ -127,4 +127,4 @@ const std::string& Server::consoleURL() const { return parts_->console.url; }
 
 void Server::completeFinishedOperations() { parts_->app->completeFinishedOperations(); }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

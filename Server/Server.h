@@ -10,7 +10,7 @@
 #include "Server/Http/ListenOptions.h"
 #include "Values/Result.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 struct ServerOptions {
   /// The default sandbox; created, readable by its owner only, when it is not there. The others lie
@@ -61,4 +61,4 @@ class Server {
   const std::unique_ptr<Parts> parts_;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -12,7 +12,7 @@
 #include "Tools/Output/Table.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 /// What is typed of a card operation, and the names that `--without` was given.
@@ -20,7 +20,7 @@ struct Options {
   CardSource card;
   std::string ID;
   NullableString useCase;
-  sandbox::AddressFields address;
+  AddressFields address;
   std::vector<std::string> without;
 
   void addID(CLI::App& command) {
@@ -47,8 +47,8 @@ struct Options {
   std::shared_ptr<HLVSDKGuest> guest(const Session& session) const {
     return has("guest") ? session.guest() : nullptr;
   }
-  std::shared_ptr<sandbox::EnteredAddress> billingAddress() const {
-    return has("address") ? sandbox::EnteredAddress::make(address) : nullptr;
+  std::shared_ptr<EnteredAddress> billingAddress() const {
+    return has("address") ? EnteredAddress::make(address) : nullptr;
   }
 };
 
@@ -65,8 +65,7 @@ void defineAdd(CommandLine& line) {
   options->addWithout(command, {"card", "address", "guest"});
   line.whenChosen(command, [options](Session& session) {
     const auto guest = options->guest(session);
-    const auto card =
-        options->has("card") ? sandbox::EnteredCard::make(options->card.read()) : nullptr;
+    const auto card = options->has("card") ? EnteredCard::make(options->card.read()) : nullptr;
     return addCard(session, card, options->billingAddress(), guest);
   });
 }
@@ -100,7 +99,7 @@ void defineDelete(CommandLine& line) {
     auto useCase = options->useCase;
     if (!useCase) {
       const auto cards = session.backendCards();
-      const auto* card = sandbox::findCard(cards, options->ID);
+      const auto* card = findCard(cards, options->ID);
       useCase = card ? card->useCase : "default";
     }
     if (!options->has("use-case")) useCase.reset();
@@ -157,4 +156,4 @@ void defineCardCommands(CommandLine& line) {
   defineLists(line);
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

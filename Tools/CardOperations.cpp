@@ -5,7 +5,7 @@
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"
 #include "Tools/Output/SideBySide.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 using Outcome = Report::Outcome;
@@ -16,8 +16,8 @@ std::string named(const HLVSDKCreditCard& card) {
 }
 
 /// `done` says what a success did, and `undone` what a failure did not.
-Report reportOf(const Session& session, const sandbox::AppCall::Outcome& outcome,
-                const std::string& done, const std::string& undone) {
+Report reportOf(const Session& session, const AppCall::Outcome& outcome, const std::string& done,
+                const std::string& undone) {
   if (outcome.completions == 0) {
     return session.report(Outcome::neverCompleted,
                           "The operation never completes: " + session.whyNothingCame() + ".");
@@ -86,7 +86,7 @@ Report updateCard(Session& session, const NullableString& ID,
   const auto outcome = session.outcomeOf(session.app().update(ID, address, guest));
   std::string changed = "The billing address is changed.";
   const auto cards = session.backendCards();
-  if (const auto* card = sandbox::findCard(cards, ID.value_or(""))) {
+  if (const auto* card = findCard(cards, ID.value_or(""))) {
     changed = "The billing address of " + card->brand + " •••• " + card->lastFourDigits +
               " is now " + describe(card->billingAddress) + ".";
   }
@@ -118,7 +118,7 @@ Report synchronize(Session& session, const std::string& by) {
   } else if (const auto failures = logged(report, "Failed to synchronize"); !failures.empty()) {
     report.outcome = Outcome::failed;
     report.sentence = failures.front();
-  } else if (sandbox::SimulatedApp::kitIsEnabled() && length(guest->paylevenToken()) == 0) {
+  } else if (SimulatedApp::kitIsEnabled() && length(guest->paylevenToken()) == 0) {
     report.sentence = "Nothing to synchronise: the guest has no provider token yet.";
   } else {
     report.outcome = Outcome::neverCompleted;
@@ -127,4 +127,4 @@ Report synchronize(Session& session, const std::string& by) {
   return report;
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

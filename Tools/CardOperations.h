@@ -11,7 +11,7 @@
 #include "Tools/Output/Report.h"
 #include "Tools/Session.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 // Every argument may be null: what the kit makes of that is what a tester wants to see.
 
@@ -27,4 +27,4 @@ Report removeCard(Session& session, const NullableString& ID, const NullableStri
 /// Does what makes an app synchronise: "foreground", "authorization" or "reachability".
 Report synchronize(Session& session, const std::string& by);
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

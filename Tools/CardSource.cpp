@@ -7,7 +7,7 @@
 #include "Tools/Prompt.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 std::string required(const std::optional<std::string>& line, const std::string& what) {
@@ -34,7 +34,7 @@ void CardSource::addOptions(CLI::App& command) {
   command.add_option("--use-case", useCase_, "default, private or business")->type_name("NAME");
 }
 
-sandbox::CardFields CardSource::read() const {
+CardFields CardSource::read() const {
   auto fields = testCard_.empty() ? readTyped() : testCard(testCard_);
   fields.expiryMonth = month_.value_or(fields.expiryMonth);
   fields.expiryYear = year_.value_or(fields.expiryYear);
@@ -43,11 +43,11 @@ sandbox::CardFields CardSource::read() const {
   return fields;
 }
 
-sandbox::CardFields CardSource::readTyped() const {
+CardFields CardSource::readTyped() const {
   if (!prompt::isPossible() && !(month_ && year_ && holder_)) {
     throw Problem("A card that comes from standard input also needs --month, --year and --holder.");
   }
-  sandbox::CardFields fields;
+  CardFields fields;
   fields.pan = hidden("card number");
   fields.cvv = hidden("security code");
   fields.expiryMonth = shown(month_, "month of expiry");
@@ -56,15 +56,15 @@ sandbox::CardFields CardSource::readTyped() const {
   return fields;
 }
 
-sandbox::CardFields CardSource::testCard(const std::string& name) {
-  const auto* card = sandbox::findTestCard(name);
+CardFields CardSource::testCard(const std::string& name) {
+  const auto* card = findTestCard(name);
   if (!card)
     throw Problem("There is no test card of that name; `paylevenkit add --help` lists them.");
   return card->fields;
 }
 
 std::string CardSource::testCardList() {
-  const auto cards = sandbox::testCards();
+  const auto cards = testCards();
   std::size_t width = 0;
   for (const auto& card : cards) width = std::max(width, card.name.size());
   std::string list = "Test cards:\n";
@@ -74,4 +74,4 @@ std::string CardSource::testCardList() {
   return list;
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -12,7 +12,7 @@ namespace CLI {
 class App;
 }
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 /// Number and security code are typed unseen, or read from standard input as its first and second
 /// line. Arguments never carry them.
@@ -21,14 +21,14 @@ class CardSource {
   /// Adds the options that describe a card.
   void addOptions(CLI::App& command);
   /// The card, complete. Throws Problem when something is missing.
-  sandbox::CardFields read() const;
+  CardFields read() const;
 
   static std::string testCardList();
   /// The test card of that name. Throws Problem when there is none.
-  static sandbox::CardFields testCard(const std::string& name);
+  static CardFields testCard(const std::string& name);
 
  private:
-  sandbox::CardFields readTyped() const;
+  CardFields readTyped() const;
 
   std::string testCard_;
   std::optional<std::string> month_;
@@ -37,4 +37,4 @@ class CardSource {
   std::optional<std::string> useCase_;
 };
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -17,7 +17,7 @@
 #include "Values/Names.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
@@ -37,14 +37,14 @@ bool isPath(std::string_view argument) {
 /// numbers, such as times, are none.
 bool holdsValidCardNumber(std::string_view text) {
   constexpr std::size_t longest = 19;
-  const auto plain = sandbox::plainNumbers(text) + ":";
+  const auto plain = plainNumbers(text) + ":";
   for (std::size_t begin = 0; begin + 1 < plain.size(); ++begin) {
     // A number is whole groups of digits.
     if (begin > 0 && isDigit(plain[begin - 1])) continue;
     std::string digits;
     for (auto at = begin; plain[at] != ':' && digits.size() <= longest; ++at) {
       if (isDigit(plain[at])) digits += plain[at];
-      if (!isDigit(plain[at + 1]) && sandbox::isCardNumber(digits)) return true;
+      if (!isDigit(plain[at + 1]) && isCardNumber(digits)) return true;
     }
   }
   return false;
@@ -101,7 +101,6 @@ std::string problemOfNumber(const std::string& text) {
   return read.ec == std::errc() && read.ptr == end ? "" : "A whole number from 0 on is needed";
 }
 
-using sandbox::Enabling;
 constexpr Names<Enabling, 5> enablings{{{Enabling::normal, "normal"},
                                         {Enabling::noEntry, "no-entry"},
                                         {Enabling::wrongClass, "wrong-class"},
@@ -268,7 +267,7 @@ std::string CommandLine::explained(const CLI::ParseError& error) const {
     return "A command is needed" + help;
   }
   if (!dynamic_cast<const CLI::ExtrasError*>(&error)) {
-    return sandbox::maskedText(error.what()) + help;
+    return maskedText(error.what()) + help;
   }
   // What was typed by mistake may be secret, so only the name of an option is repeated.
   for (const auto& argument : unknown) {
@@ -280,4 +279,4 @@ std::string CommandLine::explained(const CLI::ParseError& error) const {
   return "An argument is not known here" + help;
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

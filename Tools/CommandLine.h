@@ -11,7 +11,7 @@
 #include "Tools/Output/Report.h"
 #include "Tools/Session.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 class CommandLine {
  public:
@@ -65,4 +65,4 @@ void defineDemoCommand(CommandLine& line);
 /// What describes the command: manual and completion.
 void defineDocumentCommands(CommandLine& line);
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -12,7 +12,7 @@
 #include "Tools/Prompt.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 struct DemoOptions {
@@ -23,7 +23,7 @@ struct DemoOptions {
 
 /// What a person or standard input gives for one card; everything that is not given is the test
 /// card's.
-sandbox::CardFields card(const DemoOptions& options, const std::string& testCard) {
+CardFields card(const DemoOptions& options, const std::string& testCard) {
   auto fields = CardSource::testCard(testCard);
   const bool asks = prompt::isPossible();
   if (options.testCards || !(asks || options.typed)) return fields;
@@ -68,11 +68,11 @@ class DemoRun {
          [&] { return add("mastercard", "business"); });
     step("The billing address of the first card changes", [&] {
       return updateCard(session_, cardOf("default"),
-                        sandbox::EnteredAddress::make({.street = "Harbour Road 1",
-                                                       .city = "Hamburg",
-                                                       .countryCode = "DE",
-                                                       .zip = "20457",
-                                                       .businessName = {}}),
+                        EnteredAddress::make({.street = "Harbour Road 1",
+                                              .city = "Hamburg",
+                                              .countryCode = "DE",
+                                              .zip = "20457",
+                                              .businessName = {}}),
                         session_.guest());
     });
     step("The second card goes, on both sides",
@@ -108,12 +108,12 @@ class DemoRun {
   Report add(const std::string& testCard, const std::string& useCase) {
     auto fields = card(options_, testCard);
     fields.useCase = useCase;
-    return addCard(session_, sandbox::EnteredCard::make(std::move(fields)),
-                   sandbox::EnteredAddress::make({.street = "Market Square 2",
-                                                  .city = "Berlin",
-                                                  .countryCode = "DE",
-                                                  .zip = "10178",
-                                                  .businessName = {}}),
+    return addCard(session_, EnteredCard::make(std::move(fields)),
+                   EnteredAddress::make({.street = "Market Square 2",
+                                         .city = "Berlin",
+                                         .countryCode = "DE",
+                                         .zip = "10178",
+                                         .businessName = {}}),
                    session_.guest());
   }
 
@@ -156,7 +156,7 @@ class DemoRun {
   Session& session_;
   const Printer& printer_;
   const DemoOptions& options_;
-  sandbox::Json steps_ = sandbox::Json::array();
+  Json steps_ = Json::array();
   bool failed_ = false;
 };
 
@@ -188,4 +188,4 @@ void defineDemoCommand(CommandLine& line) {
   });
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -4,7 +4,7 @@
 
 #include "Tools/CommandLine.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 std::vector<const CLI::App*> commandsOf(const CLI::App& app) {
@@ -140,4 +140,4 @@ void defineDocumentCommands(CommandLine& line) {
   define(line, "manual", "Print the manual page", "paylevenkit manual | man -l -", manualPage);
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

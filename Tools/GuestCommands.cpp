@@ -4,12 +4,12 @@
 #include "Tools/CardOperations.h"
 #include "Tools/CommandLine.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 /// Something the app does and the kit may notice.
 Report noticed(Session& session, const std::string& operation, const std::string& sentence,
-               const std::function<void(sandbox::Sandbox&)>& act) {
+               const std::function<void(Sandbox&)>& act) {
   session.beginWithKit(operation);
   act(session.sandbox());
   session.settle();
@@ -22,16 +22,16 @@ void defineSigning(CommandLine& line) {
   const auto email = std::make_shared<std::string>();
   signIn.add_option("EMAIL", *email, "The guest's e-mail address")->required();
   line.whenChosen(signIn, [email](Session& session) {
-    sandbox::Sandbox::checkAddress(*email).value();
+    Sandbox::checkAddress(*email).value();
     return noticed(session, "sign-in", *email + " is signed in.",
-                   [&](sandbox::Sandbox&) { session.signIn(*email); });
+                   [&](Sandbox&) { session.signIn(*email); });
   });
 
   auto& signOut =
       CommandLine::add(line.app(), "sign-out", "Sign the guest out", "  paylevenkit sign-out\n");
   line.whenChosen(signOut, [](Session& session) {
     return noticed(session, "sign-out", "Nobody is signed in.",
-                   [&](sandbox::Sandbox&) { session.signOut(); });
+                   [&](Sandbox&) { session.signOut(); });
   });
 }
 
@@ -43,7 +43,7 @@ void defineNotifications(CommandLine& line) {
   network.add_option("STATE", *state, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
   line.whenChosen(network, [state](Session& session) {
     return noticed(session, "network", "The network is " + *state + ".",
-                   [&](sandbox::Sandbox& sandbox) { sandbox.setReachable(*state == "on"); });
+                   [&](Sandbox& sandbox) { sandbox.setReachable(*state == "on"); });
   });
 
   auto& foreground =
@@ -51,7 +51,7 @@ void defineNotifications(CommandLine& line) {
                        "  paylevenkit foreground\n");
   line.whenChosen(foreground, [](Session& session) {
     return noticed(session, "foreground", "The app has returned to the foreground.",
-                   [](sandbox::Sandbox& sandbox) { sandbox.enterForeground(); });
+                   [](Sandbox& sandbox) { sandbox.enterForeground(); });
   });
 }
 
@@ -75,4 +75,4 @@ void defineGuestCommands(CommandLine& line) {
   defineSync(line);
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <iostream>
 
-namespace hlv::tool::prompt {
+namespace hlv::sandbox::tool::prompt {
 namespace {
 
 /// By which a person or a system ends a command.
@@ -89,4 +89,4 @@ std::optional<std::string> askHidden(const std::string& question) {
   return readLine();
 }
 
-}  // namespace hlv::tool::prompt
+}  // namespace hlv::sandbox::tool::prompt

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace hlv::tool::prompt {
+namespace hlv::sandbox::tool::prompt {
 
 /// Whether a person can be asked: standard input is a terminal.
 bool isPossible();
@@ -19,4 +19,4 @@ std::optional<std::string> ask(const std::string& question);
 /// standard input is taken without a question.
 std::optional<std::string> askHidden(const std::string& question);
 
-}  // namespace hlv::tool::prompt
+}  // namespace hlv::sandbox::tool::prompt

@@ -8,12 +8,11 @@
 #include "Tools/Output/Table.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 using client::SandboxClient;
 using client::SandboxDescription;
-using json = sandbox::Json;
 
 SandboxClient connect(const GlobalOptions& options) {
   if (options.providerURL.empty()) {
@@ -23,7 +22,7 @@ SandboxClient connect(const GlobalOptions& options) {
 }
 
 /// One sentence, and in JSON what is new.
-Report done(const std::string& operation, const std::string& sentence, json details = {}) {
+Report done(const std::string& operation, const std::string& sentence, Json details = {}) {
   Report report;
   report.operation = "sandbox " + operation;
   report.sentence = sentence;
@@ -34,7 +33,7 @@ Report done(const std::string& operation, const std::string& sentence, json deta
 
 Report shown(const std::string& operation, const std::string& sentence,
              const SandboxDescription& sandbox) {
-  auto report = done(operation, sentence, {{"sandbox", sandbox::jsonOf(sandbox)}});
+  auto report = done(operation, sentence, {{"sandbox", jsonOf(sandbox)}});
   Table table;
   table.add({"id", sandbox.id});
   if (sandbox.seed) table.add({"seed", std::to_string(*sandbox.seed)});
@@ -61,7 +60,7 @@ Report listed(const SandboxClient& client) {
                                         (sandbox.guests == 1 ? " guest" : " guests")),
                sandbox.providerURL});
   }
-  auto report = done("list", "", {{"sandboxes", sandbox::listOf(sandboxes)}});
+  auto report = done("list", "", {{"sandboxes", listOf(sandboxes)}});
   report.list(std::move(table), "There is no sandbox.");
   return report;
 }
@@ -90,12 +89,11 @@ class Definition {
     });
     addOfOne("reset", "Forget everything in a sandbox", [](const auto& client, const auto& id) {
       return done("reset", "The sandbox is empty: " + id + ".",
-                  {{"sandbox", sandbox::jsonOf(client.reset(id))}});
+                  {{"sandbox", jsonOf(client.reset(id))}});
     });
     addOfOne("snapshot", "Keep a sandbox as it is now", [](const auto& client, const auto& id) {
       const auto snapshot = client.snapshot(id);
-      return done("snapshot", "The snapshot is made: " + snapshot.id + ".",
-                  sandbox::jsonOf(snapshot));
+      return done("snapshot", "The snapshot is made: " + snapshot.id + ".", jsonOf(snapshot));
     });
     addRestore();
     addClock();
@@ -156,7 +154,7 @@ class Definition {
         "restore", "Bring a sandbox back to a snapshot",
         [snapshot](const SandboxClient& client, const std::string& id) {
           return done("restore", "The sandbox is as it was: " + id + ".",
-                      {{"sandbox", sandbox::jsonOf(client.restore(id, *snapshot))}});
+                      {{"sandbox", jsonOf(client.restore(id, *snapshot))}});
         },
         " ID --snapshot SNAPSHOT");
     command.add_option("--snapshot", *snapshot, "Which one")->required();
@@ -192,4 +190,4 @@ class Definition {
 
 void defineSandboxCommands(CommandLine& line) { Definition(line).addAll(); }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -22,7 +22,7 @@
 #include "Tools/CommandLine.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 struct ServeOptions {
@@ -74,7 +74,7 @@ class PortsFile {
     if (::access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0) throw unwritable();
   }
 
-  PortsFile(std::string path, const sandbox::Json& urls) : path_(std::move(path)) {
+  PortsFile(std::string path, const Json& urls) : path_(std::move(path)) {
     const auto unfinished = path_ + ".new";
     std::ofstream stream(unfinished, std::ios::trunc);
     stream << urls.dump(2) << "\n";
@@ -112,9 +112,9 @@ Report serve(Session& session, const ServeOptions& options) {
       options.portsFile.empty() ? session.storePath() + ".ports.json" : options.portsFile;
   PortsFile::requireWritable(portsPath);
   auto server = server::Server::open(serverOptions).value();
-  const sandbox::Json urls = {{"backend", server->backendURL()},
-                              {"provider", server->providerURL()},
-                              {"console", server->consoleURL()}};
+  const Json urls = {{"backend", server->backendURL()},
+                     {"provider", server->providerURL()},
+                     {"console", server->consoleURL()}};
   std::optional<PortsFile> ports(std::in_place, portsPath, urls);
   for (const auto& [name, url] : urls.items()) {
     std::cerr << std::left << std::setw(10) << name << url.get<std::string>() << std::endl;
@@ -183,4 +183,4 @@ void defineServeCommand(CommandLine& line) {
   line.whenChosen(command, [options](Session& session) { return serve(session, *options); });
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -6,20 +6,20 @@
 #include "Tools/StoreFiles.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
-std::shared_ptr<sandbox::Sandbox> openSandbox(const GlobalOptions& options) {
-  sandbox::SandboxOptions sandboxOptions;
+std::shared_ptr<Sandbox> openSandbox(const GlobalOptions& options) {
+  SandboxOptions sandboxOptions;
   sandboxOptions.seed = options.seed;
   sandboxOptions.logToConsole = options.logToConsole;
-  if (options.isInMemory) return sandbox::Sandbox::openInMemory(sandboxOptions).value();
+  if (options.isInMemory) return Sandbox::openInMemory(sandboxOptions).value();
   sandboxOptions.storePath = storePathOrDefault(options.storePath);
-  return sandbox::Sandbox::open(sandboxOptions).value();
+  return Sandbox::open(sandboxOptions).value();
 }
 
 std::shared_ptr<client::RemoteHost> openRemote(const GlobalOptions& options,
-                                               const std::shared_ptr<sandbox::Sandbox>& local) {
+                                               const std::shared_ptr<Sandbox>& local) {
   if (options.backendURL.empty() && options.providerURL.empty()) return nullptr;
   return client::RemoteHost::open(local, {options.backendURL, options.providerURL});
 }
@@ -46,7 +46,7 @@ Session::Session(const GlobalOptions& options)
       app_(sandbox_, remote_ ? remote_ : sandbox_->host(),
            [this] { return remote_ ? remote_->isQuiet() : sandbox_->isQuiet(); }) {}
 
-std::shared_ptr<sandbox::Tester> Session::tester() const {
+std::shared_ptr<Tester> Session::tester() const {
   return remote_ ? remote_->tester() : sandbox_->tester();
 }
 
@@ -63,7 +63,7 @@ void Session::signOut() {
   requireNone(error);
 }
 
-std::vector<sandbox::BackendCard> Session::backendCards() const {
+std::vector<BackendCard> Session::backendCards() const {
   return remote_ ? remote_->sides().backend : sandbox_->backendCards();
 }
 
@@ -89,20 +89,19 @@ void Session::settle() const {
   DefaultPlatform::shared()->runUntil([this] { return app_.isSettled(); });
 }
 
-sandbox::AppCall::Outcome Session::outcomeOf(
-    const std::shared_ptr<const sandbox::AppCall>& call) const {
+AppCall::Outcome Session::outcomeOf(const std::shared_ptr<const AppCall>& call) const {
   settle();
   return call->outcome();
 }
 
 std::string Session::whyNothingCame() const {
-  if (!sandbox::SimulatedApp::kitIsEnabled()) {
+  if (!SimulatedApp::kitIsEnabled()) {
     return "the kit is not enabled, so the call reached nobody";
   }
   const auto firings = sandbox_->tester()->firings();
   for (auto i = firingsBefore_; i < firings.size(); ++i) {
     const auto kind = firings[i].kind;
-    if (kind == sandbox::FaultKind::never || kind == sandbox::FaultKind::stalled) {
+    if (kind == FaultKind::never || kind == FaultKind::stalled) {
       return "the service never answered " + std::string(textOf(firings[i].operation)) +
              " (armed fault " + std::to_string(firings[i].faultNumber) + ")";
     }
@@ -149,4 +148,4 @@ Report Session::report(const Result<>& result, const std::string& sentence) cons
                 : report(Report::Outcome::failed, result.problem());
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -17,7 +17,7 @@
 #include "Sandbox/Sandbox.h"
 #include "Tools/Output/Report.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 /// What can be said with every command.
 struct GlobalOptions {
@@ -27,7 +27,7 @@ struct GlobalOptions {
   bool isInMemory = false;
   bool json = false;
   std::optional<std::uint64_t> seed;
-  sandbox::Enabling enabling = sandbox::Enabling::normal;
+  Enabling enabling = Enabling::normal;
   bool logToConsole = false;
   /// Where the services are; empty for the embedded ones.
   std::string backendURL;
@@ -43,12 +43,12 @@ class Session {
   /// elsewhere. Throws `Problem` when it cannot.
   explicit Session(const GlobalOptions& options);
 
-  sandbox::Sandbox& sandbox() { return *sandbox_; }
-  const sandbox::SimulatedApp& app() const { return app_; }
+  Sandbox& sandbox() { return *sandbox_; }
+  const SimulatedApp& app() const { return app_; }
   /// Where the store is.
   std::string storePath() const;
   /// What a tester does to the services, wherever they are.
-  std::shared_ptr<sandbox::Tester> tester() const;
+  std::shared_ptr<Tester> tester() const;
   void requireOwnServices(const std::string& command) const {
     options_.requireOwnServices(command);
   }
@@ -57,7 +57,7 @@ class Session {
   /// On this side, and at the backend. Throws `Problem` when the backend cannot be reached.
   void signOut();
   /// The guest's cards, where the backend is.
-  std::vector<sandbox::BackendCard> backendCards() const;
+  std::vector<BackendCard> backendCards() const;
   /// The signed-in guest. Throws `Problem` when nobody is.
   std::shared_ptr<HLVSDKGuest> guest() const;
 
@@ -70,7 +70,7 @@ class Session {
   /// Pumps the main queue until every reply has come and nothing more can happen.
   void settle() const;
   /// Settles, and returns what the call has brought.
-  sandbox::AppCall::Outcome outcomeOf(const std::shared_ptr<const sandbox::AppCall>& call) const;
+  AppCall::Outcome outcomeOf(const std::shared_ptr<const AppCall>& call) const;
 
   /// Why the current operation will not complete, as far as that is known.
   std::string whyNothingCame() const;
@@ -88,12 +88,12 @@ class Session {
 
  private:
   const GlobalOptions options_;
-  const std::shared_ptr<sandbox::Sandbox> sandbox_;
+  const std::shared_ptr<Sandbox> sandbox_;
   /// Null for the embedded services.
   const std::shared_ptr<client::RemoteHost> remote_;
-  const sandbox::SimulatedApp app_;
+  const SimulatedApp app_;
   std::string operation_;
   std::size_t firingsBefore_ = 0;
 };
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

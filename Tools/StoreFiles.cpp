@@ -19,7 +19,7 @@
 #include "Sandbox/Store/StoreLock.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 /// What stands beside a store, and then the store itself: while it is there, a removal that failed
@@ -55,8 +55,7 @@ std::shared_ptr<void> lockFolderOf(const std::string& path, int operation,
 }
 
 bool isUnused(const std::string& path) {
-  const auto opened =
-      sandbox::Sandbox::open({.storePath = path, .seed = {}, .remoteLogPath = "/dev/null"});
+  const auto opened = Sandbox::open({.storePath = path, .seed = {}, .remoteLogPath = "/dev/null"});
   return opened && (*opened)->journal().last(1).empty() && (*opened)->tester()->armed().empty();
 }
 
@@ -84,7 +83,7 @@ bool isStoreFile(const std::string& path) {
 }
 
 void removeStore(const std::string& path) {
-  const auto lock = sandbox::lockStore(path).value();
+  const auto lock = lockStore(path).value();
   for (const char* suffix : storeSuffixes) {
     std::error_code failure;
     std::filesystem::remove_all(path + suffix, failure);
@@ -112,4 +111,4 @@ void NewStore::remove() {
   }
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 /// `path`, or the store in the user's data folder, which is made for its owner only. Throws
 /// `Problem` when there is no such folder.
@@ -33,4 +33,4 @@ class NewStore {
   const bool isNew_;
 };
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -14,12 +14,8 @@
 #include "Values/Names.h"
 #include "Values/Problem.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
-
-using sandbox::Distribution;
-using sandbox::Fault;
-using sandbox::FaultKind;
 
 /// Something done that is no operation: one sentence is all there is to show.
 Report said(Report report, const std::string& sentence) {
@@ -47,7 +43,7 @@ void defineScenario(CommandLine& line) {
   auto& command = CommandLine::add(line.app(), "scenario", "Bring the two sides apart",
                                    "  paylevenkit scenario half-deleted\n");
   const auto name = std::make_shared<std::string>();
-  const auto possible = namesOf(sandbox::allScenarios());
+  const auto possible = namesOf(allScenarios());
   command.add_option("NAME", *name, "One of " + joined(possible))
       ->required()
       ->type_name("SCENARIO")
@@ -55,7 +51,7 @@ void defineScenario(CommandLine& line) {
   line.whenChosen(command, [name](Session& session) {
     session.guest();
     session.begin("scenario");
-    session.tester()->makeScenario(sandbox::scenarioNamed(*name).value()).value();
+    session.tester()->makeScenario(scenarioNamed(*name).value()).value();
     return session.report(Report::Outcome::succeeded, "The scenario is made: " + *name + ".");
   });
 }
@@ -95,7 +91,7 @@ Report armedFaults(Session& session) {
   }
   auto report = session.report("fault list");
   report.list(std::move(table), "No fault is armed.");
-  report.details["faults"] = sandbox::listOf(faults);
+  report.details["faults"] = listOf(faults);
   return report;
 }
 
@@ -107,7 +103,7 @@ Report faultFirings(Session& session) {
   }
   auto report = session.report("fault firings");
   report.list(std::move(table), "No fault has met a call.");
-  report.details["firings"] = sandbox::listOf(firings);
+  report.details["firings"] = listOf(firings);
   return report;
 }
 
@@ -123,9 +119,9 @@ struct TypedFault {
   /// Throws Problem for what is none.
   Fault read() const {
     auto read = fault;
-    read.operation = sandbox::operationNamed(operation).value();
-    read.kind = sandbox::faultKindNamed(kind).value();
-    read.distribution = sandbox::distributionNamed(distribution).value();
+    read.operation = operationNamed(operation).value();
+    read.kind = faultKindNamed(kind).value();
+    read.distribution = distributionNamed(distribution).value();
     for (const auto& header : headers) {
       const auto colon = header.find(": ");
       if (colon == std::string::npos) throw Problem("A header reads \"NAME: VALUE\".");
@@ -137,15 +133,14 @@ struct TypedFault {
 };
 
 void defineArm(CommandLine& line, CLI::App& parent) {
-  auto& command =
-      CommandLine::add(parent, "arm", "Let calls of an operation fail",
-                       "  paylevenkit fault arm createUserToken no-token\n"
-                       "  paylevenkit fault arm addCreditCardForGuest error --code 409\n"
-                       "  paylevenkit fault arm getPaymentInstrumentsList never "
-                       "--use-case business --always\n\n"
-                       "Operations: " +
-                           joined(namesOf(sandbox::allOperations())) +
-                           "\nKinds: " + joined(namesOf(sandbox::allFaultKinds())) + "\n");
+  auto& command = CommandLine::add(
+      parent, "arm", "Let calls of an operation fail",
+      "  paylevenkit fault arm createUserToken no-token\n"
+      "  paylevenkit fault arm addCreditCardForGuest error --code 409\n"
+      "  paylevenkit fault arm getPaymentInstrumentsList never "
+      "--use-case business --always\n\n"
+      "Operations: " +
+          joined(namesOf(allOperations())) + "\nKinds: " + joined(namesOf(allFaultKinds())) + "\n");
   const auto typed = std::make_shared<TypedFault>();
   auto& fault = typed->fault;
   command.add_option("OPERATION", typed->operation, "The operation of a service")->required();
@@ -175,7 +170,7 @@ void defineArm(CommandLine& line, CLI::App& parent) {
     auto report =
         said(session.report("fault arm"), "The fault is armed: " + text(armed.operation) + " " +
                                               text(armed.kind) + ", " + times(armed) + ".");
-    report.details["fault"] = sandbox::jsonOf(armed);
+    report.details["fault"] = jsonOf(armed);
     return report;
   });
 }
@@ -224,7 +219,7 @@ void defineTrace(CommandLine& line) {
       }
       return text;
     };
-    report.details["operations"] = sandbox::listOf(operations);
+    report.details["operations"] = listOf(operations);
     return report;
   });
 }
@@ -264,4 +259,4 @@ void defineTesterCommands(CommandLine& line) {
   defineReset(line);
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

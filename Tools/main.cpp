@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
   // A reader that has left shows when the output cannot be written.
   ::signal(SIGPIPE, SIG_IGN);
   try {
-    return hlv::tool::CommandLine().run(argc, argv);
+    return hlv::sandbox::tool::CommandLine().run(argc, argv);
   } catch (...) {
     std::cerr << "paylevenkit: Something unexpected went wrong; what was answered is stored.\n";
     return 2;

@@ -17,6 +17,8 @@
 #define HLV_POINTEE_GUARDED_BY(mutex) HLV_THREAD_SAFETY(pt_guarded_by(mutex))
 /// Of a function: its caller holds the mutex.
 #define HLV_REQUIRES(mutex) HLV_THREAD_SAFETY(requires_capability(mutex))
+/// Of a function: every thread that could write has been waited for.
+#define HLV_AFTER_ALL_WRITERS HLV_THREAD_SAFETY(no_thread_safety_analysis)
 
 namespace hlv {
 

@@ -24,7 +24,7 @@ hlv_install(Kit HLVSDKPaylevenKit
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   hlv_install(Sandbox HLVSDKPaylevenKitSandbox
     "A host SDK and a payment provider, embedded, for tests of HLVSDKPaylevenKit"
-    "HLVSDKPaylevenKit = ${PROJECT_VERSION}, sqlite3, spdlog"
+    "HLVSDKPaylevenKit = ${PROJECT_VERSION}, icu-uc, sqlite3, spdlog"
     "-lHLVSDKPaylevenSandbox -lSQLiteCpp" HLVSDKPaylevenSandbox)
   install(FILES NOTICE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()

@@ -1,4 +1,5 @@
 # The embedded host SDK and payment provider.
+find_package(ICU REQUIRED COMPONENTS uc)
 find_package(SQLiteCpp REQUIRED)
 find_package(spdlog REQUIRED)
 
@@ -26,7 +27,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Host/DeviceHost.cpp
   Sandbox/Logging/Logger.cpp
   Sandbox/Masking/MaskedText.cpp
-  Sandbox/Masking/NumberParts.cpp
   Sandbox/Provider/Provider.cpp
   Sandbox/Provider/ProviderClient.cpp
   Sandbox/Records/Times.cpp
@@ -39,5 +39,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Testing/Scenarios.cpp)
 target_link_libraries(HLVSDKPaylevenSandbox
   PUBLIC HLVSDKPaylevenKit
-  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> SQLiteCpp spdlog::spdlog)
+  PRIVATE $<BUILD_INTERFACE:hlv_shipped_flags> $<BUILD_INTERFACE:hlv_asio> ICU::uc SQLiteCpp
+    spdlog::spdlog)
 hlv_precompile(HLVSDKPaylevenSandbox <SQLiteCpp/SQLiteCpp.h>)

@@ -43,7 +43,6 @@ if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")
 endif()
 hlv_add_tests(StressTests
   SOURCES
-    Tests/Stress/JoinTests.cpp
     Tests/Stress/StressTests.cpp
   LIBRARIES HLVSDKPaylevenKit hlv_asio)
 

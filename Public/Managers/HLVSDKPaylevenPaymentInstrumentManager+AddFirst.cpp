@@ -1,5 +1,4 @@
 // The first card of a guest: the provider creates the user token with it.
-#include <mutex>
 #include <utility>
 
 #include "Async/Deliver.h"
@@ -13,6 +12,7 @@
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/MakeProviderInstrument.h"
+#include "Values/Mutex.h"
 #include "Values/Send.h"
 
 namespace hlv {
@@ -30,31 +30,30 @@ constexpr const char* addFirstToPaylevenMethod =
 class BackendAnswers {
  public:
   void guestUpdated(const ErrorPtr& error) {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     keepFirst(error);
   }
 
   void cardAdded(const std::shared_ptr<HLVSDKCreditCard>& card, const ErrorPtr& error) {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     keepFirst(error);
     // A card that came before the first error stays: card and error are then reported together.
     card_ = firstError_ ? nullptr : card;
   }
 
   void deliverTo(HLVSDKGuestCardCompletion completion,
-                 const std::shared_ptr<HLVSDKGuest>& guest) const {
-    // Both replies have left the group; nothing writes any more.
+                 const std::shared_ptr<HLVSDKGuest>& guest) const HLV_AFTER_ALL_WRITERS {
     deliver(std::move(completion), guest, card_, firstError_);
   }
 
  private:
-  void keepFirst(const ErrorPtr& error) {
+  void keepFirst(const ErrorPtr& error) HLV_REQUIRES(mutex_) {
     if (!firstError_) firstError_ = error;
   }
 
-  std::mutex mutex_;
-  ErrorPtr firstError_;
-  std::shared_ptr<HLVSDKCreditCard> card_;
+  Mutex mutex_;
+  ErrorPtr firstError_ HLV_GUARDED_BY(mutex_);
+  std::shared_ptr<HLVSDKCreditCard> card_ HLV_GUARDED_BY(mutex_);
 };
 
 /// What waits while the provider works.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <mutex>
 #include <utility>
 
 #include "Async/Deliver.h"
@@ -14,6 +13,7 @@
 #include "Platform/Platform.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/Log.h"
+#include "Values/Mutex.h"
 #include "Values/Secret.h"
 #include "Values/Send.h"
 
@@ -40,7 +40,7 @@ class ProviderLists {
  public:
   void take(const NullableList<Instrument>& instruments, const NullableString& useCase) {
     if (!instruments) return;
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     pairs_.reserve(pairs_.size() + instruments->size());
     for (const auto& instrument : *instruments) {
       HLVUtilities::array(pairs_, Pair::initWithPaymentInstrument(instrument, useCase));
@@ -48,12 +48,12 @@ class ProviderLists {
   }
 
   void fail(ErrorPtr error) {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     error_ = std::move(error);
   }
 
   /// Once every reply has come.
-  void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) {
+  void reportTo(const HLVSDKPLVPaymentInstrumentsCompletion& completion) HLV_AFTER_ALL_WRITERS {
     if (!completion) return;
     if (error_) {
       completion(std::nullopt, error_);
@@ -63,9 +63,9 @@ class ProviderLists {
   }
 
  private:
-  std::mutex mutex_;
-  List<Pair> pairs_;
-  ErrorPtr error_;
+  Mutex mutex_;
+  List<Pair> pairs_ HLV_GUARDED_BY(mutex_);
+  ErrorPtr error_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace
@@ -79,12 +79,12 @@ struct Synchronizer::Run {
   NullableList<Card> guestCards = List<Card>();
 
   void fail(ErrorPtr newError) {
-    const std::lock_guard lock(mutex);
+    const Lock lock(mutex);
     error = std::move(newError);
   }
 
-  std::mutex mutex;
-  ErrorPtr error;
+  Mutex mutex;
+  ErrorPtr error HLV_GUARDED_BY(mutex);
 };
 
 std::shared_ptr<Synchronizer> Synchronizer::initWithAPIManager(
@@ -179,7 +179,7 @@ void Synchronizer::synchronizePaymentInstrumentsForGuest(const std::shared_ptr<H
        }));
 }
 
-void Synchronizer::finish(const Run& run) {
+HLV_AFTER_ALL_WRITERS void Synchronizer::finish(const Run& run) {
   const auto function = functionName(synchronizeMethod, 1);
   if (run.error) {
     log(LogLevel::failure, HLV_HERE(function), "Failed to synchronize payment instruments. %@",

@@ -1,11 +1,45 @@
 #include "Sandbox/Masking/MaskedText.h"
 
-#include <cstddef>
+#include <unicode/uchar.h>
+#include <unicode/uniset.h>
 
-#include "Sandbox/Masking/NumberParts.h"
+#include <cstddef>
 
 namespace hlv::sandbox {
 namespace {
+
+/// What a character may be within a number that somebody wrote down.
+enum class NumberPart {
+  /// A decimal digit of any script.
+  digit,
+  /// What people, programs and copied pages put between digits: blanks, dashes, dots, slashes,
+  /// underscores, and what shows as nothing.
+  gap,
+  other
+};
+
+const icu::UnicodeSet& gaps() {
+  static const auto& set = *[] {
+    UErrorCode error = U_ZERO_ERROR;
+    // Of the other punctuation and symbols the dots, slashes, minus signs and enclosing keycap.
+    const icu::UnicodeString pattern(
+        u"[[:White_Space:][:Pd:][:Pc:][:Cf:][:Default_Ignorable_Code_Point:].\\\\/"
+        u"\u00B7\u0387\u06D4\u2022\u2024-\u2027\u2043\u2044\u20E3\u2212\u2215\u2216\u2219\u22C5"
+        u"\u29F5\u29F8\u2E31\u2E33\u3002\u30FB\uFE52\uFF0E\uFF0F\uFF3C\uFF61\uFF65]");
+    auto* made = new icu::UnicodeSet(pattern, error);
+    made->freeze();
+    return made;
+  }();
+  return set;
+}
+
+NumberPart numberPartOf(char32_t character) {
+  // Most characters are these, and need no look at the tables.
+  if (character >= 'a' && character <= 'z') return NumberPart::other;
+  const auto point = static_cast<UChar32>(character);
+  if (u_isdigit(point)) return NumberPart::digit;
+  return gaps().contains(point) ? NumberPart::gap : NumberPart::other;
+}
 
 constexpr std::size_t shortestNumber = 12;
 constexpr std::size_t visibleDigits = 4;
@@ -102,7 +136,8 @@ std::string plainNumbers(std::string_view text) {
   std::string plain;
   for (std::size_t at = 0; at < text.size();) {
     const auto [size, part, character] = symbolAt(text, at);
-    plain += part == NumberPart::digit ? static_cast<char>('0' + valueOfDigit(character))
+    plain += part == NumberPart::digit
+                 ? static_cast<char>('0' + u_charDigitValue(static_cast<UChar32>(character)))
              : part == NumberPart::gap ? ' '
                                        : ':';
     at += size;

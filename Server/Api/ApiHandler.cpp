@@ -4,7 +4,7 @@
 
 #include "Sandbox/Provider/Provider.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 using Trace = std::shared_ptr<RequestTrace>;
@@ -36,7 +36,7 @@ void ApiHandler::handle(const HttpRequest& request, Reply reply) {
   const auto trace = std::make_shared<RequestTrace>();
   try {
     if (needsKey_ && !isDocument(request.path) && length(request.apiKey) == 0) {
-      sandbox::provider::refuseUnregistered();
+      provider::refuseUnregistered();
     }
     const auto replyWithTrace = [trace, reply](HttpReply made) {
       made.context = trace;
@@ -64,4 +64,4 @@ void ApiHandler::finished(const FinishedRequest& finished) {
   world->log().add(finished, listener_, trace->fault, std::move(trace->events));
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

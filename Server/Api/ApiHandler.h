@@ -8,7 +8,7 @@
 #include "Server/Api/Registry.h"
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// Finds the sandbox that a request is about: the one below whose /sandboxes/ID it lies, or the
 /// default one. Puts every request on that sandbox's record; those about no sandbox that is open,
@@ -37,4 +37,4 @@ class ApiHandler final : public HttpHandler {
   ApiRoutes commonRoutes_;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

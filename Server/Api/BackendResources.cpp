@@ -8,26 +8,18 @@
 #include "Sandbox/Masking/MaskedText.h"
 #include "Server/Api/Resources.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
-namespace backend = sandbox::backend;
 using backend::Caller;
-using sandbox::Call;
-using sandbox::CallHandler;
-using sandbox::Database;
-using sandbox::FaultKind;
-using sandbox::Json;
-using sandbox::Operation;
 
 const CallHandler& backendService() {
-  static const auto& handler = *new CallHandler("backend", sandbox::backendErrorDomain);
+  static const auto& handler = *new CallHandler("backend", backendErrorDomain);
   return handler;
 }
 
 void requireNoCardNumber(const Json& json) {
-  if (const auto* text = json.get_ptr<const std::string*>();
-      text && sandbox::holdsCardNumber(*text)) {
+  if (const auto* text = json.get_ptr<const std::string*>(); text && holdsCardNumber(*text)) {
     throw HttpError(422, "card-number-refused", "The backend takes no card numbers.");
   }
   if (!json.is_structured()) return;
@@ -41,22 +33,22 @@ Json bodyOf(const Exchange& exchange) {
 }
 
 void requireAddress(const Json& address) {
-  sandbox::requireKnownMembers(address, {"street", "city", "country_code", "zip", "business_name"});
+  requireKnownMembers(address, {"street", "city", "country_code", "zip", "business_name"});
   for (const auto& [key, value] : address.items()) {
     if (!value.is_string()) throw HttpError(422, "wrong-type", "An address holds texts only.");
   }
 }
 
 void requireAddCardBody(const Json& body) {
-  sandbox::requireKnownMembers(body, {"credit_card", "provider"});
-  sandbox::requiredIntegerIn(body, "provider");
-  const auto& card = sandbox::objectIn(body, "credit_card");
-  sandbox::requireKnownMembers(
+  requireKnownMembers(body, {"credit_card", "provider"});
+  requiredIntegerIn(body, "provider");
+  const auto& card = objectIn(body, "credit_card");
+  requireKnownMembers(
       card, {"last_four_digits", "brand", "use_case", "external_identifier", "card_holder",
              "expiry_month", "expiry_year", "billing_address", "plv_token"});
   for (const auto& [key, value] : card.items()) {
     if (key == "billing_address") {
-      requireAddress(sandbox::objectIn(card, "billing_address"));
+      requireAddress(objectIn(card, "billing_address"));
     } else if (!value.is_string()) {
       throw HttpError(422, "wrong-type", "A card holds texts and an address only.");
     }
@@ -76,9 +68,9 @@ struct GuestReply {
       : isMinimal(exchange.request.prefer == "return=minimal") {}
 
   CallReply made(Database& database, int status, const std::string& owner,
-                 const sandbox::BackendCard* card = nullptr) const {
-    Json body = {{"guest", sandbox::jsonOf(backend::readGuest(database, owner, !isMinimal))}};
-    if (card) body["credit_card"] = sandbox::jsonOf(*card);
+                 const BackendCard* card = nullptr) const {
+    Json body = {{"guest", jsonOf(backend::readGuest(database, owner, !isMinimal))}};
+    if (card) body["credit_card"] = jsonOf(*card);
     auto reply = jsonReply(status, body);
     if (isMinimal) reply.headers.emplace_back("Preference-Applied", "return=minimal");
     return {std::move(reply), card ? "card " + card->halvoID : ""};
@@ -91,7 +83,7 @@ void addGuests(ApiRoutes& routes) {
   constexpr std::string_view path = "v1/guests/*";
   routes.write("PUT", path, [](Database& database, const Exchange& exchange) {
     const auto session = backend::openSession(database, exchange.part(2));
-    auto body = sandbox::jsonOf(backend::readGuest(database, exchange.part(2), true));
+    auto body = jsonOf(backend::readGuest(database, exchange.part(2), true));
     body["session"] = session;
     return jsonReply(200, body);
   });
@@ -101,13 +93,13 @@ void addGuests(ApiRoutes& routes) {
   });
   routes.read(path, [](Database& database, const Exchange& exchange) {
     const auto owner = backend::ownerOf(database, callerOf(exchange));
-    return jsonReply(200, sandbox::jsonOf(backend::readGuest(database, owner, true)));
+    return jsonReply(200, jsonOf(backend::readGuest(database, owner, true)));
   });
   routes.add("PATCH", path, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
-    sandbox::requireKnownMembers(body, {"payment_token"});
+    requireKnownMembers(body, {"payment_token"});
     serveCall(exchange, backendService(), {Operation::updateGuest},
-              [token = sandbox::textIn(body, "payment_token"), caller = callerOf(exchange),
+              [token = textIn(body, "payment_token"), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 return wanted.made(database, 200, backend::updateGuest(database, caller, token));
               });
@@ -118,20 +110,19 @@ void addCards(ApiRoutes& routes) {
   constexpr std::string_view cards = "v1/guests/*/cards";
   constexpr std::string_view card = "v1/guests/*/cards/*";
   routes.add("GET", cards, [](const Exchange& exchange) {
-    serveCall(
-        exchange, backendService(), {Operation::fetchCards},
-        [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
-          const auto list = backend::fetchCards(database, caller, fault);
-          auto reply = jsonReply(200, {{"credit_cards", list ? sandbox::listOf(*list) : Json()}});
-          return CallReply{std::move(reply), sandbox::counted(list, "card")};
-        });
+    serveCall(exchange, backendService(), {Operation::fetchCards},
+              [caller = callerOf(exchange)](Database& database, std::optional<FaultKind> fault) {
+                const auto list = backend::fetchCards(database, caller, fault);
+                auto reply = jsonReply(200, {{"credit_cards", list ? listOf(*list) : Json()}});
+                return CallReply{std::move(reply), counted(list, "card")};
+              });
   });
   routes.add("POST", cards, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     requireAddCardBody(body);
-    const auto useCase = sandbox::textIn(sandbox::objectIn(body, "credit_card"), "use_case");
+    const auto useCase = textIn(objectIn(body, "credit_card"), "use_case");
     serveCall(exchange, backendService(), {Operation::addCard, useCase},
-              [request = sandbox::dictionaryOf(body), caller = callerOf(exchange),
+              [request = dictionaryOf(body), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto added = backend::addCard(database, caller, request);
                 return wanted.made(database, 201, added.owner, &added.card);
@@ -142,7 +133,7 @@ void addCards(ApiRoutes& routes) {
     requireAddress(address);
     const auto& id = exchange.part(4);
     serveCall(exchange, backendService(), {Operation::updateCard, {}, id},
-              [id, fields = sandbox::dictionaryOf(address), caller = callerOf(exchange),
+              [id, fields = dictionaryOf(address), caller = callerOf(exchange),
                wanted = GuestReply(exchange)](Database& database, auto) {
                 const auto updated = backend::updateCard(database, caller, id, fields);
                 return wanted.made(database, 200, updated.owner, &updated.card);
@@ -165,4 +156,4 @@ void addBackendRoutes(ApiRoutes& routes) {
   addCards(routes);
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

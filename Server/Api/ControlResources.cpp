@@ -15,12 +15,8 @@
 #include "Sandbox/Testing/Scenarios.h"
 #include "Server/Api/Resources.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
-
-using sandbox::Database;
-using sandbox::Fault;
-using sandbox::Json;
 
 /// A refusal of the provider's or the backend's rules is one of the request here.
 template <class Change>
@@ -28,23 +24,21 @@ void requirePossible(const std::string& code, Change change) {
   try {
     const Result<> done = change();
     if (!done) throw HttpError(422, code, done.problem());
-  } catch (const sandbox::Refusal& refusal) {
+  } catch (const Refusal& refusal) {
     throw HttpError(422, code, refusal.what());
   }
 }
 
 void requireSensible(const Fault& fault) {
-  requirePossible("fault-refused", [&] { return sandbox::checkFault(fault); });
+  requirePossible("fault-refused", [&] { return checkFault(fault); });
 }
 
-Json faultsJson(Database& database) {
-  return {{"faults", sandbox::listOf(sandbox::readFaults(database))}};
-}
+Json faultsJson(Database& database) { return {{"faults", listOf(readFaults(database))}}; }
 
 /// The one whose number is in the path.
 Fault requireFault(Database& database, const Exchange& exchange) {
-  const auto number = sandbox::numberOf(exchange.part(3));
-  auto fault = number ? sandbox::readFault(database, *number) : std::nullopt;
+  const auto number = numberOf(exchange.part(3));
+  auto fault = number ? readFault(database, *number) : std::nullopt;
   if (!fault) {
     throw HttpError(404, "no-such-fault", "There is no armed fault of this number.");
   }
@@ -56,44 +50,43 @@ void addFaults(ApiRoutes& routes) {
     return jsonReply(200, faultsJson(database));
   });
   routes.write("POST", "v1/sandbox/faults", [](Database& database, const Exchange& exchange) {
-    auto fault = sandbox::newFaultIn(exchange.body());
+    auto fault = newFaultIn(exchange.body());
     requireSensible(fault);
-    fault.number = sandbox::insertFault(database, fault);
+    fault.number = insertFault(database, fault);
     auto body = faultsJson(database);
-    body["fault"] = sandbox::jsonOf(fault);
+    body["fault"] = jsonOf(fault);
     return jsonReply(200, body);
   });
   routes.write("DELETE", "v1/sandbox/faults", [](Database& database, const Exchange&) {
-    sandbox::removeAllFaults(database);
+    removeAllFaults(database);
     return jsonReply(200, faultsJson(database));
   });
   routes.read("v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
-    return jsonReply(200, sandbox::jsonOf(requireFault(database, exchange)));
+    return jsonReply(200, jsonOf(requireFault(database, exchange)));
   });
   routes.write("PATCH", "v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
-    const auto fault = sandbox::changedFault(requireFault(database, exchange), exchange.body());
+    const auto fault = changedFault(requireFault(database, exchange), exchange.body());
     requireSensible(fault);
-    sandbox::replaceFault(database, fault);
-    return jsonReply(200, sandbox::jsonOf(fault));
+    replaceFault(database, fault);
+    return jsonReply(200, jsonOf(fault));
   });
   routes.write("DELETE", "v1/sandbox/faults/*", [](Database& database, const Exchange& exchange) {
-    sandbox::removeFault(database, requireFault(database, exchange).number);
+    removeFault(database, requireFault(database, exchange).number);
     return jsonReply(204, nullptr);
   });
   routes.read("v1/sandbox/firings", [](Database& database, const Exchange&) {
-    return jsonReply(200, {{"firings", sandbox::listOf(sandbox::readFirings(database))}});
+    return jsonReply(200, {{"firings", listOf(readFirings(database))}});
   });
 }
 
 /// The guest whom a request of a tester is about: the one it names, else the session's, else the
 /// sandbox's only one.
-std::string guestMeant(sandbox::Database& database, const std::optional<std::string>& named,
+std::string guestMeant(Database& database, const std::optional<std::string>& named,
                        const std::optional<std::string>& session) {
   if (named) {
-    return sandbox::backend::ownerOf(database, {sandbox::backend::Caller::Kind::anyone, *named});
+    return backend::ownerOf(database, {backend::Caller::Kind::anyone, *named});
   }
-  auto guest =
-      session ? sandbox::readSessionGuest(database, *session) : sandbox::readOnlyGuest(database);
+  auto guest = session ? readSessionGuest(database, *session) : readOnlyGuest(database);
   if (!guest) {
     throw HttpError(422, "guest-needed", "The request has to name its guest.");
   }
@@ -101,9 +94,8 @@ std::string guestMeant(sandbox::Database& database, const std::optional<std::str
 }
 
 HttpReply sidesReply(Database& database, int status, const std::string& guest) {
-  return jsonReply(status, {{"credit_cards", sandbox::listOf(sandbox::readCards(database, guest))},
-                            {"instruments",
-                             sandbox::listOf(sandbox::provider::instrumentsOf(database, guest))}});
+  return jsonReply(status, {{"credit_cards", listOf(readCards(database, guest))},
+                            {"instruments", listOf(provider::instrumentsOf(database, guest))}});
 }
 
 void addSides(ApiRoutes& routes) {
@@ -114,25 +106,24 @@ void addSides(ApiRoutes& routes) {
   });
   routes.write("POST", "v1/sandbox/scenarios", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
-    sandbox::requireKnownMembers(body, {"name", "guest"});
-    const auto scenario = sandbox::scenarioNamed(sandbox::textIn(body, "name").value_or(""));
+    requireKnownMembers(body, {"name", "guest"});
+    const auto scenario = scenarioNamed(textIn(body, "name").value_or(""));
     if (!scenario) throw HttpError(422, "scenario-refused", scenario.problem());
-    const auto guest = guestMeant(database, sandbox::textIn(body, "guest"), exchange.session());
-    requirePossible("scenario-refused",
-                    [&] { return sandbox::makeScenario(database, guest, *scenario); });
+    const auto guest = guestMeant(database, textIn(body, "guest"), exchange.session());
+    requirePossible("scenario-refused", [&] { return makeScenario(database, guest, *scenario); });
     return sidesReply(database, 200, guest);
   });
   routes.add("POST", "v1/sandbox/instruments", [](const Exchange& exchange) {
     auto body = exchange.body();
-    auto fields = sandbox::takeNewCard(body);
-    sandbox::requireKnownMembers(body, {"use_case", "credit_card", "guest"});
-    fields.useCase = sandbox::textIn(body, "use_case").value_or(fields.useCase);
-    const auto card = sandbox::EnteredCard::make(std::move(fields));
-    replyWriting(exchange, [card, named = sandbox::textIn(body, "guest"),
+    auto fields = takeNewCard(body);
+    requireKnownMembers(body, {"use_case", "credit_card", "guest"});
+    fields.useCase = textIn(body, "use_case").value_or(fields.useCase);
+    const auto card = EnteredCard::make(std::move(fields));
+    replyWriting(exchange, [card, named = textIn(body, "guest"),
                             session = exchange.session()](Database& database) {
       const auto guest = guestMeant(database, named, session);
       requirePossible("instrument-refused", [&] {
-        sandbox::provider::storeOrphan(database, guest, *card);
+        provider::storeOrphan(database, guest, *card);
         return Result<>();
       });
       return sidesReply(database, 201, guest);
@@ -140,20 +131,18 @@ void addSides(ApiRoutes& routes) {
   });
 }
 
-Json clockJson(Database& database) {
-  return {{"now", sandbox::timeText(sandbox::sandboxTime(database))}};
-}
+Json clockJson(Database& database) { return {{"now", timeText(sandboxTime(database))}}; }
 
 std::chrono::sys_seconds newTime(Database& database, const Json& body) {
-  sandbox::requireKnownMembers(body, {"now", "advance_seconds"});
-  if (const auto seconds = sandbox::integerIn(body, "advance_seconds")) {
+  requireKnownMembers(body, {"now", "advance_seconds"});
+  if (const auto seconds = integerIn(body, "advance_seconds")) {
     constexpr std::int64_t longest = 10'000LL * 366 * 86'400;
     if (body.contains("now") || *seconds > longest || *seconds < -longest) {
       throw HttpError(422, "wrong-type", "A clock is set, or moved by some seconds.");
     }
-    return sandbox::sandboxTime(database) + std::chrono::seconds(*seconds);
+    return sandboxTime(database) + std::chrono::seconds(*seconds);
   }
-  return clockTimeIn(sandbox::textIn(body, "now").value_or(""));
+  return clockTimeIn(textIn(body, "now").value_or(""));
 }
 
 void addClockAndNetwork(ApiRoutes& routes) {
@@ -165,13 +154,13 @@ void addClockAndNetwork(ApiRoutes& routes) {
     return jsonReply(200, clockJson(database));
   });
   routes.read("v1/sandbox/network", [](Database& database, const Exchange&) {
-    return jsonReply(200, {{"on", isReachable(sandbox::readNetworkState(database))}});
+    return jsonReply(200, {{"on", isReachable(readNetworkState(database))}});
   });
   routes.write("PUT", "v1/sandbox/network", [](Database& database, const Exchange& exchange) {
     const auto body = exchange.body();
-    sandbox::requireKnownMembers(body, {"on"});
-    const bool isOn = sandbox::requiredFlagIn(body, "on");
-    sandbox::writeNetworkState(database, isOn ? 1 : 0);
+    requireKnownMembers(body, {"on"});
+    const bool isOn = requiredFlagIn(body, "on");
+    writeNetworkState(database, isOn ? 1 : 0);
     return jsonReply(200, {{"on", isOn}});
   });
 }
@@ -240,7 +229,7 @@ EventStream requestStream(const std::shared_ptr<World>& world) {
     std::string events;
     for (const auto& request : news["requests"]) {
       last = request["number"];
-      events += "event: request\ndata: " + sandbox::textOf(request) + "\n\n";
+      events += "event: request\ndata: " + textOf(request) + "\n\n";
     }
     // What is left comes the next time, whether or not anything changes.
     if (news["next"].is_null()) seen = changes;
@@ -272,17 +261,17 @@ void addWholeSandbox(ApiRoutes& routes, Registry& registry) {
     return describing(registry, exchange.world->id())();
   });
   routes.add("POST", "v1/sandbox/reset", [&registry](const Exchange& exchange) {
-    exchange.world->write(sandbox::forgetEverything,
+    exchange.world->write(forgetEverything,
                           replyWhenDone(exchange, describing(registry, exchange.world->id())));
   });
   routes.perform("POST", "v1/sandbox/snapshots", registry, [&registry](const Exchange& exchange) {
-    return jsonReply(201, sandbox::jsonOf(registry.snapshot(exchange.world->id())));
+    return jsonReply(201, jsonOf(registry.snapshot(exchange.world->id())));
   });
   routes.add("POST", "v1/sandbox/restore", [&registry](const Exchange& exchange) {
     const auto body = exchange.body();
-    sandbox::requireKnownMembers(body, {"snapshot"});
+    requireKnownMembers(body, {"snapshot"});
     const auto& id = exchange.world->id();
-    registry.restore(id, sandbox::textIn(body, "snapshot").value_or(""),
+    registry.restore(id, textIn(body, "snapshot").value_or(""),
                      replyWhenDone(exchange, describing(registry, id)));
   });
 }
@@ -297,4 +286,4 @@ void addControlRoutes(ApiRoutes& routes, Registry& registry) {
   addRequests(routes);
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

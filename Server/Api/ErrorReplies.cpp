@@ -8,11 +8,8 @@
 #include "Server/Api/Exchange.h"
 #include "Server/Http/HttpError.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
-
-using sandbox::BackendErrorCode;
-using sandbox::ProviderErrorCode;
 
 struct Known {
   std::string_view domain;
@@ -26,11 +23,11 @@ constexpr Known known(std::string_view domain, Code number, int status, const ch
   return {domain, static_cast<std::int64_t>(number), status, code};
 }
 
-constexpr std::string_view backendDomain = sandbox::backendErrorDomain;
-constexpr std::string_view providerDomain = sandbox::providerErrorDomain;
+constexpr std::string_view backendDomain = backendErrorDomain;
+constexpr std::string_view providerDomain = providerErrorDomain;
 
 constexpr Known knownErrors[] = {
-    known(sandbox::urlErrorDomain, sandbox::URLErrorCode::notConnected, 503, "not-connected"),
+    known(urlErrorDomain, URLErrorCode::notConnected, 503, "not-connected"),
     known(backendDomain, BackendErrorCode::invalidRequest, 400, "invalid-request"),
     known(backendDomain, BackendErrorCode::notSignedIn, 401, "not-signed-in"),
     known(backendDomain, BackendErrorCode::foreignGuest, 403, "foreign-guest"),
@@ -71,17 +68,17 @@ HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& r
     throw;
   } catch (const HttpError& error) {
     return errorReply(error, requestID);
-  } catch (const sandbox::Refusal& refusal) {
+  } catch (const Refusal& refusal) {
     return errorReply(refusal.error, requestID);
-  } catch (const sandbox::InvalidRecord& record) {
+  } catch (const InvalidRecord& record) {
     return reply(record.code() == "malformed-json" ? 400 : 422, record.code(), record.what());
-  } catch (const sandbox::NoStore&) {
+  } catch (const NoStore&) {
     return reply(409, "snapshot-version", "The snapshot was made by another version.");
-  } catch (const sandbox::StoreFailure& failure) {
+  } catch (const StoreFailure& failure) {
     return reply(507, "store-failed", failure.what());
   } catch (const std::exception&) {
     return reply(500, "service-failed", "The service failed.");
   }
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

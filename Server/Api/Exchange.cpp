@@ -10,14 +10,8 @@
 #include "Server/Api/Idempotency.h"
 #include "Values/Wiped.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
-
-using sandbox::Call;
-using sandbox::Database;
-using sandbox::Fault;
-using sandbox::FaultKind;
-using sandbox::Json;
 
 /// Of those kinds that meet a reply on its way; empty for the others.
 TransportFault transportFaultOf(const Fault& fault) {
@@ -68,7 +62,7 @@ void apply(const Fault& fault, HttpReply& reply) {
 
 /// One call until its reply is there.
 struct Serving {
-  const sandbox::CallHandler& service;
+  const CallHandler& service;
   Call call;
   CallHandling handling;
   std::string requestID;
@@ -76,17 +70,16 @@ struct Serving {
   std::shared_ptr<RequestTrace> trace;
 
   /// Served once for each state of the store; missing where something disturbs the call.
-  std::optional<HttpReply> read(sandbox::Store& store, const std::string& key) const {
+  std::optional<HttpReply> read(Store& store, const std::string& key) const {
     try {
       auto made = store.readAgain(key, [this](Database& database) {
-        return sandbox::isUndisturbed(database, call)
-                   ? std::optional(handling(database, std::nullopt))
-                   : std::nullopt;
+        return isUndisturbed(database, call) ? std::optional(handling(database, std::nullopt))
+                                             : std::nullopt;
       });
       if (!made) return std::nullopt;
       record(std::nullopt, nullptr, made->summary);
       return std::move(made->reply);
-    } catch (const sandbox::Refusal& refusal) {
+    } catch (const Refusal& refusal) {
       record(std::nullopt, refusal.error, "");
       return errorReply(refusal.error, requestID);
     }
@@ -96,8 +89,8 @@ struct Serving {
     if (repeatable) {
       if (auto kept = repeatable->keptReply(database, requestID)) return *std::move(kept);
     }
-    const sandbox::Handling<CallReply, ErrorPtr> making = [this](Database& within,
-                                                                 std::optional<FaultKind> kind) {
+    const Handling<CallReply, ErrorPtr> making = [this](Database& within,
+                                                        std::optional<FaultKind> kind) {
       return std::tuple<CallReply, ErrorPtr>(handling(within, kind), nullptr);
     };
     const auto [results, fault] = service.handle(database, call, making);
@@ -116,17 +109,17 @@ struct Serving {
   }
 
   void record(const std::optional<Fault>& fault, const ErrorPtr& error,
-              const std::string& summary) const {
+              const std::string& success) const {
     const auto what = call.description();
     trace->add("client", service.name(), what);
     if (fault) {
       trace->fault = fault->kind;
-      trace->add(service.name(), service.name(), sandbox::descriptionOf(*fault));
+      trace->add(service.name(), service.name(), descriptionOf(*fault));
     }
     const bool isSilent =
         fault && (fault->kind == FaultKind::never || fault->kind == FaultKind::refused);
     if (isSilent) return;
-    const auto result = error ? sandbox::summary(error) : summary;
+    const auto result = error ? summary(error) : success;
     trace->add(service.name(), "client", what, result.empty() ? "done" : result);
   }
 };
@@ -148,7 +141,7 @@ struct KeptExchange {
 
 void RequestTrace::add(const std::string& from, const std::string& to, const std::string& what,
                        const std::string& result) {
-  const auto now = sandbox::millisecondOf(std::chrono::system_clock::now());
+  const auto now = millisecondOf(std::chrono::system_clock::now());
   events.push_back(
       {.from = from, .to = to, .what = what, .result = result, .thread = {}, .at = now});
 }
@@ -167,7 +160,7 @@ std::int64_t Exchange::number(const std::string& name, std::int64_t otherwise, s
                               std::int64_t greatest) const {
   const auto text = request.queryValue(name);
   if (!text) return otherwise;
-  const auto value = sandbox::numberOf(*text);
+  const auto value = numberOf(*text);
   if (!value || *value < least || *value > greatest) {
     throw HttpError(422, "wrong-type", "'" + name + "' is no number of this kind.");
   }
@@ -175,10 +168,10 @@ std::int64_t Exchange::number(const std::string& name, std::int64_t otherwise, s
 }
 
 HttpReply jsonReply(int status, const Json& body) {
-  return {.status = status, .body = body.is_null() ? "" : sandbox::textOf(body)};
+  return {.status = status, .body = body.is_null() ? "" : textOf(body)};
 }
 
-void serveCall(const Exchange& exchange, const sandbox::CallHandler& service, const Call& call,
+void serveCall(const Exchange& exchange, const CallHandler& service, const Call& call,
                CallHandling handling) {
   const auto& request = exchange.request;
   Serving serving{service, call, std::move(handling), request.id, std::nullopt, exchange.trace};
@@ -239,4 +232,4 @@ World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> w
   };
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -19,14 +19,14 @@
 #include "Server/Http/Routes.h"
 #include "Values/Error.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// What the request log is to know of a request beyond what the listener does.
 struct RequestTrace {
   /// Whose request it is; held, so that it is open when the request ends. Null for none.
   std::shared_ptr<World> world;
-  std::optional<sandbox::FaultKind> fault;
-  std::vector<sandbox::Event> events;
+  std::optional<FaultKind> fault;
+  std::vector<Event> events;
 
   void add(const std::string& from, const std::string& to, const std::string& what,
            const std::string& result = {});
@@ -45,7 +45,7 @@ struct Exchange {
   /// A part of the path within the sandbox.
   const std::string& part(std::size_t place) const { return request.path[skipped + place]; }
   /// The body as a JSON object.
-  sandbox::Json body() const { return sandbox::parsedObject(request.body); }
+  Json body() const { return parsedObject(request.body); }
   /// The session of `Authorization: Bearer …`. Throws `HttpError` for another authorization.
   std::optional<std::string> session() const;
   /// A number of the query from `least` to `greatest`. Throws `HttpError` for another value.
@@ -59,14 +59,14 @@ using ExchangeHandler = std::function<void(const Exchange&)>;
 /// the registry's, on a writer's thread. What it throws becomes the error's reply.
 class ApiRoutes : public Routes<ExchangeHandler> {
  public:
-  using Work = std::function<HttpReply(sandbox::Database&, const Exchange&)>;
+  using Work = std::function<HttpReply(Database&, const Exchange&)>;
   void read(std::string_view path, Work work);
   void write(const std::string& method, std::string_view path, Work work);
   void perform(const std::string& method, std::string_view path, Registry& registry,
                std::function<HttpReply(const Exchange&)> work);
 };
 
-HttpReply jsonReply(int status, const sandbox::Json& body);
+HttpReply jsonReply(int status, const Json& body);
 /// Keeps domain and number, from which a client makes the same error again.
 HttpReply errorReply(const ErrorPtr& error, const std::string& requestID);
 
@@ -75,21 +75,20 @@ struct CallReply {
   HttpReply reply;
   std::string summary;
 };
-using CallHandling =
-    std::function<CallReply(sandbox::Database&, std::optional<sandbox::FaultKind>)>;
+using CallHandling = std::function<CallReply(Database&, std::optional<FaultKind>)>;
 
 /// Serves one call of a service: a GET on this thread, unless a fault may meet it, any other in the
 /// next commit. The effect of a POST with an idempotency key happens once, and its reply is kept in
 /// the same transaction.
-void serveCall(const Exchange& exchange, const sandbox::CallHandler& service,
-               const sandbox::Call& call, CallHandling handling);
+void serveCall(const Exchange& exchange, const CallHandler& service, const Call& call,
+               CallHandling handling);
 
 /// Replies with what `work` makes in the next commit.
-void replyWriting(const Exchange& exchange, std::function<HttpReply(sandbox::Database&)> work);
+void replyWriting(const Exchange& exchange, std::function<HttpReply(Database&)> work);
 /// Replies to another write: with what `work` makes, or with the problem that there was.
 World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work);
 /// Of the exception that is being handled; whatever it is, a sandbox that was deleted meanwhile is
 /// not there. `world` may be null.
 HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID);
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

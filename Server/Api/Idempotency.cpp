@@ -14,11 +14,8 @@
 #include "Server/Http/HttpError.h"
 #include "Values/Wiped.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
-
-using sandbox::Database;
-using sandbox::Json;
 
 constexpr std::int64_t repliesKept = 10'000;
 constexpr const char* saltSetting = "kept-replies-salt";
@@ -79,7 +76,7 @@ std::optional<HttpReply> IdempotentRequest::keptReply(Database& database,
   auto body = Json::parse(reply.body);
   reply.code = body["error"]["code"];
   body["error"]["request_id"] = requestID;
-  reply.body = sandbox::textOf(body);
+  reply.body = textOf(body);
   return reply;
 }
 
@@ -92,10 +89,10 @@ void IdempotentRequest::keep(Database& database, const HttpReply& reply) const {
 }
 
 std::string IdempotentRequest::salt(Database& database) {
-  if (const auto known = sandbox::readSetting(database, saltSetting)) return *known;
-  auto made = sandbox::randomLetters(32);
-  sandbox::writeSetting(database, saltSetting, made);
+  if (const auto known = readSetting(database, saltSetting)) return *known;
+  auto made = randomLetters(32);
+  writeSetting(database, saltSetting, made);
   return made;
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

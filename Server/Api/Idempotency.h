@@ -9,7 +9,7 @@
 #include "Sandbox/Store/Database.h"
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// A request with an `Idempotency-Key` has its effect once: sent again, it gets the same reply,
 /// also from another process on the same store. The reply is kept in one transaction with the
@@ -25,17 +25,16 @@ class IdempotentRequest {
 
   /// The reply to the same request before, if there was one. Throws `HttpError` where the key
   /// belongs to another request.
-  std::optional<HttpReply> keptReply(sandbox::Database& database,
-                                     const std::string& requestID) const;
+  std::optional<HttpReply> keptReply(Database& database, const std::string& requestID) const;
   /// Keeps a reply that is no failure of the service, and the last ten thousand of all.
-  void keep(sandbox::Database& database, const HttpReply& reply) const;
+  void keep(Database& database, const HttpReply& reply) const;
 
   /// The store's own; mixed into every digest.
-  static std::string salt(sandbox::Database& database);
+  static std::string salt(Database& database);
 
  private:
   std::string key_;
   std::string digest_;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

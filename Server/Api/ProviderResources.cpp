@@ -9,28 +9,19 @@
 #include "Sandbox/Provider/Provider.h"
 #include "Server/Api/Resources.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
-namespace provider = sandbox::provider;
-using sandbox::CallHandler;
-using sandbox::Database;
-using sandbox::FaultKind;
-using sandbox::Json;
-using sandbox::Operation;
-
 const CallHandler& providerService() {
-  static const auto& handler = *new CallHandler("provider", sandbox::providerErrorDomain);
+  static const auto& handler = *new CallHandler("provider", providerErrorDomain);
   return handler;
 }
 
-std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
-  return sandbox::EnteredCard::make(sandbox::takeNewCard(body));
-}
+std::shared_ptr<EnteredCard> takeCard(Json& body) { return EnteredCard::make(takeNewCard(body)); }
 
 /// The number that names an instrument without an identifier.
 std::int64_t numberIn(const HttpRequest& request) {
-  const auto number = sandbox::numberOf(request.queryValue("number").value_or(""));
+  const auto number = numberOf(request.queryValue("number").value_or(""));
   if (!number) throw HttpError(422, "wrong-type", "The instrument's number is none.");
   return *number;
 }
@@ -39,18 +30,17 @@ void addUsers(ApiRoutes& routes) {
   routes.add("POST", "v1/users", [](const Exchange& exchange) {
     auto body = exchange.body();
     const auto card = takeCard(body);
-    sandbox::requireKnownMembers(body, {"email", "use_case", "credit_card"});
-    const auto email = sandbox::textIn(body, "email");
-    if (email && sandbox::holdsCardNumber(*email)) {
+    requireKnownMembers(body, {"email", "use_case", "credit_card"});
+    const auto email = textIn(body, "email");
+    if (email && holdsCardNumber(*email)) {
       throw HttpError(422, "card-number-refused", "An address holds no card number.");
     }
-    const auto useCase = sandbox::textIn(body, "use_case");
+    const auto useCase = textIn(body, "use_case");
     serveCall(exchange, providerService(), {Operation::createUserToken, useCase},
               [email, card, useCase](Database& database, std::optional<FaultKind> fault) {
                 const auto token =
                     provider::createUserToken(database, email, card.get(), useCase, fault);
-                return CallReply{jsonReply(201, {{"token", sandbox::orNull(token)}}),
-                                 sandbox::summary(token)};
+                return CallReply{jsonReply(201, {{"token", orNull(token)}}), summary(token)};
               });
   });
 }
@@ -63,14 +53,14 @@ void addInstruments(ApiRoutes& routes) {
         exchange, providerService(), {Operation::listInstruments, useCase},
         [token = exchange.part(2), useCase](Database& database, std::optional<FaultKind> fault) {
           const auto list = provider::listInstruments(database, token, useCase, fault);
-          auto reply = jsonReply(200, {{"instruments", list ? sandbox::listOf(*list) : Json()}});
-          return CallReply{std::move(reply), sandbox::counted(list, "instrument")};
+          auto reply = jsonReply(200, {{"instruments", list ? listOf(*list) : Json()}});
+          return CallReply{std::move(reply), counted(list, "instrument")};
         });
   });
   routes.add("POST", instruments, [](const Exchange& exchange) {
     auto body = exchange.body();
     const auto card = takeCard(body);
-    sandbox::requireKnownMembers(body, {"credit_card"});
+    requireKnownMembers(body, {"credit_card"});
     const auto useCase = exchange.request.queryValue("use_case");
     serveCall(exchange, providerService(), {Operation::addInstrument, useCase},
               [token = exchange.part(2), card, useCase](Database& database,
@@ -106,4 +96,4 @@ void addProviderRoutes(ApiRoutes& routes) {
   addInstruments(routes);
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

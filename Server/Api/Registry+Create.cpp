@@ -11,15 +11,10 @@
 #include "Server/Api/Idempotency.h"
 #include "Server/Api/Registry.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 namespace fs = std::filesystem;
-using sandbox::Database;
-using sandbox::NewSandbox;
-using sandbox::SandboxDescription;
-using sandbox::SnapshotDescription;
-using sandbox::Store;
 
 constexpr std::ptrdiff_t mostInMemory = 1'000;
 constexpr std::size_t mostSandboxes = 100'000;
@@ -27,28 +22,28 @@ constexpr std::size_t mostSandboxes = 100'000;
 bool isID(const std::string& id) {
   constexpr const char* characters = "abcdefghijklmnopqrstuvwxyz0123456789-_";
   return !id.empty() && id.size() <= 63 && id.front() != '-' && id.front() != '_' &&
-         id.find_first_not_of(characters) == std::string::npos && !sandbox::holdsCardNumber(id);
+         id.find_first_not_of(characters) == std::string::npos && !holdsCardNumber(id);
 }
 
 }  // namespace
 
 std::chrono::sys_seconds clockTimeIn(const std::string& text) {
-  const auto time = sandbox::timeIn(text);
+  const auto time = timeIn(text);
   if (!time) throw HttpError(422, "wrong-type", "The clock reads as 2030-01-31T00:00:00Z.");
   return *time;
 }
 
-void moveClock(sandbox::Database& database, std::chrono::sys_seconds time) {
-  if (!sandbox::setSandboxTime(database, time)) {
+void moveClock(Database& database, std::chrono::sys_seconds time) {
+  if (!setSandboxTime(database, time)) {
     throw HttpError(422, "clock-backwards", "A clock moves forwards only, up to the year 9999.");
   }
 }
 
 SandboxDescription Registry::create(const NewSandbox& wanted) {
   if (wanted.snapshot) requireSnapshot(*wanted.snapshot);
-  const auto id = wanted.id.value_or("sbx_" + sandbox::randomLetters(20));
+  const auto id = wanted.id.value_or("sbx_" + randomLetters(20));
   const auto reserved = reserveNew(id, wanted);
-  Entry entry{sandbox::machineTime(), std::nullopt, wanted.isInMemory};
+  Entry entry{machineTime(), std::nullopt, wanted.isInMemory};
   std::optional<std::int64_t> expires;
   if (wanted.secondsToLive) {
     entry.expires = entry.created + std::chrono::seconds(*wanted.secondsToLive);
@@ -111,7 +106,7 @@ std::shared_ptr<Store> Registry::makeStore(const std::string& id, const NewSandb
   draft->write([&](Database& database) {
     RequestLog::close(database);
     IdempotentRequest::salt(database);
-    if (wanted.seed) sandbox::storeSeed(database, *wanted.seed);
+    if (wanted.seed) storeSeed(database, *wanted.seed);
     if (wanted.clock) moveClock(database, clockTimeIn(*wanted.clock));
   });
   if (wanted.isInMemory) return draft;
@@ -149,15 +144,15 @@ void Registry::removeFiles(const std::string& id) const {
 // Snapshots.
 
 SnapshotDescription Registry::snapshot(const std::string& id) {
-  const auto created = sandbox::machineTime();
-  SnapshotDescription made{"snp_" + sandbox::randomLetters(20), sandbox::timeText(created), id};
+  const auto created = machineTime();
+  SnapshotDescription made{"snp_" + randomLetters(20), timeText(created), id};
   world(id)->store().copyTo(snapshotPathOf(made.id));
   try {
     registry_->write([&](Database& database) {
       database.run("INSERT INTO snapshots (id, created, sandbox) VALUES (?, ?, ?)", made.id,
                    std::int64_t{created.time_since_epoch().count()}, id);
     });
-  } catch (const sandbox::StoreFailure&) {
+  } catch (const StoreFailure&) {
     fs::remove(snapshotPathOf(made.id));
     throw;
   }
@@ -170,7 +165,7 @@ std::vector<SnapshotDescription> Registry::snapshots() const {
     auto row = database.query("SELECT id, created, sandbox FROM snapshots ORDER BY created, id");
     while (row.next()) {
       const std::chrono::sys_seconds created{std::chrono::seconds(row.integer(1))};
-      all.push_back({row.text(0), sandbox::timeText(created), row.text(2)});
+      all.push_back({row.text(0), timeText(created), row.text(2)});
     }
     return all;
   });
@@ -202,4 +197,4 @@ std::string Registry::snapshotPathOf(const std::string& snapshot) const {
   return folder_ + "/snapshots/" + snapshot + ".sqlite";
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -14,13 +14,10 @@
 #include "Sandbox/Store/Identifiers.h"
 #include "Sandbox/Store/Settings.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 namespace fs = std::filesystem;
-using sandbox::Database;
-using sandbox::SandboxDescription;
-using sandbox::Store;
 using std::chrono::sys_seconds;
 
 constexpr std::chrono::seconds idleTime{30};
@@ -68,12 +65,12 @@ Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> se
                    std::shared_ptr<Writers> writers)
     : storePath_(fs::absolute(storePath).string()),
       folder_(storePath_ + ".sandboxes"),
-      lock_(sandbox::lockStore(storePath).value()),
+      lock_(lockStore(storePath).value()),
       writers_(std::move(writers)),
       mostOpen_(mostOpenSandboxes()) {
   const auto store = Store::open(storePath).value();
   if (store->isNew() && seed) {
-    store->write([&](Database& database) { sandbox::storeSeed(database, *seed); });
+    store->write([&](Database& database) { storeSeed(database, *seed); });
   }
   fs::create_directories(folder_ + "/snapshots");
   fs::permissions(folder_, fs::perms::owner_all);
@@ -82,7 +79,7 @@ Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> se
   registry_ = Store::open(list).value();
   readEntries();
   auto& entry = entries_[defaultID];
-  entry.created = sandbox::machineTime();
+  entry.created = machineTime();
   entry.world = std::make_shared<World>(defaultID, store, writers_);
   entry.timeOpened = entry.world->openLog();
 }
@@ -117,7 +114,7 @@ void Registry::setURLs(PublicURLs urls) {
 Registry::Entry& Registry::entryOf(const std::string& id) {
   const auto found = entries_.find(id);
   const bool isThere = found != entries_.end() &&
-                       !(found->second.expires && *found->second.expires <= sandbox::machineTime());
+                       !(found->second.expires && *found->second.expires <= machineTime());
   if (!isThere) throw noSuchSandbox();
   return found->second;
 }
@@ -125,7 +122,7 @@ Registry::Entry& Registry::entryOf(const std::string& id) {
 std::shared_ptr<Store> Registry::openStore(const std::string& id) const {
   auto opened = Store::open(storePathOf(id));
   // The problem names the file, which is the server's own affair.
-  if (!opened) throw sandbox::StoreFailure("The sandbox's store cannot be opened.");
+  if (!opened) throw StoreFailure("The sandbox's store cannot be opened.");
   return std::move(*opened);
 }
 
@@ -196,7 +193,7 @@ void Registry::runMaintenance() {
   const std::lock_guard lock(mutex_);
   const auto idleSince = std::chrono::steady_clock::now() - idleTime;
   for (auto& [id, entry] : entries_) {
-    if (entry.expires && *entry.expires <= sandbox::machineTime()) {
+    if (entry.expires && *entry.expires <= machineTime()) {
       post([this, expired = id] {
         try {
           remove(expired);
@@ -228,7 +225,7 @@ std::vector<SandboxDescription> Registry::list(const std::string& after, std::si
       auto description = describeEntry(id);
       try {
         describeStore(description);
-      } catch (const sandbox::StoreFailure& failure) {
+      } catch (const StoreFailure& failure) {
         description.problem = failure.what();
       }
       descriptions.push_back(std::move(description));
@@ -251,8 +248,8 @@ SandboxDescription Registry::describeEntry(const std::string& id) {
   const std::lock_guard lock(mutex_);
   const auto& entry = entryOf(id);
   description.isInMemory = entry.isInMemory;
-  description.created = sandbox::timeText(entry.created);
-  if (entry.expires) description.expires = sandbox::timeText(*entry.expires);
+  description.created = timeText(entry.created);
+  if (entry.expires) description.expires = timeText(*entry.expires);
   const auto below = id == defaultID ? "" : "/sandboxes/" + id;
   description.backendURL = urls_.backend + below;
   description.providerURL = urls_.provider + below;
@@ -263,19 +260,19 @@ SandboxDescription Registry::describeEntry(const std::string& id) {
 
 void Registry::describeStore(SandboxDescription& description) {
   world(description.id)->store().read([&](Database& database) {
-    description.seed = sandbox::seedOf(database);
-    description.clock = sandbox::timeText(sandbox::sandboxTime(database));
-    description.isNetworkOn = isReachable(sandbox::readNetworkState(database));
+    description.seed = seedOf(database);
+    description.clock = timeText(sandboxTime(database));
+    description.isNetworkOn = isReachable(readNetworkState(database));
     description.guests = database.integer("SELECT count(*) FROM backend_guests");
   });
 }
 
 std::optional<std::string> Registry::note(const std::string& name) {
-  return registry_->read([&](Database& database) { return sandbox::readSetting(database, name); });
+  return registry_->read([&](Database& database) { return readSetting(database, name); });
 }
 
 void Registry::setNote(const std::string& name, const std::string& text) {
-  registry_->write([&](Database& database) { sandbox::writeSetting(database, name, text); });
+  registry_->write([&](Database& database) { writeSetting(database, name, text); });
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -21,14 +21,14 @@
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 HttpError noSuchSandbox();
 
 /// A time as the clock is read. Throws `HttpError`, as `moveClock` does.
 std::chrono::sys_seconds clockTimeIn(const std::string& text);
 /// Moves nothing where the clock cannot go.
-void moveClock(sandbox::Database& database, std::chrono::sys_seconds time);
+void moveClock(Database& database, std::chrono::sys_seconds time);
 
 /// Where clients reach the three listeners.
 struct PublicURLs {
@@ -70,17 +70,17 @@ class Registry {
 
   // These wait for the disk.
 
-  sandbox::SandboxDescription create(const sandbox::NewSandbox& wanted);
+  SandboxDescription create(const NewSandbox& wanted);
   void remove(const std::string& id);
   /// Those after `after` in the order of their ids, at most `limit`; also those whose store cannot
   /// be used.
-  std::vector<sandbox::SandboxDescription> list(const std::string& after, std::size_t limit);
-  sandbox::SandboxDescription describe(const std::string& id);
+  std::vector<SandboxDescription> list(const std::string& after, std::size_t limit);
+  SandboxDescription describe(const std::string& id);
 
   // A snapshot is a store in a file of its own, and a row of the registry's. They wait, too.
 
-  sandbox::SnapshotDescription snapshot(const std::string& id);
-  std::vector<sandbox::SnapshotDescription> snapshots() const;
+  SnapshotDescription snapshot(const std::string& id);
+  std::vector<SnapshotDescription> snapshots() const;
   void removeSnapshot(const std::string& snapshot) const;
   /// `then` is called on a writer's thread.
   void restore(const std::string& id, const std::string& snapshot, World::Done then);
@@ -109,8 +109,8 @@ class Registry {
   };
 
   void readEntries();
-  sandbox::SandboxDescription describeEntry(const std::string& id);
-  void describeStore(sandbox::SandboxDescription& description);
+  SandboxDescription describeEntry(const std::string& id);
+  void describeStore(SandboxDescription& description);
   /// With the lock. Throws 404, also for one whose time is over.
   Entry& entryOf(const std::string& id);
   void keepOpen(Entry& entry);
@@ -118,11 +118,10 @@ class Registry {
   /// Nobody else makes or removes one of this name until what is returned goes; null where somebody
   /// does. With the lock.
   std::shared_ptr<void> reserve(const std::string& id);
-  std::shared_ptr<void> reserveNew(const std::string& id, const sandbox::NewSandbox& wanted);
-  std::shared_ptr<sandbox::Store> makeStore(const std::string& id,
-                                            const sandbox::NewSandbox& wanted) const;
+  std::shared_ptr<void> reserveNew(const std::string& id, const NewSandbox& wanted);
+  std::shared_ptr<Store> makeStore(const std::string& id, const NewSandbox& wanted) const;
   void removeFiles(const std::string& id) const;
-  std::shared_ptr<sandbox::Store> openStore(const std::string& id) const;
+  std::shared_ptr<Store> openStore(const std::string& id) const;
   std::string storePathOf(const std::string& id) const;
   /// Throws 404.
   std::string requireSnapshot(const std::string& snapshot) const;
@@ -130,8 +129,8 @@ class Registry {
 
   const std::string storePath_;
   const std::string folder_;
-  const sandbox::StoreLock lock_;
-  std::shared_ptr<sandbox::Store> registry_;
+  const StoreLock lock_;
+  std::shared_ptr<Store> registry_;
   const std::shared_ptr<Writers> writers_;
   const std::size_t mostOpen_;
   mutable std::mutex mutex_;
@@ -144,4 +143,4 @@ class Registry {
   std::atomic<std::size_t> closing_{0};
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

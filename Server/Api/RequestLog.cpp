@@ -10,12 +10,8 @@
 #include "Sandbox/Records/Times.h"
 #include "Sandbox/Store/Settings.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
-
-using sandbox::Database;
-using sandbox::maskedText;
-using sandbox::timeTextOfMilliseconds;
 
 constexpr std::int64_t requestsKept = 1'000;
 constexpr const char* openSetting = "request-log-open";
@@ -26,7 +22,7 @@ constexpr char eventEnd = '\x1e';
 
 /// As it is stored, which is written far more often than it is read. Times count from the
 /// request's: the digits of a whole one may look like a piece of a card number.
-std::string packed(const std::vector<sandbox::Event>& events, std::int64_t start) {
+std::string packed(const std::vector<Event>& events, std::int64_t start) {
   std::string text;
   for (const auto& event : events) {
     text += std::to_string(event.at - start);
@@ -48,7 +44,7 @@ Json unpacked(std::string_view text, std::int64_t start) {
   auto events = Json::array();
   while (!text.empty()) {
     auto event = take(text, eventEnd);
-    const auto since = sandbox::numberOf(take(event, partEnd)).value_or(0);
+    const auto since = numberOf(take(event, partEnd)).value_or(0);
     Json json = {{"at", timeTextOfMilliseconds(start + since)}};
     for (const char* name : {"from", "to", "what", "result"}) json[name] = take(event, partEnd);
     events.push_back(std::move(json));
@@ -76,14 +72,14 @@ std::string percentDecoded(const std::string& target) {
 /// be anything, for it is kept of requests that were rejected too.
 std::string maskedTarget(const std::string& target) {
   const auto decoded = percentDecoded(target);
-  return maskedText(sandbox::holdsCardNumber(decoded) ? decoded : target);
+  return maskedText(holdsCardNumber(decoded) ? decoded : target);
 }
 
 constexpr const char* selection =
     "SELECT number, id, at, method, path, status, fault, microseconds, caller, listener, "
     "request_bytes, reply_bytes, code, events FROM requests WHERE ";
 
-Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
+Json requestIn(const Query& row, const std::string& sandbox) {
   return {{"number", row.integer(0)},
           {"id", row.text(1)},
           {"at", timeTextOfMilliseconds(row.integer(2))},
@@ -94,10 +90,10 @@ Json requestIn(const sandbox::Query& row, const std::string& sandbox) {
           {"caller", row.text(8)},
           {"listener", row.text(9)},
           {"sandbox", sandbox},
-          {"fault", sandbox::orNull(row.textOrNull(6))},
+          {"fault", orNull(row.textOrNull(6))},
           {"request_bytes", row.integer(10)},
           {"reply_bytes", row.integer(11)},
-          {"code", sandbox::orNull(row.textOrNull(12))}};
+          {"code", orNull(row.textOrNull(12))}};
 }
 
 /// The least and the greatest status of "404" or "4xx".
@@ -107,7 +103,7 @@ std::pair<std::int64_t, std::int64_t> statusRange(const std::optional<std::strin
     const auto hundreds = std::int64_t{status->front() - '0'} * 100;
     return {hundreds, hundreds + 99};
   }
-  const auto exact = sandbox::numberOf(*status).value_or(-1);
+  const auto exact = numberOf(*status).value_or(-1);
   return {exact, exact};
 }
 
@@ -123,11 +119,10 @@ Json gapsIn(Database& database) {
 }  // namespace
 
 void RequestLog::add(const FinishedRequest& finished, const std::string& listener,
-                     const std::optional<sandbox::FaultKind>& fault,
-                     std::vector<sandbox::Event> events) {
+                     const std::optional<FaultKind>& fault, std::vector<Event> events) {
   const auto& request = finished.request;
   using std::chrono::microseconds;
-  auto insert = [id = request.id, at = sandbox::millisecondOf(request.receivedAt),
+  auto insert = [id = request.id, at = millisecondOf(request.receivedAt),
                  status = std::int64_t{finished.status},
                  method = request.isHead ? "HEAD" : request.method, target = request.target, fault,
                  duration = std::chrono::duration_cast<microseconds>(finished.duration).count(),
@@ -140,9 +135,9 @@ void RequestLog::add(const FinishedRequest& finished, const std::string& listene
         "caller, listener, request_bytes, reply_bytes, code, events) "
         "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
         id, at, status, maskedText(method), maskedTarget(target),
-        fault ? std::optional(std::string(sandbox::textOf(*fault))) : std::nullopt, duration,
-        caller, listener, requestBytes, replyBytes,
-        code.empty() ? std::nullopt : std::optional(code), packed(events, at));
+        fault ? std::optional(std::string(textOf(*fault))) : std::nullopt, duration, caller,
+        listener, requestBytes, replyBytes, code.empty() ? std::nullopt : std::optional(code),
+        packed(events, at));
   };
   const std::lock_guard lock(mutex_);
   news_.push_back(std::make_shared<const Insert>(std::move(insert)));
@@ -174,21 +169,17 @@ void RequestLog::forgetWritten() {
 }
 
 void RequestLog::open(Database& database) {
-  if (sandbox::readSetting(database, openSetting)) {
+  if (readSetting(database, openSetting)) {
     database.run("INSERT INTO request_gaps (after, found) VALUES (?, ?)", last(database),
-                 sandbox::millisecondOf(std::chrono::system_clock::now()));
+                 millisecondOf(std::chrono::system_clock::now()));
     database.run("DELETE FROM request_gaps WHERE number <= ?", database.lastRow() - requestsKept);
   }
   markOpen(database);
 }
 
-void RequestLog::markOpen(Database& database) {
-  sandbox::writeSetting(database, openSetting, "open");
-}
+void RequestLog::markOpen(Database& database) { writeSetting(database, openSetting, "open"); }
 
-void RequestLog::close(Database& database) {
-  sandbox::writeSetting(database, openSetting, std::nullopt);
-}
+void RequestLog::close(Database& database) { writeSetting(database, openSetting, std::nullopt); }
 
 Json RequestLog::read(Database& database, const RequestFilter& filter, const std::string& sandbox) {
   const auto [least, greatest] = statusRange(filter.status);
@@ -225,4 +216,4 @@ std::int64_t RequestLog::last(Database& database) {
   return database.integer("SELECT coalesce(max(number), 0) FROM requests");
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -16,9 +16,7 @@
 #include "Sandbox/Store/Database.h"
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
-
-using sandbox::Json;
+namespace hlv::sandbox::server {
 
 /// Which requests are asked for.
 struct RequestFilter {
@@ -47,28 +45,27 @@ class RequestLog {
   /// `fault` is the kind that the request met; `events` are what the services did for it. Texts are
   /// masked where they are written.
   void add(const FinishedRequest& finished, const std::string& listener,
-           const std::optional<sandbox::FaultKind>& fault, std::vector<sandbox::Event> events);
+           const std::optional<FaultKind>& fault, std::vector<Event> events);
   bool hasNews() const;
   /// Writes what was added, which stays new until `forgetWritten`: a write may be undone.
-  void write(sandbox::Database& database);
+  void write(Database& database);
   /// Once what was written last is committed.
   void forgetWritten();
 
   /// Marks the log as open; records a gap where it was not closed before.
-  static void open(sandbox::Database& database);
-  static void markOpen(sandbox::Database& database);
-  static void close(sandbox::Database& database);
+  static void open(Database& database);
+  static void markOpen(Database& database);
+  static void close(Database& database);
 
   /// {"requests", "next", "gaps"}, oldest first, without their events.
-  static Json read(sandbox::Database& database, const RequestFilter& filter,
-                   const std::string& sandbox);
+  static Json read(Database& database, const RequestFilter& filter, const std::string& sandbox);
   /// One with its events; missing for an unknown id.
-  static std::optional<Json> find(sandbox::Database& database, const std::string& id,
+  static std::optional<Json> find(Database& database, const std::string& id,
                                   const std::string& sandbox);
-  static std::int64_t last(sandbox::Database& database);
+  static std::int64_t last(Database& database);
 
  private:
-  using Insert = std::function<void(sandbox::Database&)>;
+  using Insert = std::function<void(Database&)>;
 
   mutable std::mutex mutex_;
   std::deque<std::shared_ptr<const Insert>> news_;
@@ -77,4 +74,4 @@ class RequestLog {
   std::int64_t written_ = 0;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -9,7 +9,7 @@
 
 #include "Server/Api/Exchange.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// Below a sandbox: the backend's, the provider's, and test control's.
 void addBackendRoutes(ApiRoutes& routes);
@@ -25,4 +25,4 @@ std::function<HttpReply()> describing(Registry& registry, const std::string& id)
 /// that refers to no other.
 void addDocument(ApiRoutes& routes, std::string_view path, std::string_view name);
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

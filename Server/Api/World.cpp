@@ -7,10 +7,7 @@
 #include "Sandbox/Backend/BackendTables.h"
 #include "Server/Api/Idempotency.h"
 
-namespace hlv::server {
-
-using sandbox::Database;
-using sandbox::Store;
+namespace hlv::sandbox::server {
 
 World::World(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Writers> writers)
     : id_(std::move(id)), store_(std::move(store)), writers_(std::move(writers)) {
@@ -118,19 +115,19 @@ void World::closeLog(int time) {
     });
     log_.forgetWritten();
     isLogOpen_ = false;
-  } catch (const sandbox::StoreFailure&) {
+  } catch (const StoreFailure&) {
     // The log says so the next time.
   }
 }
 
 void World::restore(const std::string& copy) {
-  const auto revision = store_->read(sandbox::readRevision);
+  const auto revision = store_->read(readRevision);
   store_->replaceBy(copy, RequestLog::tables, [&](Database& database) {
     RequestLog::markOpen(database);
     // A client goes by the higher revision, and has seen this one.
-    sandbox::raiseRevisionAbove(database, std::max(revision, sandbox::readRevision(database)));
+    raiseRevisionAbove(database, std::max(revision, readRevision(database)));
   });
   readSalt();
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -13,7 +13,7 @@
 #include "Sandbox/Store/Store.h"
 #include "Server/Api/RequestLog.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// The threads that write: a commit waits for the disk, and nobody else with it.
 using Writers = boost::asio::thread_pool;
@@ -23,11 +23,11 @@ using Writers = boost::asio::thread_pool;
 /// Threading: any. A write holds the world until it is done.
 class World : public std::enable_shared_from_this<World> {
  public:
-  World(std::string id, std::shared_ptr<sandbox::Store> store, std::shared_ptr<Writers> writers);
+  World(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Writers> writers);
 
   const std::string& id() const { return id_; }
-  sandbox::Store& store() { return *store_; }
-  const std::shared_ptr<sandbox::Store>& sharedStore() const { return store_; }
+  Store& store() { return *store_; }
+  const std::shared_ptr<Store>& sharedStore() const { return store_; }
   RequestLog& log() { return log_; }
   /// Whether the sandbox was deleted while somebody still uses it.
   bool isRemoved() const { return isRemoved_; }
@@ -35,7 +35,7 @@ class World : public std::enable_shared_from_this<World> {
   /// Mixed into the digests of idempotency keys.
   std::string salt() const;
 
-  using Body = std::function<void(sandbox::Database&)>;
+  using Body = std::function<void(Database&)>;
   /// Null when the body's effect is on disk.
   using Done = std::function<void(std::exception_ptr)>;
   /// Returns at once; `done` is called on a writer's thread.
@@ -68,7 +68,7 @@ class World : public std::enable_shared_from_this<World> {
   void readSalt();
 
   const std::string id_;
-  const std::shared_ptr<sandbox::Store> store_;
+  const std::shared_ptr<Store> store_;
   const std::shared_ptr<Writers> writers_;
   RequestLog log_;
   mutable std::mutex mutex_;
@@ -82,4 +82,4 @@ class World : public std::enable_shared_from_this<World> {
   bool isLogOpen_ = false;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

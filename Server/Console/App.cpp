@@ -8,7 +8,7 @@
 #include "Public/HLVSDKPayleven.h"
 #include "Values/Send.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 namespace {
 
@@ -64,9 +64,9 @@ void App::begin(const OperationPtr& operation) {
     operation->number =
         running_.empty() ? journal.beginOperation(operation->name) : running_.back()->number;
     running_.push_back(operation);
-    if (!sandbox::SimulatedApp::kitIsEnabled()) {
+    if (!SimulatedApp::kitIsEnabled()) {
       journal.record("app", "kit", "enableWithConfiguration");
-      sandbox::enableKit(sandbox::Enabling::normal);
+      enableKit(Enabling::normal);
     }
     operation->call = std::exchange(operation->start, nullptr)(*this);
   } catch (const HttpError& refusal) {
@@ -99,14 +99,14 @@ std::string App::reasonForNoSynchronisation(std::int64_t before) const {
 }
 
 void App::switchTo(const WorldPtr& world) {
-  sandbox::SandboxOptions options;
+  SandboxOptions options;
   options.storePath = registry_.pathOf(*world);
-  auto opened = sandbox::Sandbox::over(world->sharedStore(), options).value();
+  auto opened = Sandbox::over(world->sharedStore(), options).value();
   app_.reset();
   world_ = world;
   sandbox_ = std::move(opened);
-  app_ = std::make_unique<sandbox::SimulatedApp>(
-      sandbox_, sandbox_->host(), [sandbox = sandbox_.get()] { return sandbox->isQuiet(); });
+  app_ = std::make_unique<SimulatedApp>(sandbox_, sandbox_->host(),
+                                        [sandbox = sandbox_.get()] { return sandbox->isQuiet(); });
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -14,7 +14,7 @@
 #include "Server/Api/Registry.h"
 #include "Server/Http/HttpError.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// Simulates an app over one sandbox at a time: the first operation starts it. For another sandbox
 /// it waits until what runs has come to its end, and then starts the app anew. Everything begins on
@@ -26,7 +26,7 @@ namespace hlv::server {
 class App : public std::enable_shared_from_this<App> {
  public:
   using WorldPtr = std::shared_ptr<World>;
-  using CallPtr = std::shared_ptr<const sandbox::AppCall>;
+  using CallPtr = std::shared_ptr<const AppCall>;
   struct Operation;
   /// Called once on the main thread, when the kit has called back or nothing more can happen.
   using Done = std::function<void(const Operation&)>;
@@ -53,8 +53,8 @@ class App : public std::enable_shared_from_this<App> {
 
   // What an operation starts with.
 
-  sandbox::Sandbox& sandbox() { return *sandbox_; }
-  const sandbox::SimulatedApp& kit() const { return *app_; }
+  Sandbox& sandbox() { return *sandbox_; }
+  const SimulatedApp& kit() const { return *app_; }
   /// Posts a notification by which the kit may begin a synchronisation, and records why if not.
   void announce(const std::function<void()>& post);
 
@@ -75,10 +75,10 @@ class App : public std::enable_shared_from_this<App> {
   Registry& registry_;
   // On the main thread only.
   WorldPtr world_;
-  std::shared_ptr<sandbox::Sandbox> sandbox_;
+  std::shared_ptr<Sandbox> sandbox_;
   std::deque<OperationPtr> waiting_;
   std::vector<OperationPtr> running_;
-  std::unique_ptr<sandbox::SimulatedApp> app_;
+  std::unique_ptr<SimulatedApp> app_;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -15,9 +15,7 @@
 #include "Server/Console/App.h"
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
-
-using sandbox::Json;
+namespace hlv::sandbox::server {
 
 /// A card may be typed into the app here, as into any app; its number goes to the kit and nowhere
 /// else, and no reply has it.
@@ -26,7 +24,7 @@ using sandbox::Json;
 void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_ptr<App>& app);
 
 /// Guest, network, the two sides in pairs, the armed faults, and the oldest operation that is kept.
-Json storedData(sandbox::Database& database);
+Json storedData(Database& database);
 /// Server-sent events whose data names its sandbox: "state", which is "live" or "deleted";
 /// "timeline", with the operations and events that are new; "requests", with what is new in the
 /// request log; and "stored", when something else has changed. The first of each kind is whole, and
@@ -38,4 +36,4 @@ EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes)
 /// The files of the page, which are part of the program.
 void addPageRoutes(ApiRoutes& routes);
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -15,21 +15,20 @@
 #include "Values/Names.h"
 #include "Values/Wiped.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
-namespace keys = sandbox::addressKeys;
-using sandbox::Database;
+namespace keys = addressKeys;
 using AppPtr = std::shared_ptr<App>;
 
 /// How an operation of the app came out.
 HttpReply replyOf(const App::Operation& operation, const std::string& requestID) {
   if (operation.refusal) return errorReply(*operation.refusal, requestID);
-  const auto outcome = operation.call ? operation.call->outcome() : sandbox::AppCall::Outcome();
-  const auto card = std::dynamic_pointer_cast<sandbox::StoredCard>(outcome.card);
+  const auto outcome = operation.call ? operation.call->outcome() : AppCall::Outcome();
+  const auto card = std::dynamic_pointer_cast<StoredCard>(outcome.card);
   Json body = {{"operation", operation.number},
                {"answers", outcome.completions},
-               {"credit_card", card ? sandbox::jsonOf(card->values()) : Json()},
+               {"credit_card", card ? jsonOf(card->values()) : Json()},
                {"failure", nullptr}};
   if (const auto& error = outcome.error) {
     body["failure"] = {{"domain", error->domain()},
@@ -48,26 +47,26 @@ App::Done replying(const Exchange& exchange) {
 }
 
 /// A test card by its name, or a card as somebody typed it.
-std::shared_ptr<sandbox::EnteredCard> takeCard(Json& body) {
-  sandbox::CardFields fields;
+std::shared_ptr<EnteredCard> takeCard(Json& body) {
+  CardFields fields;
   const Wiped number(fields.pan);
   const Wiped code(fields.cvv);
-  if (const auto name = sandbox::textIn(body, "test_card")) {
-    const auto* card = sandbox::findTestCard(*name);
+  if (const auto name = textIn(body, "test_card")) {
+    const auto* card = findTestCard(*name);
     if (!card) throw HttpError(422, "no-such-test-card", "There is no test card of that name.");
     fields = card->fields;
   } else {
-    fields = sandbox::takeNewCard(body);
+    fields = takeNewCard(body);
   }
-  sandbox::requireKnownMembers(body, {"test_card", "credit_card", "use_case", "billing_address"});
-  fields.useCase = sandbox::textIn(body, "use_case").value_or(fields.useCase);
-  return sandbox::EnteredCard::make(std::move(fields));
+  requireKnownMembers(body, {"test_card", "credit_card", "use_case", "billing_address"});
+  fields.useCase = textIn(body, "use_case").value_or(fields.useCase);
+  return EnteredCard::make(std::move(fields));
 }
 
-std::shared_ptr<sandbox::EnteredAddress> addressOf(const Json& json) {
-  sandbox::requireKnownMembers(
-      json, {keys::street, keys::city, keys::countryCode, keys::zip, keys::businessName});
-  return sandbox::EnteredAddress::make(sandbox::addressIn(json));
+std::shared_ptr<EnteredAddress> addressOf(const Json& json) {
+  requireKnownMembers(json,
+                      {keys::street, keys::city, keys::countryCode, keys::zip, keys::businessName});
+  return EnteredAddress::make(addressIn(json));
 }
 
 /// The sandboxes that a page names, with commas between; without any, the one whose path it asked.
@@ -82,21 +81,21 @@ std::set<std::string> followedBy(const Exchange& exchange) {
 Json choices() {
   constexpr std::size_t shown = 4;
   auto cards = Json::array();
-  for (const auto& card : sandbox::testCards()) {
+  for (const auto& card : testCards()) {
     cards.push_back({{"name", card.name},
-                     {"brand", sandbox::findCardBrand(card.fields.pan)->name},
+                     {"brand", findCardBrand(card.fields.pan)->name},
                      {"last_four_digits", card.fields.pan.substr(card.fields.pan.size() - shown)},
                      {"effect", card.effect}});
   }
   auto operations = Json::array();
-  for (const auto operation : sandbox::allOperations()) {
-    operations.push_back({{"name", sandbox::textOf(operation)},
-                          {"kinds", namesOf(sandbox::kindsOf(operation))},
-                          {"has_use_case", sandbox::hasUseCase(operation)}});
+  for (const auto operation : allOperations()) {
+    operations.push_back({{"name", textOf(operation)},
+                          {"kinds", namesOf(kindsOf(operation))},
+                          {"has_use_case", hasUseCase(operation)}});
   }
   return {{"test_cards", std::move(cards)},
           {"use_cases", {"default", "private", "business"}},
-          {"scenarios", namesOf(sandbox::allScenarios())},
+          {"scenarios", namesOf(allScenarios())},
           {"operations", std::move(operations)}};
 }
 
@@ -120,8 +119,8 @@ std::shared_ptr<HLVSDKGuest> signedInGuest() {
 void addApp(ApiRoutes& routes, const AppPtr& app) {
   routes.add("PUT", "app/guest", [app](const Exchange& exchange) {
     const auto body = exchange.body();
-    sandbox::requireKnownMembers(body, {"email"});
-    const auto email = sandbox::textIn(body, "email").value_or("");
+    requireKnownMembers(body, {"email"});
+    const auto email = textIn(body, "email").value_or("");
     app->run(exchange.world, "sign in", replying(exchange), [email](App& running) {
       running.announce([&] {
         const auto signedIn = running.sandbox().signIn(email);
@@ -138,8 +137,8 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
   });
   routes.add("PUT", "app/network", [app](const Exchange& exchange) {
     const auto body = exchange.body();
-    sandbox::requireKnownMembers(body, {"on"});
-    const bool isOn = sandbox::requiredFlagIn(body, "on");
+    requireKnownMembers(body, {"on"});
+    const bool isOn = requiredFlagIn(body, "on");
     const auto* name = isOn ? "network on" : "network off";
     app->run(exchange.world, name, replying(exchange), [isOn](App& running) {
       const auto change = [&] { running.sandbox().setReachable(isOn); };
@@ -161,8 +160,8 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     auto body = exchange.body();
     const auto card = takeCard(body);
     const auto address = body.contains("billing_address")
-                             ? addressOf(sandbox::objectIn(body, "billing_address"))
-                             : sandbox::EnteredAddress::make({});
+                             ? addressOf(objectIn(body, "billing_address"))
+                             : EnteredAddress::make({});
     app->run(exchange.world, "add", replying(exchange), [card, address](App& running) {
       return running.kit().add(card, address, signedInGuest());
     });
@@ -178,7 +177,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     app->run(exchange.world, "delete", replying(exchange), [id = exchange.part(2)](App& running) {
       const auto guest = signedInGuest();
       const auto cards = running.sandbox().backendCards();
-      const auto* card = sandbox::findCard(cards, id);
+      const auto* card = findCard(cards, id);
       return running.kit().remove(id, card ? card->useCase : "default", guest);
     });
   });
@@ -198,4 +197,4 @@ void addConsoleRoutes(ApiRoutes& routes, Registry& registry, const std::shared_p
   addPageRoutes(routes);
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

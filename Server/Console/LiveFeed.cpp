@@ -17,7 +17,7 @@
 #include "Server/Console/Console.h"
 #include "Server/Http/HttpError.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 constexpr std::size_t operationsAtFirst = 50;
@@ -27,7 +27,7 @@ constexpr std::int64_t requestsAtFirst = 1'000;
 /// JSON has no line breaks, which would end the event.
 std::string eventOf(const std::string& name, const std::string& sandbox, Json data) {
   data["sandbox"] = sandbox;
-  return "event: " + name + "\ndata: " + sandbox::textOf(data) + "\n\n";
+  return "event: " + name + "\ndata: " + textOf(data) + "\n\n";
 }
 
 /// What is new in one of them.
@@ -52,7 +52,7 @@ class SandboxFeed {
  private:
   /// The events of a snapshot, and of an empty store, are other ones.
   void startAgainAfterRestore() {
-    const auto last = world_->store().read([](sandbox::Database& database) {
+    const auto last = world_->store().read([](Database& database) {
       return database.integer("SELECT coalesce(max(number), 0) FROM events");
     });
     if (last >= lastEvent_) return;
@@ -61,18 +61,18 @@ class SandboxFeed {
   }
 
   std::string newEvents() {
-    const sandbox::Journal journal(world_->sharedStore(), "start");
+    const Journal journal(world_->sharedStore(), "start");
     const auto timeline = hasBegun_ ? journal.since(lastEvent_) : journal.last(operationsAtFirst);
     if (hasBegun_ && timeline.empty()) return "";
     for (const auto& operation : timeline) {
       for (const auto& event : operation.events) lastEvent_ = std::max(lastEvent_, event.number);
     }
     return eventOf("timeline", world_->id(),
-                   {{"whole", !hasBegun_}, {"operations", sandbox::listOf(timeline)}});
+                   {{"whole", !hasBegun_}, {"operations", listOf(timeline)}});
   }
 
   std::string newRequests() {
-    auto log = world_->store().read([this](sandbox::Database& database) {
+    auto log = world_->store().read([this](Database& database) {
       if (!hasBegun_)
         lastRequest_ = std::max<std::int64_t>(RequestLog::last(database) - requestsAtFirst, 0);
       return RequestLog::read(database, {.after = lastRequest_, .limit = requestsAtFirst},
@@ -103,27 +103,26 @@ class SandboxFeed {
 
 }  // namespace
 
-Json storedData(sandbox::Database& database) {
-  const auto email = sandbox::backend::signedInEmail(database);
-  std::vector<sandbox::BackendCard> cards;
-  std::vector<sandbox::ProviderInstrument> instruments;
+Json storedData(Database& database) {
+  const auto email = backend::signedInEmail(database);
+  std::vector<BackendCard> cards;
+  std::vector<ProviderInstrument> instruments;
   Json guest;
   if (email) {
-    cards = sandbox::readCards(database, *email);
-    instruments = sandbox::provider::instrumentsOf(database, *email);
-    guest = {{"email", *email},
-             {"has_token", sandbox::readGuestToken(database, *email).has_value()}};
+    cards = readCards(database, *email);
+    instruments = provider::instrumentsOf(database, *email);
+    guest = {{"email", *email}, {"has_token", readGuestToken(database, *email).has_value()}};
   }
   auto pairs = Json::array();
-  for (const auto& [card, instrument] : sandbox::pairsOf(cards, instruments)) {
-    pairs.push_back({{"card", card ? sandbox::jsonOf(*card) : Json()},
-                     {"instrument", instrument ? sandbox::jsonOf(*instrument) : Json()}});
+  for (const auto& [card, instrument] : pairsOf(cards, instruments)) {
+    pairs.push_back({{"card", card ? jsonOf(*card) : Json()},
+                     {"instrument", instrument ? jsonOf(*instrument) : Json()}});
   }
   return {
       {"guest", std::move(guest)},
-      {"network", isReachable(sandbox::readNetworkState(database))},
+      {"network", isReachable(readNetworkState(database))},
       {"pairs", std::move(pairs)},
-      {"faults", sandbox::listOf(sandbox::readFaults(database))},
+      {"faults", listOf(readFaults(database))},
       {"oldest_operation", database.integer("SELECT coalesce(min(number), 0) FROM operations")}};
 }
 
@@ -150,4 +149,4 @@ EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes)
   };
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -10,7 +10,7 @@
 
 #include "Values/Wiped.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 namespace asio = boost::asio;
@@ -341,4 +341,4 @@ void Connection::watch() {
       });
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

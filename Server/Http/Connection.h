@@ -27,7 +27,7 @@
 #include "Server/Http/ReplyBytes.h"
 #include "Server/Http/RequestHead.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 class Connection;
 
@@ -126,4 +126,4 @@ class Connection : public std::enable_shared_from_this<Connection> {
   std::size_t replyBytes_ = 0;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

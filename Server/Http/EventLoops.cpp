@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 void run(EventLoop& loop) {
@@ -46,4 +46,4 @@ void EventLoops::stop() {
   loops_.clear();
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 using LoopExecutor = boost::asio::io_context::executor_type;
 using LoopTimer = boost::asio::steady_timer::rebind_executor<LoopExecutor>::other;
@@ -55,4 +55,4 @@ class EventLoops {
   std::atomic<std::size_t> next_{0};
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 HttpReply errorReply(const HttpError& error, const std::string& requestID) {
   using Json = nlohmann::ordered_json;
@@ -18,4 +18,4 @@ HttpReply errorReply(const HttpError& error, const std::string& requestID) {
           .code = error.code};
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

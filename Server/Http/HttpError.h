@@ -11,7 +11,7 @@
 #include "Server/Http/HttpMessages.h"
 #include "Values/Problem.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// The domain of what is rejected before a service sees it. The number is the status.
 inline constexpr const char* requestErrorDomain = "HLVServiceRequestErrorDomain";
@@ -40,4 +40,4 @@ class HttpError : public Problem {
 /// {"error": {"code", "domain", "number", "message", "request_id"}}
 HttpReply errorReply(const HttpError& error, const std::string& requestID);
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

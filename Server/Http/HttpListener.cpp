@@ -10,7 +10,7 @@
 #include "Server/Http/Connection.h"
 #include "Values/Problem.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 namespace asio = boost::asio;
@@ -111,4 +111,4 @@ HttpListener::~HttpListener() {
   ended.wait();
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

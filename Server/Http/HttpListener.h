@@ -7,7 +7,7 @@
 #include "Server/Http/HttpMessages.h"
 #include "Server/Http/ListenOptions.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 struct ListenerState;
 
@@ -38,4 +38,4 @@ class HttpListener {
   int port_ = 0;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -17,7 +17,7 @@
 
 #include "Values/NullableString.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 struct HttpRequest {
   /// "req_" and twenty letters: none looks like a card number. The reply's X-Request-Id.
@@ -131,4 +131,4 @@ class HttpHandler {
   virtual void finished(const FinishedRequest& request) = 0;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

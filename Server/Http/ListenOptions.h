@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// What one request and one connection may take of a listener.
 struct HttpLimits {
@@ -41,4 +41,4 @@ struct ListenOptions {
   HttpLimits limits;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

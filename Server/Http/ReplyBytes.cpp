@@ -6,7 +6,7 @@
 #include <random>
 #include <string_view>
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 namespace beast = boost::beast;
@@ -79,4 +79,4 @@ OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID
 
 std::string serializedContinue() { return headOf({http::status::continue_, 11}); }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

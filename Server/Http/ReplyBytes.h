@@ -8,7 +8,7 @@
 
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// "req_" and twenty letters.
 std::string makeRequestID();
@@ -26,4 +26,4 @@ OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID
 /// The leave to send a body, for which a client may ask.
 std::string serializedContinue();
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

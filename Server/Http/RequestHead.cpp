@@ -7,7 +7,7 @@
 
 #include "Server/Http/HttpError.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 namespace beast = boost::beast;
@@ -154,4 +154,4 @@ void readHead(const RequestHead& head, const ListenOptions& options, HttpRequest
   request.prefer = headerOf(head, http::field::prefer);
 }
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -10,7 +10,7 @@
 #include "Server/Http/ListenOptions.h"
 #include "Server/Http/WipingAllocator.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 using RequestParser =
     boost::beast::http::request_parser<boost::beast::http::string_body, WipingAllocator<char>>;
@@ -21,4 +21,4 @@ void describe(const RequestHead& head, HttpRequest& request);
 /// Throws `HttpError` for a head that is not taken; sets all of `request` but for the body.
 void readHead(const RequestHead& head, const ListenOptions& options, HttpRequest& request);
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -14,7 +14,7 @@
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// Threading: any, once it is filled.
 template <class Handler>
@@ -65,4 +65,4 @@ class Routes {
   std::map<std::vector<std::string>, Methods, std::greater<>> routes_;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <memory>
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 /// Overwrites what it frees, so that containers that grow leave nothing behind.
 template <class T>
@@ -26,4 +26,4 @@ class WipingAllocator {
   friend bool operator==(const WipingAllocator&, const WipingAllocator&) { return true; }
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

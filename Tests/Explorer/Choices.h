@@ -16,19 +16,6 @@
 
 namespace hlv::testing {
 
-/// How many blocks of memory are in use. The explorer's own operators count every allocation of the
-/// program; other programs, and those under a sanitizer, count none.
-inline std::size_t liveBlocks = 0;
-inline bool countsBlocks = true;
-
-/// While it lives, what is allocated and freed is not counted: the explorer's own books.
-struct Uncounted {
-  Uncounted() { countsBlocks = false; }
-  ~Uncounted() { countsBlocks = true; }
-  Uncounted(const Uncounted&) = delete;
-  Uncounted& operator=(const Uncounted&) = delete;
-};
-
 /// Two moves of which neither writes what the other reads or writes may change places, and nobody
 /// can see which came first.
 struct Touched {
@@ -157,7 +144,6 @@ class DepthFirst final : public Choices {
 
   std::size_t choose(std::size_t count) override {
     if (count == 1) return 0;
-    const Uncounted ours;
     if (position_ == branches_.size()) branches_.push_back({0, count});
     auto& branch = branches_[position_++];
     branch.count = count;
@@ -168,7 +154,6 @@ class DepthFirst final : public Choices {
     const auto& asleep = points_.back().asleep;
     const bool isNew = moves_ + 1 == points_.size() && position_ == branches_.size();
     if (!isNew || asleep.empty()) return choose(moves.size());
-    const Uncounted ours;
     // One that chose inside wakes to choose again, and is recognised when it has chosen the same.
     Branch branch{none, moves.size(), std::vector<bool>(moves.size())};
     for (std::size_t i = 0; i < moves.size(); ++i) {
@@ -186,7 +171,6 @@ class DepthFirst final : public Choices {
   }
   bool performed(const Transition& transition) override {
     if (++moves_ < points_.size()) return true;
-    const Uncounted ours;
     auto& point = points_.back();
     Point next{position_, point.path};
     if (moves_ <= movesThatChooseAShard) next.path = mixed(point.path, transition.whole);
@@ -207,7 +191,6 @@ class DepthFirst final : public Choices {
   bool isComplete() const { return !cut_ && isMine(); }
   /// Goes on to the next path; false when there is none.
   bool next() {
-    const Uncounted ours;
     branches_.resize(position_);
     position_ = moves_ = 0;
     cut_ = false;

@@ -68,7 +68,6 @@ using Outcomes = std::set<std::uint64_t>;
 
 /// Neighbours of different owners may stand in any order.
 inline std::uint64_t outcomeOf(const History& history) {
-  const Uncounted ours;
   std::map<std::size_t, std::uint64_t> seen;
   for (const auto& event : history) {
     if (event.isMove) continue;
@@ -98,16 +97,9 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
     shortest = textOf(history, violation) + "Replay it with: --replay '" + scenario.name + "; " +
                std::to_string(limits.interferences) + "; " + choices.path() + "'\n";
   };
-  const auto leavesMemory = [&](DepthFirst again) {
-    const auto blocks = liveBlocks;
-    simulation.play(scenario, limits.interferences, again);
-    simulation.forget();
-    return liveBlocks > blocks;
-  };
   bool goesOn = true;
   while (goesOn && !(shortest && limits.stopsAtFirstFailure) &&
          progress.histories < limits.histories) {
-    const auto blocks = liveBlocks;
     const auto& history = simulation.play(scenario, limits.interferences, choices);
     if (choices.isComplete()) {
       ++progress.histories;
@@ -115,11 +107,6 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
       if (const auto violation = violationOf(scenario, history)) {
         keepIfShorter(history, *violation);
       }
-    }
-    simulation.forget();
-    // Played once more: what lasts, such as the capacity of a list, is made only once.
-    if (!shortest && liveBlocks > blocks && leavesMemory(*DepthFirst::along(choices.path()))) {
-      keepIfShorter({}, {0, "no memory left over"});
     }
     goesOn = choices.next();
     if (isatty(STDERR_FILENO) && progress.histories % 100'000 == 0) {

@@ -7,30 +7,10 @@
 #include <fstream>
 #include <iostream>
 #include <map>
-#include <new>
 #include <optional>
 #include <sstream>
 
 #include "Tests/Explorer/Exploration.h"
-
-// The sanitizers bring operators of their own, and one of them looks for leaks itself.
-#ifdef HLV_COUNTS_BLOCKS
-
-void* operator new(std::size_t size) {
-  void* block = std::malloc(size == 0 ? 1 : size);
-  if (!block) throw std::bad_alloc();
-  if (hlv::testing::countsBlocks) ++hlv::testing::liveBlocks;
-  return block;
-}
-
-void operator delete(void* block) noexcept {
-  if (block && hlv::testing::countsBlocks) --hlv::testing::liveBlocks;
-  std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
-
-#endif
 
 namespace {
 

@@ -78,6 +78,7 @@ struct Simulation::Completion {
   /// Null for a missing one.
   Simulation* simulation;
   std::size_t operation;
+  std::shared_ptr<const char> life;
 
   template <class... Results>
   operator std::function<void(Results...)>() const {
@@ -157,6 +158,7 @@ void Simulation::end() {
   synchronizer_.reset();
   enteredCards_.clear();
   calls_.clear();
+  if (completions_.use_count() > 1) say("something keeps a completion");
   platform_->serialQueues.clear();
   platform_->labelsMade.clear();
   writeDown();
@@ -403,7 +405,7 @@ void Simulation::start(const Move& move) {
     card->ownError = errorOf(operation);
     enteredCards_.push_back(card);
   }
-  const Completion completion{request.completion ? this : nullptr, operation};
+  const Completion completion{request.completion ? this : nullptr, operation, completions_};
   using Manager = HLVSDKPaylevenPaymentInstrumentManager;
   using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
   // Nothing of the kit is held but the receiver, and that for no longer than its call.

@@ -32,8 +32,6 @@ class Simulation {
   /// may hold beyond those of the scenario. Whatever is left over at its end stands in the history
   /// as a line. The result is valid until the next call.
   const History& play(const Scenario& scenario, std::size_t interferences, Choices& choices);
-  /// Frees the last history.
-  void forget() { history_.clear(); }
 
  private:
   struct Call {
@@ -104,6 +102,8 @@ class Simulation {
   std::size_t nextOperation_ = 0;
   bool managerReleased_ = false, synchronizerReleased_ = false, kitReleased_ = false;
   std::vector<std::shared_ptr<EnteredCard>> enteredCards_;
+  /// Held by every completion.
+  const std::shared_ptr<const char> completions_ = std::make_shared<const char>();
   std::weak_ptr<HLVSDKPayleven> kit_;
   std::weak_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager_;
   std::weak_ptr<HLVSDKPaylevenPaymentInstrumentsSynchronizer> synchronizer_;

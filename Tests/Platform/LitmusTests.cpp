@@ -1,4 +1,5 @@
-// What each primitive of the kit promises to threads that use it at the same moment.
+// What each primitive of the kit promises to threads that use it at the same moment, and the one
+// member function that shares data between them without a lock.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -12,7 +13,9 @@
 #include "Async/OneShot.h"
 #include "Platform/Default/DefaultPlatform.h"
 #include "Platform/SharedSlot.h"
+#include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 #include "Tests/Support/AtOnce.h"
+#include "Tests/Support/FakeRecords.h"
 
 namespace hlv::testing {
 namespace {
@@ -106,6 +109,24 @@ TEST(LitmusTest, AnObserverSeesWhatWasWrittenBeforeItBeganAndKeepsNothingAfterIt
   };
   atOnce<Round>({&Round::observe, &Round::observe},
                 [](Round& round) { EXPECT_EQ(round.held.use_count(), 1); });
+}
+
+TEST(LitmusTest, ASearchFindsItsCardWhereverAnotherHasJustFoundOne) {
+  using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
+  struct Round {
+    std::shared_ptr<Synchronizer> synchronizer = Synchronizer::initWithAPIManager(nullptr, nullptr);
+    void search(std::size_t position) {
+      const auto another = std::make_shared<FakeStoredCard>();
+      another->external = "another";
+      List<HLVSDKCreditCard> cards(position, another);
+      cards.push_back(std::make_shared<FakeStoredCard>());
+      EXPECT_TRUE(synchronizer->isCreditCardExistsInArray(
+          cards, HLVSDKPLVPaymentInstrument::initWithPaymentInstrument(
+                     std::make_shared<FakeInstrument>(), "default")));
+    }
+  };
+  atOnce<Round>({[](Round& round) { round.search(0); }, [](Round& round) { round.search(4); }},
+                [](Round&) {});
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The console over HTTP: the app that it drives, and what it refuses.
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 class ConsoleTest : public ServerTest {
@@ -74,4 +74,4 @@ TEST_F(ConsoleTest, BadInputGetsAClearErrorAndChangesNothing) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

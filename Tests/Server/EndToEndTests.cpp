@@ -5,7 +5,7 @@
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 using client::RemoteGuest;
@@ -248,4 +248,4 @@ TEST_F(EndToEnd, OneServerAtATimeListensToThisMachineUnlessTheWordIsGiven) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -5,7 +5,7 @@
 #include "Tests/Server/ScopedLimit.h"
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 const std::string PAN = "4111111111111111";
@@ -145,4 +145,4 @@ TEST_F(HostileInput, ADiskThatIsFullIsTheServersFaultAndLosesNothing) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

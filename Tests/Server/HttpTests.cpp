@@ -23,7 +23,7 @@
 #include "Tests/Server/ScopedLimit.h"
 #include "Values/Wiped.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 using namespace std::chrono_literals;
@@ -470,4 +470,4 @@ TEST_F(HttpTest, OverwritesWhatItReceived) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -1,7 +1,7 @@
 // Requests that are sent again.
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 class IdempotencyKeys : public ServerTest {
@@ -81,4 +81,4 @@ TEST_F(IdempotencyKeys, ARefusalIsKeptAndAFailureOfTheServiceIsNot) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

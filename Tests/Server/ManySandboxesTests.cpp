@@ -12,7 +12,7 @@
 #include "Tests/Server/ScopedLimit.h"
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 class ManySandboxes : public ServerTest {
@@ -210,4 +210,4 @@ TEST_F(ManySandboxes, HaveNoGapInTheLogWhenTheyAreUsedAgainBeforeTheyAreClosed) 
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

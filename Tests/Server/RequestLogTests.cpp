@@ -4,7 +4,7 @@
 
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 class RequestLogTest : public ServerTest {
@@ -108,4 +108,4 @@ TEST_F(RequestLogTest, SaysWhatAProcessThatWasKilledTookWithIt) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -2,7 +2,7 @@
 #include "Tests/Secrecy/CardDataSearch.h"
 #include "Tests/Server/ServerTest.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 namespace {
 
 using Secrecy = ServerTest;
@@ -65,4 +65,4 @@ TEST_F(Secrecy, ACardGoesOverTheWireAndIsFoundNowhereAfterwards) {
 }
 
 }  // namespace
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

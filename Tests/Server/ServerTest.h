@@ -15,7 +15,7 @@
 #include "Tests/Sandbox/SandboxTest.h"
 #include "Tests/Server/RawClient.h"
 
-namespace hlv::server {
+namespace hlv::sandbox::server {
 
 using sandbox::nameOf;
 using testing::RawClient;
@@ -166,4 +166,4 @@ class ServerTest : public sandbox::SandboxTest {
   std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager;
 };
 
-}  // namespace hlv::server
+}  // namespace hlv::sandbox::server

@@ -3,7 +3,7 @@
 #include "Tools/Output/SideBySide.h"
 #include "Tools/Output/Timeline.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 using sandbox::BackendCard;
@@ -75,4 +75,4 @@ TEST(ToolTimeline, JoinsEachAnswerToItsCallWhileOthersAreOpen) {
 }
 
 }  // namespace
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -9,16 +9,14 @@
 #include "Tools/Output/Timeline.h"
 #include "Values/Names.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
-
-using json = sandbox::Json;
 
 /// Of what the command itself says.
 constexpr const char* commandDomain = "paylevenkit";
 
-json errorObject(const std::string& domain, std::int64_t number, const json& message,
-                 const json& developerMessage) {
+Json errorObject(const std::string& domain, std::int64_t number, const Json& message,
+                 const Json& developerMessage) {
   return {{"domain", domain},
           {"number", number},
           {"message", message},
@@ -26,15 +24,14 @@ json errorObject(const std::string& domain, std::int64_t number, const json& mes
 }
 
 /// A failure that no error describes is described in the report's own sentence.
-json errorOf(const Report& report) {
+Json errorOf(const Report& report) {
   if (const auto& error = report.error) {
-    return errorObject(error->domain(), error->code(),
-                       sandbox::orNull(error->localizedDescription()),
-                       sandbox::orNull(error->developerMessage()));
+    return errorObject(error->domain(), error->code(), orNull(error->localizedDescription()),
+                       orNull(error->developerMessage()));
   }
   return report.isFailure()
              ? errorObject(commandDomain, report.exitStatus(), report.sentence, nullptr)
-             : json();
+             : Json();
 }
 
 constexpr Names<Report::Outcome, 4> outcomes{
@@ -43,9 +40,9 @@ constexpr Names<Report::Outcome, 4> outcomes{
      {Report::Outcome::failed, "failed"},
      {Report::Outcome::neverCompleted, "never-completed"}}};
 
-void write(const json& document) {
+void write(const Json& document) {
   const bool onlyASCII = !Terminal::ofStandardOutput().hasUTF8();
-  std::cout << document.dump(2, ' ', onlyASCII, json::error_handler_t::replace) << "\n";
+  std::cout << document.dump(2, ' ', onlyASCII, Json::error_handler_t::replace) << "\n";
 }
 
 std::string mark(const Terminal& terminal, const Report& report) {
@@ -84,16 +81,12 @@ std::string timelineText(const Terminal& terminal, const Report& report) {
 
 }  // namespace
 
-json documentOf(const Report& report) {
+Json documentOf(const Report& report) {
   const SideBySide sides(report.backend, report.provider);
-  json document = {{"operation", report.operation},
-                   {"outcome", outcomes.of(report.outcome)},
-                   {"message", report.sentence},
-                   {"error", errorOf(report)},
-                   {"timeline", sandbox::listOf(report.timeline)},
-                   {"backend", sandbox::listOf(report.backend)},
-                   {"provider", sandbox::listOf(report.provider)},
-                   {"agreement", sides.unmatched() == 0},
+  Json document = {{"operation", report.operation},       {"outcome", outcomes.of(report.outcome)},
+                   {"message", report.sentence},          {"error", errorOf(report)},
+                   {"timeline", listOf(report.timeline)}, {"backend", listOf(report.backend)},
+                   {"provider", listOf(report.provider)}, {"agreement", sides.unmatched() == 0},
                    {"unmatched", sides.unmatched()}};
   document.update(report.details);
   return document;
@@ -128,4 +121,4 @@ void Printer::printProblem(const std::string& sentence) const {
   if (json_) write({{"error", errorObject(commandDomain, 2, sentence, nullptr)}});
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

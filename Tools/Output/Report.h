@@ -15,7 +15,7 @@
 #include "Tools/Output/Terminal.h"
 #include "Values/Error.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 struct Report {
   enum class Outcome {
@@ -32,15 +32,15 @@ struct Report {
   std::string sentence;
   /// What the operation reported; may stand beside a success of its first half.
   ErrorPtr error;
-  std::vector<sandbox::Event> timeline;
-  std::vector<sandbox::BackendCard> backend;
-  std::vector<sandbox::ProviderInstrument> provider;
+  std::vector<Event> timeline;
+  std::vector<BackendCard> backend;
+  std::vector<ProviderInstrument> provider;
   /// Why the two sides are not known, in one sentence; empty when they are.
   std::string unknownSides;
   /// What a command that only lists something shows in place of the timeline and the two sides.
   std::function<std::string(const Terminal&)> listing;
   /// What the command adds to the JSON document.
-  sandbox::Json details = sandbox::Json::object();
+  Json details = Json::object();
 
   /// Shows `table` instead, or the sentence `empty`.
   void list(Table table, const std::string& empty) {
@@ -60,7 +60,7 @@ struct Report {
 };
 
 /// The one JSON document of a report.
-sandbox::Json documentOf(const Report& report);
+Json documentOf(const Report& report);
 
 /// As text, or as exactly one JSON document.
 class Printer {
@@ -79,4 +79,4 @@ class Printer {
   const bool json_;
 };
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

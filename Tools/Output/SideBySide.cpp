@@ -5,11 +5,8 @@
 
 #include "Values/Names.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
-
-using sandbox::BackendCard;
-using sandbox::ProviderInstrument;
 
 std::string lastFour(const std::string& pan) {
   return pan.size() > 4 ? pan.substr(pan.size() - 4) : pan;
@@ -54,7 +51,7 @@ std::string describe(const ProviderInstrument& instrument) {
   return Description(instrument).inFull();
 }
 
-std::string describe(const sandbox::AddressFields& address) {
+std::string describe(const AddressFields& address) {
   std::vector<std::string> fields{address.businessName.value_or(""), address.street.value_or(""),
                                   address.zip.value_or(""), address.city.value_or(""),
                                   address.countryCode.value_or("")};
@@ -64,7 +61,7 @@ std::string describe(const sandbox::AddressFields& address) {
 
 SideBySide::SideBySide(const std::vector<BackendCard>& cards,
                        std::vector<ProviderInstrument> instruments)
-    : pairs_(sandbox::pairsOf(cards, std::move(instruments))) {}
+    : pairs_(pairsOf(cards, std::move(instruments))) {}
 
 std::size_t SideBySide::unmatched() const {
   return static_cast<std::size_t>(std::count_if(pairs_.begin(), pairs_.end(), [](const auto& pair) {
@@ -102,4 +99,4 @@ Table SideBySide::table(std::size_t columns) const {
   return table;
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

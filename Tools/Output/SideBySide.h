@@ -10,12 +10,11 @@
 #include "Sandbox/Records/Pairs.h"
 #include "Tools/Output/Table.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 class SideBySide {
  public:
-  SideBySide(const std::vector<sandbox::BackendCard>& cards,
-             std::vector<sandbox::ProviderInstrument> instruments);
+  SideBySide(const std::vector<BackendCard>& cards, std::vector<ProviderInstrument> instruments);
 
   /// How many stand alone on their line.
   std::size_t unmatched() const;
@@ -26,13 +25,13 @@ class SideBySide {
 
  private:
   /// What stands on each line.
-  std::vector<sandbox::Pair> pairs_;
+  std::vector<Pair> pairs_;
 };
 
 /// "visa •••• 1111 12/2030 default", for a card or an instrument.
-std::string describe(const sandbox::BackendCard& card);
-std::string describe(const sandbox::ProviderInstrument& instrument);
+std::string describe(const BackendCard& card);
+std::string describe(const ProviderInstrument& instrument);
 /// "Harbour Road 1, 20457, Hamburg, DE".
-std::string describe(const sandbox::AddressFields& address);
+std::string describe(const AddressFields& address);
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 constexpr std::size_t indent = 2;
@@ -59,4 +59,4 @@ std::string Table::text(const Terminal& terminal) const {
   return lines;
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -9,7 +9,7 @@
 
 #include "Tools/Output/Terminal.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 /// Lines are indented, columns stand two characters apart, and what does not fit on a line of the
 /// terminal is cut. Control characters are shown escaped.
@@ -32,4 +32,4 @@ class Table {
   std::vector<Row> rows_;
 };
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -13,7 +13,7 @@
 #include "Sandbox/JSON/Json.h"
 #include "Values/Names.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
 
 /// Empty when it is not set.
@@ -111,7 +111,7 @@ std::string inASCII(std::string_view text) {
 Terminal Terminal::ofStandardOutput() {
   Terminal terminal;
   terminal.hasUTF8_ = localeHasUTF8();
-  const auto wanted = sandbox::numberOf(variable("COLUMNS")).value_or(0);
+  const auto wanted = numberOf(variable("COLUMNS")).value_or(0);
   if (wanted > 0) terminal.columns_ = static_cast<std::size_t>(wanted);
   if (!::isatty(STDOUT_FILENO)) return terminal;
   terminal.colours_ = variable("NO_COLOR").empty() && !isDumb();
@@ -127,4 +127,4 @@ std::string Terminal::paint(Colour colour, const std::string& text) const {
   return std::string(codes.of(colour)) + text + "\033[0m";
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

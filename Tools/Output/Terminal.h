@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 /// The same text with what would control the terminal, change the direction of writing or is no
 /// UTF-8 written as `\x1b` or `\u202e`.
@@ -41,4 +41,4 @@ class Terminal {
   std::size_t columns_ = static_cast<std::size_t>(-1);
 };
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

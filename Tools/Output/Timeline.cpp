@@ -5,10 +5,8 @@
 #include <optional>
 #include <string>
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 namespace {
-
-using sandbox::Event;
 
 /// A reply repeats what its call asked for.
 bool answers(const Event& answer, const Event& call) {
@@ -94,4 +92,4 @@ Table timelineTable(const std::vector<Event>& events) {
   return table;
 }
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool

@@ -8,10 +8,10 @@
 #include "Sandbox/Calls/Journal.h"
 #include "Tools/Output/Table.h"
 
-namespace hlv::tool {
+namespace hlv::sandbox::tool {
 
 /// One row an event. A call and its reply are joined by a line at the left, so that calls that run
 /// side by side can be distinguished.
-Table timelineTable(const std::vector<sandbox::Event>& events);
+Table timelineTable(const std::vector<Event>& events);
 
-}  // namespace hlv::tool
+}  // namespace hlv::sandbox::tool
