@@ -59,7 +59,7 @@ struct OneShot {
 };
 
 template <class Callback, class... Parameters>
-auto answerOnceAs(Callback& callback, const std::function<void(Parameters...)>*) {
+auto oneShotAs(Callback& callback, const std::function<void(Parameters...)>*) {
   using Pending = PendingCallback<std::decay_t<Parameters>...>;
   return OneShot<std::decay_t<Parameters>...>{std::make_shared<Pending>(callback)};
 }
@@ -71,7 +71,7 @@ auto answerOnceAs(Callback& callback, const std::function<void(Parameters...)>*)
 template <class Callback>
 auto oneShot(Callback callback) {
   using Shape = decltype(std::function(std::declval<Callback>()));
-  return answerOnceAs(callback, static_cast<const Shape*>(nullptr));
+  return oneShotAs(callback, static_cast<const Shape*>(nullptr));
 }
 
 }  // namespace hlv

@@ -29,7 +29,8 @@ class PLVInAppClient;
 struct HLVSDKConstants;
 
 /// Every class operation and constant of the classes in this folder asks the installed host. While
-/// none is installed they return null, and the first one writes so to standard error.
+/// none is installed they return null, and the first one writes so to standard error. The contract
+/// of a member is that of the operation that asks it; docs/host.md lists them all.
 ///
 /// Implementations must take calls from any thread, hold no lock meanwhile, and may return null
 /// wherever a pointer or a missing string is returned.

@@ -9,6 +9,7 @@
 #include "Platform/NotificationCenter.h"
 #include "Platform/Queue.h"
 #include "Values/Export.h"
+#include "Values/Text.h"
 
 namespace hlv {
 

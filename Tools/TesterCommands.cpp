@@ -44,7 +44,7 @@ void defineScenario(CommandLine& line) {
                                    "  paylevenkit scenario half-deleted\n");
   const auto name = std::make_shared<std::string>();
   const auto possible = namesOf(allScenarios());
-  command.add_option("name", *name, "One of " + joined(possible))
+  command.add_option("NAME", *name, "One of " + joined(possible))
       ->required()
       ->type_name("SCENARIO")
       ->check(CLI::IsMember(possible));

@@ -32,7 +32,7 @@ add_library(HLVSDKPaylevenKit
   Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.cpp
   Public/Managers/KitErrors.cpp
   Public/Managers/Log.cpp
-  Public/Managers/ProviderInstrument.cpp)
+  Public/Managers/MakeProviderInstrument.cpp)
 add_library(HLVSDKPaylevenKit::HLVSDKPaylevenKit ALIAS HLVSDKPaylevenKit)
 
 target_compile_features(HLVSDKPaylevenKit PUBLIC cxx_std_20)

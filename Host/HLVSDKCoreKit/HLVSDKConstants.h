@@ -11,7 +11,8 @@
 
 namespace hlv {
 
-/// The texts of one host. A missing text belongs to no host.
+/// The texts of one host: what the functions below, and those of HLVErrorDomains.h, return. While
+/// no host is installed they return missing ones.
 struct HLV_EXPORT HLVSDKConstants {
   NullableString useCaseDefault;
   NullableString useCasePrivate;

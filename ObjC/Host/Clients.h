@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"

@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
 
 #include "Platform/Platform.h"
 #include "Values/Export.h"
+#include "Values/Text.h"
 
 namespace hlv {
 

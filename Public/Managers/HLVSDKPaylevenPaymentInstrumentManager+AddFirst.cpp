@@ -11,7 +11,7 @@
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
-#include "Public/Managers/ProviderInstrument.h"
+#include "Public/Managers/MakeProviderInstrument.h"
 #include "Values/Mutex.h"
 #include "Values/Send.h"
 

@@ -9,7 +9,7 @@
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/KitErrors.h"
 #include "Public/Managers/Log.h"
-#include "Public/Managers/ProviderInstrument.h"
+#include "Public/Managers/MakeProviderInstrument.h"
 #include "Values/Send.h"
 
 namespace hlv {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/HLVSDKCoreKit/HLVSDKPaymentBillingAddress.h"

@@ -11,6 +11,7 @@
 #include <tuple>
 #include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Faults/Fault.h"

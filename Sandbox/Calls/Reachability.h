@@ -1,7 +1,9 @@
 // Whether the sandbox's network is on. Private to the sandbox and the server.
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Sandbox/Store/Settings.h"

@@ -57,32 +57,31 @@ struct ReplyQueue::State : std::enable_shared_from_this<State> {
     callNext();
   }
 
-  void answer(ServiceThread thread, Delivery delivery) {
-    if (delivery.delay.count() > 0) return hold(thread, std::move(delivery));
-    delivery.deliver();
-    delivery.deliver = nullptr;
+  void answer(ServiceThread thread, PreparedReply reply) {
+    if (reply.delay.count() > 0) return hold(thread, std::move(reply));
+    reply.deliver();
+    reply.deliver = nullptr;
     finish();
   }
 
-  void hold(ServiceThread thread, Delivery delivery) {
-    auto timer = std::make_shared<asio::steady_timer>(context(thread), delivery.delay);
-    delivery.delay = {};
-    timer->async_wait([this, timer, thread,
-                       delivery = std::move(delivery)](const asio::error_code& stopped) mutable {
-      if (!stopped) answerAfterMainQueue(thread, std::move(delivery));
-    });
+  void hold(ServiceThread thread, PreparedReply reply) {
+    auto timer = std::make_shared<asio::steady_timer>(context(thread), reply.delay);
+    reply.delay = {};
+    timer->async_wait(
+        [this, timer, thread, reply = std::move(reply)](const asio::error_code& stopped) mutable {
+          if (!stopped) answerAfterMainQueue(thread, std::move(reply));
+        });
   }
 
-  void answerAfterMainQueue(ServiceThread thread, Delivery delivery) {
-    Platform::current()->mainQueue()->async(
-        [weak = weak_from_this(), thread, delivery = std::move(delivery)]() mutable {
-          const auto state = weak.lock();
-          if (!state) return;
-          state->enqueue(
-              {thread, [plain = state.get(), thread, delivery = std::move(delivery)]() mutable {
-                 plain->answer(thread, std::move(delivery));
-               }});
-        });
+  void answerAfterMainQueue(ServiceThread thread, PreparedReply reply) {
+    Platform::current()->mainQueue()->async([weak = weak_from_this(), thread,
+                                             reply = std::move(reply)]() mutable {
+      const auto state = weak.lock();
+      if (!state) return;
+      state->enqueue({thread, [plain = state.get(), thread, reply = std::move(reply)]() mutable {
+                        plain->answer(thread, std::move(reply));
+                      }});
+    });
   }
 
   /// A pump that waits on the main queue looks again.
@@ -131,10 +130,10 @@ void ReplyQueue::call(ServiceThread thread, Work work) {
   start();
   ++state_->unfinished;
   state_->enqueue({thread, [state = state_.get(), thread, work = std::move(work)]() mutable {
-                     auto delivery = work();
+                     auto reply = work();
                      work = nullptr;
-                     if (delivery) {
-                       state->answer(thread, std::move(*delivery));
+                     if (reply) {
+                       state->answer(thread, std::move(*reply));
                      } else {
                        state->finish();
                      }

@@ -15,7 +15,7 @@ namespace hlv::sandbox {
 enum class ServiceThread { backend = 0, provider = 1 };
 
 /// A reply that is ready to go.
-struct Delivery {
+struct PreparedReply {
   std::chrono::milliseconds delay{0};
   std::function<void()> deliver;
 };
@@ -30,7 +30,7 @@ struct Delivery {
 class ReplyQueue {
  public:
   /// Does what a call asks for, on its service's thread; no result means that no reply will come.
-  using Work = std::function<std::optional<Delivery>()>;
+  using Work = std::function<std::optional<PreparedReply>()>;
 
   ReplyQueue();
   ~ReplyQueue();

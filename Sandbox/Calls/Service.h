@@ -3,8 +3,10 @@
 // Threading: any.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -49,14 +51,14 @@ class Service {
     answers_->call(thread_,
                    [core = core_, call = std::move(call), what = std::move(what),
                     completion = std::move(completion),
-                    handling = std::move(handling)]() mutable -> std::optional<Delivery> {
+                    handling = std::move(handling)]() mutable -> std::optional<PreparedReply> {
                      auto [results, fault] = core->handle(call, handling);
                      if (fault) core->recordFault(*fault);
                      const auto times = deliveries(fault);
                      if (times == 0) return std::nullopt;
                      if (auto error = transportErrorOf(fault)) results = failed<Results...>(error);
                      const std::chrono::milliseconds delay(fault ? fault->delayMilliseconds : 0);
-                     return Delivery{
+                     return PreparedReply{
                          delay, [core, times, what = std::move(what),
                                  completion = std::move(completion), results = std::move(results)] {
                            for (int i = 0; i < times; ++i) {

@@ -3,9 +3,11 @@
 // Threading: any.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <tuple>
+#include <variant>
 
 #include "Host/HLVSDKCoreKit/HLVSDKCompletions.h"
 #include "Host/HLVSDKCoreKit/HLVSDKCreditCard.h"

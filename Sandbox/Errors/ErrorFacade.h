@@ -1,6 +1,8 @@
 // The sandbox's error facade.
 #pragma once
 
+#include <cstdint>
+
 #include "Host/Halvo_Errors/HLVErrorFacade.h"
 
 namespace hlv::sandbox {

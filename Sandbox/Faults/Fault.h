@@ -88,8 +88,8 @@ struct Fault {
   /// How far the delays spread; each is chosen at random, repeatably under the store's seed.
   std::int64_t spreadMilliseconds = 0;
   Distribution distribution = Distribution::uniform;
-  /// How many in a hundred calls it meets, as repeatable. A call that it spares is not counted
-  /// down.
+  /// How many in a hundred calls it meets, as repeatable. A call that it does not meet is
+  /// not counted down.
   std::int64_t probability = 100;
   /// The error's code, for the kind `error`.
   std::int64_t code = 500;

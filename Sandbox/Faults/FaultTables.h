@@ -3,6 +3,7 @@
 // Threading: inside `Store::read` and `Store::write`.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <any>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <memory>

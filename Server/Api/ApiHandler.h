@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "Server/Api/Exchange.h"
 #include "Server/Api/Registry.h"

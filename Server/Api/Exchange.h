@@ -1,8 +1,10 @@
 // One request to a sandbox, on its way through the resources. Private to the server.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>

@@ -3,6 +3,8 @@
 // Threading: for the start alone. The registry outlives the routes.
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 #include "Server/Api/Exchange.h"

@@ -19,7 +19,7 @@ typedef struct _NSZone NSZone;
 @end
 
 __attribute__((objc_root_class))
-@interface NSObject <NSObject>
+@interface NSObject<NSObject>
 - (instancetype)init;
 @end
 @interface NSString : NSObject

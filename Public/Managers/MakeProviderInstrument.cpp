@@ -1,4 +1,4 @@
-#include "Public/Managers/ProviderInstrument.h"
+#include "Public/Managers/MakeProviderInstrument.h"
 
 #include "Values/Secret.h"
 #include "Values/Send.h"
