@@ -46,7 +46,8 @@ struct Request {
   NullableString id = "card-1";
   NullableString useCase = "deleted";
   NullableString confirmToken = "confirmed";
-  /// Keys of the kits array for enabling: "ours" has one, "null" and "other" have none.
+  /// The keys in the kits array for enabling; "no key", "nothing" and "another kit" are what they
+  /// say.
   std::vector<std::string> kits = {};
 };
 

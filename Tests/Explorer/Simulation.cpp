@@ -19,12 +19,6 @@ const ErrorPtr& errorOf(std::size_t call) {
   return errors.at(call);
 }
 
-const std::shared_ptr<HLVSDKPaylevenKitConfiguration>& withKey() {
-  static const auto configuration = HLVSDKPaylevenKitConfiguration::configurationWithBlock(
-      [](const auto& mutableOne) { mutableOne->setPaymentKey("key"); });
-  return configuration;
-}
-
 const char* thread(bool onMain) { return onMain ? "on main" : "off main"; }
 
 std::string named(const std::shared_ptr<HLVSDKGuest>& guest) {
@@ -134,7 +128,7 @@ void Simulation::begin() {
   host_->session->authorized = scenario_->authorized;
   host_->network->state = 1;
   if (scenario_->operations.front().kind != OperationKind::enable) {
-    HLVSDKPayleven::setSharedInstance(HLVSDKPayleven::initWithConfiguration(nullptr, withKey()));
+    HLVSDKPayleven::setSharedInstance(HLVSDKPayleven::initWithConfiguration(nullptr, nullptr));
   }
   watchKit();
   host_->trace.clear();

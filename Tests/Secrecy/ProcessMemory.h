@@ -45,45 +45,37 @@ class HiddenDigits {
     digits.resize(count);
     return digits;
   }
-  /// Whether the last ten of them stand in a private page that the process may write and has
-  /// written: heap, stacks and data. An allocator writes over the beginning of what is freed.
+  /// Whether the last ten of them stand in a private page that the process may write: heap, stacks
+  /// and data. An allocator writes over the beginning of what is freed.
   ///
   /// Left out are mappings that are marked as not worth dumping, which are the sanitizers' own
   /// books. Threading: no other thread runs.
   bool areInMemory() const {
-    constexpr std::size_t space = pagesAPiece * pageSize + searched;
+    constexpr std::size_t space = step + searched;
     const int memory = ::open("/proc/self/mem", O_RDONLY | O_CLOEXEC);
-    const int pages = ::open("/proc/self/pagemap", O_RDONLY | O_CLOEXEC);
     // Shared, so that neither what is read nor what is looked for is found there.
     auto* const window = static_cast<char*>(::mmap(
         nullptr, space + searched, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-    if (memory < 0 || pages < 0 || window == MAP_FAILED) throw std::runtime_error("no memory");
+    if (memory < 0 || window == MAP_FAILED) throw std::runtime_error("no memory");
     auto* const wanted = window + space;
     for (std::size_t i = 0; i < searched; ++i) {
       wanted[i] = static_cast<char>('0' + values_[values_.size() - searched + i]);
     }
-    const auto wasWritten = [](std::uint64_t page) { return (page >> 62U) != 0; };
     bool areThere = false;
     for (const auto& [begin, end] : privateWritableMappings()) {
-      for (auto at = begin; at < end && !areThere; at += pagesAPiece * pageSize) {
-        std::uint64_t entries[pagesAPiece] = {};
-        const auto read = ::pread(pages, entries, sizeof entries,
-                                  static_cast<off_t>(at / pageSize * sizeof *entries));
-        if (read > 0 && std::none_of(std::begin(entries), std::end(entries), wasWritten)) continue;
+      for (auto at = begin; at < end && !areThere; at += step) {
         const auto size =
             ::pread(memory, window, std::min(space, end - at), static_cast<off_t>(at));
         areThere = size > 0 && ::memmem(window, static_cast<std::size_t>(size), wanted, searched);
       }
     }
     ::munmap(window, space + searched);
-    ::close(pages);
     ::close(memory);
     return areThere;
   }
 
  private:
-  static constexpr std::size_t pageSize = 4096;
-  static constexpr std::size_t pagesAPiece = 16;
+  static constexpr std::size_t step = 1U << 16U;
   /// So many digits are not there by chance, in addresses that are written out.
   static constexpr std::size_t searched = 10;
 
