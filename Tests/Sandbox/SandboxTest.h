@@ -2,9 +2,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -20,7 +25,6 @@
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Sandbox.h"
-#include "Tests/Sandbox/TestFolder.h"
 
 namespace hlv::sandbox {
 
@@ -51,16 +55,24 @@ class SandboxTest : public ::testing::Test {
 
   /// Stops the calendar and makes an empty directory.
   SandboxTest() {
+    if (!::mkdtemp(folder_.data())) throw std::runtime_error("no temporary folder");
     Calendar::install([] { return std::chrono::year(2031) / 7; });
   }
   ~SandboxTest() override {
     stop();
     Calendar::install({});
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
   }
 
-  std::string path(const std::string& name) const { return folder_.path() / name; }
+  std::string path(const std::string& name) const { return folder_ + "/" + name; }
   std::string storePath() const { return path("store"); }
-  static std::string contentOf(const std::string& path) { return testing::contentOf(path); }
+  /// Of what is no file, nothing.
+  static std::string contentOf(const std::string& path) {
+    if (!std::filesystem::is_regular_file(path)) return "";
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
 
   /// Opens the store, lets go of what was open before, registers with the provider and signs the
   /// guest in.
@@ -102,21 +114,6 @@ class SandboxTest : public ::testing::Test {
     platform->runUntil([&] { return isQuiet() && platform->isIdle() && isQuiet(); });
   }
 
-  /// What a sandbox leaves, by where it stands, while its store is open and so has a write-ahead
-  /// log.
-  using Places = std::vector<std::pair<std::string, std::string>>;
-  static Places leftBy(const Sandbox& sandbox, const std::string& path) {
-    std::string journal;
-    for (const auto& operation : sandbox.journal().last(1000)) {
-      journal += operation.name + "\n";
-      for (const auto& event : operation.events) journal += event.what + " " + event.result + "\n";
-    }
-    return {{"journal", journal},
-            {"log", contentOf(path + ".log")},
-            {"store", contentOf(path)},
-            {"WAL", contentOf(path + "-wal")}};
-  }
-
   /// The only answer to a call that is made with the completion it is given.
   template <class Answer>
   Answer answerTo(const auto& call) {
@@ -141,12 +138,6 @@ class SandboxTest : public ::testing::Test {
   ListAnswer list(const NullableString& token, const NullableString& useCase = "default") {
     return answerTo<ListAnswer>(
         [&](auto completion) { provider->getPaymentInstrumentsList(token, useCase, completion); });
-  }
-  ErrorPtr removeInstrument(const Instrument& instrument, const NullableString& token,
-                            const NullableString& useCase = "default") {
-    return answerTo<ErrorPtr>([&](auto completion) {
-      provider->removePaymentInstrument(instrument, useCase, token, completion);
-    });
   }
   CardsAnswer fetchCards() {
     return answerTo<CardsAnswer>(
@@ -177,7 +168,7 @@ class SandboxTest : public ::testing::Test {
   std::shared_ptr<HLVSDKGuest> guest;
 
  private:
-  const testing::TestFolder folder_;
+  std::string folder_ = std::filesystem::temp_directory_path() / "paylevenkit-test-XXXXXX";
 };
 
 }  // namespace hlv::sandbox
