@@ -12,8 +12,6 @@ option(HLVSDKPAYLEVENKIT_INSTALL "Install what is built" ${PROJECT_IS_TOP_LEVEL}
 option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
 option(HLVSDKPAYLEVENKIT_TESTS "Build the tests, of the Objective-C classes where these are built" OFF)
 option(HLVSDKPAYLEVENKIT_BENCHMARKS "Build the programs that measure the kit" OFF)
-# On in the presets; a consumer's newer compiler must not fail over a new warning.
-option(HLVSDKPAYLEVENKIT_STRICT "Treat warnings as errors" OFF)
 option(HLVSDKPAYLEVENKIT_COVERAGE "Let the kit count which of its lines ran" OFF)
 set(HLVSDKPAYLEVENKIT_SANITIZE "" CACHE STRING "Sanitizers, e.g. address,undefined or thread")
 
@@ -24,13 +22,13 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 add_library(hlv_flags INTERFACE)
 target_compile_features(hlv_flags INTERFACE cxx_std_20)
+# No errors but in the presets: a consumer's newer compiler must not fail over a new warning.
 target_compile_options(hlv_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
   # g++ 12 sees overlaps in std::string's own code when it optimises (its bug 105651).
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
   # Of what a lock guards (Values/Mutex.h).
   $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wthread-safety>
-  $<$<BOOL:${HLVSDKPAYLEVENKIT_STRICT}>:-Werror>
   # Errors and log lines carry source paths; those of the build machine are nobody's business.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 # Binding at a first call would write the registers to the stack, and with them the end of whatever

@@ -17,7 +17,7 @@ install_kit() {  # NAME OPTION...
   local name=$1
   shift
   cmake -S "$source_dir" -B "$build_dir/$name" -G Ninja --no-warn-unused-cli -DCMAKE_BUILD_TYPE=Release \
-    -DCMAKE_CXX_FLAGS_RELEASE=-O0 -DHLVSDKPAYLEVENKIT_STRICT=ON \
+    -DCMAKE_CXX_FLAGS_RELEASE=-O0 -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
     -DHLVSDKPAYLEVENKIT_TESTS=OFF "$@" >"$work/configure.log"
   cmake --build "$build_dir/$name" >"$work/build.log" || { cat "$work/build.log"; exit 1; }
   cmake --install "$build_dir/$name" --prefix "$work/$name" >"$work/install.log"
