@@ -3,7 +3,6 @@
 # linked, whether or not anybody names them.
 add_library(HLVHostClassesObjC OBJECT
   ObjC/HostClasses/AddCardRequest.mm
-  ObjC/HostClasses/AddressKeys.mm
   ObjC/HostClasses/Clients.mm
   ObjC/HostClasses/Configuration.mm
   ObjC/HostClasses/Constants.mm

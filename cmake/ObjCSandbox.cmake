@@ -20,10 +20,3 @@ if(HLVSDKPAYLEVENKIT_BENCHMARKS)
   target_link_libraries(ObjCBenchmark PRIVATE
     hlv_flags benchmark::benchmark $<LINK_LIBRARY:WHOLE_ARCHIVE,HLVSandboxObjC>)
 endif()
-if(HLVSDKPAYLEVENKIT_OBJC_TESTS)
-  # Foundation keeps some of its objects to the end, which is no leak of the app.
-  add_test(NAME ObjC.TheExampleAppEndsWell
-    COMMAND sh -c "rm -f example.sqlite*; exec ./paylevenkit-objc-example example.sqlite")
-  set_tests_properties(ObjC.TheExampleAppEndsWell PROPERTIES TIMEOUT 120 LABELS ObjCTests
-    WORKING_DIRECTORY ${PROJECT_BINARY_DIR} ENVIRONMENT ASAN_OPTIONS=detect_leaks=0)
-endif()

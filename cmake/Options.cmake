@@ -10,9 +10,7 @@ cmake_dependent_option(HLVSDKPAYLEVENKIT_CLIENT
   "HLVSDKPAYLEVENKIT_SANDBOX;NOT HLVSDKPAYLEVENKIT_SERVER" ${HLVSDKPAYLEVENKIT_SERVER})
 option(HLVSDKPAYLEVENKIT_INSTALL "Install what is built" ${PROJECT_IS_TOP_LEVEL})
 option(HLVSDKPAYLEVENKIT_OBJC "Build the kit for Objective-C apps; needs clang" OFF)
-option(HLVSDKPAYLEVENKIT_FRAMEWORK "Build that as a framework; on a Mac" OFF)
-option(HLVSDKPAYLEVENKIT_OBJC_TESTS "Build the tests of that" OFF)
-option(HLVSDKPAYLEVENKIT_TESTS "Build the tests" OFF)
+option(HLVSDKPAYLEVENKIT_TESTS "Build the tests, of the Objective-C classes where these are built" OFF)
 option(HLVSDKPAYLEVENKIT_BENCHMARKS "Build the programs that measure the kit" OFF)
 # On in the presets; a consumer's newer compiler must not fail over a new warning.
 option(HLVSDKPAYLEVENKIT_STRICT "Treat warnings as errors" OFF)

@@ -1,50 +1,29 @@
-# The headers that an app sees: four folders whole, and what is listed. All else is the kit's own
-# business.
-file(GLOB_RECURSE headers CONFIGURE_DEPENDS Host/*.h Matching/*.h Models/*.h)
-file(GLOB facade CONFIGURE_DEPENDS Public/*.h)
-target_sources(HLVSDKPaylevenKit PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-  ${headers}
-  ${facade}
-  Platform/Default/DefaultPlatform.h
-  Values/Error.h
-  Values/Export.h
-  Values/List.h
-  Platform/Notification.h
-  Platform/NotificationCenter.h
-  Values/NullableString.h
-  Values/Object.h
-  Platform/Platform.h
-  Platform/Queue.h
-  Platform/SharedSlot.h
-  Values/Text.h
-  Values/Value.h
-  Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h
-  Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h)
+# The headers that an app sees: those that it may include, and whatever these include in turn. All
+# else is the kit's own business.
+set(public_headers "")
 
+# Gives the target those that no target before it has.
+function(hlv_add_public_headers target)
+  set(own "")
+  set(waiting ${ARGN})
+  while(waiting)
+    list(POP_FRONT waiting header)
+    if(NOT header IN_LIST public_headers AND NOT header IN_LIST own)
+      list(APPEND own ${header})
+      file(STRINGS ${header} included REGEX "^#include \"")
+      list(TRANSFORM included REPLACE "^#include \"(.*)\"" "\\1")
+      list(APPEND waiting ${included})
+    endif()
+  endwhile()
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${own})
+  set(public_headers ${public_headers} ${own} PARENT_SCOPE)
+endfunction()
+
+hlv_add_public_headers(HLVSDKPaylevenKit Public/HLVSDKPaylevenKit.h)
 if(HLVSDKPAYLEVENKIT_SANDBOX)
-  target_sources(HLVSDKPaylevenSandbox PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-    Sandbox/Records/BackendCard.h
-    Sandbox/Host/DeviceHost.h
-    Sandbox/Records/EnteredAddress.h
-    Sandbox/Cards/EnteredCard.h
-    Sandbox/Errors/ErrorCodes.h
-    Sandbox/Faults/Fault.h
-    Sandbox/Calls/Journal.h
-    Sandbox/Records/ProviderInstrument.h
-    Sandbox/Sandbox.h
-    Sandbox/Errors/SandboxError.h
-    Sandbox/Cards/TestCards.h
-    Sandbox/Testing/Scenario.h
-    Sandbox/Testing/Tester.h
-    Values/Mutex.h
-    Values/Problem.h
-    Values/Result.h)
+  hlv_add_public_headers(HLVSDKPaylevenSandbox
+    Sandbox/Sandbox.h Sandbox/Cards/TestCards.h Sandbox/Errors/ErrorCodes.h Sandbox/Host/DeviceHost.h)
 endif()
 if(HLVSDKPAYLEVENKIT_CLIENT)
-  target_sources(HLVSDKPaylevenClient PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-    Client/ClientError.h
-    Client/RemoteHost.h
-    Client/RemoteTester.h
-    Client/Sandboxes.h
-    Sandbox/Records/SandboxDescription.h)
+  hlv_add_public_headers(HLVSDKPaylevenClient Client/RemoteHost.h Client/Sandboxes.h)
 endif()

@@ -5,12 +5,7 @@ hlv_add_tests(HttpTests
   LIBRARIES hlv_http hlv_beast)
 hlv_add_tests(ServerTests
   SOURCES
-    Tests/Server/ConsoleTests.cpp
     Tests/Server/EndToEndTests.cpp
-    Tests/Server/HostileInputTests.cpp
-    Tests/Server/IdempotencyTests.cpp
     Tests/Server/ManySandboxesTests.cpp
-    Tests/Server/RequestLogTests.cpp
-    Tests/Server/SecrecyTests.cpp
   LIBRARIES HLVSDKPaylevenServer HLVSDKPaylevenClient hlv_beast SQLiteCpp)
 hlv_precompile(ServerTests <nlohmann/json.hpp>)

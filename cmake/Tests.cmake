@@ -9,9 +9,11 @@ endif()
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
+# By patterns, so that no test is left out of a list.
 function(hlv_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
-  add_executable(${name} ${arg_SOURCES})
+  file(GLOB sources CONFIGURE_DEPENDS ${arg_SOURCES})
+  add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE hlv_flags ${arg_LIBRARIES} GTest::gtest_main)
   hlv_precompile(${name} <gtest/gtest.h>)
   # The libraries too are bound before a test that searches memory for what was overwritten.
@@ -19,32 +21,13 @@ function(hlv_add_tests name)
     PROPERTIES TIMEOUT 120 LABELS ${name} ENVIRONMENT LD_BIND_NOW=1)
 endfunction()
 
-hlv_add_tests(PlatformTests
-  SOURCES
-    Tests/Platform/DefaultPlatformTests.cpp
-    Tests/Platform/JoiningTests.cpp
-    Tests/Platform/LitmusTests.cpp
-    Tests/Platform/NotificationCenterTests.cpp
-  LIBRARIES HLVSDKPaylevenKit)
-hlv_add_tests(KitTests
-  SOURCES
-    Tests/Kit/EnablingTests.cpp
-    Tests/Kit/ManagersTests.cpp
-    Tests/Kit/NoHostTests.cpp
-    Tests/Kit/ValueTests.cpp
-  LIBRARIES HLVSDKPaylevenKit)
-hlv_add_tests(SecrecyTests
-  SOURCES
-    Tests/Secrecy/CardDataSearchTests.cpp
-    Tests/Secrecy/ProcessMemoryTests.cpp
-  LIBRARIES HLVSDKPaylevenKit)
+hlv_add_tests(PlatformTests SOURCES Tests/Platform/*.cpp LIBRARIES HLVSDKPaylevenKit)
+hlv_add_tests(KitTests SOURCES Tests/Kit/*.cpp LIBRARIES HLVSDKPaylevenKit)
+hlv_add_tests(SecrecyTests SOURCES Tests/Secrecy/*.cpp LIBRARIES HLVSDKPaylevenKit)
 if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "address")
   target_compile_definitions(SecrecyTests PRIVATE HLV_KEEPS_WHAT_IS_FREED)
 endif()
-hlv_add_tests(StressTests
-  SOURCES
-    Tests/Stress/StressTests.cpp
-  LIBRARIES HLVSDKPaylevenKit hlv_asio)
+hlv_add_tests(StressTests SOURCES Tests/Stress/*.cpp LIBRARIES HLVSDKPaylevenKit hlv_asio)
 
 find_program(HLV_PYTHON NAMES python3 REQUIRED)
 add_test(NAME Layering.IsAsTheTableSays
@@ -53,6 +36,9 @@ add_test(NAME Layering.UsesTheFieldsWords
   COMMAND ${PROJECT_SOURCE_DIR}/Tests/Layering/words.sh)
 
 include(cmake/Explorer.cmake)
+if(HLVSDKPAYLEVENKIT_SANITIZE MATCHES "fuzzer")
+  include(cmake/Fuzz.cmake)
+endif()
 if(HLVSDKPAYLEVENKIT_SANDBOX)
   include(cmake/SandboxTests.cmake)
 endif()

@@ -32,23 +32,16 @@ static BOOL isFine(NSString* problem) {
 /// Begins one operation and waits for its report.
 static BOOL succeeds(NSString* what, void (^begin)(Report report)) {
   printf("%s\n", [what UTF8String]);
-  NSLock* lock = [[[NSLock alloc] init] autorelease];
   __block BOOL hasCome = NO;
   __block NSError* failure = nil;
   begin(^(NSError* error) {
-    [lock lock];
-    hasCome = YES;
     failure = [error retain];
-    [lock unlock];
+    __atomic_store_n(&hasCome, YES, __ATOMIC_RELEASE);
   });
   const BOOL came = runUntil(^BOOL {
-    [lock lock];
-    const BOOL now = hasCome;
-    [lock unlock];
-    return now;
+    return __atomic_load_n(&hasCome, __ATOMIC_ACQUIRE);
   });
-  if (!came) return isFine(@"Nobody answered.");
-  return isFine([[failure autorelease] localizedDescription]);
+  return isFine(came ? [[failure autorelease] localizedDescription] : @"Nobody answered.");
 }
 
 static void printCard(HLVSDKGuest* guest, HLVSDKCreditCard* card) {
@@ -211,8 +204,7 @@ int main(int argc, char** argv) {
     NSString* problem = nil;
     HLVSandbox* sandbox = [HLVSandbox openStoreAtPath:[NSString stringWithUTF8String:argv[1]]
                                               problem:&problem];
-    if (!sandbox) isFine(problem);
-    if (!sandbox) return 1;
+    if (!isFine(problem)) return 1;
     // For as long as the app runs.
     [[NSNotificationCenter defaultCenter]
         addObserverForName:kHLVSDKDidChangeAuthorizationStatusNotification

@@ -20,8 +20,4 @@ NSString* toNSString(const NullableString& string);
 /// The same, to be released by the caller: for what must not wait for a pool.
 NSString* newNSString(const NullableString& string) NS_RETURNS_RETAINED;
 
-/// Also where Foundation's own strings refuse half a surrogate pair or drop a mark of byte order.
-/// To be released by the caller.
-NSString* newStringOfUnits(const std::u16string& units) NS_RETURNS_RETAINED;
-
 }  // namespace hlv::objc

@@ -83,8 +83,7 @@ char32_t takeCodePoint(std::string_view& text) {
   return isWhole ? point : 0xFFFD;
 }
 
-}  // namespace
-
+/// To be released by the caller.
 NSString* newStringOfUnits(const std::u16string& units) {
   NSString* const made =
       [[NSString alloc] initWithCharacters:reinterpret_cast<const unichar*>(units.data())
@@ -96,6 +95,8 @@ NSString* newStringOfUnits(const std::u16string& units) {
   for (const unichar unit : units) [any appendFormat:@"%C", unit];
   return any;
 }
+
+}  // namespace
 
 NullableString fromNSString(NSString* string) {
   NullableString text;

@@ -3,8 +3,6 @@
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h>
 
 #include <memory>
-#include <mutex>
-#include <utility>
 
 #include "Async/Once.h"
 #include "ObjC/Binding/Crossing.h"
@@ -51,22 +49,16 @@ struct HLVPaylevenCore {
 
 @implementation HLVSDKPayleven
 
-static std::mutex sharedMutex;
-static HLVSDKPayleven* sharedObject;
+// Neither is destroyed at exit, when a thread may still enable the kit.
 
 static hlv::Once& sharedOnce() {
-  // Not destroyed at exit, when a thread may still enable the kit.
   static auto& once = *new hlv::Once;
   return once;
 }
 
-static void replaceSharedObject(HLVSDKPayleven* object) {
-  [object retain];
-  {
-    const std::lock_guard lock(sharedMutex);
-    std::swap(object, sharedObject);
-  }
-  [object release];
+static hlv::SharedSlot<Held>& sharedSlot() {
+  static auto& slot = *new hlv::SharedSlot<Held>;
+  return slot;
 }
 
 /// Null for an object that is not initialised.
@@ -105,8 +97,7 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 + (instancetype)sharedInstance {
-  const std::lock_guard lock(sharedMutex);
-  return [[sharedObject retain] autorelease];
+  return original(sharedSlot().load());
 }
 
 + (instancetype)sharedInstanceWithConfiguration:(HLVSDKConfiguration*)configuration
@@ -241,11 +232,11 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 
 + (void)resetSharedInstance {
   sharedOnce().reset();
-  replaceSharedObject(nil);
+  sharedSlot().store(nullptr);
 }
 
 + (void)setSharedInstance:(HLVSDKPayleven*)instance {
-  replaceSharedObject(instance);
+  sharedSlot().store(adapted<Held>(instance));
 }
 
 @end

@@ -20,3 +20,21 @@ NSString* const HLVSDKReachabilityDidChangeReachabilityNotificationPreviousState
 
 NSString* const HLVURLErrorDomain = @"HLVURLErrorDomain";
 NSString* const HLVPaymentErrorDomain = @"HLVPaymentErrorDomain";
+
+// The keys of an address dictionary. A compiler cannot write an array down as it does a string, so
+// the list is made when the class below is loaded, which is before any code of an app runs; and the
+// declaration calls it a constant, so its name is another one here.
+extern "C" NSArray* addressKeys __asm__("HLVSDKCreditCardBusinessAddressJSONKeyes");
+NSArray* addressKeys = nil;
+
+@interface HLVCoreAddressKeys : NSObject
+@end
+
+@implementation HLVCoreAddressKeys
+
++ (void)load {
+  addressKeys = [[NSArray alloc]
+      initWithObjects:@"street", @"city", @"country_code", @"zip", @"business_name", nil];
+}
+
+@end

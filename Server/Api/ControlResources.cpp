@@ -168,7 +168,7 @@ void addClockAndNetwork(ApiRoutes& routes) {
 Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usualLimit) {
   const auto& request = exchange.request;
   const RequestFilter filter{exchange.number("after", 0, 0, INT64_MAX),
-                             exchange.number("limit", usualLimit, 0, 1'000),
+                             exchange.number("limit", usualLimit, 1, 1'000),
                              request.queryValue("method"),
                              request.queryValue("status"),
                              request.queryValue("path"),

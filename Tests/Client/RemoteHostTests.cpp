@@ -129,18 +129,6 @@ TEST_F(RemoteHostTest, AGuestKnowsTheLatestOfEverythingThatCame) {
   EXPECT_EQ(guest.creditCards()->size(), 0U);
 }
 
-TEST_F(RemoteHostTest, WhatTheKitAsksIsInTheJournal) {
-  const SessionServer server;
-  connect(server);
-  sandbox->journal().beginOperation("list");
-  fetchCards();
-  const auto events = sandbox->journal().last(1).at(0).events;
-  ASSERT_EQ(events.size(), 2U);
-  EXPECT_EQ(events[0].from + " " + events[0].to + " " + events[0].what,
-            "kit backend fetchGuestCreditCards");
-  EXPECT_EQ(events[1].from + " " + events[1].to + " " + events[1].result, "backend kit 0 cards");
-}
-
 // What a service reads.
 TEST(Records, ANewCardIsTakenAndWhatStoodThereIsGone) {
   const sandbox::Typed fields("visa");

@@ -204,7 +204,7 @@ class SynchronizerTest : public ObjCTest {
 TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsReleasedMeanwhile) {
   auto* const synchronizer = newSynchronizer();
   @autoreleasepool {
-    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
+    [synchronizer synchronizePaymentInstrumentsForGuest:guest completion:successReceiver];
     [synchronizer release];
   }
   EXPECT_TRUE([synchronizer isSynchronizing]) << "its run keeps it";
@@ -219,7 +219,7 @@ TEST_F(SynchronizerTest, WhatNoCardStandsForIsRemovedAlthoughTheSynchroniserIsRe
 
 TEST_F(SynchronizerTest, ItsStepsAreMessages) {
   auto* const own = [newSynchronizer<TestWatchedSynchronizer>() autorelease];
-  [own synchronizePaymentInstrumentsForGuest:guest completion:successReceiver()];
+  [own synchronizePaymentInstrumentsForGuest:guest completion:successReceiver];
   EXPECT_NE(host->takeTrace().find("completion:]\nbegins\nbackend fetch cards"), std::string::npos);
   backend.cardFetches.answer(Cards{fake.storedCard}, nullptr);
   runMainLoopUntil([&] { return received.count == 1 && ![own isSynchronizing]; });

@@ -52,7 +52,7 @@ TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
   @autoreleasepool {
     HLVSDKGuest* const owner = newObject(other);
     HLVSDKPaymentInstrument* const entered = newObject(typed);
-    add(entered, owner, guestCardReceiver());
+    add(entered, owner, guestCardReceiver);
     [owner release];
     [entered release];
   }
@@ -71,20 +71,6 @@ TEST_F(MemoryTest, WhatPassedThroughIsFreedOnceItIsDropped) {
   EXPECT_EQ(typed.use_count(), 1);
 }
 
-TEST_F(MemoryTest, ARequestThatTheHostKeepsStillKnowsItsToken) {
-  @autoreleasepool {
-    fake.guest->token = "tok";
-    add(card, guest, nil);
-    provider.adds.answer(nullptr);
-    provider.lists.answer(Instruments{fake.instrument}, nullptr);
-    backend.cardAdds.drop();
-  }
-  const hlv::Dictionary body = backend.lastAddRequest->JSONRepresentation();
-  EXPECT_EQ(body.at("credit_card").dictionary()->at("plv_token"), hlv::Value("tok"));
-  hlv::ErrorPtr error;
-  EXPECT_TRUE(backend.lastAddRequest->isValid(&error));
-}
-
 TEST_F(MemoryTest, WhatIsReleasedReceivesNoNotificationAndAManagerLosesItsSuccesses) {
   @autoreleasepool {
     fake.guest->token = "tok";
@@ -94,7 +80,7 @@ TEST_F(MemoryTest, WhatIsReleasedReceivesNoNotificationAndAManagerLosesItsSucces
     [manager addFirstPaymentInstrument:card
                         billingAddress:address
                               forGuest:guest
-                            completion:guestCardReceiver()];
+                            completion:guestCardReceiver];
     [manager release];
   }
   host->takeTrace();
@@ -113,7 +99,7 @@ TEST_F(MemoryTest, AManagerMayGoInTheMiddleOfItsOwnCall) {
   [manager addPaymentInstrument:card
                  billingAddress:nil
                        forGuest:guest
-                     completion:guestCardReceiver()];
+                     completion:guestCardReceiver];
   EXPECT_EQ(provider.tokens.count(), 1u);
   provider.tokens.answer("tok", nullptr);
   EXPECT_EQ(received.count, 0);

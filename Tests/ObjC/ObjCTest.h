@@ -7,6 +7,7 @@
 #import <HLVSDKPaylevenKit/HLVSDKPaylevenKit.h>
 #import <HLVSDKPaylevenKit/HalvoErrorsDeclarations.h>
 
+#include <Block.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -14,9 +15,7 @@
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
-#include "ObjC/Binding/Blocks.h"
 #include "ObjC/HostClasses/Configuration.h"
 #include "ObjC/HostClasses/Records.h"
 #include "Tests/Support/ScriptedHost.h"
@@ -96,7 +95,8 @@ class ObjCTest : public ::testing::Test {
     host->guest.reset();
     backend.lastAddRequest.reset();
     fake.guest->cards.reset();
-    copies_.clear();
+    Block_release(guestCardReceiver);
+    Block_release(successReceiver);
     [pool drain];
     // A queue's thread lets go of what it held after its answer is posted, so possibly after the
     // test. A record that nobody lets go of ends as a time-out here.
@@ -116,35 +116,6 @@ class ObjCTest : public ::testing::Test {
   void enable() {
     [HLVSDKPayleven enableWithConfiguration:configurationWithKey(@"key")];
     host->takeTrace();
-  }
-
-  /// Completions that record what they get. The objects live as long as the test's pool.
-  GuestBlock guestReceiver() {
-    Received* const into = &received;
-    return copied(^(HLVSDKGuest* owner, NSError* error) {
-      into->take(owner, nil, error);
-    });
-  }
-  GuestCardBlock guestCardReceiver() {
-    Received* const into = &received;
-    return copied(^(HLVSDKGuest* owner, HLVSDKCreditCard* added, NSError* error) {
-      into->take(owner, added, error);
-    });
-  }
-  SuccessBlock successReceiver() {
-    Received* const into = &received;
-    return copied(^(BOOL success, NSError* error) {
-      into->take(nil, nil, error);
-      into->success = success;
-    });
-  }
-
-  /// A block on the heap, until the test ends.
-  template <class Block>
-  Block copied(Block block) {
-    const auto copy = std::make_shared<hlv::objc::CopiedBlock<Block>>(block);
-    copies_.push_back(copy);
-    return copy->block();
   }
 
   /// Runs `work` on another thread, which has no pool, and waits for it.
@@ -175,7 +146,6 @@ class ObjCTest : public ::testing::Test {
  private:
   std::shared_ptr<hlv::host_classes::PlayedHost> played_ =
       std::make_shared<hlv::host_classes::PlayedHost>(host);
-  std::vector<std::shared_ptr<void>> copies_;
 
  protected:
   /// The same records as an app has them. The guest is always this object.
@@ -185,6 +155,15 @@ class ObjCTest : public ::testing::Test {
   HLVSDKPaymentBillingAddress* const address = hlv::host_classes::asObject(fake.address);
   PLVCreditCardPaymentInstrument* const instrument = hlv::host_classes::asObject(fake.instrument);
   Received received;
+  /// Completions that record what they get.
+  const GuestCardBlock guestCardReceiver =
+      Block_copy(^(HLVSDKGuest* owner, HLVSDKCreditCard* added, NSError* error) {
+        received.take(owner, added, error);
+      });
+  const SuccessBlock successReceiver = Block_copy(^(BOOL success, NSError* error) {
+    received.take(nil, nil, error);
+    received.success = success;
+  });
 };
 
 }  // namespace objc_tests

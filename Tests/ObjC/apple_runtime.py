@@ -11,12 +11,6 @@ import sys
 import tempfile
 from pathlib import Path
 
-FRAMEWORKS = {"HLVSDKCoreKitDeclarations": "HLVSDKCoreKit/HLVSDKCoreKit",
-              "HLVSDKPaymentKitDeclarations": "HLVSDKPaymentKit/HLVSDKPaymentKit",
-              "HalvoAuthenticationDeclarations": "Halvo_Authentication/Halvo_Authentication",
-              "HalvoErrorsDeclarations": "Halvo_Errors/Halvo_Errors",
-              "PaylevenFrameworkDeclarations": "PaylevenFramework/PaylevenFramework"}
-
 
 def as_properties(text):
     """Getters become properties."""
@@ -41,10 +35,10 @@ def as_enumerations(text):
 
 def write_host(folder, headers, style):
     """The host's frameworks, with declarations of this style."""
-    for ours, framework in FRAMEWORKS.items():
-        text = (headers / f"{ours}.h").read_text()
-        text = text[text.index("#else") + 5:text.rindex("#endif")]
-        path = folder / f"{framework}.h"
+    for ours in headers.glob("*Declarations.h"):
+        framework, text = re.search(r"__has_include\(<(.*)>\).*?#else(.*)#endif", ours.read_text(),
+                                    re.S).groups()
+        path = folder / framework
         path.parent.mkdir(parents=True)
         path.write_text(style(text))
 

@@ -1,16 +1,10 @@
 // Many clients at once: none gets what is another's, and none waits for another.
 import assert from 'node:assert/strict';
 import net from 'node:net';
-import { test } from 'node:test';
-import { Documents } from './documents.js';
-import { Client, newCard, patience, registeredCard, withServer } from './server.js';
+import { onServer } from './documents.js';
+import { newCard, patience, registeredCard } from './server.js';
 
 const guest = (name) => `/v1/guests/${name}@example.com`;
-const onServer = (name, body) => test(name, { timeout: 150_000 }, () => withServer(async (server) => {
-  const client = new Client(100);
-  await body({ server, expect: (await Documents.of(server)).expecting(client, server.urls) });
-  client.close();
-}));
 const range = (count) => Array.from({ length: count }, (_, at) => at);
 const arm = (expect, operation, kind, more = {}) =>
   expect(200, 'provider', 'POST /v1/sandbox/faults', { body: { operation, kind, times: null, ...more } });

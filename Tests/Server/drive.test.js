@@ -4,8 +4,8 @@ import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 import { Documents } from './documents.js';
-import { Random, Requests, sandboxes } from './requests.js';
-import { Client, masked, newCard, require, withServer } from './server.js';
+import { Requests, sandboxes } from './requests.js';
+import { Client, masked, require, withServer } from './server.js';
 
 const count = Number(process.env.DRIVE_REQUESTS ?? 1_500);
 const seed = Number(process.env.DRIVE_SEED ?? 20_260_301);
@@ -14,7 +14,6 @@ const clients = 8;
 const allowedFailures = ['not-connected', 'too-many-sandboxes'];
 /** Of what is refused before it has all arrived, a client that is still sending may lose the reply. */
 const isHuge = ({ options }) => (options.body?.length ?? 0) + JSON.stringify(options.headers).length > 50_000;
-const testNumber = newCard().number;
 
 test('the documents follow the recommended rules', { timeout: 120_000 }, () => withServer(async (server) => {
   const config = fileURLToPath(new URL('redocly.yaml', import.meta.url));
@@ -32,12 +31,12 @@ test('every reply is described', { timeout: 200_000 }, () => withServer(async (s
     await expect(201, 'provider', `PUT /v1${prefix}`, { body: { seed: 7 } });
     await expect(200, 'backend', `PUT ${prefix}/v1/guests/a@example.com`);
   }
-  const requests = new Requests(documents, new Random(seed));
+  const requests = new Requests(documents);
   const problems = [];
   const statuses = new Map();
   let made = 0;
   // Good requests come first, so that the rest finds something to act on; each operation's turn comes often.
-  const next = () => requests.make(made, ++made <= 3 * requests.count || requests.random.chance(30));
+  const next = () => requests.make(made, seed, ++made <= 3 * requests.count || made % 3 === 0);
   await Promise.all(Array.from({ length: clients }, async () => {
     while (made < count) {
       const request = next();
@@ -46,7 +45,7 @@ test('every reply is described', { timeout: 200_000 }, () => withServer(async (s
       requests.learn(request, reply);
       const problem = documents.problem(request.port, request.method, request.target, reply) ||
         (reply.status >= 500 && !allowedFailures.includes(reply.body?.error?.code) && 'a failure of the server') ||
-        (reply.text.includes(testNumber) && 'a card number came back') || (reply.status === 0 && !isHuge(request) && 'no reply') || '';
+        (reply.status === 0 && !isHuge(request) && 'no reply') || '';
       if (problem) {
         problems.push(masked(`${request.port} ${request.method} ${request.target.slice(0, 120)} ${String(request.options.body ?? '').slice(0, 120)}
   → ${reply.status}: ${problem} ${reply.text.slice(0, 300)}`));

@@ -1,7 +1,7 @@
 // `paylevenkit serve` in a process of its own, and clients that keep their connections.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { mkdtempSync, rmSync } from 'node:fs';
+import { mkdtempSync, readdirSync, readFileSync, rmSync } from 'node:fs';
 import http from 'node:http';
 import { createRequire } from 'node:module';
 import { tmpdir } from 'node:os';
@@ -21,6 +21,10 @@ const timeToEnd = 5_000;
 
 /** Nothing that a test prints shows a card number. */
 export const masked = (text) => String(text).replace(/\d(?:[ -]?\d){11,}/g, '(a long number)');
+
+/** More of a test card's number than may be left anywhere. */
+export const cardData = new RegExp(readFileSync(new URL('../../Sandbox/Cards/TestCards.cpp', import.meta.url), 'utf8').match(/\b\d{14,19}\b/g)
+  .flatMap((number) => Array.from({ length: number.length - 7 }, (_, at) => [...number.slice(at, at + 8)].join('[ _./-]*'))).join('|'));
 
 /** `promise`, or a failure that names what did not come. */
 export function inTime(promise, what, milliseconds = patience) {
@@ -57,6 +61,10 @@ export class Program {
     return this;
   }
 
+  get pid() {
+    return this.#process.pid;
+  }
+
   get hasEnded() {
     return this.#process.exitCode !== null || this.#process.signalCode !== null;
   }
@@ -69,6 +77,12 @@ export class Program {
       await inTime(exit, `the end after ${signal}`, timeToEnd);
     }
     return this.#process.exitCode;
+  }
+
+  /** What it has written, by its place. */
+  get left() {
+    const files = readdirSync(this.folder, { recursive: true, withFileTypes: true }).filter((entry) => entry.isFile());
+    return Object.fromEntries([['output', this.output], ...files.map(({ path, name }) => [name, readFileSync(join(path, name), 'latin1')])]);
   }
 
   /** Leaves nothing behind. */
@@ -91,7 +105,8 @@ export class Server extends Program {
   }
 
   async start() {
-    await this.run(process.env.PAYLEVENKIT, ['--seed', '7', '--store', join(this.folder, 'store.sqlite'), 'serve', ...this.#options],
+    // Where a limit stops a file that grows, it is an error as on a full disk.
+    await this.run('sh', ['-c', 'trap "" XFSZ; exec "$0" "$@"', process.env.PAYLEVENKIT, '--seed', '7', '--store', join(this.folder, 'store.sqlite'), 'serve', ...this.#options],
       (output) => /^console .*\n/m.test(output));
     for (const [, name, url] of this.output.matchAll(/^(backend|provider|console) +(http\S+)\n/gm)) this.urls[name] = url;
     return this;
@@ -106,6 +121,7 @@ export async function withServer(body, ...options) {
     if (server.hasEnded) throw new Error(`The server has ended: ${masked(server.output)}`);
     const code = await server.end();
     if (code !== 0) throw new Error(`The server ended with ${code}: ${masked(server.output)}`);
+    for (const [place, text] of Object.entries(server.left)) if (cardData.test(text)) throw new Error(`a card number in ${place}`);
   } catch (error) {
     throw new Error(masked(`${error.stack}\n— the server's output: ${server.output.slice(-4_000)}`));
   } finally {

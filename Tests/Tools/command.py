@@ -1,4 +1,5 @@
 """Runs the built command without a terminal, as a program would, on a store of its own."""
+import json
 import os
 import pathlib
 import re
@@ -38,7 +39,7 @@ class Command:
         self.program, self.kept = os.path.abspath(program), tempfile.TemporaryDirectory()
         self.folder = pathlib.Path(self.kept.name)
         self.store = self.folder / "store.sqlite"
-        self.arguments = ["--store", str(self.store)]
+        self.arguments, self.server = ["--store", str(self.store)], None
         self.environment = os.environ | {"LC_ALL": "C.UTF-8", "COLUMNS": "200",
                                          "XDG_DATA_HOME": self.kept.name}
         self.run_all(before)
@@ -47,6 +48,8 @@ class Command:
         return self
 
     def __exit__(self, *ignored):
+        if self.server:
+            self.end()
         self.kept.cleanup()
 
     def start(self, line, *before, **options):
@@ -55,7 +58,10 @@ class Command:
                                 cwd=self.folder, env=self.environment, text=True, **options)
 
     def run(self, line, typed="", stdout=subprocess.PIPE):
-        """Returns the process that has ended, with `out` and `err`."""
+        """Returns the process that has ended, with `out` and `err`. ID is the first card's identifier."""
+        if re.search(r"\bID\b", line):
+            cards = json.loads(self.run("cards --json").out)["backend"]
+            line = re.sub(r"\bID\b", cards[0]["id"] if cards else "crd_none", line)
         process = self.start(line, start_new_session=True, stdin=subprocess.PIPE, stdout=stdout,
                              stderr=subprocess.PIPE)
         process.out, process.err = process.communicate(typed)
@@ -71,6 +77,19 @@ class Command:
         for line in filter(None, (one.strip() for one in lines.split(";"))):
             last = self.run(line)
         return last
+
+    def serve(self, options=""):
+        """Starts a server on a store of its own, and returns what it prints: names and URLs."""
+        self.server = self.start(f"--store {self.folder}/served.sqlite {options} serve",
+                                 stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        return "".join(self.server.stderr.readline() for _ in range(3))
+
+    def end(self):
+        """Ends the server and returns its exit status."""
+        self.server.terminate()
+        self.server.stderr.close()
+        status, self.server = self.server.wait(), None
+        return status
 
     @staticmethod
     def search(content, place="what is printed", searches=SEARCHES):

@@ -18,7 +18,7 @@ VISA = "4" + "1" * 15
 class CommandTest(unittest.TestCase):
     def command(self, before=""):
         command = Command(os.environ["PAYLEVENKIT"], before)
-        self.addCleanup(command.kept.cleanup)
+        self.addCleanup(command.__exit__)
         return command
 
     def document(self, command, line, status=0, typed=""):
@@ -178,6 +178,37 @@ class Output(CommandTest):
         self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
         self.assertEqual(command.run("reset --yes").returncode, 0)
         self.assertEqual(list(folder.iterdir()), [])
+
+
+class Elsewhere(CommandTest):
+    LINES = (
+        GUEST, "add --test-card visa", "add --test-card mastercard --use-case business",
+        "add --test-card declined", "add --test-card no-identifier", "add --test-card backend-refused",
+        "cards", "instruments", "update ID --city Köln", "update crd_none --city Bonn", "delete ID",
+        "orphan --test-card amex", "sync", "scenario same-card-twice", "scenario half-deleted", "sync",
+        "fault arm addPaymentInstrument delay --delay 1 --times 2 --use-case private",
+        "fault arm fetchGuestCreditCards error --code 4711", "fault arm createUserToken no-list",
+        "fault", "sync", "fault firings", "fault clear", "scenario lost-token", "sync",
+        "network off", "add --test-card visa", "network on", "sign-in other@example.com", "cards", "sign-out")
+
+    def test_services_do_as_the_embedded_ones_do(self):
+        here, there = self.command(), self.command()
+        urls = dict(line.split() for line in there.serve("--seed 7").splitlines())
+        there.arguments += ["--backend", urls["backend"], "--provider", urls["provider"]]
+
+        def outcome(command, line):
+            process = command.run(line + " --json --seed 7")
+            document = json.loads(process.out)
+            # Calls overlap.
+            steps = sorted((step["from"], step["to"], step["what"], step["result"])
+                           for step in document.pop("timeline", []) if "kit" in (step["from"], step["to"]))
+            return process.returncode, document, steps
+
+        for line in self.LINES:
+            self.assertEqual(outcome(there, line), outcome(here, line), line)
+        there.end()
+        for line in ("cards", "fault"):
+            self.assertRegex(there.run(line).err, r"\Apaylevenkit: [^\n]*\.\n\Z")
 
 
 class Prompt(CommandTest):
