@@ -25,103 +25,20 @@ using Synchronizer = HLVSDKPaylevenPaymentInstrumentsSynchronizer;
 constexpr std::size_t workCount = 1000;
 constexpr std::size_t starterCount = 4;
 
-/// The threads on which the app begins its operations, and the services answer.
-///
-/// Threading: any; destroyed when it is quiet.
-class Threads {
- public:
-  /// `wentQuiet` is called on one of the threads when nothing waits or runs any more.
-  explicit Threads(std::function<void()> wentQuiet) : wentQuiet_(std::move(wentQuiet)) {}
-  ~Threads() { threads_.join(); }
-  Threads(const Threads&) = delete;
-  Threads& operator=(const Threads&) = delete;
-
-  void post(std::function<void()> work) {
-    ++posted_;
-    ++unfinished_;
-    asio::post(threads_, [this, work = std::move(work)]() mutable {
-      work();
-      work = nullptr;
-      if (--unfinished_ == 0) wentQuiet_();
-    });
-  }
-  bool isQuiet() const { return unfinished_ == 0; }
-  /// How much was ever posted.
-  std::size_t posted() const { return posted_; }
-
- private:
-  const std::function<void()> wentQuiet_;
-  std::atomic<std::size_t> posted_{0}, unfinished_{0};
-  asio::thread_pool threads_{starterCount + 8};
-};
-
-/// The operation that a call takes part in.
-std::uint32_t numberOf(const CallOf& of) {
+std::uint32_t operationOf(const CallOf& of) {
   const auto text = of.guest ? (*of.guest)->email() : *of.user;
   return static_cast<std::uint32_t>(std::stoul(text.value_or("0")));
 }
 
 /// A guest's address and token are the number of the operation that it takes part in; that is how a
-/// service knows whose call it serves. How a call is answered depends on the seed, the operation
-/// and the call, and on nothing else.
-///
-/// Threading: any.
-class StressHost final : public ScriptedHost {
- public:
-  struct Setting {
-    std::uint32_t seed = 0;
-    Threads* threads = nullptr;
-    /// Called for each call that is never answered.
-    std::function<void(std::size_t operation)> unanswered;
-  };
-  explicit StressHost(const Setting& setting) : ScriptedHost(Recording::off) {
-    guest = guestOf(0, true);
-    requestBody = nullptr;  // What a request was made of is kept for one thread.
-    forEachService([setting](auto& held) {
-      held.answerInside = [setting](const auto& completion, const CallOf& of) {
-        answer(setting, of, completion);
-      };
-    });
-  }
-
-  static std::shared_ptr<FakeGuest> guestOf(std::size_t operation, bool hasToken) {
-    auto guest = std::make_shared<FakeGuest>();
-    guest->emailText = std::to_string(operation);
-    if (hasToken) guest->token = guest->emailText;
-    guest->cards = List<HLVSDKCreditCard>{std::make_shared<FakeStoredCard>()};
-    return guest;
-  }
-
- private:
-  /// Answers one call as its plan says: with objects of its own, or with an error in their place.
-  template <class Completion>
-  static void answer(const Setting& setting, const CallOf& of, const Completion& completion) {
-    const auto operation = numberOf(of);
-    std::minstd_rand plan(setting.seed * 7919U + operation * 31U +
-                          static_cast<std::uint32_t>(of.service));
-    plan.discard(3);
-    const auto oneIn = [&](std::uint32_t chances) { return plan() % chances == 0; };
-    if (oneIn(25)) return setting.unanswered(operation);
-    Answer answer;
-    const ErrorPtr error = oneIn(8) ? makeError("refused") : nullptr;
-    if (!error) {
-      answer = {
-          .token = of.user ? *of.user : std::nullopt,
-          .instruments = List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()},
-          .cards = List<HLVSDKCreditCard>(),
-          .guest = guestOf(operation, true),
-          .card = std::make_shared<FakeStoredCard>()};
-    }
-    const std::function<void()> say = [=] { complete(completion, answer, error); };
-    if (oneIn(4)) {
-      say();
-    } else {
-      setting.threads->post(say);
-    }
-    // An update's completion is the app's own: no kit stands before it and ignores a second answer.
-    if (of.service != Service::updateCard && oneIn(5)) setting.threads->post(say);
-  }
-};
+/// service knows whose call it serves.
+std::shared_ptr<FakeGuest> guestOf(std::size_t operation, bool hasToken) {
+  auto guest = std::make_shared<FakeGuest>();
+  guest->emailText = std::to_string(operation);
+  if (hasToken) guest->token = guest->emailText;
+  guest->cards = List<HLVSDKCreditCard>{std::make_shared<FakeStoredCard>()};
+  return guest;
+}
 
 enum class Step {
   addFirst,
@@ -150,10 +67,14 @@ struct Work {
 
 class Stress {
  public:
-  Stress(std::uint32_t seed, bool withReleases)
-      : threads_([this] { wakeMain(); }),
-        host_(std::make_shared<StressHost>(StressHost::Setting{
-            seed, &threads_, [this](std::size_t number) { works_[number].unanswered = true; }})) {
+  Stress(std::uint32_t seed, bool withReleases) : seed_(seed) {
+    host_->guest = guestOf(0, true);
+    host_->requestBody = nullptr;  // What a request was made of is kept for one thread.
+    host_->forEachService([this](auto& held) {
+      held.answerInside = [this](const auto& completion, const CallOf& of) {
+        this->answer(completion, of);
+      };
+    });
     std::mt19937 random(seed);
     for (auto& work : works_) {
       work.step = static_cast<Step>(random() % (withReleases ? 10 : 8));
@@ -166,6 +87,7 @@ class Stress {
     Host::install(host_);
   }
   ~Stress() {
+    threads_.join();
     Host::install(nullptr);
     Platform::install(nullptr);
   }
@@ -178,7 +100,7 @@ class Stress {
     renewKit();
     renewManager();
     for (std::size_t first = 1; first <= starterCount; ++first) {
-      threads_.post([this, first] {
+      post([this, first] {
         for (auto number = first; number < workCount; number += starterCount) begin(number);
       });
     }
@@ -217,14 +139,49 @@ class Stress {
   }
 
  private:
-  void wakeMain() {
-    platform_->mainQueue()->async([] {});
+  /// Runs it on one of the threads on which the app begins its operations, and the services answer.
+  void post(std::function<void()> work) {
+    ++posted_;
+    ++unfinished_;
+    asio::post(threads_, [this, work = std::move(work)]() mutable {
+      work();
+      work = nullptr;
+      if (--unfinished_ == 0) platform_->mainQueue()->async([] {});
+    });
   }
 
   /// Whether nothing runs, nothing waits, and nothing came while that was asked.
   bool isSettled() const {
-    const auto posted = threads_.posted();
-    return threads_.isQuiet() && platform_->isIdle() && threads_.posted() == posted;
+    const std::size_t posted = posted_;
+    return unfinished_ == 0 && platform_->isIdle() && posted_ == posted;
+  }
+
+  /// Answers a call with objects of its own, or with an error in their place. How, depends on the
+  /// seed, the operation and the service, and on nothing else.
+  template <class Completion>
+  void answer(const Completion& completion, const CallOf& of) {
+    const auto operation = operationOf(of);
+    std::minstd_rand plan(seed_ * 7919U + operation * 31U + static_cast<std::uint32_t>(of.service));
+    plan.discard(3);
+    const auto oneIn = [&](std::uint32_t chances) { return plan() % chances == 0; };
+    if (oneIn(25)) {
+      works_[operation].unanswered = true;
+      return;
+    }
+    Answer answer;
+    const ErrorPtr error = oneIn(8) ? makeError("refused") : nullptr;
+    if (!error) {
+      answer = {
+          .token = of.user ? *of.user : std::nullopt,
+          .instruments = List<PLVCreditCardPaymentInstrument>{std::make_shared<FakeInstrument>()},
+          .cards = List<HLVSDKCreditCard>(),
+          .guest = guestOf(operation, true),
+          .card = std::make_shared<FakeStoredCard>()};
+    }
+    const auto say = [=] { complete(completion, answer, error); };
+    oneIn(4) ? say() : post(say);
+    // An update's completion is the app's own: no kit stands before it and ignores a second answer.
+    if (of.service != Service::updateCard && oneIn(5)) post(say);
   }
 
   void renewManager() {
@@ -243,22 +200,22 @@ class Stress {
     works_[number].onMainThread ? platform_->mainQueue()->async(block) : block();
   }
 
-  void post(std::string name, Dictionary info) {
+  void notify(std::string name, Dictionary info) {
     platform_->notificationCenter()->post({std::move(name), std::move(info)});
   }
 
   void perform(std::size_t number) {
     switch (works_[number].step) {
       case Step::enterForeground:
-        return post(UIApplicationWillEnterForegroundNotification, {});
+        return notify(UIApplicationWillEnterForegroundNotification, {});
       case Step::authorize:
         if (const auto kit = HLVSDKPayleven::sharedInstance()) {
-          kit->setCurrentGuest(StressHost::guestOf(number, true));
+          kit->setCurrentGuest(guestOf(number, true));
           kit->setUpPaymentInstrumentsSynchronizer();
         }
-        return post("authorization", {{"isAuthorized", true}});
+        return notify("authorization", {{"isAuthorized", true}});
       case Step::becomeReachable:
-        return post("reachability", {{"state", 1}, {"previous", 0}});
+        return notify("reachability", {{"state", 1}, {"previous", 0}});
       case Step::releaseManager:
         return renewManager();
       case Step::releaseKit:
@@ -270,7 +227,7 @@ class Stress {
 
   void operate(std::size_t number) {
     auto& work = works_[number];
-    const auto guest = StressHost::guestOf(number, work.step != Step::addFirst);
+    const auto guest = guestOf(number, work.step != Step::addFirst);
     const auto card = std::make_shared<FakeEnteredCard>();
     const auto address = std::make_shared<FakeAddress>();
     const auto token = std::make_shared<int>();
@@ -309,8 +266,10 @@ class Stress {
   /// The first belongs to the guest of the enabled kit.
   std::deque<Work> works_ = std::deque<Work>(workCount);
   SharedSlot<Manager> manager_;
-  Threads threads_;
-  const std::shared_ptr<StressHost> host_;
+  const std::uint32_t seed_;
+  const std::shared_ptr<ScriptedHost> host_ = std::make_shared<ScriptedHost>(Recording::off);
+  std::atomic<std::size_t> posted_{0}, unfinished_{0};
+  asio::thread_pool threads_{starterCount + 8};
 };
 
 TEST(StressTest, EachOperationReportsOnceOnTheMainThreadAndNothingIsLeftOfIt) {
