@@ -5,46 +5,29 @@
 #include <memory>
 
 #include "Async/Once.h"
-#include "ObjC/Binding/Crossing.h"
-#include "ObjC/Binding/Director.h"
+#include "ObjC/Binding/Held.h"
+#include "ObjC/Binding/Strings.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Foundation/FoundationPlatform.h"
-#include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Install.h"
-#include "ObjC/Host/Records.h"
 #include "ObjC/Host/Services.h"
 #include "Platform/SharedSlot.h"
-#include "Public/HLVSDKPayleven.h"
-#include "Values/Send.h"
+#include "Public/Triggers.h"
 
-using CoreKit = hlv::HLVSDKPayleven;
-using hlv::send;
 using hlv::objc::adapted;
 using hlv::objc::fromNSNotification;
-using hlv::objc::Guest;
 using hlv::objc::Held;
-using hlv::objc::InstrumentsSynchronizer;
 using hlv::objc::observe;
 using hlv::objc::original;
 using hlv::objc::toHost;
 
-namespace {
-
-class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
- public:
-  using Director::Director;
-
-  void synchronizePaymentInstruments() override { [*object() synchronizePaymentInstruments]; }
-};
-
-}  // namespace
-
-// What the core has no use for stays an object of the app's.
+// All of these are objects of the app's: the core sees them in calls only.
 struct HLVPaylevenCore {
-  std::shared_ptr<KitDirector> kit;
+  hlv::SharedSlot<Held> paymentInstrumentsSynchronizer;
+  hlv::SharedSlot<Held> paymentInstrumentManager;
   hlv::SharedSlot<Held> configuration;
   hlv::SharedSlot<Held> kitConfiguration;
-  hlv::SharedSlot<Held> paymentInstrumentManager;
+  hlv::SharedSlot<Held> currentGuest;
 };
 
 @implementation HLVSDKPayleven
@@ -61,11 +44,7 @@ static hlv::SharedSlot<Held>& sharedSlot() {
   return slot;
 }
 
-/// Null for an object that is not initialised.
-static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
-  return object->_core ? object->_core->kit : nullptr;
-}
-
+/// `core` is null in an object that is not initialised.
 static id load(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::*slot) {
   return core ? original((core->*slot).load()) : nil;
 }
@@ -113,7 +92,7 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 - (instancetype)initWithConfiguration:(HLVSDKConfiguration*)configuration
              paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
   if ((self = [super init])) {
-    _core = new HLVPaylevenCore{.kit = std::make_shared<KitDirector>(self)};
+    _core = new HLVPaylevenCore;
     [self setConfiguration:configuration];
     [self setKitConfiguration:kitConfiguration];
     [self setCurrentGuest:[HLVSDKGuest currentGuest]];
@@ -130,8 +109,7 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (instancetype)init {
-  if ((self = [super init]))
-    _core = new HLVPaylevenCore{.kit = std::make_shared<KitDirector>(self)};
+  if ((self = [super init])) _core = new HLVPaylevenCore;
   return self;
 }
 
@@ -140,13 +118,6 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
   delete _core;
   [super dealloc];
 }
-
-#ifdef GNUSTEP
-- (oneway void)release {
-  auto* const reference = _core ? &_core->kit->reference() : nullptr;
-  if (hlv::objc::WeakObject::wasLastRelease(self, reference)) [self dealloc];
-}
-#endif
 
 - (id<HLVSDKPaymentInstrumentManager>)paymentInstrumentManager {
   return load(_core, &HLVPaylevenCore::paymentInstrumentManager);
@@ -157,13 +128,11 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (id<HLVSDKPaymentInstrumentsSynchronizer>)paymentInstrumentsSynchronizer {
-  return original(send(coreOf(self), &KitDirector::paymentInstrumentsSynchronizer));
+  return load(_core, &HLVPaylevenCore::paymentInstrumentsSynchronizer);
 }
 
 - (void)setPaymentInstrumentsSynchronizer:(id<HLVSDKPaymentInstrumentsSynchronizer>)synchronizer {
-  if (const auto kit = coreOf(self)) {
-    kit->setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
-  }
+  store(_core, &HLVPaylevenCore::paymentInstrumentsSynchronizer, synchronizer);
 }
 
 - (HLVSDKConfiguration*)configuration {
@@ -183,15 +152,14 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (HLVSDKGuest*)currentGuest {
-  return original(send(coreOf(self), &KitDirector::currentGuest));
+  return load(_core, &HLVPaylevenCore::currentGuest);
 }
 
 - (void)setCurrentGuest:(HLVSDKGuest*)currentGuest {
-  send(coreOf(self), &KitDirector::setCurrentGuest, adapted<Guest>(currentGuest));
+  store(_core, &HLVPaylevenCore::currentGuest, currentGuest);
 }
 
 - (void)start {
-  send(coreOf(self), &KitDirector::start);
 }
 
 - (void)setUpPaymentManager {
@@ -212,22 +180,29 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (void)synchronizePaymentInstruments {
-  if (const auto kit = coreOf(self)) kit->CoreKit::synchronizePaymentInstruments();
+  // In this order: an app that follows its guest sets the guest first.
+  const id<HLVSDKPaymentInstrumentsSynchronizer> synchronizer =
+      [self paymentInstrumentsSynchronizer];
+  HLVSDKGuest* const guest = [self currentGuest];
+  if ([[guest paylevenToken] length] == 0) return;
+  [synchronizer synchronizePaymentInstrumentsForGuest:guest];
 }
 
 - (void)handleUIApplicationWillEnterForegroundNotification:(NSNotification*)notification {
-  send(coreOf(self), &KitDirector::handleUIApplicationWillEnterForegroundNotification,
-       fromNSNotification(notification));
+  if (hlv::isActiveSessionAuthorized()) [self synchronizePaymentInstruments];
 }
 
 - (void)handleAuthorizationDidChangeNotification:(NSNotification*)notification {
-  send(coreOf(self), &KitDirector::handleAuthorizationDidChangeNotification,
-       fromNSNotification(notification));
+  if (hlv::saysThatTheGuestIsAuthorized(fromNSNotification(notification))) {
+    [self synchronizePaymentInstruments];
+  }
 }
 
 - (void)handleReachabilityChangedNotification:(NSNotification*)notification {
-  send(coreOf(self), &KitDirector::handleReachabilityChangedNotification,
-       fromNSNotification(notification));
+  if (hlv::isActiveSessionAuthorized() &&
+      hlv::saysThatTheNetworkTurnedReachable(fromNSNotification(notification))) {
+    [self synchronizePaymentInstruments];
+  }
 }
 
 + (void)resetSharedInstance {
