@@ -6,11 +6,11 @@
 #include "Async/Once.h"
 #include "Host/HLVSDKCoreKit/HLVSDKAsserts.h"
 #include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
+#include "Host/Halvo_Authentication/HLVSession.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Platform/Platform.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentManager.h"
 #include "Public/Managers/HLVSDKPaylevenPaymentInstrumentsSynchronizer.h"
-#include "Public/Triggers.h"
 #include "Values/Send.h"
 
 namespace hlv {
@@ -30,6 +30,10 @@ std::shared_ptr<HLVSDKKitEntry> lastEntryOf(HLVSDKKitClass kit,
     if (send(entry, &HLVSDKKitEntry::kit) == kit) last = entry;
   }
   return last;
+}
+
+bool isActiveSessionAuthorized() {
+  return send(HLVSession::activeSession(), &HLVSession::isAuthorized);
 }
 
 }  // namespace
@@ -179,13 +183,20 @@ void HLVSDKPayleven::handleUIApplicationWillEnterForegroundNotification(const No
 }
 
 void HLVSDKPayleven::handleAuthorizationDidChangeNotification(const Notification& notification) {
-  if (saysThatTheGuestIsAuthorized(notification)) synchronizePaymentInstruments();
+  const auto& isAuthorized =
+      valueForKey(notification.userInfo, kHLVSDKNotificationUserInfoIsAuthorizedKey());
+  if (isAuthorized.boolValue()) synchronizePaymentInstruments();
 }
 
 void HLVSDKPayleven::handleReachabilityChangedNotification(const Notification& notification) {
-  if (isActiveSessionAuthorized() && saysThatTheNetworkTurnedReachable(notification)) {
-    synchronizePaymentInstruments();
-  }
+  if (!isActiveSessionAuthorized()) return;
+  const auto stateUnder = [&](const NullableString& key) {
+    return static_cast<std::uint8_t>(valueForKey(notification.userInfo, key).integerValue());
+  };
+  const auto state = stateUnder(HLVSDKReachabilityDidChangeReachabilityNotificationStateKey());
+  const auto previousState =
+      stateUnder(HLVSDKReachabilityDidChangeReachabilityNotificationPreviousStateKey());
+  if (isReachable(state) && state != previousState) synchronizePaymentInstruments();
 }
 
 void HLVSDKPayleven::resetSharedInstance() {

@@ -82,7 +82,7 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   void start() override {}
 
   /// `-synchronizePaymentInstruments`. Does nothing for a guest without a provider user token.
-  void synchronizePaymentInstruments();
+  virtual void synchronizePaymentInstruments();
 
   /// `-handleUIApplicationWillEnterForegroundNotification:`. Synchronises when the session is
   /// authorised.
@@ -99,9 +99,11 @@ class HLV_EXPORT HLVSDKPayleven : public HLVSDKKit,
   static void resetSharedInstance();
   static void setSharedInstance(std::shared_ptr<HLVSDKPayleven> instance);
 
- private:
+ protected:
+  // For a director, as in the manager.
   HLVSDKPayleven() = default;
 
+ private:
   using Handler = void (HLVSDKPayleven::*)(const Notification&);
   std::unique_ptr<Observation> observe(const NullableString& name, Handler handler);
 

@@ -5,29 +5,46 @@
 #include <memory>
 
 #include "Async/Once.h"
-#include "ObjC/Binding/Held.h"
-#include "ObjC/Binding/Strings.h"
+#include "ObjC/Binding/Crossing.h"
+#include "ObjC/Binding/Director.h"
 #include "ObjC/Binding/Values.h"
 #include "ObjC/Foundation/FoundationPlatform.h"
+#include "ObjC/Host/Clients.h"
 #include "ObjC/Host/Install.h"
+#include "ObjC/Host/Records.h"
 #include "ObjC/Host/Services.h"
 #include "Platform/SharedSlot.h"
-#include "Public/Triggers.h"
+#include "Public/HLVSDKPayleven.h"
+#include "Values/Send.h"
 
+using CoreKit = hlv::HLVSDKPayleven;
+using hlv::send;
 using hlv::objc::adapted;
 using hlv::objc::fromNSNotification;
+using hlv::objc::Guest;
 using hlv::objc::Held;
+using hlv::objc::InstrumentsSynchronizer;
 using hlv::objc::observe;
 using hlv::objc::original;
 using hlv::objc::toHost;
 
-// All of these are objects of the app's: the core sees them in calls only.
+namespace {
+
+class KitDirector final : public hlv::objc::Director<CoreKit, HLVSDKPayleven> {
+ public:
+  using Director::Director;
+
+  void synchronizePaymentInstruments() override { [*object() synchronizePaymentInstruments]; }
+};
+
+}  // namespace
+
+// What the core has no use for stays an object of the app's.
 struct HLVPaylevenCore {
-  hlv::SharedSlot<Held> paymentInstrumentsSynchronizer;
-  hlv::SharedSlot<Held> paymentInstrumentManager;
+  std::shared_ptr<KitDirector> kit;
   hlv::SharedSlot<Held> configuration;
   hlv::SharedSlot<Held> kitConfiguration;
-  hlv::SharedSlot<Held> currentGuest;
+  hlv::SharedSlot<Held> paymentInstrumentManager;
 };
 
 @implementation HLVSDKPayleven
@@ -44,7 +61,11 @@ static hlv::SharedSlot<Held>& sharedSlot() {
   return slot;
 }
 
-/// `core` is null in an object that is not initialised.
+/// Null for an object that is not initialised.
+static std::shared_ptr<KitDirector> coreOf(HLVSDKPayleven* object) {
+  return object->_core ? object->_core->kit : nullptr;
+}
+
 static id load(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::*slot) {
   return core ? original((core->*slot).load()) : nil;
 }
@@ -92,7 +113,7 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 - (instancetype)initWithConfiguration:(HLVSDKConfiguration*)configuration
              paylevenKitConfiguration:(HLVSDKPaylevenKitConfiguration*)kitConfiguration {
   if ((self = [super init])) {
-    _core = new HLVPaylevenCore;
+    _core = new HLVPaylevenCore{.kit = std::make_shared<KitDirector>(self)};
     [self setConfiguration:configuration];
     [self setKitConfiguration:kitConfiguration];
     [self setCurrentGuest:[HLVSDKGuest currentGuest]];
@@ -109,7 +130,8 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (instancetype)init {
-  if ((self = [super init])) _core = new HLVPaylevenCore;
+  if ((self = [super init]))
+    _core = new HLVPaylevenCore{.kit = std::make_shared<KitDirector>(self)};
   return self;
 }
 
@@ -118,6 +140,13 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
   delete _core;
   [super dealloc];
 }
+
+#ifdef GNUSTEP
+- (oneway void)release {
+  auto* const reference = _core ? &_core->kit->reference() : nullptr;
+  if (hlv::objc::WeakObject::wasLastRelease(self, reference)) [self dealloc];
+}
+#endif
 
 - (id<HLVSDKPaymentInstrumentManager>)paymentInstrumentManager {
   return load(_core, &HLVPaylevenCore::paymentInstrumentManager);
@@ -128,11 +157,13 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (id<HLVSDKPaymentInstrumentsSynchronizer>)paymentInstrumentsSynchronizer {
-  return load(_core, &HLVPaylevenCore::paymentInstrumentsSynchronizer);
+  return original(send(coreOf(self), &KitDirector::paymentInstrumentsSynchronizer));
 }
 
 - (void)setPaymentInstrumentsSynchronizer:(id<HLVSDKPaymentInstrumentsSynchronizer>)synchronizer {
-  store(_core, &HLVPaylevenCore::paymentInstrumentsSynchronizer, synchronizer);
+  if (const auto kit = coreOf(self)) {
+    kit->setPaymentInstrumentsSynchronizer(adapted<InstrumentsSynchronizer>(synchronizer));
+  }
 }
 
 - (HLVSDKConfiguration*)configuration {
@@ -152,14 +183,15 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (HLVSDKGuest*)currentGuest {
-  return load(_core, &HLVPaylevenCore::currentGuest);
+  return original(send(coreOf(self), &KitDirector::currentGuest));
 }
 
 - (void)setCurrentGuest:(HLVSDKGuest*)currentGuest {
-  store(_core, &HLVPaylevenCore::currentGuest, currentGuest);
+  send(coreOf(self), &KitDirector::setCurrentGuest, adapted<Guest>(currentGuest));
 }
 
 - (void)start {
+  send(coreOf(self), &KitDirector::start);
 }
 
 - (void)setUpPaymentManager {
@@ -180,29 +212,22 @@ static void store(HLVPaylevenCore* core, hlv::SharedSlot<Held> HLVPaylevenCore::
 }
 
 - (void)synchronizePaymentInstruments {
-  // In this order: an app that follows its guest sets the guest first.
-  const id<HLVSDKPaymentInstrumentsSynchronizer> synchronizer =
-      [self paymentInstrumentsSynchronizer];
-  HLVSDKGuest* const guest = [self currentGuest];
-  if ([[guest paylevenToken] length] == 0) return;
-  [synchronizer synchronizePaymentInstrumentsForGuest:guest];
+  if (const auto kit = coreOf(self)) kit->CoreKit::synchronizePaymentInstruments();
 }
 
 - (void)handleUIApplicationWillEnterForegroundNotification:(NSNotification*)notification {
-  if (hlv::isActiveSessionAuthorized()) [self synchronizePaymentInstruments];
+  send(coreOf(self), &KitDirector::handleUIApplicationWillEnterForegroundNotification,
+       fromNSNotification(notification));
 }
 
 - (void)handleAuthorizationDidChangeNotification:(NSNotification*)notification {
-  if (hlv::saysThatTheGuestIsAuthorized(fromNSNotification(notification))) {
-    [self synchronizePaymentInstruments];
-  }
+  send(coreOf(self), &KitDirector::handleAuthorizationDidChangeNotification,
+       fromNSNotification(notification));
 }
 
 - (void)handleReachabilityChangedNotification:(NSNotification*)notification {
-  if (hlv::isActiveSessionAuthorized() &&
-      hlv::saysThatTheNetworkTurnedReachable(fromNSNotification(notification))) {
-    [self synchronizePaymentInstruments];
-  }
+  send(coreOf(self), &KitDirector::handleReachabilityChangedNotification,
+       fromNSNotification(notification));
 }
 
 + (void)resetSharedInstance {

@@ -1,5 +1,6 @@
-// The clients of the host's backend and of the payment provider, as the core calls them; and
-// completions of the core as the blocks that they take.
+// The clients of the host's backend and of the payment provider, and the synchroniser, the kit's or
+// one that an app puts in its place, as the core calls them; and completions of the core as the
+// blocks that they take.
 //
 // Threading: as the objects. A block may be called on any thread, and brings a pool with it.
 #pragma once
@@ -16,6 +17,7 @@
 #include <utility>
 
 #include "Host/HLVSDKCoreKit/HLVSDKAPIManager.h"
+#include "Host/HLVSDKCoreKit/HLVSDKPaymentInstrumentsSynchronizer.h"
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Models/HLVSDKAddPaylevenCreditCardRequestInfo.h"
 #include "ObjC/Binding/Blocks.h"
@@ -167,6 +169,20 @@ class InAppClient final : public Adapter<PLVInAppClient, ::PLVInAppClient*> {
                           fromUseCase:toNSString(useCase)
                          forUserToken:toNSString(userToken)
                         andCompletion:asBlock(std::move(completion)).block()];
+  }
+};
+
+class InstrumentsSynchronizer final : public Adapter<HLVSDKPaymentInstrumentsSynchronizer,
+                                                     id<HLVSDKPaymentInstrumentsSynchronizer>> {
+ public:
+  using Adapter::Adapter;
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest) override {
+    [object() synchronizePaymentInstrumentsForGuest:original(guest)];
+  }
+  void synchronizePaymentInstrumentsForGuest(const std::shared_ptr<HLVSDKGuest>& guest,
+                                             HLVSDKSuccessCompletion completion) override {
+    [object() synchronizePaymentInstrumentsForGuest:original(guest)
+                                         completion:asBlock(std::move(completion)).block()];
   }
 };
 
