@@ -3,5 +3,5 @@ hlv_add_tests(ClientTests
   SOURCES
     Tests/Client/RemoteHostTests.cpp
     Tests/Client/TransportTests.cpp
-  LIBRARIES HLVSDKPaylevenClient hlv_records hlv_beast)
+  LIBRARIES HLVSDKPaylevenClient hlv_http hlv_records hlv_beast)
 hlv_precompile(ClientTests <nlohmann/json.hpp>)
