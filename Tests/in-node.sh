@@ -17,4 +17,4 @@ fi
 exec 9>&-
 
 export TEST_MODULES="$folder/node_modules"
-exec timeout --kill-after=10 280 node "${@:2}"
+exec timeout --kill-after=10 "${TIME_LIMIT:-280}" node "${@:2}"

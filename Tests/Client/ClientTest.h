@@ -1,68 +1,44 @@
 // A server that replies whatever a test wants, and a host whose services it is.
 #pragma once
 
-#include <sys/socket.h>
-
 #include <chrono>
-#include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "Client/RemoteHost.h"
+#include "Server/Http/HttpListener.h"
 #include "Tests/Sandbox/SandboxTest.h"
-#include "Tests/Server/RawClient.h"
 
 namespace hlv::testing {
 
-/// Listens on a port of its own and serves every connection on a thread.
+/// Listens on a port of its own. A reply is what a fault of the connection makes of none.
 ///
 /// Threading: any.
-class CannedServer {
+class CannedServer : server::HttpHandler {
  public:
-  enum class Then {
-    /// The connection stays open for the next request.
-    keep,
-    close,
-    /// Nothing more is read or written until the server goes.
-    hold
-  };
+  using Then = server::OutgoingReply::Then;
   struct Reply {
     std::string bytes;
-    Then then = Then::close;
+    Then then = Then::drain;
   };
-  struct Request : RawClient::Response {
-    int connection = 0;
-    /// "GET /path HTTP/1.1"
-    std::string line() const { return head.substr(0, head.find('\r')); }
+  struct Request : server::HttpRequest {
+    /// In the order of their first requests, from 1 on.
+    std::size_t connection = 0;
   };
   using Script = std::function<Reply(const Request&)>;
 
-  /// The script runs on the connections' threads.
-  explicit CannedServer(Script script)
-      : script_(std::move(script)),
-        acceptor_(context_, {asio::ip::address_v4::loopback(), 0}),
-        accepting_([this] { accept(); }) {}
+  /// The script runs on the listener's loops.
+  explicit CannedServer(Script script) : script_(std::move(script)) {}
   /// Replies the same to everything.
   explicit CannedServer(Reply reply)
       : CannedServer(Script([reply = std::move(reply)](const Request&) { return reply; })) {}
-  /// Ends every connection.
-  ~CannedServer() {
-    ::shutdown(acceptor_.native_handle(), SHUT_RDWR);
-    accepting_.join();
-    for (auto& client : clients_) client.end(tcp::socket::shutdown_both);
-    for (auto& thread : threads_) thread.join();
-  }
-  CannedServer(const CannedServer&) = delete;
-  CannedServer& operator=(const CannedServer&) = delete;
 
-  std::string url() const {
-    return "http://127.0.0.1:" + std::to_string(acceptor_.local_endpoint().port());
-  }
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(listener_.port()); }
   /// What has arrived, in the order of arrival.
   std::vector<Request> requests() const {
     const std::lock_guard lock(mutex_);
@@ -76,38 +52,28 @@ class CannedServer {
   }
 
  private:
-  void accept() {
-    for (boost::system::error_code error;;) {
-      auto socket = acceptor_.accept(error);
-      if (error) return;
-      auto& client = clients_.emplace_back(std::move(socket));
-      threads_.emplace_back(
-          [this, &client, number = static_cast<int>(clients_.size())] { serve(client, number); });
+  void handle(const server::HttpRequest& arrived, server::Reply reply) override {
+    Request request{arrived};
+    {
+      const std::lock_guard lock(mutex_);
+      request.connection =
+          connections_.emplace(arrived.caller, connections_.size() + 1).first->second;
+      requests_.push_back(request);
     }
+    reply({.fault = [canned = script_(request)](server::OutgoingReply& outgoing) {
+      outgoing.bytes = canned.bytes;
+      outgoing.then = canned.then;
+    }});
   }
-  void serve(RawClient& client, int connection) {
-    while (true) {
-      const Request request{client.receive(), connection};
-      if (request.head.empty()) return;
-      {
-        const std::lock_guard lock(mutex_);
-        requests_.push_back(request);
-      }
-      const auto reply = script_(request);
-      client.send(reply.bytes);
-      if (reply.then == Then::hold) return;
-      if (reply.then == Then::close) client.end(tcp::socket::shutdown_send);
-    }
-  }
+  void finished(const server::FinishedRequest&) override {}
 
   const Script script_;
-  asio::io_context context_;
-  tcp::acceptor acceptor_;
   mutable std::mutex mutex_;
   std::vector<Request> requests_;
-  std::deque<RawClient> clients_;
-  std::vector<std::thread> threads_;
-  std::thread accepting_;
+  /// By the caller's address and port.
+  std::map<std::string, std::size_t> connections_;
+  server::EventLoops loops_{2};
+  server::HttpListener listener_{loops_, {}, *this};
 };
 
 }  // namespace hlv::testing

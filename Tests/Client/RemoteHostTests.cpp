@@ -25,22 +25,20 @@ class SessionServer : public CannedServer {
   SessionServer()
       : CannedServer(
             [sessions = std::make_shared<std::atomic<int>>(0)](const Request& request) -> Reply {
-              const auto line = request.line();
-              if (line.starts_with("PUT ")) {
-                return {signedIn("ses_" + std::to_string(++*sessions)), Then::keep};
+              if (request.method == "PUT") {
+                return {signedIn("ses_" + std::to_string(++*sessions)), Then::next};
               }
-              if (line.starts_with("DELETE ")) {
-                return {"HTTP/1.1 204 No Content\r\n\r\n", Then::keep};
+              if (request.method == "DELETE") {
+                return {"HTTP/1.1 204 No Content\r\n\r\n", Then::next};
               }
-              return {http("{\"credit_cards\":[],\"instruments\":[]}"), Then::keep};
+              return {http("{\"credit_cards\":[],\"instruments\":[]}"), Then::next};
             }) {}
 
   /// The request lines, each with the session that it carried.
   std::vector<std::string> sessions() const {
     std::vector<std::string> sessions;
     for (const auto& request : requests()) {
-      sessions.push_back(request.line().substr(0, request.line().find(' ')) + " " +
-                         request.header("Authorization"));
+      sessions.push_back(request.method + " " + request.authorization.value_or(""));
     }
     return sessions;
   }
@@ -82,8 +80,8 @@ TEST_F(RemoteHostTest, SigningOutForgetsTheSessionWhateverTheBackendSays) {
                                                       {"", "HLVTransportErrorDomain 3"}};
   for (const auto& [bytes, error] : rows) {
     const CannedServer server([&, reply = bytes](const Request& request) -> CannedServer::Reply {
-      if (!request.line().starts_with("PUT ")) return {reply, Then::close};
-      return {signedIn("ses_a"), Then::keep};
+      if (request.method != "PUT") return {reply, Then::drain};
+      return {signedIn("ses_a"), Then::next};
     });
     connect(server);
     ASSERT_EQ(remote->signIn(email), nullptr);
@@ -94,8 +92,8 @@ TEST_F(RemoteHostTest, SigningOutForgetsTheSessionWhateverTheBackendSays) {
 
 TEST_F(RemoteHostTest, EveryCreationCarriesAKeyOfItsOwnAndNothingElseDoes) {
   const CannedServer server([](const Request& request) -> CannedServer::Reply {
-    const bool isUser = request.line().starts_with("POST /v1/users ");
-    return {CannedServer::http(isUser ? "{\"token\":null}" : "{\"instruments\":null}"), Then::keep};
+    const bool isUser = request.target == "/v1/users";
+    return {CannedServer::http(isUser ? "{\"token\":null}" : "{\"instruments\":null}"), Then::next};
   });
   connect(server.url() + "/sandboxes/sbx_a", server.url() + "/sandboxes/sbx_a");
   EXPECT_EQ(nameOf(addInstrument("visa", "tok")), "none");
@@ -105,13 +103,13 @@ TEST_F(RemoteHostTest, EveryCreationCarriesAKeyOfItsOwnAndNothingElseDoes) {
   list("tok");
   const auto requests = server.requests();
   ASSERT_EQ(requests.size(), 4U);
-  EXPECT_EQ(requests[0].line(),
-            "POST /sandboxes/sbx_a/v1/users/tok/instruments?use_case=default HTTP/1.1");
-  EXPECT_EQ(requests[0].header("X-API-Key"), "key");
-  EXPECT_EQ(requests[0].header("Idempotency-Key").size(), 32U);
-  EXPECT_NE(requests[0].header("Idempotency-Key"), requests[1].header("Idempotency-Key"));
-  EXPECT_EQ(requests[2].header("Idempotency-Key"), "");
-  EXPECT_EQ(requests[3].header("X-API-Key") + requests[3].header("X-Other"), "");
+  EXPECT_EQ(requests[0].method + " " + requests[0].target,
+            "POST /sandboxes/sbx_a/v1/users/tok/instruments?use_case=default");
+  EXPECT_EQ(requests[0].apiKey, "key");
+  EXPECT_EQ(length(requests[0].idempotencyKey), 32U);
+  EXPECT_NE(requests[0].idempotencyKey, requests[1].idempotencyKey);
+  EXPECT_EQ(requests[2].idempotencyKey, std::nullopt);
+  EXPECT_EQ(requests[3].apiKey, std::nullopt);
 }
 
 // Replies overtake one another, and a minimal one says nothing about the cards.

@@ -20,7 +20,6 @@ using asio::ip::tcp;
 /// Threading: one thread at a time.
 class RawClient {
  public:
-  /// A response, or the request of a client.
   struct Response {
     /// 0 where no response came.
     int status = 0;
@@ -48,7 +47,6 @@ class RawClient {
   explicit RawClient(int port) : socket_(context()) {
     socket_.connect({asio::ip::address_v4::loopback(), static_cast<std::uint16_t>(port)});
   }
-  explicit RawClient(tcp::socket socket) : socket_(std::move(socket)) {}
 
   RawClient& send(std::string_view bytes) {
     boost::system::error_code error;
@@ -60,8 +58,7 @@ class RawClient {
     Response response;
     response.head = receiveUntil("\r\n\r\n");
     if (!response.head.ends_with("\r\n\r\n")) return {};
-    if (response.head.starts_with("HTTP/1."))
-      response.status = std::stoi(response.head.substr(9, 3));
+    response.status = std::stoi(response.head.substr(9, 3));
     const auto length = response.header("Content-Length");
     const auto size = isHead || length.empty() ? 0 : std::stoul(length);
     boost::system::error_code error;
@@ -83,10 +80,6 @@ class RawClient {
     boost::system::error_code error;
     asio::read(socket_, asio::dynamic_buffer(received_), error);
     return {take(received_.size()), error == asio::error::connection_reset};
-  }
-  void end(tcp::socket::shutdown_type what) {
-    boost::system::error_code ignored;
-    socket_.shutdown(what, ignored);
   }
   /// Ends with a reset.
   void abort() {

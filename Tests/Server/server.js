@@ -43,20 +43,26 @@ export class Program {
   folder = mkdtempSync(join(tmpdir(), 'server-'));
   #process;
 
+  /** Starts it, and calls `onOutput` with each piece of what it writes. */
+  spawn(command, args, cwd, onOutput = () => {}) {
+    this.output = '';
+    this.#process = spawn(command, args, { cwd, stdio: ['ignore', 'pipe', 'pipe'] });
+    started.add(this);
+    for (const stream of [this.#process.stdout, this.#process.stderr]) {
+      stream.on('data', (piece) => {
+        this.output += piece;
+        onOutput();
+      });
+    }
+    return this.#process;
+  }
+
   /** Starts it, and waits until `isReady` takes what it has written. */
   async run(command, args, isReady) {
-    this.output = '';
-    this.#process = spawn(command, args, { stdio: ['ignore', 'pipe', 'pipe'] });
-    started.add(this);
     const ready = new Promise((resolve, reject) => {
-      const read = (piece) => {
-        this.output += piece;
-        if (isReady(this.output)) resolve();
-      };
-      this.#process.stdout.on('data', read);
-      this.#process.stderr.on('data', read);
-      this.#process.on('error', reject);
-      this.#process.on('exit', () => reject(new Error(`${command} ended before it was ready: ${masked(this.output)}`)));
+      const process = this.spawn(command, args, undefined, () => { if (isReady(this.output)) resolve(); });
+      process.on('error', reject);
+      process.on('exit', () => reject(new Error(`${command} ended before it was ready: ${masked(this.output)}`)));
     });
     await inTime(ready, `${command} starts`);
     return this;
@@ -71,11 +77,11 @@ export class Program {
   }
 
   /** Returns the exit code, which is null after a signal that it does not handle. */
-  async end(signal = 'SIGTERM') {
+  async end(signal = 'SIGTERM', milliseconds = timeToEnd) {
     if (!this.hasEnded) {
       const exit = once(this.#process, 'exit');
       this.#process.kill(signal);
-      await inTime(exit, `the end after ${signal}`, timeToEnd);
+      await inTime(exit, `the end after ${signal}`, milliseconds);
     }
     return this.#process.exitCode;
   }
@@ -136,8 +142,13 @@ export class Client {
 
   /** Keeps as many connections as requests are under way at once, up to `connections`; each request has `headers`. */
   constructor(connections = 8, headers = {}) {
-    this.#agent = new http.Agent({ keepAlive: true, maxSockets: connections });
+    this.#agent = new http.Agent({ keepAlive: true, maxSockets: connections, maxFreeSockets: connections });
     this.#headers = headers;
+  }
+
+  /** How many are kept of those that are not in use. */
+  get connections() {
+    return Object.values(this.#agent.freeSockets).flat().length;
   }
 
   close() {
