@@ -19,14 +19,14 @@ namespace hlv::testing {
 /// Listens on a port of its own. A reply is what a fault of the connection makes of none.
 ///
 /// Threading: any.
-class CannedServer : server::HttpHandler {
+class CannedServer : sandbox::server::HttpHandler {
  public:
-  using Then = server::OutgoingReply::Then;
+  using Then = sandbox::server::OutgoingReply::Then;
   struct Reply {
     std::string bytes;
     Then then = Then::drain;
   };
-  struct Request : server::HttpRequest {
+  struct Request : sandbox::server::HttpRequest {
     /// In the order of their first requests, from 1 on.
     std::size_t connection = 0;
   };
@@ -52,7 +52,7 @@ class CannedServer : server::HttpHandler {
   }
 
  private:
-  void handle(const server::HttpRequest& arrived, server::Reply reply) override {
+  void handle(const sandbox::server::HttpRequest& arrived, sandbox::server::Reply reply) override {
     Request request{arrived};
     {
       const std::lock_guard lock(mutex_);
@@ -60,20 +60,20 @@ class CannedServer : server::HttpHandler {
           connections_.emplace(arrived.caller, connections_.size() + 1).first->second;
       requests_.push_back(request);
     }
-    reply({.fault = [canned = script_(request)](server::OutgoingReply& outgoing) {
+    reply({.fault = [canned = script_(request)](sandbox::server::OutgoingReply& outgoing) {
       outgoing.bytes = canned.bytes;
       outgoing.then = canned.then;
     }});
   }
-  void finished(const server::FinishedRequest&) override {}
+  void finished(const sandbox::server::FinishedRequest&) override {}
 
   const Script script_;
   mutable std::mutex mutex_;
   std::vector<Request> requests_;
   /// By the caller's address and port.
   std::map<std::string, std::size_t> connections_;
-  server::EventLoops loops_{2};
-  server::HttpListener listener_{loops_, {}, *this};
+  sandbox::server::EventLoops loops_{2};
+  sandbox::server::HttpListener listener_{loops_, {}, *this};
 };
 
 }  // namespace hlv::testing
