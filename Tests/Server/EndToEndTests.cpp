@@ -8,7 +8,6 @@ namespace hlv::sandbox::server {
 namespace {
 
 using client::RemoteGuest;
-using sandbox::Fault;
 using EndToEnd = ServerTest;
 
 /// An error as whoever reads it sees it.
@@ -31,7 +30,7 @@ TEST_F(EndToEnd, AnErrorIsTheSameAsTheEmbeddedOne) {
     const auto client = host->inAppClient();
     const auto token = guest->paylevenToken();
     const auto instrument = [&](const char* name) {
-      const sandbox::Typed card(name);
+      const Typed card(name);
       return host->makeCreditCardPaymentInstrument(card.pan, card.expiryMonth, card.expiryYear,
                                                    card.cvv, card.cardHolder);
     };
@@ -123,13 +122,13 @@ TEST_F(EndToEnd, ATesterDoesTheSameFromElsewhere) {
   serveAndConnect();
   addVisa();
   const auto tester = remote->tester();
-  Fault fault{.operation = sandbox::Operation::listInstruments, .useCase = "private"};
+  Fault fault{.operation = Operation::listInstruments, .useCase = "private"};
   EXPECT_TRUE(tester->arm(fault));
   EXPECT_TRUE(tester->arm(fault));
   const auto first = tester->armed().front();
   const auto second = tester->armed().back();
   auto changed = first;
-  changed.kind = sandbox::FaultKind::noList;
+  changed.kind = FaultKind::noList;
   EXPECT_EQ(tester->changeFault(first.number, changed), changed);
   EXPECT_EQ(sandbox->tester()->armed(), (std::vector{changed, second}));
   tester->removeFault(first.number);

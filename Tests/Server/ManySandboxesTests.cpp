@@ -75,9 +75,9 @@ TEST_F(ManySandboxes, HaveNoGapInTheLogWhenTheyAreUsedAgainBeforeTheyAreClosed) 
   for (int i = 0; i < 20; ++i) registry->create({.id = "more" + std::to_string(i)});
   go.set_value();
   writers->join();
-  again->store().read([](sandbox::Database& database) {
+  again->store().read([](Database& database) {
     EXPECT_EQ(database.integer("SELECT count(*) FROM request_gaps"), 0);
-    EXPECT_TRUE(sandbox::readSetting(database, "request-log-open")) << "a kill would be noticed";
+    EXPECT_TRUE(readSetting(database, "request-log-open")) << "a kill would be noticed";
   });
 
   const auto folder = storePath() + ".sandboxes/";

@@ -14,7 +14,6 @@
 
 namespace hlv::sandbox::server {
 
-using sandbox::nameOf;
 using testing::RawClient;
 using testing::requestOf;
 using Json = nlohmann::ordered_json;
@@ -24,7 +23,7 @@ inline std::string textOf(const Json& body) { return body.is_null() ? "" : body.
 inline int portOf(const std::string& url) { return std::stoi(url.substr(url.rfind(':') + 1)); }
 
 /// `sandbox` looks at the server's default sandbox from beside it, as another process might.
-class ServerTest : public sandbox::SandboxTest {
+class ServerTest : public SandboxTest {
  protected:
   ~ServerTest() override {
     manager.reset(), remote.reset(), local.reset();
@@ -50,9 +49,9 @@ class ServerTest : public sandbox::SandboxTest {
   /// The same, and a host that speaks to the server, with the guest signed in on both sides.
   void serveAndConnect() {
     serve();
-    sandbox::SandboxOptions localOptions;
+    SandboxOptions localOptions;
     localOptions.storePath = path("local");
-    local = sandbox::Sandbox::open(localOptions).value();
+    local = Sandbox::open(localOptions).value();
     remote = client::RemoteHost::open(local, {server->backendURL(), server->providerURL()});
     use(remote);
     ASSERT_EQ(nameOf(remote->signIn(email)), "none");
@@ -79,9 +78,9 @@ class ServerTest : public sandbox::SandboxTest {
 
   /// The kit adds a card over the connection.
   void addVisa() {
-    answerTo<sandbox::CardAnswer>([&](auto completion) {
-      manager->addPaymentInstrument(sandbox::EnteredCard::make(sandbox::Typed("visa")),
-                                    sandbox::EnteredAddress::make({}), guest, completion);
+    answerTo<CardAnswer>([&](auto completion) {
+      manager->addPaymentInstrument(EnteredCard::make(Typed("visa")), EnteredAddress::make({}),
+                                    guest, completion);
     });
   }
   bool isQuiet() const override { return sandbox->isQuiet() && (!remote || remote->isQuiet()); }
@@ -91,7 +90,7 @@ class ServerTest : public sandbox::SandboxTest {
   std::unique_ptr<Server> server;
   std::shared_ptr<client::RemoteHost> remote;
   /// On this side of the connection.
-  std::shared_ptr<sandbox::Sandbox> local;
+  std::shared_ptr<Sandbox> local;
   /// Of the host that speaks to the server.
   std::shared_ptr<HLVSDKPaylevenPaymentInstrumentManager> manager;
 };

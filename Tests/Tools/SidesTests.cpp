@@ -6,10 +6,6 @@
 namespace hlv::sandbox::tool {
 namespace {
 
-using sandbox::BackendCard;
-using sandbox::Event;
-using sandbox::ProviderInstrument;
-
 BackendCard card(const std::string& lastFour, std::optional<std::string> externalIdentifier = {}) {
   BackendCard card;
   card.brand = "visa";
