@@ -24,7 +24,7 @@ FLAGS = ("-O1 -Werror=return-local-addr -D_GLIBCXX_ASSERTIONS -fsanitize=null "
          "-fsanitize-undefined-trap-on-error")
 # What takes longer than this many seconds hangs, which is a way of catching.
 PATIENCE = 30
-PATIENCE_WITH_EXPLORER = 300
+PATIENCE_WITH_EXPLORER = 600
 
 
 class DoesNotBuild(SystemExit):
