@@ -19,7 +19,7 @@ namespace hlv::testing {
 /// Listens on a port of its own. A reply is what a fault of the connection makes of none.
 ///
 /// Threading: any.
-class CannedServer : server::HttpHandler {
+class CannedServer final : server::HttpHandler {
  public:
   using Then = server::OutgoingReply::Then;
   struct Reply {

@@ -125,7 +125,7 @@ export class Documents {
 }
 
 /** A test that begins before a fresh server, whose replies all have to be described. */
-export const onServer = (name, body) => test(name, { timeout: 150_000 }, () => withServer(async (server) => {
+export const onServer = (name, body) => test(name, { timeout: 200_000 }, () => withServer(async (server) => {
   const client = new Client(100);
   const documents = await Documents.of(server);
   const [call, expect] = [documents.calling(client, server.urls), documents.expecting(client, server.urls)];
