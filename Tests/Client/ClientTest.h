@@ -19,7 +19,7 @@ namespace hlv::testing {
 /// Listens on a port of its own. A reply is what a fault of the connection makes of none.
 ///
 /// Threading: any.
-class CannedServer : sandbox::server::HttpHandler {
+class CannedServer final : sandbox::server::HttpHandler {
  public:
   using Then = sandbox::server::OutgoingReply::Then;
   struct Reply {

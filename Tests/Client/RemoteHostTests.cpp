@@ -19,36 +19,30 @@ std::string signedIn(const std::string& session) {
       session + "\"}");
 }
 
-/// A backend that hands out one session after another.
-class SessionServer : public CannedServer {
- public:
-  SessionServer()
-      : CannedServer(
-            [sessions = std::make_shared<std::atomic<int>>(0)](const Request& request) -> Reply {
-              if (request.method == "PUT") {
-                return {signedIn("ses_" + std::to_string(++*sessions)), Then::next};
-              }
-              if (request.method == "DELETE") {
-                return {"HTTP/1.1 204 No Content\r\n\r\n", Then::next};
-              }
-              return {http("{\"credit_cards\":[],\"instruments\":[]}"), Then::next};
-            }) {}
+/// Of a backend that hands out one session after another.
+CannedServer::Script sessionScript() {
+  return [made = std::make_shared<std::atomic<int>>(0)](const Request& request) {
+    std::string bytes = CannedServer::http("{\"credit_cards\":[],\"instruments\":[]}");
+    if (request.method == "PUT") bytes = signedIn("ses_" + std::to_string(++*made));
+    if (request.method == "DELETE") bytes = "HTTP/1.1 204 No Content\r\n\r\n";
+    return CannedServer::Reply{bytes, Then::next};
+  };
+}
 
-  /// The request lines, each with the session that it carried.
-  std::vector<std::string> sessions() const {
-    std::vector<std::string> sessions;
-    for (const auto& request : requests()) {
-      sessions.push_back(request.method + " " + request.authorization.value_or(""));
-    }
-    return sessions;
+/// The methods of the requests, each with the session that it carried.
+std::vector<std::string> sessionsOf(const CannedServer& server) {
+  std::vector<std::string> sessions;
+  for (const auto& request : server.requests()) {
+    sessions.push_back(request.method + " " + request.authorization.value_or(""));
   }
-};
+  return sessions;
+}
 
 using RemoteHostTest = ClientTest;
 
 TEST_F(RemoteHostTest, ASessionIsSentToItsBackendUntilTheGuestSignsOut) {
-  const SessionServer server;
-  const SessionServer other;
+  const CannedServer server(sessionScript());
+  const CannedServer other(sessionScript());
   connect(server);
   fetchCards();
   ASSERT_EQ(remote->signIn(email), nullptr);
@@ -62,13 +56,13 @@ TEST_F(RemoteHostTest, ASessionIsSentToItsBackendUntilTheGuestSignsOut) {
   EXPECT_EQ(remote->signOut(), nullptr);
   EXPECT_EQ(remote->signOut(), nullptr) << "nothing is left to end";
   fetchCards();
-  EXPECT_EQ(server.sessions(), (std::vector<std::string>{
-                                   "GET ", "PUT ", "GET Bearer ses_1", "GET ", "GET Bearer ses_1",
-                                   "PUT ", "DELETE Bearer ses_1", "DELETE Bearer ses_2", "GET "}));
+  EXPECT_EQ(sessionsOf(server), (std::vector<std::string>{
+                                    "GET ", "PUT ", "GET Bearer ses_1", "GET ", "GET Bearer ses_1",
+                                    "PUT ", "DELETE Bearer ses_1", "DELETE Bearer ses_2", "GET "}));
   ASSERT_EQ(remote->signIn(email), nullptr);
   connect(other);
   fetchCards();
-  EXPECT_EQ(other.sessions(), (std::vector<std::string>{"GET "}));
+  EXPECT_EQ(sessionsOf(other), (std::vector<std::string>{"GET "}));
 }
 
 TEST_F(RemoteHostTest, SigningOutForgetsTheSessionWhateverTheBackendSays) {

@@ -1,19 +1,14 @@
 // Guests add while the server is killed and started again; whoever had no reply asks again with the
 // same key. In the end, what was answered is there, and nothing is there twice.
 import assert from 'node:assert/strict';
-import { test } from 'node:test';
-import { Client, newCard, registeredCard, withServer } from './server.js';
+import { onServer } from './documents.js';
+import { newCard, registeredCard } from './server.js';
 
 const kills = Number(process.env.KILLS ?? 6);
 /** A kill comes after so many replies at most. Whichever moment that is, the same has to hold. */
 const mostReplies = 40;
 
-test(`${kills} kills lose nothing that was answered`, { timeout: 200_000 }, () => withServer(async (server) => {
-  const client = new Client();
-  const ask = (port, request, options) => {
-    const [method, target] = request.split(' ');
-    return client.request(method, server.urls[port] + target, options);
-  };
+onServer(`${kills} kills lose nothing that was answered`, async ({ server, call: ask }) => {
   const guests = await Promise.all(['a', 'b', 'c', 'd'].map(async (name) => {
     const email = `${name}@example.com`;
     const { body: { session } } = await ask('backend', `PUT /v1/guests/${email}`);
@@ -59,5 +54,4 @@ test(`${kills} kills lose nothing that was answered`, { timeout: 200_000 }, () =
     assert.deepEqual(cards.map((card) => card.external_identifier), added.filter((_, at) => at % 2 === 1));
     assert.equal(instruments.length, Math.ceil(guest.replies / 2));
   }
-  client.close();
-}));
+});
