@@ -8,11 +8,53 @@
 #include <utility>
 
 #include "Platform/Default/DefaultNotificationCenter.h"
-#include "Platform/Default/MainQueue.h"
-#include "Platform/Default/SerialQueue.h"
 #include "Platform/Default/WorkerThreads.h"
+#include "Platform/SharedSlot.h"
 
 namespace hlv {
+namespace {
+
+/// What the app pumps. Its blocks have no strand: a running one may pump the queue in turn.
+///
+/// Threading: as Queue.
+class MainQueue final : public Queue {
+ public:
+  explicit MainQueue(std::weak_ptr<TaskQueue> line) : tasks_(std::move(line)) {}
+  Text label() const override { return "main"; }
+  void async(Block block) override {
+    const auto line = tasks_.lock();
+    if (!line) return;
+    line->post(std::move(block));
+    if (const auto hook = hook_.load(); hook && *hook) (*hook)();
+  }
+  void setPostHook(Block hook) { hook_.store(std::make_shared<Block>(std::move(hook))); }
+
+ private:
+  const std::weak_ptr<TaskQueue> tasks_;
+  SharedSlot<Block> hook_;
+};
+
+/// A strand on threads that belong to the platform: a queue that is freed in a block of its own
+/// never waits for the thread it runs on.
+///
+/// Threading: as Queue.
+class SerialQueue final : public Queue {
+ public:
+  SerialQueue(Text label, std::weak_ptr<WorkerThreads> workers)
+      : label_(std::move(label)), workers_(std::move(workers)) {}
+  Text label() const override { return label_; }
+  void async(Block block) override {
+    // The block may free this queue before the call returns.
+    if (const auto workers = workers_.lock()) workers->post(std::move(block), strand_);
+  }
+
+ private:
+  const std::string label_;
+  const std::weak_ptr<WorkerThreads> workers_;
+  const std::shared_ptr<TaskQueue::Strand> strand_ = std::make_shared<TaskQueue::Strand>();
+};
+
+}  // namespace
 
 struct DefaultPlatform::State {
   const std::shared_ptr<TaskQueue> mainLine = std::make_shared<TaskQueue>();

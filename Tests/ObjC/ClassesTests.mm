@@ -148,9 +148,18 @@ TEST_F(EnablingTest, NotificationsReachTheSynchroniserThatTheAppPutInPlace) {
               {reachability, changed(@1, @(UINT64_MAX - 253)), true},
               {reachability, changed(@257, @1), false}};
   for (const auto& row : rows) {
-    own->received = nil;
-    post(row.name, row.userInfo);
-    EXPECT_EQ(own->received, row.starts ? guest : nil) << [row.name UTF8String];
+    const auto starts = [&] {
+      own->received = nil;
+      post(row.name, row.userInfo);
+      return own->received == guest;
+    };
+    EXPECT_EQ(starts(), row.starts) << [row.name UTF8String];
+    host->session->authorized = false;
+    EXPECT_EQ(starts(), row.starts && row.name == authorization) << "without a session";
+    host->session->authorized = true;
+    fake.guest->token = "";
+    EXPECT_FALSE(starts()) << "without a token";
+    fake.guest->token = "tok";
   }
 }
 

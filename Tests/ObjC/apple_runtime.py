@@ -44,7 +44,8 @@ def write_host(folder, headers, style):
 
 
 def expected(table):
-    """The rows of the table, each with its class or protocol; and the accessors of the properties."""
+    """The rows of the table, each with its class or protocol; the accessors of the properties; and the
+    methods of the protocols that a class adopts, as far as the table lists these."""
     owner, rows = "", set()
     for line in table.read_text().splitlines():
         kind, name, value, *_ = [*line.split(), "", "", ""]
@@ -53,6 +54,8 @@ def expected(table):
         if kind in ("class", "protocol"):
             owner = f"{kind} {name}"
         rows.add((owner, line))
+        if kind == "adopts":
+            rows |= {(owner, row) for of, row in rows if of == f"protocol {name}" and row[0] in "+-"}
         if kind == "property":
             marks = {mark[0]: mark[1:] for mark in value.split(",")}
             rows.add((owner, f"- {marks.get('G', name)} {value[1]}@:"))
