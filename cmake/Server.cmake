@@ -45,7 +45,7 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxResources.cpp
-  Server/Api/World.cpp
+  Server/Api/OpenSandbox.cpp
   Server/Console/App.cpp
   Server/Console/ConsoleResources.cpp
   Server/Console/LiveFeed.cpp

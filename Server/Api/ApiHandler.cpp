@@ -48,20 +48,20 @@ void ApiHandler::handle(const HttpRequest& request, Reply reply) {
     const auto [skipped, id] = placeOf(request.path);
     // What is at no path needs no sandbox to be opened.
     const auto& route = routes_.find(request, skipped);
-    trace->world = registry_.world(id);
-    route({request, skipped, trace->world, trace, replyWithTrace});
+    trace->sandbox = registry_.open(id);
+    route({request, skipped, trace->sandbox, trace, replyWithTrace});
   } catch (...) {
-    reply(failureReply(trace->world, request.id));
+    reply(failureReply(trace->sandbox, request.id));
   }
 }
 
 void ApiHandler::finished(const FinishedRequest& finished) {
   const auto* context = std::any_cast<Trace>(&finished.reply.context);
   const auto trace = context ? *context : std::make_shared<RequestTrace>();
-  auto world = std::move(trace->world);
-  if (!world) world = registry_.openWorld(placeOf(finished.request.path).sandbox);
-  if (!world) world = registry_.openWorld(Registry::defaultID);
-  world->log().add(finished, listener_, trace->fault, std::move(trace->events));
+  auto sandbox = std::move(trace->sandbox);
+  if (!sandbox) sandbox = registry_.findOpen(placeOf(finished.request.path).sandbox);
+  if (!sandbox) sandbox = registry_.findOpen(Registry::defaultID);
+  sandbox->log().add(finished, listener_, trace->fault, std::move(trace->events));
 }
 
 }  // namespace hlv::sandbox::server

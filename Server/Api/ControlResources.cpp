@@ -173,7 +173,7 @@ Json requestsIn(Database& database, const Exchange& exchange, std::int64_t usual
                              request.queryValue("status"),
                              request.queryValue("path"),
                              request.queryValue("fault")};
-  return RequestLog::read(database, filter, exchange.world->id());
+  return RequestLog::read(database, filter, exchange.sandbox->id());
 }
 
 Json harEntryOf(const Json& request, const std::string& host) {
@@ -217,14 +217,14 @@ Json harOf(const Json& requests, const std::string& host) {
 }
 
 /// The requests that come, one event each.
-EventStream requestStream(const std::shared_ptr<World>& world) {
-  return [world, last = world->store().read(RequestLog::last),
+EventStream requestStream(const std::shared_ptr<OpenSandbox>& sandbox) {
+  return [sandbox, last = sandbox->store().read(RequestLog::last),
           seen = std::int64_t{0}]() mutable -> std::string {
-    if (world->isRemoved()) throw noSuchSandbox();
-    const auto changes = world->store().changes();
+    if (sandbox->isRemoved()) throw noSuchSandbox();
+    const auto changes = sandbox->store().changes();
     if (changes == seen) return "";
-    const auto news = world->store().read([&](Database& database) {
-      return RequestLog::read(database, {.after = last}, world->id());
+    const auto news = sandbox->store().read([&](Database& database) {
+      return RequestLog::read(database, {.after = last}, sandbox->id());
     });
     std::string events;
     for (const auto& request : news["requests"]) {
@@ -243,10 +243,10 @@ void addRequests(ApiRoutes& routes) {
     return jsonReply(200, requestsIn(database, exchange, 100));
   });
   routes.add("GET", "v1/sandbox/requests/stream", [](const Exchange& exchange) {
-    exchange.reply({.events = requestStream(exchange.world)});
+    exchange.reply({.events = requestStream(exchange.sandbox)});
   });
   routes.write("GET", "v1/sandbox/requests/*", [](Database& database, const Exchange& exchange) {
-    const auto request = RequestLog::find(database, exchange.part(3), exchange.world->id());
+    const auto request = RequestLog::find(database, exchange.part(3), exchange.sandbox->id());
     if (!request) throw HttpError(404, "no-such-request", "The log has no request of this id.");
     return jsonReply(200, *request);
   });
@@ -258,19 +258,19 @@ void addRequests(ApiRoutes& routes) {
 
 void addWholeSandbox(ApiRoutes& routes, Registry& registry) {
   routes.perform("GET", "v1/sandbox", registry, [&registry](const Exchange& exchange) {
-    return describing(registry, exchange.world->id())();
+    return describing(registry, exchange.sandbox->id())();
   });
   routes.add("POST", "v1/sandbox/reset", [&registry](const Exchange& exchange) {
-    exchange.world->write(forgetEverything,
-                          replyWhenDone(exchange, describing(registry, exchange.world->id())));
+    exchange.sandbox->write(forgetEverything,
+                            replyWhenDone(exchange, describing(registry, exchange.sandbox->id())));
   });
   routes.perform("POST", "v1/sandbox/snapshots", registry, [&registry](const Exchange& exchange) {
-    return jsonReply(201, jsonOf(registry.snapshot(exchange.world->id())));
+    return jsonReply(201, jsonOf(registry.snapshot(exchange.sandbox->id())));
   });
   routes.add("POST", "v1/sandbox/restore", [&registry](const Exchange& exchange) {
     const auto body = exchange.body();
     requireKnownMembers(body, {"snapshot"});
-    const auto& id = exchange.world->id();
+    const auto& id = exchange.sandbox->id();
     registry.restore(id, textIn(body, "snapshot").value_or(""),
                      replyWhenDone(exchange, describing(registry, id)));
   });

@@ -59,11 +59,11 @@ HttpReply errorReply(const ErrorPtr& error, const std::string& requestID) {
       requestID);
 }
 
-HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID) {
+HttpReply failureReply(const std::shared_ptr<OpenSandbox>& sandbox, const std::string& requestID) {
   const auto reply = [&](int status, const std::string& code, const std::string& sentence) {
     return errorReply(HttpError(status, code, sentence), requestID);
   };
-  if (world && world->isRemoved()) return errorReply(noSuchSandbox(), requestID);
+  if (sandbox && sandbox->isRemoved()) return errorReply(noSuchSandbox(), requestID);
   try {
     throw;
   } catch (const HttpError& error) {

@@ -128,7 +128,7 @@ struct Serving {
 struct KeptExchange {
   explicit KeptExchange(const Exchange& kept)
       : request(kept.request),
-        exchange{request, kept.skipped, kept.world, kept.trace, kept.reply} {}
+        exchange{request, kept.skipped, kept.sandbox, kept.trace, kept.reply} {}
   ~KeptExchange() { wipe(request.body); }
   KeptExchange(const KeptExchange&) = delete;
   KeptExchange& operator=(const KeptExchange&) = delete;
@@ -176,11 +176,11 @@ void serveCall(const Exchange& exchange, const CallHandler& service, const Call&
   const auto& request = exchange.request;
   Serving serving{service, call, std::move(handling), request.id, std::nullopt, exchange.trace};
   if (request.method == "POST" && request.idempotencyKey) {
-    serving.repeatable = IdempotentRequest(request, service.name(), exchange.world->salt());
+    serving.repeatable = IdempotentRequest(request, service.name(), exchange.sandbox->salt());
   }
   if (request.method == "GET") {
     const auto key = request.target + "\n" + request.authorization.value_or("");
-    if (auto reply = serving.read(exchange.world->store(), key)) {
+    if (auto reply = serving.read(exchange.sandbox->store(), key)) {
       return exchange.reply(*std::move(reply));
     }
   }
@@ -191,7 +191,7 @@ void serveCall(const Exchange& exchange, const CallHandler& service, const Call&
 
 void ApiRoutes::read(std::string_view path, Work work) {
   add("GET", path, [work = std::move(work)](const Exchange& exchange) {
-    auto& store = exchange.world->store();
+    auto& store = exchange.sandbox->store();
     exchange.reply(store.read([&](Database& database) { return work(database, exchange); }));
   });
 }
@@ -215,19 +215,19 @@ void ApiRoutes::perform(const std::string& method, std::string_view path, Regist
 
 void replyWriting(const Exchange& exchange, std::function<HttpReply(Database&)> work) {
   const auto made = std::make_shared<HttpReply>();
-  exchange.world->write(
+  exchange.sandbox->write(
       [made, work = std::move(work)](Database& database) { *made = work(database); },
       replyWhenDone(exchange, [made] { return std::move(*made); }));
 }
 
-World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work) {
-  return [work = std::move(work), id = exchange.request.id, world = exchange.world,
+OpenSandbox::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work) {
+  return [work = std::move(work), id = exchange.request.id, sandbox = exchange.sandbox,
           reply = exchange.reply](const std::exception_ptr& problem) {
     try {
       if (problem) std::rethrow_exception(problem);
       reply(work());
     } catch (...) {
-      reply(failureReply(world, id));
+      reply(failureReply(sandbox, id));
     }
   };
 }

@@ -24,7 +24,7 @@ namespace hlv::sandbox::server {
 /// What the request log is to know of a request beyond what the listener does.
 struct RequestTrace {
   /// Whose request it is; held, so that it is open when the request ends. Null for none.
-  std::shared_ptr<World> world;
+  std::shared_ptr<OpenSandbox> sandbox;
   std::optional<FaultKind> fault;
   std::vector<Event> events;
 
@@ -37,7 +37,7 @@ struct Exchange {
   const HttpRequest& request;
   /// How many parts of the path lead to the sandbox.
   std::size_t skipped = 0;
-  std::shared_ptr<World> world;
+  std::shared_ptr<OpenSandbox> sandbox;
   std::shared_ptr<RequestTrace> trace;
   /// Gives the reply the trace.
   Reply reply;
@@ -86,9 +86,9 @@ void serveCall(const Exchange& exchange, const CallHandler& service, const Call&
 /// Replies with what `work` makes in the next commit.
 void replyWriting(const Exchange& exchange, std::function<HttpReply(Database&)> work);
 /// Replies to another write: with what `work` makes, or with the problem that there was.
-World::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work);
+OpenSandbox::Done replyWhenDone(const Exchange& exchange, std::function<HttpReply()> work);
 /// Of the exception that is being handled; whatever it is, a sandbox that was deleted meanwhile is
-/// not there. `world` may be null.
-HttpReply failureReply(const std::shared_ptr<World>& world, const std::string& requestID);
+/// not there. `sandbox` may be null.
+HttpReply failureReply(const std::shared_ptr<OpenSandbox>& sandbox, const std::string& requestID);
 
 }  // namespace hlv::sandbox::server

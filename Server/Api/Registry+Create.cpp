@@ -50,8 +50,8 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
     expires = entry.expires->time_since_epoch().count();
   }
   try {
-    entry.world = std::make_shared<World>(id, makeStore(id, wanted), writers_);
-    entry.timeOpened = entry.world->openLog();
+    entry.sandbox = std::make_shared<OpenSandbox>(id, makeStore(id, wanted), writers_);
+    entry.timeOpened = entry.sandbox->openLog();
     if (!wanted.isInMemory) {
       registry_->write([&](Database& database) {
         database.run("INSERT INTO sandboxes (id, created, expires) VALUES (?, ?, ?)", id,
@@ -129,7 +129,8 @@ void Registry::remove(const std::string& id) {
   const auto removed = entries_.extract(id);
   lock.unlock();
   const auto& entry = removed.mapped();
-  if (const auto world = entry.world ? entry.world : entry.closing.lock()) world->markRemoved();
+  if (const auto sandbox = entry.sandbox ? entry.sandbox : entry.closing.lock())
+    sandbox->markRemoved();
   removeFiles(id);
 }
 
@@ -146,7 +147,7 @@ void Registry::removeFiles(const std::string& id) const {
 SnapshotDescription Registry::snapshot(const std::string& id) {
   const auto created = machineTime();
   SnapshotDescription made{"snp_" + randomLetters(20), timeText(created), id};
-  world(id)->store().copyTo(snapshotPathOf(made.id));
+  open(id)->store().copyTo(snapshotPathOf(made.id));
   try {
     registry_->write([&](Database& database) {
       database.run("INSERT INTO snapshots (id, created, sandbox) VALUES (?, ?, ?)", made.id,
@@ -178,8 +179,8 @@ void Registry::removeSnapshot(const std::string& snapshot) const {
   fs::remove(path);
 }
 
-void Registry::restore(const std::string& id, const std::string& snapshot, World::Done then) {
-  const auto target = world(id);
+void Registry::restore(const std::string& id, const std::string& snapshot, OpenSandbox::Done then) {
+  const auto target = open(id);
   target->runAlone(
       [target = target.get(), path = requireSnapshot(snapshot)] { target->restore(path); },
       std::move(then));

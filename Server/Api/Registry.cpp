@@ -80,13 +80,13 @@ Registry::Registry(const std::string& storePath, std::optional<std::uint64_t> se
   readEntries();
   auto& entry = entries_[defaultID];
   entry.created = machineTime();
-  entry.world = std::make_shared<World>(defaultID, store, writers_);
-  entry.timeOpened = entry.world->openLog();
+  entry.sandbox = std::make_shared<OpenSandbox>(defaultID, store, writers_);
+  entry.timeOpened = entry.sandbox->openLog();
 }
 
 Registry::~Registry() {
   for (auto& [id, entry] : entries_) {
-    if (entry.world) entry.world->closeLog(entry.timeOpened);
+    if (entry.sandbox) entry.sandbox->closeLog(entry.timeOpened);
   }
 }
 
@@ -132,24 +132,24 @@ std::string Registry::storePathOf(const std::string& id) const {
 
 // What is open.
 
-std::shared_ptr<World> Registry::world(const std::string& id) {
+std::shared_ptr<OpenSandbox> Registry::open(const std::string& id) {
   const std::lock_guard lock(mutex_);
   auto& entry = entryOf(id);
-  if (!entry.world) {
+  if (!entry.sandbox) {
     auto opened = entry.closing.lock();
-    if (!opened) opened = std::make_shared<World>(id, openStore(id), writers_);
+    if (!opened) opened = std::make_shared<OpenSandbox>(id, openStore(id), writers_);
     entry.timeOpened = opened->openLog();
-    entry.world = std::move(opened);
+    entry.sandbox = std::move(opened);
     keepOpen(entry);
   }
   entry.lastUse = std::chrono::steady_clock::now();
-  return entry.world;
+  return entry.sandbox;
 }
 
-std::shared_ptr<World> Registry::openWorld(const std::string& id) {
+std::shared_ptr<OpenSandbox> Registry::findOpen(const std::string& id) {
   const std::lock_guard lock(mutex_);
   const auto found = entries_.find(id);
-  return found == entries_.end() ? nullptr : found->second.world;
+  return found == entries_.end() ? nullptr : found->second.sandbox;
 }
 
 /// Closes others where too many are open.
@@ -166,11 +166,11 @@ void Registry::keepOpen(Entry& entry) {
 }
 
 void Registry::close(Entry& entry) {
-  entry.closing = entry.world;
-  auto end = [this, world = std::exchange(entry.world, nullptr),
+  entry.closing = entry.sandbox;
+  auto end = [this, sandbox = std::exchange(entry.sandbox, nullptr),
               time = entry.timeOpened]() mutable {
-    world->closeLog(time);
-    world.reset();
+    sandbox->closeLog(time);
+    sandbox.reset();
     --closing_;
   };
   // What waits for its end holds its files: where they are many, whoever opens another one waits.
@@ -181,10 +181,10 @@ void Registry::close(Entry& entry) {
   }
 }
 
-std::string Registry::pathOf(const World& world) const {
+std::string Registry::pathOf(const OpenSandbox& sandbox) const {
   const std::lock_guard lock(mutex_);
-  const auto found = entries_.find(world.id());
-  return found == entries_.end() || found->second.isInMemory ? "" : storePathOf(world.id());
+  const auto found = entries_.find(sandbox.id());
+  return found == entries_.end() || found->second.isInMemory ? "" : storePathOf(sandbox.id());
 }
 
 void Registry::post(std::function<void()> task) { boost::asio::post(*writers_, std::move(task)); }
@@ -202,7 +202,7 @@ void Registry::runMaintenance() {
         }
       });
     }
-    if (entry.world) entry.world->flushLog();
+    if (entry.sandbox) entry.sandbox->flushLog();
   }
   std::erase_if(open_, [&](Entry* entry) {
     const bool isIdle = entry->lastUse <= idleSince && !entry->isInUse();
@@ -259,7 +259,7 @@ SandboxDescription Registry::describeEntry(const std::string& id) {
 }
 
 void Registry::describeStore(SandboxDescription& description) {
-  world(description.id)->store().read([&](Database& database) {
+  open(description.id)->store().read([&](Database& database) {
     description.seed = seedOf(database);
     description.clock = timeText(sandboxTime(database));
     description.isNetworkOn = isReachable(readNetworkState(database));

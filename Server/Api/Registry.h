@@ -17,7 +17,7 @@
 #include "Sandbox/Records/SandboxDescription.h"
 #include "Sandbox/Store/Store.h"
 #include "Sandbox/Store/StoreLock.h"
-#include "Server/Api/World.h"
+#include "Server/Api/OpenSandbox.h"
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
 
@@ -59,11 +59,11 @@ class Registry {
   void setURLs(PublicURLs urls);
 
   /// The sandbox of that id, opened where it is not; it stays open while it is held. Throws 404.
-  std::shared_ptr<World> world(const std::string& id);
+  std::shared_ptr<OpenSandbox> open(const std::string& id);
   /// The same for one that is open; null for any other.
-  std::shared_ptr<World> openWorld(const std::string& id);
+  std::shared_ptr<OpenSandbox> findOpen(const std::string& id);
   /// Where its files are; empty for one in memory.
-  std::string pathOf(const World& world) const;
+  std::string pathOf(const OpenSandbox& sandbox) const;
 
   /// Runs `task` on a writer's thread.
   void post(std::function<void()> task);
@@ -83,7 +83,7 @@ class Registry {
   std::vector<SnapshotDescription> snapshots() const;
   void removeSnapshot(const std::string& snapshot) const;
   /// `then` is called on a writer's thread.
-  void restore(const std::string& id, const std::string& snapshot, World::Done then);
+  void restore(const std::string& id, const std::string& snapshot, OpenSandbox::Done then);
 
   /// A text of the server's own that outlives it; missing for none.
   std::optional<std::string> note(const std::string& name);
@@ -98,14 +98,14 @@ class Registry {
     std::optional<std::chrono::sys_seconds> expires;
     bool isInMemory = false;
     /// Null while its files are closed.
-    std::shared_ptr<World> world = {};
-    /// By the world's count.
+    std::shared_ptr<OpenSandbox> sandbox = {};
+    /// By the sandbox's count.
     int timeOpened = 0;
     /// While they are being closed.
-    std::weak_ptr<World> closing = {};
+    std::weak_ptr<OpenSandbox> closing = {};
     std::chrono::steady_clock::time_point lastUse = {};
 
-    bool isInUse() const { return world.use_count() > 1; }
+    bool isInUse() const { return sandbox.use_count() > 1; }
   };
 
   void readEntries();

@@ -34,9 +34,9 @@ void App::completeFinishedOperations() {
   startWaiting();
 }
 
-void App::run(const WorldPtr& world, const std::string& name, Done done, Start start) {
+void App::run(const SandboxPtr& sandbox, const std::string& name, Done done, Start start) {
   const auto operation =
-      std::make_shared<Operation>(Operation{world, name, std::move(done), std::move(start)});
+      std::make_shared<Operation>(Operation{sandbox, name, std::move(done), std::move(start)});
   Platform::current()->mainQueue()->async([weak = weak_from_this(), operation] {
     const auto app = weak.lock();
     if (!app) return;
@@ -47,7 +47,7 @@ void App::run(const WorldPtr& world, const std::string& name, Done done, Start s
 
 void App::startWaiting() {
   while (!waiting_.empty()) {
-    if (waiting_.front()->world != world_ && !running_.empty()) return;
+    if (waiting_.front()->sandbox != current_ && !running_.empty()) return;
     const auto operation = std::move(waiting_.front());
     waiting_.pop_front();
     begin(operation);
@@ -58,7 +58,7 @@ void App::startWaiting() {
 
 void App::begin(const OperationPtr& operation) {
   try {
-    if (operation->world != world_) switchTo(operation->world);
+    if (operation->sandbox != current_) switchTo(operation->sandbox);
     auto& journal = sandbox_->journal();
     if (!running_.empty()) journal.joinOperation(operation->name);
     operation->number =
@@ -98,12 +98,12 @@ std::string App::reasonForNoSynchronisation(std::int64_t before) const {
   return "already synchronising";
 }
 
-void App::switchTo(const WorldPtr& world) {
+void App::switchTo(const SandboxPtr& sandbox) {
   SandboxOptions options;
-  options.storePath = registry_.pathOf(*world);
-  auto opened = Sandbox::over(world->sharedStore(), options).value();
+  options.storePath = registry_.pathOf(*sandbox);
+  auto opened = Sandbox::over(sandbox->sharedStore(), options).value();
   app_.reset();
-  world_ = world;
+  current_ = sandbox;
   sandbox_ = std::move(opened);
   app_ = std::make_unique<SimulatedApp>(sandbox_, sandbox_->host(),
                                         [sandbox = sandbox_.get()] { return sandbox->isQuiet(); });

@@ -25,7 +25,7 @@ namespace hlv::sandbox::server {
 /// process.
 class App : public std::enable_shared_from_this<App> {
  public:
-  using WorldPtr = std::shared_ptr<World>;
+  using SandboxPtr = std::shared_ptr<OpenSandbox>;
   using CallPtr = std::shared_ptr<const AppCall>;
   struct Operation;
   /// Called once on the main thread, when the kit has called back or nothing more can happen.
@@ -34,7 +34,7 @@ class App : public std::enable_shared_from_this<App> {
   /// be. On the main thread.
   using Start = std::function<CallPtr(App&)>;
   struct Operation {
-    WorldPtr world;
+    SandboxPtr sandbox;
     std::string name;
     Done done;
     Start start;
@@ -49,7 +49,7 @@ class App : public std::enable_shared_from_this<App> {
   explicit App(Registry& registry);
   ~App();
 
-  void run(const WorldPtr& world, const std::string& name, Done done, Start start);
+  void run(const SandboxPtr& sandbox, const std::string& name, Done done, Start start);
 
   // What an operation starts with.
 
@@ -68,13 +68,13 @@ class App : public std::enable_shared_from_this<App> {
   void startWaiting();
   void begin(const OperationPtr& operation);
   /// Ends the app, and makes one over another sandbox.
-  void switchTo(const WorldPtr& world);
+  void switchTo(const SandboxPtr& sandbox);
   /// Empty where one began after the event `before`.
   std::string reasonForNoSynchronisation(std::int64_t before) const;
 
   Registry& registry_;
   // On the main thread only.
-  WorldPtr world_;
+  SandboxPtr current_;
   std::shared_ptr<Sandbox> sandbox_;
   std::deque<OperationPtr> waiting_;
   std::vector<OperationPtr> running_;

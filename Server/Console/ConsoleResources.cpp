@@ -71,7 +71,7 @@ std::shared_ptr<EnteredAddress> addressOf(const Json& json) {
 
 /// The sandboxes that a page names, with commas between; without any, the one whose path it asked.
 std::set<std::string> followedBy(const Exchange& exchange) {
-  std::istringstream named(exchange.request.queryValue("sandbox").value_or(exchange.world->id()));
+  std::istringstream named(exchange.request.queryValue("sandbox").value_or(exchange.sandbox->id()));
   std::set<std::string> sandboxes;
   for (std::string id; std::getline(named, id, ',');) sandboxes.insert(id);
   return sandboxes;
@@ -121,7 +121,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     const auto body = exchange.body();
     requireKnownMembers(body, {"email"});
     const auto email = textIn(body, "email").value_or("");
-    app->run(exchange.world, "sign in", replying(exchange), [email](App& running) {
+    app->run(exchange.sandbox, "sign in", replying(exchange), [email](App& running) {
       running.announce([&] {
         const auto signedIn = running.sandbox().signIn(email);
         if (!signedIn) throw HttpError(422, "address-refused", signedIn.problem());
@@ -130,7 +130,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     });
   });
   routes.add("DELETE", "app/guest", [app](const Exchange& exchange) {
-    app->run(exchange.world, "sign out", replying(exchange), [](App& running) {
+    app->run(exchange.sandbox, "sign out", replying(exchange), [](App& running) {
       running.sandbox().signOut();
       return nullptr;
     });
@@ -140,7 +140,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     requireKnownMembers(body, {"on"});
     const bool isOn = requiredFlagIn(body, "on");
     const auto* name = isOn ? "network on" : "network off";
-    app->run(exchange.world, name, replying(exchange), [isOn](App& running) {
+    app->run(exchange.sandbox, name, replying(exchange), [isOn](App& running) {
       const auto change = [&] { running.sandbox().setReachable(isOn); };
       if (isOn && !running.sandbox().isReachable()) {
         running.announce(change);
@@ -151,7 +151,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     });
   });
   routes.add("POST", "app/foreground", [app](const Exchange& exchange) {
-    app->run(exchange.world, "foreground", replying(exchange), [](App& running) {
+    app->run(exchange.sandbox, "foreground", replying(exchange), [](App& running) {
       running.announce([&] { running.sandbox().enterForeground(); });
       return nullptr;
     });
@@ -162,7 +162,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     const auto address = body.contains("billing_address")
                              ? addressOf(objectIn(body, "billing_address"))
                              : EnteredAddress::make({});
-    app->run(exchange.world, "add", replying(exchange), [card, address](App& running) {
+    app->run(exchange.sandbox, "add", replying(exchange), [card, address](App& running) {
       return running.kit().add(card, address, signedInGuest());
     });
   });
@@ -171,10 +171,10 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     const auto start = [id = exchange.part(2), address](App& running) {
       return running.kit().update(id, address, signedInGuest());
     };
-    app->run(exchange.world, "update", replying(exchange), start);
+    app->run(exchange.sandbox, "update", replying(exchange), start);
   });
   routes.add("DELETE", "app/cards/*", [app](const Exchange& exchange) {
-    app->run(exchange.world, "delete", replying(exchange), [id = exchange.part(2)](App& running) {
+    app->run(exchange.sandbox, "delete", replying(exchange), [id = exchange.part(2)](App& running) {
       const auto guest = signedInGuest();
       const auto cards = running.sandbox().backendCards();
       const auto* card = findCard(cards, id);
@@ -182,7 +182,7 @@ void addApp(ApiRoutes& routes, const AppPtr& app) {
     });
   });
   routes.add("POST", "reset", [app](const Exchange& exchange) {
-    app->run(exchange.world, "reset", replying(exchange), [](App& running) {
+    app->run(exchange.sandbox, "reset", replying(exchange), [](App& running) {
       running.sandbox().reset();
       return nullptr;
     });

@@ -34,13 +34,13 @@ std::string eventOf(const std::string& name, const std::string& sandbox, Json da
 class SandboxFeed {
  public:
   /// Null for a sandbox that does not exist, of which that is all that is new.
-  explicit SandboxFeed(std::shared_ptr<World> world) : world_(std::move(world)) {}
+  explicit SandboxFeed(std::shared_ptr<OpenSandbox> sandbox) : sandbox_(std::move(sandbox)) {}
 
-  const std::shared_ptr<World>& world() const { return world_; }
+  const std::shared_ptr<OpenSandbox>& sandbox() const { return sandbox_; }
 
   std::string next() {
     // Read first, so that what comes meanwhile is found the next time.
-    const auto changes = world_->store().changes();
+    const auto changes = sandbox_->store().changes();
     if (changes == changes_ && !hasMore_) return "";
     startAgainAfterRestore();
     auto news = newEvents() + newData() + newRequests();
@@ -52,7 +52,7 @@ class SandboxFeed {
  private:
   /// The events of a snapshot, and of an empty store, are other ones.
   void startAgainAfterRestore() {
-    const auto last = world_->store().read([](Database& database) {
+    const auto last = sandbox_->store().read([](Database& database) {
       return database.integer("SELECT coalesce(max(number), 0) FROM events");
     });
     if (last >= lastEvent_) return;
@@ -61,38 +61,38 @@ class SandboxFeed {
   }
 
   std::string newEvents() {
-    const Journal journal(world_->sharedStore(), "start");
+    const Journal journal(sandbox_->sharedStore(), "start");
     const auto timeline = hasBegun_ ? journal.since(lastEvent_) : journal.last(operationsAtFirst);
     if (hasBegun_ && timeline.empty()) return "";
     for (const auto& operation : timeline) {
       for (const auto& event : operation.events) lastEvent_ = std::max(lastEvent_, event.number);
     }
-    return eventOf("timeline", world_->id(),
+    return eventOf("timeline", sandbox_->id(),
                    {{"whole", !hasBegun_}, {"operations", listOf(timeline)}});
   }
 
   std::string newRequests() {
-    auto log = world_->store().read([this](Database& database) {
+    auto log = sandbox_->store().read([this](Database& database) {
       if (!hasBegun_)
         lastRequest_ = std::max<std::int64_t>(RequestLog::last(database) - requestsAtFirst, 0);
       return RequestLog::read(database, {.after = lastRequest_, .limit = requestsAtFirst},
-                              world_->id());
+                              sandbox_->id());
     });
     hasMore_ = !log["next"].is_null();
     auto& requests = log["requests"];
     if (hasBegun_ && requests.empty()) return "";
     if (!requests.empty()) lastRequest_ = requests.back()["number"];
-    return eventOf("requests", world_->id(), {{"whole", !hasBegun_}, {"requests", requests}});
+    return eventOf("requests", sandbox_->id(), {{"whole", !hasBegun_}, {"requests", requests}});
   }
 
   std::string newData() {
-    auto stored = world_->store().read(storedData);
+    auto stored = sandbox_->store().read(storedData);
     if (stored == stored_) return "";
     stored_ = std::move(stored);
-    return eventOf("stored", world_->id(), stored_);
+    return eventOf("stored", sandbox_->id(), stored_);
   }
 
-  const std::shared_ptr<World> world_;
+  const std::shared_ptr<OpenSandbox> sandbox_;
   bool hasBegun_ = false;
   bool hasMore_ = true;
   std::int64_t changes_ = 0;
@@ -132,18 +132,18 @@ EventStream liveFeed(Registry& registry, const std::set<std::string>& sandboxes)
   return [&registry, feeds = std::move(feeds)]() mutable {
     std::string news;
     for (auto& [id, feed] : feeds) {
-      std::shared_ptr<World> world;
+      std::shared_ptr<OpenSandbox> sandbox;
       try {
-        world = registry.world(id);
+        sandbox = registry.open(id);
       } catch (const HttpError& error) {
         if (error.status != 404) throw;
       }
       // One that was deleted and made again is another one.
-      if (!feed || feed->world() != world) {
-        feed = std::make_shared<SandboxFeed>(world);
-        news += eventOf("state", id, {{"state", world ? "live" : "deleted"}});
+      if (!feed || feed->sandbox() != sandbox) {
+        feed = std::make_shared<SandboxFeed>(sandbox);
+        news += eventOf("state", id, {{"state", sandbox ? "live" : "deleted"}});
       }
-      if (world) news += feed->next();
+      if (sandbox) news += feed->next();
     }
     return news;
   };

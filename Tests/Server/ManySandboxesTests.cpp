@@ -69,8 +69,8 @@ TEST_F(ManySandboxes, HaveNoGapInTheLogWhenTheyAreUsedAgainBeforeTheyAreClosed) 
   boost::asio::post(*writers, [&] { go.get_future().wait(); });
   auto registry = std::make_unique<Registry>(storePath(), std::nullopt, writers);
   for (const auto* id : {"a", "b", "c"}) registry->create({.id = id});
-  EXPECT_FALSE(registry->openWorld("a")) << "it waits for its end";
-  const auto again = registry->world("a");
+  EXPECT_FALSE(registry->findOpen("a")) << "it waits for its end";
+  const auto again = registry->open("a");
   // Those that wait for their end leave descriptors to others.
   for (int i = 0; i < 20; ++i) registry->create({.id = "more" + std::to_string(i)});
   go.set_value();

@@ -20,10 +20,10 @@ using Writers = boost::asio::thread_pool;
 
 /// Writes that come together share a commit, and with it what is new in the request log.
 ///
-/// Threading: any. A write holds the world until it is done.
-class World : public std::enable_shared_from_this<World> {
+/// Threading: any. A write holds the sandbox until it is done.
+class OpenSandbox : public std::enable_shared_from_this<OpenSandbox> {
  public:
-  World(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Writers> writers);
+  OpenSandbox(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Writers> writers);
 
   const std::string& id() const { return id_; }
   Store& store() { return *store_; }

@@ -1,4 +1,4 @@
-#include "Server/Api/World.h"
+#include "Server/Api/OpenSandbox.h"
 
 #include <boost/asio/post.hpp>
 #include <utility>
@@ -9,30 +9,31 @@
 
 namespace hlv::sandbox::server {
 
-World::World(std::string id, std::shared_ptr<Store> store, std::shared_ptr<Writers> writers)
+OpenSandbox::OpenSandbox(std::string id, std::shared_ptr<Store> store,
+                         std::shared_ptr<Writers> writers)
     : id_(std::move(id)), store_(std::move(store)), writers_(std::move(writers)) {
   readSalt();
 }
 
-void World::readSalt() {
+void OpenSandbox::readSalt() {
   // There from the first time on, and then no write waits for the disk.
   auto salt = store_->write(IdempotentRequest::salt);
   const std::lock_guard lock(mutex_);
   salt_ = std::move(salt);
 }
 
-std::string World::salt() const {
+std::string OpenSandbox::salt() const {
   const std::lock_guard lock(mutex_);
   return salt_;
 }
 
-void World::write(Body body, Done done) { submit({std::move(body), {}, std::move(done)}); }
+void OpenSandbox::write(Body body, Done done) { submit({std::move(body), {}, std::move(done)}); }
 
-void World::runAlone(std::function<void()> work, Done done) {
+void OpenSandbox::runAlone(std::function<void()> work, Done done) {
   submit({{}, std::move(work), std::move(done)});
 }
 
-void World::flushLog() {
+void OpenSandbox::flushLog() {
   if (!log_.hasNews() || isFlushing_.exchange(true)) return;
   const auto flush = [this] {
     isFlushing_ = false;
@@ -43,7 +44,7 @@ void World::flushLog() {
   submit({{}, flush, [](const std::exception_ptr&) {}});
 }
 
-void World::submit(Task task) {
+void OpenSandbox::submit(Task task) {
   {
     const std::lock_guard lock(mutex_);
     tasks_.push_back(std::move(task));
@@ -52,7 +53,7 @@ void World::submit(Task task) {
   boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
 }
 
-void World::drain() {
+void OpenSandbox::drain() {
   std::deque<Task> tasks;
   {
     const std::lock_guard lock(mutex_);
@@ -72,11 +73,11 @@ void World::drain() {
     isDraining_ = !tasks_.empty();
     if (!isDraining_) return;
   }
-  // After other worlds' turns.
+  // After other sandboxes' turns.
   boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
 }
 
-void World::performAlone(const Task& task) {
+void OpenSandbox::performAlone(const Task& task) {
   std::exception_ptr problem;
   try {
     task.alone();
@@ -86,7 +87,7 @@ void World::performAlone(const Task& task) {
   task.done(problem);
 }
 
-void World::performTogether(std::deque<Task>& tasks) {
+void OpenSandbox::performTogether(std::deque<Task>& tasks) {
   std::vector<Store::Part> parts;
   parts.reserve(tasks.size() + 1);
   // First, so that a task can read the log.
@@ -98,14 +99,14 @@ void World::performTogether(std::deque<Task>& tasks) {
   for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].done(parts[first + i].problem);
 }
 
-int World::openLog() {
+int OpenSandbox::openLog() {
   const std::lock_guard lock(openingMutex_);
   if (!isLogOpen_) store_->record(RequestLog::open);
   isLogOpen_ = true;
   return ++timesOpened_;
 }
 
-void World::closeLog(int time) {
+void OpenSandbox::closeLog(int time) {
   const std::lock_guard lock(openingMutex_);
   if (time != timesOpened_) return;
   try {
@@ -120,7 +121,7 @@ void World::closeLog(int time) {
   }
 }
 
-void World::restore(const std::string& copy) {
+void OpenSandbox::restore(const std::string& copy) {
   const auto revision = store_->read(readRevision);
   store_->replaceBy(copy, RequestLog::tables, [&](Database& database) {
     RequestLog::markOpen(database);
