@@ -22,17 +22,18 @@ def lives(served, command, clients, seconds):
     begun = time.monotonic()
 
     def live(number):
-        served.wanted(201, "provider", f"PUT /v1/sandboxes/c{number}")
+        sandbox = f"/v1/sandboxes/c{number}"
         services = [part for name in ("backend", "provider")
                     for part in ("--" + name, f"{served.urls[name]}/sandboxes/c{number}")]
         lived = crossed = 0
         while time.monotonic() < begun + seconds:
+            served.wanted(201, "provider", "PUT " + sandbox)
             demo = subprocess.run([command, *services, "demo", "--test-cards", "--json"],
                                   stdout=subprocess.PIPE, text=True)
             last = json.loads(demo.stdout)["steps"][-1]
             own = demo.returncode == 0 and len(last["backend"]) == len(last["provider"]) == 1
             lived, crossed = lived + 1, crossed + (not own)
-            served.wanted(200, "provider", f"POST /sandboxes/c{number}/v1/sandbox/reset")
+            served.wanted(204, "provider", "DELETE " + sandbox)
         return lived, crossed
 
     with ThreadPoolExecutor(clients) as pool:
