@@ -107,11 +107,11 @@ inline std::optional<std::string> explore(const Scenario& scenario, const Limits
       if (const auto violation = violationOf(scenario, history)) {
         keepIfShorter(history, *violation);
       }
+      if (progress.histories % 100'000 == 0 && isatty(STDERR_FILENO)) {
+        std::cerr << "\r" << progress.histories << " histories of " << scenario.name << std::flush;
+      }
     }
     goesOn = choices.next();
-    if (isatty(STDERR_FILENO) && progress.histories % 100'000 == 0) {
-      std::cerr << "\r" << progress.histories << " histories of " << scenario.name << std::flush;
-    }
   }
   progress.failed = shortest.has_value();
   if (!goesOn) ++progress.ended;
