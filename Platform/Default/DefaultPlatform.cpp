@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Platform/Default/DefaultNotificationCenter.h"
+#include "Platform/Default/TaskQueue.h"
 #include "Platform/Default/WorkerThreads.h"
 #include "Platform/SharedSlot.h"
 
