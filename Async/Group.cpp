@@ -5,14 +5,14 @@
 namespace hlv {
 
 void Group::enter() {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   ++entered_;
 }
 
 void Group::leave() {
   std::vector<Waiter> ready;
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     if (entered_ == 0 || --entered_ > 0) return;
     ready.swap(waiters_);
   }
@@ -21,7 +21,7 @@ void Group::leave() {
 
 void Group::notify(std::shared_ptr<Queue> queue, Block block) {
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     if (entered_ > 0) {
       waiters_.push_back({std::move(queue), std::move(block)});
       return;

@@ -3,10 +3,10 @@
 
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "Platform/Queue.h"
+#include "Values/Mutex.h"
 
 namespace hlv {
 
@@ -35,9 +35,9 @@ class Group {
     Block block;
   };
 
-  std::mutex mutex_;
-  std::size_t entered_ = 0;
-  std::vector<Waiter> waiters_;
+  Mutex mutex_;
+  std::size_t entered_ HLV_GUARDED_BY(mutex_) = 0;
+  std::vector<Waiter> waiters_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv

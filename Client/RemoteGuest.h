@@ -3,7 +3,6 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "Sandbox/JSON/CardRecords.h"
 #include "Sandbox/Sandbox.h"
 #include "Values/List.h"
+#include "Values/Mutex.h"
 
 namespace hlv::client {
 
@@ -31,25 +31,25 @@ class RemoteGuest final : public HLVSDKGuest {
 
   /// A record without cards leaves those that are known.
   void learn(sandbox::BackendGuest record) {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     if (record.revision < record_.revision) return;
     if (!record.cards) record.cards = std::move(record_.cards);
     record_ = std::move(record);
   }
   /// Whatever comes next counts as the latest.
   void forgetRevision() {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     record_.revision = 0;
   }
   sandbox::BackendGuest record() const {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     return record_;
   }
 
  private:
-  mutable std::mutex mutex_;
+  mutable Mutex mutex_;
   /// Never without cards.
-  sandbox::BackendGuest record_;
+  sandbox::BackendGuest record_ HLV_GUARDED_BY(mutex_);
 };
 
 /// The session of this side with a backend. Kept in the local sandbox, one for each backend, so
@@ -84,7 +84,7 @@ class RemoteSession {
 class RemoteGuests {
  public:
   std::shared_ptr<RemoteGuest> guest(const std::string& email) {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     auto& guest = guests_[email];
     if (!guest) guest = std::make_shared<RemoteGuest>(email);
     return guest;
@@ -98,8 +98,8 @@ class RemoteGuests {
   }
 
  private:
-  std::mutex mutex_;
-  std::map<std::string, std::shared_ptr<RemoteGuest>> guests_;
+  Mutex mutex_;
+  std::map<std::string, std::shared_ptr<RemoteGuest>> guests_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv::client

@@ -1,10 +1,10 @@
-#include <mutex>
 #include <utility>
 
 #include "Client/RemoteService.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/JSON/InstrumentRecords.h"
 #include "Sandbox/Provider/CardInstruments.h"
+#include "Values/Mutex.h"
 #include "Values/Send.h"
 
 namespace hlv::client {
@@ -69,7 +69,7 @@ class RemoteProvider final : public PLVInAppClient {
 
   void registerWithAPIKey(const NullableString& key) override {
     service_.recordOneWayCall("registerWithAPIKey");
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     key_ = key;
   }
 
@@ -138,13 +138,13 @@ class RemoteProvider final : public PLVInAppClient {
 
  private:
   NullableString key() const {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     return key_;
   }
 
   const RemoteService service_;
-  mutable std::mutex mutex_;
-  NullableString key_;
+  mutable Mutex mutex_;
+  NullableString key_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace

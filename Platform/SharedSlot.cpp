@@ -3,12 +3,12 @@
 namespace hlv {
 
 std::shared_ptr<void> AnySharedSlot::loadAny() const {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   return value_;
 }
 
 void AnySharedSlot::storeAny(std::shared_ptr<void> value) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   value_.swap(value);
   // `value`, the parameter, outlives the lock.
 }

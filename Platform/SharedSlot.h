@@ -3,8 +3,9 @@
 
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 #include <utility>
+
+#include "Values/Mutex.h"
 
 namespace hlv {
 
@@ -15,8 +16,8 @@ class AnySharedSlot {
   void storeAny(std::shared_ptr<void> value);
 
  private:
-  mutable std::mutex mutex_;
-  std::shared_ptr<void> value_;
+  mutable Mutex mutex_;
+  std::shared_ptr<void> value_ HLV_GUARDED_BY(mutex_);
 };
 
 /// Threading: any. What is replaced is let go outside the lock, so that a destructor may come back.

@@ -36,7 +36,7 @@ std::unique_ptr<Observation> DefaultNotificationCenter::observe(const NullableSt
   if (!name) return nullptr;
   auto observer = std::make_shared<Observer>(*name, std::move(handler));
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     observers_.push_back(observer);
   }
   return std::make_unique<Entry>(weak_from_this(), std::move(observer));
@@ -45,7 +45,7 @@ std::unique_ptr<Observation> DefaultNotificationCenter::observe(const NullableSt
 void DefaultNotificationCenter::post(const Notification& notification) {
   std::vector<std::shared_ptr<Observer>> observers;
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     std::copy_if(observers_.begin(), observers_.end(), std::back_inserter(observers),
                  [&](const auto& observer) { return notification.name == observer->name; });
   }
@@ -55,7 +55,7 @@ void DefaultNotificationCenter::post(const Notification& notification) {
 }
 
 void DefaultNotificationCenter::remove(const std::shared_ptr<Observer>& observer) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   std::erase(observers_, observer);
 }
 

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "Platform/NotificationCenter.h"
+#include "Values/Mutex.h"
 
 namespace hlv {
 
@@ -22,9 +22,9 @@ class DefaultNotificationCenter final
   class Entry;
   void remove(const std::shared_ptr<Observer>& observer);
 
-  std::mutex mutex_;
+  Mutex mutex_;
   // Of every name, in the order in which they began.
-  std::vector<std::shared_ptr<Observer>> observers_;
+  std::vector<std::shared_ptr<Observer>> observers_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv

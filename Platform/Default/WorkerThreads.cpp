@@ -9,7 +9,7 @@ WorkerThreads::~WorkerThreads() { end(); }
 void WorkerThreads::end() {
   std::vector<std::thread> ending;
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     hasEnded_ = true;
     ending.swap(threads_);
   }
@@ -23,7 +23,7 @@ void WorkerThreads::end() {
 void WorkerThreads::post(Block block, std::shared_ptr<TaskQueue::Strand> strand) {
   tasks_->post(std::move(block), std::move(strand));
   constexpr std::size_t count = 2;
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   while (!hasEnded_ && threads_.size() < count) {
     threads_.emplace_back([line = tasks_, finished = finished_] {
       pthread_setname_np(pthread_self(), "serial-queue");

@@ -3,12 +3,12 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "Platform/Default/TaskQueue.h"
+#include "Values/Mutex.h"
 
 namespace hlv {
 
@@ -30,9 +30,9 @@ class WorkerThreads {
   // A thread on which this object ends goes on without it to the end of its block.
   const std::shared_ptr<TaskQueue> tasks_ = std::make_shared<TaskQueue>();
   const std::function<void()> finished_;
-  std::mutex mutex_;
-  bool hasEnded_ = false;
-  std::vector<std::thread> threads_;
+  Mutex mutex_;
+  bool hasEnded_ HLV_GUARDED_BY(mutex_) = false;
+  std::vector<std::thread> threads_ HLV_GUARDED_BY(mutex_);
 };
 
 }  // namespace hlv

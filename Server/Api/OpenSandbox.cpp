@@ -18,12 +18,12 @@ OpenSandbox::OpenSandbox(std::string id, std::shared_ptr<Store> store,
 void OpenSandbox::readSalt() {
   // There from the first time on, and then no write waits for the disk.
   auto salt = store_->write(IdempotentRequest::salt);
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   salt_ = std::move(salt);
 }
 
 std::string OpenSandbox::salt() const {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   return salt_;
 }
 
@@ -46,7 +46,7 @@ void OpenSandbox::flushLog() {
 
 void OpenSandbox::submit(Task task) {
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     tasks_.push_back(std::move(task));
     if (std::exchange(isDraining_, true)) return;
   }
@@ -56,7 +56,7 @@ void OpenSandbox::submit(Task task) {
 void OpenSandbox::drain() {
   std::deque<Task> tasks;
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     do {
       tasks.push_back(std::move(tasks_.front()));
       tasks_.pop_front();
@@ -69,7 +69,7 @@ void OpenSandbox::drain() {
   }
   tasks.clear();
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     isDraining_ = !tasks_.empty();
     if (!isDraining_) return;
   }
@@ -100,14 +100,14 @@ void OpenSandbox::performTogether(std::deque<Task>& tasks) {
 }
 
 int OpenSandbox::openLog() {
-  const std::lock_guard lock(openingMutex_);
+  const Lock lock(openingMutex_);
   if (!isLogOpen_) store_->record(RequestLog::open);
   isLogOpen_ = true;
   return ++timesOpened_;
 }
 
 void OpenSandbox::closeLog(int time) {
-  const std::lock_guard lock(openingMutex_);
+  const Lock lock(openingMutex_);
   if (time != timesOpened_) return;
   try {
     store_->record([this](Database& database) {

@@ -7,11 +7,11 @@
 #include <exception>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "Sandbox/Store/Store.h"
 #include "Server/Api/RequestLog.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox::server {
 
@@ -71,15 +71,15 @@ class OpenSandbox : public std::enable_shared_from_this<OpenSandbox> {
   const std::shared_ptr<Store> store_;
   const std::shared_ptr<Writers> writers_;
   RequestLog log_;
-  mutable std::mutex mutex_;
-  std::string salt_;
-  std::deque<Task> tasks_;
-  bool isDraining_ = false;
+  mutable Mutex mutex_;
+  std::string salt_ HLV_GUARDED_BY(mutex_);
+  std::deque<Task> tasks_ HLV_GUARDED_BY(mutex_);
+  bool isDraining_ HLV_GUARDED_BY(mutex_) = false;
   std::atomic<bool> isFlushing_{false};
   std::atomic<bool> isRemoved_{false};
-  std::mutex openingMutex_;
-  int timesOpened_ = 0;
-  bool isLogOpen_ = false;
+  Mutex openingMutex_;
+  int timesOpened_ HLV_GUARDED_BY(openingMutex_) = 0;
+  bool isLogOpen_ HLV_GUARDED_BY(openingMutex_) = false;
 };
 
 }  // namespace hlv::sandbox::server

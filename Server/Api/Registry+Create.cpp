@@ -63,7 +63,7 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
     throw;
   }
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     auto& kept = entries_[id] = std::move(entry);
     if (!wanted.isInMemory) keepOpen(kept);
   }
@@ -73,7 +73,7 @@ SandboxDescription Registry::create(const NewSandbox& wanted) {
 std::shared_ptr<void> Registry::reserve(const std::string& id) {
   if (!reserved_.insert(id).second) return nullptr;
   return {this, [id](Registry* self) {
-            const std::lock_guard lock(self->mutex_);
+            const Lock lock(self->mutex_);
             self->reserved_.erase(id);
           }};
 }
@@ -87,7 +87,7 @@ std::shared_ptr<void> Registry::reserveNew(const std::string& id, const NewSandb
       (*wanted.secondsToLive < 1 || *wanted.secondsToLive > 366L * 86'400)) {
     throw HttpError(422, "invalid-time-to-live", "A sandbox lives for a second to a year.");
   }
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   const auto inMemory =
       std::ranges::count_if(entries_, [](const auto& each) { return each.second.isInMemory; });
   if (entries_.size() + reserved_.size() > mostSandboxes ||
@@ -118,16 +118,18 @@ void Registry::remove(const std::string& id) {
   if (id == defaultID) {
     throw HttpError(409, "default-sandbox", "The default sandbox can be reset, not deleted.");
   }
-  std::unique_lock lock(mutex_);
-  const auto reserved = entries_.contains(id) ? reserve(id) : nullptr;
-  lock.unlock();
+  const auto reserved = [&] {
+    const Lock lock(mutex_);
+    return entries_.contains(id) ? reserve(id) : nullptr;
+  }();
   if (!reserved) throw noSuchSandbox();
   registry_->write(
       [&](Database& database) { database.run("DELETE FROM sandboxes WHERE id = ?", id); });
-  lock.lock();
-  std::erase(open_, &entries_.at(id));
-  const auto removed = entries_.extract(id);
-  lock.unlock();
+  const auto removed = [&] {
+    const Lock lock(mutex_);
+    std::erase(open_, &entries_.at(id));
+    return entries_.extract(id);
+  }();
   const auto& entry = removed.mapped();
   if (const auto sandbox = entry.sandbox ? entry.sandbox : entry.closing.lock())
     sandbox->markRemoved();

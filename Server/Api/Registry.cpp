@@ -92,6 +92,7 @@ Registry::~Registry() {
 
 void Registry::readEntries() {
   registry_->read([this](Database& database) {
+    const Lock lock(mutex_);
     auto row = database.query("SELECT id, created, expires FROM sandboxes");
     while (row.next()) {
       auto& entry = entries_[row.text(0)];
@@ -99,15 +100,17 @@ void Registry::readEntries() {
       if (const auto expires = row.integerOrNull(2)) entry.expires = timeOf(*expires);
     }
   });
-  removeAllBut(folder_,
-               [this](const auto& id) { return id == "registry" || entries_.contains(id); });
+  removeAllBut(folder_, [this](const auto& id) {
+    const Lock lock(mutex_);
+    return id == "registry" || entries_.contains(id);
+  });
   std::set<std::string> kept;
   for (const auto& each : snapshots()) kept.insert(each.id);
   removeAllBut(folder_ + "/snapshots", [&](const auto& id) { return kept.contains(id); });
 }
 
 void Registry::setURLs(PublicURLs urls) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   urls_ = std::move(urls);
 }
 
@@ -133,7 +136,7 @@ std::string Registry::storePathOf(const std::string& id) const {
 // What is open.
 
 std::shared_ptr<OpenSandbox> Registry::open(const std::string& id) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   auto& entry = entryOf(id);
   if (!entry.sandbox) {
     auto opened = entry.closing.lock();
@@ -147,7 +150,7 @@ std::shared_ptr<OpenSandbox> Registry::open(const std::string& id) {
 }
 
 std::shared_ptr<OpenSandbox> Registry::findOpen(const std::string& id) {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   const auto found = entries_.find(id);
   return found == entries_.end() ? nullptr : found->second.sandbox;
 }
@@ -182,7 +185,7 @@ void Registry::close(Entry& entry) {
 }
 
 std::string Registry::pathOf(const OpenSandbox& sandbox) const {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   const auto found = entries_.find(sandbox.id());
   return found == entries_.end() || found->second.isInMemory ? "" : storePathOf(sandbox.id());
 }
@@ -190,7 +193,7 @@ std::string Registry::pathOf(const OpenSandbox& sandbox) const {
 void Registry::post(std::function<void()> task) { boost::asio::post(*writers_, std::move(task)); }
 
 void Registry::runMaintenance() {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   const auto idleSince = std::chrono::steady_clock::now() - idleTime;
   for (auto& [id, entry] : entries_) {
     if (entry.expires && *entry.expires <= machineTime()) {
@@ -215,7 +218,7 @@ void Registry::runMaintenance() {
 
 std::vector<SandboxDescription> Registry::list(const std::string& after, std::size_t limit) {
   const auto idAfter = [this](const std::string& id) {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     const auto next = entries_.upper_bound(id);
     return next == entries_.end() ? std::string() : next->first;
   };
@@ -245,7 +248,7 @@ SandboxDescription Registry::describe(const std::string& id) {
 SandboxDescription Registry::describeEntry(const std::string& id) {
   SandboxDescription description;
   description.id = id;
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   const auto& entry = entryOf(id);
   description.isInMemory = entry.isInMemory;
   description.created = timeText(entry.created);

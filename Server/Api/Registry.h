@@ -8,7 +8,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -20,6 +19,7 @@
 #include "Server/Api/OpenSandbox.h"
 #include "Server/Http/HttpError.h"
 #include "Server/Http/HttpMessages.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox::server {
 
@@ -111,13 +111,13 @@ class Registry {
   void readEntries();
   SandboxDescription describeEntry(const std::string& id);
   void describeStore(SandboxDescription& description);
-  /// With the lock. Throws 404, also for one whose time is over.
-  Entry& entryOf(const std::string& id);
-  void keepOpen(Entry& entry);
+  /// Throws 404, also for one whose time is over.
+  Entry& entryOf(const std::string& id) HLV_REQUIRES(mutex_);
+  void keepOpen(Entry& entry) HLV_REQUIRES(mutex_);
   void close(Entry& entry);
   /// Nobody else makes or removes one of this name until what is returned goes; null where somebody
-  /// does. With the lock.
-  std::shared_ptr<void> reserve(const std::string& id);
+  /// does.
+  std::shared_ptr<void> reserve(const std::string& id) HLV_REQUIRES(mutex_);
   std::shared_ptr<void> reserveNew(const std::string& id, const NewSandbox& wanted);
   std::shared_ptr<Store> makeStore(const std::string& id, const NewSandbox& wanted) const;
   void removeFiles(const std::string& id) const;
@@ -133,12 +133,12 @@ class Registry {
   std::shared_ptr<Store> registry_;
   const std::shared_ptr<Writers> writers_;
   const std::size_t mostOpen_;
-  mutable std::mutex mutex_;
-  PublicURLs urls_;
-  std::map<std::string, Entry> entries_;
-  std::set<std::string> reserved_;
+  mutable Mutex mutex_;
+  PublicURLs urls_ HLV_GUARDED_BY(mutex_);
+  std::map<std::string, Entry> entries_ HLV_GUARDED_BY(mutex_);
+  std::set<std::string> reserved_ HLV_GUARDED_BY(mutex_);
   /// Those that are open and have files; not the default one.
-  std::vector<Entry*> open_;
+  std::vector<Entry*> open_ HLV_GUARDED_BY(mutex_);
   /// How many wait for their end.
   std::atomic<std::size_t> closing_{0};
 };

@@ -139,7 +139,7 @@ void RequestLog::add(const FinishedRequest& finished, const std::string& listene
         listener, requestBytes, replyBytes, code.empty() ? std::nullopt : std::optional(code),
         packed(events, at));
   };
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   news_.push_back(std::make_shared<const Insert>(std::move(insert)));
   // What would go at once when it was written need not be written.
   if (news_.size() <= static_cast<std::size_t>(requestsKept)) return;
@@ -148,14 +148,14 @@ void RequestLog::add(const FinishedRequest& finished, const std::string& listene
 }
 
 bool RequestLog::hasNews() const {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   return !news_.empty();
 }
 
 void RequestLog::write(Database& database) {
-  decltype(news_) news;
+  std::deque<std::shared_ptr<const Insert>> news;
   {
-    const std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     news = news_;
     written_ = forgotten_ + static_cast<std::int64_t>(news.size());
   }
@@ -164,7 +164,7 @@ void RequestLog::write(Database& database) {
 }
 
 void RequestLog::forgetWritten() {
-  const std::lock_guard lock(mutex_);
+  const Lock lock(mutex_);
   for (; forgotten_ < written_; ++forgotten_) news_.pop_front();
 }
 

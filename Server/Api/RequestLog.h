@@ -5,7 +5,6 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "Sandbox/JSON/Json.h"
 #include "Sandbox/Store/Database.h"
 #include "Server/Http/HttpMessages.h"
+#include "Values/Mutex.h"
 
 namespace hlv::sandbox::server {
 
@@ -67,11 +67,11 @@ class RequestLog {
  private:
   using Insert = std::function<void(Database&)>;
 
-  mutable std::mutex mutex_;
-  std::deque<std::shared_ptr<const Insert>> news_;
+  mutable Mutex mutex_;
+  std::deque<std::shared_ptr<const Insert>> news_ HLV_GUARDED_BY(mutex_);
   /// How many have left `news_`, and how many had come when they were written last.
-  std::int64_t forgotten_ = 0;
-  std::int64_t written_ = 0;
+  std::int64_t forgotten_ HLV_GUARDED_BY(mutex_) = 0;
+  std::int64_t written_ HLV_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace hlv::sandbox::server
