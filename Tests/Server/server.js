@@ -89,7 +89,7 @@ export class Program {
   /** What it has written, by its place. */
   get left() {
     const files = readdirSync(this.folder, { recursive: true, withFileTypes: true }).filter((entry) => entry.isFile());
-    return Object.fromEntries([['output', this.output], ...files.map(({ path, name }) => [name, readFileSync(join(path, name), 'latin1')])]);
+    return Object.fromEntries([['output', this.output], ...files.map(({ path, parentPath = path, name }) => [name, readFileSync(join(parentPath, name), 'latin1')])]);
   }
 
   /** Leaves nothing behind. */
