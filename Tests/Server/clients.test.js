@@ -1,8 +1,7 @@
 // Many clients at once: none gets what is another's, and none waits for another.
 import assert from 'node:assert/strict';
-import net from 'node:net';
 import { onServer } from './documents.js';
-import { newCard, patience, registeredCard } from './server.js';
+import { Client, inTime, newCard, registeredCard } from './server.js';
 
 const guest = (name) => `/v1/guests/${name}@example.com`;
 const range = (count) => Array.from({ length: count }, (_, at) => at);
@@ -49,28 +48,22 @@ onServer('starvation: calls that are never answered hold up nobody', async ({ se
   await arm(expect, 'fetchGuestCreditCards', 'never');
   await arm(expect, 'getPaymentInstrumentsList', 'never');
   const targets = { backend: `${guest('a')}/cards`, provider: `/v1/users/${token}/instruments?use_case=default` };
-  const sockets = [];
+  const holding = new Client(2 * held);
+  let ended = 0;
   for (const [port, target] of Object.entries(targets)) {
-    for (const socket of range(held).map(() => net.connect(new URL(server.urls[port]).port, '127.0.0.1'))) {
-      socket.on('error', () => {});
-      socket.write(`GET ${target} HTTP/1.1\r\nHost: 127.0.0.1\r\nX-API-Key: any\r\n\r\n`);
-      sockets.push(socket);
-    }
+    for (let call = 0; call < held; ++call) holding.request('GET', server.urls[port] + target).then(() => { ended += 1; }, () => {});
   }
+  const until = (holds, what) => inTime((async () => { while (!await holds()); })(), what);
   // Each has met its fault by the time that it is counted.
-  const until = async (holds, what) => {
-    const deadline = Date.now() + patience;
-    while (!await holds()) assert.ok(Date.now() < deadline, what);
-  };
   await until(async () => (await expect(200, 'provider', 'GET /v1/sandbox/firings')).firings.length >= 2 * held, 'every call meets its fault');
   await Promise.all(range(50).map(() => expect(200, 'backend', `GET ${guest('a')}`)));
   await Promise.all(range(50).map((number) => expect(201, 'provider', `POST /v1/users`,
     { body: { email: `b${number}@example.com`, use_case: 'default', credit_card: newCard() } })));
   const { fault } = await arm(expect, 'updateCreditCard', 'error');
   await expect(204, 'provider', `DELETE /v1/sandbox/faults/${fault.number}`);
-  assert.ok(sockets.every((socket) => socket.bytesRead === 0), 'a held call is answered');
+  assert.equal(ended, 0, 'a held call is answered');
   // Whoever hangs up is let go at once, not after the answer limit, and is on record without a reply.
-  sockets.forEach((socket) => socket.destroy());
+  holding.close();
   await until(async () => (await expect(200, 'provider', 'GET /v1/sandbox/requests?status=0&limit=1000')).requests.length >= 2 * held, 'every call that hung up is on record');
   await expect(200, 'provider', 'DELETE /v1/sandbox/faults');
   assert.deepEqual(await expect(200, 'backend', `GET ${guest('a')}/cards`), { credit_cards: [] });

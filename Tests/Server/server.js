@@ -15,7 +15,7 @@ process.on('exit', () => started.forEach((server) => server.abandon()));
 process.once('SIGTERM', () => process.exit(1));
 
 /** No wait ends a test that works; each only keeps one that hangs from hanging for ever. */
-export const patience = 20_000;
+const patience = 20_000;
 /** An open connection once kept the server for ten seconds; it has one to end in. Sanitizers and a busy machine have the rest. */
 const timeToEnd = 5_000;
 
@@ -89,7 +89,7 @@ export class Program {
   /** What it has written, by its place. */
   get left() {
     const files = readdirSync(this.folder, { recursive: true, withFileTypes: true }).filter((entry) => entry.isFile());
-    return Object.fromEntries([['output', this.output], ...files.map(({ path, name }) => [name, readFileSync(join(path, name), 'latin1')])]);
+    return Object.fromEntries([['output', this.output], ...files.map(({ path, parentPath = path, name }) => [name, readFileSync(join(parentPath, name), 'latin1')])]);
   }
 
   /** Leaves nothing behind. */
