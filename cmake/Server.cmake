@@ -40,12 +40,12 @@ add_library(HLVSDKPaylevenServer STATIC
   Server/Api/ErrorReplies.cpp
   Server/Api/Exchange.cpp
   Server/Api/Idempotency.cpp
+  Server/Api/OpenSandbox.cpp
   Server/Api/ProviderResources.cpp
   Server/Api/Registry+Create.cpp
   Server/Api/Registry.cpp
   Server/Api/RequestLog.cpp
   Server/Api/SandboxResources.cpp
-  Server/Api/OpenSandbox.cpp
   Server/Console/App.cpp
   Server/Console/ConsoleResources.cpp
   Server/Console/LiveFeed.cpp

@@ -22,7 +22,7 @@ FORBIDDEN = {
     "ObjC/HLVSDKPaylevenKit/HLVSDKPayleven.h": '#import "Public/HLVSDKPayleven.h"',
     "ObjC/Classes/HLVSDKPayleven.mm": '  # import "ObjC/Sandbox/HLVSandbox.h"',
     "ObjC/Binding/Strings.mm": '#import "../Sandbox/HLVSandbox.h"',
-    "Tools/main.cpp": '#include "Server/Api/World.h"',
+    "Tools/main.cpp": '#include "Server/Api/OpenSandbox.h"',
     "Public/HLVSDKPayleven.cpp": '#include "Unknown/File.h"',
     "Values/Value.cpp": "#include <sqlite3.h>",
 }
