@@ -85,7 +85,9 @@ class GuestLife final : public SandboxTest {
         listed_ = oneOf(std::get<0>(list(token_, useCase)).value_or(Instruments::value_type()));
         return;
       case 3:
-        return check(removeInstrument(listed_, token_, useCase),
+        return check(answerTo<ErrorPtr>([&](auto completion) {
+                       provider->removePaymentInstrument(listed_, useCase, token_, completion);
+                     }),
                      listed_ ? *listed_->pan() + useCase : "", false);
       case 4:
         return check(std::get<2>(addCard(card, guest, "ins_x", address)), lastFourDigits(pan));
