@@ -15,7 +15,6 @@ target_sources(HLVSDKPaylevenSandbox PRIVATE
   Sandbox/Calls/CallHandler.cpp
   Sandbox/Calls/Journal.cpp
   Sandbox/Calls/ReplyQueue.cpp
-  Sandbox/Cards/Calendar.cpp
   Sandbox/Cards/CardBrands.cpp
   Sandbox/Cards/CardRules.cpp
   Sandbox/Cards/EnteredCard.cpp

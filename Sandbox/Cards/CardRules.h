@@ -13,6 +13,13 @@
 
 namespace hlv::sandbox {
 
+/// The month of a time in UTC.
+template <class Duration>
+std::chrono::year_month monthOf(std::chrono::sys_time<Duration> time) {
+  const std::chrono::year_month_day date(std::chrono::floor<std::chrono::days>(time));
+  return date.year() / date.month();
+}
+
 /// The first rule that a card breaks.
 struct BrokenRule {
   CardErrorCode code;

@@ -1,6 +1,5 @@
 #include "Sandbox/Cards/EnteredCard.h"
 
-#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Values/Wiped.h"
@@ -39,7 +38,7 @@ std::optional<BrokenRule> EnteredCard::brokenRule(std::chrono::year_month month)
 }
 
 bool EnteredCard::isValid(ErrorPtr* error) const {
-  const auto broken = brokenRule(Calendar::today());
+  const auto broken = brokenRule(monthOf(std::chrono::system_clock::now()));
   if (!broken) return true;
   if (error) {
     *error = SandboxError::make(paymentErrorDomain, broken->code, broken->sentence, broken->detail);

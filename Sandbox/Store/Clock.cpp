@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Sandbox/Cards/Calendar.h"
+#include "Sandbox/Cards/CardRules.h"
 #include "Sandbox/Store/Settings.h"
 
 namespace hlv::sandbox {
@@ -26,10 +26,7 @@ sys_seconds sandboxTime(Database& database) {
   return std::min(machineTime() + seconds(ahead ? std::stoll(*ahead) : 0), endOfTime - seconds(1));
 }
 
-std::chrono::year_month sandboxMonth(Database& database) {
-  return readSetting(database, aheadSetting) ? Calendar::monthOf(sandboxTime(database))
-                                             : Calendar::today();
-}
+std::chrono::year_month sandboxMonth(Database& database) { return monthOf(sandboxTime(database)); }
 
 bool setSandboxTime(Database& database, sys_seconds time) {
   if (time < sandboxTime(database) || time >= endOfTime) return false;

@@ -21,7 +21,6 @@
 #include "Host/PaylevenFramework/PLVInAppClient.h"
 #include "Host/PaylevenFramework/PLVPaymentInstrument.h"
 #include "Platform/Default/DefaultPlatform.h"
-#include "Sandbox/Cards/Calendar.h"
 #include "Sandbox/Cards/TestCards.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Sandbox.h"
@@ -53,14 +52,12 @@ class SandboxTest : public ::testing::Test {
  protected:
   inline static const std::string email = "guest@example.com";
 
-  /// Stops the calendar and makes an empty directory.
+  /// Makes an empty directory.
   SandboxTest() {
     if (!::mkdtemp(folder_.data())) throw std::runtime_error("no temporary folder");
-    Calendar::install([] { return std::chrono::year(2031) / 7; });
   }
   ~SandboxTest() override {
     stop();
-    Calendar::install({});
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
   }
