@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Client/ClientError.h"
-#include "Client/RemoteTester.h"
 #include "Sandbox/Host/DeviceHost.h"
 #include "Sandbox/Sandbox.h"
 
@@ -48,8 +47,9 @@ class RemoteHost final : public sandbox::DeviceHost {
   /// Whether no reply is still to come.
   bool isQuiet() const;
 
-  /// What a tester does to the services, for the guest who is signed in on this side.
-  std::shared_ptr<RemoteTester> tester() const;
+  /// What a tester does to the services, for the guest who is signed in on this side. What returns
+  /// no `Result` throws `ClientError`.
+  std::shared_ptr<sandbox::Tester> tester() const;
 
   /// The two sides of the guest, as the services have them; no call of theirs, so no fault meets
   /// it.
