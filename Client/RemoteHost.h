@@ -9,6 +9,7 @@
 #include "Client/ClientError.h"
 #include "Sandbox/Host/DeviceHost.h"
 #include "Sandbox/Sandbox.h"
+#include "Sandbox/Testing/Tester.h"
 
 namespace hlv::client {
 

@@ -21,6 +21,7 @@
 #include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Sandbox.h"
+#include "Sandbox/Testing/Tester.h"
 
 namespace hlv::client {
 
