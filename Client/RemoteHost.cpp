@@ -122,10 +122,9 @@ RemoteHost::Sides RemoteHost::sides() {
   return sides;
 }
 
-std::shared_ptr<RemoteTester> RemoteHost::tester() const {
-  return std::make_shared<RemoteTester>(
-      std::make_shared<HttpClient>(services_->providerClient),
-      [local = services_->local] { return local->signedInEmail(); });
+std::shared_ptr<sandbox::Tester> RemoteHost::tester() const {
+  return remoteTester(services_->providerClient,
+                      [local = services_->local] { return local->signedInEmail(); });
 }
 
 std::shared_ptr<HLVSDKAPIManager> RemoteHost::apiManager() { return services_->backend; }

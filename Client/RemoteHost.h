@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "Client/ClientError.h"
-#include "Client/RemoteTester.h"
 #include "Sandbox/Host/DeviceHost.h"
 #include "Sandbox/Sandbox.h"
+#include "Sandbox/Testing/Tester.h"
 
 namespace hlv::client {
 
@@ -48,8 +48,9 @@ class RemoteHost final : public sandbox::DeviceHost {
   /// Whether no reply is still to come.
   bool isQuiet() const;
 
-  /// What a tester does to the services, for the guest who is signed in on this side.
-  std::shared_ptr<RemoteTester> tester() const;
+  /// What a tester does to the services, for the guest who is signed in on this side. What returns
+  /// no `Result` throws `ClientError`.
+  std::shared_ptr<sandbox::Tester> tester() const;
 
   /// The two sides of the guest, as the services have them; no call of theirs, so no fault meets
   /// it.

@@ -21,6 +21,7 @@
 #include "Sandbox/Calls/Summary.h"
 #include "Sandbox/Errors/SandboxError.h"
 #include "Sandbox/Sandbox.h"
+#include "Sandbox/Testing/Tester.h"
 
 namespace hlv::client {
 
@@ -108,7 +109,7 @@ class RemoteService {
   const std::shared_ptr<const Context> context_;
 };
 
-// The two, for the host.
+// What the host has of both.
 
 /// `local` knows who is signed in on this side.
 std::shared_ptr<HLVSDKAPIManager> remoteBackend(RemoteService service,
@@ -116,5 +117,9 @@ std::shared_ptr<HLVSDKAPIManager> remoteBackend(RemoteService service,
                                                 std::shared_ptr<const RemoteSession> session,
                                                 std::shared_ptr<RemoteGuests> guests);
 std::shared_ptr<PLVInAppClient> remoteProvider(RemoteService service);
+/// Of the sandbox that the provider's client speaks to. `guest` names the guest whom instruments
+/// and scenarios are for; missing leaves it to the service.
+std::shared_ptr<sandbox::Tester> remoteTester(HttpClient control,
+                                              std::function<NullableString()> guest);
 
 }  // namespace hlv::client

@@ -1,3 +1,6 @@
+#include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -61,23 +64,32 @@ Caller callerOf(const Exchange& exchange) {
           session.value_or("")};
 }
 
-/// A reply about a guest who was changed. Its size grows with the guest's cards, unless the caller
-/// prefers it minimal.
-struct GuestReply {
-  explicit GuestReply(const Exchange& exchange)
-      : isMinimal(exchange.request.prefer == "return=minimal") {}
-
-  CallReply made(Database& database, int status, const std::string& owner,
-                 const BackendCard* card = nullptr) const {
-    Json body = {{"guest", jsonOf(backend::readGuest(database, owner, !isMinimal))}};
-    if (card) body["credit_card"] = jsonOf(*card);
-    auto reply = jsonReply(status, body);
-    if (isMinimal) reply.headers.emplace_back("Preference-Applied", "return=minimal");
-    return {std::move(reply), card ? "card " + card->halvoID : ""};
-  }
-
-  bool isMinimal;
+struct Changed {
+  std::string guest;
+  std::optional<BackendCard> card;
 };
+
+/// Serves a call that changes a guest. The reply's size grows with the guest's cards, unless the
+/// caller prefers it minimal.
+void serveChange(const Exchange& exchange, const Call& call, int status,
+                 std::function<Changed(Database&, const Caller&)> change) {
+  const bool isMinimal = exchange.request.prefer == "return=minimal";
+  auto changing = exchange;
+  changing.reply = [isMinimal, reply = exchange.reply](HttpReply made) {
+    // One that was kept says so, too.
+    const bool isApplied = isMinimal && made.status < 300;
+    if (isApplied) made.headers.emplace_back("Preference-Applied", "return=minimal");
+    reply(std::move(made));
+  };
+  serveCall(changing, backendService(), call,
+            [status, isMinimal, caller = callerOf(exchange), change = std::move(change)](
+                Database& database, auto) {
+              const auto [guest, card] = change(database, caller);
+              Json body = {{"guest", jsonOf(backend::readGuest(database, guest, !isMinimal))}};
+              if (card) body["credit_card"] = jsonOf(*card);
+              return CallReply{jsonReply(status, body), card ? "card " + card->halvoID : ""};
+            });
+}
 
 void addGuests(ApiRoutes& routes) {
   constexpr std::string_view path = "v1/guests/*";
@@ -98,11 +110,10 @@ void addGuests(ApiRoutes& routes) {
   routes.add("PATCH", path, [](const Exchange& exchange) {
     const auto body = bodyOf(exchange);
     requireKnownMembers(body, {"payment_token"});
-    serveCall(exchange, backendService(), {Operation::updateGuest},
-              [token = textIn(body, "payment_token"), caller = callerOf(exchange),
-               wanted = GuestReply(exchange)](Database& database, auto) {
-                return wanted.made(database, 200, backend::updateGuest(database, caller, token));
-              });
+    serveChange(exchange, {Operation::updateGuest}, 200,
+                [token = textIn(body, "payment_token")](Database& database, const Caller& caller) {
+                  return Changed{backend::updateGuest(database, caller, token), {}};
+                });
   });
 }
 
@@ -121,31 +132,28 @@ void addCards(ApiRoutes& routes) {
     const auto body = bodyOf(exchange);
     requireAddCardBody(body);
     const auto useCase = textIn(objectIn(body, "credit_card"), "use_case");
-    serveCall(exchange, backendService(), {Operation::addCard, useCase},
-              [request = dictionaryOf(body), caller = callerOf(exchange),
-               wanted = GuestReply(exchange)](Database& database, auto) {
-                const auto added = backend::addCard(database, caller, request);
-                return wanted.made(database, 201, added.owner, &added.card);
-              });
+    serveChange(exchange, {Operation::addCard, useCase}, 201,
+                [request = dictionaryOf(body)](Database& database, const Caller& caller) {
+                  auto [owner, added] = backend::addCard(database, caller, request);
+                  return Changed{std::move(owner), std::move(added)};
+                });
   });
   routes.add("PATCH", card, [](const Exchange& exchange) {
     const auto address = bodyOf(exchange);
     requireAddress(address);
     const auto& id = exchange.part(4);
-    serveCall(exchange, backendService(), {Operation::updateCard, {}, id},
-              [id, fields = dictionaryOf(address), caller = callerOf(exchange),
-               wanted = GuestReply(exchange)](Database& database, auto) {
-                const auto updated = backend::updateCard(database, caller, id, fields);
-                return wanted.made(database, 200, updated.owner, &updated.card);
-              });
+    serveChange(exchange, {Operation::updateCard, {}, id}, 200,
+                [id, fields = dictionaryOf(address)](Database& database, const Caller& caller) {
+                  auto [owner, updated] = backend::updateCard(database, caller, id, fields);
+                  return Changed{std::move(owner), std::move(updated)};
+                });
   });
   routes.add("DELETE", card, [](const Exchange& exchange) {
     const auto& id = exchange.part(4);
-    serveCall(
-        exchange, backendService(), {Operation::deleteCard, {}, id},
-        [id, caller = callerOf(exchange), wanted = GuestReply(exchange)](Database& database, auto) {
-          return wanted.made(database, 200, backend::deleteCard(database, caller, id));
-        });
+    serveChange(exchange, {Operation::deleteCard, {}, id}, 200,
+                [id](Database& database, const Caller& caller) {
+                  return Changed{backend::deleteCard(database, caller, id), {}};
+                });
   });
 }
 

@@ -11,7 +11,10 @@ namespace hlv::sandbox::server {
 
 OpenSandbox::OpenSandbox(std::string id, std::shared_ptr<Store> store,
                          std::shared_ptr<Writers> writers)
-    : id_(std::move(id)), store_(std::move(store)), writers_(std::move(writers)) {
+    : id_(std::move(id)),
+      store_(std::move(store)),
+      writers_(std::move(writers)),
+      turns_(writers_->get_executor()) {
   readSalt();
 }
 
@@ -27,10 +30,24 @@ std::string OpenSandbox::salt() const {
   return salt_;
 }
 
-void OpenSandbox::write(Body body, Done done) { submit({std::move(body), {}, std::move(done)}); }
+void OpenSandbox::write(Body body, Done done) {
+  const Lock lock(mutex_);
+  pending_.push_back({std::move(body), std::move(done)});
+  if (pending_.size() > 1) return;
+  boost::asio::post(turns_, [self = shared_from_this()] { self->writePending(); });
+}
 
 void OpenSandbox::runAlone(std::function<void()> work, Done done) {
-  submit({{}, std::move(work), std::move(done)});
+  boost::asio::post(turns_,
+                    [self = shared_from_this(), work = std::move(work), done = std::move(done)] {
+                      std::exception_ptr problem;
+                      try {
+                        work();
+                      } catch (...) {
+                        problem = std::current_exception();
+                      }
+                      done(problem);
+                    });
 }
 
 void OpenSandbox::flushLog() {
@@ -41,62 +58,24 @@ void OpenSandbox::flushLog() {
     log_.forgetWritten();
   };
   // What cannot be recorded fails loudly where the same store has to take an effect.
-  submit({{}, flush, [](const std::exception_ptr&) {}});
+  runAlone(flush, [](const std::exception_ptr&) {});
 }
 
-void OpenSandbox::submit(Task task) {
+void OpenSandbox::writePending() {
+  std::vector<Write> writes;
   {
     const Lock lock(mutex_);
-    tasks_.push_back(std::move(task));
-    if (std::exchange(isDraining_, true)) return;
+    writes.swap(pending_);
   }
-  boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
-}
-
-void OpenSandbox::drain() {
-  std::deque<Task> tasks;
-  {
-    const Lock lock(mutex_);
-    do {
-      tasks.push_back(std::move(tasks_.front()));
-      tasks_.pop_front();
-    } while (!tasks_.empty() && !tasks_.front().alone && !tasks.back().alone);
-  }
-  if (tasks.front().alone) {
-    performAlone(tasks.front());
-  } else {
-    performTogether(tasks);
-  }
-  tasks.clear();
-  {
-    const Lock lock(mutex_);
-    isDraining_ = !tasks_.empty();
-    if (!isDraining_) return;
-  }
-  // After other sandboxes' turns.
-  boost::asio::post(*writers_, [self = shared_from_this()] { self->drain(); });
-}
-
-void OpenSandbox::performAlone(const Task& task) {
-  std::exception_ptr problem;
-  try {
-    task.alone();
-  } catch (...) {
-    problem = std::current_exception();
-  }
-  task.done(problem);
-}
-
-void OpenSandbox::performTogether(std::deque<Task>& tasks) {
   std::vector<Store::Part> parts;
-  parts.reserve(tasks.size() + 1);
-  // First, so that a task can read the log.
+  parts.reserve(writes.size() + 1);
+  // First, so that a write can read the log.
   if (log_.hasNews()) parts.push_back({[this](Database& database) { log_.write(database); }});
   const auto first = parts.size();
-  for (auto& task : tasks) parts.push_back({std::move(task.body)});
+  for (auto& each : writes) parts.push_back({std::move(each.body)});
   store_->writeTogether(parts);
   if (first > 0 && !parts.front().problem) log_.forgetWritten();
-  for (std::size_t i = 0; i < tasks.size(); ++i) tasks[i].done(parts[first + i].problem);
+  for (std::size_t i = 0; i < writes.size(); ++i) writes[i].done(parts[first + i].problem);
 }
 
 int OpenSandbox::openLog() {

@@ -2,12 +2,13 @@
 #pragma once
 
 #include <atomic>
+#include <boost/asio/strand.hpp>
 #include <boost/asio/thread_pool.hpp>
-#include <deque>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Sandbox/Store/Store.h"
 #include "Server/Api/RequestLog.h"
@@ -54,27 +55,24 @@ class OpenSandbox : public std::enable_shared_from_this<OpenSandbox> {
   void restore(const std::string& copy);
 
  private:
-  struct Task {
-    /// One of the two.
+  struct Write {
     Body body;
-    std::function<void()> alone;
     Done done;
   };
 
-  void submit(Task task);
-  void drain();
-  static void performAlone(const Task& task);
-  void performTogether(std::deque<Task>& tasks);
+  void writePending();
   void readSalt();
 
   const std::string id_;
   const std::shared_ptr<Store> store_;
   const std::shared_ptr<Writers> writers_;
+  /// One turn after another, and those of other sandboxes between.
+  const boost::asio::strand<Writers::executor_type> turns_;
   RequestLog log_;
   mutable Mutex mutex_;
   std::string salt_ HLV_GUARDED_BY(mutex_);
-  std::deque<Task> tasks_ HLV_GUARDED_BY(mutex_);
-  bool isDraining_ HLV_GUARDED_BY(mutex_) = false;
+  /// Those of the next commit.
+  std::vector<Write> pending_ HLV_GUARDED_BY(mutex_);
   std::atomic<bool> isFlushing_{false};
   std::atomic<bool> isRemoved_{false};
   Mutex openingMutex_;

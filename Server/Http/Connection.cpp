@@ -152,7 +152,7 @@ Connection::Task<bool> Connection::readBody() {
   ErrorCode error;
   parser_->eager(true);
   if (input_.size() == 0 && parser_->get().count(http::field::expect) > 0) {
-    const auto leave = serializedContinue();
+    constexpr std::string_view leave = "HTTP/1.1 100 Continue\r\n\r\n";
     // It is the first thing that is written, or the client does not read.
     if (stream_.socket().write_some(asio::buffer(leave), error) != leave.size()) co_return false;
   }

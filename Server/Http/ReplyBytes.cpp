@@ -28,11 +28,6 @@ bool isHeaderText(std::string_view text) {
   });
 }
 
-std::string headOf(const http::response<http::empty_body>& message) {
-  http::fields::writer writer(message, message.version(), message.result_int());
-  return beast::buffers_to_string(writer.get());
-}
-
 std::string serialized(const HttpReply& reply, const std::string& requestID,
                        const ReplyFrame& frame) {
   http::response<http::empty_body> message;
@@ -51,7 +46,10 @@ std::string serialized(const HttpReply& reply, const std::string& requestID,
   }
   if (hasBody) message.content_length(reply.body.size());
   message.keep_alive(frame.keepsConnection);
-  return hasBody && !frame.isHead ? headOf(message) + reply.body : headOf(message);
+  http::fields::writer head(message, message.version(), message.result_int());
+  auto bytes = beast::buffers_to_string(head.get());
+  if (hasBody && !frame.isHead) bytes += reply.body;
+  return bytes;
 }
 
 }  // namespace
@@ -76,7 +74,5 @@ OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID
   if (reply.fault) reply.fault(outgoing);
   return outgoing;
 }
-
-std::string serializedContinue() { return headOf({http::status::continue_, 11}); }
 
 }  // namespace hlv::sandbox::server

@@ -23,7 +23,4 @@ struct ReplyFrame {
 /// As its fault has it; with `events`, the head alone.
 OutgoingReply outgoingReply(const HttpReply& reply, const std::string& requestID,
                             const ReplyFrame& frame);
-/// The leave to send a body, for which a client may ask.
-std::string serializedContinue();
-
 }  // namespace hlv::sandbox::server

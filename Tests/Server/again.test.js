@@ -11,7 +11,7 @@ const declined = `4${'0'.repeat(14)}2`;
 /** What makes users and cards under keys, counts both, and arms faults. */
 async function made({ call, expect }) {
   await expect(200, 'backend', `PUT /v1/guests/${email}`);
-  const keyed = (key, body) => ({ body, headers: { 'Idempotency-Key': key } });
+  const keyed = (key, body) => ({ body, headers: { 'Idempotency-Key': key, Prefer: 'return=minimal' } });
   return {
     user: (key, number) => call('provider', 'POST /v1/users', keyed(key, { email, use_case: 'default', credit_card: newCard(number) })),
     card: (key, identifier = 'ins_x') => call('backend', `POST ${cards}`, keyed(key, registeredCard(identifier))),
@@ -19,19 +19,20 @@ async function made({ call, expect }) {
     arm: (operation, fault) => expect(200, 'provider', 'POST /v1/sandbox/faults', { body: { operation, ...fault } }),
   };
 }
+const seen = ({ status, headers, text }) => [status, headers['preference-applied'], text];
 const code = async (reply) => (await reply).body.error.code;
 
 onServer('the same request has one effect and one reply, also after a restart', async (given) => {
   const { user, card, count } = await made(given);
   const first = [await user('a'), await card('a')];
-  assert.deepEqual(first.map(({ status }) => status), [201, 201]);
+  assert.deepEqual(first.map((reply) => seen(reply).slice(0, 2)), [[201, undefined], [201, 'return=minimal']]);
   for (const restarts of [false, true]) {
     if (restarts) {
       await given.server.end();
       await given.server.start();
     }
     const again = [await user('a'), await card('a')];
-    assert.deepEqual(again.map(({ text, status }) => text + status), first.map(({ text, status }) => text + status));
+    assert.deepEqual(again.map(seen), first.map(seen));
     assert.equal(await code(user('a', other)), 'idempotency-key-reused');
     assert.equal((await card('a', 'ins_y')).status, 422);
     assert.deepEqual(await count(), [1, 1]);
