@@ -76,7 +76,8 @@ std::shared_ptr<HLVSDKGuest> Session::guest() const {
 
 void Session::begin(const std::string& operation) {
   operation_ = operation;
-  firingsBefore_ = sandbox_->tester()->firings().size();
+  const auto firings = sandbox_->tester()->firings();
+  lastFiringBefore_ = firings.empty() ? 0 : firings.back().number;
   sandbox_->journal().beginOperation(operation);
 }
 
@@ -98,12 +99,11 @@ std::string Session::whyNothingCame() const {
   if (!SimulatedApp::kitIsEnabled()) {
     return "the kit is not enabled, so the call reached nobody";
   }
-  const auto firings = sandbox_->tester()->firings();
-  for (auto i = firingsBefore_; i < firings.size(); ++i) {
-    const auto kind = firings[i].kind;
+  for (const auto& [fault, operation, kind, number] : sandbox_->tester()->firings()) {
+    if (number <= lastFiringBefore_) continue;
     if (kind == FaultKind::never || kind == FaultKind::stalled) {
-      return "the service never answered " + std::string(textOf(firings[i].operation)) +
-             " (armed fault " + std::to_string(firings[i].faultNumber) + ")";
+      return "the service never answered " + std::string(textOf(operation)) + " (armed fault " +
+             std::to_string(fault) + ")";
     }
   }
   return "nothing is on its way any more";

@@ -3,7 +3,6 @@
 // Threading: the main thread.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -93,7 +92,7 @@ class Session {
   const std::shared_ptr<client::RemoteHost> remote_;
   const SimulatedApp app_;
   std::string operation_;
-  std::size_t firingsBefore_ = 0;
+  std::int64_t lastFiringBefore_ = 0;
 };
 
 }  // namespace hlv::sandbox::tool

@@ -113,6 +113,8 @@ struct Firing {
   std::int64_t faultNumber = 0;
   Operation operation = Operation::updateGuest;
   FaultKind kind = FaultKind::error;
+  /// Later ones have greater numbers; 0 where the services are elsewhere.
+  std::int64_t number = 0;
 };
 
 /// Whether the fault makes sense.

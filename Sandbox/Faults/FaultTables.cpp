@@ -79,10 +79,10 @@ std::optional<Fault> readFault(Database& database, std::int64_t number) {
 }
 
 std::vector<Firing> readFirings(Database& database) {
-  return database.query("SELECT fault, operation, kind FROM firings ORDER BY number")
+  return database.query("SELECT fault, operation, kind, number FROM firings ORDER BY number")
       .all([](const Query& row) {
         return Firing{row.integer(0), operationNamed(row.text(1)).valueOr(Operation{}),
-                      faultKindNamed(row.text(2)).valueOr(FaultKind{})};
+                      faultKindNamed(row.text(2)).valueOr(FaultKind{}), row.integer(3)};
       });
 }
 

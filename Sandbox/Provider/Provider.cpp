@@ -7,7 +7,6 @@
 #include "Sandbox/Cards/SpecialCards.h"
 #include "Sandbox/Errors/ErrorCodes.h"
 #include "Sandbox/Errors/SandboxError.h"
-#include "Sandbox/Masking/MaskedText.h"
 #include "Sandbox/Store/Clock.h"
 #include "Sandbox/Store/Identifiers.h"
 
@@ -37,7 +36,6 @@ std::string requireToken(Database& database, const NullableString& token) {
 /// What will be stored of a card, and how the reply differs from the usual one.
 struct Acceptable {
   ProviderInstrument values;
-  std::string cardHolder;
   std::optional<FaultKind> variation;
 };
 
@@ -62,8 +60,6 @@ Acceptable accept(Database& database, const EnteredCard* card, const NullableStr
   const auto& fields = card->fields();
   const bool isSet = fault && changesReply(*fault);
   accepted.variation = isSet ? fault : variationOf(fields.pan);
-  // People type card numbers where a name belongs.
-  accepted.cardHolder = maskedText(fields.cardHolder);
   accepted.values = {std::nullopt,
                      std::string(findCardBrand(fields.pan)->name),
                      maskedPan(fields.pan),
@@ -79,9 +75,9 @@ void store(Database& database, const std::string& token, const Acceptable& card)
   if (card.variation == FaultKind::noIdentifier) identifier.reset();
   database.run(
       "INSERT INTO provider_instruments (token, use_case, identifier, brand, masked_pan, "
-      "card_holder, expiry_month, expiry_year, state) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
+      "expiry_month, expiry_year, state) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
       token, card.values.useCase, identifier, card.values.brand, card.values.maskedPan,
-      card.cardHolder, card.values.expiryMonth, card.values.expiryYear,
+      card.values.expiryMonth, card.values.expiryYear,
       static_cast<std::int64_t>(card.values.state));
 }
 
@@ -193,9 +189,8 @@ bool storeAgain(Database& database, const std::string& identifier) {
   const auto another = makeIdentifier(database, "ins");
   database.run(
       "INSERT INTO provider_instruments (token, use_case, identifier, brand, masked_pan, "
-      "card_holder, expiry_month, expiry_year, state) SELECT token, use_case, ?, brand, "
-      "masked_pan, card_holder, expiry_month, expiry_year, state FROM provider_instruments "
-      "WHERE identifier = ?",
+      "expiry_month, expiry_year, state) SELECT token, use_case, ?, brand, masked_pan, "
+      "expiry_month, expiry_year, state FROM provider_instruments WHERE identifier = ?",
       another, identifier);
   return database.changes() > 0;
 }

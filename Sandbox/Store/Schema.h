@@ -8,7 +8,7 @@ namespace hlv::sandbox {
 /// Marks a SQLite file as a sandbox's store.
 inline constexpr std::int64_t applicationID = 0x484C5653;
 /// Goes up with every change of the tables.
-inline constexpr std::int64_t schemaVersion = 3;
+inline constexpr std::int64_t schemaVersion = 4;
 
 /// Makes the tables. The backend's and the provider's are two services' and never meet: no
 /// statement reads both.
@@ -44,9 +44,9 @@ CREATE TABLE provider_instruments (
   token TEXT NOT NULL REFERENCES provider_users (token),
   use_case TEXT NOT NULL,
   identifier TEXT UNIQUE,
-  brand TEXT NOT NULL,
+  -- The digits that the mask leaves stand beside no others in the file.
   masked_pan TEXT NOT NULL,
-  card_holder TEXT NOT NULL,
+  brand TEXT NOT NULL,
   expiry_month TEXT NOT NULL,
   expiry_year TEXT NOT NULL,
   state INTEGER NOT NULL

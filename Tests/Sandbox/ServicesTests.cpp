@@ -1,10 +1,7 @@
 #include <chrono>
 #include <future>
 
-#include "Host/HLVSDKCoreKit/HLVSDKConstants.h"
-#include "Host/HLVSDKCoreKit/HLVSDKReachability.h"
 #include "Host/Halvo_Authentication/HLVSession.h"
-#include "Platform/Platform.h"
 #include "Tests/Sandbox/SandboxTest.h"
 
 namespace hlv::sandbox {
@@ -26,50 +23,17 @@ TEST_F(Services, ServeTheAppThatIsRegisteredForTheGuestWhoIsSignedIn) {
   EXPECT_TRUE(sandbox->signIn("other@example.com"));
   expect("HLVBackendErrorDomain 403", deleteCard(ID, guest));
   expect("HLVBackendErrorDomain 404", deleteCard(ID, HLVSDKGuest::currentGuest()));
+  const auto session = HLVSession::activeSession();
+  EXPECT_TRUE(session->isAuthorized());
   sandbox->signOut();
+  EXPECT_FALSE(session->isAuthorized());
+  EXPECT_FALSE(sandbox->signIn("4111-1111-1111-1111@example.com"));
   expect("HLVBackendErrorDomain 401", deleteCard(ID, guest));
   EXPECT_EQ(guest->creditCards()->size(), 1U);
   for (const NullableString& key : {NullableString(""), NullableString()}) {
     provider->registerWithAPIKey(key);
     expect("PLVErrorDomain 401", list("tok"));
   }
-}
-
-TEST_F(Services, NotifyWithTheirValuesAndTheHostAnswersTheSame) {
-  start();
-  std::string shown;
-  std::vector<std::unique_ptr<Observation>> observations;
-  const std::pair<NullableString, const char*> names[] = {
-      {kHLVSDKDidChangeAuthorizationStatusNotification(), "a"},
-      {HLVSDKReachabilityDidChangeReachabilityStateNotification(), "r"},
-      {UIApplicationWillEnterForegroundNotification, "f"}};
-  for (const auto& [name, sign] : names) {
-    observations.push_back(Platform::current()->notificationCenter()->observe(
-        name, [&shown, sign = sign](const Notification& notification) {
-          shown += sign;
-          for (const auto& entry : notification.userInfo) {
-            shown += std::to_string(entry.second.integerValue());
-          }
-        }));
-  }
-  const auto session = HLVSession::activeSession();
-  EXPECT_TRUE(session->isAuthorized());
-  sandbox->signOut();
-  EXPECT_FALSE(session->isAuthorized());
-  EXPECT_EQ(HLVSession::activeSession(), nullptr);
-  EXPECT_EQ(HLVSDKGuest::currentGuest(), nullptr);
-  for (const char* address : {"nobody", "4111-1111-1111-1111@example.com"}) {
-    EXPECT_FALSE(sandbox->signIn(address));
-    EXPECT_TRUE(sandbox->signedInEmail() == std::nullopt);
-  }
-  EXPECT_TRUE(sandbox->signIn(email));
-  sandbox->setReachable(false);
-  EXPECT_EQ(HLVSDKReachability::sharedReachability()->currentState(), 0);
-  sandbox->setReachable(true);
-  sandbox->setReachable(true);
-  sandbox->enterForeground();
-  // The previous state's key sorts before the state's.
-  EXPECT_EQ(shown, "a0a1r10r01r11f");
 }
 
 /// Reports when it goes.

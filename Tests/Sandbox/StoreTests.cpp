@@ -41,7 +41,7 @@ TEST_F(StoreTest, WhatIsNoStoreIsRefusedInOneSentenceAndLeftAsItWas) {
   std::ofstream(path("short")) << "x";
   makeDatabase(path("other"), "PRAGMA journal_mode=WAL; CREATE TABLE t (x); PRAGMA user_version=1");
   makeDatabase(path("newer"), "PRAGMA application_id=1212962387; PRAGMA user_version=99");
-  makeDatabase(path("damaged"), "PRAGMA application_id=1212962387; PRAGMA user_version=3");
+  makeDatabase(path("damaged"), "PRAGMA application_id=1212962387; PRAGMA user_version=4");
   const std::pair<const char*, const char*> rows[] = {
       {"garbage", "it is no database"},  {"short", "is not a store"}, {"other", "another program"},
       {"newer", "version 99"},           {"damaged", "is damaged"},   {"", "is a directory"},

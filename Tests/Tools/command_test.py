@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import signal
+import sqlite3
 import subprocess
 import termios
 import unittest
@@ -119,6 +120,14 @@ class Reset(CommandTest):
 
 
 class Output(CommandTest):
+    def test_names_the_fault_that_keeps_a_reply_when_all_firings_that_are_kept_are_there(self):
+        command = self.command(GUEST + "; fault arm createUserToken never")
+        store = sqlite3.connect(command.store)
+        with store:
+            store.executemany("INSERT INTO firings (fault, operation, kind) VALUES (?, '', '')", [(9,)] * 10_000)
+        store.close()
+        self.assertIn("(armed fault 1)", command.run("add --test-card visa").out)
+
     def test_that_cannot_be_written_is_a_failure(self):
         command = self.command(GUEST)
         for line in ("cards", "--help", "sign-out --json"):
