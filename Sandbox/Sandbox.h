@@ -1,8 +1,8 @@
 // A whole host SDK and a whole payment provider, embedded: what the kit runs against without a
 // phone, an account or a network.
 //
-// Threading: any thread, except where a member says otherwise. Services reply on a thread of the
-// sandbox's own, which starts with the first request. A member that reads or writes throws `Problem`
+// Threading: any thread, except where a member says otherwise. Services reply on threads of the
+// sandbox's own, which start with the first request. A member that reads or writes throws `Problem`
 // when the store stops working under it: a full disk, a file that was taken away.
 #pragma once
 

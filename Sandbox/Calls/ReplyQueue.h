@@ -1,4 +1,4 @@
-// The thread that the two services reply on. Private to the sandbox.
+// The threads that the two services reply on. Private to the sandbox.
 #pragma once
 
 #include <chrono>
@@ -7,11 +7,12 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <vector>
 
 namespace hlv::sandbox {
 
-/// What the thread is called meanwhile: "service-1" for the backend, "service-2" for the provider.
-enum class ServiceThread { backend, provider };
+/// The backend replies on the thread "service-1", the provider on "service-2".
+enum class ServiceThread { backend = 0, provider = 1 };
 
 /// A reply that is ready to go.
 struct PreparedReply {
@@ -24,11 +25,11 @@ struct PreparedReply {
 /// when its time has come and the main queue has turned once more: calls that the main thread is
 /// about to make are served first.
 ///
-/// Threading: any; the last reference may go away on the services' own thread, which does not run
-/// before the first call. What still waits is freed unanswered with this object.
+/// Threading: any; the last reference may go away on a service's own thread. No thread runs before
+/// the first call. What still waits is freed unanswered with this object.
 class ReplyQueue {
  public:
-  /// Does what a call asks for, on the thread; no result means that no reply will come.
+  /// Does what a call asks for, on its service's thread; no result means that no reply will come.
   using Work = std::function<std::optional<PreparedReply>()>;
 
   ReplyQueue();
@@ -42,10 +43,11 @@ class ReplyQueue {
 
  private:
   struct State;
+  void start();
 
   const std::shared_ptr<State> state_;
   std::once_flag started_;
-  std::thread thread_;
+  std::vector<std::thread> threads_;
 };
 
 }  // namespace hlv::sandbox
