@@ -23,7 +23,7 @@ const icu::UnicodeSet& gaps() {
     UErrorCode error = U_ZERO_ERROR;
     // Of the other punctuation and symbols the dots, slashes, minus signs and enclosing keycap.
     const icu::UnicodeString pattern(
-        u"[[:White_Space:][:Pd:][:Pc:][:Cf:][:Default_Ignorable_Code_Point:].\\\\/"
+        u"[[:White_Space:][:Pd:][:Pc:][:Cf:][:Default_Ignorable_Code_Point:]"
         u"\u00B7\u0387\u06D4\u2022\u2024-\u2027\u2043\u2044\u20E3\u2212\u2215\u2216\u2219\u22C5"
         u"\u29F5\u29F8\u2E31\u2E33\u3002\u30FB\uFE52\uFF0E\uFF0F\uFF3C\uFF61\uFF65]");
     auto* made = new icu::UnicodeSet(pattern, error);
@@ -34,8 +34,14 @@ const icu::UnicodeSet& gaps() {
 }
 
 NumberPart numberPartOf(char32_t character) {
-  // Most characters are these, and need no look at the tables.
-  if (character >= 'a' && character <= 'z') return NumberPart::other;
+  // Most texts are ASCII, and need no look at the tables.
+  if (character < 0x80) {
+    if (character >= '0' && character <= '9') return NumberPart::digit;
+    const bool isGap = character == ' ' || (character >= '\t' && character <= '\r') ||
+                       (character >= '-' && character <= '/') || character == '\\' ||
+                       character == '_';
+    return isGap ? NumberPart::gap : NumberPart::other;
+  }
   const auto point = static_cast<UChar32>(character);
   if (u_isdigit(point)) return NumberPart::digit;
   return gaps().contains(point) ? NumberPart::gap : NumberPart::other;
