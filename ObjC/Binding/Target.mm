@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "ObjC/Binding/WeakObject.h"
+
 @implementation HLVTarget
 
 - (instancetype)initWithFunction:(std::function<void(id)>)function {
@@ -15,9 +17,8 @@
 }
 
 - (void)call:(id)argument {
-  [self retain];
+  const hlv::objc::Kept<HLVTarget> kept([self retain]);
   (*_function)(argument);
-  [self release];
 }
 
 @end

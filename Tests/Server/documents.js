@@ -129,7 +129,7 @@ export const onServer = (name, body) => test(name, { timeout: 200_000 }, () => w
   const client = new Client(100);
   const documents = await Documents.of(server);
   const [call, expect] = [documents.calling(client, server.urls), documents.expecting(client, server.urls)];
-  await body({ server, client, call, expect });
+  await body({ server, call, expect });
   client.close();
 }));
 
